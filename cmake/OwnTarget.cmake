@@ -1,0 +1,15 @@
+# What every target of this project is built with: the language, the warnings, the arithmetic and the sanitizers.
+function(rk_own_target target)
+    set_target_properties(${target} PROPERTIES
+        CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF CXX_SCAN_FOR_MODULES OFF
+        CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+    # Geometry promises exact single and double steps: no fused multiply-add may join two of them.
+    target_compile_options(${target} PRIVATE
+        -Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffp-contract=off
+        $<$<BOOL:${RKUTILITIES_WARNINGS_AS_ERRORS}>:-Werror>)
+    if(RKUTILITIES_SANITIZE)
+        set(sanitize -fsanitize=${RKUTILITIES_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        target_compile_options(${target} PRIVATE ${sanitize})
+        target_link_options(${target} PRIVATE ${sanitize})
+    endif()
+endfunction()
