@@ -1,0 +1,382 @@
+#pragma once
+
+#include "RkUtilities/foundation/FormatArgument.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+#include <array>
+#include <climits>
+#include <compare>
+#include <concepts>
+#include <cstdarg>
+#include <cstdint>
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+class CString;
+
+namespace rk {
+
+/// What is UTF-16 text without being a `CString`: literals, views and zero-terminated texts of either unit type.
+template <class T>
+concept Utf16Text =
+    std::convertible_to<const T&, std::u16string_view> && !std::derived_from<std::remove_cvref_t<T>, CString>;
+
+/// A single UTF-16 code unit: exactly one of the two unit types, so that no number passes for one.
+template <class T>
+concept CodeUnit = std::same_as<T, char16_t> || std::same_as<T, unsigned short>;
+
+/// Looks at units of one type through the other. The barrier tells the optimiser that both name the same memory.
+inline unsigned short const* AsUnsignedShort(const char16_t* units) noexcept
+{
+    asm volatile("" : : "rm"(units) : "memory");
+    return reinterpret_cast<unsigned short const*>(units);
+}
+inline const char16_t* AsChar16(unsigned short const* units) noexcept
+{
+    asm volatile("" : : "rm"(units) : "memory");
+    return reinterpret_cast<const char16_t*>(units);
+}
+
+}  // namespace rk
+
+/// A text: a value that holds a sequence of UTF-16 code units.
+///
+/// - Lengths and indexes count code units from 0 and are `int`; -1 means not found. A text holds at most INT_MAX - 1
+/// units;
+///   what would grow beyond throws `std::length_error`, exhausted memory `std::bad_alloc`, and the text stays as it
+///   was.
+/// - Code units are taken one by one: a character outside the Basic Multilingual Plane is two of them. Any sequence is
+///   legal, lone surrogates and the unit 0 included.
+/// - Every `int` argument may have any value. Negative counts and starts count as 0, those past the end as the end,
+/// unless
+///   a member says otherwise.
+/// - A text may be passed to its own members (`s.Replace(s, t)`, `s += s`, `s.Insert(1, s)`): the argument's value is
+/// the
+///   one from before the call.
+/// - Case pairs, letters, digits and white space are Unicode's, from ICU, one unit to one unit: a length never changes
+///   ("ß" has no one-unit upper case and stays). They do not depend on the user's locale.
+/// - Texts of up to 11 units are held in the object; longer ones are shared between copies until one of them changes.
+///   Copying, moving and destroying never throw. Copies may be used from different threads at once; one object may not
+///   be changed while another thread uses it.
+class RK_EXPORT CString {
+public:
+    using value_type = char16_t;
+    using const_iterator = const char16_t*;
+
+    // --- Construction
+    // ---------------------------------------------------------------------------------------------------
+
+    /// The empty text.
+    constexpr CString() noexcept : m_storage{.units = {}}, m_length(0), m_kind(Kind::Inline) {}
+    constexpr CString(const CString& other) noexcept
+        : m_storage(other.m_storage), m_length(other.m_length), m_kind(other.m_kind)
+    {
+        if (m_kind == Kind::Shared)
+            Retain();
+    }
+    constexpr CString(CString&& other) noexcept
+        : m_storage(other.m_storage), m_length(other.m_length), m_kind(other.m_kind)
+    {
+        other.Forget();
+    }
+    constexpr ~CString()
+    {
+        if (m_kind == Kind::Shared)
+            Release();
+    }
+    CString& operator=(const CString& other) noexcept
+    {
+        CString copy(other);
+        swap(*this, copy);
+        return *this;
+    }
+    CString& operator=(CString&& other) noexcept
+    {
+        CString taken(std::move(other));
+        swap(*this, taken);
+        return *this;
+    }
+
+    /// The zero-terminated UTF-16 text; null gives the empty text.
+    CString(unsigned short const* text);
+    /// The UTF-16 text: a `u"..."` literal, a zero-terminated `char16_t` text (null: empty), a view or a
+    /// `std::u16string`.
+    template <rk::Utf16Text T>
+    CString(const T& text) : CString(Utf16, ViewOf(text))
+    {}
+    /// One code unit. Other integers do not convert.
+    template <rk::CodeUnit T>
+    CString(const T& unit) : CString(Utf16, {AsUnit(&unit), 1})
+    {}
+    /// One character from one 8-bit character: ASCII; a byte of 0x80 or more is no UTF-8 by itself and gives U+FFFD.
+    template <std::same_as<char> T>
+    CString(const T& character) : CString(std::string_view(&character, 1))
+    {}
+    /// The zero-terminated UTF-8 text; null gives the empty text. Wrong bytes as in the constructor from a view.
+    CString(char const* utf8);
+    /// The UTF-8 text. Every maximal part that is no UTF-8 (Unicode, chapter 3, table 3-7) becomes one U+FFFD; nothing
+    /// is read past the view.
+    CString(std::string_view utf8);
+    CString(const std::string& utf8) : CString(std::string_view(utf8)) {}
+    /// The text of `byteCount` bytes in an encoding: 0x08000100 is UTF-8, the only one supported; others give the empty
+    /// text. With `skipByteOrderMark` a leading EF BB BF is consumed and not kept.
+    CString(char const* bytes, unsigned long byteCount, unsigned int encoding, bool skipByteOrderMark);
+    CString(std::nullptr_t) = delete;
+
+    /// A text over a literal, without allocation at any length and usable in constant initialisation, so that other
+    /// files' initialisers may already use it.
+    template <std::size_t N>
+    static consteval CString Literal(const char16_t (&text)[N])
+    {
+        static_assert(N - 1 < INT_MAX);
+        CString result;
+        result.m_length = static_cast<int>(N - 1);
+        if (N - 1 <= kInlineUnits) {
+            for (std::size_t i = 0; i < N - 1; ++i)
+                result.m_storage.units[i] = text[i];
+        } else {
+            result.m_storage = {.pointer = text};
+            result.m_kind = Kind::Static;
+        }
+        return result;
+    }
+
+    // --- Looking at the text
+    // --------------------------------------------------------------------------------------------
+
+    [[nodiscard]] int GetLength() const noexcept { return m_length; }
+    [[nodiscard]] bool IsEmpty() const noexcept { return m_length == 0; }
+    /// The code unit at `index`; 0 outside the text.
+    [[nodiscard]] unsigned short GetAt(long index) const noexcept
+    {
+        return index >= 0 && index < m_length ? Units()[index] : static_cast<unsigned short>(0);
+    }
+    /// The zero-terminated text, valid while this text is neither changed nor destroyed.
+    [[nodiscard]] unsigned short const* GetUTF16Ptr() const noexcept { return rk::AsUnsignedShort(Units()); }
+    /// The units, valid while this text is neither changed nor destroyed. Zero-terminated.
+    [[nodiscard]] std::u16string_view View() const noexcept { return {Units(), static_cast<std::size_t>(m_length)}; }
+    operator std::u16string_view() const noexcept { return View(); }
+    [[nodiscard]] const_iterator begin() const noexcept { return Units(); }
+    [[nodiscard]] const_iterator end() const noexcept { return Units() + m_length; }
+    /// The UTF-8 bytes; a lone surrogate becomes U+FFFD (EF BF BD).
+    [[nodiscard]] std::string ToUtf8() const;
+
+    // --- Substrings
+    // -----------------------------------------------------------------------------------------------------
+
+    /// The first / the last `unitCount` units, or all there are.
+    [[nodiscard]] CString Left(int unitCount) const;
+    [[nodiscard]] CString Right(int unitCount) const;
+    /// The units from `start` on, at most `unitCount`; "" at or past the end. A negative start counts as 0.
+    [[nodiscard]] CString Mid(int start) const;
+    [[nodiscard]] CString Mid(int start, int unitCount) const;
+    /// The leading part before the first unit that occurs in `set`; the whole text when none does.
+    [[nodiscard]] CString SpanExcluding(const CString& set) const;
+    /// The next run of units that are not in `delimiters`, from `position` on; `position` moves past the delimiter that
+    /// ends it, or to the end.
+    ///
+    ///     "a,,b" with "," from 0  ->  "a" (position 2), "b" (position 4), "" (position -1)
+    ///
+    /// "" with `position` -1 when nothing is left or `position` is negative, so a walk ends at the first empty token.
+    CString Tokenize(const CString& delimiters, int& position) const;
+
+    // --- Searching
+    // ------------------------------------------------------------------------------------------------------
+
+    /// The first occurrence of `sought` at or after `start`. An empty text is found at `start`; a start past the end
+    /// finds nothing. Time is linear in both texts together.
+    [[nodiscard]] int Find(const CString& sought, int start = 0) const noexcept;
+    /// The same, two units being alike when Unicode's simple case folding makes them equal.
+    [[nodiscard]] int FindNoCase(const CString& sought, int start = 0) const;
+    /// The first unit at or after `start` that occurs in `set`.
+    [[nodiscard]] int FindOneOf(const CString& set, int start = 0) const noexcept;
+    /// The last occurrence that begins at or before `start`; a negative start (-1) asks for the last one of all. An
+    /// empty text is found at `start` or, there, at the end.
+    [[nodiscard]] int ReverseFind(const CString& sought, int start = -1) const noexcept;
+
+    // --- Comparing
+    // ------------------------------------------------------------------------------------------------------
+
+    /// Below 0, 0 or above 0: by code units, exactly. `==` and `<=>` compare the same way.
+    [[nodiscard]] int Compare(const CString& other) const noexcept { return View().compare(other.View()); }
+    /// Below 0, 0 or above 0: by code units after Unicode's simple case folding. The same in every locale.
+    [[nodiscard]] int CompareNoCase(const CString& other) const;
+
+    friend bool operator==(const CString& a, const CString& b) noexcept { return a.View() == b.View(); }
+    friend auto operator<=>(const CString& a, const CString& b) noexcept { return a.View() <=> b.View(); }
+    template <rk::Utf16Text T>
+    friend bool operator==(const CString& a, const T& b)
+    {
+        return a.View() == ViewOf(b);
+    }
+    template <rk::Utf16Text T>
+    friend auto operator<=>(const CString& a, const T& b)
+    {
+        return a.View() <=> ViewOf(b);
+    }
+    friend bool operator==(const CString& a, unsigned short const* b) noexcept { return a.View() == ViewOf(b); }
+    friend auto operator<=>(const CString& a, unsigned short const* b) noexcept { return a.View() <=> ViewOf(b); }
+
+    // --- Changing the text in place
+    // -------------------------------------------------------------------------------------
+
+    /// Makes the text empty and gives its memory back.
+    void Empty() noexcept
+    {
+        CString empty;
+        swap(*this, empty);
+    }
+    /// Replaces the unit at `index`; outside the text nothing happens.
+    void SetAt(int index, unsigned short unit);
+    /// Inserts before `index` (clamped to 0 .. length); returns the new length.
+    int Insert(int index, const CString& text);
+    /// Removes up to `unitCount` units from `index` on; returns the new length. Nothing happens for an index outside
+    /// the text.
+    int Delete(int index, int unitCount = 1);
+    /// Replaces every occurrence, left to right and not overlapping; the new text is not searched again. Returns how
+    /// many. Nothing happens for an empty `before`. Linear in the length of the old and the new text.
+    int Replace(const CString& before, const CString& after);
+    /// Removes every occurrence of one unit; returns how many.
+    int Remove(unsigned short unit);
+    /// Removes carriage returns and line feeds.
+    void RemoveLineFeeds();
+    CString& MakeUpper();
+    CString& MakeLower();
+    /// Removes white space (Unicode's White_Space) at both ends / at the end.
+    CString& Trim();
+    CString& TrimRight();
+
+    CString& Append(const CString& text);
+    CString& operator+=(const CString& text) { return Append(text); }
+    template <rk::Utf16Text T>
+    CString& operator+=(const T& text)
+    {
+        return AppendUnits(ViewOf(text));
+    }
+    template <rk::CodeUnit T>
+    CString& operator+=(const T& unit)
+    {
+        return AppendUnits({AsUnit(&unit), 1});
+    }
+
+    friend CString operator+(const CString& a, const CString& b) { return Joined(a.View(), b.View()); }
+    template <rk::Utf16Text T>
+    friend CString operator+(const CString& a, const T& b)
+    {
+        return Joined(a.View(), ViewOf(b));
+    }
+    template <rk::Utf16Text T>
+    friend CString operator+(const T& a, const CString& b)
+    {
+        return Joined(ViewOf(a), b.View());
+    }
+    template <rk::CodeUnit T>
+    friend CString operator+(const CString& a, const T& unit)
+    {
+        return Joined(a.View(), {AsUnit(&unit), 1});
+    }
+    template <rk::CodeUnit T>
+    friend CString operator+(const T& unit, const CString& b)
+    {
+        return Joined({AsUnit(&unit), 1}, b.View());
+    }
+
+    // --- Texts from elsewhere
+    // -------------------------------------------------------------------------------------------
+
+    /// Takes the value of the process's environment variable, read as UTF-8; empty when it is not set.
+    void GetEnvironmentVariable(const CString& name);
+
+    /// Formats as C's printf does, whatever `setlocale` says: "." is the decimal point.
+    ///
+    /// - Conversions d i u o x X c s p f F e E g G a A and %%, flags "-", "+", " ", "#", "0", width, precision, "*",
+    ///   lengths hh h l ll j z t L, and positions ("%2$s", "%1$*2$d").
+    /// - "%s" takes a zero-terminated UTF-8 text (`StUTF8Buffer`); its width and precision count UTF-8 bytes as in C,
+    /// and a
+    ///   precision cuts between characters only. Null prints "(null)".
+    /// - "%c" takes a code unit 0 to 0xFFFF, "%lc" a code point.
+    /// - An integer argument serves every integer conversion: converted as C does when its type is no wider than the
+    ///   conversion's, else it must fit.
+    ///
+    /// Throws `rk::FormatError` and leaves the text as it was: a missing argument, one of another kind, "%n", an
+    /// unknown or unfinished conversion, positions mixed with plain conversions, a width or precision above 1,048,576.
+    /// Surplus arguments are ignored.
+    template <class... Arguments>
+    void Format(const CString& format, const Arguments&... arguments)
+    {
+        const std::array<rk::FormatArgument, sizeof...(Arguments)> list{rk::FormatArgument(arguments)...};
+        FormatList(format, list.data(), list.size());
+    }
+    /// The same with C's argument list, whose kinds must be those that the conversions name. A position that no
+    /// conversion uses, below one that is used, is a failure: nothing tells its kind.
+    void FormatV(const CString& format, std::va_list arguments);
+
+    /// The text for `key` in the application's string tables, in the user's language; "" when there is none.
+    ///
+    /// A bundle is a folder of compiled ICU resource files (en.res, de.res, root.res ...); null means the one named
+    /// with `rk::platform::SetStringTables`. ICU's fallback decides the language. The text is taken as it stands there.
+    void LoadString(char const* key, char const* bundle = nullptr);
+
+    friend void swap(CString& a, CString& b) noexcept
+    {
+        std::swap(a.m_storage, b.m_storage);
+        std::swap(a.m_length, b.m_length);
+        std::swap(a.m_kind, b.m_kind);
+    }
+
+private:
+    friend class rk::TextBuilder;
+
+    static constexpr std::size_t kInlineUnits = 11;
+    static constexpr struct Utf16Tag {
+    } Utf16{};
+    enum class Kind : std::uint32_t { Inline, Static, Shared };
+    union Storage {
+        char16_t units[kInlineUnits + 1];
+        const char16_t* pointer;  // Static: a literal; Shared: the units of a rk::SharedUnits
+    };
+
+    CString(Utf16Tag, std::u16string_view text);
+
+    static const char16_t* AsUnit(const char16_t* unit) noexcept { return unit; }
+    static const char16_t* AsUnit(unsigned short const* unit) noexcept { return rk::AsChar16(unit); }
+    static std::u16string_view ViewOf(std::u16string_view text) noexcept { return text; }
+    static std::u16string_view ViewOf(const char16_t* text) noexcept
+    {
+        return text != nullptr ? std::u16string_view(text) : std::u16string_view();
+    }
+    static std::u16string_view ViewOf(unsigned short const* text) noexcept { return ViewOf(rk::AsChar16(text)); }
+
+    static CString Joined(std::u16string_view a, std::u16string_view b);
+
+    [[nodiscard]] const char16_t* Units() const noexcept
+    {
+        return m_kind == Kind::Inline ? m_storage.units : m_storage.pointer;
+    }
+    void Retain() const noexcept;
+    void Release() noexcept;
+    constexpr void Forget() noexcept
+    {
+        m_storage = {.units = {}};
+        m_length = 0;
+        m_kind = Kind::Inline;
+    }
+    char16_t* Writable();
+    CString& AppendUnits(std::u16string_view text);
+    void FormatList(const CString& format, const rk::FormatArgument* arguments, std::size_t count);
+
+    Storage m_storage;
+    int m_length;
+    Kind m_kind;
+};
+
+/// Writes the text as UTF-8; a lone surrogate becomes U+FFFD. Width and fill of the stream apply to the bytes.
+RK_EXPORT std::ostream& operator<<(std::ostream& stream, const CString& text);
+
+template <>
+struct std::hash<CString> {
+    std::size_t operator()(const CString& text) const noexcept { return std::hash<std::u16string_view>()(text.View()); }
+};

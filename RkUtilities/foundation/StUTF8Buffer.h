@@ -1,0 +1,27 @@
+#pragma once
+
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+#include <memory>
+#include <string>
+
+/// A writable, zero-terminated UTF-8 copy of a text, for calls that take `char*`; valid as long as the buffer lives.
+///
+/// A lone surrogate becomes U+FFFD. A U+0000 inside the text ends it for whoever reads up to the terminator. The bytes
+/// may be changed in place; they may not grow.
+///
+///     line.Format(u"%s: %d", static_cast<char*>(StUTF8Buffer(name)), count);
+class RK_EXPORT StUTF8Buffer {
+public:
+    explicit StUTF8Buffer(const CString& text);
+
+    operator char*() noexcept { return m_bytes.get(); }
+    operator char const*() const noexcept { return m_bytes.get(); }
+
+private:
+    std::unique_ptr<char[]> m_bytes;
+};
+
+/// The UTF-8 bytes of the text, into `bytes`, whose memory is used again; a lone surrogate becomes U+FFFD.
+RK_EXPORT void GetStdStringFromCString(const CString& text, std::string& bytes);
