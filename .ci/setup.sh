@@ -1,0 +1,42 @@
+# Sourced by run, test and .ci/run: strict mode, the project's folder, the packages each needs.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+run_packages=(g++ cmake ninja-build libicu-dev libexpat1-dev libsqlite3-dev)
+test_packages=("${run_packages[@]}" libgtest-dev libgmock-dev tzdata)
+ci_packages=("${test_packages[@]}" clang libclang-rt-dev clang-format-14 clang-tidy-14
+             libbenchmark-dev pkgconf)
+
+# Installs those of the packages that are missing; where that is not allowed, says what to ask for and ends the script.
+# RK_INSTALL=no keeps it from installing anything.
+require_packages() {
+    if ! command -v dpkg-query >/dev/null; then
+        echo "This is no Debian system: make sure that it has what these packages bring: $*" >&2
+        return
+    fi
+    local missing=() package
+    for package in "$@"; do
+        [[ $(dpkg-query -W -f='${Status}' "$package" 2>/dev/null) == *" ok installed" ]] || missing+=("$package")
+    done
+    [[ ${#missing[@]} -gt 0 ]] || return 0
+
+    local as_root=()
+    [[ $(id -u) -eq 0 ]] || as_root=(sudo -n)
+    if [[ ${RK_INSTALL:-yes} == no ]] || ! "${as_root[@]}" true 2>/dev/null; then
+        printf 'Packages are missing and may not be installed from here. Ask an administrator for:\n' >&2
+        printf '    apt-get install %s\n' "${missing[*]}" >&2
+        exit 1
+    fi
+    echo "Installing: ${missing[*]}"
+    "${as_root[@]}" apt-get -q update
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+        apt-get -q install -y --no-install-recommends "${missing[@]}" </dev/null
+}
+
+# Configures and builds one preset: build PRESET [cmake option...]. A ccache on the machine is used.
+build() {
+    local preset=$1 launcher=
+    launcher=$(command -v ccache || true)
+    cmake --preset "$preset" -DCMAKE_CXX_COMPILER_LAUNCHER="$launcher" "${@:2}" >/dev/null
+    cmake --build "build/$preset" --parallel "$(nproc)"
+}

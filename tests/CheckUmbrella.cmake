@@ -1,0 +1,10 @@
+# Compares the includes of UMBRELLA with the public HEADERS (paths below RkUtilities/).
+list(REMOVE_ITEM HEADERS RkUtilities.h)
+list(SORT HEADERS)
+file(STRINGS ${UMBRELLA} included REGEX "^#include ")
+list(TRANSFORM included REPLACE "^#include \"RkUtilities/(.*)\"$" "\\1")
+if(NOT included STREQUAL HEADERS)
+    list(TRANSFORM HEADERS REPLACE "(.+)" "#include \"RkUtilities/\\1\"\n")
+    list(JOIN HEADERS "" expected)
+    message(FATAL_ERROR "${UMBRELLA} should include exactly these, in this order:\n${expected}")
+endif()
