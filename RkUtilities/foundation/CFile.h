@@ -1,0 +1,112 @@
+#pragma once
+
+#include "RkUtilities/foundation/CFileException.h"
+#include "RkUtilities/foundation/CFileStatus.h"
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+/// An open file, and what can be done to a file by its path.
+///
+/// - Paths are native ones in UTF-16, absolute or relative to the current folder, of any content; a leading "~/" is the
+/// home
+///   folder. A text with U+0000 in it names no file: it counts as not found.
+/// - Positions and lengths are bytes from 0, of 64 bits.
+/// - Failures of `Open` come back as false, those of all other members are thrown as a `CFileException*`, which the
+/// catcher
+///   disposes of with `Delete()`. Exhausted memory throws `std::bad_alloc`.
+/// - A call that a signal interrupts goes on. A descriptor is never handed to programs that the process starts.
+/// - Links are followed, except by `Remove` and `Rename`, which act on the link itself.
+/// - An object is used by one thread at a time; the static members are safe from any thread.
+class RK_EXPORT CFile {
+public:
+    /// Flags of `Open`: one of the first two, one of the next two or none (as `shareDenyNone`), and `modeCreate` if
+    /// wanted.
+    enum OpenFlags : unsigned int {
+        modeRead = 0x0000,
+        modeReadWrite = 0x0002,
+        /// Others may read but not write. Linux keeps nobody away by force, so this is an agreement among those who ask
+        /// for it (an advisory lock, `flock`): any number may read a file so, or one may read and write it; another who
+        /// asks meanwhile is refused with `sharingViolation` and never waits. On a file system without such locks it
+        /// has no effect.
+        shareDenyWrite = 0x0020,
+        /// No restriction: nothing is asked for and nobody is refused.
+        shareDenyNone = 0x0040,
+        /// Makes the file when it is missing (readable and writable for whom the process's umask allows); an existing
+        /// one is opened with its content.
+        modeCreate = 0x1000,
+    };
+
+    /// A closed file.
+    CFile() noexcept = default;
+    /// Closes an open file. A failure to write back what was written goes unnoticed here: call `Close` to learn of it.
+    ~CFile();
+    CFile(CFile&& other) noexcept;
+    CFile& operator=(CFile&& other) noexcept;
+    CFile(const CFile&) = delete;
+    CFile& operator=(const CFile&) = delete;
+
+    // --- An open file
+    // ---------------------------------------------------------------------------------------------------
+
+    /// Opens an ordinary file or a device at position 0; a file that is still open in this object is closed first.
+    ///
+    /// Folders (`accessDenied`), pipes and sockets (`invalidFile`) are refused, without waiting for a pipe's other end;
+    /// flags beyond those above too (`genericException`, EINVAL).
+    /// @param[out] error  may be null; on failure cause, error number and path, untouched on success.
+    bool Open(const CString& path, unsigned int flags, CFileException* error = nullptr);
+    bool Open(unsigned short const* path, unsigned int flags, CFileException* error = nullptr);
+
+    [[nodiscard]] bool IsOpen() const noexcept { return m_hFile >= 0; }
+
+    /// Reads up to `byteCount` bytes at the position; fewer come back only where the file ends, 0 at its end.
+    unsigned int Read(void* buffer, unsigned int byteCount);
+    /// Writes all bytes at the position. After a failure a part of them may stand in the file.
+    void Write(const void* bytes, unsigned int byteCount);
+    /// Writes the text at the position in UTF-8, without a byte-order mark; a lone surrogate becomes U+FFFD. As
+    /// `Write`.
+    void WriteString(const CString& text);
+
+    /// Moves the position; `from` is 0 for the start, 1 for the position, 2 for the end. A position past the end is
+    /// legal, one before the start fails with `badSeek`. Returns the new position.
+    unsigned long long Seek(long long offset, unsigned int from);
+    [[nodiscard]] unsigned long long GetPosition() const;
+    [[nodiscard]] unsigned long long GetLength() const;
+
+    /// What was written is with the system, where every other program sees it, as soon as `Write` returns; nothing is
+    /// kept here, so this only fails for a closed file. It does not wait until the bytes would survive a power cut.
+    void Flush();
+    /// Closes the file. Nothing happens for a closed one. After a failure (a full disk that a network file system
+    /// notices late, say) the file is closed all the same.
+    void Close();
+
+    // --- By path
+    // --------------------------------------------------------------------------------------------------------
+
+    /// Reads what is known of the file or folder; true when it could be read, else `status` is untouched.
+    ///
+    /// A link that leads nowhere is described itself, so whatever has a name in a folder has a status. Never throws a
+    /// `CFileException`: what does not exist or may not be looked at gives false.
+    static bool GetStatus(const CString& path, CFileStatus& status);
+
+    /// Writes what may be changed of a status: the read-only bit and the times of the last change and access.
+    ///
+    /// - Read-only is the owner's write permission; the other permissions stay. The other bits are not looked at.
+    /// - A time that equals the present one as `CTime` tells times apart, or the null time, leaves the file's time
+    /// alone, to
+    ///   the nanosecond: a status just read and written back moves no time.
+    /// - The time a file was made, its size and its name are not looked at.
+    static void SetStatus(const CString& path, const CFileStatus& status);
+    static void SetStatus(unsigned short const* path, const CFileStatus& status);
+
+    /// Removes a file or a link (never what it leads to); a folder fails with `accessDenied`.
+    static void Remove(const CString& path);
+
+    /// Gives a file, folder or link another name. A name that is taken fails with `accessDenied` (EEXIST) and is never
+    /// replaced, also when it comes to exist meanwhile; a file system that cannot promise the latter is asked just
+    /// before. Across file systems it is copied and removed; a failure of that leaves the old one whole and no new one.
+    static void Rename(const CString& oldPath, const CString& newPath);
+
+private:
+    int m_hFile = -1;
+    CString m_path;  // as given to Open: failures name it
+};

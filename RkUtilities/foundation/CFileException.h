@@ -1,0 +1,56 @@
+#pragma once
+
+#include "RkUtilities/foundation/CException.h"
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+/// Why a file operation failed.
+///
+/// Thrown as a pointer, and whoever catches it disposes of it:
+///
+///     try {
+///         CFile::Remove(path);
+///     } catch (CFileException* failure) {
+///         const int cause = failure->m_cause;
+///         failure->Delete();
+///     }
+///
+/// `CFile::Open` throws nothing and fills in the caller's object instead.
+class RK_EXPORT CFileException : public CException {
+public:
+    /// Values of `m_cause`. The causes in brackets are part of the numbering but are never reported here.
+    enum Cause : int {
+        none = 0,
+        genericException = 1,  ///< none of the others; `m_lOsError` says which
+        fileNotFound = 2,      ///< the folder exists, the name in it does not
+        badPath =
+            3,  ///< a folder on the path does not exist or is no folder, or the path is too long or a ring of links
+        tooManyOpenFiles = 4,  ///< of this process or of the system
+        accessDenied =
+            5,  ///< permission, a read-only file system, a folder where a file is wanted, a name already taken
+        invalidFile = 6,        ///< a `CFile` that is closed, or a pipe or socket, which no `CFile` opens
+        removeCurrentDir = 7,   ///< the folder is in use
+        directoryFull = 8,      ///< the folder takes no more entries
+        badSeek = 9,            ///< a position before the start of the file or beyond the largest one
+        hardIO = 10,            ///< the device failed
+        sharingViolation = 11,  ///< another `CFile` denies this access; see `CFile::shareDenyWrite`
+        lockViolation = 12,     ///< a lock that another program holds is in the way
+        diskFull = 13,          ///< no space, or a limit of the user or the process on space or file size
+        endOfFile = 14,         ///< (more was expected; a short `Read` is no failure)
+    };
+
+    /// `osError` is an error number of the system (`errno`), 0 for none; a null `fileName` gives "".
+    explicit CFileException(int cause = none, int osError = 0, unsigned short const* fileName = nullptr);
+    CFileException(int cause, int osError, const CString& fileName);
+    ~CFileException() override;
+
+    /// The cause that stands for an error number of the system; 0 gives `none`. ENOENT alone gives `fileNotFound`: only
+    /// who knows the path can tell it from `badPath`, as all members of `CFile` do.
+    static int ErrnoToException(int osError) noexcept;
+
+    int m_cause;
+    /// The system's error number behind the cause, 0 when there is none.
+    long m_lOsError;
+    /// The path as the caller gave it.
+    CString m_strFileName;
+};

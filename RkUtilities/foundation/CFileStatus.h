@@ -1,0 +1,32 @@
+#pragma once
+
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/CTime.h"
+
+#include <cstdint>
+
+/// What `CFile::GetStatus` knows of a file or folder, and what `CFile::SetStatus` writes back.
+///
+/// `CTime` holds a double, which tells times of our days apart to about a tenth of a microsecond; files keep
+/// nanoseconds.
+struct CFileStatus {
+    /// Bits of `m_attribute`. A folder is `directory`, everything else `archive`: no attribute byte that was read is 0.
+    enum Attribute : unsigned char {
+        readOnly = 0x01,   ///< the owner may not write (the owner's write permission is off, whoever asks)
+        hidden = 0x02,     ///< the name begins with "."; "." and ".." themselves are not hidden
+        directory = 0x10,  ///< a folder
+        archive = 0x20,  ///< no folder: an ordinary file, also a pipe, a socket, a device or a link that leads nowhere
+    };
+
+    /// When the file was made, where the file system knows it; else the oldest of its other times.
+    CTime m_ctime;
+    /// When the content was last changed.
+    CTime m_mtime;
+    /// When the content was last read, as far as the file system keeps track.
+    CTime m_atime;
+    /// Bytes; 64 bits, so files above 4 GiB fit. For a folder whatever the file system says.
+    std::int64_t m_size = 0;
+    unsigned char m_attribute = 0;
+    /// The absolute path: the one asked for, after the current folder when it was relative.
+    CString m_szFullName;
+};

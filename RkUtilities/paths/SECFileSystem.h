@@ -1,0 +1,168 @@
+#pragma once
+
+#include "RkUtilities/foundation/CAtlList.h"
+#include "RkUtilities/foundation/CObject.h"
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/CTime.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+class CFile;
+struct CFileStatus;
+
+/// Files and folders: what is known of them, making, renaming, deleting, copying, comparing and listing them.
+///
+/// - Made on the stack for a call or for many: it keeps nothing between calls, and all members are safe from any
+/// thread.
+/// - Paths are as `CFile` takes them: absolute or relative to the current folder, a leading "~/" is the home folder.
+/// Names are
+///   of any bytes: one that is no UTF-8 comes from `GetFileList` as a text that leads back to the same file.
+/// - A link is followed, unless a member says otherwise; one that leads nowhere exists and is no folder.
+/// - Failures are false or 0 and nothing is logged. Only `RenameFile` throws a `CFileException*`.
+class RK_EXPORT SECFileSystem : public CObject {
+public:
+    /// Flags of `CopyFile` and `CopyFiles`.
+    enum CopyFlags : unsigned int {
+        copyKeepExisting = 0x1,       ///< a writable file that has the destination's name stays, and that is a success
+        copyOverwriteReadOnly = 0x2,  ///< a read-only destination is made writable and replaced
+        copyAskOverwriteReadOnly = 0x4,  ///< the same: this library puts no question to anyone
+        copyMakeWritable = 0x8,          ///< the copy is made writable
+    };
+
+    SECFileSystem();
+    ~SECFileSystem() override;
+
+    // --- Names: the text alone is looked at
+    // ------------------------------------------------------------------------------
+    //
+    // "/" separates, and so does "\". Folder (with the drive kept) + file name is the path again.
+
+    /// What follows the last separator; the whole path when there is none.
+    ///
+    ///     "C:\dir\f.txt"  ->  "f.txt"
+    ///     "/a/b/"         ->  ""
+    CString GetFileName(const CString& path) const;
+    /// What ends with the last separator, "" when there is none. Without `keepDrive` what ends with its first ":" goes.
+    ///
+    ///     "C:\dir\f.txt"  ->  "C:\dir\", without the drive "\dir\"
+    ///     "/a:b/c"        ->  "/a:b/",   without the drive "b/"
+    CString GetPath(const CString& path, signed char keepDrive) const;
+    /// What follows the file name's last dot, "" when there is none or nothing follows.
+    ///
+    ///     "a.tar.gz"  ->  "gz"
+    ///     ".cfg"      ->  "cfg"
+    ///     "a."        ->  ""
+    CString GetExtension(const CString& path) const;
+    /// The file name without extension and dot.
+    ///
+    ///     "a.tar.gz"  ->  "a.tar"
+    ///     ".cfg"      ->  ""
+    ///     "a."        ->  "a"
+    CString GetBaseFileName(const CString& path) const;
+    /// A path that begins with "/" or "~" as it is; else the current folder, "/" and the path as it is written.
+    CString GetFullPathName(const CString& path) const;
+
+    // --- What is known of a file or folder: true when it could be read, else the output is untouched
+    // ------------------------
+
+    bool GetFileStatus(const CString& path, CFileStatus& status) const;
+    bool GetFileCreateTime(const CString& path, CTime& time) const;
+    bool GetFileModifyTime(const CString& path, CTime& time) const;
+    bool GetFileAccessTime(const CString& path, CTime& time) const;
+    /// Bytes.
+    bool GetFileSize(const CString& path, unsigned long long& size) const;
+    /// Bits of `CFileStatus::Attribute`.
+    bool GetFileAttribute(const CString& path, unsigned char& attribute) const;
+    /// Something has that name: a file, a folder, or a link that leads nowhere.
+    bool FileExists(const CString& path) const;
+    bool DirectoryExists(const CString& path) const;
+    /// The folder can be listed and has no entries; hidden ones count.
+    bool IsDirectoryEmpty(const CString& path) const;
+
+    // --- Making, renaming, deleting
+    // -------------------------------------------------------------------------------------
+
+    /// Makes one folder. False when the name is taken, its parent is missing, or it has more than 255 code units.
+    bool MakeDirectory(const CString& path) const;
+    /// Makes the folder and all that lead to it. False when it exists already (ask `DirectoryExists` before).
+    bool MakePath(const CString& path) const;
+
+    /// Gives a file or folder another name, true at once when both are the same text. False, with nothing changed, when
+    /// there is no such file or the new name is taken. A failure of the renaming itself is thrown as `CFile::Rename`
+    /// does.
+    bool RenameFile(const CString& oldPath, const CString& newPath) const;
+    /// Moves a file, link or folder, across file systems too. False when the new name is taken; after a failure the old
+    /// one is whole and there is no new one.
+    bool RenameDirectory(const CString& oldPath, const CString& newPath) const;
+
+    /// Removes a file or a link itself, never a folder.
+    bool DeleteFile(const CString& path) const;
+    /// Removes a folder: an empty one or, with `recursive`, one with all it holds, or a file.
+    ///
+    /// Links in it, and a link at the path itself, are removed and what they lead to is not. Stops at the first entry
+    /// that cannot be removed. "", the root folder and paths that end in "." or ".." are refused.
+    bool DeleteDirectory(const CString& path, signed char recursive) const;
+    /// Closes the file; false when writing it back failed.
+    bool CloseFile(CFile* file) const;
+
+    // --- Comparing and copying
+    // ------------------------------------------------------------------------------------------
+
+    /// 1 when both files hold the same bytes, as far as they have a length. 0 when not, or when one cannot be opened
+    /// (see `CFile::Open`: folders, pipes and sockets cannot), read to the length it had, or is being written by a
+    /// `CFile` that denies it to others.
+    ///
+    /// `blockSize` is a hint, in bytes, at how much to read at once. Any value gives the same result; what is used lies
+    /// between 4 KiB and 1 MiB.
+    int CompareFiles(const CString& first, const CString& second, unsigned long blockSize) const;
+
+    /// Copies a file, a link, or a folder with all it holds. 1 when copied or when the flags let the destination stay.
+    ///
+    /// - A read-only destination stays without flags 0x2 and 0x4 (result 1); a writable file stays with 0x1 (result 1)
+    /// and is
+    ///   replaced without; a folder that exists is a failure. A file is replaced when its copy is complete: after a
+    ///   failure the old one is there, and no part of a new one.
+    /// - A link is copied as a link. A pipe, socket or device is made anew and never opened. Permissions (read, write
+    /// and
+    ///   execute for owner, group and others) and the times of the last change and access are kept; owner, extended
+    ///   attributes and the set-user-id bits are not.
+    /// - Entries of a folder that cannot be copied make the result 0; the others are copied. A destination inside the
+    /// folder
+    ///   is not copied into itself.
+    /// - The bytes are copied inside the kernel, holes stay holes, and nothing waits for the disk: like any file just
+    /// written the copy may
+    ///   be lost in a power cut.
+    ///
+    /// With 0x8 the copy is made writable and must be a file or link, else the result is 0; one that is writable
+    /// already counts as success, and a link is left alone with what it leads to. `prompt` is not used.
+    int CopyFile(const CString& source, const CString& destination, unsigned int flags,
+                 unsigned short const* prompt) const;
+
+    /// Copies all that a folder holds into an existing folder, each entry as `CopyFile` would, and folders that exist
+    /// on both sides into each other. Always 1: what cannot be copied is left out. The last argument has no effect.
+    ///
+    /// In a sub-folder that did not exist, files are copied as they are, and 0x8 makes them writable only together with
+    /// 0x2 or 0x4. A destination inside the source is not copied into itself.
+    int CopyFiles(const CString& source, const CString& destination, unsigned int flags, signed char) const;
+
+    // --- Listing
+    // --------------------------------------------------------------------------------------------------------
+
+    /// The full paths of a folder's entries whose name fits the pattern and whose attribute byte has a bit of
+    /// `attributeMask`
+    /// (`CFileStatus::Attribute`), in the order of the user's language without regard to case; names alike in that are
+    /// in the order of their code units. The caller deletes the list; it is never null, and empty for a folder that
+    /// cannot be read.
+    ///
+    ///     "/dir/*.*"    every entry
+    ///     "/dir/*"      entries without an extension
+    ///     "/dir/*.txt"  entries with the extension "txt", not "TXT"
+    ///     "/dir/a.*"    entries whose base name is exactly "a"
+    ///     "*.*"         every entry of the current folder, without a folder before the names
+    ///
+    /// "*" is a wildcard only as the whole base name or extension. A link has its target's attributes; an entry whose
+    /// status may not be read has those of its kind, so none is missing.
+    CAtlList<CString>* GetFileList(const CString& pattern, unsigned long attributeMask) const;
+
+private:
+    int m_blockSize;  // kept for the layout of the interface's object
+};
