@@ -1,0 +1,26 @@
+#pragma once
+
+#include "RkUtilities/foundation/CObject.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+/// The base of the exceptions that are thrown as pointers to objects made with `new`.
+///
+///     try {
+///         CFile::Remove(path);
+///     } catch (CFileException* failure) {
+///         report(failure->m_cause);
+///         failure->Delete();
+///     }
+class RK_EXPORT CException : public CObject {
+public:
+    ~CException() override;
+
+    /// Disposes of an exception that was caught as a pointer; it must not be used afterwards.
+    /// Only for objects made with `new`: one that stands in a variable goes with its scope.
+    void Delete();
+
+protected:
+    CException() = default;
+    CException(const CException&) = default;
+    CException& operator=(const CException&) = default;
+};
