@@ -1,0 +1,187 @@
+#pragma once
+
+#include "RkUtilities/foundation/AtlThrow.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <initializer_list>
+#include <memory>
+#include <type_traits>
+#include <utility>
+
+/// Elements side by side in memory, found by index from 0.
+///
+///     CAtlArray<bool> days;
+///     days.SetCount(7);                   // all false
+///     days[1] = true;
+///     for (const bool day : days) ...
+///
+/// An index that names no element throws CAtlException with ATL::kInvalidArgument, whatever the member. A failed
+/// allocation, or a count that no memory can hold, throws it with ATL::kAllocationFailed. Whatever is thrown, the array
+/// is as it was (the strong guarantee) unless the member says otherwise; when the elements can only be moved and their
+/// move throws, the array keeps its count, but elements may be left moved-from. An argument may be an element of the
+/// same array. Adding and SetCount may move the elements: references and iterators end. An empty array holds no memory
+/// until the first element. Copies are deep; a moved-from array is empty. Different threads may use different arrays,
+/// and one array while none of them changes it.
+template <class T>
+class CAtlArray {
+public:
+    using value_type = T;
+    using iterator = T*;
+    using const_iterator = const T*;
+
+    CAtlArray() noexcept = default;
+    CAtlArray(std::initializer_list<T> elements) : CAtlArray(elements.begin(), elements.size()) {}
+    CAtlArray(const CAtlArray& other) : CAtlArray(other.begin(), other.GetCount()) {}
+    CAtlArray(CAtlArray&& other) noexcept { Swap(other); }
+    CAtlArray& operator=(CAtlArray other) noexcept
+    {
+        Swap(other);
+        return *this;
+    }
+    ~CAtlArray() { std::destroy_n(m_storage.m_elements, m_count); }
+
+    std::size_t GetCount() const noexcept { return m_count; }
+    bool IsEmpty() const noexcept { return m_count == 0; }
+
+    const T& GetAt(std::size_t index) const { return m_storage.m_elements[Checked(index)]; }
+    T& GetAt(std::size_t index) { return m_storage.m_elements[Checked(index)]; }
+    const T& operator[](std::size_t index) const { return GetAt(index); }
+    T& operator[](std::size_t index) { return GetAt(index); }
+
+    /// Replaces an element. The element's own assignment decides what is left of it when that throws.
+    void SetAt(std::size_t index, const T& element)
+    {
+        rk::RaisingAllocationFailures([&] { GetAt(index) = element; });
+    }
+    void SetAt(std::size_t index, T&& element)
+    {
+        rk::RaisingAllocationFailures([&] { GetAt(index) = std::move(element); });
+    }
+
+    /// Adds an element behind the last one, in constant time on average.
+    /// @return its index
+    std::size_t Add(const T& element) { return Append(element); }
+    std::size_t Add(T&& element) { return Append(std::move(element)); }
+
+    /// Cuts the array to its first `count` elements, or lengthens it with value-initialised ones (0, false, "").
+    /// @return true; failures throw
+    bool SetCount(std::size_t count)
+    {
+        rk::RaisingAllocationFailures([&] {
+            if (count <= m_count) {
+                std::destroy_n(m_storage.m_elements + count, m_count - count);
+                m_count = count;
+            } else {
+                AddBehind(count - m_count, [](T* place, std::size_t addedCount) {
+                    std::uninitialized_value_construct_n(place, addedCount);
+                });
+            }
+        });
+        return true;
+    }
+
+    /// Removes all elements and frees the memory.
+    void RemoveAll() noexcept { CAtlArray().Swap(*this); }
+
+    /// Pointers, so the array is a contiguous range: std::span and std::ranges take it.
+    T* begin() noexcept { return m_storage.m_elements; }
+    T* end() noexcept { return m_storage.m_elements + m_count; }
+    const T* begin() const noexcept { return m_storage.m_elements; }
+    const T* end() const noexcept { return m_storage.m_elements + m_count; }
+
+    /// The same number of elements, equal one by one.
+    friend bool operator==(const CAtlArray& left, const CAtlArray& right)
+    {
+        return std::equal(left.begin(), left.end(), right.begin(), right.end());
+    }
+
+private:
+    /// Memory without elements; what stands in it is the array's matter.
+    struct Storage {
+        Storage() = default;
+        explicit Storage(std::size_t capacity)
+            : m_elements(std::allocator<T>().allocate(capacity)), m_capacity(capacity)
+        {}
+        Storage(const Storage&) = delete;
+        Storage& operator=(const Storage&) = delete;
+        ~Storage()
+        {
+            if (m_elements)
+                std::allocator<T>().deallocate(m_elements, m_capacity);
+        }
+
+        T* m_elements = nullptr;
+        std::size_t m_capacity = 0;
+    };
+
+    CAtlArray(const T* elements, std::size_t count) : CAtlArray()
+    {
+        rk::RaisingAllocationFailures([&] {
+            if (count > 0)
+                AddBehind(count, [&](T* place, std::size_t) { std::uninitialized_copy_n(elements, count, place); });
+        });
+    }
+
+    std::size_t Checked(std::size_t index) const
+    {
+        if (index >= m_count)
+            ATL::AtlThrow(ATL::kInvalidArgument);
+        return index;
+    }
+
+    template <class Element>
+    std::size_t Append(Element&& element)
+    {
+        rk::RaisingAllocationFailures([&] {
+            AddBehind(1, [&](T* place, std::size_t) { std::construct_at(place, std::forward<Element>(element)); });
+        });
+        return m_count - 1;
+    }
+
+    /// Lets `construct` make `addedCount` elements behind the last one, in new memory if need be.
+    template <class Construct>
+    void AddBehind(std::size_t addedCount, const Construct& construct)
+    {
+        const std::size_t count = m_count + addedCount;
+        if (count <= m_storage.m_capacity) {
+            construct(m_storage.m_elements + m_count, addedCount);
+        } else {
+            Storage wider(std::max(count, 2 * m_storage.m_capacity));
+            construct(wider.m_elements + m_count,
+                      addedCount);  // first: it may copy an element that is about to be moved
+            MoveElementsTo(wider, addedCount);
+        }
+        m_count = count;
+    }
+
+    void MoveElementsTo(Storage& wider, std::size_t addedCount)
+    {
+        try {
+            if constexpr (std::is_nothrow_move_constructible_v<T> || !std::is_copy_constructible_v<T>)
+                std::uninitialized_move_n(m_storage.m_elements, m_count, wider.m_elements);
+            else
+                std::uninitialized_copy_n(m_storage.m_elements, m_count, wider.m_elements);
+        } catch (...) {
+            std::destroy_n(wider.m_elements + m_count, addedCount);
+            throw;
+        }
+        std::destroy_n(m_storage.m_elements, m_count);
+        SwapStorage(wider);
+    }
+
+    void SwapStorage(Storage& other) noexcept
+    {
+        std::swap(m_storage.m_elements, other.m_elements);
+        std::swap(m_storage.m_capacity, other.m_capacity);
+    }
+
+    void Swap(CAtlArray& other) noexcept
+    {
+        SwapStorage(other.m_storage);
+        std::swap(m_count, other.m_count);
+    }
+
+    Storage m_storage;
+    std::size_t m_count = 0;
+};

@@ -1,0 +1,174 @@
+#pragma once
+
+#include "RkUtilities/foundation/AtlThrow.h"
+#include "RkUtilities/foundation/NodePool.h"
+#include "RkUtilities/foundation/POSITION.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <initializer_list>
+#include <type_traits>
+#include <utility>
+
+/// Elements in a row that never move, each found by its position: a doubly linked list.
+///
+///     for (POSITION position = list.GetHeadPosition(); position;)
+///         use(list.GetNext(position));
+///     for (const CString& name : list)    // the same walk
+///         use(name);
+///
+/// Every member but copying, comparing and RemoveAll takes constant time. A null position throws CAtlException with
+/// ATL::kInvalidArgument; a failed allocation throws it with ATL::kAllocationFailed. Whatever is thrown, the list is as
+/// it was (the strong guarantee). An argument may be an element of the same list. Memory comes in blocks of some
+/// elements; an empty list holds none until the first element, the place of a removed element serves a later one,
+/// RemoveAll frees all. Copies are deep; a moved-from list is empty. Different threads may use different lists, and one
+/// list while none of them changes it.
+template <class T>
+class CAtlList {
+public:
+    using value_type = T;
+    using iterator = rk::PositionIterator<CAtlList, T>;
+    using const_iterator = rk::PositionIterator<CAtlList, const T>;
+
+    /// @param blockElementCount  how many elements are allocated at a time; 0 counts as 1
+    explicit CAtlList(unsigned int blockElementCount) noexcept : m_blockElementCount(blockElementCount) {}
+    CAtlList() noexcept : CAtlList(10u) {}
+    CAtlList(std::initializer_list<T> elements) : CAtlList() { AddEach(elements); }
+    CAtlList(const CAtlList& other) : CAtlList(other.m_blockElementCount) { AddEach(other); }
+    CAtlList(CAtlList&& other) noexcept : CAtlList(other.m_blockElementCount) { Swap(other); }
+    CAtlList& operator=(CAtlList other) noexcept
+    {
+        Swap(other);
+        return *this;
+    }
+    ~CAtlList() { RemoveAll(); }
+
+    std::size_t GetCount() const noexcept { return m_count; }
+    bool IsEmpty() const noexcept { return m_count == 0; }
+
+    /// Adds an element before the first or behind the last one.
+    /// @return its position
+    POSITION AddHead(const T& element) { return LinkHead(Create(element)); }
+    POSITION AddHead(T&& element) { return LinkHead(Create(std::move(element))); }
+    POSITION AddTail(const T& element) { return LinkTail(Create(element)); }
+    POSITION AddTail(T&& element) { return LinkTail(Create(std::move(element))); }
+
+    /// The position of the first element; null in an empty list.
+    POSITION GetHeadPosition() const noexcept { return PositionOf(m_head); }
+
+    /// The element at the position, which moves on to the next element, or to null behind the last one.
+    T& GetNext(POSITION& position) { return NodeAt(std::exchange(position, Following(position)))->element; }
+    const T& GetNext(POSITION& position) const { return NodeAt(std::exchange(position, Following(position)))->element; }
+
+    T& GetAt(POSITION position) { return Checked(position)->element; }
+    const T& GetAt(POSITION position) const { return Checked(position)->element; }
+
+    /// Removes the element; the positions of all others stay valid.
+    void RemoveAt(POSITION position)
+    {
+        Node* const node = Checked(position);
+        (node->previous ? node->previous->next : m_head) = node->next;
+        (node->next ? node->next->previous : m_tail) = node->previous;
+        --m_count;
+        m_pool.Destroy(node);
+    }
+
+    /// Removes all elements and frees the memory.
+    void RemoveAll() noexcept
+    {
+        Node* node = std::exchange(m_head, nullptr);
+        m_tail = nullptr;
+        m_count = 0;
+        if constexpr (!std::is_trivially_destructible_v<T>) {
+            while (node)
+                m_pool.Destroy(std::exchange(node, node->next));
+        }
+        m_pool.Release();
+    }
+
+    /// Forward iterators, head to tail.
+    iterator begin() noexcept { return {this, GetHeadPosition()}; }
+    iterator end() noexcept { return {this, nullptr}; }
+    const_iterator begin() const noexcept { return {this, GetHeadPosition()}; }
+    const_iterator end() const noexcept { return {this, nullptr}; }
+
+    /// The same number of elements, equal one by one.
+    friend bool operator==(const CAtlList& left, const CAtlList& right)
+    {
+        return left.m_count == right.m_count && std::equal(left.begin(), left.end(), right.begin());
+    }
+
+private:
+    friend iterator;
+    friend const_iterator;
+
+    struct Node {
+        template <class Element>
+        explicit Node(Element&& value) : element(std::forward<Element>(value))
+        {}
+
+        Node* previous = nullptr;
+        Node* next = nullptr;
+        T element;
+    };
+
+    static POSITION PositionOf(Node* node) noexcept { return reinterpret_cast<POSITION>(node); }
+    static Node* NodeAt(POSITION position) noexcept { return reinterpret_cast<Node*>(position); }
+    static T& EntryAt(POSITION position) noexcept { return NodeAt(position)->element; }
+    static POSITION PositionAfter(POSITION position) noexcept { return PositionOf(NodeAt(position)->next); }
+
+    static Node* Checked(POSITION position)
+    {
+        if (!position)
+            ATL::AtlThrow(ATL::kInvalidArgument);
+        return NodeAt(position);
+    }
+    static POSITION Following(POSITION position) { return PositionOf(Checked(position)->next); }
+
+    template <class Element>
+    Node* Create(Element&& element)
+    {
+        return rk::RaisingAllocationFailures(
+            [&] { return m_pool.Create(m_blockElementCount, std::forward<Element>(element)); });
+    }
+
+    POSITION LinkHead(Node* node) noexcept
+    {
+        node->next = m_head;
+        (m_head ? m_head->previous : m_tail) = node;
+        m_head = node;
+        ++m_count;
+        return PositionOf(node);
+    }
+
+    POSITION LinkTail(Node* node) noexcept
+    {
+        node->previous = m_tail;
+        (m_tail ? m_tail->next : m_head) = node;
+        m_tail = node;
+        ++m_count;
+        return PositionOf(node);
+    }
+
+    template <class Elements>
+    void AddEach(const Elements& elements)
+    {
+        for (const T& element : elements)
+            AddTail(element);
+    }
+
+    void Swap(CAtlList& other) noexcept
+    {
+        m_pool.Swap(other.m_pool);
+        std::swap(m_head, other.m_head);
+        std::swap(m_tail, other.m_tail);
+        std::swap(m_count, other.m_count);
+        std::swap(m_blockElementCount, other.m_blockElementCount);
+    }
+
+    rk::NodePool<Node> m_pool;
+    Node* m_head = nullptr;
+    Node* m_tail = nullptr;
+    std::size_t m_count = 0;
+    unsigned int m_blockElementCount;
+};

@@ -1,0 +1,359 @@
+#pragma once
+
+#include "RkUtilities/foundation/AtlThrow.h"
+#include "RkUtilities/foundation/CElementTraits.h"
+#include "RkUtilities/foundation/NodePool.h"
+#include "RkUtilities/foundation/POSITION.h"
+
+#include <algorithm>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace rk {
+
+/// What a map with keys of type K takes for one when it looks up.
+template <class Argument, class K, class KTraits>
+concept KeyFor =
+    std::convertible_to<const Argument&, typename KTraits::INARGTYPE> || std::convertible_to<const Argument&, const K&>;
+
+}  // namespace rk
+
+/// Values found by their keys: a hash map with chained buckets.
+///
+///     CAtlMap<CString, int> counts;
+///     counts.SetAt(u"topics", 40);
+///     if (const auto* entry = counts.Lookup(u"topics"))
+///         use(entry->m_value);
+///     for (const auto& [key, value] : counts) ...
+///
+/// Setting, looking up and removing take constant time on average, however many keys there are. A walk goes bucket by
+/// bucket, from bucket 0 on; a key's bucket is KTraits::Hash modulo the bucket count. Keys of one bucket are walked the
+/// last one set first, until the table grows. There are 17 buckets or as many as InitHashTable says; a key that would
+/// be the third per bucket on average makes the table grow to four times as many or so, a prime number. Setting a new
+/// key during a walk may therefore repeat or skip entries; removing one that was passed is safe.
+///
+/// Entries never move: positions and pointers to entries last until their entry is removed. A null position throws
+/// CAtlException with ATL::kInvalidArgument, a failed allocation throws it with ATL::kAllocationFailed. Whatever is
+/// thrown, the map is as it was (the strong guarantee), except where SetAt assigns to the value of a key that was
+/// there. An argument may be a part of the same map. An empty map holds no memory until the first key; RemoveAll frees
+/// all. Copies are deep and walked alike; a moved-from map is empty. Looking up never allocates, unless the argument
+/// must be converted to a key. Different threads may use different maps, and one map while none of them changes it.
+template <class K, class V, class KTraits = CElementTraits<K>>
+class CAtlMap {
+public:
+    /// An entry: what walks and look-ups lead to. The key stays; the value may be changed.
+    struct CPair {
+        const K m_key;
+        V m_value;
+    };
+
+    using value_type = CPair;
+    using iterator = rk::PositionIterator<CAtlMap, CPair>;
+    using const_iterator = rk::PositionIterator<CAtlMap, const CPair>;
+
+    CAtlMap() noexcept = default;
+    /// Sets the pairs in their order, so that the last one of equal keys stays.
+    CAtlMap(std::initializer_list<CPair> pairs) : CAtlMap()
+    {
+        for (const CPair& pair : pairs)
+            SetAt(pair.m_key, pair.m_value);
+    }
+    CAtlMap(const CAtlMap& other) : CAtlMap()
+    {
+        rk::RaisingAllocationFailures([&] { CopyEntries(other); });
+    }
+    CAtlMap(CAtlMap&& other) noexcept : CAtlMap() { Swap(other); }
+    CAtlMap& operator=(CAtlMap other) noexcept
+    {
+        Swap(other);
+        return *this;
+    }
+    ~CAtlMap() { RemoveAll(); }
+
+    /// Fixes the bucket count that an empty map starts with, now and after RemoveAll; allocates nothing yet.
+    /// @return false, and nothing changes, when the map holds entries or the count is 0
+    bool InitHashTable(unsigned int bucketCount) noexcept
+    {
+        if (m_count > 0 || bucketCount == 0)
+            return false;
+        RemoveAll();  // entries that were removed one by one have left a table
+        m_firstBucketCount = bucketCount;
+        return true;
+    }
+
+    /// The bucket count in use, or the one to start with.
+    unsigned int GetHashTableSize() const noexcept
+    {
+        return m_buckets.empty() ? m_firstBucketCount : static_cast<unsigned int>(m_buckets.size());
+    }
+
+    std::size_t GetCount() const noexcept { return m_count; }
+    bool IsEmpty() const noexcept { return m_count == 0; }
+
+    /// Sets the value of the key. A key that was there stays, in its place, and its value is assigned to: that
+    /// assignment decides what is left of the value when it throws.
+    /// @return the entry's position
+    POSITION SetAt(const K& key, const V& value) { return Set(key, value); }
+    POSITION SetAt(const K& key, V&& value) { return Set(key, std::move(value)); }
+    POSITION SetAt(K&& key, V&& value) { return Set(std::move(key), std::move(value)); }
+
+    /// The entry of the key, or null.
+    ///
+    /// A map of text keys takes views and literals as they are; for other maps the argument is converted to a key.
+    template <rk::KeyFor<K, KTraits> Key = K>
+    CPair* Lookup(const Key& key)
+    {
+        Node* const node = FindKey(key);
+        return node ? &node->entry : nullptr;
+    }
+    template <rk::KeyFor<K, KTraits> Key = K>
+    const CPair* Lookup(const Key& key) const
+    {
+        const Node* const node = FindKey(key);
+        return node ? &node->entry : nullptr;
+    }
+
+    /// Copies the key's value.
+    /// @param[out] value  untouched when the result is false
+    /// @return false when the map does not hold the key
+    template <rk::KeyFor<K, KTraits> Key = K>
+    bool Lookup(const Key& key, V& value) const
+    {
+        const CPair* const entry = Lookup(key);
+        if (entry)
+            rk::RaisingAllocationFailures([&] { value = entry->m_value; });
+        return entry != nullptr;
+    }
+
+    /// Removes the key and its value.
+    /// @return false when the map does not hold the key
+    template <rk::KeyFor<K, KTraits> Key = K>
+    bool RemoveKey(const Key& key)
+    {
+        Node* const node = FindKey(key);
+        if (!node)
+            return false;
+        Node** link = &m_buckets[BucketOf(node->hash)];
+        while (*link != node)
+            link = &(*link)->next;
+        *link = node->next;
+        --m_count;
+        m_pool.Destroy(node);
+        return true;
+    }
+
+    /// Removes all entries and frees the memory.
+    void RemoveAll() noexcept
+    {
+        const std::vector<Node*> buckets = std::exchange(m_buckets, {});
+        m_count = 0;
+        if constexpr (!std::is_trivially_destructible_v<CPair>) {
+            for (Node* node : buckets) {
+                while (node)
+                    m_pool.Destroy(std::exchange(node, node->next));
+            }
+        }
+        m_pool.Release();
+    }
+
+    /// The position of the first entry; null in an empty map.
+    POSITION GetStartPosition() const noexcept { return m_count > 0 ? FirstFromBucket(0) : nullptr; }
+
+    /// The entry at the position, which moves on to the next entry, or to null behind the last one. Never null.
+    CPair* GetNext(POSITION& position) { return &EntryAt(std::exchange(position, Following(position))); }
+    const CPair* GetNext(POSITION& position) const { return &EntryAt(std::exchange(position, Following(position))); }
+
+    /// The same as a copy of the key and the value; when copying throws, the position stays.
+    void GetNextAssoc(POSITION& position, K& key, V& value) const
+    {
+        const POSITION following = Following(position);
+        rk::RaisingAllocationFailures([&] {
+            key = EntryAt(position).m_key;
+            value = EntryAt(position).m_value;
+        });
+        position = following;
+    }
+
+    /// Forward iterators over the entries, in the order of the walk.
+    iterator begin() noexcept { return {this, GetStartPosition()}; }
+    iterator end() noexcept { return {this, nullptr}; }
+    const_iterator begin() const noexcept { return {this, GetStartPosition()}; }
+    const_iterator end() const noexcept { return {this, nullptr}; }
+
+    /// The same keys with equal values, in whatever order.
+    friend bool operator==(const CAtlMap& left, const CAtlMap& right)
+    {
+        return left.m_count == right.m_count && std::all_of(left.begin(), left.end(), [&](const CPair& pair) {
+                   const CPair* const other = right.Lookup(pair.m_key);
+                   return other && other->m_value == pair.m_value;
+               });
+    }
+
+private:
+    friend iterator;
+    friend const_iterator;
+
+    struct Node {
+        template <class Key, class Value>
+        Node(std::uint32_t keyHash, Key&& key, Value&& value)
+            : hash(keyHash), entry{std::forward<Key>(key), std::forward<Value>(value)}
+        {}
+
+        Node* next = nullptr;
+        std::uint32_t hash;
+        CPair entry;
+    };
+
+    static POSITION PositionOf(const Node* node) noexcept
+    {
+        return reinterpret_cast<POSITION>(const_cast<Node*>(node));  // a position says nothing about const
+    }
+    static Node* NodeAt(POSITION position) noexcept { return reinterpret_cast<Node*>(position); }
+    static CPair& EntryAt(POSITION position) noexcept { return NodeAt(position)->entry; }
+
+    static std::uint32_t BucketOf(std::uint32_t hash, const std::vector<Node*>& buckets) noexcept
+    {
+        return hash % static_cast<std::uint32_t>(buckets.size());
+    }
+    std::uint32_t BucketOf(std::uint32_t hash) const noexcept { return BucketOf(hash, m_buckets); }
+
+    POSITION FirstFromBucket(std::size_t bucket) const noexcept
+    {
+        const auto found = std::find_if(m_buckets.begin() + static_cast<std::ptrdiff_t>(bucket), m_buckets.end(),
+                                        [](const Node* node) { return node != nullptr; });
+        return found == m_buckets.end() ? nullptr : PositionOf(*found);
+    }
+    POSITION PositionAfter(POSITION position) const noexcept
+    {
+        const Node* const node = NodeAt(position);
+        return node->next ? PositionOf(node->next) : FirstFromBucket(std::size_t{BucketOf(node->hash)} + 1);
+    }
+    POSITION Following(POSITION position) const
+    {
+        if (!position)
+            ATL::AtlThrow(ATL::kInvalidArgument);
+        return PositionAfter(position);
+    }
+
+    template <class Key>
+    Node* FindKey(const Key& key) const
+    {
+        if (m_count == 0)
+            return nullptr;
+        if constexpr (std::convertible_to<const Key&, typename KTraits::INARGTYPE>) {
+            typename KTraits::INARGTYPE argument = key;
+            return Find(KTraits::Hash(argument), argument);
+        } else {
+            const K& argument = key;  // keeps what the conversion makes until the end
+            return Find(KTraits::Hash(argument), argument);
+        }
+    }
+
+    Node* Find(std::uint32_t hash, typename KTraits::INARGTYPE key) const
+    {
+        if (m_buckets.empty())
+            return nullptr;
+        for (Node* node = m_buckets[BucketOf(hash)]; node; node = node->next) {
+            if (node->hash == hash && KTraits::CompareElements(node->entry.m_key, key))
+                return node;
+        }
+        return nullptr;
+    }
+
+    template <class Key, class Value>
+    POSITION Set(Key&& key, Value&& value)
+    {
+        return rk::RaisingAllocationFailures([&] {
+            const std::uint32_t hash = KTraits::Hash(key);
+            Node* node = Find(hash, key);
+            if (node)
+                node->entry.m_value = std::forward<Value>(value);
+            else
+                node = AddNode(hash, std::forward<Key>(key), std::forward<Value>(value));
+            return PositionOf(node);
+        });
+    }
+
+    template <class Key, class Value>
+    Node* AddNode(std::uint32_t hash, Key&& key, Value&& value)
+    {
+        Node* const node = m_pool.Create(BlockNodeCount(), hash, std::forward<Key>(key), std::forward<Value>(value));
+        try {
+            MakeRoomForOneMore();
+        } catch (...) {
+            m_pool.Destroy(node);
+            throw;
+        }
+        Link(node, m_buckets);
+        ++m_count;
+        return node;
+    }
+
+    /// Blocks grow with the map, up to a size from which an allocation hardly costs more for each node.
+    std::size_t BlockNodeCount() const noexcept { return std::clamp<std::size_t>(m_count, 10, 1000); }
+
+    static void Link(Node* node, std::vector<Node*>& buckets) noexcept
+    {
+        node->next = std::exchange(buckets[BucketOf(node->hash, buckets)], node);
+    }
+
+    void MakeRoomForOneMore()
+    {
+        if (m_buckets.empty())
+            m_buckets.resize(m_firstBucketCount);
+        else if (m_count >= 2 * m_buckets.size())
+            Grow();
+    }
+
+    void Grow()
+    {
+        // Each the first prime number from twice the one before on.
+        static constexpr std::uint32_t kBucketCounts[] = {
+            17,       37,       79,       163,       331,       673,       1361,       2729,      5471,    10949,
+            21911,    43853,    87719,    175447,    350899,    701819,    1403641,    2807303,   5614657, 11229331,
+            22458671, 44917381, 89834777, 179669557, 359339171, 718678369, 1437356741, 2874713497};
+        const auto* const wider = std::lower_bound(std::begin(kBucketCounts), std::end(kBucketCounts), 2 * m_count);
+        if (wider == std::end(kBucketCounts))
+            return;
+        std::vector<Node*> buckets(*wider);
+        for (Node* node : m_buckets) {
+            while (node)
+                Link(std::exchange(node, node->next), buckets);
+        }
+        m_buckets.swap(buckets);
+    }
+
+    void CopyEntries(const CAtlMap& other)
+    {
+        m_firstBucketCount = other.m_firstBucketCount;
+        if (other.m_count == 0)
+            return;
+        m_buckets.resize(other.m_buckets.size());
+        for (std::size_t bucket = 0; bucket < m_buckets.size(); ++bucket) {
+            Node** end = &m_buckets[bucket];
+            for (const Node* node = other.m_buckets[bucket]; node; node = node->next) {
+                *end = m_pool.Create(BlockNodeCount(), node->hash, node->entry.m_key, node->entry.m_value);
+                end = &(*end)->next;
+                ++m_count;
+            }
+        }
+    }
+
+    void Swap(CAtlMap& other) noexcept
+    {
+        m_pool.Swap(other.m_pool);
+        m_buckets.swap(other.m_buckets);
+        std::swap(m_count, other.m_count);
+        std::swap(m_firstBucketCount, other.m_firstBucketCount);
+    }
+
+    rk::NodePool<Node> m_pool;
+    std::vector<Node*> m_buckets;
+    std::size_t m_count = 0;
+    unsigned int m_firstBucketCount = 17;
+};

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <iterator>
+#include <type_traits>
+
+/// A place in a CAtlList or a CAtlMap; null is no place, and what a walk arrives at behind the last element.
+///
+/// A position stays valid until its element is removed or its container destroyed; moving or swapping a container takes
+/// its positions along. A position of another container or of a removed element must not be used.
+using POSITION = struct PositionTag*;
+
+namespace rk {
+
+/// The iterator of the containers that are walked by positions: multi-pass, forwards, valid as long as its position and
+/// its container's address.
+template <class Container, class Entry>
+class PositionIterator {
+public:
+    using iterator_category = std::forward_iterator_tag;
+    using value_type = std::remove_const_t<Entry>;
+    using difference_type = std::ptrdiff_t;
+    using pointer = Entry*;
+    using reference = Entry&;
+
+    PositionIterator() = default;
+    PositionIterator(const Container* container, POSITION position) : m_container(container), m_position(position) {}
+
+    operator PositionIterator<Container, const Entry>() const requires(!std::is_const_v<Entry>)
+    {
+        return {m_container, m_position};
+    }
+
+    Entry& operator*() const { return Container::EntryAt(m_position); }
+    Entry* operator->() const { return &**this; }
+
+    PositionIterator& operator++()
+    {
+        m_position = m_container->PositionAfter(m_position);
+        return *this;
+    }
+    PositionIterator operator++(int)
+    {
+        PositionIterator before = *this;
+        ++*this;
+        return before;
+    }
+
+    friend bool operator==(const PositionIterator& left, const PositionIterator& right)
+    {
+        return left.m_position == right.m_position;
+    }
+
+private:
+    const Container* m_container = nullptr;
+    POSITION m_position = nullptr;
+};
+
+}  // namespace rk
