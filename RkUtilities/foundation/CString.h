@@ -163,6 +163,7 @@ public:
     [[nodiscard]] const_iterator end() const noexcept { return Units() + m_length; }
     /// The UTF-8 bytes; a lone surrogate becomes U+FFFD (EF BF BD).
     [[nodiscard]] std::string ToUtf8() const;
+    void AppendUtf8To(std::string& bytes) const;
 
     // --- Substrings
     // -----------------------------------------------------------------------------------------------------
@@ -188,7 +189,7 @@ public:
 
     /// The first occurrence of `sought` at or after `start`. An empty text is found at `start`; a start past the end
     /// finds nothing. Time is linear in both texts together.
-    [[nodiscard]] int Find(const CString& sought, int start = 0) const noexcept;
+    [[nodiscard]] int Find(const CString& sought, int start = 0) const;
     /// The same, two units being alike when Unicode's simple case folding makes them equal.
     [[nodiscard]] int FindNoCase(const CString& sought, int start = 0) const;
     /// The first unit at or after `start` that occurs in `set`.
@@ -364,7 +365,13 @@ private:
         m_length = 0;
         m_kind = Kind::Inline;
     }
+    /// Takes over memory of rk::SharedUnits.
+    void Adopt(char16_t* units, int length) noexcept;
+    char16_t* MutableUnits() noexcept;
+    /// The units, this text's own from now on.
     char16_t* Writable();
+    /// Ends own units after `length`.
+    void Truncate(int length) noexcept;
     CString& AppendUnits(std::u16string_view text);
     void FormatList(const CString& format, const rk::FormatArgument* arguments, std::size_t count);
 

@@ -1,0 +1,193 @@
+#include "RkUtilities/foundation/CString.h"
+
+#include "RkUtilities/foundation/SharedUnits.h"
+#include "RkUtilities/foundation/TextBuilder.h"
+#include "RkUtilities/foundation/Utf8.h"
+#include "RkUtilities/platform/Environment.h"
+
+#include <algorithm>
+#include <ostream>
+
+namespace {
+
+constexpr unsigned int kEncodingUtf8 = 0x08000100;
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+CString FromUtf8(std::string_view bytes)
+{
+    rk::TextBuilder builder;
+    builder.AppendUtf8(bytes);
+    return builder.Take();
+}
+
+}  // namespace
+
+// --- Construction
+// -------------------------------------------------------------------------------------------------------
+
+CString::CString(unsigned short const* text) : CString(Utf16, ViewOf(text))
+{}
+
+CString::CString(char const* utf8) : CString(utf8 != nullptr ? std::string_view(utf8) : std::string_view())
+{}
+
+CString::CString(std::string_view utf8) : CString(FromUtf8(utf8))
+{}
+
+CString::CString(char const* bytes, unsigned long byteCount, unsigned int encoding, bool skipByteOrderMark)
+{
+    if (bytes == nullptr || encoding != kEncodingUtf8)
+        return;
+    std::string_view utf8(bytes, byteCount);
+    if (skipByteOrderMark && utf8.substr(0, kByteOrderMark.size()) == kByteOrderMark)
+        utf8.remove_prefix(kByteOrderMark.size());
+    *this = CString(utf8);
+}
+
+CString::CString(Utf16Tag, std::u16string_view text)
+{
+    rk::TextBuilder builder(text.size());
+    builder.Append(text);
+    *this = builder.Take();
+}
+
+// --- Storage
+// ------------------------------------------------------------------------------------------------------------
+
+void CString::Retain() const noexcept
+{
+    rk::SharedUnits::Retain(m_storage.pointer);
+}
+
+void CString::Release() noexcept
+{
+    rk::SharedUnits::Release(m_storage.pointer);
+}
+
+void CString::Adopt(char16_t* units, int length) noexcept
+{
+    if (m_kind == Kind::Shared)
+        Release();
+    m_storage.pointer = units;
+    m_length = length;
+    m_kind = Kind::Shared;
+}
+
+char16_t* CString::MutableUnits() noexcept
+{
+    return m_kind == Kind::Inline ? m_storage.units : const_cast<char16_t*>(m_storage.pointer);
+}
+
+char16_t* CString::Writable()
+{
+    const bool own = m_kind == Kind::Inline || (m_kind == Kind::Shared && rk::SharedUnits::IsUnique(m_storage.pointer));
+    if (!own)
+        *this = CString(Utf16, View());
+    return MutableUnits();
+}
+
+void CString::Truncate(int length) noexcept
+{
+    MutableUnits()[length] = 0;
+    m_length = length;
+}
+
+// --- Looking at the text
+// ------------------------------------------------------------------------------------------------
+
+std::string CString::ToUtf8() const
+{
+    std::string bytes;
+    AppendUtf8To(bytes);
+    return bytes;
+}
+
+void CString::AppendUtf8To(std::string& bytes) const
+{
+    constexpr std::size_t kUnitsAtOnce = 2048;
+    std::u16string_view rest = View();
+    bytes.reserve(bytes.size() + rk::CountEncodedBytes(rest));
+    while (!rest.empty()) {
+        char block[3 * kUnitsAtOnce];
+        std::size_t count = std::min(rest.size(), kUnitsAtOnce);
+        if (count < rest.size() && (rest[count - 1] & 0xFC00) == 0xD800)
+            --count;  // a pair stays together
+        bytes.append(block, rk::EncodeUtf8(rest.substr(0, count), block));
+        rest.remove_prefix(count);
+    }
+}
+
+std::ostream& operator<<(std::ostream& stream, const CString& text)
+{
+    return stream << text.ToUtf8();
+}
+
+// --- Substrings
+// ---------------------------------------------------------------------------------------------------------
+
+CString CString::Left(int unitCount) const
+{
+    return Mid(0, unitCount);
+}
+
+CString CString::Right(int unitCount) const
+{
+    return Mid(m_length - std::clamp(unitCount, 0, m_length));
+}
+
+CString CString::Mid(int start) const
+{
+    return Mid(start, INT_MAX);
+}
+
+CString CString::Mid(int start, int unitCount) const
+{
+    start = std::clamp(start, 0, m_length);
+    unitCount = std::clamp(unitCount, 0, m_length - start);
+    if (unitCount == m_length)
+        return *this;
+    return {Utf16, View().substr(static_cast<std::size_t>(start), static_cast<std::size_t>(unitCount))};
+}
+
+// --- Changing
+// -----------------------------------------------------------------------------------------------------------
+
+CString& CString::Append(const CString& text)
+{
+    if (m_length == 0)
+        return *this = text;
+    return AppendUnits(text.View());
+}
+
+CString& CString::AppendUnits(std::u16string_view text)
+{
+    const auto length = static_cast<std::size_t>(m_length);
+    const bool own = m_kind == Kind::Inline || (m_kind == Kind::Shared && rk::SharedUnits::IsUnique(m_storage.pointer));
+    const std::size_t capacity = m_kind == Kind::Shared ? rk::SharedUnits::Capacity(m_storage.pointer) : kInlineUnits;
+    if (own && text.size() <= capacity - length) {
+        char16_t* const end = MutableUnits() + length;
+        std::copy(text.begin(), text.end(), end);
+        Truncate(static_cast<int>(length + text.size()));
+        return *this;
+    }
+    rk::TextBuilder grown(std::max(std::min<std::size_t>(length + length / 2, INT_MAX - 1), length + text.size()));
+    grown.Append(View());
+    grown.Append(text);
+    return *this = grown.Take();
+}
+
+CString CString::Joined(std::u16string_view a, std::u16string_view b)
+{
+    rk::TextBuilder builder(a.size() + b.size());
+    builder.Append(a);
+    builder.Append(b);
+    return builder.Take();
+}
+
+// --- Texts from elsewhere
+// -----------------------------------------------------------------------------------------------
+
+void CString::GetEnvironmentVariable(const CString& name)
+{
+    *this = CString(rk::platform::EnvironmentVariable(name.ToUtf8()).value_or(std::string()));
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+/// Eight code units at a time, through the vector types that both compilers offer on every processor.
+namespace rk {
+
+using UnitBlock [[gnu::vector_size(16)]] = std::uint16_t;
+using UnitMask [[gnu::vector_size(16)]] = std::int16_t;  // a lane is 0 or -1
+constexpr std::size_t kBlockUnits = sizeof(UnitBlock) / sizeof(std::uint16_t);
+
+inline UnitBlock LoadBlock(const char16_t* units) noexcept
+{
+    UnitBlock block;
+    std::memcpy(&block, units, sizeof block);
+    return block;
+}
+
+inline void StoreBlock(char16_t* units, UnitBlock block) noexcept
+{
+    std::memcpy(units, &block, sizeof block);
+}
+
+inline UnitBlock FilledBlock(char16_t unit) noexcept
+{
+    const auto u = static_cast<std::uint16_t>(unit);
+    return UnitBlock{u, u, u, u, u, u, u, u};
+}
+
+template <class Block>
+bool AnyLane(Block block) noexcept
+{
+    std::uint64_t halves[2];
+    std::memcpy(halves, &block, sizeof halves);
+    return (halves[0] | halves[1]) != 0;
+}
+
+/// Whether all eight units are ASCII.
+inline bool IsAsciiBlock(UnitBlock block) noexcept
+{
+    return !AnyLane(block & FilledBlock(0xFF80));
+}
+
+}  // namespace rk

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+/// Unicode's data about single UTF-16 code units, from ICU, as tables that cost one look-up. Built by the first call
+/// that needs them, never changed afterwards, safe from any thread. Surrogates are neither cased nor letters nor
+/// blanks.
+namespace rk::platform {
+
+/// The code units that a table maps to one.
+struct CaseSources {
+    static constexpr std::size_t kMost = 8;  // Unicode 15 has at most 4
+    std::array<char16_t, kMost> units{};
+    std::size_t count = 0;
+};
+
+/// A mapping of code units to code units.
+class CaseTable {
+public:
+    explicit CaseTable(std::int32_t (*mapping)(std::int32_t codePoint));
+
+    char16_t operator[](char16_t unit) const noexcept
+    {
+        const std::size_t offset = m_blockStarts[unit >> kBlockBits] + (unit & (kBlockUnits - 1U));
+        return static_cast<char16_t>(unit + m_offsets[offset]);
+    }
+    /// Every unit that maps to `mapped`.
+    [[nodiscard]] CaseSources SourcesOf(char16_t mapped) const noexcept;
+
+private:
+    static constexpr unsigned kBlockBits = 6;
+    static constexpr unsigned kBlockUnits = 1U << kBlockBits;
+
+    std::array<std::uint16_t, 0x10000 / kBlockUnits> m_blockStarts{};
+    std::vector<char16_t> m_offsets;                       // added to a unit, modulo 65536; equal blocks stand once
+    std::vector<std::pair<char16_t, char16_t>> m_changed;  // (mapped, unit) of the units that change, ascending
+};
+
+const CaseTable& UpperCase();
+const CaseTable& LowerCase();
+/// Simple case folding: texts whose folded units are equal differ in case only.
+const CaseTable& FoldedCase();
+
+/// Categories L* and Nd.
+bool IsAlphaNumeric(char16_t unit);
+/// The property White_Space.
+bool IsWhiteSpace(char16_t unit);
+
+}  // namespace rk::platform
