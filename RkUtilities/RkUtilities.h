@@ -21,4 +21,8 @@
 #include "RkUtilities/foundation/POSITION.h"
 #include "RkUtilities/foundation/RkExport.h"
 #include "RkUtilities/foundation/StUTF8Buffer.h"
+#include "RkUtilities/logging/CrkLogException.h"
+#include "RkUtilities/logging/CrkLogTypes.h"
+#include "RkUtilities/logging/ErkLogLevel.h"
 #include "RkUtilities/paths/SECFileSystem.h"
+#include "RkUtilities/strings/CrkStringUtilities.h"
