@@ -34,7 +34,7 @@ CString::CString(char const* utf8) : CString(utf8 != nullptr ? std::string_view(
 CString::CString(std::string_view utf8) : CString(FromUtf8(utf8))
 {}
 
-CString::CString(char const* bytes, unsigned long byteCount, unsigned int encoding, bool skipByteOrderMark)
+CString::CString(char const* bytes, unsigned long byteCount, unsigned int encoding, bool skipByteOrderMark) : CString()
 {
     if (bytes == nullptr || encoding != kEncodingUtf8)
         return;
@@ -44,7 +44,7 @@ CString::CString(char const* bytes, unsigned long byteCount, unsigned int encodi
     *this = CString(utf8);
 }
 
-CString::CString(Utf16Tag, std::u16string_view text)
+CString::CString(Utf16Tag, std::u16string_view text) : CString()
 {
     rk::TextBuilder builder(text.size());
     builder.Append(text);
