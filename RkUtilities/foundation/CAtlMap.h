@@ -245,7 +245,8 @@ private:
     {
         if (m_count == 0)
             return nullptr;
-        if constexpr (std::convertible_to<const Key&, typename KTraits::INARGTYPE>) {
+        // A text pointer may be null, which makes a key but no view.
+        if constexpr (std::convertible_to<const Key&, typename KTraits::INARGTYPE> && !std::is_pointer_v<Key>) {
             typename KTraits::INARGTYPE argument = key;
             return Find(KTraits::Hash(argument), argument);
         } else {
