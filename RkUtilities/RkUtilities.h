@@ -21,6 +21,7 @@
 #include "RkUtilities/foundation/POSITION.h"
 #include "RkUtilities/foundation/RkExport.h"
 #include "RkUtilities/foundation/StUTF8Buffer.h"
+#include "RkUtilities/guid/CrkGuid.h"
 #include "RkUtilities/logging/CrkLogException.h"
 #include "RkUtilities/logging/CrkLogTypes.h"
 #include "RkUtilities/logging/ErkLogLevel.h"

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "RkUtilities/foundation/CFUUIDBytes.h"
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+#include <cstddef>
+#include <functional>
+#include <type_traits>
+
+/// A 128-bit identifier: one CFUUIDBytes and nothing else, copied by value.
+///
+/// The bytes have the memory layout of a GUID structure: a 32-bit and two 16-bit numbers, least significant byte first,
+/// then eight bytes one by one. The text (RFC 4122, section 3) shows numbers, so the first three groups read backwards:
+///
+///     00112233-4455-6677-8899-AABBCCDDEEFF  <->  33 22 11 00  55 44  77 66  88 99  AA BB CC DD EE FF
+///
+/// The null GUID, 16 zero bytes, stands for the absence of one. GUIDs are equal or not; they have no order. Members
+/// throw nothing unless they say so, and are safe from any thread.
+class RK_EXPORT CrkGuid {
+public:
+    static constexpr CFUUIDBytes c_nullGuid = {};
+
+    /// A new GUID, as CreateGuid makes it; never the null GUID.
+    CrkGuid() : m_bytes(CreateGuid()) {}
+    /// As StringToGuid reads the text: the null GUID when it is malformed.
+    explicit CrkGuid(const CString& text) noexcept : m_bytes(StringToGuid(text)) {}
+    constexpr CrkGuid(const CFUUIDBytes& bytes) noexcept : m_bytes(bytes) {}
+
+    constexpr bool IsNull() const noexcept { return IsNullGuid(m_bytes); }
+    /// The record, for the log and the static members.
+    constexpr const CFUUIDBytes& Bytes() const noexcept { return m_bytes; }
+    /// The text as GuidToString makes it. Throws std::bad_alloc without memory.
+    operator CString() const { return GuidToString(m_bytes); }
+
+    friend constexpr bool operator==(const CrkGuid&, const CrkGuid&) noexcept = default;
+
+    /// A new random GUID: RFC 4122 version 4, from 122 bits of the system's random generator, also across fork.
+    ///
+    /// The record is a UUID in network byte order and is not put into the layout above: byte6 begins with the digit 4
+    /// and byte8 with 8, 9, A or B. So a log entry, which prints the bytes as they stand, shows a version-4 UUID;
+    /// GuidToString shows the 4 as the third digit of the third group. Never null. Throws std::system_error when the
+    /// system gives no random bytes.
+    static CFUUIDBytes CreateGuid();
+
+    /// Reads the text form: 32 hexadecimal digits of either case in groups of 8, 4, 4, 4 and 12 joined by "-".
+    ///
+    /// When the text begins with "{" and has two units or more, that and the last unit, whatever it is, are left out
+    /// first. Anything else gives the null GUID: other lengths, separators, blanks, a closing "}" alone.
+    ///
+    ///     "00112233-4455-6677-8899-aabbccddeeff"    ->  33 22 11 00 55 44 ...
+    ///     "{00112233-4455-6677-8899-aabbccddeeff]"  ->  the same
+    ///     "00112233-4455-6677-8899-aabbccddeeff}"   ->  the null GUID
+    ///     "00112233445566778899aabbccddeeff", "{"   ->  the null GUID
+    static CFUUIDBytes StringToGuid(const CString& text) noexcept;
+
+    /// The text of 36 units: upper-case digits, no braces. Throws std::bad_alloc without memory.
+    static CString GuidToString(const CFUUIDBytes& bytes);
+    /// The same between "{" and "}", 38 units.
+    static CString GuidToStringWithBraces(const CFUUIDBytes& bytes);
+
+    static constexpr bool IsNullGuid(const CFUUIDBytes& bytes) noexcept { return bytes == c_nullGuid; }
+    static constexpr bool AreGuidsEqual(const CFUUIDBytes& left, const CFUUIDBytes& right) noexcept
+    {
+        return left == right;
+    }
+
+private:
+    CFUUIDBytes m_bytes;
+};
+static_assert(sizeof(CrkGuid) == sizeof(CFUUIDBytes) && std::is_trivially_copyable_v<CrkGuid>);
+
+template <>
+struct std::hash<CrkGuid> {
+    std::size_t operator()(const CrkGuid& guid) const noexcept { return std::hash<CFUUIDBytes>()(guid.Bytes()); }
+};
