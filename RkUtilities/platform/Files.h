@@ -71,7 +71,7 @@ enum class WhenMissing { Fail, Create };
 /// (EWOULDBLOCK).
 enum class Sharing { Free, DenyWrite };
 
-/// Opens an ordinary file or device; EISDIR for a folder, ESPIPE for a pipe, ENXIO for a socket. Returns the
+/// Opens an ordinary file or device; EISDIR for a folder, ENXIO for a pipe or socket. Returns the
 /// descriptor.
 int OpenFile(const std::string& path, Access access, WhenMissing whenMissing, Sharing sharing, std::error_code& error);
 /// Closes; the descriptor is gone even after a failure. EINTR does not count as one.

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cerrno>
+#include <csignal>
+#include <string>
+#include <system_error>
+#include <utility>
+
+/// What the sources of Files.h and FileTrees.h share around system calls.
+namespace rk::platform {
+
+/// The path for a system call. One with a zero byte would be cut there, so it becomes "", which every call refuses
+/// (ENOENT).
+inline const char* SystemPath(const std::string& path) noexcept
+{
+    return path.find('\0') == std::string::npos ? path.c_str() : "";
+}
+
+inline std::error_code ErrorOf(int errorNumber) noexcept
+{
+    return {errorNumber, std::generic_category()};
+}
+inline std::error_code LastError() noexcept
+{
+    return ErrorOf(errno);
+}
+/// The outcome of a call that returns 0 or -1.
+inline std::error_code Outcome(int result) noexcept
+{
+    return result == 0 ? std::error_code() : LastError();
+}
+
+/// Makes a system call again for as long as signals interrupt it.
+template <class Call>
+auto Uninterrupted(Call call)
+{
+    for (;;) {
+        const auto result = call();
+        if (result != -1 || errno != EINTR)
+            return result;
+    }
+}
+
+/// Owns a descriptor.
+class FileHandle {
+public:
+    FileHandle() noexcept = default;
+    explicit FileHandle(int descriptor) noexcept : m_descriptor(descriptor) {}
+    ~FileHandle();
+    FileHandle(FileHandle&& other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+    FileHandle& operator=(FileHandle&& other) noexcept
+    {
+        std::swap(m_descriptor, other.m_descriptor);
+        return *this;
+    }
+    explicit operator bool() const noexcept { return m_descriptor >= 0; }
+    [[nodiscard]] int Descriptor() const noexcept { return m_descriptor; }
+    [[nodiscard]] int Release() noexcept { return std::exchange(m_descriptor, -1); }
+    std::error_code Close() noexcept;
+
+private:
+    int m_descriptor = -1;
+};
+
+/// Makes a write beyond the process's limit on file sizes fail (EFBIG) instead of ending the process: while it lives,
+/// the signal that the limit sends to the writing thread is held back and then taken away. Costs one cheap call where
+/// there is no limit.
+class FileSizeSignalGuard {
+public:
+    FileSizeSignalGuard() noexcept;
+    ~FileSizeSignalGuard();
+    FileSizeSignalGuard(const FileSizeSignalGuard&) = delete;
+    FileSizeSignalGuard& operator=(const FileSizeSignalGuard&) = delete;
+
+private:
+    bool m_holding = false;
+    sigset_t m_previousMask{};
+};
+
+/// A path without its closing slashes, so that the last element itself is meant and not what a link there leads to.
+std::string WithoutClosingSlashes(const std::string& path);
+/// The part of a path up to the last slash before its last element, "" when there is none.
+std::string FolderPart(const std::string& path);
+/// A new hidden name in the same folder, random enough to be free.
+std::string TemporaryNeighbour(const std::string& path);
+
+}  // namespace rk::platform
