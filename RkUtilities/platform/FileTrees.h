@@ -30,11 +30,13 @@ struct CopyRules {
     bool replaceReadOnly = false;  ///< a read-only file is replaced, a read-only folder made writable; else both stay
     bool makeWritable = false;     ///< a file that was copied becomes writable for its owner
 };
+enum class CopyOutcome { Copied, Stayed };
 /// Copies a file, link or folder with all it holds to the path `to`. Success too when the rules let `to` stay.
 ///
 /// A file is replaced when its copy is complete. A folder that has the name is EEXIST. In a folder the first failure is
 /// reported and the other entries are copied. The destination is not copied into itself.
-[[nodiscard]] std::error_code CopyTree(const std::string& from, const std::string& to, const CopyRules& rules);
+[[nodiscard]] std::error_code CopyTree(const std::string& from, const std::string& to, const CopyRules& rules,
+                                       CopyOutcome& outcome);
 /// Copies all that a folder holds into an existing folder, sub-folders that exist on both sides into each other.
 [[nodiscard]] std::error_code CopyContents(const std::string& from, const std::string& to, const CopyRules& rules);
 
