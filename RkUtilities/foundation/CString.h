@@ -70,7 +70,7 @@ public:
     // ---------------------------------------------------------------------------------------------------
 
     /// The empty text.
-    constexpr CString() noexcept : m_storage{.units = {}}, m_length(0), m_kind(Kind::Inline) {}
+    constexpr CString() noexcept = default;
     constexpr CString(const CString& other) noexcept
         : m_storage(other.m_storage), m_length(other.m_length), m_kind(other.m_kind)
     {
@@ -375,9 +375,9 @@ private:
     CString& AppendUnits(std::u16string_view text);
     void FormatList(const CString& format, const rk::FormatArgument* arguments, std::size_t count);
 
-    Storage m_storage;
-    int m_length;
-    Kind m_kind;
+    Storage m_storage{.units = {}};
+    int m_length = 0;
+    Kind m_kind = Kind::Inline;
 };
 
 /// Writes the text as UTF-8; a lone surrogate becomes U+FFFD. Width and fill of the stream apply to the bytes.

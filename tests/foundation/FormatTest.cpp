@@ -1,0 +1,168 @@
+#include "RkUtilities/foundation/CString.h"
+
+#include <climits>
+#include <clocale>
+#include <cmath>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+#include <string>
+
+namespace {
+
+template <class... Arguments>
+CString Formatted(const CString& format, const Arguments&... arguments)
+{
+    CString text;
+    text.Format(format, arguments...);
+    return text;
+}
+
+CString FormattedFromList(const CString* format, ...)
+{
+    std::va_list arguments;
+    va_start(arguments, format);
+    CString text = u"before";
+    try {
+        text.FormatV(*format, arguments);
+    } catch (const rk::FormatError&) {
+        text += u", refused";
+    }
+    va_end(arguments);
+    return text;
+}
+
+/// What C prints in its own locale.
+template <class Argument>
+std::string Printed(const std::string& format, const Argument& argument)
+{
+    std::string text(2048, '\0');
+    text.resize(static_cast<std::size_t>(std::snprintf(text.data(), text.size(), format.c_str(), argument)));
+    return text;
+}
+
+class RandomConversion {
+public:
+    std::string operator()(const std::string& lengthAndType)
+    {
+        std::string conversion = "[%";
+        for (const char flag : std::string("-+ #0"))
+            conversion += m_random() % 3 == 0 ? std::string(1, flag) : "";
+        if (m_random() % 2 == 0)
+            conversion += std::to_string(1 + m_random() % 24);
+        if (m_random() % 2 == 0)
+            conversion += "." + (m_random() % 4 == 0 ? "" : std::to_string(m_random() % 24));
+        return conversion + lengthAndType + "]";
+    }
+    std::mt19937_64& Random() { return m_random; }
+
+private:
+    std::mt19937_64 m_random{5};
+};
+
+TEST(Format, PrintsNumbersAsCDoes)
+{
+    RandomConversion conversion;
+    const long long corners[] = {0, 1, -1, 7, 8, 255, INT_MAX, INT_MIN, LLONG_MAX, LLONG_MIN};
+    const double numbers[] = {0.0, -0.0, 0.5, 1.5, 2.5, 1e-5, 123456.789, 1e300, INFINITY, -INFINITY, NAN, 5e-324};
+    for (int round = 0; round < 20000; ++round) {
+        const long long wide = round % 2 == 0 ? corners[conversion.Random()() % std::size(corners)]
+                                              : static_cast<long long>(conversion.Random()());
+        const std::string type(1, "diuoxX"[conversion.Random()() % 6]);
+        const auto narrow = static_cast<int>(wide);
+        for (const char* length : {"", "h", "hh"}) {
+            const std::string format = conversion(length + type);
+            ASSERT_EQ(Formatted(format, narrow), CString(Printed(format, narrow))) << format << narrow;
+        }
+        for (const char* length : {"l", "ll", "j", "z", "t"}) {
+            const std::string format = conversion(length + type);
+            ASSERT_EQ(Formatted(format, wide), CString(Printed(format, wide))) << format << wide;
+        }
+        const double number = round % 3 == 0
+                                  ? numbers[conversion.Random()() % std::size(numbers)]
+                                  : std::ldexp(static_cast<double>(wide), static_cast<int>(round % 100) - 80);
+        const std::string format = conversion(std::string(1, "fFeEgGaA"[conversion.Random()() % 8]));
+        ASSERT_EQ(Formatted(format, number), CString(Printed(format, number))) << format << number;
+    }
+    EXPECT_EQ(Formatted(u"%Lg %.3Lf", 2.5L, 1.0), u"2.5 1.000");
+    EXPECT_EQ(Formatted(u"%.400f", 0.1).GetLength(), 402);
+}
+
+TEST(Format, PrintsTextsCharactersPointersAndPositions)
+{
+    const unsigned short unit = u'ä';
+    const void* const null = nullptr;
+    EXPECT_EQ(Formatted(u"%s|%5s|%-5s|%.2s|%.1s", "ü€", "ab", "ab", "ä€", "ä"), u"ü€|   ab|ab   |ä|");
+    EXPECT_EQ(Formatted(u"%s", static_cast<const char*>(nullptr)), u"(null)");
+    EXPECT_EQ(Formatted(u"%c%c%3c%lc%c", 'a', unit, u'→', 0x1F600, '\xE4'), u"aä  →\U0001F600\uFFFD");
+    EXPECT_EQ(Formatted(u"%p %5p", null, null), u"(nil) (nil)");
+    EXPECT_EQ(Formatted(u"%p", reinterpret_cast<const void*>(0xABC)), u"0xabc");
+    EXPECT_EQ(Formatted(u"%2$s %1$d %2$s", 5, "x"), u"x 5 x");
+    EXPECT_EQ(Formatted(u"%*d|%-*d|%*d|%.*f", 4, 1, 4, 2, -4, 3, 1, 0.25), u"   1|2   |3   |0.2");
+    EXPECT_EQ(Formatted(u"%2$*1$d|%2$.*1$d", 4, 7), u"   7|0007");
+    EXPECT_EQ(Formatted(u"100%% %s", "→ %d"), u"100% → %d");
+    EXPECT_EQ(Formatted(u"%d %d", 1L, static_cast<unsigned char>(2)), u"1 2");
+    EXPECT_EQ(Formatted(u"%x %hhd %u", static_cast<signed char>(-1), 300, -1), u"ffffffff 44 4294967295");
+    const char unterminated[] = {'a', 'b', 'c'};
+    EXPECT_EQ(Formatted(u"%.3s", static_cast<const char*>(unterminated)), u"abc");
+}
+
+TEST(Format, RefusesWhatItCannotCarryOutAndKeepsTheText)
+{
+    CString text = u"kept";
+    const auto refuses = [&](auto&&... arguments) {
+        EXPECT_THROW(text.Format(arguments...), rk::FormatError) << CString(std::get<0>(std::tuple(arguments...)));
+        EXPECT_EQ(text, u"kept");
+    };
+    refuses(u"%d");
+    refuses(u"%s %s", "one");
+    refuses(u"%n", 1);
+    refuses(u"%d", "text");
+    refuses(u"%d", 1.5);
+    refuses(u"%s", 5);
+    refuses(u"%f", 5);
+    refuses(u"%f", 5.0L);
+    refuses(u"%p", 5);
+    refuses(u"%c", 0x10000);
+    refuses(u"%lc", 0x110000);
+    refuses(u"%d", 1L << 40);
+    refuses(u"%x", -1L);
+    refuses(u"%");
+    refuses(u"%5");
+    refuses(u"%q", 1);
+    refuses(u"%Ld", 1);
+    refuses(u"%ls", "text");
+    refuses(u"%\uFF44", 1);
+    refuses(u"%0$d", 1);
+    refuses(u"%1$d %d", 1, 2);
+    refuses(u"%3$d", 1, 2);
+    refuses(u"%99999999999d", 1);
+    refuses(u"%*d", INT_MIN, 1);
+    refuses(u"%*d", 1.5, 1);
+    refuses(u"%9999999999999999999$d", 1);
+}
+
+TEST(Format, TakesCArgumentLists)
+{
+    const CString formats[] = {
+        u"%s %d %ld %g %c %p %%", u"%3$s %1$d %2$.1f", u"%2$d", u"%1$d %1$s", u"%d %n", u"%*.*f|%Lg"};
+    EXPECT_EQ(FormattedFromList(&formats[0], "ä", -1, 1L << 40, 0.5, 'x', nullptr),
+              u"ä -1 1099511627776 0.5 x (nil) %");
+    EXPECT_EQ(FormattedFromList(&formats[1], 1, 2.0, "c"), u"c 1 2.0");
+    EXPECT_EQ(FormattedFromList(&formats[2], 1, 2), u"before, refused");  // the first one's kind cannot be told
+    EXPECT_EQ(FormattedFromList(&formats[3], 1), u"before, refused");
+    EXPECT_EQ(FormattedFromList(&formats[4], 1, nullptr), u"before, refused");
+    EXPECT_EQ(FormattedFromList(&formats[5], 6, 2, 1.0, 2.5L), u"  1.00|2.5");
+}
+
+TEST(Format, KeepsThePointInCommaLocales)
+{
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr)
+        GTEST_SKIP() << "the machine has no locale de_DE.UTF-8";
+    EXPECT_EQ(Formatted(u"%f %g %.1Lf", 1.5, 0.25, 2.5L), u"1.500000 0.25 2.5");
+    std::setlocale(LC_ALL, before.c_str());
+}
+
+}  // namespace

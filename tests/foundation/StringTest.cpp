@@ -1,0 +1,303 @@
+#include "RkUtilities/foundation/CString.h"
+
+#include "RkUtilities/foundation/CharacterTypes.h"
+#include "RkUtilities/foundation/StUTF8Buffer.h"
+
+#include <climits>
+#include <gtest/gtest.h>
+#include <random>
+#include <sstream>
+#include <stdexcept>
+#include <thread>
+#include <unicode/uchar.h>
+#include <unordered_set>
+#include <vector>
+
+namespace {
+
+constinit const CString kConstant = CString::Literal(u"a constant of more than eleven units");
+const bool kUsedBeforeMain = kConstant.GetLength() == 36;
+
+const CString kLong = u"The quick brown fox jumps over the lazy dog";
+
+template <class T>
+concept MakesText = std::convertible_to<T, CString>;
+static_assert(sizeof(CString) <= 32 && std::is_nothrow_move_constructible_v<CString> &&
+              std::is_nothrow_copy_constructible_v<CString> && std::is_nothrow_move_assignable_v<CString>);
+static_assert(MakesText<unsigned short> && MakesText<char16_t> && MakesText<char> && MakesText<std::string_view>);
+static_assert(!MakesText<int> && !MakesText<long> && !MakesText<double> && !MakesText<bool> && !MakesText<void*> &&
+              !MakesText<std::nullptr_t> && !std::convertible_to<CString, bool>);
+
+TEST(String, StandsBeforeMainAndKeepsConstantsWithoutCopies)
+{
+    EXPECT_TRUE(kUsedBeforeMain);
+    const CString copy = kConstant;
+    EXPECT_EQ(copy.GetUTF16Ptr(), kConstant.GetUTF16Ptr());
+    CString changed = kConstant;
+    changed.SetAt(0, u'A');
+    EXPECT_EQ(kConstant.GetAt(0), u'a');
+}
+
+TEST(String, CopiesShareUntilOneSideChangesAndMovesLeaveNothing)
+{
+    CString a = kLong;
+    const CString b = a;
+    EXPECT_EQ(a.GetUTF16Ptr(), b.GetUTF16Ptr());
+    a += u'!';
+    EXPECT_EQ(b, kLong);
+    EXPECT_EQ(a, kLong + u"!");
+    const auto* units = a.GetUTF16Ptr();
+    const CString moved = std::move(a);
+    EXPECT_EQ(moved.GetUTF16Ptr(), units);
+    EXPECT_TRUE(a.IsEmpty());  // NOLINT(bugprone-use-after-move): defined, and said so
+    CString& self = a = moved;
+    self = *&self;
+    EXPECT_EQ(self, moved);
+}
+
+TEST(String, CopiesMayBeUsedFromManyThreads)
+{
+    const CString text = kLong;
+    std::vector<std::jthread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([copy = text]() mutable {
+            for (int i = 0; i < 2000; ++i) {
+                CString mine = copy;
+                mine.SetAt(0, u'x');
+                copy = mine;
+            }
+        });
+    }
+    threads.clear();
+    EXPECT_EQ(text, kLong);
+}
+
+TEST(String, ComesFromEveryKindOfText)
+{
+    const unsigned short units[] = {u'a', 0xD83D, 0xDE00, 0};
+    const unsigned short unit = u'Z';
+    const char letter = 'z';
+    const char notUtf8 = '\xE9';
+    EXPECT_EQ(CString(units), u"a\U0001F600");
+    EXPECT_EQ(CString(unit), u"Z");
+    EXPECT_EQ(CString(letter), u"z");
+    EXPECT_EQ(CString(notUtf8), u"\uFFFD");
+    EXPECT_EQ(CString("\xC3\xA4\xF0\x9F\x98\x80"), u"ä\U0001F600");
+    EXPECT_EQ(CString(std::string("a\0b", 3)), (std::u16string_view(u"a\0b", 3)));
+    EXPECT_TRUE(CString(static_cast<char const*>(nullptr)).IsEmpty());
+    EXPECT_TRUE(CString(static_cast<unsigned short const*>(nullptr)).IsEmpty());
+    EXPECT_EQ(CString("\xEF\xBB\xBFx", 4, 0x08000100, true), u"x");
+    EXPECT_EQ(CString("\xEF\xBB\xBFx", 4, 0x08000100, false), u"\uFEFFx");
+    EXPECT_TRUE(CString("x", 1, 0x0100, false).IsEmpty());
+    std::ostringstream stream;
+    stream << CString(u"ä\xD800");
+    EXPECT_EQ(stream.str(), "ä\xEF\xBF\xBD");
+    StUTF8Buffer buffer(u"ä");
+    static_cast<char*>(buffer)[1] = '\xB6';
+    EXPECT_STREQ(buffer, "ö");
+    std::unordered_set<CString> set{kLong, u"b"};
+    EXPECT_EQ(set.count(CString(kLong.View())), 1U);
+}
+
+struct ClampRow {
+    int start;
+    int count;
+    std::u16string_view mid, left, right, deleted;
+};
+constexpr ClampRow kClampRows[] = {
+    {0, 0, u"", u"", u"", u"abcde"},
+    {1, 3, u"bcd", u"abc", u"cde", u"ae"},
+    {5, 1, u"", u"a", u"e", u"abcde"},
+    {6, 1, u"", u"a", u"e", u"abcde"},
+    {-1, 2, u"ab", u"ab", u"de", u"abcde"},
+    {INT_MIN, INT_MIN, u"", u"", u"", u"abcde"},
+    {INT_MAX, INT_MAX, u"", u"abcde", u"abcde", u"abcde"},
+    {4, INT_MAX, u"e", u"abcde", u"abcde", u"abcd"},
+};
+
+TEST(String, ClampsEveryStartAndCount)
+{
+    for (const ClampRow& row : kClampRows) {
+        SCOPED_TRACE(testing::Message() << row.start << ", " << row.count);
+        CString text = u"abcde";
+        EXPECT_EQ(text.Mid(row.start, row.count), row.mid);
+        EXPECT_EQ(text.Left(row.count), row.left);
+        EXPECT_EQ(text.Right(row.count), row.right);
+        EXPECT_EQ(text.Delete(row.start, row.count), static_cast<int>(row.deleted.size()));
+        EXPECT_EQ(text, row.deleted);
+        CString inserted = u"abcde";
+        inserted.Insert(row.start, u"XYZ");
+        std::u16string expected = u"abcde";
+        expected.insert(static_cast<std::size_t>(std::clamp(row.start, 0, 5)), u"XYZ");
+        EXPECT_EQ(inserted, expected);
+        inserted.SetAt(row.start, u'!');
+        EXPECT_EQ(inserted.GetAt(row.start), row.start >= 0 && row.start < 8 ? u'!' : 0);
+        EXPECT_EQ(CString(u"abcde").FindOneOf(u"e", row.start), row.start <= 4 ? 4 : -1);
+        EXPECT_EQ(CString(u"abcde").Find(u"", row.start), row.start <= 5 ? std::max(row.start, 0) : -1);
+        EXPECT_EQ(CString(u"abcabc").ReverseFind(u"abc", row.start), row.start < 0 || row.start >= 3 ? 3 : 0);
+        int position = row.start;
+        EXPECT_EQ(CString(u",,,,,").Tokenize(u",", position), u"");
+        EXPECT_EQ(position, -1);
+    }
+    EXPECT_EQ(CString(u"abc").GetAt(LONG_MAX), 0);
+    EXPECT_EQ(CString(u"abc").GetAt(LONG_MIN), 0);
+}
+
+TEST(String, TakesItselfAsArgument)
+{
+    for (const std::u16string_view start : {std::u16string_view(u"abab"), std::u16string_view(u"abababababababab")}) {
+        const std::u16string whole(start);
+        CString s = start;
+        s += s;
+        EXPECT_EQ(s, whole + whole);
+        s = start;
+        s.Insert(1, s);
+        EXPECT_EQ(s, u"a" + whole + whole.substr(1));
+        s = start;
+        EXPECT_EQ(s.Replace(s, s), 1);
+        EXPECT_EQ(s, whole);
+        EXPECT_EQ(s.Replace(u"ab", s), static_cast<int>(whole.size() / 2));
+        EXPECT_EQ(s.GetLength(), static_cast<int>(whole.size() * whole.size() / 2));
+        s = start;
+        s += s.View().substr(1);
+        EXPECT_EQ(s, whole + whole.substr(1));
+        s.Format(s);
+        EXPECT_EQ(s, whole + whole.substr(1));
+    }
+}
+
+TEST(String, TokensEndWhenNothingIsLeft)
+{
+    const auto tokens = [](const CString& text, const CString& delimiters) {
+        std::u16string all;
+        int position = 0;
+        for (CString token = text.Tokenize(delimiters, position); !token.IsEmpty();
+             token = text.Tokenize(delimiters, position))
+            all += std::u16string(token.View()) + u'|';
+        EXPECT_EQ(position, -1);
+        return all;
+    };
+    EXPECT_EQ(tokens(u"a;;b,c;", u",;"), u"a|b|c|");
+    EXPECT_EQ(tokens(u";;", u";"), u"");
+    EXPECT_EQ(tokens(u"a→b", u"→"), u"a|b|");
+    EXPECT_EQ(tokens(u"whole", u""), u"whole|");
+    EXPECT_EQ(CString(u"ab;c").SpanExcluding(u";"), u"ab");
+    EXPECT_EQ(CString(u"abc").SpanExcluding(u";"), u"abc");
+}
+
+/// The reference for searches and replacements: the obvious way.
+std::size_t Naive(std::u16string_view text, std::u16string_view sought, std::size_t start, bool fold)
+{
+    const auto same = [&](char16_t a, char16_t b) {
+        return a == b || (fold && u_foldCase(a, U_FOLD_CASE_DEFAULT) == u_foldCase(b, U_FOLD_CASE_DEFAULT));
+    };
+    for (std::size_t at = start; at + sought.size() <= text.size(); ++at) {
+        if (std::equal(sought.begin(), sought.end(), text.begin() + static_cast<std::ptrdiff_t>(at), same))
+            return at;
+    }
+    return std::u16string_view::npos;
+}
+
+TEST(String, FindsAndReplacesAsTheObviousWayDoes)
+{
+    std::mt19937 random(7);
+    const std::u16string_view alphabet = u"aAbkK\u212AsSſθΘϑϴιΙ\u0345\u1FBE";  // units with up to four case forms
+    const auto any = [&](std::size_t length, std::size_t letters) {
+        std::u16string text;
+        while (text.size() < length)
+            text += alphabet[random() % letters];
+        return text;
+    };
+    for (int round = 0; round < 4000; ++round) {
+        const std::size_t letters = 2 + random() % (alphabet.size() - 2);
+        const std::u16string text = any(random() % 90, letters);
+        const std::u16string sought = any(random() % 5, letters);
+        const std::u16string after = any(random() % 4, letters);
+        const int start = static_cast<int>(random() % 20);
+        const auto from = static_cast<std::size_t>(start);
+        EXPECT_EQ(CString(text).Find(sought, start), static_cast<int>(Naive(text, sought, from, false)));
+        EXPECT_EQ(CString(text).FindNoCase(sought, start), static_cast<int>(Naive(text, sought, from, true)));
+        std::u16string replaced = text;
+        for (std::size_t at = 0; !sought.empty() && (at = replaced.find(sought, at)) != std::u16string::npos;) {
+            replaced.replace(at, sought.size(), after);
+            at += after.size();
+        }
+        CString mine = text;
+        mine.Replace(sought, after);
+        ASSERT_EQ(mine, replaced);
+    }
+}
+
+TEST(String, FindsInLinearTimeWhereEveryPlaceAlmostMatches)
+{
+    const std::u16string text(400000, u'a');
+    const std::u16string sought = std::u16string(100000, u'a') + u'b' + std::u16string(99999, u'a');
+    EXPECT_EQ(CString(text).Find(sought), -1);
+    EXPECT_EQ(CString(text + sought).FindNoCase(sought), 400000);
+}
+
+TEST(String, ChangesCaseUnitByUnitAsUnicodeSays)
+{
+    std::u16string all;
+    for (unsigned unit = 0; unit < 0x10000; ++unit)
+        all += static_cast<char16_t>(unit);
+    CString upper = all;
+    CString lower = all;
+    upper.MakeUpper();
+    lower.MakeLower();
+    for (unsigned unit = 0; unit < 0x10000; ++unit) {
+        const auto code = static_cast<UChar32>(unit);
+        ASSERT_EQ(upper.GetAt(unit), u_toupper(code)) << unit;
+        ASSERT_EQ(lower.GetAt(unit), u_tolower(code)) << unit;
+        const CString one(static_cast<char16_t>(unit));
+        const CString folded(static_cast<char16_t>(u_foldCase(code, U_FOLD_CASE_DEFAULT)));
+        ASSERT_EQ(one.CompareNoCase(folded), 0) << unit;
+        ASSERT_EQ((folded + u"-").FindNoCase(one), 0) << unit;
+        ASSERT_EQ(IsCharAlphaNumeric(static_cast<unsigned short>(unit)), u_isalpha(code) || u_isdigit(code)) << unit;
+        ASSERT_EQ(CString(one).Trim().IsEmpty(), u_isUWhiteSpace(code)) << unit;
+    }
+    EXPECT_LT(CString(u"apple").CompareNoCase(u"BANANA"), 0);
+    EXPECT_GT(CString(u"Bb").CompareNoCase(u"b"), 0);
+    EXPECT_EQ(CString(u"straße").MakeUpper(), u"STRAßE");
+    EXPECT_EQ(CString(u" \t\u3000a b\u00A0\n").Trim(), u"a b");
+    EXPECT_EQ(CString(u" a ").TrimRight(), u" a");
+}
+
+TEST(String, RefusesToGrowBeyondItsLength)
+{
+    CString text = std::u16string(1U << 16, u'x');
+    const CString before = text;
+    EXPECT_THROW(text.Replace(u"x", std::u16string(1U << 16, u'y')), std::length_error);
+    EXPECT_EQ(text, before);
+}
+
+TEST(String, RemovesWhatItIsTold)
+{
+    CString text = u"a\r\nb\rc\n";
+    EXPECT_EQ(text.Remove(u'z'), 0);
+    text.RemoveLineFeeds();
+    EXPECT_EQ(text, u"abc");
+    EXPECT_EQ(text.Remove(u'b'), 1);
+    text.Empty();
+    EXPECT_TRUE(text.IsEmpty());
+    EXPECT_EQ(*text.GetUTF16Ptr(), 0);
+}
+
+TEST(String, ReadsIntegersFromTheFront)
+{
+    const std::pair<const char16_t*, int> rows[] = {{u" \t-42x", -42},
+                                                    {u"+7", 7},
+                                                    {u"- 7", 0},
+                                                    {u"x1", 0},
+                                                    {u"", 0},
+                                                    {u"99999999999999999999", INT_MAX},
+                                                    {u"-2147483648", INT_MIN},
+                                                    {u"-99999999999", INT_MIN},
+                                                    {u"2147483647", INT_MAX},
+                                                    {u"--1", 0}};
+    for (const auto& [text, value] : rows)
+        EXPECT_EQ(_ttoi(CString(text).GetUTF16Ptr()), value) << CString(text);
+    EXPECT_EQ(_ttoi(nullptr), 0);
+}
+
+}  // namespace

@@ -1,0 +1,86 @@
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/StUTF8Buffer.h"
+
+#include <gtest/gtest.h>
+#include <random>
+#include <unicode/ustring.h>
+#include <vector>
+
+namespace {
+
+std::u16string IcuDecoded(const std::string& bytes)
+{
+    std::u16string units(bytes.size() + 1, u'\0');
+    std::int32_t length = 0;
+    UErrorCode error = U_ZERO_ERROR;
+    u_strFromUTF8WithSub(units.data(), static_cast<std::int32_t>(units.size()), &length, bytes.data(),
+                         static_cast<std::int32_t>(bytes.size()), 0xFFFD, nullptr, &error);
+    units.resize(static_cast<std::size_t>(length));
+    return units;
+}
+
+std::string IcuEncoded(const std::u16string& units)
+{
+    std::string bytes(units.size() * 3 + 1, '\0');
+    std::int32_t length = 0;
+    UErrorCode error = U_ZERO_ERROR;
+    u_strToUTF8WithSub(bytes.data(), static_cast<std::int32_t>(bytes.size()), &length, units.data(),
+                       static_cast<std::int32_t>(units.size()), 0xFFFD, nullptr, &error);
+    bytes.resize(static_cast<std::size_t>(length));
+    return bytes;
+}
+
+TEST(Utf8, GoesThereAndBackForEveryCodePoint)
+{
+    std::u16string all;
+    for (char32_t c = 0; c <= 0x10FFFF; ++c) {
+        if (c >= 0xD800 && c <= 0xDFFF)
+            continue;
+        if (c > 0xFFFF)
+            all += static_cast<char16_t>(0xD7C0 + (c >> 10));
+        all += static_cast<char16_t>(c > 0xFFFF ? 0xDC00 | (c & 0x3FF) : c);
+    }
+    const CString text = all;
+    const std::string bytes = text.ToUtf8();
+    EXPECT_EQ(bytes, IcuEncoded(all));
+    EXPECT_EQ(CString(bytes), text);
+    std::string again = "what stood here";
+    GetStdStringFromCString(text, again);
+    EXPECT_EQ(again, bytes);
+}
+
+TEST(Utf8, ReplacesEachMaximalWrongPartOnce)
+{
+    const std::pair<std::string, std::u16string_view> rows[] = {
+        {"\x80\xBF", u"\uFFFD\uFFFD"}, {"\xC0\xAF", u"\uFFFD\uFFFD"},                      // overlong "/"
+        {"\xE2\x82", u"\uFFFD"},                                                           // cut short
+        {"\xE2\x82x", u"\uFFFDx"},     {"\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD"},            // a surrogate
+        {"\xF0\x90\x80z", u"\uFFFDz"}, {"\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},  // past U+10FFFF
+        {"\xF5\xFF", u"\uFFFD\uFFFD"}, {std::string("\0", 1), std::u16string_view(u"\0", 1)},
+    };
+    for (const auto& [bytes, units] : rows)
+        EXPECT_EQ(CString(bytes), units) << testing::PrintToString(bytes);
+}
+
+TEST(Utf8, AgreesWithIcuOnRandomTextsWithErrors)
+{
+    std::mt19937 random(11);
+    const std::string_view likely = "\x80\xBF\xA0\x9F\x90\x8F\xC2\xE0\xED\xEF\xF0\xF4\xF5\xC1"
+                                    "ab";
+    for (int round = 0; round < 3000; ++round) {
+        std::string bytes;
+        std::u16string units;
+        for (std::size_t left = random() % (round % 50 == 0 ? 5000 : 40); left > 0; --left) {
+            bytes += random() % 3 == 0 ? likely[random() % likely.size()] : static_cast<char>(random() % 128);
+            units += random() % 3 == 0 ? static_cast<char16_t>(0xD780 + random() % 0x900)
+                                       : static_cast<char16_t>(random() % 0x900);
+        }
+        // Exactly its own memory, so that a byte read past the end is found by the address sanitizer.
+        const std::vector<char> exact(bytes.begin(), bytes.end());
+        ASSERT_EQ(CString(std::string_view(exact.data(), exact.size())), IcuDecoded(bytes))
+            << testing::PrintToString(bytes);
+        ASSERT_EQ(CString(units).ToUtf8(), IcuEncoded(units));
+    }
+}
+
+}  // namespace
