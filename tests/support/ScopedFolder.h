@@ -1,0 +1,99 @@
+#pragma once
+
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/NativePath.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <unistd.h>
+
+/// An empty folder of a test's own, removed with all it holds when the test ends.
+class ScopedFolder {
+public:
+    ScopedFolder() : ScopedFolder(std::filesystem::temp_directory_path()) {}
+    explicit ScopedFolder(const std::filesystem::path& parent) : m_path(parent / "rk-test-XXXXXX")
+    {
+        if (mkdtemp(m_path.data()) == nullptr)
+            throw std::system_error(errno, std::generic_category(), m_path);
+    }
+    ~ScopedFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    ScopedFolder(const ScopedFolder&) = delete;
+    ScopedFolder& operator=(const ScopedFolder&) = delete;
+
+    /// A path inside, as bytes and as text.
+    std::string Path(std::string_view name = "") const { return m_path + '/' + std::string(name); }
+    CString Text(std::string_view name = "") const { return rk::PathText(Path(name)); }
+
+    /// Makes a file and the folders that lead to it; returns its path as text.
+    CString Write(std::string_view name, std::string_view content = "") const
+    {
+        std::filesystem::create_directories(std::filesystem::path(Path(name)).parent_path());
+        std::ofstream(Path(name), std::ios::binary) << content;
+        return Text(name);
+    }
+    CString MakeFolder(std::string_view name) const
+    {
+        std::filesystem::create_directories(Path(name));
+        return Text(name);
+    }
+    CString Link(std::string_view name, std::string_view target) const
+    {
+        std::filesystem::create_symlink(target, Path(name));
+        return Text(name);
+    }
+    /// The bytes of a file; "(none)" when it cannot be read.
+    std::string Read(std::string_view name) const
+    {
+        std::ifstream file(Path(name), std::ios::binary);
+        return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(none)";
+    }
+    bool Has(std::string_view name) const
+    {
+        return std::filesystem::symlink_status(Path(name)).type() != std::filesystem::file_type::not_found;
+    }
+    std::size_t EntryCount(std::string_view name = "") const
+    {
+        return static_cast<std::size_t>(
+            std::distance(std::filesystem::directory_iterator(Path(name)), std::filesystem::directory_iterator()));
+    }
+
+private:
+    std::string m_path;
+};
+
+/// Whoever runs the tests as root is nobody meanwhile, so that permissions count. A folder is handed over to nobody.
+class ScopedNobody {
+public:
+    explicit ScopedNobody(const ScopedFolder& folder)
+    {
+        if (geteuid() != 0)
+            return;
+        constexpr uid_t kNobody = 65534;
+        EXPECT_EQ(chown(folder.Path().c_str(), kNobody, static_cast<gid_t>(-1)), 0);
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path()))
+            EXPECT_EQ(lchown(entry.path().c_str(), kNobody, static_cast<gid_t>(-1)), 0);
+        m_wasRoot = seteuid(kNobody) == 0;
+        EXPECT_TRUE(m_wasRoot);
+    }
+    ~ScopedNobody()
+    {
+        if (m_wasRoot && seteuid(0) != 0)
+            ADD_FAILURE() << "still nobody";
+    }
+    ScopedNobody(const ScopedNobody&) = delete;
+    ScopedNobody& operator=(const ScopedNobody&) = delete;
+
+private:
+    bool m_wasRoot = false;
+};
