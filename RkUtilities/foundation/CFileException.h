@@ -41,7 +41,7 @@ public:
 
     /// `osError` is an error number of the system (`errno`), 0 for none; a null `fileName` gives "".
     explicit CFileException(int cause = none, int osError = 0, unsigned short const* fileName = nullptr);
-    CFileException(int cause, int osError, const CString& fileName);
+    CFileException(int cause, int osError, CString fileName);
     ~CFileException() override;
 
     /// The cause that stands for an error number of the system; 0 gives `none`. ENOENT alone gives `fileNotFound`: only
