@@ -1,0 +1,44 @@
+#pragma once
+
+#include "RkUtilities/foundation/COleDateTimeSpan.h"
+#include "RkUtilities/foundation/CTime.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+#include <compare>
+
+/// A date value: days since 30 December 1899, 00:00, whose fraction is the time of day. It belongs to no time zone.
+///
+/// - Days are counted in one line, before that date too: -0.25 is 18:00 on 29 December 1899. The calendar is Gregorian.
+/// - Fields are read to the nearest second. A value that is no number or lies outside the years 1 to 9999 reads as 0.
+/// - Nothing throws. Safe from any thread.
+class RK_EXPORT COleDateTime {
+public:
+    /// The value 0: 30 December 1899, 00:00.
+    constexpr COleDateTime() noexcept = default;
+    /// The given value.
+    explicit constexpr COleDateTime(double dateValue) noexcept : m_dt(dateValue) {}
+    /// The local calendar fields of a time, seconds included, fractions of a second not.
+    explicit COleDateTime(const CTime& time) noexcept;
+    /// The value of these fields; those out of range are carried ("31 April" is 1 May).
+    COleDateTime(int year, int month, int day, int hour, int minute, int second) noexcept;
+
+    [[nodiscard]] int GetYear() const noexcept;
+    [[nodiscard]] int GetMonth() const noexcept;  ///< 1 to 12
+    [[nodiscard]] int GetDay() const noexcept;    ///< 1 to 31
+    [[nodiscard]] int GetHour() const noexcept;
+    [[nodiscard]] int GetMinute() const noexcept;
+    [[nodiscard]] int GetSecond() const noexcept;
+    [[nodiscard]] int GetDayOfWeek() const noexcept;  ///< 1 is Sunday, 7 Saturday
+
+    friend constexpr COleDateTime operator+(const COleDateTime& date, const COleDateTimeSpan& span) noexcept
+    {
+        return COleDateTime(date.m_dt + span.m_span);
+    }
+    friend constexpr COleDateTime operator-(const COleDateTime& date, const COleDateTimeSpan& span) noexcept
+    {
+        return COleDateTime(date.m_dt - span.m_span);
+    }
+    friend constexpr auto operator<=>(const COleDateTime&, const COleDateTime&) noexcept = default;
+
+    double m_dt = 0;  ///< the date value
+};

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "RkUtilities/foundation/CTimeSpan.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+#include <compare>
+#include <ctime>
+
+/// A point in time, kept as one `double`: seconds since 1 January 2001, 00:00:00 UTC.
+///
+/// - Times lie in the years 1 to 9999 (UTC), to the microsecond and better near the present. What would lie outside, or
+///   comes from a number that is none, is the null time.
+/// - The null time is 1 January 1970, 00:00:00 UTC: before every time that `CrkDateUtilities::MinimumTime` allows.
+/// - Calendar fields are read in the C library's local time (`TZ`, else the system's zone), for past and future dates
+/// after
+///   the rules of that date, in the Gregorian calendar throughout. A changed `TZ` is seen by the next call.
+/// - Nothing throws. Safe from any thread, as long as none changes the environment meanwhile.
+class RK_EXPORT CTime {
+public:
+    /// The null time.
+    constexpr CTime() noexcept = default;
+    /// The local time of a date value: days since 30 December 1899, 00:00, to the nearest second.
+    explicit CTime(double dateValue) noexcept;
+    /// The local time of calendar fields: full year, month 1 to 12. Fields out of range are carried ("31 April" is 1
+    /// May).
+    ///
+    /// A local time that a clock change leaves out is moved on by the length of the gap (2:30 becomes 3:30). Of one
+    /// that exists twice, -1 (the system decides) means the first; 1 the one in daylight saving time, 0 the one in
+    /// standard time.
+    CTime(int year, int month, int day, int hour, int minute, int second, int dst = -1) noexcept;
+
+    /// Now, to the microsecond.
+    [[nodiscard]] static CTime GetCurrentTime() noexcept;
+    /// The time so many seconds after 1 January 2001, 00:00:00 UTC.
+    [[nodiscard]] static CTime FromCFAbsoluteTime(double seconds) noexcept;
+
+    [[nodiscard]] int GetYear() const noexcept;
+    [[nodiscard]] int GetMonth() const noexcept;  ///< 1 to 12
+    [[nodiscard]] int GetDay() const noexcept;    ///< 1 to 31
+    [[nodiscard]] int GetHour() const noexcept;
+    [[nodiscard]] int GetMinute() const noexcept;
+    [[nodiscard]] int GetSecond() const noexcept;
+    [[nodiscard]] int GetDayOfWeek() const noexcept;  ///< 1 is Sunday, 7 Saturday
+
+    /// Fills a record with the UTC / the local fields and returns it. Unlike C's, it holds the full year and the month
+    /// from 1, so that the fields fit the constructor; day of the week and of the year count from 0, as C's.
+    std::tm* GetGmtTm(std::tm* fields) const noexcept;
+    std::tm* GetLocalTm(std::tm* fields) const noexcept;
+
+    /// Seconds since 1 January 2001, 00:00:00 UTC.
+    [[nodiscard]] constexpr double GetCFAbsoluteTime() const noexcept { return m_seconds; }
+
+    friend CTimeSpan operator-(const CTime& a, const CTime& b) noexcept
+    {
+        return CTimeSpan::FromSeconds(a.m_seconds - b.m_seconds);
+    }
+    friend CTime operator+(const CTime& time, const CTimeSpan& span) noexcept
+    {
+        return FromCFAbsoluteTime(time.m_seconds + span.GetTotalSeconds());
+    }
+    friend CTime operator-(const CTime& time, const CTimeSpan& span) noexcept
+    {
+        return FromCFAbsoluteTime(time.m_seconds - span.GetTotalSeconds());
+    }
+    friend constexpr auto operator<=>(const CTime&, const CTime&) noexcept = default;
+
+private:
+    double m_seconds = -978307200;  // of the null time
+};

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+
+/// The calendar, in UTC and in the C library's local time (`TZ`, else the system's zone). Gregorian on both sides of
+/// 1582, as the C library counts. Safe from any thread as long as none changes the environment meanwhile.
+namespace rk::platform {
+
+/// Calendar fields; out of their ranges they are carried into the next larger one ("32 January" is 1 February).
+struct CalendarTime {
+    int year = 0;
+    int month = 0;  // 1 to 12
+    int day = 0;    // 1 to 31
+    int hour = 0;
+    int minute = 0;
+    int second = 0;
+    int dayOfWeek = 0;     // 0 is Sunday
+    int dayOfYear = 0;     // 0 is 1 January
+    int daylightTime = 0;  // as tm_isdst
+};
+
+/// Times are whole seconds since 1 January 1970, 00:00:00 UTC, and lie in this range: the years 1 to 9999.
+constexpr std::int64_t kFirstUtcSecond = -62135596800;
+constexpr std::int64_t kLastUtcSecond = 253402300799;
+
+/// The fields of a time in range.
+CalendarTime UtcCalendar(std::int64_t utcSeconds);
+CalendarTime LocalCalendar(std::int64_t utcSeconds);
+
+/// Seconds by which local time is ahead of UTC at that time.
+std::int64_t LocalOffset(std::int64_t utcSeconds);
+
+/// The seconds that the fields count when no zone is looked at; never overflows.
+std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int second);
+
+/// Which of two times is meant by a local time that exists twice.
+enum class DaylightTime { Decide, Standard, Daylight };
+
+/// The time whose local calendar reads so many seconds (`SecondsOf` its fields). A local time that exists twice is the
+/// first of the two unless `daylight` chooses; one that a clock change leaves out is moved on by the length of the gap.
+/// The result may lie outside the range.
+std::int64_t LocalToUtc(std::int64_t localSeconds, DaylightTime daylight);
+
+/// Changes whenever the zone that local times are read in has changed: for what is kept about local times.
+std::uint64_t ZoneGeneration();
+
+}  // namespace rk::platform

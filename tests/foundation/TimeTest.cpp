@@ -1,0 +1,151 @@
+#include "RkUtilities/foundation/COleDateTime.h"
+#include "RkUtilities/foundation/CTime.h"
+
+#include "tests/support/ScopedZone.h"
+
+#include <chrono>
+#include <climits>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+
+namespace {
+
+const CTime kBeforeMain;
+
+std::string Fields(const CTime& time)
+{
+    char text[64];
+    std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d", time.GetYear(), time.GetMonth(), time.GetDay(),
+                  time.GetHour(), time.GetMinute(), time.GetSecond());
+    return text;
+}
+
+TEST(Time, CountsEveryDayOfTheYears1To9999AsTheCalendarDoes)
+{
+    using namespace std::chrono;
+    const ScopedZone utc("UTC");
+    const sys_days last{9999y / December / 31};
+    for (sys_days day{1y / January / 1}; day <= last; day += days{day.time_since_epoch().count() % 5 + 7}) {
+        const year_month_day date(day);
+        const int year = static_cast<int>(date.year());
+        const auto month = static_cast<int>(static_cast<unsigned>(date.month()));
+        const auto dayOfMonth = static_cast<int>(static_cast<unsigned>(date.day()));
+        const auto ofWeek = static_cast<int>(weekday(day).c_encoding()) + 1;
+        const CTime time(year, month, dayOfMonth, 23, 59, 58, -1);
+        ASSERT_EQ(time.GetCFAbsoluteTime(),
+                  static_cast<double>(sys_seconds(day).time_since_epoch().count() - 978307200 + 86398));
+        ASSERT_EQ(std::tuple(time.GetYear(), time.GetMonth(), time.GetDay(), time.GetDayOfWeek()),
+                  std::tuple(year, month, dayOfMonth, ofWeek));
+        const COleDateTime value(time);
+        ASSERT_EQ(
+            std::tuple(value.GetYear(), value.GetMonth(), value.GetDay(), value.GetDayOfWeek(), value.GetSecond()),
+            std::tuple(year, month, dayOfMonth, ofWeek, 58));
+        ASSERT_EQ(CTime(value.m_dt), time);
+    }
+    EXPECT_EQ(COleDateTime(1900, 2, 28, 0, 0, 0).m_dt, 60);
+    EXPECT_EQ(COleDateTime(1900, 3, 1, 0, 0, 0).m_dt, 61);
+    EXPECT_EQ(COleDateTime(1899, 12, 29, 18, 0, 0).m_dt, -0.25);
+    EXPECT_EQ(kBeforeMain.GetCFAbsoluteTime(), CTime(1970, 1, 1, 0, 0, 0, -1).GetCFAbsoluteTime());
+}
+
+struct LocalRow {
+    const char* zone;
+    int fields[7];  // year to second, dst
+    const char* read;
+    double utcOffset;  // hours
+};
+constexpr LocalRow kLocalRows[] = {
+    {"Europe/Berlin", {2026, 3, 29, 2, 30, 0, -1}, "2026-03-29 03:30:00", 2},  // does not exist
+    {"Europe/Berlin", {2026, 3, 29, 2, 30, 0, 0}, "2026-03-29 03:30:00", 2},
+    {"Europe/Berlin", {2026, 10, 25, 2, 30, 0, -1}, "2026-10-25 02:30:00", 2},  // exists twice: the first
+    {"Europe/Berlin", {2026, 10, 25, 2, 30, 0, 1}, "2026-10-25 02:30:00", 2},
+    {"Europe/Berlin", {2026, 10, 25, 2, 30, 0, 0}, "2026-10-25 02:30:00", 1},
+    {"Europe/Berlin", {2026, 7, 1, 12, 0, 0, 0}, "2026-07-01 12:00:00", 2},  // dst does not shift what exists once
+    {"America/St_Johns", {2026, 1, 1, 0, 0, 0, -1}, "2026-01-01 00:00:00", -3.5},
+    {"Asia/Kathmandu", {2026, 1, 1, 0, 0, 0, -1}, "2026-01-01 00:00:00", 5.75},
+    {"Australia/Lord_Howe", {2026, 10, 4, 2, 15, 0, -1}, "2026-10-04 02:45:00", 11},  // half an hour is left out
+    {"Pacific/Apia", {2011, 12, 30, 12, 0, 0, -1}, "2011-12-31 12:00:00", 14},        // the day is left out
+    {"Etc/UTC", {2026, 13, 32, 25, -1, 61, -1}, "2027-02-02 01:00:01", 0},            // fields are carried
+    {"Etc/UTC", {2026, 0, 0, 0, 0, 0, -1}, "2025-11-30 00:00:00", 0},
+    {"Etc/UTC", {9999, 12, 31, 23, 59, 59, -1}, "9999-12-31 23:59:59", 0},
+    {"Etc/UTC", {10000, 1, 1, 0, 0, 0, -1}, "1970-01-01 00:00:00", 0},  // out of range: the null time
+    {"Etc/UTC", {INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX, INT_MAX}, "1970-01-01 00:00:00", 0},
+    {"Etc/UTC", {INT_MIN, INT_MIN, INT_MIN, INT_MIN, INT_MIN, INT_MIN, INT_MIN}, "1970-01-01 00:00:00", 0},
+};
+
+TEST(Time, FollowsTheZoneOnDaysOfClockChanges)
+{
+    for (const LocalRow& row : kLocalRows) {
+        SCOPED_TRACE(row.read);
+        const ScopedZone zone(row.zone);
+        const auto& f = row.fields;
+        const CTime time(f[0], f[1], f[2], f[3], f[4], f[5], f[6]);
+        EXPECT_EQ(Fields(time), row.read);
+        std::tm local{};
+        std::tm utc{};
+        time.GetLocalTm(&local);
+        time.GetGmtTm(&utc);
+        const auto value = [](const std::tm& t) {
+            return COleDateTime(t.tm_year, t.tm_mon, t.tm_mday, t.tm_hour, t.tm_min, t.tm_sec).m_dt;
+        };
+        EXPECT_NEAR((value(local) - value(utc)) * 24, row.utcOffset, 1e-4);
+    }
+}
+
+TEST(Time, AgreesWithTheCLibraryWhateverTheZone)
+{
+    std::mt19937_64 random(3);
+    for (const char* name :
+         {"Europe/Berlin", "America/New_York", "Asia/Tehran", "Australia/Sydney", "Africa/Casablanca"}) {
+        const ScopedZone zone(name);
+        tzset();  // for the C library; ours sees the change by itself
+        for (int round = 0; round < 2000; ++round) {
+            const auto seconds = static_cast<std::time_t>(random() % 8000000000) - 3000000000;
+            const CTime time = CTime::FromCFAbsoluteTime(static_cast<double>(seconds - 978307200));
+            std::tm fields{};
+            localtime_r(&seconds, &fields);
+            ASSERT_EQ(std::tuple(time.GetYear(), time.GetMonth(), time.GetHour(), time.GetDayOfWeek()),
+                      std::tuple(fields.tm_year + 1900, fields.tm_mon + 1, fields.tm_hour, fields.tm_wday + 1));
+            std::tm own{};
+            time.GetLocalTm(&own);
+            ASSERT_EQ(CTime(own.tm_year, own.tm_mon, own.tm_mday, own.tm_hour, own.tm_min, own.tm_sec, own.tm_isdst),
+                      time)
+                << name << ' ' << seconds;
+        }
+    }
+}
+
+TEST(Time, KeepsNumbersThatAreNoDatesOut)
+{
+    const double bad[] = {NAN, INFINITY, -INFINITY, 1e300, -1e300, 3e6};
+    for (const double value : bad) {
+        EXPECT_EQ(COleDateTime(value).GetYear(), 1899) << value;
+        EXPECT_EQ(CTime(value), CTime(1899, 12, 30, 0, 0, 0, -1)) << value;
+    }
+    EXPECT_EQ(CTime::FromCFAbsoluteTime(NAN), CTime());
+    EXPECT_EQ(CTime::FromCFAbsoluteTime(1e12), CTime());
+    const CTimeSpan longest(INT_MAX, INT_MAX, INT_MAX, INT_MAX);
+    EXPECT_EQ(CTime::GetCurrentTime() + longest, CTime());
+    EXPECT_EQ(CTime::GetCurrentTime() - longest, CTime());
+}
+
+TEST(Time, AddsAndSubtractsSpans)
+{
+    const CTime start(2024, 2, 28, 12, 0, 0, -1);
+    const CTimeSpan span(1, 2, 3, 4);
+    EXPECT_EQ(start + span - start, span);
+    EXPECT_EQ(span.GetTotalSeconds(), 93784);
+    EXPECT_EQ(start + span - span, start);
+    EXPECT_LT(start, start + span);
+    const COleDateTime date(2024, 2, 28, 12, 0, 0);
+    EXPECT_EQ((date + COleDateTimeSpan(1, 12, 0, 0)).GetDay(), 1);
+    EXPECT_EQ((date - COleDateTimeSpan(58, 12, 0, 0)).GetYear(), 2024);
+    EXPECT_EQ((date - COleDateTimeSpan(58, 12, 0, 1)).GetYear(), 2023);
+    const double now = CTime::GetCurrentTime().GetCFAbsoluteTime();
+    const double clock = std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+    EXPECT_NEAR(now + 978307200, clock, 5);
+}
+
+}  // namespace
