@@ -104,7 +104,8 @@ private:
 
     struct Node {
         template <class Element>
-        explicit Node(Element&& value) : element(std::forward<Element>(value))
+        explicit Node(Element&& value)  // NOLINT(bugprone-forwarding-reference-overload): nodes are never copied
+            : element(std::forward<Element>(value))
         {}
 
         Node* previous = nullptr;

@@ -64,7 +64,7 @@ void CString::Release() noexcept
     rk::SharedUnits::Release(m_storage.pointer);
 }
 
-void CString::Adopt(char16_t* units, int length) noexcept
+void CString::Adopt(const char16_t* units, int length) noexcept
 {
     if (m_kind == Kind::Shared)
         Release();

@@ -366,7 +366,7 @@ private:
         m_kind = Kind::Inline;
     }
     /// Takes over memory of rk::SharedUnits.
-    void Adopt(char16_t* units, int length) noexcept;
+    void Adopt(const char16_t* units, int length) noexcept;
     char16_t* MutableUnits() noexcept;
     /// The units, this text's own from now on.
     char16_t* Writable();

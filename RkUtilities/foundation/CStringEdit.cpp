@@ -54,11 +54,10 @@ void CString::SetAt(int index, unsigned short unit)
 
 int CString::Insert(int index, const CString& text)
 {
-    const CString inserted(text);  // may be this text
     const auto at = static_cast<std::size_t>(std::clamp(index, 0, m_length));
-    rk::TextBuilder builder(static_cast<std::size_t>(m_length) + inserted.View().size());
+    rk::TextBuilder builder(static_cast<std::size_t>(m_length) + text.View().size());
     builder.Append(View().substr(0, at));
-    builder.Append(inserted.View());
+    builder.Append(text.View());
     builder.Append(View().substr(at));
     *this = builder.Take();
     return m_length;
@@ -105,7 +104,7 @@ int CString::Remove(unsigned short unit)
     if (count == 0)
         return 0;
     char16_t* const units = Writable();
-    std::remove(units, units + m_length, static_cast<char16_t>(unit));
+    static_cast<void>(std::remove(units, units + m_length, static_cast<char16_t>(unit)));
     Truncate(m_length - static_cast<int>(count));
     return static_cast<int>(count);
 }

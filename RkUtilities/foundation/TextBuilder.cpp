@@ -42,7 +42,7 @@ void TextBuilder::AppendUtf8(std::string_view bytes)
 
 CString TextBuilder::Take() noexcept
 {
-    *Extend(0) = 0;
+    m_text.MutableUnits()[Length()] = 0;
     m_capacity = CString::kInlineUnits;
     return std::move(m_text);
 }

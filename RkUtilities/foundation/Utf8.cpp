@@ -25,7 +25,7 @@ constexpr bool IsLowSurrogate(unsigned unit)
 
 bool IsAscii(const unsigned char* bytes) noexcept
 {
-    std::uint64_t eight;
+    std::uint64_t eight = 0;
     std::memcpy(&eight, bytes, sizeof eight);
     return (eight & 0x8080808080808080U) == 0;
 }

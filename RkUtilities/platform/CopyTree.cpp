@@ -143,7 +143,7 @@ private:
         FileIdentity source;
         if (const std::error_code error = IdentityOf(m_from.Current(), source))
             return error;
-        if (m_made.count(source) != 0)
+        if (m_made.contains(source))
             return {};
         std::error_code error = Outcome(mkdirat(m_to.Current(), name, S_IRWXU));
         if (error == std::errc::file_exists && !IsNew())

@@ -11,7 +11,7 @@ namespace rk::platform {
 namespace {
 
 constexpr std::int64_t kToTheEnd = std::numeric_limits<std::int64_t>::max();
-constexpr std::size_t kBufferBytes = 64 * 1024;
+constexpr std::size_t kBufferBytes = 65536;
 
 struct Range {
     off_t start;
