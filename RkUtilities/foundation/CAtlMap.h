@@ -296,7 +296,7 @@ private:
     }
 
     /// Blocks grow with the map, up to a size from which an allocation hardly costs more for each node.
-    std::size_t BlockNodeCount() const noexcept { return std::clamp<std::size_t>(m_count, 10, 1000); }
+    std::size_t BlockNodeCount() const noexcept { return std::clamp<std::size_t>(m_count, 10, 250); }
 
     static void Link(Node* node, std::vector<Node*>& buckets) noexcept
     {
