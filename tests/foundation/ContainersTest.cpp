@@ -1,0 +1,326 @@
+#include "RkUtilities/foundation/CAtlArray.h"
+#include "RkUtilities/foundation/CAtlList.h"
+#include "RkUtilities/foundation/CAtlMap.h"
+#include "RkUtilities/foundation/CString.h"
+
+#include "tests/support/FaultInjection.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <ranges>
+#include <vector>
+
+namespace {
+
+struct CopyFault {};
+
+void FailIfPlanned()
+{
+    if (test::Step())
+        throw CopyFault();
+}
+
+/// An element of which everything may throw, its move included; it counts the living ones.
+struct Fragile {
+    explicit(false) Fragile(int number = 0) : value(number) { Live(); }
+    Fragile(const Fragile& other) : value(other.value) { Live(); }
+    Fragile& operator=(const Fragile& other)
+    {
+        FailIfPlanned();
+        value = other.value;
+        return *this;
+    }
+    ~Fragile() { --living; }
+    friend bool operator==(const Fragile& a, const Fragile& b)
+    {
+        FailIfPlanned();
+        return a.value == b.value;
+    }
+
+    int value;
+    static inline int living = 0;
+
+private:
+    static void Live()
+    {
+        FailIfPlanned();
+        ++living;
+    }
+};
+
+}  // namespace
+
+template <>
+struct std::hash<Fragile> {
+    std::size_t operator()(const Fragile& element) const
+    {
+        FailIfPlanned();
+        return static_cast<std::size_t>(element.value);
+    }
+};
+
+namespace {
+
+using Array = CAtlArray<Fragile>;
+using List = CAtlList<Fragile>;
+using Map = CAtlMap<Fragile, Fragile>;
+
+std::vector<int> Contents(const auto& container)
+{
+    std::vector<int> values;
+    for (const Fragile& element : container)
+        values.push_back(element.value);
+    return values;
+}
+std::vector<int> Contents(const Map& map)
+{
+    std::vector<int> values = {static_cast<int>(map.GetHashTableSize())};
+    for (const auto& [key, value] : map)
+        values.insert(values.end(), {key.value, value.value});
+    return values;
+}
+
+template <class Container>
+struct Operation {
+    std::function<void(Container&)> run;
+    std::vector<int> result;
+};
+
+/// Lets every step of every operation fail once: the container must stay as it was and lose nothing.
+template <class Container>
+void ExpectStrongGuarantee(const Container& start, const std::vector<Operation<Container>>& operations)
+{
+    const std::vector<int> before = Contents(start);
+    for (const auto& [run, result] : operations) {
+        bool failed = true;
+        for (std::size_t step = 1; failed; ++step) {
+            SCOPED_TRACE(testing::Message() << &run - &operations[0].run << " failing at step " << step);
+            const int livingBefore = Fragile::living;
+            const std::ptrdiff_t allocatedBefore = test::plan.livingCount;
+            {
+                Container container = start;
+                failed = false;
+                test::Arm(step);
+                try {
+                    run(container);
+                } catch (const CopyFault&) {
+                    failed = true;
+                } catch (const ATL::CAtlException& fault) {
+                    failed = true;
+                    EXPECT_EQ(fault.m_hr, -108);
+                }
+                test::Arm(0);
+                EXPECT_EQ(Contents(container), failed ? before : result);
+            }
+            EXPECT_EQ(Fragile::living, livingBefore);
+            EXPECT_EQ(test::plan.livingCount, allocatedBefore);
+        }
+    }
+}
+
+const Fragile kNew = 7;
+
+TEST(Containers, KeepTheArrayWhateverFails)
+{
+    ExpectStrongGuarantee<Array>({1, 2, 3},
+                                 {{[](Array& a) { a.Add(kNew); }, {1, 2, 3, 7}},
+                                  {[](Array& a) { a.Add(a[0]); }, {1, 2, 3, 1}},  // moved away before it is copied
+                                  {[](Array& a) { a.SetCount(5); }, {1, 2, 3, 0, 0}},
+                                  {[](Array& a) { a.SetCount(1); }, {1}},
+                                  {[](Array& a) { a.SetAt(1, kNew); }, {1, 7, 3}},
+                                  {[](Array& a) { a = Array(a); }, {1, 2, 3}}});
+}
+
+TEST(Containers, KeepTheListWhateverFails)
+{
+    List list(2);  // the third element needs a block
+    list.AddTail(1);
+    list.AddTail(2);
+    ExpectStrongGuarantee<List>(list, {{[](List& l) { l.AddHead(l.GetAt(l.GetHeadPosition())); }, {1, 1, 2}},
+                                       {[](List& l) { l.AddTail(l.GetAt(l.GetHeadPosition())); }, {1, 2, 1}},
+                                       {[](List& l) { l.RemoveAt(l.GetHeadPosition()); }, {2}},
+                                       {[](List& l) { l = List(l); }, {1, 2}}});
+}
+
+TEST(Containers, KeepTheMapWhateverFails)
+{
+    ExpectStrongGuarantee<Map>({}, {{[](Map& m) { m.SetAt(1, 2); }, {17, 1, 2}}});
+    Map map;
+    map.InitHashTable(2);
+    for (int key = 1; key <= 4; ++key)  // the next key makes the table grow
+        map.SetAt(key, 10 * key);
+    ExpectStrongGuarantee<Map>(
+        map,
+        {{[](Map& m) { m.SetAt(kNew, kNew); }, {17, 1, 10, 2, 20, 3, 30, 4, 40, 7, 7}},
+         {[](Map& m) { m.SetAt(m.Lookup(3)->m_value, m.Lookup(4)->m_key); }, {17, 1, 10, 2, 20, 3, 30, 4, 40, 30, 4}},
+         {[](Map& m) { m.SetAt(m.Lookup(3)->m_key, m.Lookup(4)->m_value); }, {2, 4, 40, 2, 20, 3, 40, 1, 10}},
+         {[](Map& m) { m.RemoveKey(2); }, {2, 4, 40, 3, 30, 1, 10}},
+         {[](Map& m) { m = Map(m); }, {2, 4, 40, 2, 20, 3, 30, 1, 10}}});
+}
+
+TEST(Containers, HoldNoMemoryWhileTheyAreEmpty)
+{
+    test::Arm(1);
+    CAtlArray<CString> array;
+    CAtlList<CString> list;
+    CAtlMap<CString, bool> map;
+    EXPECT_TRUE(map.InitHashTable(64));
+    const auto moved = std::move(map);
+    EXPECT_FALSE(moved.Lookup(u"a category whose name is too long to stand in a text object"));
+    test::Arm(0);
+
+    const std::ptrdiff_t before = test::plan.livingCount;
+    for (int i = 0; i < 1000; ++i) {
+        array.Add(u"a");
+        list.AddHead(u"a");
+        map.SetAt(CString(u"k") + static_cast<char16_t>(i), true);
+    }
+    array.RemoveAll();
+    list.RemoveAll();
+    map.RemoveAll();
+    EXPECT_EQ(test::plan.livingCount, before);
+}
+
+TEST(Containers, AnswerAWrongIndexOrPositionWithAnException)
+{
+    CAtlArray<int> array{1};
+    CAtlList<int> list{1};
+    CAtlMap<int, int> map{{1, 1}};
+    POSITION none = nullptr;
+    int number = 0;
+    const std::function<void()> wrongCalls[] = {
+        [&] { array.GetAt(1) = 0; },
+        [&] { array.SetAt(SIZE_MAX, 0); },
+        [&] { number = std::as_const(array)[1]; },
+        [&] { list.GetAt(none) = 0; },
+        [&] { list.GetNext(none) = 0; },
+        [&] { list.RemoveAt(none); },
+        [&] { map.GetNext(none); },
+        [&] { map.GetNextAssoc(none, number, number); },
+    };
+    for (const auto& call : wrongCalls) {
+        try {
+            call();
+            ADD_FAILURE() << "call " << &call - wrongCalls;
+        } catch (const ATL::CAtlException& fault) {
+            EXPECT_EQ(fault.m_hr, ATL::kInvalidArgument);
+        }
+    }
+    for (const std::size_t count : {SIZE_MAX, SIZE_MAX / 2, SIZE_MAX / sizeof(int), SIZE_MAX / sizeof(int) + 2}) {
+        try {
+            array.SetCount(count);
+            ADD_FAILURE() << count;
+        } catch (const std::exception& fault) {  // as callers that know only the standard see it
+            EXPECT_STREQ(fault.what(), ATL::CAtlException(-108).what());
+        }
+    }
+    EXPECT_EQ(array, CAtlArray<int>{1});
+    EXPECT_EQ(list, CAtlList<int>{1});
+}
+
+TEST(Containers, TakeElementsThatCanOnlyBeMoved)
+{
+    CAtlArray<std::unique_ptr<int>> array;
+    CAtlList<std::unique_ptr<int>> list;
+    CAtlMap<CString, std::unique_ptr<int>> map;
+    const CString key = u"key";
+    for (int i = 0; i < 100; ++i) {
+        array.Add(std::make_unique<int>(i));
+        list.AddTail(std::make_unique<int>(i));
+        map.SetAt(key, std::make_unique<int>(i));
+    }
+    array.SetCount(101);
+    EXPECT_EQ(*array[99], 99);
+    EXPECT_EQ(array[100], nullptr);
+    auto moved = std::move(list);
+    EXPECT_TRUE(list.IsEmpty());  // NOLINT(bugprone-use-after-move): a moved-from list is empty
+    EXPECT_EQ(**std::ranges::next(moved.begin(), 99), 99);
+    EXPECT_EQ(*map.Lookup(u"key")->m_value, 99);
+}
+
+struct HashCase {
+    double key;
+    std::uint32_t hash;
+};
+constexpr HashCase kHashCases[] = {
+    {45000, 45000},
+    {45000.99, 45000},
+    {-0.5, 0},
+    {-1.5, 0xFFFFFFFF},     // converted as unsigned, undefined
+    {4294967296.0 + 3, 3},  // limited to 32 bits first: 0xFFFFFFFF
+    {0x1p63, 0},
+    {0x1.00000001p63, 0x80000000},  // converted as signed, undefined
+    {-0x1.00000001p62, 0xC0000000},
+    {-0x1p64, 0},
+    {0x1p64, 0},
+    {1e300, 0},
+    {-1e300, 0},
+    {std::numeric_limits<double>::infinity(), 0},
+    {std::numeric_limits<double>::quiet_NaN(), 0},
+};
+
+TEST(Maps, HashEveryNumberAsStated)
+{
+    for (const auto& [key, hash] : kHashCases) {
+        EXPECT_EQ(CElementTraits<double>::Hash(key), hash) << key;
+        CAtlMap<double, bool> map;
+        map.SetAt(key, true);
+        EXPECT_EQ(map.Lookup(key) != nullptr, !std::isnan(key)) << key;
+    }
+}
+
+std::vector<double> Keys(const CAtlMap<double, bool>& map)
+{
+    std::vector<double> keys;
+    double key = 0;
+    bool value = false;
+    for (POSITION position = map.GetStartPosition(); position;) {
+        map.GetNextAssoc(position, key, value);
+        keys.push_back(key);
+    }
+    return keys;
+}
+
+TEST(Maps, AreWalkedBucketByBucketWithTheCountThatWasFixed)
+{
+    CAtlMap<double, bool> map;
+    ASSERT_TRUE(map.InitHashTable(64));
+    for (const double key : {130.0, 1.0, 64.0, 2.0, -1.0})
+        map.SetAt(key, true);
+    EXPECT_EQ(Keys(map), (std::vector<double>{64, 1, 2, 130, -1}));
+    EXPECT_FALSE(map.InitHashTable(7));
+    for (int key = 200; map.GetCount() < 128; ++key)
+        map.SetAt(key, true);
+    EXPECT_EQ(map.GetHashTableSize(), 64u);
+    const CAtlMap<double, bool> copy = map;
+    EXPECT_EQ(Keys(copy), Keys(map));
+
+    for (int key = 0; key < 1'000'000; ++key)
+        map.SetAt(key, true);
+    EXPECT_GE(map.GetHashTableSize(), 500'000u);
+    EXPECT_EQ(Keys(map).size(), map.GetCount());
+    map.RemoveAll();
+    EXPECT_EQ(map.GetHashTableSize(), 64u);
+    EXPECT_FALSE(map.InitHashTable(0));
+}
+
+TEST(Maps, FindTextsByTheirUnitsHoweverTheyAreSpelt)
+{
+    CAtlMap<CString, int, CStringElementTraits<CString>> map{{u"Cache", 1}, {u"cache", 2}, {u"", 3}, {u"Cache", 4}};
+    EXPECT_EQ(map.GetCount(), 3u);
+    const char16_t* noText = nullptr;
+    int value = -1;
+    EXPECT_TRUE(map.Lookup(u"Cache", value) && value == 4);
+    EXPECT_TRUE(map.Lookup("cache", value) && value == 2);
+    EXPECT_TRUE(map.Lookup(noText, value) && value == 3);
+    EXPECT_TRUE(map.Lookup(std::u16string_view(u"Caches").substr(0, 5), value) && value == 4);
+    EXPECT_FALSE(map.Lookup(CString(u"CACHE"), value));
+    EXPECT_EQ(value, 4);
+}
+
+}  // namespace
