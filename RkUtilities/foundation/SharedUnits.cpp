@@ -7,7 +7,7 @@ namespace rk {
 char16_t* SharedUnits::Allocate(std::size_t capacity)
 {
     void* const memory = ::operator new(sizeof(SharedUnits) + (capacity + 1) * sizeof(char16_t));
-    SharedUnits* const head = new (memory) SharedUnits(capacity);
+    auto* const head = new (memory) SharedUnits(capacity);
     return reinterpret_cast<char16_t*>(head + 1);
 }
 
