@@ -1,0 +1,122 @@
+#include "RkUtilities/collections/CorvaneNSArrayAdditions.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <forward_list>
+#include <iterator>
+#include <memory>
+#include <set>
+#include <vector>
+
+namespace {
+
+using Additions = CorvaneNSArrayAdditions;
+using Positions = std::set<std::size_t>;
+
+struct Tag {
+    virtual ~Tag() = default;
+    int tag = 0;
+};
+struct Named {
+    virtual ~Named() = default;
+    int name = 0;
+    friend bool operator==(const Named& a, const Named& b) { return a.name == b.name; }
+};
+struct Topic : Tag, Named {
+    explicit Topic(int number) { name = number; }
+};
+
+/// A view that begins only when it is not const, once, and counts how far it was walked.
+struct SinglePass {
+    struct Iterator {
+        using value_type = Topic*;
+        using difference_type = std::ptrdiff_t;
+        Topic* operator*() const { return *owner->next; }
+        Iterator& operator++()
+        {
+            ++owner->next;
+            return *this;
+        }
+        void operator++(int) { ++*this; }
+        bool operator==(std::default_sentinel_t) const { return owner->next == owner->last; }
+        SinglePass* owner;
+    };
+    Iterator begin() { return {this}; }
+    static std::default_sentinel_t end() { return {}; }
+    Topic** next;
+    Topic** last;
+};
+
+TEST(ArrayQueries, TellIdentityFromEquality)
+{
+    Topic a(1), b(2), equalToA(1);
+    const std::vector<Topic*> array = {&a, &b, &equalToA, nullptr};
+    const std::vector<Topic*> empty;
+    Topic stranger(1);
+
+    EXPECT_TRUE(Additions::containsObjectIdenticalTo(array, &b));
+    EXPECT_FALSE(Additions::containsObjectIdenticalTo(array, &stranger));
+    EXPECT_TRUE(Additions::containsObjectIdenticalTo(array, nullptr));
+    EXPECT_FALSE(Additions::containsObjectIdenticalTo(empty, nullptr));
+    EXPECT_FALSE(Additions::containsAnyObjectsIdenticalTo(array, std::array{&stranger}));
+    EXPECT_TRUE(Additions::containsAnyObjectsIdenticalTo(array, std::array{&stranger, &b}));
+    EXPECT_FALSE(Additions::containsAnyObjectsIdenticalTo(array, empty));
+    EXPECT_FALSE(Additions::containsAnyObjectsIdenticalTo(empty, array));
+
+    EXPECT_EQ(Additions::indexesOfObjects(array, std::array{&equalToA, &stranger}), Positions{0});  // the lowest only
+    EXPECT_EQ(Additions::indexesOfObjects(array, array), (Positions{0, 1, 3}));
+    EXPECT_EQ(Additions::indexesOfObjects(empty, array), Positions{});
+    Topic absent(9);
+    EXPECT_EQ(Additions::indexesOfObjects(array, std::array{&absent}), Positions{});
+}
+
+TEST(ArrayQueries, MixSmartAndRawPointersAndBases)
+{
+    std::forward_list<std::unique_ptr<Topic>> array;
+    array.push_front(nullptr);
+    array.push_front(std::make_unique<Topic>(1));
+    const Topic& topic = *array.front();
+    const std::vector<std::shared_ptr<Topic>> strangers = {std::make_shared<Topic>(1), nullptr};
+    const Named* const asNamed = &topic;  // another address than the topic's
+
+    EXPECT_TRUE(Additions::containsObjectIdenticalTo(array, asNamed));
+    EXPECT_TRUE(Additions::containsAnyObjectsIdenticalTo(array, std::array{asNamed}));
+    EXPECT_TRUE(Additions::containsAnyObjectsIdenticalTo(std::array{asNamed}, array));
+    EXPECT_TRUE(Additions::containsAnyObjectsIdenticalTo(array, strangers));  // both hold null
+    EXPECT_EQ(Additions::indexesOfObjects(array, strangers), (Positions{0, 1}));
+    EXPECT_EQ(Additions::indexesOfObjects(array, std::array{asNamed}), Positions{0});
+    EXPECT_TRUE(Additions::containsObjectIdenticalTo(std::vector<const void*>{&topic}, array.front()));
+}
+
+TEST(ArrayQueries, WalkTheObjectsOnceAndStopAtTheFirstHit)
+{
+    Topic a(1), b(2);
+    std::array<Topic*, 4> objects = {&a, &b, &a, &b};
+    SinglePass walk{objects.data(), objects.data() + objects.size()};
+    EXPECT_TRUE(Additions::containsAnyObjectsIdenticalTo(std::array{&b}, walk));
+    EXPECT_EQ(walk.next, &objects[1]);
+    EXPECT_EQ(Additions::indexesOfObjects(std::array{&b, &a}, walk), (Positions{0, 1}));
+    EXPECT_EQ(walk.next, walk.last);
+}
+
+template <class Array, class Objects>
+concept CanAskForEquals = requires(Array array, Objects objects)
+{
+    Additions::indexesOfObjects(array, objects);
+};
+template <class Array, class Object>
+concept CanAskForObject = requires(Array array, Object object)
+{
+    Additions::containsObjectIdenticalTo(array, object);
+};
+
+// A type without "==" has identity only; what can never be the same object is refused.
+static_assert(CanAskForObject<std::vector<Tag*>, std::shared_ptr<const Tag>> &&
+              CanAskForObject<std::vector<Tag*>, Topic*>);
+static_assert(!CanAskForEquals<std::vector<Tag*>, std::vector<Tag*>>);
+static_assert(CanAskForEquals<std::vector<Named*>, std::vector<std::shared_ptr<const Topic>>>);
+static_assert(!CanAskForObject<std::vector<Tag*>, Named*> && !CanAskForObject<std::vector<int>, int>);
+static_assert(!CanAskForObject<SinglePass, Topic*>);
+
+}  // namespace
