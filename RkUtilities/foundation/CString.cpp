@@ -4,6 +4,7 @@
 #include "RkUtilities/foundation/TextBuilder.h"
 #include "RkUtilities/foundation/Utf8.h"
 #include "RkUtilities/platform/Environment.h"
+#include "RkUtilities/platform/StringTableText.h"
 
 #include <algorithm>
 #include <ostream>
@@ -190,4 +191,9 @@ CString CString::Joined(std::u16string_view a, std::u16string_view b)
 void CString::GetEnvironmentVariable(const CString& name)
 {
     *this = CString(rk::platform::EnvironmentVariable(name.ToUtf8()).value_or(std::string()));
+}
+
+void CString::LoadString(char const* key, char const* bundle)
+{
+    *this = key != nullptr ? CString(rk::platform::StringTableText(key, bundle)) : CString();
 }

@@ -1,0 +1,63 @@
+#include "RkUtilities/platform/Collation.h"
+
+#include "RkUtilities/platform/UserLocaleName.h"
+
+#include <climits>
+#include <memory>
+#include <new>
+#include <unicode/coll.h>
+
+namespace rk::platform {
+
+namespace {
+
+std::unique_ptr<const icu::Collator> MakeCollator(const std::string& locale)
+{
+    UErrorCode error = U_ZERO_ERROR;
+    std::unique_ptr<icu::Collator> collator(
+        icu::Collator::createInstance(icu::Locale::createCanonical(locale.c_str()), error));
+    if (U_FAILURE(error) != 0) {
+        error = U_ZERO_ERROR;
+        collator.reset(icu::Collator::createInstance(icu::Locale::getRoot(), error));
+    }
+    if (collator == nullptr || U_FAILURE(error) != 0)
+        throw std::bad_alloc();
+    collator->setStrength(icu::Collator::SECONDARY);
+    return collator;
+}
+
+/// The thread's collator; made again when the locale has changed.
+const icu::Collator& UserCollator()
+{
+    thread_local std::string knownLocale;
+    thread_local std::unique_ptr<const icu::Collator> collator;
+    const std::string& locale = UserLocaleName(LocaleUse::Order);
+    if (collator == nullptr || knownLocale != locale) {
+        collator = MakeCollator(locale);
+        knownLocale = locale;
+    }
+    return *collator;
+}
+
+}  // namespace
+
+std::string CollationKey(std::u16string_view text)
+{
+    if (text.size() > INT_MAX)
+        throw std::bad_alloc();
+    const auto length = static_cast<std::int32_t>(text.size());
+    const icu::Collator& collator = UserCollator();
+    std::string key(64, '\0');
+    for (;;) {
+        const auto room = static_cast<std::int32_t>(key.size());
+        const std::int32_t size =
+            collator.getSortKey(text.data(), length, reinterpret_cast<std::uint8_t*>(key.data()), room);
+        if (size <= 0)
+            throw std::bad_alloc();
+        key.resize(static_cast<std::size_t>(size));
+        if (size <= room)
+            return key;
+    }
+}
+
+}  // namespace rk::platform
