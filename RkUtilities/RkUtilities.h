@@ -32,4 +32,5 @@
 #include "RkUtilities/logging/CrkLogTypes.h"
 #include "RkUtilities/logging/ErkLogLevel.h"
 #include "RkUtilities/paths/SECFileSystem.h"
+#include "RkUtilities/platform/UserLocale.h"
 #include "RkUtilities/strings/CrkStringUtilities.h"
