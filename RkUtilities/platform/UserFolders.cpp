@@ -70,7 +70,7 @@ std::string InHome(std::string_view relative)
     return home.append(relative);
 }
 
-// The specification of base folders says that a relative path is to be ignored.
+// After the rule of the XDG base directories, a relative path is ignored.
 std::string BaseFolder(const std::string& variable, std::string_view defaultInHome)
 {
     std::optional<std::string> value = EnvironmentVariable(variable);
@@ -131,7 +131,7 @@ std::string ConfiguredFolder(std::string_view name, std::string_view defaultInHo
 std::string HomeFolder()
 {
     std::optional<std::string> home = EnvironmentVariable("HOME");
-    return home && !home->empty() ? WithoutTrailingSlashes(std::move(*home)) : HomeInPasswordDatabase();
+    return WithoutTrailingSlashes(home && !home->empty() ? std::move(*home) : HomeInPasswordDatabase());
 }
 
 std::string UserFolderPath(UserFolder kind)

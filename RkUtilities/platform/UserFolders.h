@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// Where the user's folders are: home, and the folders that the freedesktop.org "XDG Base Directory Specification" and
+/// Where the user's folders are: home, and the folders that the XDG base directories and
 /// "xdg-user-dirs" name.
 ///
 /// Native paths without trailing "/". Nothing is created and, but for the settings file of xdg-user-dirs, nothing is

@@ -1,7 +1,7 @@
 #include "RkUtilities/foundation/COleDateTime.h"
 #include "RkUtilities/foundation/CTime.h"
 
-#include "tests/support/ScopedZone.h"
+#include "tests/support/ScopedVariable.h"
 
 #include <chrono>
 #include <climits>

@@ -1,0 +1,170 @@
+#pragma once
+
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+/// Paths as text, and what callers ask most often about the files behind them.
+///
+/// - A path is UTF-16 text. "/" separates its elements; where a path is taken apart "\" separates too. Code units are
+///   looked at one by one, the only space that is trimmed is U+0020, and comparisons are exact unless a member says so.
+/// - Members look at the text alone unless they say "on disk". There a leading "~/" is the home folder and a text with
+///   U+0000 names nothing (NativePath.h has the rules); a relative path starts at the process's current folder.
+/// - Any text is legal input. What cannot be found comes back as "", false or the text as it was; nothing is logged,
+///   and nothing throws unless a member says so. A null `CString*` is left alone.
+/// - Safe from any thread, as long as none changes the environment or the current folder meanwhile.
+class RK_EXPORT CrkPathUtilities {
+public:
+    /// What `NormalizedPath` does with the end of a path; any other value keeps it.
+    enum TrailingCharTreatment : int {
+        StripTrailingChar = 0,   ///< one "/" goes, as with `StripTrailingSlash`
+        AssureTrailingChar = 1,  ///< one "/" comes, as with `AssureTrailingSlash`
+        KeepTrailingChar = 2,
+    };
+
+    /// Codes for `GetSpecialFolderPath`: four characters, the first in the highest byte.
+    ///
+    /// XDG_..._DIR are the entries of $XDG_CONFIG_HOME/user-dirs.dirs ("xdg-user-dirs"; one that leads to the home
+    /// folder itself is switched off), the variables those of the XDG base directories (ignored unless absolute).
+    enum ErkSpecialFolder : int {
+        HomeFolder = 0x63757372,                     ///< "cusr": $HOME, else the password database
+        DesktopFolder = 0x6465736B,                  ///< "desk": XDG_DESKTOP_DIR, else ~/Desktop
+        DocumentsFolder = 0x646F6373,                ///< "docs": XDG_DOCUMENTS_DIR, else ~/Documents
+        DownloadsFolder = 0x646F776E,                ///< "down": XDG_DOWNLOAD_DIR, else ~/Downloads
+        PicturesFolder = 0x70646F63,                 ///< "pdoc": XDG_PICTURES_DIR, else ~/Pictures
+        MusicFolder = static_cast<int>(0xB5646F63),  ///< the byte B5, then "doc": XDG_MUSIC_DIR, else ~/Music
+        MoviesFolder = 0x6D646F63,                   ///< "mdoc": XDG_VIDEOS_DIR, else ~/Videos
+        PublicFolder = 0x70756262,                   ///< "pubb": XDG_PUBLICSHARE_DIR, else ~/Public
+        PreferencesFolder = 0x70726566,              ///< "pref": $XDG_CONFIG_HOME, else ~/.config
+        ApplicationSupportFolder = 0x61737570,       ///< "asup": $XDG_DATA_HOME, else ~/.local/share
+        CachesFolder = 0x63616368,                   ///< "cach": $XDG_CACHE_HOME, else ~/.cache
+        TemporaryItemsFolder = 0x74656D70,           ///< "temp": the user's temporary folder
+    };
+
+    // --- Taking a path apart: folder + file name is the path again, for every path
+
+    /// What follows the last separator; the whole path when there is none.
+    ///
+    ///     "/maps/plan.old.map"  ->  "plan.old.map"
+    ///     "/maps/"              ->  ""
+    static CString FileWithExtensionFromFilename(const CString& path);
+    /// What ends with the last separator, "" when there is none.
+    ///
+    ///     "C:\maps\plan.map"  ->  "C:\maps\"
+    static CString PathFromFilename(const CString& path);
+    /// What follows the file name's last dot, without the dot.
+    ///
+    ///     "plan.old.map"   ->  "map"
+    ///     ".profile"       ->  "profile"   a leading dot opens an extension like any other
+    ///     "plan.", "plan"  ->  ""
+    ///     "/maps.v2/plan"  ->  ""          dots of folders do not count
+    static CString GetExtensionFromFileName(const CString& path);
+    /// The file name without extension and dot.
+    ///
+    ///     "/maps/plan.old.map"  ->  "plan.old"
+    ///     ".profile"            ->  ""
+    ///     "plan."               ->  "plan"     a closing dot goes
+    static CString FileWithoutExtensionFromFilename(const CString& path);
+
+    // --- Slashes and spaces
+
+    /// Appends "/" unless the path is empty or ends with one.
+    static void AssureTrailingSlash(CString* path);
+    /// Removes one "/" at the end: "a//" becomes "a/", and "/" becomes "".
+    static void StripTrailingSlash(CString* path);
+    /// Copies `source` and assures the copy's trailing slash. Both may be the same object.
+    static void AssignDirString(const CString& source, CString& target);
+    /// The path with every "\" turned into "/" and then its end treated; spaces stay.
+    ///
+    ///     "a\b\"  ->  "a/b", "a/b/" and "a/b/" (strip, assure, keep)
+    static CString NormalizedPath(const CString& path, TrailingCharTreatment treatment);
+    /// Turns every "\" into "/", removes spaces at both ends and assures the trailing slash.
+    ///
+    ///     "  C\dir\sub  "  ->  "C/dir/sub/"
+    ///     "   "            ->  ""
+    static void NormalizePath(CString* path);
+    /// Removes U+0020 at the start / at the end.
+    static void StripLeadingSpace(CString* path);
+    static void StripTrailingSpace(CString* path);
+
+    // --- Absolute and relative paths
+
+    /// Whether the path begins with "/". "~/x" does not.
+    static bool IsAbsoluteFilename(const CString& path);
+    /// The path, "/" unless it is empty or ends with one, and the name as it is: "/a/" and "/b" give "/a//b".
+    static CString AppendToPath(const CString& path, const CString& name);
+    /// The path itself when it begins with "/" or "~"; else the current folder, "/" and the path. "." and ".." stay as
+    /// they are.
+    ///
+    /// "" gives "", and a relative path stays as it is when the current folder was deleted or may not be read.
+    static CString GetAbsolutePath(const CString& path);
+    /// `GetAbsolutePath` of the file name or, when that does not begin with "/", of base folder and file name put
+    /// together.
+    ///
+    ///     "../y" with "/base/"  ->  "/base/../y"
+    ///     "/x/y" with "/base"   ->  "/x/y"
+    static CString RelativeToAbsoluteFilename(const CString& fileName, const CString& baseFolder);
+    /// The file name without the base folder that it begins with and the "/" after that; as it is when it does not
+    /// begin so. The text alone decides, not elements:
+    ///
+    ///     "/a/b/c.txt" with "/a/b" or "/a/b/"  ->  "c.txt"
+    ///     "/a/bc/d" with "/a/b"                ->  "c/d"
+    ///     "/A/b" with "/a"                     ->  "/A/b"
+    static CString AbsoluteToRelativeFilename(const CString& fileName, const CString& baseFolder);
+    /// The way from the base folder to the target, with "../" and "./" elements and without trailing "/".
+    ///
+    ///     "/a/b/c/f.txt" from "/a/b/d"     ->  "../c/f.txt"
+    ///     "/a/b/f.txt" from "/a/b"         ->  "./f.txt"
+    ///     "/a" from "/a/b/c"               ->  "../.."
+    ///     "/a/b/" from "/a/b"              ->  "."
+    ///     "/Users/Me/x" from "/users/me"   ->  "./x"
+    ///
+    /// Elements are equal without regard to case and to how their characters are composed (canonical caseless matching;
+    /// Unicode, chapter 3, D145). Both are made absolute first, "~" and "~/" being the home folder. Repeated slashes
+    /// count as one, "." goes, and
+    /// ".." takes the element before it away; the disk is not asked, so behind a link to a folder that is not its
+    /// parent on disk.
+    /// "" when one of them is "", or is relative and there is no current folder.
+    static CString CalcRelativePathname(CString target, CString baseFolder);
+    /// The path after `CString::MakeLower`. Nothing is looked up or expanded.
+    static CString GetLowercaseLongPath(const CString& path);
+
+    // --- Comparing
+
+    /// Whether the absolute paths are the same text without regard to case. Links are not followed.
+    static bool AreFilenamesEqual(const CString& first, const CString& second);
+    /// Whether both, on disk, can be opened for reading and `AreFilenamesEqual` of the paths that the system then
+    /// reports, links resolved.
+    ///
+    /// Folders and devices may be compared too, a pipe is not waited for. Two hard links of one file have different
+    /// paths, so they are not equal; files whose paths differ in case only are. False for a file that is deleted
+    /// meanwhile.
+    static bool ComparePaths(const CString& first, const CString& second);
+    /// Whether both are folders on disk and the candidate's text begins with the folder's. A folder is its own
+    /// sub-folder, and "/a/bc" is one of "/a/b".
+    static bool IsSubFolder(const CString& folder, const CString& candidate);
+
+    // --- On disk
+
+    /// The user's folder of a kind, without trailing slash. `code` is an `ErkSpecialFolder`; "" for any other value,
+    /// and for a folder that does not exist. Nothing is created.
+    static CString GetSpecialFolderPath(int code);
+    /// Whether the owner of the file or folder may not write it; whoever asks, and whatever others may do. A link is
+    /// followed. False for what does not exist.
+    static bool IsFileReadOnly(const CString& path);
+    /// Takes the owner's permission to write, or gives it. True when this call changed it: false when it was so
+    /// already, and for what does not exist.
+    ///
+    /// Only the file or folder named is changed: a link has no permissions, and what it leads to is left alone (false).
+    /// Nothing but this one permission changes, and what is put in the file's place meanwhile is not touched.
+    ///
+    /// Throws a `CFileException*` when the permission cannot be changed (a file of another user, a read-only file
+    /// system).
+    static bool MakeFileReadOnly(const CString& path);
+    static bool MakeFileReadWrite(const CString& path);
+    /// Whether something other than a folder exists there. A link is followed; one that leads nowhere counts.
+    static bool FileNotDirectoryExists(const CString& path);
+    /// Makes sure that the folder exists, with all that lead to it. Every "\" counts as "/". False when something else
+    /// is in the way or permission is missing; folders made before that stay. Several threads and processes may make
+    /// the same folders at once.
+    static bool AssurePathExists(const CString& path);
+};

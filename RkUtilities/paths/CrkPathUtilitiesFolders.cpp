@@ -1,0 +1,120 @@
+#include "RkUtilities/foundation/CFileException.h"
+#include "RkUtilities/foundation/NativePath.h"
+#include "RkUtilities/paths/CrkPathUtilities.h"
+#include "RkUtilities/platform/CanonicalPath.h"
+#include "RkUtilities/platform/Files.h"
+#include "RkUtilities/platform/OwnerWrite.h"
+#include "RkUtilities/platform/TemporaryFolder.h"
+#include "RkUtilities/platform/UserFolders.h"
+
+#include <optional>
+#include <string>
+#include <system_error>
+
+namespace {
+
+using rk::platform::FileKind;
+using rk::platform::OwnerWrite;
+using rk::platform::UserFolder;
+
+struct SpecialFolder {
+    int code;
+    UserFolder kind;
+};
+
+constexpr SpecialFolder kSpecialFolders[] = {
+    {CrkPathUtilities::HomeFolder, UserFolder::Home},
+    {CrkPathUtilities::DesktopFolder, UserFolder::Desktop},
+    {CrkPathUtilities::DocumentsFolder, UserFolder::Documents},
+    {CrkPathUtilities::DownloadsFolder, UserFolder::Downloads},
+    {CrkPathUtilities::PicturesFolder, UserFolder::Pictures},
+    {CrkPathUtilities::MusicFolder, UserFolder::Music},
+    {CrkPathUtilities::MoviesFolder, UserFolder::Movies},
+    {CrkPathUtilities::PublicFolder, UserFolder::Public},
+    {CrkPathUtilities::PreferencesFolder, UserFolder::Preferences},
+    {CrkPathUtilities::ApplicationSupportFolder, UserFolder::ApplicationSupport},
+    {CrkPathUtilities::CachesFolder, UserFolder::Caches},
+};
+
+std::string SpecialFolderPath(int code)
+{
+    if (code == CrkPathUtilities::TemporaryItemsFolder)
+        return rk::platform::FindTemporaryFolder();
+    for (const SpecialFolder& folder : kSpecialFolders) {
+        if (folder.code == code)
+            return rk::platform::UserFolderPath(folder.kind);
+    }
+    return {};
+}
+
+bool IsFolder(const std::string& nativePath)
+{
+    return rk::platform::KindOf(nativePath) == FileKind::Folder;
+}
+
+bool ChangeOwnerWrite(const CString& path, OwnerWrite wanted)
+{
+    std::error_code error;
+    const bool changed = rk::platform::ChangeOwnerWrite(rk::NativePath(path), wanted, error);
+    if (error)
+        throw new CFileException(CFileException::ErrnoToException(error.value()), error.value(), path);
+    return changed;
+}
+
+}  // namespace
+
+// --- Comparing on disk
+
+bool CrkPathUtilities::ComparePaths(const CString& first, const CString& second)
+{
+    using rk::platform::CanonicalPathOfReadable;
+    const std::optional<std::string> firstPath = CanonicalPathOfReadable(rk::NativePath(first));
+    if (!firstPath)
+        return false;
+    const std::optional<std::string> secondPath = CanonicalPathOfReadable(rk::NativePath(second));
+    return secondPath && AreFilenamesEqual(rk::PathText(*firstPath), rk::PathText(*secondPath));
+}
+
+bool CrkPathUtilities::IsSubFolder(const CString& folder, const CString& candidate)
+{
+    return candidate.View().starts_with(folder.View()) && IsFolder(rk::NativePath(folder)) &&
+           IsFolder(rk::NativePath(candidate));
+}
+
+// --- On disk
+
+CString CrkPathUtilities::GetSpecialFolderPath(int code)
+{
+    const std::string path = SpecialFolderPath(code);
+    return IsFolder(path) ? rk::PathText(path) : CString();
+}
+
+bool CrkPathUtilities::IsFileReadOnly(const CString& path)
+{
+    const std::optional<rk::platform::FileFacts> facts = rk::platform::Inspect(rk::NativePath(path));
+    return facts && !facts->ownerMayWrite;
+}
+
+bool CrkPathUtilities::MakeFileReadOnly(const CString& path)
+{
+    return ChangeOwnerWrite(path, OwnerWrite::Deny);
+}
+
+bool CrkPathUtilities::MakeFileReadWrite(const CString& path)
+{
+    return ChangeOwnerWrite(path, OwnerWrite::Allow);
+}
+
+bool CrkPathUtilities::FileNotDirectoryExists(const CString& path)
+{
+    const std::optional<FileKind> kind = rk::platform::KindOf(rk::NativePath(path));
+    return kind && kind != FileKind::Folder;
+}
+
+bool CrkPathUtilities::AssurePathExists(const CString& path)
+{
+    const std::string folder = rk::NativePath(NormalizedPath(path, KeepTrailingChar));
+    if (IsFolder(folder) || !rk::platform::MakeFolders(folder))
+        return true;
+    return IsFolder(folder);  // somebody else may have made it meanwhile
+}

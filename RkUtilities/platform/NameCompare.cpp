@@ -1,0 +1,38 @@
+#include "RkUtilities/platform/NameCompare.h"
+
+#include <algorithm>
+#include <unicode/unorm.h>
+
+namespace rk::platform {
+namespace {
+
+constexpr char16_t LowerAscii(char16_t unit)
+{
+    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
+}
+
+}  // namespace
+
+bool IsSameName(std::u16string_view first, std::u16string_view second)
+{
+    // As long as both are ASCII they decide by themselves: ASCII neither decomposes nor moves when marks are reordered.
+    for (std::size_t i = 0;; ++i) {
+        const bool firstEnds = i == first.size();
+        const bool secondEnds = i == second.size();
+        if (firstEnds && secondEnds)
+            return true;
+        const char16_t a = firstEnds ? u'\0' : first[i];
+        const char16_t b = secondEnds ? u'\0' : second[i];
+        if (a >= 0x80 || b >= 0x80)
+            break;
+        if (firstEnds || secondEnds || LowerAscii(a) != LowerAscii(b))
+            return false;
+    }
+    UErrorCode status = U_ZERO_ERROR;
+    const auto length = [](std::u16string_view name) { return static_cast<int32_t>(name.size()); };
+    const int32_t order = unorm_compare(first.data(), length(first), second.data(), length(second),
+                                        U_FOLD_CASE_DEFAULT | U_COMPARE_IGNORE_CASE, &status);
+    return U_SUCCESS(status) && order == 0;
+}
+
+}  // namespace rk::platform

@@ -1,0 +1,44 @@
+#include "RkUtilities/platform/OwnerWrite.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace rk::platform {
+namespace {
+
+constexpr mode_t kPermissions = S_ISUID | S_ISGID | S_ISVTX | S_IRWXU | S_IRWXG | S_IRWXO;
+
+bool ChangeOwnerWriteOf(int descriptor, OwnerWrite wanted, std::error_code& error)
+{
+    struct stat facts {};
+    const auto isAsWanted = [&facts, wanted] {
+        return ((facts.st_mode & S_IWUSR) != 0) == (wanted == OwnerWrite::Allow);
+    };
+    if (::fstat(descriptor, &facts) != 0 || S_ISLNK(facts.st_mode) || isAsWanted())
+        return false;
+    // fchmod refuses a descriptor that only names a file; the link to the same descriptor does not.
+    const std::string sameFile = "/proc/self/fd/" + std::to_string(descriptor);
+    if (::chmod(sameFile.c_str(), (facts.st_mode & kPermissions) ^ S_IWUSR) != 0) {
+        error.assign(errno, std::generic_category());
+        return false;
+    }
+    return ::fstat(descriptor, &facts) == 0 && isAsWanted();
+}
+
+}  // namespace
+
+bool ChangeOwnerWrite(const std::string& path, OwnerWrite wanted, std::error_code& error)
+{
+    error.clear();
+    // O_PATH needs no permission on the file itself, as asking for its status does not either.
+    const int descriptor = ::open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
+    if (descriptor < 0)
+        return false;
+    const bool changed = ChangeOwnerWriteOf(descriptor, wanted, error);
+    ::close(descriptor);
+    return changed;
+}
+
+}  // namespace rk::platform

@@ -1,0 +1,130 @@
+#include "RkUtilities/strings/CrkStringUtilities.h"
+
+#include <climits>
+#include <gtest/gtest.h>
+#include <random>
+
+#include "RkUtilities/foundation/CharacterTypes.h"
+
+namespace {
+
+using Strings = CrkStringUtilities;
+constexpr bool kMatchCase = true;
+constexpr bool kAnyCase = false;
+constexpr bool kWholeWord = true;
+constexpr bool kAnywhere = false;
+
+struct SearchRow {
+    const char16_t* text;
+    const char16_t* sought;
+    bool matchCase, wholeWord;
+    int start, index;
+};
+constexpr SearchRow kSearchRows[] = {
+    {u"the tree", u"Tree", kAnyCase, kAnywhere, 0, 4},
+    {u"the tree", u"Tree", kMatchCase, kAnywhere, 0, -1},
+    {u"concatenate cat", u"cat", kMatchCase, kWholeWord, 0, 12},
+    {u"cat_s", u"cat", kMatchCase, kWholeWord, 0, 0},
+    {u"cats", u"cat", kMatchCase, kWholeWord, 0, -1},
+    {u"abab", u"ab", kMatchCase, kWholeWord, 0, 2},     // the next pass begins at the rejected match's end
+    {u"bobcat", u"cat", kMatchCase, kWholeWord, 3, 3},  // what stands before the start is not looked at
+    {u"aaa", u"aa", kMatchCase, kWholeWord, 0, -1},     // passes do not overlap
+    {u"abc", u"", kMatchCase, kAnywhere, 1, 1},
+    {u"abc", u"", kMatchCase, kWholeWord, 1, -1},
+    {u"a b", u"", kMatchCase, kWholeWord, 1, 1},
+    {u"abc", u"", kMatchCase, kWholeWord, 3, 3},
+    {u"abc", u"c", kMatchCase, kAnywhere, 4, -1},
+    {u"abc", u"a", kMatchCase, kAnywhere, INT_MIN, 0},
+    {u"abc", u"a", kMatchCase, kAnywhere, INT_MAX, -1},
+    {u"\u017Ftop", u"STOP", kAnyCase, kAnywhere, 0, 0},  // upper case joins the long s with S
+};
+
+TEST(Search, FindsTextsAndWholeWords)
+{
+    for (const SearchRow& row : kSearchRows) {
+        SCOPED_TRACE(CString(row.text).ToUtf8() + " / " + CString(row.sought).ToUtf8());
+        const CString text(row.text);
+        const CString sought(row.sought);
+        EXPECT_EQ(
+            Strings::FindSubstring(text.GetUTF16Ptr(), sought.GetUTF16Ptr(), row.matchCase, row.wholeWord, row.start),
+            row.index);
+        EXPECT_EQ(Strings::FindInString(text, sought, row.matchCase, row.wholeWord, row.start), row.index != -1);
+    }
+    EXPECT_EQ(Strings::FindSubstring(nullptr, nullptr, true, false, 0), 0);
+    EXPECT_EQ(Strings::FindCaseInsensitive(u"TREE", CString(u"the tree"), 0), 4);
+    EXPECT_EQ(Strings::FindCaseInsensitive(u"\u017F", CString(u"s"), 0), -1);  // lower case does not
+}
+
+/// The passes as they are defined, on upper-cased copies.
+int Passes(CString text, CString sought, bool matchCase, int start)
+{
+    if (!matchCase) {
+        text.MakeUpper();
+        sought.MakeUpper();
+    }
+    for (int pass = start;;) {
+        const int at = text.Find(sought, pass);
+        if (at < 0)
+            return -1;
+        const int end = at + sought.GetLength();
+        const bool before = at > pass && IsCharAlphaNumeric(text.GetAt(at - 1));
+        if (!before && (end >= text.GetLength() || !IsCharAlphaNumeric(text.GetAt(end))))
+            return at;
+        if (end == pass)
+            return -1;
+        pass = end;
+    }
+}
+
+TEST(Search, TakesTheSamePassesOverRandomTexts)
+{
+    std::mt19937 random(8);
+    const std::u16string_view alphabet = u"aAb _ſsS";
+    const auto any = [&](std::size_t length) {
+        std::u16string text;
+        while (text.size() < length)
+            text += alphabet[random() % alphabet.size()];
+        return CString(text);
+    };
+    for (int round = 0; round < 5000; ++round) {
+        const CString text = any(random() % 40);
+        const CString sought = any(random() % 3);
+        const bool matchCase = random() % 2 == 0;
+        const int start = static_cast<int>(random() % 6);
+        ASSERT_EQ(Strings::FindSubstring(text.GetUTF16Ptr(), sought.GetUTF16Ptr(), matchCase, kWholeWord, start),
+                  Passes(text, sought, matchCase, start))
+            << text << " / " << sought;
+    }
+}
+
+TEST(Search, LooksThroughListsAndArrays)
+{
+    const CAtlArray<CString> array{u"a", u"B", u"b"};
+    const CAtlList<CString> list{u"a", u"B", u"b"};
+    EXPECT_EQ(Strings::Find(u"b", &array), 2);
+    EXPECT_EQ(Strings::Find(u"c", &array), -1);
+    POSITION second = list.GetHeadPosition();
+    list.GetNext(second);
+    EXPECT_EQ(Strings::FindCaseInsensitive(u"b", &list), second);
+    EXPECT_EQ(Strings::FindCaseInsensitive(u"c", &list), nullptr);
+}
+
+TEST(Search, LooksAtBeginningsEndsAndSingleUnits)
+{
+    EXPECT_TRUE(Strings::BeginsWith(u"Topic", u"", false) && Strings::EndsWith(u"", u"", true));
+    EXPECT_TRUE(Strings::BeginsWith(u"Topic", u"TOP", true) && !Strings::BeginsWith(u"Topic", u"TOP", false));
+    EXPECT_TRUE(Strings::EndsWith(u"Topic", u"PIC", true) && !Strings::EndsWith(u"To", u"Topic", true));
+    EXPECT_EQ(Strings::CountOccurrences(u"a.b.c", u'.'), 2);
+    EXPECT_EQ(Strings::ReverseFindOneOf(u"a.b-c", u".-"), 3);
+    EXPECT_EQ(Strings::ReverseFindOneOf(u"a.b", u""), -1);
+    EXPECT_EQ(Strings::GetFirstChar(u"  x ", true), u'x');
+    EXPECT_EQ(Strings::GetFirstChar(u"  x ", false), u' ');
+    EXPECT_EQ(Strings::GetLastChar(u"   ", true), 0);
+    EXPECT_TRUE(Strings::IsBlank(u"") && Strings::IsBlank(u"\t\r\n \x01"));
+    EXPECT_FALSE(Strings::IsBlank(u"\u00A0") || Strings::IsBlank(u"\x7F"));
+    EXPECT_EQ(Strings::RemovePrefix(u"prefix.name", u"prefix."), u"name");
+    EXPECT_EQ(Strings::RemovePrefix(u"Prefix.name", u"prefix."), u"Prefix.name");
+    EXPECT_EQ(Strings::RemovePrefix(u"ab", u"abc"), u"ab");
+}
+
+}  // namespace
