@@ -41,6 +41,12 @@ std::error_code CopyFileTo(Place from, Place to, mode_t extraPermissions)
     return error;
 }
 
+void SetTimes(Place place, const struct stat& source)
+{
+    const timespec times[] = {source.st_atim, source.st_mtim};
+    (void)utimensat(place.folder, place.name, times, AT_SYMLINK_NOFOLLOW);
+}
+
 std::error_code CopyLinkTo(Place from, Place to)
 {
     char target[PATH_MAX];
@@ -53,8 +59,7 @@ std::error_code CopyLinkTo(Place from, Place to)
     target[length] = '\0';
     if (symlinkat(target, to.folder, to.name) != 0)
         return LastError();
-    const timespec times[] = {status.st_atim, status.st_mtim};
-    (void)utimensat(to.folder, to.name, times, AT_SYMLINK_NOFOLLOW);
+    SetTimes(to, status);
     return {};
 }
 
@@ -64,7 +69,10 @@ std::error_code CopyNodeTo(Place from, Place to)
     struct stat status {};
     if (fstatat(from.folder, from.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return LastError();
-    return Outcome(mknodat(to.folder, to.name, status.st_mode & (S_IFMT | kPermissions), status.st_rdev));
+    if (mknodat(to.folder, to.name, status.st_mode & (S_IFMT | kPermissions), status.st_rdev) != 0)
+        return LastError();
+    SetTimes(to, status);
+    return {};
 }
 
 std::error_code MakeWritable(Place place)
