@@ -14,8 +14,10 @@ namespace {
 std::unique_ptr<const icu::Collator> MakeCollator(const std::string& locale)
 {
     UErrorCode error = U_ZERO_ERROR;
-    std::unique_ptr<icu::Collator> collator(
-        icu::Collator::createInstance(icu::Locale::createCanonical(locale.c_str()), error));
+    // The order of "C" is that of code units, upper case first; without regard to case only the root's is left.
+    const icu::Locale order =
+        locale == "en_US_POSIX" ? icu::Locale::getRoot() : icu::Locale::createCanonical(locale.c_str());
+    std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(order, error));
     if (U_FAILURE(error) != 0) {
         error = U_ZERO_ERROR;
         collator.reset(icu::Collator::createInstance(icu::Locale::getRoot(), error));
