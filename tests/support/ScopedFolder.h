@@ -52,11 +52,13 @@ public:
         std::filesystem::create_symlink(target, Path(name));
         return Text(name);
     }
-    /// The bytes of a file; "(none)" when it cannot be read.
+    /// The bytes of a file; "(none)" when there is no such file.
     std::string Read(std::string_view name) const
     {
+        if (!std::filesystem::is_regular_file(Path(name)))
+            return "(none)";
         std::ifstream file(Path(name), std::ios::binary);
-        return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "(none)";
+        return std::string(std::istreambuf_iterator<char>(file), {});
     }
     bool Has(std::string_view name) const
     {
