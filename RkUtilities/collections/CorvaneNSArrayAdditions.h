@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <memory>
@@ -83,11 +84,8 @@ public:
     requires rk::IdentityComparable<rk::RangeReference<Array>, Object>
     static bool containsObjectIdenticalTo(Array&& array, const Object& object)
     {
-        for (auto&& element : array) {
-            if (rk::AddressOf(element) == rk::AddressOf(object))
-                return true;
-        }
-        return false;
+        return std::ranges::any_of(
+            array, [&](const auto& element) { return rk::AddressOf(element) == rk::AddressOf(object); });
     }
 
     /// Whether the array holds one of those very objects. The walk over `objects` ends at the first one; the time is
@@ -99,11 +97,8 @@ public:
         std::unordered_set<rk::CommonAddress<rk::RangeReference<Array>, rk::RangeReference<Objects>>> addresses;
         for (auto&& element : array)
             addresses.insert(rk::AddressOf(element));
-        for (auto&& object : objects) {
-            if (addresses.contains(rk::AddressOf(object)))
-                return true;
-        }
-        return false;
+        return std::ranges::any_of(objects,
+                                   [&](const auto& object) { return addresses.contains(rk::AddressOf(object)); });
     }
 
     /// The positions, from 0, of objects that are equal to one of `objects`: for each of those the lowest position

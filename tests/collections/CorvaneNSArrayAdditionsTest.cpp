@@ -51,24 +51,24 @@ struct SinglePass {
 TEST(ArrayQueries, TellIdentityFromEquality)
 {
     Topic a(1), b(2), equalToA(1);
-    const std::vector<Topic*> array = {&a, &b, &equalToA, nullptr};
-    const std::vector<Topic*> empty;
+    const std::vector<Topic*> topics = {&a, &b, &equalToA, nullptr};
+    const std::vector<Topic*> none;
     Topic stranger(1);
 
-    EXPECT_TRUE(Additions::containsObjectIdenticalTo(array, &b));
-    EXPECT_FALSE(Additions::containsObjectIdenticalTo(array, &stranger));
-    EXPECT_TRUE(Additions::containsObjectIdenticalTo(array, nullptr));
-    EXPECT_FALSE(Additions::containsObjectIdenticalTo(empty, nullptr));
-    EXPECT_FALSE(Additions::containsAnyObjectsIdenticalTo(array, std::array{&stranger}));
-    EXPECT_TRUE(Additions::containsAnyObjectsIdenticalTo(array, std::array{&stranger, &b}));
-    EXPECT_FALSE(Additions::containsAnyObjectsIdenticalTo(array, empty));
-    EXPECT_FALSE(Additions::containsAnyObjectsIdenticalTo(empty, array));
+    EXPECT_TRUE(Additions::containsObjectIdenticalTo(topics, &b));
+    EXPECT_FALSE(Additions::containsObjectIdenticalTo(topics, &stranger));
+    EXPECT_TRUE(Additions::containsObjectIdenticalTo(topics, nullptr));
+    EXPECT_FALSE(Additions::containsObjectIdenticalTo(none, nullptr));
+    EXPECT_FALSE(Additions::containsAnyObjectsIdenticalTo(topics, std::array{&stranger}));
+    EXPECT_TRUE(Additions::containsAnyObjectsIdenticalTo(topics, std::array{&stranger, &b}));
+    EXPECT_FALSE(Additions::containsAnyObjectsIdenticalTo(topics, none));
+    EXPECT_FALSE(Additions::containsAnyObjectsIdenticalTo(none, topics));
 
-    EXPECT_EQ(Additions::indexesOfObjects(array, std::array{&equalToA, &stranger}), Positions{0});  // the lowest only
-    EXPECT_EQ(Additions::indexesOfObjects(array, array), (Positions{0, 1, 3}));
-    EXPECT_EQ(Additions::indexesOfObjects(empty, array), Positions{});
+    EXPECT_EQ(Additions::indexesOfObjects(topics, std::array{&equalToA, &stranger}), Positions{0});  // the lowest only
+    EXPECT_EQ(Additions::indexesOfObjects(topics, topics), (Positions{0, 1, 3}));
+    EXPECT_EQ(Additions::indexesOfObjects(none, topics), Positions{});
     Topic absent(9);
-    EXPECT_EQ(Additions::indexesOfObjects(array, std::array{&absent}), Positions{});
+    EXPECT_EQ(Additions::indexesOfObjects(topics, std::array{&absent}), Positions{});
 }
 
 TEST(ArrayQueries, MixSmartAndRawPointersAndBases)

@@ -61,7 +61,7 @@ TEST(Guid, TakesExactlyTheDigitsAndHyphensInEveryPlaceWhateverTheUnit)
         for (unsigned int unit = 0; unit < unitEnd; ++unit) {
             std::u16string text(kText);
             text[place] = static_cast<char16_t>(unit);
-            const bool isAllowed = isHyphen ? unit == u'-' : kDigits.find(text[place]) != kDigits.npos;
+            const bool isAllowed = isHyphen ? unit == u'-' : kDigits.find(text[place]) != std::u16string_view::npos;
             ASSERT_EQ(CrkGuid::StringToGuid(text) != CrkGuid::c_nullGuid, isAllowed) << place << ", unit " << unit;
         }
     }
@@ -113,11 +113,10 @@ TEST(Guid, IsNewInEveryThread)
     constexpr std::size_t kThreadCount = 4, kGuidCount = 2000;
     std::array<std::vector<CrkGuid>, kThreadCount> made;
     {
-        std::vector<std::thread> threads;
+        std::vector<std::jthread> threads;
+        threads.reserve(kThreadCount);
         for (auto& guids : made)
             threads.emplace_back([&guids] { guids = std::vector<CrkGuid>(kGuidCount); });
-        for (std::thread& thread : threads)
-            thread.join();
     }
     std::unordered_set<CrkGuid> all;
     for (const auto& guids : made)
