@@ -29,7 +29,8 @@ inline void Arm(std::size_t failingStep) noexcept
 
 }  // namespace test
 
-void* operator new(std::size_t byteCount)
+// Not inlined: where only one of the pair is, g++ sees a new that is freed with free().
+[[gnu::noinline]] void* operator new(std::size_t byteCount)
 {
     void* const memory = test::Step() ? nullptr : std::malloc(byteCount);  // NOLINT(cppcoreguidelines-no-malloc)
     if (!memory)
@@ -38,7 +39,7 @@ void* operator new(std::size_t byteCount)
     return memory;
 }
 
-void operator delete(void* memory) noexcept
+[[gnu::noinline]] void operator delete(void* memory) noexcept
 {
     if (memory)
         --test::plan.livingCount;
