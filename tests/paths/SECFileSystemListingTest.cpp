@@ -1,0 +1,161 @@
+#include "RkUtilities/foundation/CFile.h"
+#include "RkUtilities/paths/SECFileSystem.h"
+#include "tests/support/ScopedFolder.h"
+#include "tests/support/ScopedUserLocale.h"
+
+#include <algorithm>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <memory>
+#include <sys/stat.h>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::UnorderedElementsAre;
+
+void SetMode(const std::string& path, unsigned mode)
+{
+    ASSERT_EQ(chmod(path.c_str(), mode), 0) << path;
+}
+
+std::vector<std::string> Listed(const ScopedFolder& folder, const CString& pattern, unsigned long mask)
+{
+    const std::unique_ptr<CAtlList<CString>> list(SECFileSystem().GetFileList(pattern, mask));
+    std::vector<std::string> names;
+    for (const CString& path : *list) {
+        std::string native = rk::NativePath(path);
+        EXPECT_TRUE(native.starts_with(folder.Path())) << native;
+        names.push_back(native.substr(folder.Path().size()));
+    }
+    return names;
+}
+
+TEST(FileSystem, ListsByPattern)
+{
+    const ScopedFolder folder;
+    for (const char* name : {"a.txt", "a.TXT", "b.txt", "a", "a.b.txt", ".txt", "end.", "x.*"})
+        folder.Write(name);
+    folder.MakeFolder("a.dir");
+    const auto listed = [&](std::string_view pattern) { return Listed(folder, folder.Text(pattern), 0xFF); };
+    EXPECT_EQ(listed("*.*").size(), 9U);
+    EXPECT_THAT(listed("*"), UnorderedElementsAre("a", "end."));
+    EXPECT_THAT(listed("*.txt"), UnorderedElementsAre(".txt", "a.b.txt", "a.txt", "b.txt"));
+    EXPECT_THAT(listed("*.TXT"), ElementsAre("a.TXT"));
+    EXPECT_THAT(listed("a.*"), UnorderedElementsAre("a", "a.dir", "a.txt", "a.TXT"));
+    EXPECT_THAT(listed("a"), ElementsAre("a"));
+    EXPECT_THAT(listed("a*.txt"), ElementsAre());
+    EXPECT_THAT(listed("missing/*.*"), ElementsAre());
+    EXPECT_THAT(listed("a.txt/*.*"), ElementsAre());
+    EXPECT_THAT(listed(""), ElementsAre());
+
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.Path("a.dir"));
+    std::ofstream("~") << "not home";
+    const std::unique_ptr<CAtlList<CString>> list(SECFileSystem().GetFileList(u"*.*", 0xFF));
+    ASSERT_EQ(list->GetCount(), 1U);
+    unsigned long long size = 0;
+    EXPECT_TRUE(SECFileSystem().GetFileSize(list->GetAt(list->GetHeadPosition()), size));
+    EXPECT_EQ(size, 8U);
+    fs::current_path(before);
+}
+
+TEST(FileSystem, ListsByAttributes)
+{
+    const ScopedFolder folder;
+    folder.Write("file");
+    folder.Write("readonly");
+    folder.Write(".hidden");
+    folder.MakeFolder("folder");
+    folder.MakeFolder("readonly folder");
+    folder.Link("to-folder", "folder");
+    folder.Link("to-readonly", "readonly");
+    folder.Link("nowhere", "missing");
+    ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
+    SetMode(folder.Path("readonly"), 0444);
+    SetMode(folder.Path("readonly folder"), 0555);
+    const CString pattern = folder.Text("*.*");
+    const std::vector<std::string> all = Listed(folder, pattern, 0xFF);
+    EXPECT_EQ(all.size(), 9U);
+    for (const unsigned long mask :
+         {0x01UL, 0x02UL, 0x03UL, 0x10UL, 0x11UL, 0x20UL, 0x30UL, 0x33UL, 0x04UL, 0UL, ~0UL}) {
+        SCOPED_TRACE(mask);
+        std::vector<std::string> expected;  // by the status of each, which most need not be asked for
+        for (const std::string& name : all) {
+            unsigned char attribute = 0;
+            EXPECT_TRUE(SECFileSystem().GetFileAttribute(folder.Text(name), attribute));
+            if ((attribute & mask) != 0)
+                expected.push_back(name);
+        }
+        EXPECT_EQ(Listed(folder, pattern, mask), expected);
+    }
+    EXPECT_THAT(Listed(folder, pattern, 0x01), UnorderedElementsAre("readonly", "readonly folder", "to-readonly"));
+
+    const ScopedNobody nobody(folder);
+    SetMode(folder.Path(), 0400);  // names can be listed, nothing else be asked
+    EXPECT_EQ(Listed(folder, pattern, 0xFF), all);
+    SetMode(folder.Path(), 0);
+    EXPECT_THAT(Listed(folder, pattern, 0xFF), ElementsAre());
+    EXPECT_FALSE(SECFileSystem().IsDirectoryEmpty(folder.Text()));
+    SetMode(folder.Path(), 0700);
+}
+
+TEST(FileSystem, ListsEveryNameSoThatItOpensAgain)
+{
+    const ScopedFolder folder;
+    const std::string names[] = {
+        "\xE9",
+        "\xED\xA0\x80",
+        "\xF0\x9F\x98",
+        "\xC3\xA9",
+        "e\xCC\x81",
+        "line\nbreak",
+        "\"quoted\" 'name'",
+        "$HOME",
+        "back\\slash.txt",
+        "*",
+        "~",
+        " ",
+        "-rf",
+        std::string(255, '\xFF'),
+        std::string(255, 'n'),
+    };
+    for (const std::string& name : names)
+        folder.Write(name, name);
+    const std::unique_ptr<CAtlList<CString>> list(SECFileSystem().GetFileList(folder.Text("*.*"), 0x20));
+    EXPECT_EQ(list->GetCount(), std::size(names));
+    std::vector<std::string> contents;
+    for (const CString& path : *list) {
+        CFile file;
+        ASSERT_TRUE(file.Open(path, 0)) << path;
+        char bytes[256];
+        contents.emplace_back(bytes, file.Read(bytes, sizeof bytes));
+    }
+    EXPECT_THAT(contents, testing::UnorderedElementsAreArray(names));
+}
+
+TEST(FileSystem, ListsInTheOrderOfTheLanguage)
+{
+    const ScopedFolder folder;
+    const std::vector<std::string> ordered = {"_",  "1", "10",        "2",        "a", "\xC3\xA4",
+                                              "ab", "B", "e\xCC\x81", "\xC3\xA9", "z"};
+    for (const std::string& name : ordered)
+        folder.Write(name);
+    // Swedish has "ä" behind "z"; a process without a locale of its own orders without regard to case, too.
+    std::vector<std::string> swedish = ordered;
+    std::rotate(swedish.begin() + 5, swedish.begin() + 6, swedish.end());
+    for (const auto& [locale, expected] :
+         {std::pair("", ordered), {"en_US", ordered}, {"C", ordered}, {"sv_SE", swedish}}) {
+        const ScopedUserLocale scope(locale);
+        EXPECT_EQ(Listed(folder, folder.Text("*.*"), 0xFF), expected) << locale;
+    }
+    // Alike but for case: by code units.
+    const ScopedFolder alike;
+    for (const char* name : {"map", "Map", "MAP", "mAP"})
+        alike.Write(name);
+    EXPECT_THAT(Listed(alike, alike.Text("*.*"), 0xFF), ElementsAre("MAP", "Map", "mAP", "map"));
+}
+
+}  // namespace
