@@ -43,3 +43,4 @@
 #include "RkUtilities/platform/StringTables.h"
 #include "RkUtilities/platform/UserLocale.h"
 #include "RkUtilities/strings/CrkStringUtilities.h"
+#include "RkUtilities/xml/CrkXmlUtilities.h"

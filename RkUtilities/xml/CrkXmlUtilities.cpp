@@ -1,0 +1,149 @@
+#include "RkUtilities/xml/CrkXmlUtilities.h"
+
+#include "RkUtilities/foundation/TextBuilder.h"
+#include "RkUtilities/guid/CrkGuid.h"
+#include "RkUtilities/xml/XmlCharacterTable.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace {
+
+bool Is(unsigned short unit, unsigned classes) noexcept
+{
+    return (rk::kXmlCharacters.ClassesOf(unit) & classes) != 0;
+}
+
+/// What a name may begin with and what may follow.
+struct NameRule {
+    unsigned following;  // classes
+    bool colonBegins;
+
+    [[nodiscard]] bool Begins(char16_t unit) const noexcept
+    {
+        return Is(unit, rk::XmlLetter) || unit == u'_' || (colonBegins && unit == u':');
+    }
+    [[nodiscard]] bool Follows(char16_t unit) const noexcept { return Is(unit, following); }
+};
+constexpr NameRule kName{rk::XmlNameChar, true};
+constexpr NameRule kNcName{rk::XmlNcNameChar, false};
+
+bool IsValid(std::u16string_view text, const NameRule& rule) noexcept
+{
+    return !text.empty() && rule.Begins(text.front()) &&
+           std::all_of(text.begin() + 1, text.end(), [&](char16_t unit) { return rule.Follows(unit); });
+}
+
+template <class Accepts>
+void AppendRepaired(rk::TextBuilder& text, std::u16string_view units, unsigned short replacement,
+                    const Accepts& accepts)
+{
+    for (std::size_t done = 0; done < units.size();) {
+        const std::size_t wrong = static_cast<std::size_t>(
+            std::find_if_not(units.begin() + static_cast<std::ptrdiff_t>(done), units.end(), accepts) - units.begin());
+        text.Append(units.substr(done, wrong - done));
+        done = wrong;
+        for (; done < units.size() && !accepts(units[done]); ++done)
+            text.Append(static_cast<char16_t>(replacement));
+    }
+}
+
+CString MadeValid(const CString& text, unsigned short replacement, bool insertUnderscore, const NameRule& rule)
+{
+    std::u16string_view rest = text.View();
+    if (IsValid(rest, rule) || (rest.empty() && !insertUnderscore))
+        return text;
+    rk::TextBuilder name(rest.size() + 1);
+    const bool begins = !rest.empty() && rule.Begins(rest.front());
+    name.Append(begins ? rest.front() : u'_');
+    if (!rest.empty() && (begins || !insertUnderscore))
+        rest.remove_prefix(1);
+    AppendRepaired(name, rest, replacement, [&](char16_t unit) { return rule.Follows(unit); });
+    return name.Take();
+}
+
+}  // namespace
+
+bool CrkXmlUtilities::IsChar(unsigned short unit) noexcept
+{
+    return unit >= 0x20 ? unit <= 0xFFFD && (unit & 0xF800) != 0xD800 : unit == u'\t' || unit == u'\n' || unit == u'\r';
+}
+
+bool CrkXmlUtilities::IsLetter(unsigned short unit) noexcept
+{
+    return Is(unit, rk::XmlLetter);
+}
+
+bool CrkXmlUtilities::IsBaseChar(unsigned short unit) noexcept
+{
+    return Is(unit, rk::XmlBaseChar);
+}
+
+bool CrkXmlUtilities::IsIdeographic(unsigned short unit) noexcept
+{
+    return Is(unit, rk::XmlIdeographic);
+}
+
+bool CrkXmlUtilities::IsCombiningChar(unsigned short unit) noexcept
+{
+    return Is(unit, rk::XmlCombiningChar);
+}
+
+bool CrkXmlUtilities::IsDigit(unsigned short unit) noexcept
+{
+    return Is(unit, rk::XmlDigit);
+}
+
+bool CrkXmlUtilities::IsExtender(unsigned short unit) noexcept
+{
+    return Is(unit, rk::XmlExtender);
+}
+
+bool CrkXmlUtilities::IsNCNameChar(unsigned short unit) noexcept
+{
+    return Is(unit, rk::XmlNcNameChar);
+}
+
+bool CrkXmlUtilities::IsNameChar(unsigned short unit) noexcept
+{
+    return Is(unit, rk::XmlNameChar);
+}
+
+bool CrkXmlUtilities::IsValidName(const CString& text) noexcept
+{
+    return IsValid(text.View(), kName);
+}
+
+bool CrkXmlUtilities::IsValidNCName(const CString& text) noexcept
+{
+    return IsValid(text.View(), kNcName);
+}
+
+bool CrkXmlUtilities::IsValidUri(const CString& text) noexcept
+{
+    return !text.IsEmpty() && text.View().find(u' ') == std::u16string_view::npos;
+}
+
+CString CrkXmlUtilities::StringToXmlString(const CString& text, unsigned short replacement)
+{
+    if (std::all_of(text.begin(), text.end(), [](char16_t unit) { return IsChar(unit); }))
+        return text;
+    rk::TextBuilder repaired(text.View().size());
+    AppendRepaired(repaired, text.View(), replacement, [](char16_t unit) { return IsChar(unit); });
+    return repaired.Take();
+}
+
+CString CrkXmlUtilities::StringToNCName(const CString& text, unsigned short replacement, bool insertUnderscore)
+{
+    return MadeValid(text, replacement, insertUnderscore, kNcName);
+}
+
+CString CrkXmlUtilities::StringToName(const CString& text, unsigned short replacement, bool insertUnderscore)
+{
+    return MadeValid(text, replacement, insertUnderscore, kName);
+}
+
+CString CrkXmlUtilities::GenerateUniqueUri()
+{
+    return CrkGuid::GuidToString(CrkGuid::CreateGuid());
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+/// Which code units and texts may stand in an XML document or an XML name, and texts repaired until they may.
+///
+/// - The classes are those of XML 1.0, first to fourth edition, Appendix B, and the NCName of Namespaces in XML; the wider
+///   names of the fifth edition are not accepted.
+/// - They are asked of single UTF-16 code units. A character outside the Basic Multilingual Plane is two surrogates, and
+///   a surrogate is in no class: one such character becomes two replacement units.
+/// - Every text is legal input, the empty one and U+0000 included. Nothing is kept: safe from any thread.
+class RK_EXPORT CrkXmlUtilities {
+public:
+    // --- Classes of one code unit -----------------------------------------------------------------------------------------
+
+    /// Production Char: tab, LF, CR, U+0020 to U+D7FF, U+E000 to U+FFFD.
+    static bool IsChar(unsigned short unit) noexcept;
+    /// BaseChar or Ideographic.
+    static bool IsLetter(unsigned short unit) noexcept;
+    static bool IsBaseChar(unsigned short unit) noexcept;
+    static bool IsIdeographic(unsigned short unit) noexcept;
+    static bool IsCombiningChar(unsigned short unit) noexcept;
+    static bool IsDigit(unsigned short unit) noexcept;
+    static bool IsExtender(unsigned short unit) noexcept;
+    /// Letter, Digit, CombiningChar, Extender, ".", "-" or "_".
+    static bool IsNCNameChar(unsigned short unit) noexcept;
+    /// NCNameChar or ":".
+    static bool IsNameChar(unsigned short unit) noexcept;
+
+    // --- Whole texts --------------------------------------------------------------------------------------------------------
+
+    /// A Letter, "_" or ":", then NameChars. False for the empty text.
+    static bool IsValidName(const CString& text) noexcept;
+    /// A Letter or "_", then NCNameChars. False for the empty text.
+    static bool IsValidNCName(const CString& text) noexcept;
+    /// Not empty and without U+0020. Nothing else is looked at.
+    static bool IsValidUri(const CString& text) noexcept;
+
+    // --- Repair -------------------------------------------------------------------------------------------------------------
+
+    /// The text with every unit that is no Char replaced. The replacement is taken as it is.
+    static CString StringToXmlString(const CString& text, unsigned short replacement);
+    /// The text made into an NCName / a Name: every unit that may not stand where it stands is replaced, but a wrong first
+    /// unit gets "_" before it (`insertUnderscore`) or becomes "_".
+    ///
+    ///     "1abc" inserting  ->  "_1abc"        "a:b" with "-"  ->  "a-b" (NCName), "a:b" (Name)
+    ///     "1abc"            ->  "_abc"         ""              ->  "_" inserting, else ""
+    ///
+    /// A valid name comes back as it is. The replacement is taken as it is, so a name character (usually "_") makes a valid
+    /// result.
+    static CString StringToNCName(const CString& text, unsigned short replacement, bool insertUnderscore);
+    static CString StringToName(const CString& text, unsigned short replacement, bool insertUnderscore);
+
+    /// A new random UUID (RFC 4122, version 4) in 36 upper-case characters, without braces or scheme.
+    static CString GenerateUniqueUri();
+};

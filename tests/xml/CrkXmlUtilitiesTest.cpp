@@ -1,0 +1,68 @@
+#include "RkUtilities/xml/CrkXmlUtilities.h"
+
+#include <gtest/gtest.h>
+#include <libxml/chvalid.h>
+
+namespace {
+
+using Xml = CrkXmlUtilities;
+
+TEST(XmlCharacters, AreThoseOfAppendixBForEveryCodeUnit)
+{
+    for (unsigned unit = 0; unit < 0x10000; ++unit) {
+        const auto u = static_cast<unsigned short>(unit);
+        const bool surrogate = unit >= 0xD800 && unit <= 0xDFFF;
+        const bool letter = xmlIsBaseCharQ(unit) || xmlIsIdeographicQ(unit);
+        const bool ncName = letter || xmlIsDigitQ(unit) || xmlIsCombiningQ(unit) || xmlIsExtenderQ(unit) ||
+                            unit == '.' || unit == '-' || unit == '_';
+        ASSERT_EQ(Xml::IsChar(u), xmlIsCharQ(unit) && !surrogate) << std::hex << unit;
+        ASSERT_EQ(Xml::IsBaseChar(u), static_cast<bool>(xmlIsBaseCharQ(unit))) << std::hex << unit;
+        ASSERT_EQ(Xml::IsIdeographic(u), static_cast<bool>(xmlIsIdeographicQ(unit))) << std::hex << unit;
+        ASSERT_EQ(Xml::IsCombiningChar(u), static_cast<bool>(xmlIsCombiningQ(unit))) << std::hex << unit;
+        ASSERT_EQ(Xml::IsDigit(u), static_cast<bool>(xmlIsDigitQ(unit))) << std::hex << unit;
+        ASSERT_EQ(Xml::IsExtender(u), static_cast<bool>(xmlIsExtenderQ(unit))) << std::hex << unit;
+        ASSERT_EQ(Xml::IsLetter(u), letter) << std::hex << unit;
+        ASSERT_EQ(Xml::IsNCNameChar(u), ncName) << std::hex << unit;
+        ASSERT_EQ(Xml::IsNameChar(u), ncName || unit == ':') << std::hex << unit;
+        const CString first(u);
+        ASSERT_EQ(Xml::IsValidNCName(first + u"a"), letter || unit == '_') << std::hex << unit;
+        ASSERT_EQ(Xml::IsValidName(u"a" + first), ncName || unit == ':') << std::hex << unit;
+    }
+}
+
+struct RepairRow {
+    const char16_t* text;
+    const char16_t* ncName;         // replacing by "-", inserting
+    const char16_t* ncNameInPlace;  // not inserting
+    const char16_t* name;           // inserting
+};
+constexpr RepairRow kRepairRows[] = {
+    {u"1abc", u"_1abc", u"_abc", u"_1abc"},
+    {u"a:b", u"a-b", u"a-b", u"a:b"},
+    {u":", u"_-", u"_", u":"},
+    {u" x", u"_-x", u"_x", u"_-x"},
+    {u"a b\u00D7c", u"a-b-c", u"a-b-c", u"a-b-c"},
+    {u"\U0001F600", u"_--", u"_-", u"_--"},
+    {u"", u"_", u"", u"_"},
+    {u"Größe.1-x_", u"Größe.1-x_", u"Größe.1-x_", u"Größe.1-x_"},
+};
+
+TEST(XmlNames, AreRepairedOnceAndForAll)
+{
+    for (const RepairRow& row : kRepairRows) {
+        SCOPED_TRACE(CString(row.text).ToUtf8());
+        EXPECT_EQ(Xml::StringToNCName(row.text, u'-', true), row.ncName);
+        EXPECT_EQ(Xml::StringToNCName(row.text, u'-', false), row.ncNameInPlace);
+        EXPECT_EQ(Xml::StringToName(row.text, u'-', true), row.name);
+        EXPECT_TRUE(Xml::IsValidNCName(row.ncName) && Xml::IsValidName(row.name));
+    }
+    EXPECT_EQ(Xml::StringToNCName(u"a b", u' ', true), u"a b");  // the replacement is taken as it is
+    EXPECT_EQ(Xml::StringToXmlString(u"a\x01\uFFFE\U0001F600\t", u'?'), u"a????\t");
+    EXPECT_TRUE(Xml::IsValidUri(u"\t<x>") && !Xml::IsValidUri(u"") && !Xml::IsValidUri(u"a b"));
+    EXPECT_FALSE(Xml::IsValidName(u"") || Xml::IsValidNCName(u"") || Xml::IsValidName(u"-a"));
+    const CString uri = Xml::GenerateUniqueUri();
+    EXPECT_EQ(uri.GetLength(), 36);
+    EXPECT_NE(uri, Xml::GenerateUniqueUri());
+}
+
+}  // namespace
