@@ -1,6 +1,7 @@
 #include "RkUtilities/platform/CanonicalPath.h"
 
-#include <cerrno>
+#include "RkUtilities/platform/FileCalls.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -8,32 +9,10 @@
 namespace rk::platform {
 namespace {
 
-class OpenedFile {
-public:
-    explicit OpenedFile(const std::string& path)
-    {
-        do {
-            m_descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-        } while (m_descriptor < 0 && errno == EINTR);
-    }
-    ~OpenedFile()
-    {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-    OpenedFile(const OpenedFile&) = delete;
-    OpenedFile& operator=(const OpenedFile&) = delete;
-
-    [[nodiscard]] int Descriptor() const { return m_descriptor; }
-
-private:
-    int m_descriptor = -1;
-};
-
 std::optional<std::string> TargetOfLink(const std::string& link)
 {
     for (std::string target(256, '\0');; target.resize(target.size() * 2)) {
-        const ssize_t length = ::readlink(link.c_str(), target.data(), target.size());
+        const ssize_t length = readlink(link.c_str(), target.data(), target.size());
         if (length < 0)
             return std::nullopt;
         if (static_cast<std::size_t>(length) < target.size()) {
@@ -47,15 +26,16 @@ std::optional<std::string> TargetOfLink(const std::string& link)
 
 std::optional<std::string> CanonicalPathOfReadable(const std::string& path)
 {
-    const OpenedFile file(path);
+    const FileHandle file(
+        Uninterrupted([&] { return open(SystemPath(path), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
     struct stat opened {};
-    if (file.Descriptor() < 0 || ::fstat(file.Descriptor(), &opened) != 0)
+    if (!file || fstat(file.Descriptor(), &opened) != 0)
         return std::nullopt;
     std::optional<std::string> reported = TargetOfLink("/proc/self/fd/" + std::to_string(file.Descriptor()));
     // A deleted file is reported as "name (deleted)", which may be another file's name: only what leads back to the
     // open one counts.
     struct stat found {};
-    if (!reported || ::lstat(reported->c_str(), &found) != 0 || found.st_dev != opened.st_dev ||
+    if (!reported || lstat(reported->c_str(), &found) != 0 || found.st_dev != opened.st_dev ||
         found.st_ino != opened.st_ino)
         return std::nullopt;
     return reported;

@@ -1,9 +1,9 @@
 #include "RkUtilities/platform/OwnerWrite.h"
 
-#include <cerrno>
+#include "RkUtilities/platform/FileCalls.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace rk::platform {
 namespace {
@@ -16,15 +16,15 @@ bool ChangeOwnerWriteOf(int descriptor, OwnerWrite wanted, std::error_code& erro
     const auto isAsWanted = [&facts, wanted] {
         return ((facts.st_mode & S_IWUSR) != 0) == (wanted == OwnerWrite::Allow);
     };
-    if (::fstat(descriptor, &facts) != 0 || S_ISLNK(facts.st_mode) || isAsWanted())
+    if (fstat(descriptor, &facts) != 0 || S_ISLNK(facts.st_mode) || isAsWanted())
         return false;
     // fchmod refuses a descriptor that only names a file; the link to the same descriptor does not.
     const std::string sameFile = "/proc/self/fd/" + std::to_string(descriptor);
-    if (::chmod(sameFile.c_str(), (facts.st_mode & kPermissions) ^ S_IWUSR) != 0) {
-        error.assign(errno, std::generic_category());
+    if (chmod(sameFile.c_str(), (facts.st_mode & kPermissions) ^ S_IWUSR) != 0) {
+        error = LastError();
         return false;
     }
-    return ::fstat(descriptor, &facts) == 0 && isAsWanted();
+    return fstat(descriptor, &facts) == 0 && isAsWanted();
 }
 
 }  // namespace
@@ -33,12 +33,8 @@ bool ChangeOwnerWrite(const std::string& path, OwnerWrite wanted, std::error_cod
 {
     error.clear();
     // O_PATH needs no permission on the file itself, as asking for its status does not either.
-    const int descriptor = ::open(path.c_str(), O_PATH | O_NOFOLLOW | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
-    const bool changed = ChangeOwnerWriteOf(descriptor, wanted, error);
-    ::close(descriptor);
-    return changed;
+    const FileHandle file(Uninterrupted([&] { return open(SystemPath(path), O_PATH | O_NOFOLLOW | O_CLOEXEC); }));
+    return file && ChangeOwnerWriteOf(file.Descriptor(), wanted, error);
 }
 
 }  // namespace rk::platform

@@ -1,16 +1,14 @@
 #include "RkUtilities/platform/TemporaryFolder.h"
 
 #include "RkUtilities/platform/Environment.h"
+#include "RkUtilities/platform/FileCalls.h"
 #include "RkUtilities/platform/Files.h"
+#include "RkUtilities/platform/Random.h"
 #include "RkUtilities/platform/UserFolders.h"
 
-#include <algorithm>
-#include <array>
-#include <cerrno>
 #include <fcntl.h>
 #include <optional>
 #include <string_view>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -27,7 +25,7 @@ constexpr mode_t kOthersMayAnything = S_IRWXG | S_IRWXO;
 std::optional<struct stat> FolderFacts(const std::string& path)
 {
     struct stat facts {};
-    if (path.empty() || ::stat(path.c_str(), &facts) != 0 || !S_ISDIR(facts.st_mode))
+    if (path.empty() || stat(path.c_str(), &facts) != 0 || !S_ISDIR(facts.st_mode))
         return std::nullopt;
     return facts;
 }
@@ -44,36 +42,34 @@ std::string FolderOfEnvironment()
 bool BelongsToUserAlone(const std::string& folder)
 {
     const std::optional<struct stat> facts = FolderFacts(folder);
-    return facts && facts->st_uid == ::geteuid() && (facts->st_mode & kOthersMayWrite) == 0 &&
-           ::access(folder.c_str(), W_OK | X_OK) == 0;
+    return facts && facts->st_uid == geteuid() && (facts->st_mode & kOthersMayWrite) == 0 &&
+           access(folder.c_str(), W_OK | X_OK) == 0;
 }
 
 // Whether nobody but its owner and the system can rename or remove what the user makes in the folder.
 bool KeepsWhatIsMadeInIt(const std::string& folder)
 {
     const std::optional<struct stat> facts = FolderFacts(folder);
-    return facts && (facts->st_uid == 0 || facts->st_uid == ::geteuid()) &&
+    return facts && (facts->st_uid == 0 || facts->st_uid == geteuid()) &&
            ((facts->st_mode & kOthersMayWrite) == 0 || (facts->st_mode & S_ISVTX) != 0);
 }
 
 // Whether `folder` is, or was made, a real folder of the user that is closed to everybody else.
 bool IsPrivateFolder(const std::string& folder, Missing missing)
 {
-    if (missing == Missing::IsMade && ::mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST)
+    if (missing == Missing::IsMade && mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST)
         return false;
-    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
+    const FileHandle handle(
+        Uninterrupted([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
     struct stat facts {};
-    const bool isOwn = ::fstat(descriptor, &facts) == 0 && facts.st_uid == ::geteuid();
-    const bool isClosed = isOwn && ((facts.st_mode & kOthersMayAnything) == 0 || ::fchmod(descriptor, S_IRWXU) == 0);
-    ::close(descriptor);
-    return isClosed;
+    if (!handle || fstat(handle.Descriptor(), &facts) != 0 || facts.st_uid != geteuid())
+        return false;
+    return (facts.st_mode & kOthersMayAnything) == 0 || fchmod(handle.Descriptor(), S_IRWXU) == 0;
 }
 
 std::string PrivateFolder(Missing missing)
 {
-    const std::string name = "/RkUtilities-" + std::to_string(::geteuid());
+    const std::string name = "/RkUtilities-" + std::to_string(geteuid());
     for (const std::string& parent : {FolderOfEnvironment(), std::string(kSystemFolder)}) {
         if (KeepsWhatIsMadeInIt(parent) && IsPrivateFolder(parent + name, missing))
             return parent + name;
@@ -106,26 +102,28 @@ std::string MakeTemporaryFolder()
 }
 
 std::string MakeTemporaryFile(const std::string& path, std::error_code& error)
-{
+try {
     constexpr std::string_view kCharacters = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    constexpr std::size_t kCharacterCount = 8;
     constexpr int kMostTries = 1000;
-    error.clear();
-    std::string name = path + "........";
     for (int tries = 0; tries < kMostTries; ++tries) {
-        std::array<unsigned char, 8> random{};
-        if (::getrandom(random.data(), random.size(), 0) != static_cast<ssize_t>(random.size()))
-            break;
-        std::transform(random.begin(), random.end(), name.end() - random.size(),
-                       [kCharacters](unsigned char value) { return kCharacters[value % kCharacters.size()]; });
-        const int descriptor = ::open(name.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
-        if (descriptor >= 0) {
-            ::close(descriptor);
+        std::string name = path;
+        const auto random = RandomBytes();
+        for (std::size_t i = 0; i < kCharacterCount; ++i)
+            name += kCharacters[random[i] % kCharacters.size()];
+        const FileHandle file(Uninterrupted(
+            [&] { return open(SystemPath(name), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR); }));
+        if (file) {
+            error.clear();
             return name;
         }
-        if (errno != EEXIST && errno != EINTR)
+        error = LastError();
+        if (error != std::errc::file_exists)
             break;
     }
-    error.assign(errno, std::generic_category());
+    return {};
+} catch (const std::system_error& noRandomBytes) {
+    error = noRandomBytes.code();
     return {};
 }
 
