@@ -1,230 +1,236 @@
 #include "RkUtilities/paths/CrkPathUtilities.h"
-
-#include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/paths/SECFileSystem.h"
-
 #include "tests/support/ScopedCurrentFolder.h"
 #include "tests/support/ScopedFolder.h"
 #include "tests/support/ScopedVariable.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <random>
-#include <sys/stat.h>
-#include <thread>
-#include <vector>
 
 namespace {
 
-using Paths = CrkPathUtilities;
+namespace fs = std::filesystem;
 
-struct SplitRow {
+struct SplitCase {
     const char* path;
     const char* folder;
+    const char* folderWithoutDrive;
     const char* base;
     const char* extension;
 };
-constexpr SplitRow kSplitRows[] = {
-    {"", "", "", ""},
-    {"/maps/plan.old.map", "/maps/", "plan.old", "map"},  // extension taken from the first dot
-    {"/maps.v2/plan", "/maps.v2/", "plan", ""},           // dot searched in the whole path
-    {"a/b\\c.map", "a/b\\", "c", "map"},                  // one kind of separator preferred to the last of both
-    {"a\\b/c.map", "a\\b/", "c", "map"},
-    {".profile", "", "", "profile"},  // hidden names treated as all base
-    {"plan.", "", "plan", ""},
-    {"/a/b/", "/a/b/", "", ""},
-    {"C:\\dir\\f.txt", "C:\\dir\\", "f", "txt"},
+constexpr SplitCase kSplitCases[] = {
+    {"", "", "", "", ""},
+    {"/", "/", "/", "", ""},
+    {"name.txt", "", "", "name", "txt"},
+    {"/maps/plan.old.map", "/maps/", "/maps/", "plan.old", "map"},  // extension taken from the first dot
+    {"/maps.v2/plan", "/maps.v2/", "/maps.v2/", "plan", ""},        // dot searched in the whole path
+    {"/a/b/", "/a/b/", "/a/b/", "", ""},
+    {"a/b\\c.map", "a/b\\", "a/b\\", "c", "map"},  // one kind of separator preferred to the last of both
+    {"a\\b/c.map", "a\\b/", "a\\b/", "c", "map"},
+    {".cfg", "", "", "", "cfg"},             // hidden names treated as all base
+    {"/a/plan.", "/a/", "/a/", "plan", ""},  // a closing dot kept in the base
+    {"plan..", "", "", "plan.", ""},
+    {"..", "", "", ".", ""},
+    {"C:\\dir\\f.txt", "C:\\dir\\", "\\dir\\", "f", "txt"},
+    {"/a:b/c", "/a:b/", "b/", "c", ""},  // only a drive letter's colon counted
+    {"/a:b:c/d:e", "/a:b:c/", "b:c/", "d:e", ""},
+    {"\xF0\x9F\x97\xBA.\xC3\xA9\xE2\x82\xAC", "", "", "\xF0\x9F\x97\xBA", "\xC3\xA9\xE2\x82\xAC"},
 };
 
 TEST(Paths, ComeApartAtTheLastSeparatorAndTheLastDotAfterIt)
 {
-    for (const SplitRow& row : kSplitRows) {
-        SCOPED_TRACE(row.path);
-        const CString path(row.path);
-        EXPECT_EQ(Paths::PathFromFilename(path), CString(row.folder));
-        EXPECT_EQ(Paths::FileWithoutExtensionFromFilename(path), CString(row.base));
-        EXPECT_EQ(Paths::GetExtensionFromFileName(path), CString(row.extension));
-        EXPECT_EQ(Paths::PathFromFilename(path) + Paths::FileWithExtensionFromFilename(path), path);
-        EXPECT_EQ(SECFileSystem().GetBaseFileName(path), CString(row.base));
-        EXPECT_EQ(SECFileSystem().GetExtension(path), CString(row.extension));
+    const SECFileSystem files;
+    for (const SplitCase& c : kSplitCases) {
+        SCOPED_TRACE(c.path);
+        const CString path(c.path);
+        EXPECT_EQ(CrkPathUtilities::PathFromFilename(path), CString(c.folder));
+        EXPECT_EQ(CrkPathUtilities::FileWithoutExtensionFromFilename(path), CString(c.base));
+        EXPECT_EQ(CrkPathUtilities::GetExtensionFromFileName(path), CString(c.extension));
+        EXPECT_EQ(CrkPathUtilities::PathFromFilename(path) + CrkPathUtilities::FileWithExtensionFromFilename(path),
+                  path);
+        EXPECT_EQ(files.GetPath(path, 1), CString(c.folder));
+        EXPECT_EQ(files.GetPath(path, 0), CString(c.folderWithoutDrive));
+        EXPECT_EQ(files.GetFileName(path), CrkPathUtilities::FileWithExtensionFromFilename(path));
+        EXPECT_EQ(files.GetBaseFileName(path), CString(c.base));
+        EXPECT_EQ(files.GetExtension(path), CString(c.extension));
     }
-    EXPECT_EQ(SECFileSystem().GetPath(u"C:\\dir\\f.txt", 0), u"\\dir\\");
-    EXPECT_EQ(SECFileSystem().GetPath(u"/a:b/c", 0), u"b/");
-    EXPECT_EQ(SECFileSystem().GetPath(u"/a:b/c", 1), u"/a:b/");
 }
 
-TEST(Paths, GetAndLoseSlashesAndSpaces)
+TEST(Paths, GetAndLoseTheirTrailingSlash)
 {
-    const char* const rows[][5] = {
-        // path, strip, assure, keep, normalised in place
-        {"a\\b\\", "a/b", "a/b/", "a/b/", "a/b/"},
-        {"a\\b", "a/b", "a/b/", "a/b", "a/b/"},
-        {"/", "", "/", "/", "/"},
+    using P = CrkPathUtilities;
+    struct Case {
+        const char* path;
+        const char* assured;
+        const char* stripped;
+        const char* normalized;  // NormalizedPath, keep
+        const char* repaired;    // NormalizePath
+    };
+    constexpr Case kCases[] = {
         {"", "", "", "", ""},
-        {"a//", "a/", "a//", "a//", "a//"},
-        {"   ", "   ", "   /", "   ", ""},
-        {"  C\\dir\\sub  ", "  C/dir/sub  ", "  C/dir/sub  /", "  C/dir/sub  ", "C/dir/sub/"},
-        {"\t a", "\t a", "\t a/", "\t a", "\t a/"}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row[0]);
-        CString path(row[0]);
-        EXPECT_EQ(Paths::NormalizedPath(path, Paths::StripTrailingChar), CString(row[1]));
-        EXPECT_EQ(Paths::NormalizedPath(path, Paths::AssureTrailingChar), CString(row[2]));
-        EXPECT_EQ(Paths::NormalizedPath(path, static_cast<Paths::TrailingCharTreatment>(77)), CString(row[3]));
-        Paths::NormalizePath(&path);
-        EXPECT_EQ(path, CString(row[4]));
-        Paths::AssignDirString(path, path);
-        EXPECT_EQ(path, CString(row[4]));
+        {"/", "/", "", "/", "/"},
+        {"a", "a/", "a", "a", "a/"},
+        {"a//", "a//", "a/", "a//", "a//"},  // all slashes stripped
+        {"a\\", "a\\/", "a\\", "a/", "a/"},  // "\" taken for a trailing slash
+        {"a\\b\\", "a\\b\\/", "a\\b\\", "a/b/", "a/b/"},
+        {"   ", "   /", "   ", "   ", ""},  // a slash added to nothing
+        {"  C\\dir\\sub  ", "  C\\dir\\sub  /", "  C\\dir\\sub  ", "  C/dir/sub  ", "C/dir/sub/"},
+        {" \ta \t", " \ta \t/", " \ta \t", " \ta \t", "\ta \t/"},  // a tab trimmed
+        {"\xC2\xA0x ", "\xC2\xA0x /", "\xC2\xA0x ", "\xC2\xA0x ", "\xC2\xA0x/"},
+    };
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(c.path);
+        CString assured, assuredItself(c.path), stripped(c.path), repaired(c.path);
+        P::AssignDirString(c.path, assured);
+        P::AssignDirString(assuredItself, assuredItself);
+        P::StripTrailingSlash(&stripped);
+        P::NormalizePath(&repaired);
+        EXPECT_EQ(assured, CString(c.assured));
+        EXPECT_EQ(assuredItself, CString(c.assured));
+        EXPECT_EQ(stripped, CString(c.stripped));
+        EXPECT_EQ(repaired, CString(c.repaired));
+
+        const CString normalized(c.normalized);
+        CString withSlash = normalized, withoutSlash = normalized;
+        P::AssureTrailingSlash(&withSlash);
+        P::StripTrailingSlash(&withoutSlash);
+        EXPECT_EQ(P::NormalizedPath(c.path, P::AssureTrailingChar), withSlash);
+        EXPECT_EQ(P::NormalizedPath(c.path, P::StripTrailingChar), withoutSlash);
+        for (const int keep : {static_cast<int>(P::KeepTrailingChar), 3, -1})
+            EXPECT_EQ(P::NormalizedPath(c.path, static_cast<P::TrailingCharTreatment>(keep)), normalized);
     }
-    Paths::NormalizePath(nullptr);
-    EXPECT_EQ(Paths::AppendToPath(u"", u"x"), u"x");
-    EXPECT_EQ(Paths::AppendToPath(u"/a/", u"/b"), u"/a//b");
+    for (auto* const change :
+         {P::AssureTrailingSlash, P::StripTrailingSlash, P::NormalizePath, P::StripLeadingSpace, P::StripTrailingSpace})
+        change(nullptr);
 }
 
-TEST(Paths, BecomeAbsoluteFromTheCurrentFolder)
+TEST(Paths, BecomeAbsoluteAndRelativeByTheirText)
 {
-    const ScopedFolder folder;
-    const ScopedCurrentFolder current(folder.Path());
-    const CString here = rk::PathText(std::filesystem::current_path().native());
-    EXPECT_EQ(Paths::GetAbsolutePath(u"../y"), here + u"/../y");
-    EXPECT_EQ(Paths::GetAbsolutePath(u"~/x"), u"~/x");
-    EXPECT_FALSE(Paths::IsAbsoluteFilename(u"~/x"));
-    EXPECT_EQ(Paths::GetAbsolutePath(u""), u"");
-    EXPECT_EQ(Paths::RelativeToAbsoluteFilename(u"y", u"base"), here + u"/base/y");
-    EXPECT_EQ(Paths::RelativeToAbsoluteFilename(u"/x/y", u"/base"), u"/x/y");
-    EXPECT_EQ(Paths::RelativeToAbsoluteFilename(u"../y", u"/base/"), u"/base/../y");
-    EXPECT_TRUE(Paths::AreFilenamesEqual(u"/A/b.TXT", u"/a/B.txt"));
-    EXPECT_TRUE(Paths::AreFilenamesEqual(u"b", here + u"/B"));
-    EXPECT_FALSE(Paths::AreFilenamesEqual(u"/a/b", u"/a/b/"));
-    const char* const rows[][3] = {{"/a/b/c.txt", "/a/b", "c.txt"},
-                                   {"/a/b/c.txt", "/a/b/", "c.txt"},
-                                   {"/a/b/c.txt", "/x", "/a/b/c.txt"},
-                                   {"/a/bc/d", "/a/b", "c/d"},
-                                   {"/a/b", "/a/b", ""},
-                                   {"/a", "", "/a"}};
-    for (const auto& row : rows)
-        EXPECT_EQ(Paths::AbsoluteToRelativeFilename(row[0], row[1]), CString(row[2])) << row[0];
+    using P = CrkPathUtilities;
+    EXPECT_TRUE(P::IsAbsoluteFilename("/"));
+    for (const char* relative : {"", "~/x", "x/", "\\x"})
+        EXPECT_FALSE(P::IsAbsoluteFilename(relative)) << relative;
+
+    struct Case {
+        const char* first;
+        const char* second;
+        const char* result;
+    };
+    constexpr Case kAppended[] = {{"", "x", "x"}, {"/a/", "/b", "/a//b"}, {"/a", "b", "/a/b"}, {"a\\", "b", "a\\/b"}};
+    for (const Case& c : kAppended)
+        EXPECT_EQ(P::AppendToPath(c.first, c.second), CString(c.result));
+
+    constexpr Case kAbsolute[] = {{"/x/y", "/base", "/x/y"},        {"y", "/base", "/base/y"},
+                                  {"../y", "/base/", "/base/../y"}, {"~/y", "/base", "/base/~/y"},
+                                  {"y", "~/base", "~/base/y"},      {"", "/base", "/base/"}};
+    for (const Case& c : kAbsolute)
+        EXPECT_EQ(P::RelativeToAbsoluteFilename(c.first, c.second), CString(c.result));
+
+    constexpr Case kRelative[] = {{"/a/b/c.txt", "/a/b", "c.txt"},
+                                  {"/a/b/c.txt", "/a/b/", "c.txt"},
+                                  {"/a/b/c.txt", "/x", "/a/b/c.txt"},
+                                  {"/a/bc/d", "/a/b", "c/d"},  // whole elements only
+                                  {"/A/b", "/a", "/A/b"},      // without regard to case
+                                  {"/a/b", "/b", "/a/b"},      // found elsewhere than at the start
+                                  {"/a/b", "", "/a/b"},        // a slash taken although nothing was cut
+                                  {"/a//b", "/a", "/b"},       // more than one slash taken
+                                  {"/a/", "/a", ""},
+                                  {"/a", "/a", ""}};
+    for (const Case& c : kRelative)
+        EXPECT_EQ(P::AbsoluteToRelativeFilename(c.first, c.second), CString(c.result)) << c.first << ' ' << c.second;
+
+    EXPECT_EQ(P::GetLowercaseLongPath(u"/A/\u00C4~1.TXT"), u"/a/\u00E4~1.txt");
 }
 
-TEST(Paths, LeadFromABaseFolderToATarget)
+TEST(Paths, StartAtTheCurrentFolder)
 {
-    const ScopedVariable home("HOME", "/home/me");
-    const ScopedCurrentFolder current("/usr");
-    const char* const rows[][3] = {
-        {"/a/b/c/f.txt", "/a/b/d", "../c/f.txt"},
-        {"/a/b/f.txt", "/a/b", "./f.txt"},
-        {"/a", "/a/b/c", "../.."},
-        {"/a/b/", "/a/b", "."},
-        {"/Users/Me/x", "/users/me", "./x"},
-        {"/", "/", "."},
-        {"/a", "/", "./a"},
-        {"/", "/a/b", "../.."},
-        {"/ab", "/a", "../ab"},
-        {"/\xC3\x89t\xC3\xA9/x", "/e\xCC\x81te\xCC\x81", "./x"},  // composed against decomposed, other case
-        {"/a//b/./c", "/a/x/../b", "./c"},
-        {"lib/x", "/usr", "./lib/x"},
-        {"~/x", "/home", "./me/x"},
-        {"", "/a", ""},
-        {"/a", "", ""},
-        {"/a/%20 b", "/a", "./%20 b"}};
-    for (const auto& row : rows)
-        EXPECT_EQ(Paths::CalcRelativePathname(row[0], row[1]), CString(row[2])) << row[0] << " from " << row[1];
-}
-
-TEST(NativePaths, SurviveForEveryNameThatASystemCanHold)
-{
-    const ScopedVariable home("HOME", "/home/me");
-    EXPECT_EQ(rk::NativePath(u"~/x"), "/home/me/x");
-    EXPECT_EQ(rk::NativePath(u"~x"), "~x");
-    EXPECT_EQ(rk::NativePath(u"/a/~/\xD800"), "/a/~/\xEF\xBF\xBD");
-    std::mt19937 random(9);
-    const std::string_view likely = "a/\x80\xBF\xC3\xA9\xED\xB2\x80\xF0\x9F\x98\xE2\x82\xAC";
-    for (int round = 0; round < 20000; ++round) {
-        std::string bytes = "/";
-        for (std::size_t left = random() % 12; left > 0; --left)
-            bytes += random() % 4 == 0 ? static_cast<char>(1 + random() % 255) : likely[random() % likely.size()];
-        ASSERT_EQ(rk::NativePath(rk::PathText(bytes)), bytes) << testing::PrintToString(bytes);
+    using P = CrkPathUtilities;
+    const ScopedFolder scratch(fs::canonical(fs::temp_directory_path()));
+    const CString folder = scratch.MakeFolder("Now \xE9");  // a name that is no UTF-8
+    const ScopedCurrentFolder current(scratch.Path("Now \xE9"));
+    EXPECT_EQ(P::GetAbsolutePath(u"a/../b/."), folder + u"/a/../b/.");
+    EXPECT_EQ(SECFileSystem().GetFullPathName(u"x"), folder + u"/x");
+    for (const char* unchanged : {"", "/", "/a/../b", "~", "~/x", "~x"})
+        EXPECT_EQ(P::GetAbsolutePath(unchanged), CString(unchanged));
+    EXPECT_TRUE(P::AreFilenamesEqual(u"X.map", folder + u"/x.MAP"));
+    EXPECT_FALSE(P::AreFilenamesEqual(u"X.map", u"/x.map"));
+    EXPECT_FALSE(P::AreFilenamesEqual(u"/a/b", u"/a/b/"));
+    EXPECT_EQ(P::CalcRelativePathname(u"maps/x", folder), u"./maps/x");
+    EXPECT_EQ(P::CalcRelativePathname(folder, u"maps"), u"..");
+    EXPECT_EQ(P::CalcRelativePathname(u"~x/y", u"~x/z"), u"../y");
+    {
+        const ScopedCurrentFolder root("/");
+        EXPECT_EQ(P::GetAbsolutePath(u"x"), u"/x");
     }
+    fs::remove(scratch.Path("Now \xE9"));
+    EXPECT_EQ(P::GetAbsolutePath(u"x"), u"x");
+    EXPECT_FALSE(P::AreFilenamesEqual(u"x", u"y"));
+    EXPECT_EQ(P::CalcRelativePathname(u"x", u"/a"), u"");
+    EXPECT_EQ(P::CalcRelativePathname(u"/a", u"x"), u"");
 }
 
-TEST(PathsOnDisk, AreComparedByWhatIsOpen)
+TEST(Paths, LeadFromFolderToTarget)
 {
-    const ScopedFolder folder;
-    const CString file = folder.Write("sub/File.txt");
-    const CString link = folder.Link("link", "sub/File.txt");
-    const CString sub = folder.Text("sub");
-    ASSERT_EQ(mkfifo(folder.Path("fifo").c_str(), 0600), 0);
-    EXPECT_TRUE(Paths::ComparePaths(file, link));
-    EXPECT_TRUE(Paths::ComparePaths(folder.Text("fifo"), folder.Text("sub/../fifo")));
-    EXPECT_FALSE(Paths::ComparePaths(file, folder.Text("missing")));
-    EXPECT_FALSE(Paths::ComparePaths(file, folder.Write("other")));
-    EXPECT_TRUE(Paths::IsSubFolder(folder.Text(), sub));
-    folder.MakeFolder("subway");
-    EXPECT_TRUE(Paths::IsSubFolder(sub, folder.Text("subway")));
-    EXPECT_FALSE(Paths::IsSubFolder(folder.Text(), file));
+    struct Case {
+        const char16_t* target;
+        const char16_t* base;
+        const char16_t* result;
+    };
+    constexpr Case kCases[] = {
+        {u"/a/b/c/f.txt", u"/a/b/d", u"../c/f.txt"},
+        {u"/a/b/f.txt", u"/a/b", u"./f.txt"},
+        {u"/a", u"/a/b/c", u"../.."},
+        {u"/a/b", u"/a/b", u"."},
+        {u"/a/b/", u"/a/b", u"."},
+        {u"/a/b", u"/a/b/", u"."},
+        {u"/a/bc", u"/a/b", u"../bc"},  // a common part that ends inside an element
+        {u"/a/b", u"/a/bc", u"../b"},
+        {u"/", u"/a/b", u"../.."},
+        {u"/a/b/", u"/", u"./a/b"},
+        {u"/", u"/", u"."},
+        {u"/b", u"/a", u"../b"},
+        {u"/Users/Me/x", u"/users/me", u"./x"},
+        {u"/USERS/me/\u00C9t\u00E9/x", u"/users/ME/e\u0301te\u0301", u"./x"},  // composed and not, both cases
+        {u"/Stra\u00DFe/x", u"/STRASSE", u"./x"},
+        {u"/a\u0301b/x", u"/\u00E1c", u"../a\u0301b/x"},  // a common part that ends inside a character
+        {u"/\u0130/x", u"/i", u"../\u0130/x"},
+        {u"/\xD800/x", u"/\xD801", u"../\xD800/x"},
+        {u"//a///b/c//", u"/a//b", u"./c"},
+        {u"/a/./b/../c", u"/a/./d/.", u"../c"},
+        {u"/../a", u"/..", u"./a"},
+        {u"/a/..b/...", u"/a/.b", u"../..b/..."},
+        {u"/a\\b/c", u"/a", u"../a\\b/c"},  // "\" taken for a separator
+        {u"/a/%20 b", u"/a", u"./%20 b"},
+        {u"", u"/a", u""},
+        {u"/a", u"", u""},
+        {u"~/x", u"/home", u"./ann/x"},
+        {u"/home/ann/x", u"~", u"./x"},
+    };
+    const ScopedVariable home("HOME", "/home/ann");
+    for (const Case& c : kCases)
+        EXPECT_EQ(CrkPathUtilities::CalcRelativePathname(c.target, c.base), c.result)
+            << CString(c.target) << " from " << CString(c.base);
 }
 
-TEST(PathsOnDisk, ChangeOnlyTheFileTheyAreAskedTo)
+TEST(Paths, LeadToTheTargetAsTheStandardLibraryReadsThem)
 {
-    const ScopedFolder folder;
-    const CString file = folder.Write("file");
-    const CString link = folder.Link("link", "file");
-    chmod(folder.Path("file").c_str(), 0751);
-    EXPECT_FALSE(Paths::MakeFileReadWrite(file));
-    EXPECT_FALSE(Paths::MakeFileReadOnly(link));
-    EXPECT_FALSE(Paths::IsFileReadOnly(link));
-    EXPECT_TRUE(Paths::MakeFileReadOnly(file));
-    EXPECT_FALSE(Paths::MakeFileReadOnly(file));
-    EXPECT_TRUE(Paths::IsFileReadOnly(file) && Paths::IsFileReadOnly(link));
-    struct stat facts {};
-    stat(folder.Path("file").c_str(), &facts);
-    EXPECT_EQ(facts.st_mode & 07777, 0551U);
-    EXPECT_TRUE(Paths::MakeFileReadWrite(file));
-    EXPECT_FALSE(Paths::IsFileReadOnly(file));
-    for (const CString& missing : {folder.Text("missing"), CString()})
-        EXPECT_FALSE(Paths::IsFileReadOnly(missing) || Paths::MakeFileReadOnly(missing) ||
-                     Paths::MakeFileReadWrite(missing));
-    EXPECT_TRUE(Paths::FileNotDirectoryExists(file));
-    EXPECT_FALSE(Paths::FileNotDirectoryExists(folder.Text()) || Paths::FileNotDirectoryExists(folder.Text("missing")));
-}
-
-TEST(PathsOnDisk, FoldersAreMadeByManyAtOnce)
-{
-    const ScopedFolder folder;
-    const CString deep = folder.Text("a\\b/c") + u"\\d/";
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < 4; ++i)
-        threads.emplace_back([&] { EXPECT_TRUE(Paths::AssurePathExists(deep)); });
-    threads.clear();
-    EXPECT_TRUE(folder.Has("a/b/c/d"));
-    folder.Write("file");
-    EXPECT_FALSE(Paths::AssurePathExists(folder.Text("file/x")));
-    EXPECT_FALSE(Paths::AssurePathExists(folder.Text("file")));
-}
-
-TEST(PathsOnDisk, SpecialFoldersAreTheUsersWhereTheyExist)
-{
-    const ScopedFolder home;
-    const ScopedVariable variables[] = {{"HOME", home.Path("me").c_str()},
-                                        {"XDG_CONFIG_HOME", nullptr},
-                                        {"XDG_DATA_HOME", "relative"},
-                                        {"XDG_CACHE_HOME", home.Path("caches").c_str()}};
-    EXPECT_EQ(Paths::GetSpecialFolderPath(Paths::HomeFolder), u"");
-    home.Write("me/.config/user-dirs.dirs",
-               "# a comment\nXDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\nXDG_MUSIC_DIR=\"$HOME/\"\n");
-    for (const char* name : {"me/Schreibtisch", "me/Documents", "me/Music", "me/.local/share", "caches"})
-        home.MakeFolder(name);
-    const std::pair<int, CString> rows[] = {{Paths::HomeFolder, home.Text("me")},
-                                            {Paths::DesktopFolder, home.Text("me/Schreibtisch")},
-                                            {Paths::DocumentsFolder, home.Text("me/Documents")},
-                                            {Paths::MusicFolder, u""},  // switched off
-                                            {Paths::PicturesFolder, u""},
-                                            {Paths::PreferencesFolder, home.Text("me/.config")},
-                                            {Paths::ApplicationSupportFolder, home.Text("me/.local/share")},
-                                            {Paths::CachesFolder, home.Text("caches")},
-                                            {0, u""},
-                                            {-1, u""}};
-    for (const auto& [code, path] : rows)
-        EXPECT_EQ(Paths::GetSpecialFolderPath(code), path) << std::hex << code;
+    constexpr std::string_view kElements[] = {"a", "b", "aa", ".", "..", "", "..."};
+    std::mt19937 random(3);
+    const auto makePath = [&] {
+        std::string path = "/";
+        for (std::size_t count = random() % 7; count > 0; --count)
+            (path += kElements[random() % std::size(kElements)]) += '/';
+        return path + std::string(kElements[random() % 3]);
+    };
+    for (int round = 0; round < 20'000; ++round) {
+        const fs::path target(makePath()), base(makePath());
+        const auto clean = [](const fs::path& path) { return (path / "end").lexically_normal().parent_path(); };
+        const fs::path expected = clean(target).lexically_relative(clean(base));
+        const std::string relative = CrkPathUtilities::CalcRelativePathname(target.string(), base.string()).ToUtf8();
+        ASSERT_EQ(fs::path(relative).lexically_normal(), expected) << target << " from " << base;
+        ASSERT_EQ(relative.starts_with("./"), expected != "." && *expected.begin() != "..") << relative;
+    }
 }
 
 }  // namespace
