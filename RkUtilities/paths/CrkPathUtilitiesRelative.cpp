@@ -90,7 +90,7 @@ struct CommonPart {
 CommonPart FindCommonPart(std::u16string_view target, std::u16string_view base)
 {
     const auto [targetEnd, baseEnd] = std::mismatch(target.begin(), target.end(), base.begin(), base.end());
-    std::size_t common = static_cast<std::size_t>(targetEnd - target.begin());
+    auto common = static_cast<std::size_t>(targetEnd - target.begin());
     const auto elementEndsAt = [common](std::u16string_view path) {
         return common == path.size() || path[common] == u'/';
     };
