@@ -120,13 +120,46 @@ public:
     ///
     /// Elements are equal without regard to case and to how their characters are composed (canonical caseless matching;
     /// Unicode, chapter 3, D145). Both are made absolute first, "~" and "~/" being the home folder. Repeated slashes
-    /// count as one, "." goes, and
-    /// ".." takes the element before it away; the disk is not asked, so behind a link to a folder that is not its
-    /// parent on disk.
-    /// "" when one of them is "", or is relative and there is no current folder.
+    /// count as one, "." goes, and ".." takes the element before it away without asking the disk: behind a link to a
+    /// folder that is not the parent on disk. "" when one of them is "", or is relative and there is no current folder.
     static CString CalcRelativePathname(CString target, CString baseFolder);
     /// The path after `CString::MakeLower`. Nothing is looked up or expanded.
     static CString GetLowercaseLongPath(const CString& path);
+
+    // --- Names of files and folders: the text alone. An extension is given with or without its leading dot
+
+    /// The name with the extension after it, whatever extension it has already; as it is for "".
+    ///
+    ///     "Map" and "ext" or ".ext"  ->  "Map.ext"
+    ///     "Map.ext" and "ext"        ->  "Map.ext.ext"
+    static CString AddExtension(const CString& name, const CString& extension);
+    /// The name with the extension in place of what begins at its last dot, if any. The last dot of the whole text
+    /// counts, be it a folder's; "" removes the extension.
+    ///
+    ///     "Map.old" and "ext"     ->  "Map.ext"
+    ///     "Map.old" and ""        ->  "Map"
+    ///     "/dir.v/Map" and "ext"  ->  "/dir.ext"
+    static CString ReplaceExtension(const CString& name, const CString& extension);
+    /// Whether the name ends with the extension's text, without regard to case; no dot is needed before it. "" always
+    /// does.
+    ///
+    ///     "Map.EXT", "Mapext" and "ext"  ->  true
+    ///     "ext" and ".ext"               ->  false
+    static bool HasExtension(const CString& name, const CString& extension);
+    /// Whether the name has neither "/" nor ":". Line breaks and everything else are valid.
+    static bool DoesFilenameUseOnlyValidCharacters(const CString& name);
+    /// Removes carriage returns and line feeds, and puts "." for each "/" and ":". The second argument has no effect.
+    ///
+    ///     "Q1/Q2: plan"  ->  "Q1.Q2. plan"
+    static void RemoveInvalidCharsFromFilename(CString& name, unsigned short replacement);
+    /// The same for the name of a folder.
+    static void RemoveInvalidCharsFromFolderName(CString& name);
+    /// Puts `replacement` for each code unit that occurs in `characters`; 0 puts U+0000.
+    static void RemoveCharsFromFilename(CString& name, const CString& characters, unsigned short replacement);
+    /// Puts one double quotation mark before and one after the path, whatever it has already.
+    static void QuotePath(CString& path);
+    /// Takes one double quotation mark off both ends. False, with the path as it was, when it has not two of them.
+    static bool UnquotePath(CString& path);
 
     // --- Comparing
 
@@ -167,4 +200,46 @@ public:
     /// is in the way or permission is missing; folders made before that stay. Several threads and processes may make
     /// the same folders at once.
     static bool AssurePathExists(const CString& path);
+
+    // --- Free names, on disk
+    //
+    // The first free one of "Map.ext", "Map (2).ext", "Map (3).ext" ... is found, also when a later one is taken; in a
+    // folder that may not be entered every name counts as free. Nothing is made: somebody else may take the name before
+    // its use.
+
+    /// The path itself when nothing has it; else its folder and what `MakeNameUnique` gives for its parts, which is ""
+    /// for a path without a folder, and the folder alone for a name without a base (".profile").
+    ///
+    ///     "/d/Map.ext"  ->  "/d/Map (2).ext"
+    static CString GetUniqueFilename(const CString& path);
+    /// A file name that nothing in the folder has, neither file nor folder nor link; "" for an empty folder or base
+    /// name.
+    ///
+    /// The base name is cleaned as `RemoveInvalidCharsFromFilename` does. One that has the extension already (given
+    /// without a dot; "" is had by a name without one) is taken apart first, where "\" still separates:
+    ///
+    ///     "Map" or "Map.ext" with "ext"  ->  "Map.ext", "Map (2).ext", ...
+    ///     "Plan" or "Plan." with ""      ->  "Plan", "Plan (2)", ...
+    ///     "a\b" with "", with "ext"      ->  "b", "a\b.ext"
+    static CString MakeNameUnique(const CString& folder, const CString& baseName, const CString& extension);
+    /// A name that no folder in `folder` has; files do not count. It is cleaned as `RemoveInvalidCharsFromFolderName`
+    /// does; extensions are no matter: "Notes.old", then "Notes.old (2)".
+    static CString MakeFolderNameUnique(const CString& folder, const CString& name);
+
+    // --- Temporary files, on disk
+
+    /// The user's folder for temporary files, absolute and without trailing "/". The same for the life of the process,
+    /// even when it is deleted.
+    ///
+    /// $TMPDIR when it is an absolute path of a folder that belongs to the user and that nobody else may write. Else a
+    /// private folder (mode 0700) that is made when it is missing: "RkUtilities-<user id>" in $TMPDIR or /tmp, where
+    /// one that is a link or somebody else's is not used, or "RkUtilities/temporary" in the user's caches. Where none
+    /// of these can be made, /tmp.
+    static CString GetTempFolder();
+    /// Makes an empty file that only the user may read and write (mode 0600) and returns its path: the temporary
+    /// folder, "/", the prefix and eight letters and digits. The caller deletes it.
+    ///
+    /// Nothing that exists is opened or replaced. When no file can be made (the prefix leads to a folder that does not
+    /// exist or is too long for a name, the disk is full) the path ends with "XXXXXXXX" and no such file was made.
+    static CString GetTempFilename(const CString& prefix);
 };

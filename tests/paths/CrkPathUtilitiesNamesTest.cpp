@@ -1,0 +1,313 @@
+#include "RkUtilities/foundation/NativePath.h"
+#include "RkUtilities/paths/CrkPathUtilities.h"
+#include "tests/support/ScopedFolder.h"
+#include "tests/support/ScopedVariable.h"
+
+#include <atomic>
+#include <functional>
+#include <gtest/gtest.h>
+#include <latch>
+#include <set>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+using P = CrkPathUtilities;
+using namespace std::string_view_literals;
+
+TEST(Names, GainChangeAndShowTheirExtension)
+{
+    struct Case {
+        const char* name;
+        const char* extension;
+        const char* added;
+        const char* replaced;
+        bool has;
+    };
+    constexpr Case kCases[] = {
+        {"Map", "ext", "Map.ext", "Map.ext", false},
+        {"Map", ".ext", "Map.ext", "Map.ext", false},
+        {"Map.ext", "ext", "Map.ext.ext", "Map.ext", true},
+        {"Map.EXT", "ext", "Map.EXT.ext", "Map.ext", true},
+        {"Mapext", "ext", "Mapext.ext", "Mapext.ext", true},  // a dot asked for
+        {"ext", ".ext", "ext.ext", "ext.ext", false},
+        {"ext", "ext", "ext.ext", "ext.ext", true},
+        {"Map.old", "", "Map.old", "Map", true},
+        {"/dir.v/Map", "ext", "/dir.v/Map.ext", "/dir.ext", false},  // only the last element searched
+        {"Map.ext.old", "ext", "Map.ext.old.ext", "Map.ext.ext", false},
+        {"", "", "", "", true},
+        {".", "..", "...", "..", false},
+        {"\xC3\x89T\xC3\x89", "\xC3\xA9t\xC3\xA9", "\xC3\x89T\xC3\x89.\xC3\xA9t\xC3\xA9",
+         "\xC3\x89T\xC3\x89.\xC3\xA9t\xC3\xA9", true},
+    };
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(P::AddExtension(c.name, c.extension), CString(c.added));
+        EXPECT_EQ(P::ReplaceExtension(c.name, c.extension), CString(c.replaced));
+        EXPECT_EQ(P::HasExtension(c.name, c.extension), c.has);
+    }
+}
+
+TEST(Names, LoseWhatNoFileNameMayHold)
+{
+    struct Case {
+        const char16_t* name;
+        const char16_t* clean;
+        bool isValid;
+    };
+    constexpr Case kCases[] = {
+        {u"Q1/Q2: plan", u"Q1.Q2. plan", false},  {u"a\r\nb\n", u"ab", true},
+        {u"a\\b*c?", u"a\\b*c?", true},           {u"/:", u"..", false},
+        {u"\u2028\xD800", u"\u2028\xD800", true}, {u"", u"", true},
+    };
+    for (const Case& c : kCases) {
+        EXPECT_EQ(P::DoesFilenameUseOnlyValidCharacters(c.name), c.isValid) << CString(c.name);
+        CString file(c.name), folder(c.name);
+        P::RemoveInvalidCharsFromFilename(file, u'_');
+        P::RemoveInvalidCharsFromFolderName(folder);
+        EXPECT_EQ(file, c.clean);
+        EXPECT_EQ(folder, c.clean);
+    }
+    const auto replaced = [](CString name, const CString& characters, char16_t replacement) {
+        P::RemoveCharsFromFilename(name, characters, replacement);
+        return name;
+    };
+    EXPECT_EQ(replaced(u"a/b/c", u"", u'_'), u"a/b/c");
+    EXPECT_EQ(replaced(u"a/b:c", u"/:", u':'), u"a:b:c");
+    EXPECT_EQ(replaced(u"abc", u"ac", u'\0'), u"\0b\0"sv);
+    CString itself = u"a name longer than any short text";
+    P::RemoveCharsFromFilename(itself, itself, u'x');
+    EXPECT_EQ(itself, std::u16string(33, u'x'));
+}
+
+TEST(Names, AreQuotedOnceMoreAndUnquotedOnce)
+{
+    struct Case {
+        const char* text;
+        const char* unquoted;  // null: it stays
+    };
+    constexpr Case kCases[] = {{"\"\"", ""},     {"\"a b\"", "a b"}, {"\"\"a\"\"", "\"a\""}, {"\"\"\"", "\""},
+                               {"\"a", nullptr}, {"a\"", nullptr},   {"\"", nullptr},        {"", nullptr}};
+    for (const Case& c : kCases) {
+        CString text(c.text);
+        EXPECT_EQ(P::UnquotePath(text), c.unquoted != nullptr) << c.text;
+        EXPECT_EQ(text, CString(c.unquoted ? c.unquoted : c.text));
+        CString quoted(c.text);
+        P::QuotePath(quoted);
+        EXPECT_EQ(quoted, u'"' + CString(c.text) + u'"');
+    }
+}
+
+TEST(FreeNames, TakeTheFirstGap)
+{
+    const ScopedFolder folder;
+    const CString path = folder.Text("Map.ext"), d = folder.MakeFolder("d");
+    EXPECT_EQ(P::GetUniqueFilename(path), path);
+    EXPECT_EQ(P::GetUniqueFilename(folder.Text("no:such\n")), folder.Text("no:such\n"));
+    folder.Write("Map.ext");
+    EXPECT_EQ(P::GetUniqueFilename(path), folder.Text("Map (2).ext"));
+    folder.Write("Map (3).ext");
+    EXPECT_EQ(P::GetUniqueFilename(path), folder.Text("Map (2).ext"));
+    folder.MakeFolder("Map (2).ext");
+    folder.Link("Map (4).ext", "nowhere");
+    EXPECT_EQ(P::GetUniqueFilename(path), folder.Text("Map (5).ext"));
+    EXPECT_EQ(P::GetUniqueFilename(d), folder.Text("d (2)"));
+    folder.Write(".profile");
+    EXPECT_EQ(P::GetUniqueFilename(folder.Text(".profile")), folder.Text());
+    const ScopedVariable home("HOME", folder.Path().c_str());
+    EXPECT_EQ(P::GetUniqueFilename(u"~/Map.ext"), u"~/Map (5).ext");
+
+    for (const char* taken : {"a.b.ext", "Plan", "b", "~", "caf\xE9.ext", "f", "f.x"})
+        folder.Write(taken);
+    folder.MakeFolder("Notes.old");
+    folder.MakeFolder("a.b");
+    struct Case {
+        const char16_t* base;
+        const char16_t* extension;
+        const char16_t* result;
+    };
+    constexpr Case kCases[] = {
+        {u"Map.ext", u"ext", u"Map (5).ext"},
+        {u"Map.EXT", u"ext", u"Map.EXT.ext"},
+        {u"Map", u"", u"Map"},
+        {u"Plan", u"", u"Plan (2)"},
+        {u"Plan.", u"", u"Plan (2)"},
+        {u"a:b", u"ext", u"a.b (2).ext"},
+        {u"x\\b", u"", u"b (2)"},
+        {u"x\\b", u"ext", u"x\\b.ext"},
+        {u"~", u"", u"~ (2)"},
+        {u"~", u"x", u"~.x"},
+        {u"caf\xDCE9", u"ext", u"caf\xDCE9 (2).ext"},
+        {u"..", u"", u". (2)"},
+        {u"\n", u"", u" (2)"},
+        {u"f", u".x", u"f..x"},
+        {u"", u"ext", u""},
+    };
+    for (const CString& in : {folder.Text(), folder.Text().Left(folder.Text().GetLength() - 1), CString(u"~")})
+        for (const Case& c : kCases)
+            EXPECT_EQ(P::MakeNameUnique(in, c.base, c.extension), c.result) << CString(c.base);
+    EXPECT_EQ(P::MakeNameUnique(u"", u"Map", u"ext"), u"");
+    EXPECT_EQ(P::MakeNameUnique(folder.Text("none"), u"Map", u"ext"), u"Map.ext");
+    EXPECT_EQ(P::MakeNameUnique(folder.Text(), std::u16string(300, u'n'), u"ext").GetLength(), 304);
+    EXPECT_EQ(P::MakeNameUnique(folder.Text() + u'\0', u"Map", u"ext"), u"Map.ext");
+
+    EXPECT_EQ(P::MakeFolderNameUnique(folder.Text(), u"Notes.old"), u"Notes.old (2)");
+    EXPECT_EQ(P::MakeFolderNameUnique(folder.Text(), u"a/b"), u"a.b (2)");
+    EXPECT_EQ(P::MakeFolderNameUnique(folder.Text(), u"Plan"), u"Plan");
+    EXPECT_EQ(P::MakeFolderNameUnique(folder.Text(), u""), u" (2)");
+}
+
+TEST(FreeNames, AreFoundAmongManyWhateverElseLiesThere)
+{
+    const ScopedFolder folder;
+    folder.Write("Map.x");
+    constexpr int kTaken = 500;
+    std::set<int> gaps = {2, 17, 33, 34, 40, 100, 499};
+    for (int n = 2; n <= kTaken; ++n)
+        if (!gaps.contains(n))
+            folder.Write("Map (" + std::to_string(n) + ").x");
+    for (const char* other :
+         {"Map (02).x", "Map (2).X", "Map (2).x.x", "Map (2.x", "Map(2).x", "Map ().x", "Map (-2).x",
+          "Map (99999999999999999999).x", "Map (18446744073709551615).x", "Map (40)x", "XMap (40).x"})
+        folder.Write(other);
+    gaps.insert(kTaken + 1);
+    for (const int gap : gaps) {
+        const std::string name = "Map (" + std::to_string(gap) + ").x";
+        EXPECT_EQ(P::MakeNameUnique(folder.Text(), u"Map", u"x"), CString(name));
+        folder.Write(name);
+    }
+    // Of folders, only some; the files among them do not count, links to folders do.
+    folder.MakeFolder("F");
+    for (int n = 2; n <= 60; ++n)
+        n % 7 == 0 ? folder.Link("F (" + std::to_string(n) + ")", "F")
+                   : folder.MakeFolder("F (" + std::to_string(n) + ")");
+    folder.Write("F (61)");
+    EXPECT_EQ(P::MakeFolderNameUnique(folder.Text(), u"F"), u"F (61)");
+}
+
+TEST(FreeNames, EndInAFolderThatMayNotBeListedOrEntered)
+{
+    const ScopedFolder folder;
+    for (int n = 1; n < 50; ++n)
+        folder.Write(n == 1 ? "d/Map.x" : "d/Map (" + std::to_string(n) + ").x");
+    const ScopedNobody nobody(folder);
+    fs::permissions(folder.Path("d"), fs::perms::owner_exec | fs::perms::owner_write);  // no listing
+    EXPECT_EQ(P::MakeNameUnique(folder.Text("d"), u"Map", u"x"), u"Map (50).x");
+    fs::permissions(folder.Path("d"), fs::perms::owner_read);  // names alone
+    EXPECT_EQ(P::MakeNameUnique(folder.Text("d"), u"Map", u"x"), u"Map.x");
+    fs::permissions(folder.Path("d"), fs::perms::owner_all);
+}
+
+/// Runs in a process of its own, since the temporary folder is found once in a process; says what the child said.
+std::string InAProcess(const std::function<std::string()>& work)
+{
+    int channel[2];
+    if (pipe(channel) != 0)
+        return "no pipe";
+    const pid_t child = fork();
+    if (child == 0) {
+        const std::string said = work();
+        _exit(write(channel[1], said.data(), said.size()) == static_cast<ssize_t>(said.size()) ? 0 : 1);
+    }
+    close(channel[1]);
+    std::string said(4096, '\0');
+    const ssize_t count = read(channel[0], said.data(), said.size());
+    said.resize(count < 0 ? 0 : static_cast<std::size_t>(count));
+    close(channel[0]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status == 0 ? said : "crashed";
+}
+
+std::string TempFolderOf(const std::string& environment)
+{
+    return InAProcess([&] {
+        setenv("TMPDIR", environment.c_str(), 1);
+        return rk::NativePath(P::GetTempFolder());
+    });
+}
+
+TEST(TemporaryFolder, IsTheUsersOwnAndNobodyElseCanHaveLaidItThere)
+{
+    const ScopedFolder home;
+    const ScopedVariable homeFolder("HOME", home.Path().c_str()), caches("XDG_CACHE_HOME", nullptr);
+    const std::string privateName = "RkUtilities-" + std::to_string(geteuid());
+    const auto folder = [&](const char* name, unsigned mode) {
+        home.MakeFolder(name);
+        EXPECT_EQ(chmod(home.Path(name).c_str(), mode), 0);
+        return home.Path(name);
+    };
+    const std::string own = folder("own", 0755), shared = folder("shared", 01777), lawless = folder("lawless", 0777);
+    EXPECT_EQ(TempFolderOf(own), own);
+    EXPECT_EQ(TempFolderOf(own + "//"), own);
+    EXPECT_EQ(TempFolderOf(shared), shared + '/' + privateName);
+    struct stat status {};
+    ASSERT_EQ(lstat((shared + '/' + privateName).c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0700U);
+    EXPECT_EQ(TempFolderOf(shared), shared + '/' + privateName);  // the second time too
+
+    chmod((shared + '/' + privateName).c_str(), 0755);
+    EXPECT_EQ(TempFolderOf(shared), shared + '/' + privateName);
+    ASSERT_EQ(lstat((shared + '/' + privateName).c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777U, 0700U);  // closed again
+
+    const std::string inTmp = "/tmp/" + privateName;
+    for (const std::string& refused : {lawless, std::string("relative"), std::string(), home.Path("none")})
+        EXPECT_EQ(TempFolderOf(refused), inTmp) << refused;
+    const std::string laid = folder("laid", 01777);
+    home.Link("laid/" + privateName, own);  // a link, if to a folder of the user
+    EXPECT_EQ(TempFolderOf(laid), inTmp);
+    const std::string blocked = folder("blocked", 01777);
+    home.Write("blocked/" + privateName);
+    EXPECT_EQ(TempFolderOf(blocked), inTmp);
+    EXPECT_EQ(InAProcess([&] {
+                  setenv("TMPDIR", own.c_str(), 1);
+                  return rk::NativePath(P::GetSpecialFolderPath(P::TemporaryItemsFolder));
+              }),
+              own);
+}
+
+TEST(TemporaryFolder, IsTheSameForAllWhoAskFirst)
+{
+    const ScopedFolder folder;
+    EXPECT_EQ(InAProcess([&] {
+                  setenv("TMPDIR", folder.Path().c_str(), 1);
+                  std::latch start(8);
+                  std::atomic<int> alike = 0;
+                  std::vector<std::thread> threads;
+                  for (int i = 0; i < 8; ++i)
+                      threads.emplace_back([&] {
+                          start.arrive_and_wait();
+                          alike += P::GetTempFolder() + u'/' == folder.Text() ? 1 : 0;
+                      });
+                  for (std::thread& thread : threads)
+                      thread.join();
+                  return std::to_string(alike);
+              }),
+              "8");
+}
+
+TEST(TemporaryFiles, AreNewEmptyAndTheUsersAlone)
+{
+    std::set<CString> files;
+    for (int i = 0; i < 100; ++i) {
+        const CString file = P::GetTempFilename(u"map\xDCE9 ");
+        const CString start = P::GetTempFolder() + u"/map\xDCE9 ";
+        EXPECT_EQ(file.Left(start.GetLength()), start);
+        EXPECT_EQ(file.GetLength(), start.GetLength() + 8);
+        struct stat status {};
+        EXPECT_EQ(lstat(rk::NativePath(file).c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode, S_IFREG | 0600U);
+        EXPECT_EQ(status.st_size, 0);
+        EXPECT_TRUE(files.insert(file).second);
+        fs::remove(rk::NativePath(file));
+    }
+    for (const CString& prefix : {CString(u"no/such/"), CString(std::u16string(300, u'p')), CString(u"a\0b"sv)})
+        EXPECT_EQ(P::GetTempFilename(prefix), P::GetTempFolder() + u'/' + prefix + u"XXXXXXXX");
+}
+
+}  // namespace
