@@ -1,13 +1,8 @@
 #include "RkUtilities/platform/AppendFile.h"
 
-#include <cerrno>
-#include <csignal>
-#include <ctime>
 #include <fcntl.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace rk::platform {
 
@@ -15,20 +10,6 @@ namespace {
 
 // A file that is moved away again and again just before we lock it is taken as it is in the end.
 constexpr int kMostReopenings = 100;
-
-std::error_code LastError()
-{
-    return {errno, std::generic_category()};
-}
-
-template <class Call>
-auto Uninterrupted(const Call& call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
 
 AppendFile::Identity IdentityOf(const struct stat& facts)
 {
@@ -45,46 +26,7 @@ void Lock(int descriptor)
     static_cast<void>(Uninterrupted([&] { return fcntl(descriptor, F_OFD_SETLKW, &wholeFile); }));
 }
 
-bool HasFileSizeLimit()
-{
-    rlimit limit{};
-    return getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY;
-}
-
-// Keeps SIGXFSZ from this thread while a write may exceed the file-size limit, where its default is to end the process.
-class FileSizeSignalHeldBack {
-public:
-    FileSizeSignalHeldBack()
-    {
-        sigemptyset(&m_signal);
-        sigaddset(&m_signal, SIGXFSZ);
-        sigset_t pending;
-        sigpending(&pending);
-        m_wasPending = sigismember(&pending, SIGXFSZ) == 1;
-        pthread_sigmask(SIG_BLOCK, &m_signal, &m_maskBefore);
-    }
-    ~FileSizeSignalHeldBack()
-    {
-        const timespec atOnce{};
-        if (!m_wasPending)
-            static_cast<void>(Uninterrupted([&] { return sigtimedwait(&m_signal, nullptr, &atOnce); }));
-        pthread_sigmask(SIG_SETMASK, &m_maskBefore, nullptr);
-    }
-    FileSizeSignalHeldBack(const FileSizeSignalHeldBack&) = delete;
-    FileSizeSignalHeldBack& operator=(const FileSizeSignalHeldBack&) = delete;
-
-private:
-    sigset_t m_signal;
-    sigset_t m_maskBefore;
-    bool m_wasPending;
-};
-
 }  // namespace
-
-AppendFile::~AppendFile()
-{
-    static_cast<void>(Close());
-}
 
 std::error_code AppendFile::Open(const std::string& path, std::uint64_t fullAboveByteCount)
 {
@@ -99,19 +41,17 @@ std::error_code AppendFile::Open(const std::string& path, std::uint64_t fullAbov
 
 std::error_code AppendFile::OpenOnce(const std::string& path)
 {
-    static_cast<void>(Close());  // a file that was moved away; nothing of ours was written to it
-    if (path.find('\0') != std::string::npos)
-        return {ENOENT, std::generic_category()};
+    m_file = FileHandle();  // closes a file that was moved away; nothing of ours was written to it
     // O_NONBLOCK: a pipe of that name must not stop the program when nobody reads it.
     constexpr int kFlags = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     constexpr mode_t kForWhomTheUmaskAllows = 0666;
-    m_descriptor = Uninterrupted([&] { return open(path.c_str(), kFlags, kForWhomTheUmaskAllows); });
-    if (m_descriptor < 0)
+    m_file = FileHandle(Uninterrupted([&] { return open(SystemPath(path), kFlags, kForWhomTheUmaskAllows); }));
+    if (!m_file)
         return LastError();
-    Lock(m_descriptor);
+    Lock(m_file.Descriptor());
 
     struct stat facts {};
-    if (fstat(m_descriptor, &facts) != 0)
+    if (fstat(m_file.Descriptor(), &facts) != 0)
         return LastError();
     m_isRemoved = facts.st_nlink == 0;
     m_identity = IdentityOf(facts);
@@ -122,7 +62,7 @@ std::error_code AppendFile::OpenOnce(const std::string& path)
 bool AppendFile::StandsAt(const std::string& path) const
 {
     struct stat facts {};
-    return stat(path.c_str(), &facts) == 0 && IdentityOf(facts) == m_identity;
+    return stat(SystemPath(path), &facts) == 0 && IdentityOf(facts) == m_identity;
 }
 
 std::size_t AppendFile::ReadAt(std::uint64_t offset, char* buffer, std::size_t byteCount, std::error_code& error) const
@@ -132,7 +72,7 @@ std::size_t AppendFile::ReadAt(std::uint64_t offset, char* buffer, std::size_t b
     while (readCount < byteCount) {
         const auto at = static_cast<off_t>(offset + readCount);
         const ssize_t piece =
-            Uninterrupted([&] { return pread(m_descriptor, buffer + readCount, byteCount - readCount, at); });
+            Uninterrupted([&] { return pread(m_file.Descriptor(), buffer + readCount, byteCount - readCount, at); });
         if (piece < 0)
             error = LastError();
         if (piece <= 0)
@@ -144,13 +84,7 @@ std::size_t AppendFile::ReadAt(std::uint64_t offset, char* buffer, std::size_t b
 
 std::error_code AppendFile::Append(std::string_view bytes)
 {
-    std::error_code error;
-    if (HasFileSizeLimit()) {
-        const FileSizeSignalHeldBack heldBack;
-        error = AppendAll(bytes);
-    } else {
-        error = AppendAll(bytes);
-    }
+    const std::error_code error = AppendAll(bytes);
     if (error)
         static_cast<void>(CutTo(m_byteCount));
     else
@@ -160,8 +94,9 @@ std::error_code AppendFile::Append(std::string_view bytes)
 
 std::error_code AppendFile::AppendAll(std::string_view bytes) const
 {
+    const FileSizeSignalGuard guard;
     while (!bytes.empty()) {
-        const ssize_t piece = Uninterrupted([&] { return write(m_descriptor, bytes.data(), bytes.size()); });
+        const ssize_t piece = Uninterrupted([&] { return write(m_file.Descriptor(), bytes.data(), bytes.size()); });
         if (piece < 0)
             return LastError();
         bytes.remove_prefix(static_cast<std::size_t>(piece));
@@ -171,7 +106,7 @@ std::error_code AppendFile::AppendAll(std::string_view bytes) const
 
 std::error_code AppendFile::CutTo(std::uint64_t byteCount)
 {
-    if (Uninterrupted([&] { return ftruncate(m_descriptor, static_cast<off_t>(byteCount)); }) != 0)
+    if (Uninterrupted([&] { return ftruncate(m_file.Descriptor(), static_cast<off_t>(byteCount)); }) != 0)
         return LastError();
     m_byteCount = byteCount;
     return {};
@@ -179,11 +114,7 @@ std::error_code AppendFile::CutTo(std::uint64_t byteCount)
 
 std::error_code AppendFile::Close()
 {
-    const int descriptor = std::exchange(m_descriptor, -1);
-    // EINTR: the descriptor is gone all the same, and another thread's may have its number by now.
-    if (descriptor >= 0 && close(descriptor) != 0 && errno != EINTR)
-        return LastError();
-    return {};
+    return m_file.Close();
 }
 
 }  // namespace rk::platform

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "RkUtilities/platform/FileCalls.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -25,11 +27,6 @@ public:
         std::uint64_t inode = 0;
         friend bool operator==(const Identity&, const Identity&) = default;
     };
-
-    AppendFile() noexcept = default;
-    ~AppendFile();
-    AppendFile(const AppendFile&) = delete;
-    AppendFile& operator=(const AppendFile&) = delete;
 
     /// Opens the file for reading and writing, making it when it is missing, and waits until it is ours alone.
     ///
@@ -62,7 +59,7 @@ private:
     [[nodiscard]] std::error_code OpenOnce(const std::string& path);
     [[nodiscard]] std::error_code AppendAll(std::string_view bytes) const;
 
-    int m_descriptor = -1;
+    FileHandle m_file;
     bool m_isRemoved = false;
     Identity m_identity;
     std::uint64_t m_byteCount = 0;
