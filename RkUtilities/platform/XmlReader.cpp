@@ -1,0 +1,149 @@
+#include "RkUtilities/platform/XmlReader.h"
+
+#include "RkUtilities/platform/FileCalls.h"
+#include "RkUtilities/platform/Files.h"
+
+#include <chrono>
+#include <ctime>
+#include <exception>
+#include <expat.h>
+#include <memory>
+#include <new>
+#include <optional>
+#include <system_error>
+
+namespace rk::platform {
+
+namespace {
+
+constexpr int kBlockByteCount = 32 * 1024;
+constexpr unsigned kElementsBetweenClockLooks = 256;  // a hostile document type can make each of them expensive
+constexpr std::chrono::nanoseconds kLongestComputation = std::chrono::milliseconds(250);
+
+std::chrono::nanoseconds ThreadComputingTime()
+{
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+// One reading of one document. No exception passes through expat: it is kept until the parser has returned.
+class Reading {
+public:
+    explicit Reading(XmlReceiver& receiver) : m_receiver(receiver), m_parser(XML_ParserCreate(nullptr), XML_ParserFree)
+    {
+        if (!m_parser)
+            throw std::bad_alloc();
+        XML_Parser parser = m_parser.get();
+        XML_SetUserData(parser, this);
+        XML_SetElementHandler(parser, &OnElementBegins, &OnElementEnds);
+        XML_SetCharacterDataHandler(parser, &OnText);
+        XML_SetEntityDeclHandler(parser, &OnEntityDeclaration);
+        XML_SetSkippedEntityHandler(parser, &OnSkippedEntity);
+    }
+
+    // The memory to read the next block into; valid until Parse.
+    void* Block()
+    {
+        void* const block = XML_GetBuffer(m_parser.get(), kBlockByteCount);
+        if (block == nullptr)
+            throw std::bad_alloc();
+        return block;
+    }
+
+    // Parses what was put into the block. A block that is not full is the last one.
+    bool Parse(int byteCount)
+    {
+        const bool isLast = byteCount < kBlockByteCount;
+        const XML_Status status = XML_ParseBuffer(m_parser.get(), byteCount, isLast ? XML_TRUE : XML_FALSE);
+        if (m_thrown)
+            std::rethrow_exception(m_thrown);
+        if (status == XML_STATUS_OK)
+            return isLast || !TookTooLong();
+        if (XML_GetErrorCode(m_parser.get()) == XML_ERROR_NO_MEMORY)
+            throw std::bad_alloc();
+        return false;
+    }
+
+private:
+    static void OnElementBegins(void* self, const XML_Char* name, const XML_Char** /*attributes*/)
+    {
+        Reading& reading = *static_cast<Reading*>(self);
+        if (++reading.m_elementCount % kElementsBetweenClockLooks == 0 && reading.TookTooLong())
+            reading.Stop();
+        else
+            reading.Tell([name](XmlReceiver& receiver) { receiver.ElementBegins(name); });
+    }
+    static void OnText(void* self, const XML_Char* text, int byteCount)
+    {
+        const std::string_view piece(text, static_cast<std::size_t>(byteCount));
+        static_cast<Reading*>(self)->Tell([piece](XmlReceiver& receiver) { receiver.Text(piece); });
+    }
+    static void OnElementEnds(void* self, const XML_Char* /*name*/)
+    {
+        static_cast<Reading*>(self)->Tell([](XmlReceiver& receiver) { receiver.ElementEnds(); });
+    }
+    static void OnEntityDeclaration(void* self, const XML_Char* /*name*/, int /*isParameterEntity*/,
+                                    const XML_Char* /*value*/, int /*byteCount*/, const XML_Char* /*base*/,
+                                    const XML_Char* /*systemId*/, const XML_Char* /*publicId*/,
+                                    const XML_Char* /*notation*/)
+    {
+        static_cast<Reading*>(self)->Stop();
+    }
+    static void OnSkippedEntity(void* self, const XML_Char* /*name*/, int /*isParameterEntity*/)
+    {
+        static_cast<Reading*>(self)->Stop();
+    }
+
+    template <class Event>
+    void Tell(const Event& event) noexcept
+    {
+        if (m_thrown)  // expat may still report the end of the element in which it was stopped
+            return;
+        try {
+            event(m_receiver);
+        } catch (...) {
+            m_thrown = std::current_exception();
+            Stop();
+        }
+    }
+    void Stop() { XML_StopParser(m_parser.get(), XML_FALSE); }
+
+    // The count begins with the first look, so that a document of one block and few elements costs none.
+    bool TookTooLong()
+    {
+        const std::chrono::nanoseconds now = ThreadComputingTime();
+        if (!m_started)
+            m_started = now;
+        return now - *m_started > kLongestComputation;
+    }
+
+    XmlReceiver& m_receiver;
+    std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> m_parser;
+    std::exception_ptr m_thrown;
+    std::optional<std::chrono::nanoseconds> m_started;
+    unsigned m_elementCount = 0;
+};
+
+}  // namespace
+
+bool ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver)
+{
+    if (KindOf(nativePath) != FileKind::File)
+        return false;
+    std::error_code error;
+    const FileHandle file(OpenFile(nativePath, Access::Read, WhenMissing::Fail, Sharing::Free, error));
+    if (error)
+        return false;
+
+    Reading reading(receiver);
+    for (;;) {
+        const std::size_t byteCount = ReadFile(file.Descriptor(), reading.Block(), kBlockByteCount, error);
+        if (error || !reading.Parse(static_cast<int>(byteCount)))
+            return false;
+        if (byteCount < kBlockByteCount)
+            return true;
+    }
+}
+
+}  // namespace rk::platform

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace rk::platform {
+
+/// Receives what stands in an XML document, in its order. Names and texts are UTF-8, valid during the call.
+class XmlReceiver {
+public:
+    /// An element begins. The name is the one written in the document, prefix included; attributes are not reported.
+    virtual void ElementBegins(std::string_view qualifiedName) = 0;
+    /// A piece of text of the innermost open element; one text may come in several pieces. White space is kept, a line
+    /// break is "\n", references to characters are resolved.
+    virtual void Text(std::string_view piece) = 0;
+    /// The innermost open element ends.
+    virtual void ElementEnds() = 0;
+
+protected:
+    ~XmlReceiver() = default;
+};
+
+/// Reads an XML 1.0 document from an ordinary file; true when all of it was read and is well-formed.
+///
+/// The receiver may have been told the beginning of a document that turns out to be no good: whoever must take all or
+/// nothing keeps what it hears aside until the result is known.
+///
+/// - Encodings: UTF-8, UTF-16, ISO-8859-1 and US-ASCII, as the document declares. Namespaces are not looked at.
+/// - The file is read in blocks and may have any size. Anything but an ordinary file (a folder, a pipe, a device) is
+///   refused without waiting for it; links are followed.
+/// - Nothing is expanded and nothing else is opened: a document that declares an entity, or refers to one beyond the
+///   five of XML and character references, is refused there and then. An external document type is left alone.
+/// - A document on which this thread has computed for a quarter of a second is refused: an honest one of tens of
+///   megabytes is through by then. Waiting for a disk does not count.
+/// - What the receiver throws ends the reading and reaches the caller; exhausted memory throws `std::bad_alloc`.
+///
+/// Safe from any thread.
+bool ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver);
+
+}  // namespace rk::platform
