@@ -1,6 +1,7 @@
 #include "RkUtilities/platform/DateText.h"
 
 #include "RkUtilities/platform/LocalTime.h"
+#include "RkUtilities/platform/PerThread.h"
 
 #include <array>
 #include <atomic>
@@ -46,7 +47,7 @@ struct MadeText {
 /// The last texts of a thread, so that a few formats in turn do not drive each other out.
 MadeText& MadeTextOf(std::uint64_t formatId)
 {
-    thread_local std::array<MadeText, 8> texts;
+    auto& texts = PerThread<std::array<MadeText, 8>>();
     return texts[formatId % texts.size()];
 }
 
@@ -160,7 +161,9 @@ std::shared_ptr<const DateTextFormat> DateTextFormat::For(const std::string& loc
 {
     constexpr std::size_t kMostFormats = 256;  // more are hostile names; they are let go together
     static std::mutex mutex;
-    static std::map<std::tuple<std::string, DateStyle, DateStyle>, std::shared_ptr<const DateTextFormat>> formats;
+    // Never destroyed: a static object's destructor may still ask.
+    static auto& formats =
+        *new std::map<std::tuple<std::string, DateStyle, DateStyle>, std::shared_ptr<const DateTextFormat>>;
     const std::tuple key(locale, date, time);
     const std::lock_guard lock(mutex);
     const auto known = formats.find(key);

@@ -1,5 +1,6 @@
 #include "RkUtilities/platform/UserLocale.h"
 
+#include "RkUtilities/platform/PerThread.h"
 #include "RkUtilities/platform/UserLocaleName.h"
 
 #include <array>
@@ -24,7 +25,7 @@ struct Choice {
 
 Choice& TheChoice()
 {
-    static Choice choice;
+    static auto& choice = *new Choice;  // never destroyed: a static object's destructor may still ask
     return choice;
 }
 
@@ -73,7 +74,7 @@ void SetUserLocale(std::string_view name)
 
 const std::string& UserLocaleName(LocaleUse use)
 {
-    thread_local std::array<Known, kCategories.size()> knownByUse;
+    auto& knownByUse = PerThread<std::array<Known, kCategories.size()>>();
     Known& known = knownByUse[static_cast<std::size_t>(use)];
     Choice& choice = TheChoice();
     if (known.generation != choice.generation.load(std::memory_order_acquire)) {
