@@ -1,0 +1,54 @@
+#pragma once
+
+#include "RkUtilities/foundation/CAtlMap.h"
+#include "RkUtilities/foundation/CObject.h"
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/RkExport.h"
+#include "RkUtilities/logging/ErkLogLevel.h"
+
+/// What the log writer writes, as read from a settings file.
+///
+///     <settings>
+///         <ls:Enable>true</ls:Enable>
+///         <ls:Level>LogWarning</ls:Level>
+///         <ls:IncludeCategory>*</ls:IncludeCategory>
+///         <ls:ExcludeCategory>VerboseCOM</ls:ExcludeCategory>
+///     </settings>
+///
+/// An XML document. Only children of the root element count, which may have any name; they are known by their name as
+/// written, "ls:" included, and need no namespace declaration. Their text, that of elements inside them included, is
+/// compared exactly: upper and lower case differ and white space counts (" true" is not "true").
+///
+/// - "ls:Enable", "ls:StdOut", "ls:Level": the first of each decides, whatever it says.
+/// - "ls:IncludeCategory", "ls:ExcludeCategory": all of them. The text "*" includes every category; as an excluded
+///   one it is a name like any other.
+///
+/// An entry is written when logging is enabled, its level is at most `m_level`, its category is not excluded, and its
+/// category is included or "*" is. So a file without "ls:IncludeCategory" lets nothing through.
+///
+/// Nothing of a file that cannot be read to its end as well-formed XML is applied: logging stays off, and nothing is
+/// reported. That goes for a missing file, a folder or a pipe too; for an encoding other than UTF-8, UTF-16,
+/// ISO-8859-1 and US-ASCII; for a document that declares entities or uses any beyond XML's own five; and for one that
+/// takes more than a quarter of a second of computing.
+///
+/// The settings do not change after construction; different threads may use one object.
+class RK_EXPORT CrkLogSettings : public CObject {
+public:
+    /// Reads the file. Throws `CAtlException` or `std::bad_alloc` when memory runs out, and nothing else.
+    explicit CrkLogSettings(const CString& settingsPath);
+    CrkLogSettings(const CrkLogSettings&) = delete;
+    CrkLogSettings& operator=(const CrkLogSettings&) = delete;
+    ~CrkLogSettings() override;
+
+    /// Whether the category itself is listed as included; "*" does not count.
+    [[nodiscard]] bool IsIncluded(const CString& category) const;
+    /// Whether the category is listed as excluded.
+    [[nodiscard]] bool IsExcluded(const CString& category) const;
+
+    bool m_enable = false;      ///< "ls:Enable": logging is on
+    bool m_stdOut = false;      ///< "ls:StdOut": each message is also written to standard error
+    bool m_includeAll = false;  ///< "*" is an included category
+    CAtlMap<CString, bool> m_includeCategories;
+    CAtlMap<CString, bool> m_excludeCategories;
+    rk::ErkLogLevel m_level = rk::LogDebug;  ///< "ls:Level": the least severe level that is written
+};
