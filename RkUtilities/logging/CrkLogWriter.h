@@ -1,0 +1,172 @@
+#pragma once
+
+#include "RkUtilities/foundation/CFDateFormatterStyle.h"
+#include "RkUtilities/foundation/CFUUIDBytes.h"
+#include "RkUtilities/foundation/CObject.h"
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/RkExport.h"
+#include "RkUtilities/guid/CrkGuid.h"
+#include "RkUtilities/logging/CrkLogSettings.h"
+#include "RkUtilities/logging/ErkLogLevel.h"
+
+#include <cstdint>
+#include <mutex>
+
+/// The log: writes entries, as XML, to one file in a folder that the application names at its start.
+///
+///     CrkLogWriter::Init(u"~/settings/log.xml", u"~/logs/");
+///     CrkLogWriter::Log(CrkLogWriter::LogWarning, u"Disk full & retrying", CrkLogTypes::LogTypeCache);
+///     CrkLogWriter::Uninitialize();
+///
+/// - `CrkLogSettings` says which entries are written. The others cost next to nothing: no lock, no memory, no file.
+///   Build an expensive message only behind `CanLog`.
+/// - Any number of threads, and of processes that name the same folder, may log at once. Every entry stands whole in
+///   one of the files, in the order in which the writers took the lock, and one of them alone moves a full file
+///   aside. What logs after a `fork` in the child works there too.
+/// - `Init` must have returned before other threads log, and `Uninitialize` must be called when none logs any more;
+///   both may be called again later, in any order.
+/// - The file is opened and closed for each entry, so it may be moved, deleted or emptied by others at any time.
+/// - A process that is killed leaves whole entries, except perhaps its last one. Whoever writes next removes such a
+///   beginning of an entry from the end of the file; any other content that it finds there stays.
+/// - Entries reach the system before `Log` returns, so they outlive the process; they are not forced to the disk.
+class RK_EXPORT CrkLogWriter : public CObject {
+public:
+    /// How severe an entry is, from `LogEmergency` (0) down to `LogDebug` (6): rk::ErkLogLevel.
+    using ErkLogLevel = rk::ErkLogLevel;
+    using enum rk::ErkLogLevel;
+
+    CrkLogWriter() = default;
+    ~CrkLogWriter() override;
+    /// "CrkLogWriter".
+    virtual CString GetClassName() const;
+
+    // --- Start and stop ----------------------------------------------------------------------------------------------
+
+    /// Reads the settings and switches the writer on; a writer that is on goes over to the new settings and folder.
+    ///
+    /// The settings are read here only. If they enable logging, the folder is created; when that fails, the first
+    /// entry tries again. Throws `CAtlException` or `std::bad_alloc` when memory runs out; the writer is as before
+    /// then.
+    /// @param settingsPath  a missing or bad file leaves logging off; see CrkLogSettings
+    /// @param logFolder     ends with "/": the file's name is put straight behind it. "~/" leads to the home folder.
+    static void Init(const CString& settingsPath, const CString& logFolder);
+
+    /// Switches the writer off and disposes of the settings. Nothing happens for a writer that is off.
+    static void Uninitialize();
+
+    // --- Writing -----------------------------------------------------------------------------------------------------
+
+    /// Whether entries of the level are written, whatever their category; false while the writer is off.
+    [[nodiscard]] static bool CanLog(ErkLogLevel level)
+    {
+        return m_isInitialized && m_pLogSettings->m_enable && level <= m_pLogSettings->m_level;
+    }
+
+    /// Writes an entry, if the settings admit its level and category.
+    ///
+    /// An empty category stands for "General"; without an id the entry has the null one, without a description an
+    /// empty one. With "ls:StdOut" the message, nothing else, goes to standard error first, without a line break.
+    ///
+    /// A missing log folder is created, and the entry is then taken from the start again: its message goes to
+    /// standard error a second time. An entry is dropped without a word when the file cannot be opened for another
+    /// reason (no permission).
+    ///
+    /// @throws CrkLogException    the log folder is missing and cannot be created
+    /// @throws CFileException*    the entry could not be written whole (`diskFull`); nothing of it is left in the file
+    /// @throws std::bad_alloc, std::length_error  no memory for the entry, or a text of more than INT_MAX units
+    static void Log(ErkLogLevel level, const CString& message)
+    {
+        if (CanLog(level))
+            LogInternal(level, message, CategoryOrGeneral({}), {}, CrkGuid::c_nullGuid);
+    }
+    static void Log(ErkLogLevel level, const CString& message, CFUUIDBytes id)
+    {
+        if (CanLog(level))
+            LogInternal(level, message, CategoryOrGeneral({}), {}, id);
+    }
+    static void Log(ErkLogLevel level, const CString& message, const CString& category)
+    {
+        if (CanLog(level))
+            LogInternal(level, message, CategoryOrGeneral(category), {}, CrkGuid::c_nullGuid);
+    }
+    static void Log(ErkLogLevel level, const CString& message, const CString& category, CFUUIDBytes id)
+    {
+        if (CanLog(level))
+            LogInternal(level, message, CategoryOrGeneral(category), {}, id);
+    }
+    static void Log(ErkLogLevel level, const CString& message, const CString& category, const CString& description)
+    {
+        if (CanLog(level))
+            LogInternal(level, message, CategoryOrGeneral(category), description, CrkGuid::c_nullGuid);
+    }
+    static void Log(ErkLogLevel level, const CString& message, const CString& category, const CString& description,
+                    CFUUIDBytes id)
+    {
+        if (CanLog(level))
+            LogInternal(level, message, CategoryOrGeneral(category), description, id);
+    }
+
+    /// `Log` with all its arguments; here an empty category stays empty and is admitted or not under that name.
+    static void LogInternal(ErkLogLevel level, const CString& message, const CString& category,
+                            const CString& description, CFUUIDBytes id);
+
+    /// Moves the active file to a backup in the log folder, so that the next entry starts a new one. A failure goes
+    /// unnoticed: the file stays. Only for who holds `m_mutex`; the writer does this itself with a file that has
+    /// become too long.
+    ///
+    /// The backup's name is the local date and time in the locale's short styles, "-" in place of "/" and ":", with
+    /// ".xml" behind: "11-16-26, 9-52 PM.xml". A backup that has the name already is replaced. Works across file
+    /// systems.
+    static void Bak();
+
+    // --- The text of an entry ----------------------------------------------------------------------------------------
+    //
+    // Header, "<l:Body>", prepared message, "</l:Body>", footer, one after the other. A file holds entries and
+    // nothing else: no declaration, no root element. It is UTF-8; a lone surrogate becomes U+FFFD. Safe from any
+    // thread at any time; the settings do not matter.
+
+    /// All up to the body, in one line:
+    ///
+    ///     <l:LogEntry><l:Timestamp>11/16/26, 9:52 PM:125</l:Timestamp><l:Tid>70000e3a1000</l:Tid>
+    ///     <l:Category>Cache</l:Category><l:Severity>Warning</l:Severity>
+    ///     <l:Id>00000000-0000-0000-0000-000000000000</l:Id><l:Description></l:Description>
+    ///
+    /// Local date and time in the locale's short styles, ":" and whole seconds since the library was loaded (negative
+    /// if the clock was set back); the thread's handle in hexadecimal; the id's bytes in the order in which they are
+    /// stored, which is not that of `CrkGuid::GuidToString`.
+    [[nodiscard]] static CString EntryHeader(const CString& category, ErkLogLevel level, const CString& description,
+                                             CFUUIDBytes id);
+    /// "</l:LogEntry>" and a line feed.
+    [[nodiscard]] static CString EntryFooter();
+    /// The message as it stands in the body: each "&" becomes "&amp;", and everything up to the first "?>" goes,
+    /// since a message may be an XML document, whose declaration must not stand inside an entry. Other markup passes
+    /// as it is.
+    [[nodiscard]] static CString PrepareXml(const CString& message);
+    /// Makes each "&" into "&amp;", also one that begins a reference already. Nothing else changes.
+    static void EscapeXmlCharacters(CString& text);
+    /// The local date and time in the user's locale, the style used for both; "" when the locale has no such text.
+    [[nodiscard]] static CString CurrentTimeString(CFDateFormatterStyle style);
+    /// "Emergency", "Critical", "Error", "Warning", "Notice", "Info", "Debug"; "" for any other value.
+    [[nodiscard]] static CString Severity(ErkLogLevel level);
+
+    // --- State -------------------------------------------------------------------------------------------------------
+
+    static CString m_path;                  ///< the log folder; "~/Corvane.Log/" until `Init`
+    static CString m_activeFileName;        ///< "messages.xml"
+    static CrkLogSettings* m_pLogSettings;  ///< owned; null while the writer is off
+    static bool m_isInitialized;            ///< the writer is on
+    static ErkLogLevel m_logLevel;          ///< `LogDebug`; for the application's own use, never read here
+    static std::uint64_t m_maxFileLength;   ///< in bytes: a file that has become longer is moved aside; 20,000,000
+    /// Held while an entry is written and a file moved aside. A `std::mutex`, so usable before `Init`; its
+    /// `native_handle()` is the POSIX mutex. Who holds it must not fork.
+    static std::mutex m_mutex;
+    /// When the library was loaded, in whole seconds since 2001-01-01 00:00 UTC.
+    static std::int32_t m_seconds;
+
+private:
+    enum class Outcome { Done, FolderWasMissing };
+    [[nodiscard]] static Outcome TryToLog(ErkLogLevel level, const CString& message, const CString& category,
+                                          const CString& description, const CFUUIDBytes& id);
+    [[nodiscard]] static bool Admits(ErkLogLevel level, const CString& category);
+    [[nodiscard]] static const CString& CategoryOrGeneral(const CString& category);
+};

@@ -1,0 +1,56 @@
+#include "RkUtilities/logging/CrkLogWriter.h"
+#include "RkUtilities/platform/DateText.h"
+#include "RkUtilities/platform/PerThread.h"
+#include "RkUtilities/platform/UserLocaleName.h"
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+namespace {
+
+using rk::platform::DateTextFormat;
+
+// The format that a thread used last; each entry of a log asks for the same one.
+struct LastFormat {
+    std::string locale;
+    CFDateFormatterStyle style = kCFDateFormatterNoStyle;
+    std::shared_ptr<const DateTextFormat> format;
+};
+
+rk::platform::DateStyle DateStyleOf(CFDateFormatterStyle style)
+{
+    using rk::platform::DateStyle;
+    switch (style) {
+    case kCFDateFormatterShortStyle:
+        return DateStyle::Short;
+    case kCFDateFormatterMediumStyle:
+        return DateStyle::Medium;
+    case kCFDateFormatterLongStyle:
+        return DateStyle::Long;
+    case kCFDateFormatterFullStyle:
+        return DateStyle::Full;
+    default:
+        return DateStyle::None;
+    }
+}
+
+const DateTextFormat* FormatOf(CFDateFormatterStyle style)
+{
+    const std::string& locale = rk::platform::UserLocaleName(rk::platform::LocaleUse::Time);
+    auto& last = rk::platform::PerThread<LastFormat>();
+    if (last.style != style || last.locale != locale) {
+        const rk::platform::DateStyle ours = DateStyleOf(style);
+        last = {.locale = locale, .style = style, .format = DateTextFormat::For(locale, ours, ours)};
+    }
+    return last.format.get();
+}
+
+}  // namespace
+
+CString CrkLogWriter::CurrentTimeString(CFDateFormatterStyle style)
+{
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const DateTextFormat* const format = FormatOf(style);
+    return format != nullptr ? CString(format->Text(std::chrono::floor<std::chrono::seconds>(now).count())) : CString();
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "RkUtilities/foundation/CFUUIDBytes.h"
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/logging/ErkLogLevel.h"
+
+#include <string_view>
+
+namespace rk {
+
+/// How every entry begins and ends; what lies between varies.
+inline constexpr std::u16string_view kEntryStart = u"<l:LogEntry><l:Timestamp>";
+inline constexpr std::u16string_view kEntryFooter = u"</l:LogEntry>\n";
+
+/// The whole text of an entry: its header, body and footer, as `CrkLogWriter` describes them.
+CString LogEntryText(const CString& message, const CString& category, ErkLogLevel level, const CString& description,
+                     const CFUUIDBytes& id);
+
+}  // namespace rk
