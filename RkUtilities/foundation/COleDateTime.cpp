@@ -17,8 +17,8 @@ constexpr std::int64_t kDateValueZero = -2209161600;  // 30 December 1899
 std::int64_t SecondsOfDateValue(double dateValue) noexcept
 {
     const double seconds = std::round(dateValue * kSecondsADay);
-    const auto first = static_cast<double>(platform::kFirstUtcSecond - kDateValueZero);
-    const auto last = static_cast<double>(platform::kLastUtcSecond - kDateValueZero);
+    const auto first = static_cast<double>(platform::kFirstCalendarSecond - kDateValueZero);
+    const auto last = static_cast<double>(platform::kLastCalendarSecond - kDateValueZero);
     if (!(seconds >= first && seconds <= last))  // not-a-number fails too
         return kDateValueZero;
     return static_cast<std::int64_t>(seconds) + kDateValueZero;

@@ -9,12 +9,11 @@
 namespace {
 
 using rk::platform::CalendarTime;
-
-constexpr std::int64_t kReferenceDate = 978307200;  // 1 January 2001, in seconds since 1970
+using rk::platform::kUtcSecondsOf2001;
 
 std::int64_t UtcSeconds(double absoluteSeconds) noexcept
 {
-    return static_cast<std::int64_t>(std::floor(absoluteSeconds)) + kReferenceDate;
+    return static_cast<std::int64_t>(std::floor(absoluteSeconds)) + kUtcSecondsOf2001;
 }
 
 CalendarTime LocalFields(double absoluteSeconds) noexcept
@@ -40,10 +39,12 @@ std::tm* Fill(std::tm* record, const CalendarTime& fields) noexcept
 CTime LocalTime(std::int64_t localSeconds, int dst) noexcept
 {
     using rk::platform::DaylightTime;
+    if (localSeconds < rk::platform::kFirstCalendarSecond || localSeconds > rk::platform::kLastCalendarSecond)
+        return CTime();
     const DaylightTime daylight =
         dst < 0 ? DaylightTime::Decide : (dst == 0 ? DaylightTime::Standard : DaylightTime::Daylight);
     return CTime::FromCFAbsoluteTime(
-        static_cast<double>(rk::platform::LocalToUtc(localSeconds, daylight) - kReferenceDate));
+        static_cast<double>(rk::platform::LocalToUtc(localSeconds, daylight) - kUtcSecondsOf2001));
 }
 
 }  // namespace
@@ -60,14 +61,14 @@ CTime CTime::GetCurrentTime() noexcept
     using namespace std::chrono;
     const auto now = duration_cast<microseconds>(system_clock::now().time_since_epoch());
     const auto seconds = floor<std::chrono::seconds>(now);
-    return FromCFAbsoluteTime(static_cast<double>(seconds.count() - kReferenceDate) +
+    return FromCFAbsoluteTime(static_cast<double>(seconds.count() - kUtcSecondsOf2001) +
                               static_cast<double>((now - seconds).count()) / 1e6);
 }
 
 CTime CTime::FromCFAbsoluteTime(double seconds) noexcept
 {
-    constexpr auto kFirst = static_cast<double>(rk::platform::kFirstUtcSecond - kReferenceDate);
-    constexpr auto kEnd = static_cast<double>(rk::platform::kLastUtcSecond + 1 - kReferenceDate);
+    constexpr auto kFirst = static_cast<double>(rk::platform::kFirstUtcSecond - kUtcSecondsOf2001);
+    constexpr auto kEnd = static_cast<double>(rk::platform::kLastUtcSecond + 1 - kUtcSecondsOf2001);
     CTime time;
     if (seconds >= kFirst && seconds < kEnd)
         time.m_seconds = seconds;

@@ -8,11 +8,10 @@
 
 /// A point in time, kept as one `double`: seconds since 1 January 2001, 00:00:00 UTC.
 ///
-/// - Times lie in the years 1 to 9999 (UTC), to the microsecond and better near the present. What would lie outside, or
-///   comes from a number that is none, is the null time.
+/// - Times lie in the years 1 to 9999 of every zone, to the microsecond and better near the present. What would lie outside,
+///   or comes from a number that is none, is the null time.
 /// - The null time is 1 January 1970, 00:00:00 UTC: before every time that `CrkDateUtilities::MinimumTime` allows.
-/// - Calendar fields are read in the C library's local time (`TZ`, else the system's zone), for past and future dates
-/// after
+/// - Calendar fields are read in the C library's local time (`TZ`, else the system's zone), for past and future dates after
 ///   the rules of that date, in the Gregorian calendar throughout. A changed `TZ` is seen by the next call.
 /// - Nothing throws. Safe from any thread, as long as none changes the environment meanwhile.
 class RK_EXPORT CTime {
@@ -21,12 +20,11 @@ public:
     constexpr CTime() noexcept = default;
     /// The local time of a date value: days since 30 December 1899, 00:00, to the nearest second.
     explicit CTime(double dateValue) noexcept;
-    /// The local time of calendar fields: full year, month 1 to 12. Fields out of range are carried ("31 April" is 1
-    /// May).
+    /// The local time of calendar fields: full year, month 1 to 12. Fields out of range are carried ("31 April" is 1 May).
     ///
-    /// A local time that a clock change leaves out is moved on by the length of the gap (2:30 becomes 3:30). Of one
-    /// that exists twice, -1 (the system decides) means the first; 1 the one in daylight saving time, 0 the one in
-    /// standard time.
+    /// A local time that a clock change leaves out is moved on by the length of the gap (2:30 becomes 3:30). Of one that
+    /// exists twice, -1 (the system decides) means the first; 1 the one in daylight saving time, 0 the one in standard
+    /// time. A local time that exists once is that one, whatever `dst` says.
     CTime(int year, int month, int day, int hour, int minute, int second, int dst = -1) noexcept;
 
     /// Now, to the microsecond.
@@ -42,8 +40,8 @@ public:
     [[nodiscard]] int GetSecond() const noexcept;
     [[nodiscard]] int GetDayOfWeek() const noexcept;  ///< 1 is Sunday, 7 Saturday
 
-    /// Fills a record with the UTC / the local fields and returns it. Unlike C's, it holds the full year and the month
-    /// from 1, so that the fields fit the constructor; day of the week and of the year count from 0, as C's.
+    /// Fills a record with the UTC / the local fields and returns it. Unlike C's, it holds the full year and the month from
+    /// 1, so that the fields fit the constructor; day of the week and of the year count from 0, as C's.
     std::tm* GetGmtTm(std::tm* fields) const noexcept;
     std::tm* GetLocalTm(std::tm* fields) const noexcept;
 

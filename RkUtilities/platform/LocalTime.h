@@ -19,9 +19,16 @@ struct CalendarTime {
     int daylightTime = 0;  // as tm_isdst
 };
 
-/// Times are whole seconds since 1 January 1970, 00:00:00 UTC, and lie in this range: the years 1 to 9999.
-constexpr std::int64_t kFirstUtcSecond = -62135596800;
-constexpr std::int64_t kLastUtcSecond = 253402300799;
+/// What a calendar may read, in seconds since it read 1 January 1970, 00:00:00: the years 1 to 9999.
+constexpr std::int64_t kFirstCalendarSecond = -62135596800;
+constexpr std::int64_t kLastCalendarSecond = 253402300799;
+
+/// Times are whole seconds since 1 January 1970, 00:00:00 UTC, and lie in this range: the same years in every zone.
+constexpr std::int64_t kFirstUtcSecond = kFirstCalendarSecond - 86400;
+constexpr std::int64_t kLastUtcSecond = kLastCalendarSecond + 86400;
+
+/// 1 January 2001, 00:00:00 UTC, among them.
+constexpr std::int64_t kUtcSecondsOf2001 = 978307200;
 
 /// The fields of a time in range.
 CalendarTime UtcCalendar(std::int64_t utcSeconds);
