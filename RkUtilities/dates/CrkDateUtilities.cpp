@@ -1,0 +1,106 @@
+#include "RkUtilities/dates/CrkDateUtilities.h"
+
+#include "RkUtilities/platform/LocalTime.h"
+
+#include <chrono>
+#include <tuple>
+
+// Before whatever another file's initialiser does, in the static library too, where files have no order of their own.
+#define RK_MADE_FIRST __attribute__((init_priority(101)))
+
+constinit const CTime CrkDateUtilities::NullTime;
+RK_MADE_FIRST const CTime CrkDateUtilities::MinimumTime(1970, 1, 2, 0, 0, 0, -1);
+RK_MADE_FIRST const CTime CrkDateUtilities::MaximumTime(3000, 12, 30, 23, 59, 59, -1);
+
+#undef RK_MADE_FIRST
+
+namespace {
+
+std::tm LocalFields(const CTime& time) noexcept
+{
+    std::tm fields{};
+    time.GetLocalTm(&fields);
+    return fields;
+}
+
+CTimeSpan OffsetNow() noexcept
+{
+    using namespace std::chrono;
+    const auto now = floor<seconds>(system_clock::now().time_since_epoch());
+    return CTimeSpan::FromSeconds(static_cast<double>(rk::platform::LocalOffset(now.count())));
+}
+
+/// Days that have passed since the first day of the week; `dayOfWeek` is 1 on Sunday.
+int DaysIntoWeek(int dayOfWeek, std::u16string_view language) noexcept
+{
+    const bool beginsOnMonday = language == u"de" || language == u"fr";
+    return beginsOnMonday ? (dayOfWeek + 5) % 7 : dayOfWeek - 1;
+}
+
+}  // namespace
+
+CTime CrkDateUtilities::ConvertUtcTimeToLocalTime(const CTime& time) noexcept
+{
+    return time - OffsetNow();
+}
+
+CTime CrkDateUtilities::ConvertLocalTimeToUtcTime(const CTime& time) noexcept
+{
+    return time + OffsetNow();
+}
+
+CTime CrkDateUtilities::COleDateTimeToCTime(COleDateTime date) noexcept
+{
+    return CTime(date.m_dt);
+}
+
+COleDateTime CrkDateUtilities::CTimeToCOleDateTime(CTime time) noexcept
+{
+    return COleDateTime(time);
+}
+
+COleDateTime CrkDateUtilities::RemoveTimeFromDate(const COleDateTime& date) noexcept
+{
+    return {date.GetYear(), date.GetMonth(), date.GetDay(), 0, 0, 0};
+}
+
+CTime CrkDateUtilities::RemoveTimeFromDate(const CTime& time) noexcept
+{
+    const std::tm fields = LocalFields(time);
+    return {fields.tm_year, fields.tm_mon, fields.tm_mday, 0, 0, 0, -1};
+}
+
+bool CrkDateUtilities::IsSameDay(const CTime& a, const CTime& b) noexcept
+{
+    const std::tm first = LocalFields(a);
+    const std::tm second = LocalFields(b);
+    return std::tie(first.tm_year, first.tm_yday) == std::tie(second.tm_year, second.tm_yday);
+}
+
+bool CrkDateUtilities::IsSameDay(const COleDateTime& a, const COleDateTime& b) noexcept
+{
+    return RemoveTimeFromDate(a) == RemoveTimeFromDate(b);
+}
+
+COleDateTime CrkDateUtilities::GetWeekStart(const COleDateTime& date) noexcept
+{
+    return GetLocalizedWeekStart(date, CString());
+}
+
+COleDateTime CrkDateUtilities::GetWeekEnd(const COleDateTime& date) noexcept
+{
+    return GetWeekStart(date) + COleDateTimeSpan(7, 0, 0, 0);
+}
+
+COleDateTime CrkDateUtilities::GetLocalizedWeekStart(const COleDateTime& date, const CString& language) noexcept
+{
+    return RemoveTimeFromDate(date) - COleDateTimeSpan(DaysIntoWeek(date.GetDayOfWeek(), language), 0, 0, 0);
+}
+
+CTime CrkDateUtilities::GetLocalizedWeekStart(CTime date, CString language) noexcept
+{
+    const std::tm fields = LocalFields(date);
+    if (fields.tm_year == 1970 && fields.tm_mon == 1 && fields.tm_mday <= 3)
+        return MinimumTime;
+    return {fields.tm_year, fields.tm_mon, fields.tm_mday - DaysIntoWeek(fields.tm_wday + 1, language), 0, 0, 0, -1};
+}

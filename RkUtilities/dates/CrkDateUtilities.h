@@ -1,0 +1,71 @@
+#pragma once
+
+#include "RkUtilities/foundation/COleDateTime.h"
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/CTime.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+/// Dates as texts, between UTC and local time, by day and by week.
+///
+/// Calendar fields of a `CTime` are those of local time (`TZ`, else the system's zone), as `CTime` tells. A `COleDateTime`
+/// has no zone; one that is no number or lies outside the years 1 to 9999 counts as 30 December 1899, 00:00. Nothing throws
+/// but `std::bad_alloc`. Safe from any thread.
+class RK_EXPORT CrkDateUtilities {
+public:
+    // Three times that callers know by name. They are made when the library is loaded, after the zone of that moment, and
+    // may be used by the initialisers of other files.
+    static const CTime NullTime;     ///< `CTime()`
+    static const CTime MinimumTime;  ///< 2 January 1970, 00:00:00 local time
+    static const CTime MaximumTime;  ///< 30 December 3000, 23:59:59 local time
+
+    // Texts in the user's language, after the styles of CLDR. The locale is the one in force for dates when the process
+    // asks for its first date text (for its first time text: of the time texts); a later change is not seen. The zone is
+    // the one in force at each call. Days before 1582 are Gregorian too; locales that use another calendar (the Buddhist
+    // one in "th_TH", the Persian one in "fa_IR") show theirs. The texts below are those of "en_US" and "de_DE".
+
+    static CString ShortDateString(const CTime& time);  ///< "11/16/26", "16.11.26"
+    static CString LongDateString(const CTime& time);   ///< "November 16, 2026", "16. November 2026"
+    static CString ShortTimeString(const CTime& time);  ///< "9:52 PM", "21:52"
+    static CString LongTimeString(const CTime& time);   ///< "9:52:05 PM GMT+1", "21:52:05 MEZ"
+    static CString CurrentShortDateString();            ///< `ShortDateString` of now
+    static CString CurrentShortTimeString();            ///< `ShortTimeString` of now
+    /// The short date, one space, the long time: "16.11.26 21:52:05 MEZ".
+    static CString DateTimeString(const CTime& time);
+    /// The short date, one space, the short time: "16.11.26 21:52".
+    static CString ShortDateTimeString(const CTime& time);
+
+    // UTC and local time. Mind the directions: they are those that existing callers rely on. The offset is always the one
+    // in force now, also for a time in another daylight-saving period.
+
+    /// The time less the zone's offset from UTC: one hour earlier in a zone at UTC+1.
+    static CTime ConvertUtcTimeToLocalTime(const CTime& time) noexcept;
+    /// The time plus the zone's offset from UTC: one hour later in a zone at UTC+1.
+    static CTime ConvertLocalTimeToUtcTime(const CTime& time) noexcept;
+
+    // Between the two types of time: the date value of a time is that of its local calendar fields, to the second.
+
+    static CTime COleDateTimeToCTime(COleDateTime date) noexcept;
+    static COleDateTime CTimeToCOleDateTime(CTime time) noexcept;
+
+    // Days.
+
+    /// The same calendar day at 00:00:00; of a local day that begins later than that, its first moment.
+    static COleDateTime RemoveTimeFromDate(const COleDateTime& date) noexcept;
+    static CTime RemoveTimeFromDate(const CTime& time) noexcept;
+    /// True when year, month and day are the same, whatever the time of day.
+    static bool IsSameDay(const CTime& a, const CTime& b) noexcept;
+    static bool IsSameDay(const COleDateTime& a, const COleDateTime& b) noexcept;
+    /// Does nothing; for callers from the time when `NullTime` had to be made.
+    static void InitNullDate() noexcept {}
+
+    // Weeks.
+
+    /// 00:00 on the Sunday that begins the date's week, and on the Sunday that ends it.
+    static COleDateTime GetWeekStart(const COleDateTime& date) noexcept;
+    static COleDateTime GetWeekEnd(const COleDateTime& date) noexcept;
+    /// 00:00 on the first day of the date's week: on a Monday when `language` is exactly "de" or "fr", else on a Sunday.
+    static COleDateTime GetLocalizedWeekStart(const COleDateTime& date, const CString& language) noexcept;
+    /// The same in local time, clock changes in that week or not; `MinimumTime` for 1, 2 and 3 January 1970. Of a day that
+    /// begins later than at 00:00 it is the first moment, of one that a zone left out that of the next.
+    static CTime GetLocalizedWeekStart(CTime date, CString language) noexcept;
+};

@@ -1,0 +1,192 @@
+#include "RkUtilities/dates/CrkDateUtilities.h"
+
+#include "tests/support/ScopedVariable.h"
+#include "tests/support/Zones.h"
+
+#include <chrono>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <string>
+#include <tuple>
+
+namespace {
+
+using namespace std::chrono;
+
+// What this file's initialiser finds, which may run before those of the library's files.
+const double kAtLoad[] = {CrkDateUtilities::NullTime.GetCFAbsoluteTime(),
+                          CrkDateUtilities::MinimumTime.GetCFAbsoluteTime(),
+                          CrkDateUtilities::MaximumTime.GetCFAbsoluteTime()};
+const double kExpectedAtLoad[] = {CTime().GetCFAbsoluteTime(), CTime(1970, 1, 2, 0, 0, 0, -1).GetCFAbsoluteTime(),
+                                  CTime(3000, 12, 30, 23, 59, 59, -1).GetCFAbsoluteTime()};
+
+template <class Time>
+std::string DayOf(const Time& time)
+{
+    return std::to_string(time.GetYear()) + '-' + std::to_string(time.GetMonth()) + '-' + std::to_string(time.GetDay());
+}
+
+template <class Time>
+std::string Text(const Time& time)
+{
+    return DayOf(time) + ' ' + std::to_string(time.GetHour()) + ':' + std::to_string(time.GetMinute()) + ':' +
+           std::to_string(time.GetSecond());
+}
+
+CTime At(std::time_t utcSeconds)
+{
+    return CTime::FromCFAbsoluteTime(static_cast<double>(utcSeconds - 978307200));
+}
+
+TEST(Dates, HaveTheirKnownTimesBeforeAnyInitialiser)
+{
+    for (std::size_t i = 0; i < std::size(kAtLoad); ++i)
+        EXPECT_EQ(kAtLoad[i], kExpectedAtLoad[i]) << i;
+    CrkDateUtilities::InitNullDate();
+    EXPECT_EQ(CrkDateUtilities::NullTime, CTime());
+    EXPECT_LT(CrkDateUtilities::NullTime, CrkDateUtilities::MinimumTime);
+}
+
+TEST(Dates, MoveAgainstTheirNamesByTheOffsetOfNow)
+{
+    for (const char* const name : {"UTC", "Europe/Berlin", "America/St_Johns", "Asia/Kathmandu", "Pacific/Chatham",
+                                   "Etc/GMT+12", "Pacific/Kiritimati"}) {
+        const ScopedZone zone(name);
+        tzset();
+        const auto offset = static_cast<int>(CLocalTime(std::time(nullptr)).tm_gmtoff);
+        for (const CTime& time : {CTime(2024, 1, 15, 12, 0, 0, -1), CTime(2024, 7, 15, 12, 0, 0, -1)}) {
+            const CTime local = CrkDateUtilities::ConvertUtcTimeToLocalTime(time);
+            EXPECT_EQ(time - local, CTimeSpan(0, 0, 0, offset)) << name;
+            EXPECT_EQ(CrkDateUtilities::ConvertLocalTimeToUtcTime(local), time) << name;
+            EXPECT_EQ(CrkDateUtilities::ConvertLocalTimeToUtcTime(time) - time, CTimeSpan(0, 0, 0, offset)) << name;
+            EXPECT_EQ(CrkDateUtilities::COleDateTimeToCTime(CrkDateUtilities::CTimeToCOleDateTime(time)), time) << name;
+        }
+    }
+}
+
+struct DayCase {
+    int first[6];
+    int second[6];
+    bool isSameDay;
+};
+constexpr DayCase kDayCases[] = {
+    {{2024, 5, 5, 0, 0, 0}, {2024, 5, 5, 23, 59, 59}, true},
+    {{2024, 5, 5, 23, 59, 59}, {2024, 5, 6, 0, 0, 0}, false},
+    {{2024, 5, 5, 12, 0, 0}, {2023, 5, 5, 12, 0, 0}, false},    // the year is not looked at
+    {{2024, 5, 5, 12, 0, 0}, {2024, 6, 5, 12, 0, 0}, false},    // nor the month
+    {{2023, 12, 31, 0, 0, 0}, {2024, 12, 30, 0, 0, 0}, false},  // the same day of the year
+    {{1899, 12, 29, 6, 0, 0}, {1899, 12, 29, 18, 0, 0}, true},  // fractions below zero taken to count backwards
+    {{1899, 12, 30, 6, 0, 0}, {1899, 12, 29, 18, 0, 0}, false},
+    {{2026, 3, 29, 1, 0, 0}, {2026, 3, 29, 4, 0, 0}, true},  // a clock change between
+    {{1, 1, 1, 6, 0, 0}, {1, 1, 1, 7, 0, 0}, true},
+    {{9999, 12, 31, 0, 0, 0}, {9999, 12, 31, 22, 0, 0}, true},
+};
+
+template <class Time, class... Dst>
+void CheckDayCases(Dst... dst)
+{
+    for (const DayCase& c : kDayCases) {
+        const auto make = [&](const int(&f)[6]) { return Time(f[0], f[1], f[2], f[3], f[4], f[5], dst...); };
+        const Time first = make(c.first);
+        SCOPED_TRACE(Text(first));
+        EXPECT_EQ(CrkDateUtilities::IsSameDay(first, make(c.second)), c.isSameDay);
+        EXPECT_EQ(CrkDateUtilities::IsSameDay(make(c.second), first), c.isSameDay);
+        const Time midnight = CrkDateUtilities::RemoveTimeFromDate(first);
+        EXPECT_EQ(Text(midnight), DayOf(first) + " 0:0:0");
+        EXPECT_EQ(CrkDateUtilities::RemoveTimeFromDate(midnight), midnight);
+    }
+}
+
+TEST(Dates, AreComparedAndCutByTheCalendarDay)
+{
+    const ScopedZone berlin("Europe/Berlin");
+    CheckDayCases<COleDateTime>();
+    CheckDayCases<CTime>(-1);
+    EXPECT_EQ(CrkDateUtilities::RemoveTimeFromDate(CTime(2024, 5, 5, 17, 45, 30, -1) - CTimeSpan::FromSeconds(0.25)),
+              CTime(2024, 5, 5, 0, 0, 0, -1));
+    const ScopedZone beirut("Asia/Beirut");  // where 27 March 2022 began at 1:00
+    EXPECT_EQ(Text(CrkDateUtilities::RemoveTimeFromDate(CTime(2022, 3, 27, 15, 0, 0, -1))), "2022-3-27 1:0:0");
+    EXPECT_EQ(CrkDateUtilities::RemoveTimeFromDate(COleDateTime(NAN)).m_dt, 0);
+}
+
+TEST(Weeks, OfDatesBeginOnTheCalendarsDayInFourCenturies)
+{
+    constexpr double kTimesOfDay[] = {0.0, 0.625, 86399.0 / 86400};
+    const CString kOthers[] = {u"",    u"en", u"DE", u"de-DE", u"de ", u"d", u"it", std::u16string_view(u"de\0", 3),
+                               u"frde"};
+    for (sys_days day = 1900y / January / 1; day <= sys_days{2299y / December / 31}; day += days{1}) {
+        const auto value = static_cast<double>((day - sys_days{1899y / December / 30}).count());
+        const auto sunday = value - static_cast<double>((weekday{day} - Sunday).count());
+        const auto monday = value - static_cast<double>((weekday{day} - Monday).count());
+        const auto number = static_cast<std::size_t>(value);
+        const COleDateTime date(value + kTimesOfDay[number % 3]);
+        ASSERT_EQ(CrkDateUtilities::GetWeekStart(date).m_dt, sunday) << value;
+        ASSERT_EQ(CrkDateUtilities::GetWeekEnd(date).m_dt, sunday + 7) << value;
+        ASSERT_EQ(CrkDateUtilities::GetLocalizedWeekStart(date, number % 2 == 0 ? u"de" : u"fr").m_dt, monday) << value;
+        ASSERT_EQ(CrkDateUtilities::GetLocalizedWeekStart(date, kOthers[number % std::size(kOthers)]).m_dt, sunday)
+            << value;
+    }
+}
+
+/// The week start must be the first moment that the local calendar dates on or after the week's first day.
+void CheckWeekStart(std::time_t time, const char* language, weekday firstDay)
+{
+    const auto dayOf = [](std::time_t utcSeconds) {
+        return floor<days>(seconds(utcSeconds + CLocalTime(utcSeconds).tm_gmtoff));
+    };
+    const sys_days today(dayOf(time));
+    const sys_days first = today - (weekday{today} - firstDay);
+    const CTime start = CrkDateUtilities::GetLocalizedWeekStart(At(time), language);
+    const auto startSeconds = static_cast<std::time_t>(start.GetCFAbsoluteTime()) + 978307200;
+    ASSERT_GE(sys_days(dayOf(startSeconds)), first) << time;
+    ASSERT_LT(sys_days(dayOf(startSeconds - 1)), first) << time;
+}
+
+TEST(Weeks, OfTimesBeginOnTheirFirstDayInEveryZone)
+{
+    const auto atNoon = [](sys_days day) {
+        return static_cast<std::time_t>((sys_seconds(day) + 12h).time_since_epoch().count());
+    };
+    for (const std::string& name : AllZones()) {
+        SCOPED_TRACE(name);
+        const ScopedZone zone(name.c_str());
+        tzset();
+        std::vector<std::time_t> times;
+        for (const std::time_t change : ClockChanges(atNoon(1970y / January / 20), atNoon(2037y / December / 31))) {
+            for (int day = -1; day <= 7; day += 4)
+                times.push_back(change + day * 86400);
+        }
+        for (sys_days day = 1900y / January / 1; day <= sys_days{2299y / December / 31}; day += days{3001})
+            times.push_back(atNoon(day));
+        for (const std::time_t time : times) {
+            CheckWeekStart(time, "de", Monday);
+            CheckWeekStart(time, "en", Sunday);
+        }
+    }
+}
+
+TEST(Weeks, OfTimesBeginOnTheirFirstDayOnEveryDayOfFourCenturies)
+{
+    const ScopedZone zone("America/Sao_Paulo");  // whose clocks changed at midnight
+    tzset();
+    const auto first = static_cast<std::time_t>(sys_seconds(sys_days{1900y / January / 1}).time_since_epoch().count());
+    for (std::time_t time = first; time < first + 146097 * std::time_t{86400}; time += 86400) {
+        if (time >= -86400 && time < 4 * 86400)  // around the start of 1970
+            continue;
+        CheckWeekStart(time, "fr", Monday);
+        CheckWeekStart(time, "", Sunday);
+    }
+}
+
+TEST(Weeks, OfTheFirstDaysOf1970BeginAtTheMinimumTime)
+{
+    for (const char* const language : {"de", "en"}) {
+        for (int day = 1; day <= 3; ++day)
+            EXPECT_EQ(CrkDateUtilities::GetLocalizedWeekStart(CTime(1970, 1, day, 23, 59, 59, -1), language),
+                      CrkDateUtilities::MinimumTime);
+    }
+    EXPECT_EQ(Text(CrkDateUtilities::GetLocalizedWeekStart(CTime(1970, 1, 4, 15, 0, 0, -1), "en")), "1970-1-4 0:0:0");
+    EXPECT_EQ(Text(CrkDateUtilities::GetLocalizedWeekStart(CTime(1969, 1, 2, 15, 0, 0, -1), "en")), "1968-12-29 0:0:0");
+}
+
+}  // namespace

@@ -1,0 +1,249 @@
+#include "RkUtilities/dates/CrkDateUtilities.h"
+
+#include "tests/support/InChild.h"
+#include "tests/support/ScopedUserLocale.h"
+#include "tests/support/ScopedVariable.h"
+
+#include <clocale>
+#include <gtest/gtest.h>
+#include <limits>
+#include <memory>
+#include <random>
+#include <string>
+#include <thread>
+#include <unicode/gregocal.h>
+#include <unicode/smpdtfmt.h>
+#include <vector>
+
+namespace {
+
+constexpr double kUnixSecondsOf2001 = 978307200;
+
+CTime At(std::int64_t utcSeconds)
+{
+    return CTime::FromCFAbsoluteTime(static_cast<double>(utcSeconds) - kUnixSecondsOf2001);
+}
+
+struct ZoneTimes {
+    const char* zone;
+    std::vector<std::int64_t> times;
+};
+
+/// The four texts of each time, with bars between, as a process whose first locale is `locale` makes them.
+std::string OurTexts(const char* locale, const std::vector<ZoneTimes>& zones)
+{
+    return InChild([&] {
+        const ScopedUserLocale user(locale);
+        std::string lines;
+        for (const auto& [name, times] : zones) {
+            const ScopedZone zone(name);
+            for (const std::int64_t seconds : times) {
+                for (const auto make : {CrkDateUtilities::ShortDateString, CrkDateUtilities::LongDateString,
+                                        CrkDateUtilities::ShortTimeString, CrkDateUtilities::LongTimeString})
+                    lines += make(At(seconds)).ToUtf8() + '|';
+            }
+        }
+        return lines;
+    });
+}
+
+/// The same by ICU alone, with ICU's own zone.
+std::string IcuTexts(const char* locale, const char* zone, const std::vector<std::int64_t>& times)
+{
+    using icu::DateFormat;
+    const icu::Locale icuLocale = icu::Locale::createCanonical(locale);
+    std::vector<std::unique_ptr<DateFormat>> formats;
+    formats.emplace_back(DateFormat::createDateInstance(DateFormat::kShort, icuLocale));
+    formats.emplace_back(DateFormat::createDateInstance(DateFormat::kLong, icuLocale));
+    formats.emplace_back(DateFormat::createTimeInstance(DateFormat::kShort, icuLocale));
+    formats.emplace_back(DateFormat::createTimeInstance(DateFormat::kLong, icuLocale));
+    for (const auto& format : formats) {
+        std::unique_ptr<icu::Calendar> calendar(format->getCalendar()->clone());
+        UErrorCode error = U_ZERO_ERROR;
+        if (auto* const gregorian = dynamic_cast<icu::GregorianCalendar*>(calendar.get()))
+            gregorian->setGregorianChange(-std::numeric_limits<double>::max(), error);
+        format->adoptCalendar(calendar.release());
+        format->adoptTimeZone(icu::TimeZone::createTimeZone(zone));
+    }
+    std::string lines;
+    for (const std::int64_t seconds : times) {
+        for (const auto& format : formats) {
+            icu::UnicodeString text;
+            format->format(static_cast<UDate>(seconds) * 1000, text);
+            text.toUTF8String(lines);
+            lines += '|';
+        }
+    }
+    return lines;
+}
+
+constexpr const char* kLocales[] = {"en_US",
+                                    "en_GB",
+                                    "en_US_POSIX",
+                                    "de_DE",
+                                    "de_CH",
+                                    "fr_FR",
+                                    "fr_CA",
+                                    "it_IT",
+                                    "es_ES",
+                                    "pt_BR",
+                                    "nl_NL",
+                                    "sv_SE",
+                                    "pl_PL",
+                                    "cs_CZ",
+                                    "hu_HU",
+                                    "ru_RU",
+                                    "uk_UA",
+                                    "tr_TR",
+                                    "el_GR",
+                                    "bg_BG",
+                                    "ja_JP",
+                                    "zh_CN",
+                                    "zh_TW",
+                                    "ko_KR",
+                                    "vi_VN",
+                                    "hi_IN",
+                                    "bn_BD",
+                                    "mr_IN",
+                                    "my_MM",
+                                    "ta_IN",
+                                    "ar_EG",
+                                    "ar_SA",
+                                    "he_IL",
+                                    "ur_PK",
+                                    "ps_AF",
+                                    "ckb_IQ",  // from right to left
+                                    "th_TH",
+                                    "fa_IR",
+                                    "ja_JP@calendar=japanese",
+                                    "zh_CN@calendar=chinese",
+                                    "he_IL@calendar=hebrew",  // other calendars
+                                    "ar_SA@calendar=islamic-umalqura",
+                                    "am_ET@calendar=ethiopic",
+                                    "zh_TW@calendar=roc",
+                                    "de_DE@numbers=roman",
+                                    "hi_IN@numbers=deva",
+                                    "en_US@hours=h23",
+                                    "sr_Latn_RS",
+                                    "xx_YY",
+                                    "root"};
+
+struct ZoneRow {
+    const char* name;
+    std::int64_t first;  // from when on both zone databases agree
+};
+constexpr ZoneRow kZones[] = {{"UTC", -62135596800},
+                              {"Europe/Berlin", 0},
+                              {"America/New_York", 0},
+                              {"Asia/Kathmandu", 600000000},
+                              {"Australia/Lord_Howe", 600000000}};
+
+TEST(DateTexts, AreThoseOfIcuForEveryLocaleZoneAndYear)
+{
+    constexpr std::int64_t kLast = 253402300799;
+    std::mt19937_64 random(11);
+    for (const char* const locale : kLocales) {
+        std::vector<ZoneTimes> zones;
+        std::string expected;
+        for (const auto& [zone, first] : kZones) {
+            std::vector<std::int64_t> times = {first, kLast, 1774745999, 1774746000, 1792889999, 1792890000};
+            for (int i = 0; i < 60; ++i)
+                times.push_back(std::uniform_int_distribution<std::int64_t>(first, kLast)(random));
+            for (int i = 0; i < 20; ++i)  // this half century
+                times.push_back(std::uniform_int_distribution<std::int64_t>(600000000, 2200000000)(random));
+            expected += IcuTexts(locale, zone, times);
+            zones.push_back({zone, std::move(times)});
+        }
+        ASSERT_EQ(OurTexts(locale, zones), expected) << locale;
+    }
+}
+
+/// With plain spaces where versions of CLDR differ.
+std::string PlainSpaces(std::string text)
+{
+    constexpr std::string_view kNarrowSpace = "\u202F";
+    for (std::size_t at = 0; (at = text.find(kNarrowSpace, at)) != std::string::npos;)
+        text.replace(at, kNarrowSpace.size(), " ");
+    return text;
+}
+
+TEST(DateTexts, ReadAsTheHeaderShows)
+{
+    const std::vector<ZoneTimes> evening = {{"Europe/Berlin", {1794862325}}};
+    EXPECT_EQ(PlainSpaces(OurTexts("en_US", evening)), "11/16/26|November 16, 2026|9:52 PM|9:52:05 PM GMT+1|");
+    EXPECT_EQ(OurTexts("de_DE", evening), "16.11.26|16. November 2026|21:52|21:52:05 MEZ|");
+    const ScopedZone berlin("Europe/Berlin");
+    const std::string joined = InChild([] {
+        const ScopedUserLocale user("de_DE");
+        const CTime time = At(1794862325);
+        return (CrkDateUtilities::DateTimeString(time) + u"|" + CrkDateUtilities::ShortDateTimeString(time)).ToUtf8();
+    });
+    EXPECT_EQ(joined, "16.11.26 21:52:05 MEZ|16.11.26 21:52");
+}
+
+TEST(DateTexts, KeepTheLocaleOfTheFirstCallOfTheirKind)
+{
+    const std::string texts = InChild([] {
+        const ScopedZone utc("UTC");
+        const CTime time = At(1794862325);
+        std::string seen;
+        for (const char* const locale : {"de_DE", "en_US", "fr_FR"}) {
+            rk::platform::SetUserLocale(locale);
+            seen += CrkDateUtilities::ShortDateString(time).ToUtf8() + ' ';
+            if (seen.size() > 10)  // the times are asked for one locale later
+                seen += CrkDateUtilities::ShortTimeString(time).ToUtf8() + '|';
+        }
+        return seen;
+    });
+    EXPECT_EQ(PlainSpaces(texts), "16.11.26 16.11.26 8:52 PM|16.11.26 8:52 PM|");
+}
+
+TEST(DateTexts, FollowTheProcessesCategoryForTimes)
+{
+    const std::string texts = InChild([] {
+        const bool isThere = std::setlocale(LC_TIME, "de_DE.UTF-8") != nullptr;
+        return isThere ? CrkDateUtilities::LongDateString(At(1794862325)).ToUtf8() : "LOCPATH leads to no de_DE.UTF-8";
+    });
+    EXPECT_EQ(texts, "16. November 2026");
+}
+
+TEST(DateTexts, SeeAnotherZoneInTheSameMinute)
+{
+    const std::string texts = InChild([] {
+        const ScopedUserLocale user("de_DE");
+        std::string seen;
+        for (const char* const zone : {"UTC", "Asia/Kathmandu", "Europe/Berlin", "UTC", "XYZ-3:20", ":Asia/Tokyo"}) {
+            const ScopedZone scoped(zone);
+            seen += CrkDateUtilities::ShortTimeString(At(1794862325)).ToUtf8() + ' ' +
+                    CrkDateUtilities::LongTimeString(At(1794862325)).ToUtf8() + '|';
+        }
+        return seen;
+    });
+    EXPECT_EQ(texts, "20:52 20:52:05 UTC|02:37 02:37:05 GMT+5:45|21:52 21:52:05 MEZ|20:52 20:52:05 UTC|"
+                     "00:12 00:12:05 GMT+3:20|05:52 05:52:05 GMT+9|");
+}
+
+TEST(DateTexts, AreMadeByManyThreadsAtOnce)
+{
+    const ScopedZone berlin("Europe/Berlin");
+    constexpr std::int64_t kHours = 300;
+    const auto textAt = [](std::int64_t hour) {
+        const CTime time = At(1774720000 + hour * 3600);  // across a clock change
+        return (CrkDateUtilities::DateTimeString(time) + u"|" + CrkDateUtilities::LongDateString(time)).ToUtf8();
+    };
+    std::vector<std::vector<std::string>> texts(4);
+    {
+        std::vector<std::jthread> threads;
+        for (auto& made : texts)
+            threads.emplace_back([&made, textAt] {
+                for (std::int64_t hour = 0; hour < kHours; ++hour)
+                    made.push_back(textAt(hour));
+            });
+    }
+    for (std::int64_t hour = 0; hour < kHours; ++hour) {
+        for (const auto& made : texts)
+            ASSERT_EQ(made[static_cast<std::size_t>(hour)], textAt(hour));
+    }
+}
+
+}  // namespace
