@@ -1,0 +1,42 @@
+#include "mindmap/Outline.h"
+
+#include <utility>
+
+namespace mindmap {
+
+OutlineBuilder::OutlineBuilder()
+{
+    m_outline.topics.emplace_back();
+}
+
+int OutlineBuilder::Add(int parent, Topic topic)
+{
+    const int index = static_cast<int>(m_outline.topics.size());
+    if (index > kMaximumTopicCount)
+        throw OutlineError{topic.line, u"more than 1,000,000 topics"};
+    topic.parent = parent;
+    topic.level = At(parent).level + 1;
+    if (parent == 0)
+        ++m_topLevelCount;
+    m_outline.topics.push_back(std::move(topic));
+    return index;
+}
+
+Outline OutlineBuilder::Finish(const CString& title)
+{
+    std::vector<Topic>& topics = m_outline.topics;
+    if (topics.size() == 1)
+        throw OutlineError{0, u"the outline has no topic"};
+    if (m_topLevelCount > 1 || topics.size() == 2) {
+        topics.front().text = title;
+        return std::move(m_outline);
+    }
+    topics.erase(topics.begin());
+    for (Topic& topic : topics) {
+        --topic.parent;
+        --topic.level;
+    }
+    return std::move(m_outline);
+}
+
+}  // namespace mindmap
