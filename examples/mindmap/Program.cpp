@@ -1,0 +1,210 @@
+#include "mindmap/Program.h"
+
+#include "mindmap/Files.h"
+#include "mindmap/MapCheck.h"
+#include "mindmap/ProgressLine.h"
+#include "mindmap/RunLog.h"
+#include "mindmap/SvgWriter.h"
+
+#include <RkUtilities/foundation/NativePath.h>
+#include <RkUtilities/guid/CrkGuid.h>
+#include <RkUtilities/logging/CrkLogTypes.h>
+#include <RkUtilities/paths/SECFileSystem.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <new>
+#include <ostream>
+#include <string>
+#include <system_error>
+
+namespace mindmap {
+
+namespace {
+
+/// A command that is not understood.
+struct UsageError {
+    CString reason;
+};
+
+constexpr char kHelp[] = R"(mindmap: draws an outline as a mind map
+
+Usage: mindmap OUTLINE [-o MAP.svg] [--log FOLDER]
+
+  OUTLINE       an OPML 2.0 file; or a text whose lines are indented below
+                each other; or Markdown with headings and lists
+  -o MAP.svg    the map; otherwise beside the outline, with its name and .svg.
+                A map that is there is replaced when the new one is complete.
+  --log FOLDER  where messages.xml logs the run and settings.xml says what is
+                logged; otherwise beside the map, with its name and .log
+  --help        this text
+
+The first topic is the centre when all others are below it; otherwise the
+outline's title or file name is. In OPML, "_note" and "url" go with a topic,
+"date" and "amount" as well, as they are written.
+
+Exit status: 0 when the map is drawn; 1 when the outline cannot be read or the
+map not be written, with the reason and the line on standard error; 2 when the
+command is not understood.
+)";
+
+struct Options {
+    CString outlinePath;
+    CString mapPath;
+    CString logFolder;
+    bool wantsHelp = false;
+};
+
+/// The path with another extension: "dir/plan.opml" gives "dir/plan.svg".
+CString WithExtension(const CString& path, const CString& extension)
+{
+    const SECFileSystem files;
+    const CString fileName = files.GetFileName(path);
+    const CString base = files.GetBaseFileName(path);
+    return files.GetPath(path, /*keepDrive=*/1) + (base.IsEmpty() ? fileName : base) + extension;
+}
+
+/// @throws UsageError
+Options ReadOptions(const std::vector<std::string_view>& arguments)
+{
+    Options options;
+    bool takesOptions = true;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string_view argument = arguments[i];
+        CString* value = &options.outlinePath;
+        if (takesOptions && argument == "--") {
+            takesOptions = false;
+            continue;
+        }
+        if (takesOptions && argument == "--help") {
+            options.wantsHelp = true;
+            return options;
+        }
+        if (takesOptions && argument.size() > 1 && argument[0] == '-') {
+            value = argument == "-o" ? &options.mapPath : argument == "--log" ? &options.logFolder : nullptr;
+            if (value == nullptr)
+                throw UsageError{CString(u"unknown option ") + CString(argument)};
+            if (++i == arguments.size())
+                throw UsageError{CString(argument) + u" needs a name after it"};
+        }
+        if (!value->IsEmpty())
+            throw UsageError{CString(u"one too many: ") + rk::PathText(arguments[i])};
+        *value = rk::PathText(arguments[i]);
+    }
+    if (options.outlinePath.IsEmpty())
+        throw UsageError{u"which outline?"};
+    if (options.mapPath.IsEmpty())
+        options.mapPath = WithExtension(options.outlinePath, u".svg");
+    if (options.logFolder.IsEmpty())
+        options.logFolder = WithExtension(options.mapPath, u".log");
+    std::error_code absent;  // then nothing is lost
+    if (std::filesystem::equivalent(rk::NativePath(options.mapPath), rk::NativePath(options.outlinePath), absent))
+        throw UsageError{u"the map would take the outline's place"};
+    return options;
+}
+
+/// "plan.opml:12: mismatched tag"
+CString Described(const CString& path, const OutlineError& error)
+{
+    CString text = path + u":";
+    if (error.line > 0)
+        text += CString(std::to_string(error.line)) + u":";
+    return text + u" " + error.reason;
+}
+
+CString Counted(std::size_t count, const CString& noun)
+{
+    return CString(std::to_string(count)) + u" " + noun + (count == 1 ? u"" : u"s");
+}
+
+/// Gives every topic its GUID, and tells the log which of them are not shown in full.
+std::vector<CString> NameTopics(const Outline& outline, const MapLayout& map, RunLog& log)
+{
+    std::vector<CString> ids;
+    ids.reserve(outline.topics.size());
+    for (std::size_t i = 0; i < outline.topics.size(); ++i) {
+        const CFUUIDBytes id = CrkGuid::CreateGuid();
+        ids.push_back(CrkGuid::GuidToString(id));
+        if (map.shapes[i].text.isShortened)
+            log.Write(CrkLogWriter::LogNotice,
+                      CString(u"Shortened t") + ids.back() + u", which begins in line " +
+                          CString(std::to_string(outline.topics[i].line)),
+                      u"Layout", id);
+    }
+    return ids;
+}
+
+/// Reads, lays out, checks and writes; returns what came of it in a line.
+CString Draw(const Options& options, RunLog& log)
+{
+    ProgressLine progressLine;
+    const ProgressHook progress = progressLine.Hook();
+
+    const Outline outline = ReadOutlineFile(options.outlinePath);
+    log.Write(CrkLogWriter::LogInfo,
+              CString(u"Read ") + Counted(outline.topics.size(), u"topic") + u" from " + options.outlinePath);
+    if (outline.leftOutCount > 0)
+        log.Write(CrkLogWriter::LogNotice,
+                  Counted(static_cast<std::size_t>(outline.leftOutCount), u"topic") + u" left out as commented out");
+
+    const MapLayout map = LayOut(outline, progress);
+    if (!CheckMap(outline, map, progress).AreNone())
+        throw OutlineError{0, u"the topics cannot be placed without touching each other"};
+
+    ReplacementFile file(options.mapPath);
+    WriteSvg(
+        outline, map, NameTopics(outline, map, log), [&](const CString& piece) { file.Write(piece); }, progress);
+    file.Commit();
+
+    const auto deepest = std::max_element(outline.topics.begin(), outline.topics.end(),
+                                          [](const Topic& a, const Topic& b) { return a.level < b.level; });
+    CString summary;
+    summary.Format(u": %zu topics on %d levels, %.0f by %.0f units", outline.topics.size(), deepest->level + 1,
+                   static_cast<double>(map.bounds.width), static_cast<double>(map.bounds.height));
+    return options.mapPath + summary;
+}
+
+int Run(const Options& options, std::ostream& out, std::ostream& err)
+{
+    RunLog log(options.logFolder);
+    const auto fail = [&](const CString& reason) {
+        log.Write(CrkLogWriter::LogError, reason);
+        err << "mindmap: " << reason << '\n';
+        return 1;
+    };
+    log.Write(CrkLogWriter::LogInfo, CString(u"Drawing ") + options.outlinePath, CrkLogTypes::LogTypeApplicationStart);
+    try {
+        const CString summary = Draw(options, log);
+        log.Write(CrkLogWriter::LogInfo, CString(u"Wrote ") + summary, CrkLogTypes::LogTypeApplicationExit);
+        out << summary << '\n';
+    } catch (const OutlineError& error) {
+        return fail(Described(options.outlinePath, error));
+    } catch (const FileError& error) {
+        return fail(error.path + u": " + error.reason);
+    } catch (const std::bad_alloc&) {
+        return fail(options.outlinePath + u": not enough memory");
+    }
+    if (log.IsBroken())
+        err << "mindmap: no log: " << log.FilePath() << " cannot be written\n";
+    else
+        out << "Log: " << log.FilePath() << '\n';
+    return 0;
+}
+
+}  // namespace
+
+int RunProgram(const std::vector<std::string_view>& arguments, std::ostream& out, std::ostream& err)
+{
+    try {
+        const Options options = ReadOptions(arguments);
+        if (!options.wantsHelp)
+            return Run(options, out, err);
+        out << kHelp;
+        return 0;
+    } catch (const UsageError& error) {
+        err << "mindmap: " << error.reason << "; see mindmap --help\n";
+        return 2;
+    }
+}
+
+}  // namespace mindmap

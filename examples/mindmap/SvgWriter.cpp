@@ -1,0 +1,311 @@
+#include "mindmap/SvgWriter.h"
+
+#include "mindmap/CodePoints.h"
+#include "mindmap/Style.h"
+
+#include <array>
+#include <charconv>
+#include <concepts>
+#include <string>
+#include <string_view>
+
+namespace mindmap {
+
+namespace {
+
+constexpr std::size_t kPieceUnits = 1 << 16;
+constexpr int kMaximumTooltipUnits = 4000;
+constexpr float kIconRise = 10;  // from an icon's top to the baseline of its text
+
+/// Text content: shown as it is. Attribute: line breaks and tabs are written as references, which readers keep.
+enum class Place { Content, Attribute };
+
+/// A color as XML wants it.
+struct Color {
+    std::uint32_t rgb;
+};
+
+/// Collects the document and hands it on in pieces.
+class XmlStream {
+public:
+    explicit XmlStream(const TextSink& sink) : m_sink(sink) { m_buffer.reserve(kPieceUnits + kPieceUnits / 8); }
+
+    /// Markup is written as it stands.
+    XmlStream& operator<<(std::u16string_view markup)
+    {
+        m_buffer += markup;
+        return *this;
+    }
+    XmlStream& operator<<(Color color)
+    {
+        std::array<char16_t, 7> text = {u'#'};
+        for (std::size_t i = 0; i < 6; ++i)
+            text[i + 1] = u"0123456789ABCDEF"[(color.rgb >> (20 - 4 * i)) & 15];
+        return *this << std::u16string_view(text.data(), text.size());
+    }
+    /// The shortest text that reads back as the same number.
+    template <class Number>
+    requires std::same_as<Number, float> || std::same_as<Number, double> || std::same_as<Number, int> XmlStream&
+    operator<<(Number number)
+    {
+        std::array<char, 40> text;
+        const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
+        m_buffer.append(text.data(), end);
+        return *this;
+    }
+
+    /// A text of any content: markup is escaped, and what XML 1.0 does not allow becomes U+FFFD.
+    XmlStream& Text(std::u16string_view text, Place place)
+    {
+        for (std::size_t index = 0; index < text.size();) {
+            const std::size_t begin = index;
+            const char32_t c = NextCodePoint(text, index);
+            if (const std::u16string_view reference = ReferenceFor(c, place); !reference.empty())
+                m_buffer += reference;
+            else if (IsXmlCharacter(c))
+                m_buffer += text.substr(begin, index - begin);
+            else
+                m_buffer += static_cast<char16_t>(kReplacementCharacter);
+        }
+        return *this;
+    }
+
+    void HandOn(std::size_t threshold)
+    {
+        if (m_buffer.size() <= threshold)
+            return;
+        m_sink(m_buffer);
+        m_buffer.clear();
+    }
+
+private:
+    static std::u16string_view ReferenceFor(char32_t c, Place place)
+    {
+        switch (c) {
+        case u'&':
+            return u"&amp;";
+        case u'<':
+            return u"&lt;";
+        case u'>':
+            return u"&gt;";
+        case u'"':
+            return u"&quot;";
+        case u'\r':
+            return u"&#13;";
+        case u'\n':
+            return place == Place::Attribute ? u"&#10;" : u"";
+        case u'\t':
+            return place == Place::Attribute ? u"&#9;" : u"";
+        case kReplacementCharacter:  // may stand for a lone surrogate
+            return u"\uFFFD";
+        default:
+            return {};
+        }
+    }
+
+    static bool IsXmlCharacter(char32_t c)
+    {
+        return c == u'\t' || c == u'\n' || (c >= 0x20 && c < 0xFFFE) || c > 0xFFFF;
+    }
+
+    const TextSink& m_sink;
+    std::u16string m_buffer;
+};
+
+/// What the shapes of a level look like.
+struct Look {
+    Color fill;
+    Color edge;
+    double edgeWidth;
+    Color title;
+    Color detail;
+    Color accent;  // amounts and links
+};
+
+Look LookOf(int level, int branch)
+{
+    constexpr Color kWhite = {0xFFFFFF};
+    const BranchColors& colors = ColorsOf(branch);
+    switch (level) {
+    case 0:
+        return {{kCentralFill}, {kCentralFill}, 0, {kCentralText}, {kCentralDetail}, {kCentralDetail}};
+    case 1:
+        return {{colors.strong}, {colors.strong}, 0, kWhite, kWhite, kWhite};
+    case 2:
+        return {{colors.tint}, {colors.edge}, 1.25, {kInk}, {kQuietInk}, {colors.strong}};
+    default:
+        return {kWhite, {colors.edge}, 1.25, {kInk}, {kQuietInk}, {colors.strong}};
+    }
+}
+
+// Signs of 12 by 12 units, drawn with the stroke of whoever uses them.
+constexpr char16_t kIcons[] = uR"(<defs>
+<g id="icon-date" fill="none" stroke-width="1.2"><path d="M1.5 3h9v7.5h-9zM1.5 5.5h9M4 1.2v2.6M8 1.2v2.6"/></g>
+<g id="icon-amount" fill="none" stroke-width="1.2"><path d="M.8 3h10.4v6.6H.8z"/><circle cx="6" cy="6.3" r="1.5"/></g>
+<g id="icon-link" fill="none" stroke-width="1.2"><path d="M5 2.6H1.8v7.6h7.6V7M7 1.6h3.4V5M10.2 1.8 5.6 6.4"/></g>
+</defs>
+)";
+
+std::u16string_view IconOf(TextRole role)
+{
+    switch (role) {
+    case TextRole::Date:
+        return u"#icon-date";
+    case TextRole::Amount:
+        return u"#icon-amount";
+    default:
+        return u"#icon-link";
+    }
+}
+
+class SvgDocument {
+public:
+    SvgDocument(const Outline& outline, const MapLayout& map, const TextSink& sink)
+        : m_topics(outline.topics), m_map(map), m_xml(sink)
+    {}
+
+    void Begin()
+    {
+        const CrkFloatRect& r = m_map.bounds;
+        m_xml << u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" "
+                 u"xmlns:xlink=\"http://www.w3.org/1999/xlink\" width=\""
+              << r.width << u"\" height=\"" << r.height << u"\" viewBox=\"" << r.x << u" " << r.y << u" " << r.width
+              << u" " << r.height << u"\" font-family=\"" << kFontFamily << u"\">\n<title>";
+        m_xml.Text(Shortened(m_topics.front().text), Place::Content)
+            << u"</title>\n"
+            << kIcons << u"<rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width << u"\" height=\""
+            << r.height << u"\" fill=\"" << Color{kPaper} << u"\"/>\n<g fill=\"none\" stroke-linecap=\"round\">\n";
+    }
+
+    void WriteConnection(std::size_t index)
+    {
+        const Connection& c = m_map.connections[index];
+        m_xml << u"<path d=\"M" << c.start.x << u" " << c.start.y << u"C" << c.firstControl.x << u" "
+              << c.firstControl.y << u" " << c.secondControl.x << u" " << c.secondControl.y << u" " << c.end.x << u" "
+              << c.end.y << u"\" stroke=\"" << Color{ColorsOf(m_map.shapes[index].branch).strong}
+              << u"\" stroke-width=\"" << StyleOf(m_topics[index].level).lineWidth << u"\"/>\n";
+        m_xml.HandOn(kPieceUnits);
+    }
+
+    void EndConnections() { m_xml << u"</g>\n"; }
+
+    void WriteTopic(std::size_t index, const CString& id)
+    {
+        const Topic& topic = m_topics[index];
+        const TopicShape& shape = m_map.shapes[index];
+        const Look look = LookOf(topic.level, shape.branch);
+        const CString link = FollowableLink(topic);
+
+        m_xml << u"<g id=\"t" << id << u"\">";
+        if (!link.IsEmpty()) {
+            m_xml << u"<a xlink:href=\"";
+            m_xml.Text(link, Place::Attribute) << u"\">";
+        }
+        if (shape.text.isShortened) {
+            m_xml << u"<title>";
+            m_xml.Text(Shortened(topic.text), Place::Content);
+            if (!topic.note.IsEmpty())
+                m_xml.Text(u"\n\n" + Shortened(topic.note), Place::Content);
+            m_xml << u"</title>";
+        }
+        WriteShape(shape, look, StyleOf(topic.level).cornerRadius);
+        for (const TextRun& run : shape.text.runs)
+            WriteRun(run, shape, look, StyleOf(topic.level).font);
+        m_xml << (link.IsEmpty() ? u"</g>\n" : u"</a></g>\n");
+        m_xml.HandOn(kPieceUnits);
+    }
+
+    void End()
+    {
+        m_xml << u"</svg>\n";
+        m_xml.HandOn(0);
+    }
+
+private:
+    static CString Shortened(const CString& text)
+    {
+        return text.GetLength() <= kMaximumTooltipUnits ? text : text.Left(kMaximumTooltipUnits) + u"…";
+    }
+
+    void WriteShape(const TopicShape& shape, const Look& look, int cornerRadius)
+    {
+        const CrkFloatRect& r = shape.bounds;
+        if (shape.side == Side::Centre)
+            m_xml << u"<ellipse cx=\"" << r.x + r.width / 2 << u"\" cy=\"" << r.y + r.height / 2 << u"\" rx=\""
+                  << r.width / 2 << u"\" ry=\"" << r.height / 2;
+        else
+            m_xml << u"<rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width << u"\" height=\""
+                  << r.height << u"\" rx=\"" << cornerRadius;
+        m_xml << u"\" fill=\"" << look.fill;
+        if (look.edgeWidth > 0)
+            m_xml << u"\" stroke=\"" << look.edge << u"\" stroke-width=\"" << look.edgeWidth;
+        m_xml << u"\"/>";
+    }
+
+    void WriteRun(const TextRun& run, const TopicShape& shape, const Look& look, Font titleFont)
+    {
+        const bool isTitle = run.role == TextRole::Title;
+        const Font font = isTitle ? titleFont : kDetailFont;
+        const bool isAccent = run.role == TextRole::Amount || run.role == TextRole::Link;
+        const Color color = isTitle ? look.title : isAccent ? look.accent : look.detail;
+        const bool isMiddle = shape.text.isCentred && !run.hasIcon;
+        const bool beginsRight = shape.text.direction == Direction::RightToLeft;
+        const float towardsEnd = beginsRight ? -1.0F : 1.0F;
+        const float start = shape.textOrigin.x + towardsEnd * static_cast<float>(run.start);
+        const float baseline = shape.textOrigin.y + static_cast<float>(run.baseline);
+
+        if (run.hasIcon)
+            m_xml << u"<use xlink:href=\"" << IconOf(run.role) << u"\" x=\""
+                  << (beginsRight ? start + kIconGap : start - kIconGap - kIconSize) << u"\" y=\""
+                  << baseline - kIconRise << u"\" stroke=\"" << color << u"\"/>";
+        m_xml << u"<text x=\"" << (isMiddle ? shape.bounds.x + shape.bounds.width / 2 : start) << u"\" y=\"" << baseline
+              << u"\" font-size=\"" << font.size << u"\" fill=\"" << color;
+        if (font.weight == Weight::Bold)
+            m_xml << u"\" font-weight=\"bold";
+        if (run.direction == Direction::RightToLeft)
+            m_xml << u"\" direction=\"rtl\" unicode-bidi=\"embed";
+        if (isMiddle)
+            m_xml << u"\" text-anchor=\"middle";
+        else if (run.direction != shape.text.direction)
+            m_xml << u"\" text-anchor=\"end";
+        m_xml << u"\">";
+        WriteFontParts(run.text);
+        m_xml << u"</text>";
+    }
+
+    void WriteFontParts(std::u16string_view text)
+    {
+        while (!text.empty()) {
+            const FontPart part = FirstFontPart(text);
+            if (part.isPicture)
+                m_xml << u"<tspan font-family=\"" << kPictureFontFamily << u"\" font-weight=\"normal\">";
+            m_xml.Text(part.text, Place::Content);
+            if (part.isPicture)
+                m_xml << u"</tspan>";
+            text.remove_prefix(part.text.size());
+        }
+    }
+
+    const std::vector<Topic>& m_topics;
+    const MapLayout& m_map;
+    XmlStream m_xml;
+};
+
+}  // namespace
+
+void WriteSvg(const Outline& outline, const MapLayout& map, const std::vector<CString>& topicIds, const TextSink& sink,
+              const ProgressHook& progress)
+{
+    SvgDocument document(outline, map, sink);
+    document.Begin();
+    for (std::size_t i = outline.topics.size(); i-- > 1;)  // heavier lines last, over the ends of lighter ones
+        document.WriteConnection(i);
+    document.EndConnections();
+    for (std::size_t i = 0; i < outline.topics.size(); ++i) {
+        Tell(progress, "drawing", i, outline.topics.size());
+        document.WriteTopic(i, topicIds[i]);
+    }
+    document.End();
+}
+
+}  // namespace mindmap

@@ -1,0 +1,10 @@
+#include "mindmap/Program.h"
+
+#include <clocale>
+#include <iostream>
+
+int main(int count, char** arguments)
+{
+    std::setlocale(LC_ALL, "");  // the log's times are in the user's language
+    return mindmap::RunProgram({arguments + 1, arguments + count}, std::cout, std::cerr);
+}

@@ -1,0 +1,141 @@
+#include "mindmap/Program.h"
+#include "../support/ScopedFileSizeLimit.h"
+#include "../support/ScopedFolder.h"
+#include "MapInvariants.h"
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sstream>
+
+using namespace mindmap;
+
+namespace {
+
+/// Runs of the program in a folder of their own.
+class Program : public testing::Test {
+protected:
+    std::string Put(std::string_view name, std::string_view content) const
+    {
+        m_folder.Write(name, content);
+        return m_folder.Path(name);
+    }
+
+    int Run(const std::vector<std::string_view>& arguments)
+    {
+        m_out.str("");
+        m_err.str("");
+        return RunProgram(arguments, m_out, m_err);
+    }
+
+    ScopedFolder m_folder;
+    std::ostringstream m_out;
+    std::ostringstream m_err;
+};
+
+}  // namespace
+
+TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun)
+{
+    const std::string outline = Put("plan.opml", R"(<opml><body><outline text='A &lt;&amp; "B"'>
+        <outline text='C' url='https://x.org/?a&amp;b'/><outline text='D' url='javascript:alert(1)'/></outline></body></opml>)");
+    ASSERT_EQ(Run({outline}), 0) << m_err.str();
+    EXPECT_EQ(m_err.str(), "");
+    const XmlFacts map = ParseXml(m_folder.Read("plan.svg"));
+    ASSERT_TRUE(map.isWellFormed);
+    EXPECT_EQ(map.elements.count("ellipse"), 1U);
+    EXPECT_EQ(std::count_if(map.ids.begin(), map.ids.end(),
+                            [](const std::string& id) { return id.size() == 37 && id[0] == 't' && id[9] == '-'; }),
+              3);
+    EXPECT_EQ(map.links, std::set<std::string>{"https://x.org/?a&b"});
+    EXPECT_NE(map.text.find("A <& \"B\""), std::string::npos);
+
+    EXPECT_NE(m_out.str().find(m_folder.Path("plan.log/messages.xml")), std::string::npos);
+    const std::string log = m_folder.Read("plan.log/messages.xml");
+    EXPECT_NE(log.find("<l:Body>Read 3 topics from "), std::string::npos);
+    EXPECT_TRUE(ParseXml("<log xmlns:l='l'>" + log + "</log>").isWellFormed);
+}
+
+TEST_F(Program, ReplacesAMapAndLeavesNothingElseBehind)
+{
+    const std::string outline = Put("plan.md", "# Plan\n- a\n");
+    const std::string map = Put("map.svg", "old");
+    ASSERT_EQ(Run({"--log", m_folder.Path("log/"), "-o", map, outline}), 0) << m_err.str();
+    EXPECT_TRUE(ParseXml(m_folder.Read("map.svg")).isWellFormed);
+    EXPECT_EQ(m_folder.EntryCount(), 3U);
+}
+
+TEST_F(Program, TellsInOneLineWhatIsWrongAndLeavesTheMapAsItWas)
+{
+    struct Case {
+        const char* outline;
+        const char* content;  // null: no such file
+        const char* complaint;
+    };
+    constexpr Case kCases[] = {
+        {"none.opml", nullptr, "none.opml: No such file or directory\n"},
+        {"gone/none.opml", nullptr, "gone/none.opml: No such file or directory\n"},
+        {"empty.txt", "", "empty.txt: the outline has no topic\n"},
+        {"bad.opml", "<opml>\n<body>\n<outline text=>", "bad.opml:3: not well-formed (invalid token)\n"},
+        {"bad.txt", "a\n\xC3", "bad.txt:2: is no text in UTF-8\n"},
+    };
+    const std::string map = Put("map.svg", "old");
+    for (const Case& c : kCases) {
+        if (c.content != nullptr)
+            Put(c.outline, c.content);
+        EXPECT_EQ(Run({m_folder.Path(c.outline), "-o", map}), 1) << c.outline;
+        EXPECT_EQ(m_err.str(), "mindmap: " + m_folder.Path(c.complaint));
+        EXPECT_EQ(m_out.str(), "");
+        EXPECT_EQ(m_folder.Read("map.svg"), "old");
+    }
+    EXPECT_EQ(Run({m_folder.Path(), "-o", map}), 1);  // a folder
+    const std::string log = m_folder.Read("map.log/messages.xml");
+    EXPECT_NE(log.find("<l:Severity>Error</l:Severity>"), std::string::npos);
+}
+
+TEST_F(Program, LeavesAMapThatItCannotReplace)
+{
+    const std::string outline = Put("plan.txt", "a\n b\n");
+    m_folder.MakeFolder("folder.svg");
+    EXPECT_EQ(Run({outline, "-o", m_folder.Path("folder.svg")}), 1);
+    EXPECT_EQ(m_err.str(), "mindmap: " + m_folder.Path("folder.svg: is a folder\n"));
+    const std::string kept = Put("kept.svg", "old");
+    std::filesystem::permissions(kept, std::filesystem::perms::owner_read);
+    EXPECT_EQ(Run({outline, "-o", kept}), 1);
+    EXPECT_EQ(m_err.str(), "mindmap: " + kept + ": is read-only\n");
+    EXPECT_EQ(m_folder.Read("kept.svg"), "old");
+    EXPECT_EQ(Run({outline, "-o", m_folder.Path("missing/map.svg")}), 1);
+    EXPECT_FALSE(m_folder.Has("missing"));
+}
+
+TEST_F(Program, LeavesTheMapAsItWasWhenTheDiskIsFull)
+{
+    const std::string outline = Put("plan.txt", "a\n b\n");
+    const std::string map = Put("map.svg", "old");
+    const std::size_t entryCount = m_folder.EntryCount();
+    std::signal(SIGXFSZ, SIG_IGN);
+    {
+        const ScopedFileSizeLimit full(1000);
+        EXPECT_EQ(Run({outline, "-o", map, "--log", m_folder.Path("log")}), 1);
+    }
+    EXPECT_EQ(m_err.str(), "mindmap: " + map + ": File too large\n");
+    EXPECT_EQ(m_folder.Read("map.svg"), "old");
+    EXPECT_EQ(m_folder.EntryCount(), entryCount + 1);  // the log alone is new
+}
+
+TEST_F(Program, ExplainsItselfAndRefusesWhatItDoesNotUnderstand)
+{
+    EXPECT_EQ(Run({"--help"}), 0);
+    const std::string help = m_out.str();
+    EXPECT_NE(help.find("Usage: mindmap"), std::string::npos);
+    EXPECT_LT(std::count(help.begin(), help.end(), '\n'), 25);
+
+    const std::string outline = Put("a.txt", "a");
+    const std::string link = m_folder.Path("link.svg");
+    m_folder.Link("link.svg", "a.txt");
+    const std::vector<std::string_view> kWrong[] = {
+        {}, {"--frob"}, {outline, outline}, {outline, "-o"}, {outline, "-o", outline}, {outline, "-o", link}};
+    for (const auto& arguments : kWrong)
+        EXPECT_EQ(Run(arguments), 2) << m_err.str();
+    EXPECT_EQ(m_folder.Read("a.txt"), "a");
+    EXPECT_EQ(m_folder.EntryCount(), 2U);
+}
