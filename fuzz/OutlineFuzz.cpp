@@ -1,0 +1,56 @@
+// Any bytes, as each kind of outline: a reason with a line, or a map that is overlap-free and well-formed.
+#include "../tests/mindmap/MapInvariants.h"
+#include "mindmap/MapCheck.h"
+#include "mindmap/OpmlReader.h"
+#include "mindmap/TextOutlineReader.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+
+using namespace mindmap;
+
+namespace {
+
+void Require(bool holds, std::string_view what)
+{
+    if (holds)
+        return;
+    std::cerr << what << '\n';
+    std::abort();
+}
+
+void CheckOutline(const Outline& outline)
+{
+    constexpr std::size_t kMostForEveryPair = 300;
+    const MapLayout map = LayOut(outline);
+    Require(CheckMap(outline, map).AreNone(), "the program's own check finds a fault");
+    if (outline.topics.size() <= kMostForEveryPair) {
+        const std::string fault = FaultOf(outline, map);
+        Require(fault.empty(), fault);
+    }
+    const XmlFacts svg = ParseXml(SvgOf(outline, map));
+    Require(svg.isWellFormed, "the map is not well-formed");
+    Require(svg.elements.count("path") >= outline.topics.size() - 1, "a line is missing");
+}
+
+template <class Read>
+void CheckReader(Read read)
+{
+    try {
+        CheckOutline(read());
+    } catch (const OutlineError& error) {
+        Require(!error.reason.IsEmpty() && error.line >= 0, "an error without a reason");
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string_view document(reinterpret_cast<const char*>(data), size);
+    CheckReader([&] { return ReadOpml(document, u"file"); });
+    CheckReader([&] { return ReadTextOutline(document, TextSyntax::Indented, u"file"); });
+    CheckReader([&] { return ReadTextOutline(document, TextSyntax::Markdown, u"file"); });
+    return 0;
+}
