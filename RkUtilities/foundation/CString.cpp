@@ -8,11 +8,19 @@
 
 #include <algorithm>
 #include <ostream>
+#include <stdexcept>
 
 namespace {
 
 constexpr unsigned int kEncodingUtf8 = 0x08000100;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
+std::size_t CheckedLength(std::size_t unitCount)
+{
+    if (unitCount >= INT_MAX)
+        throw std::length_error("a text holds at most INT_MAX - 1 code units");
+    return unitCount;
+}
 
 CString FromUtf8(std::string_view bytes)
 {
@@ -47,9 +55,12 @@ CString::CString(char const* bytes, unsigned long byteCount, unsigned int encodi
 
 CString::CString(Utf16Tag, std::u16string_view text) : CString()
 {
-    rk::TextBuilder builder(text.size());
-    builder.Append(text);
-    *this = builder.Take();
+    if (text.size() > kInlineUnits)
+        Adopt(rk::SharedUnits::Allocate(CheckedLength(text.size())), 0);
+    char16_t* const units = MutableUnits();
+    std::copy(text.begin(), text.end(), units);
+    units[text.size()] = 0;
+    m_length = static_cast<int>(text.size());
 }
 
 // --- Storage

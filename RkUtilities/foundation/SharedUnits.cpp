@@ -14,7 +14,8 @@ char16_t* SharedUnits::Allocate(std::size_t capacity)
 void SharedUnits::Release(const char16_t* units) noexcept
 {
     SharedUnits* const head = Of(units);
-    if (head->m_owners.fetch_sub(1, std::memory_order_acq_rel) != 1)
+    // The only owner need not count: nobody else can begin to share what nobody else has.
+    if (!IsUnique(units) && head->m_owners.fetch_sub(1, std::memory_order_acq_rel) != 1)
         return;
     head->~SharedUnits();
     ::operator delete(head);
