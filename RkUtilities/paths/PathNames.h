@@ -1,6 +1,7 @@
 #pragma once
 
 #include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/UnitBlock.h"
 
 #include <cstddef>
 #include <string_view>
@@ -15,25 +16,30 @@ constexpr bool IsSeparator(char16_t unit)
 }
 
 /// Where the file name starts: after the last separator.
-constexpr std::size_t FileNameStart(std::u16string_view path)
+inline std::size_t FileNameStart(std::u16string_view path)
 {
     std::size_t start = path.size();
+    const auto isInName = [](UnitBlock units) {
+        return !AnyLane((units == FilledBlock(u'/')) | (units == FilledBlock(u'\\')));
+    };
+    while (start >= kBlockUnits && isInName(LoadBlock(path.data() + start - kBlockUnits)))
+        start -= kBlockUnits;
     while (start > 0 && !IsSeparator(path[start - 1]))
         --start;
     return start;
 }
 
-constexpr std::u16string_view FileNameOf(std::u16string_view path)
+inline std::u16string_view FileNameOf(std::u16string_view path)
 {
     return path.substr(FileNameStart(path));
 }
 
-constexpr std::u16string_view FolderOf(std::u16string_view path)
+inline std::u16string_view FolderOf(std::u16string_view path)
 {
     return path.substr(0, FileNameStart(path));
 }
 
-constexpr std::u16string_view ExtensionOf(std::u16string_view path)
+inline std::u16string_view ExtensionOf(std::u16string_view path)
 {
     std::size_t start = path.size();
     while (start > 0 && path[start - 1] != u'.' && !IsSeparator(path[start - 1]))
@@ -41,7 +47,7 @@ constexpr std::u16string_view ExtensionOf(std::u16string_view path)
     return start > 0 && path[start - 1] == u'.' ? path.substr(start) : std::u16string_view();
 }
 
-constexpr std::u16string_view BaseNameOf(std::u16string_view path)
+inline std::u16string_view BaseNameOf(std::u16string_view path)
 {
     const std::u16string_view name = FileNameOf(path);
     return name.substr(0, name.rfind(u'.'));

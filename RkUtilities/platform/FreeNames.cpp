@@ -61,10 +61,11 @@ std::int64_t FirstFreeNumber(const std::string& folder, const std::string& start
 {
     const std::string pathStart = folder + '/' + start;
     const auto isTaken = [&](std::int64_t number) {
-        const std::optional<FileKind> kind = KindOf(NumberedName(pathStart, number, end));
-        return takenBy == TakenBy::Anything ? kind.has_value() : kind == FileKind::Folder;
+        const std::string path = NumberedName(pathStart, number, end);
+        return takenBy == TakenBy::Anything ? Inspect(path, Links::DoNotFollow).has_value()
+                                            : KindOf(path) == FileKind::Folder;
     };
-    constexpr std::int64_t kAskedFirst = 32;  // before the folder is listed, which may hold much else
+    constexpr std::int64_t kAskedFirst = 16;  // before the folder is listed, which may hold much else
     std::int64_t number = 1;
     for (; number <= kAskedFirst; ++number) {
         if (!isTaken(number))
