@@ -1,0 +1,75 @@
+// Paths come apart into parts that make them up again, bytes survive as text, and a relative path leads to its target.
+#include "RkUtilities/foundation/NativePath.h"
+#include "RkUtilities/paths/CrkPathUtilities.h"
+
+#include "fuzz/Require.h"
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using P = CrkPathUtilities;
+
+void RequireParts(const CString& path)
+{
+    const CString name = P::FileWithExtensionFromFilename(path);
+    const CString base = P::FileWithoutExtensionFromFilename(path), extension = P::GetExtensionFromFileName(path);
+    Require(P::PathFromFilename(path) + name == path);
+    Require(name.FindOneOf(u"/\\") < 0 && extension.FindOneOf(u"./\\") < 0);
+    Require(base == name ? name.ReverseFind(u".") < 0 : base + u'.' + extension == name);
+}
+
+void RequireRepairs(const CString& path)
+{
+    CString normal = path;
+    P::NormalizePath(&normal);
+    CString again = normal;
+    P::NormalizePath(&again);
+    Require(again == normal && (normal.IsEmpty() || P::FileWithExtensionFromFilename(normal).IsEmpty()));
+
+    CString name = path;
+    P::RemoveInvalidCharsFromFilename(name, 0);
+    Require(P::DoesFilenameUseOnlyValidCharacters(name) && name.FindOneOf(u"\r\n") < 0);
+    CString quoted = path;
+    P::QuotePath(quoted);
+    Require(P::UnquotePath(quoted) && quoted == path);
+    Require(P::HasExtension(P::AddExtension(path, u"map"), u".MAP"));
+}
+
+void RequireBytes(const CString& path, const std::string& bytes)
+{
+    if (bytes.find('\0') == std::string::npos)
+        Require(rk::NativePath(u'/' + rk::PathText(bytes)) == '/' + bytes);
+    const std::string native = rk::NativePath(u'/' + path);
+    Require(rk::NativePath(rk::PathText(native)) == native || native.front() == '\0');
+}
+
+void RequireRelative(const CString& target, const CString& base)
+{
+    const CString relative = P::CalcRelativePathname(target, base);
+    Require(relative == u"." || relative.View().starts_with(u"./") || relative.View().starts_with(u".."));
+    Require(!relative.View().ends_with(u'/'));
+    Require(P::CalcRelativePathname(base + u'/' + relative, target) == u".");
+    Require(P::CalcRelativePathname(target, target + u"//.") == u".");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string bytes(reinterpret_cast<const char*>(data), size);
+    std::u16string units(size / 2, u'\0');
+    std::memcpy(units.data(), data, units.size() * 2);
+    const CString path(units);
+    for (const CString& text : {path, CString(bytes)}) {
+        RequireParts(text);
+        RequireRepairs(text);
+        RequireBytes(text, bytes);
+        const int middle = text.GetLength() / 2;
+        RequireRelative(u'/' + text.Left(middle), u'/' + text.Mid(middle));
+    }
+    return 0;
+}
