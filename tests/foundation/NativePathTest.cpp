@@ -36,8 +36,8 @@ TEST(NativePath, IsUtf8WithEscapedBytesAndNoOtherLoneSurrogate)
 TEST(NativePath, ComesBackFromTextForAnyBytes)
 {
     // Every sequence of three of the bytes that matter: ASCII, continuations, first bytes, bytes never used.
-    constexpr unsigned char kBytes[] = {'a',  '/',  0x80, 0x9F, 0xA0, 0xBF, 0xC0, 0xC3,
-                                        0xE0, 0xED, 0xEF, 0xF0, 0xF4, 0xF5, 0xFF};
+    constexpr char kBytes[] = {'a',    '/',    '\x80', '\x9F', '\xA0', '\xBF', '\xC0', '\xC3',
+                               '\xE0', '\xED', '\xEF', '\xF0', '\xF4', '\xF5', '\xFF'};
     std::mt19937 random(7);
     const auto check = [](const std::string& bytes) {
         const CString text = rk::PathText(bytes);
