@@ -295,7 +295,7 @@ public:
     ///
     /// - Conversions d i u o x X c s p f F e E g G a A and %%, flags "-", "+", " ", "#", "0", width, precision, "*",
     ///   lengths hh h l ll j z t L, and positions ("%2$s", "%1$*2$d").
-    /// - "%s" takes a zero-terminated UTF-8 text (`StUTF8Buffer`); its width and precision count UTF-8 bytes as in C,
+    /// - "%s" takes a zero-terminated UTF-8 text (`StUTF8Buffer`) or a `std::string_view` of UTF-8; its width and precision count UTF-8 bytes as in C,
     /// and a
     ///   precision cuts between characters only. Null prints "(null)".
     /// - "%c" takes a code unit 0 to 0xFFFF, "%lc" a code point.

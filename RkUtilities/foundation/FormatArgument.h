@@ -5,6 +5,8 @@
 #include <concepts>
 #include <cstddef>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace rk {
@@ -22,7 +24,7 @@ public:
 /// One argument of a format, with its kind. Built by `CString::Format`; texts and pointers are not copied.
 class FormatArgument {
 public:
-    enum class Kind { Signed, Unsigned, Floating, LongFloating, Text, Pointer };
+    enum class Kind { Signed, Unsigned, Floating, LongFloating, Text, SizedText, Pointer };
 
     template <std::integral T>
     explicit constexpr FormatArgument(T value) noexcept : m_byteCount(sizeof(T))
@@ -48,6 +50,13 @@ public:
     }
     /// A zero-terminated UTF-8 text.
     explicit constexpr FormatArgument(const char* utf8) noexcept : m_kind(Kind::Text) { m_value.text = utf8; }
+    /// A UTF-8 text that may hold the code 0.
+    explicit constexpr FormatArgument(std::string_view utf8) noexcept
+        : m_kind(Kind::SizedText), m_byteCount(utf8.size())
+    {
+        m_value.text = utf8.data();
+    }
+    explicit FormatArgument(const std::string& utf8) noexcept : FormatArgument(std::string_view(utf8)) {}
     explicit constexpr FormatArgument(std::nullptr_t) noexcept : m_kind(Kind::Pointer) { m_value.pointer = nullptr; }
     explicit constexpr FormatArgument(const void* pointer) noexcept : m_kind(Kind::Pointer)
     {
@@ -59,7 +68,7 @@ public:
     [[nodiscard]] constexpr Kind GetKind() const noexcept { return m_kind; }
     /// The bits of an integer, sign-extended when it is signed.
     [[nodiscard]] constexpr unsigned long long Integer() const noexcept { return m_value.integer; }
-    /// The width of the integer's type.
+    /// The width of an integer's type; the length of a sized text.
     [[nodiscard]] constexpr std::size_t ByteCount() const noexcept { return m_byteCount; }
     [[nodiscard]] constexpr double Floating() const noexcept { return m_value.floating; }
     [[nodiscard]] constexpr long double LongFloating() const noexcept { return m_value.longFloating; }

@@ -232,20 +232,23 @@ std::string_view WithoutCutCharacter(std::string_view bytes)
     return there < length ? bytes.substr(0, lead - 1) : bytes;
 }
 
-void AppendText(TextBuilder& text, const Layout& layout, const FormatArgument& argument)
+/// The bytes of a text argument, no more than `most` of them looked at.
+std::string_view TextOf(const FormatArgument& argument, std::size_t most)
 {
+    if (argument.GetKind() == Kind::SizedText)
+        return std::string_view(argument.Text(), argument.ByteCount()).substr(0, most);
     if (argument.GetKind() != Kind::Text)
         throw FormatError("\"%s\" has an argument that is no UTF-8 text");
     const char* const utf8 = argument.Text() != nullptr ? argument.Text() : "(null)";
-    std::string_view bytes;
-    if (layout.precision < 0) {
-        bytes = utf8;
-    } else {
-        const auto most = static_cast<std::size_t>(layout.precision);
-        bytes = {utf8, strnlen(utf8, most)};
-        if (bytes.size() == most)
-            bytes = WithoutCutCharacter(bytes);
-    }
+    return {utf8, most == std::string_view::npos ? std::strlen(utf8) : strnlen(utf8, most)};
+}
+
+void AppendText(TextBuilder& text, const Layout& layout, const FormatArgument& argument)
+{
+    const std::size_t most = layout.precision < 0 ? std::string_view::npos : static_cast<std::size_t>(layout.precision);
+    std::string_view bytes = TextOf(argument, most);
+    if (bytes.size() == most)
+        bytes = WithoutCutCharacter(bytes);
     Pad(text, layout, bytes.size(), [&] { text.AppendUtf8(bytes); });
 }
 

@@ -2,10 +2,12 @@
 
 #include "RkUtilities/foundation/CAtlArray.h"
 #include "RkUtilities/foundation/CAtlList.h"
+#include "RkUtilities/foundation/CAtlMap.h"
+#include "RkUtilities/foundation/CElementTraits.h"
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/RkExport.h"
 
-/// Questions that topic texts, names and lists of names are asked.
+/// What an application asks of topic texts, names and lists of names, and makes of them.
 ///
 /// - Texts are sequences of UTF-16 code units; an index counts units from 0 and -1 means not found. A negative start
 /// counts
@@ -74,4 +76,152 @@ public:
     static int ReverseFindOneOf(const CString& text, const CString& set);
     /// Whether all units are 0x20 or less, as in the empty text. A no-break space (0xA0) and DEL (0x7F) are not blank.
     static bool IsBlank(const CString& text);
+
+    // --- Making texts safe to show and to store ---------------------------------------------------------------------------
+
+    /// A note, in place: keeps tab, LF and CR, removes every other control character (0x00 to 0x1F) and DEL (0x7F).
+    static void RemoveInvalidNotesCharacters(CString& text);
+    /// A formatted tooltip, in place: "<br>" (exactly so) becomes LF, a tab four spaces, 0x18 one; CR, every other control
+    /// character but LF, and DEL are removed.
+    static void RemoveInvalidTooltipCharacters(CString& text);
+    /// A plain tooltip, in place: "<" becomes "<<", a tab four spaces, 0x18 one. Nothing else changes.
+    static void FixInvalidUnformattedTooltipCharacters(CString& text);
+    /// A topic's text: keeps tab, LF and CR; a form feed becomes CR LF; every other control character, DEL and whatever is
+    /// no `CrkXmlUtilities::IsChar` becomes a space. A character outside the Basic Multilingual Plane becomes two.
+    static CString ReplaceInvalidTopicTextCharacters(const CString& text);
+    /// The text with CR LF where an LF stands without one before it; a lone CR stays.
+    static CString ConvertLFsToCRLFPairs(const CString& text);
+    /// The text without CR and LF.
+    static CString RemoveCRLF(const CString& text);
+    /// Whether a unit is neither 0x00 to 0x1F nor DEL. C1 controls and surrogates count as printable.
+    static bool IsCharPrintable(unsigned short unit);
+    /// What stands before the first space, tab, CR or LF, followed by "..." when that is not all: "Hello..." for "Hello world".
+    static CString CondenseString(const CString& text);
+
+    // --- Formatting ---------------------------------------------------------------------------------------------------------
+
+    /// Formats as `CString::Format` does, whose conversions they share; "" when the format cannot be carried out (a missing
+    /// or wrong argument, "%n", memory exhausted): nothing is thrown. The two are the same.
+    template <class... Arguments>
+    static CString Format(unsigned short const* format, const Arguments&... arguments) noexcept
+    {
+        return FormatSafely(CString(format), arguments...);
+    }
+    template <class... Arguments>
+    static CString FormatOrdered(unsigned short const* format, const Arguments&... arguments) noexcept
+    {
+        return FormatSafely(CString(format), arguments...);
+    }
+    /// The zero-terminated text followed by the number: "Topic-2".
+    static CString AppendInt(unsigned short const* text, int value);
+    /// A byte count for people: "999 bytes", "1.50 KB", "100 KB".
+    ///
+    /// A unit is 1024 of the one below and is used from 1000 of them on: 1000 bytes are "0.97 KB". Three digits are shown, cut
+    /// from six decimals and not rounded; the decimal point is "." in every locale. 2^40 bytes and more give "".
+    static CString MakeByteString(unsigned long byteCount);
+    /// The text, or so much of its start that it is `maximumLength` units with "..." at its end.
+    ///
+    ///     "abcdefgh" to 5  ->  "ab..."        below 3 there is room for full stops only: to 2 -> "..", to 0 or less -> ""
+    static CString ShortenString(const CString& text, int maximumLength);
+
+    // --- Lines ----------------------------------------------------------------------------------------------------------------
+
+    /// Wraps the text in place into at most `maximumLines` lines of at most `width` units, with the separator at every line end
+    /// and "..." on the last line when text is left over.
+    ///
+    ///     "hello world foo bar", "/", 8, 10  ->  "hello /world /foo bar"
+    ///     "hello world foo bar", "/", 8, 2   ->  "hello /world..."
+    ///     "abcdefghijkl", "/", 5, 3          ->  "abcde/fghi/jkl"
+    ///     "abc\ndef", "/", 10, 5             ->  "abc/\ndef"
+    ///
+    /// - Blank lines at the start are removed, white space at the end too; what is blank altogether becomes "".
+    /// - A line ends before an LF, which stays and opens the next line, or where it is too long: after the last space among its
+    ///   first `width` units (its very first unit does not count), else after `width` units.
+    /// - After a break, the separator counts into the width of the next line; before an LF it does not, nor does "...".
+    /// - On a last line that is too long "..." stands before the unit at which the line breaks.
+    /// - No line is broken for its width when that is not above the separator's length, since a line would have no room for
+    ///   text; LFs still end lines. 0 lines or less give "".
+    /// - A separator with a space in it may itself be broken there; after 1,000 lines that took up nothing of the text, the wrap
+    ///   ends.
+    static void InsertLineSeparators(CString* text, const CString& separator, int width, int maximumLines);
+    /// The number of lines that are not empty; CR and LF end lines.
+    static int GetLinesCount(const CString& text);
+
+    // --- Joining, sorting, measuring --------------------------------------------------------------------------------------------
+
+    /// The parts joined by the separator. With `skipEmptyParts` an empty part brings no separator. "" for null or no parts.
+    static CString Combine(const CString& separator, CString const* parts, unsigned long count, bool skipEmptyParts);
+    static CString Combine(const CString& separator, const CString& first, const CString& second, bool skipEmptyParts);
+    static CString Combine(const CString& separator, const CString& first, const CString& second, const CString& third,
+                           bool skipEmptyParts);
+    static CString Combine(const CString& separator, const CString& first, const CString& second, const CString& third,
+                           const CString& fourth, bool skipEmptyParts);
+    /// Sorts the list in place by `CString::CompareNoCase`. Ascending, elements that compare equal keep their order;
+    /// descending, they are reversed. Positions taken before are no longer valid. After an exception the list is as it was.
+    static void SortStringList(CAtlList<CString>& list, bool ascending);
+    /// The bytes that the text takes when stored: a 3-byte mark, its length in 1, 3 or 7 bytes (below 255 units, up to 65,533, from
+    /// there on), and 2 a unit. INT_MAX where it is more.
+    static int StringSerializeSize(const CString& text);
+
+    // --- Numbers and encodings: the same in every locale ------------------------------------------------------------------------
+
+    static CString LongToString(long value);
+    /// The integer at the start of the text, after white space and a sign; 0 when there is none. Beyond 32 bits 2147483647 or
+    /// -2147483647.
+    static long StringToLong(const CString& text);
+    /// The decimal number at the start of the text, after white space and a sign, with "." and an exponent; 0 when there is none.
+    /// Correctly rounded; infinite when it is too large. "inf", "nan" and hexadecimal digits are no numbers.
+    static double StringToDouble(const CString& text);
+    /// Whether the text is "true" in any case, or `StringToLong` of it is not 0.
+    static bool StringToBool(const CString& text);
+    /// The text read back from its UTF-8 bytes up to the first U+0000: a lone surrogate becomes U+FFFD.
+    static CString UnicodeToUtf8(const CString& text);
+    /// The zero-terminated UTF-8 text; null gives "". With `externalRepresentation` a leading byte-order mark is dropped.
+    static CString Utf8ToUnicode(char const* utf8, bool externalRepresentation);
+
+    // --- Links, addresses, environment variables --------------------------------------------------------------------------------
+
+    using ParameterMap = CAtlMap<CString, CString, CStringElementTraits<CString>>;
+
+    /// Adds the name-value pairs of a link to the map; a name that it holds gets the new value.
+    ///
+    /// They stand after the first "#", or without one after the first "&", or else are the whole link. "&" and "=" separate names
+    /// and values in turn; runs of them count as one. A name without a value at the end is dropped.
+    ///
+    ///     "app:open#id=7&mode=edit"  ->  id: 7, mode: edit
+    ///     "#a=&b=2"                  ->  a: b            an empty value shifts the pieces
+    static void ExtractUrlParameters(const CString& link, ParameterMap& parameters);
+    /// The value of the parameter with exactly that name; "" when there is none.
+    static CString ExtractUrlValue(const CString& link, const CString& name);
+    /// The link when it begins with "http"; else the format with the link for its "%s", "" for a format with other conversions.
+    static CString GetUrlString(CString link, CString format);
+    /// Whether the address looks like one: something before the first "@", something between that and the last ".", and something
+    /// after it. Nothing else is looked at.
+    static bool IsValidEmail(const CString& address);
+
+    /// The index of the first placeholder: a "%", any text, and the next "%".
+    ///
+    /// @param[out] placeholder  the placeholder with both "%"; "" when only one "%" is there, untouched when there is none.
+    static int FindEnvironmentVariable(const CString& text, CString* placeholder);
+    /// Replaces every occurrence of the placeholder by the value of the variable it names, "" when that is not set.
+    static void ReplaceEnvironmentVariable(CString* text, const CString& placeholder);
+    /// Replaces placeholders, first one first and each with all its occurrences, until there is none; those that values bring in, or
+    /// that arise where a value meets its neighbours, too.
+    ///
+    /// A placeholder that stands whole in what its own expansion brought in would go on without end: it stays as it is. Before
+    /// the text would grow beyond 4,194,304 units the expansion ends, and what is left stays as it is.
+    static void ReplaceEnvironmentVariables(CString* text);
+
+private:
+    template <class... Arguments>
+    static CString FormatSafely(const CString& format, const Arguments&... arguments) noexcept
+    {
+        try {
+            CString text;
+            text.Format(format, arguments...);
+            return text;
+        } catch (...) {
+            return {};
+        }
+    }
 };

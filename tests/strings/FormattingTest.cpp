@@ -1,0 +1,334 @@
+#include "RkUtilities/strings/CrkStringUtilities.h"
+
+#include "tests/support/ScopedVariable.h"
+
+#include <climits>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace {
+
+using Strings = CrkStringUtilities;
+
+TEST(Formatting, NeverThrows)
+{
+    const CString good = u"%s%d";
+    const CString bad = u"%d %d";
+    EXPECT_EQ(Strings::Format(good.GetUTF16Ptr(), "ä", 3), u"ä3");
+    EXPECT_EQ(Strings::FormatOrdered(CString(u"%2$s %1$d").GetUTF16Ptr(), 5, "x"), u"x 5");
+    EXPECT_EQ(Strings::Format(bad.GetUTF16Ptr(), 1), u"");
+    EXPECT_EQ(Strings::Format(CString(u"%n").GetUTF16Ptr(), 1), u"");
+    EXPECT_EQ(Strings::Format(nullptr), u"");
+    EXPECT_EQ(Strings::AppendInt(CString(u"100% Topic").GetUTF16Ptr(), INT_MIN), u"100% Topic-2147483648");
+}
+
+TEST(ByteStrings, AreCutFromSixDecimals)
+{
+    const std::pair<unsigned long, const char16_t*> rows[] = {{0, u"0 bytes"},
+                                                              {1, u"1 bytes"},
+                                                              {999, u"999 bytes"},
+                                                              {1000, u"0.97 KB"},
+                                                              {1023, u"0.99 KB"},
+                                                              {1024, u"1.00 KB"},
+                                                              {1536, u"1.50 KB"},
+                                                              {10240, u"10.0 KB"},
+                                                              {102400, u"100 KB"},
+                                                              {1023999, u"999 KB"},
+                                                              {1024000, u"0.97 MB"},
+                                                              {1048575, u"0.99 MB"},
+                                                              {1048576, u"1.00 MB"},
+                                                              {1073741824, u"1.00 GB"},
+                                                              {1073741823999, u"1000 GB"},
+                                                              {1073741824000, u"0.97 TB"},
+                                                              {1099511627775, u"1.00 TB"},
+                                                              {1099511627776, u""},
+                                                              {ULONG_MAX, u""}};
+    for (const auto& [count, text] : rows)
+        EXPECT_EQ(Strings::MakeByteString(count), text) << count;
+}
+
+TEST(Shortening, NeverGivesMoreThanAsked)
+{
+    const struct {
+        const char16_t* text;
+        int length;
+        const char16_t* result;
+    } rows[] = {{u"abcdefgh", 5, u"ab..."}, {u"abc", 3, u"abc"},     {u"abcd", 3, u"..."}, {u"abcd", 2, u".."},
+                {u"abcd", 0, u""},          {u"abcd", INT_MIN, u""}, {u"", -1, u""},       {u"abcd", INT_MAX, u"abcd"}};
+    for (const auto& row : rows)
+        EXPECT_EQ(Strings::ShortenString(row.text, row.length), row.result) << row.length;
+}
+
+/// The wrap as it is defined, on the text itself.
+CString Wrapped(CString text, const CString& separator, int width, int lines)
+{
+    while (text.Find(u"\n") >= 0 && Strings::IsBlank(text.Left(text.Find(u"\n"))))
+        text.Delete(0, text.Find(u"\n") + 1);
+    int cut = 0;
+    int start = 0;
+    for (int line = 0; line < lines; ++line) {
+        if (start >= text.GetLength()) {
+            cut = start;
+            break;
+        }
+        int end = text.Find(u"\n", start + 1);
+        end = end < 0 ? text.GetLength() : end;
+        const bool last = line == lines - 1;
+        if (end - start > width) {
+            const int space = text.Mid(start, width).ReverseFind(u" ");
+            int at = start + (space > 0 ? space + 1 : width);
+            if (last) {
+                text.Insert(at - 1, u"...");
+                at += 3;
+            }
+            text.Insert(at, separator);
+            cut = start = at;
+        } else {
+            cut = end;
+            if (last && !Strings::IsBlank(text.Mid(end))) {
+                text.Insert(end, u"...");
+                cut += 3;
+            }
+            if (cut < text.GetLength()) {
+                text.Insert(cut, separator);
+                cut += separator.GetLength();
+            }
+            start = cut;
+        }
+    }
+    text = text.Left(cut).TrimRight();
+    return Strings::IsBlank(text) ? CString() : text;
+}
+
+CString Wrap(CString text, const CString& separator, int width, int lines)
+{
+    Strings::InsertLineSeparators(&text, separator, width, lines);
+    return text;
+}
+
+TEST(Wrapping, KeepsToItsExamplesAndItsSteps)
+{
+    const struct {
+        const char16_t *text, *separator;
+        int width, lines;
+        const char16_t* result;
+    } rows[] = {{u"hello world foo bar", u"/", 8, 10, u"hello /world /foo bar"},
+                {u"hello world foo bar", u"/", 8, 2, u"hello /world..."},
+                {u"hello world foo bar", u"/", 8, 1, u"hello..."},
+                {u"abcdefghijkl", u"/", 5, 3, u"abcde/fghi/jkl"},
+                {u"abcdefghijkl", u"/", 5, 1, u"abcd...e"},
+                {u"abc\ndef", u"/", 10, 5, u"abc/\ndef"},
+                {u"abc\ndef\nghi", u"/", 10, 2, u"abc/\ndef.../"},
+                {u"\n  \nabc def", u"/", 4, 3, u"abc /def"},
+                {u"one two\nthree", u"\n", 20, 5, u"one two\n\nthree"},
+                {u"text", u"/", 8, 0, u""},
+                {u"text", u"/", 8, INT_MIN, u""},
+                {u" \n\n ", u"/", 8, 5, u""},
+                {u"", u"/", 8, 5, u""},
+                {u"ab cd\nef", u"/", 0, 9, u"ab cd/\nef"},
+                {u"ab cd", u"/", 1, INT_MAX, u"ab cd"},
+                {u"ab cd", u"/", INT_MIN, 9, u"ab cd"},
+                {u"ab cd", u"/", INT_MAX, INT_MAX, u"ab cd"}};
+    for (const auto& row : rows)
+        EXPECT_EQ(Wrap(row.text, row.separator, row.width, row.lines), row.result) << CString(row.text) << row.width;
+
+    std::mt19937 random(13);
+    const std::u16string_view alphabet = u"abc  \n\r\t";
+    const CString separators[] = {u"/", u"\r\n", u"\n", u"", u"<br />", u" "};
+    for (int round = 0; round < 20000; ++round) {
+        std::u16string units;
+        for (std::size_t left = random() % 60; left > 0; --left)
+            units += alphabet[random() % alphabet.size()];
+        const CString& separator = separators[random() % std::size(separators)];
+        const int width = separator.GetLength() + 1 + static_cast<int>(random() % 12);
+        const int lines = static_cast<int>(random() % 8);
+        ASSERT_EQ(Wrap(units, separator, width, lines), Wrapped(units, separator, width, lines))
+            << CString(units) << "|" << separator << "|" << width << "|" << lines;
+    }
+}
+
+TEST(Wrapping, EndsSoonWhateverItIsAsked)
+{
+    const std::u16string word(1U << 20U, u'x');
+    EXPECT_GT(Wrap(word, u"<br />", 7, INT_MAX).GetLength(), 0);  // breaks inside its separators
+    EXPECT_EQ(Wrap(word, u"/", 2, INT_MAX).GetLength(), (2 << 20) - 2);
+    CString itself = u"a b c d";
+    Strings::InsertLineSeparators(&itself, itself, 9, 3);
+    Strings::InsertLineSeparators(nullptr, u"/", 9, 3);
+    EXPECT_EQ(itself, u"a b c d");
+    EXPECT_EQ(Strings::GetLinesCount(u"a\r\n\r\nb\r\n"), 2);
+    EXPECT_EQ(Strings::GetLinesCount(u"\n") + Strings::GetLinesCount(u""), 0);
+    EXPECT_EQ(Strings::GetLinesCount(u" "), 1);
+}
+
+TEST(Lists, JoinAndSort)
+{
+    const CString parts[] = {u"a", u"", u"b"};
+    EXPECT_EQ(Strings::Combine(u", ", parts, 3, true), u"a, b");
+    EXPECT_EQ(Strings::Combine(u", ", parts, 3, false), u"a, , b");
+    EXPECT_EQ(Strings::Combine(u", ", u"", u"a", true) + Strings::Combine(u"-", u"", u"", u"x", u"", false), u"a--x-");
+    EXPECT_EQ(Strings::Combine(u"-", u"1", u"2", u"3", true), u"1-2-3");
+    EXPECT_EQ(Strings::Combine(u", ", nullptr, 3, true) + Strings::Combine(u", ", parts, 0, true), u"");
+    CAtlList<CString> list{u"b", u"A", u"a", u"C", u"ab", u"abcde", u"ABCDF"};
+    Strings::SortStringList(list, true);
+    EXPECT_EQ(list, (CAtlList<CString>{u"A", u"a", u"ab", u"abcde", u"ABCDF", u"b", u"C"}));
+    CAtlList<CString> reversed{u"b", u"A", u"a", u"C"};
+    Strings::SortStringList(reversed, false);
+    EXPECT_EQ(reversed, (CAtlList<CString>{u"C", u"b", u"a", u"A"}));
+    const std::pair<std::size_t, int> sizes[] = {{0, 4}, {254, 512}, {255, 516}, {65533, 131072}, {65534, 131078}};
+    for (const auto& [length, bytes] : sizes)
+        EXPECT_EQ(Strings::StringSerializeSize(std::u16string(length, u'x')), bytes);
+}
+
+TEST(Numbers, AreReadFromTheFrontInAnyLocale)
+{
+    const std::pair<const char16_t*, long> integers[] = {{u"  -42x", -42},
+                                                         {u"", 0},
+                                                         {u"+7", 7},
+                                                         {u"9999999999", INT_MAX},
+                                                         {u"-9999999999", -INT_MAX},
+                                                         {u"-2147483648", INT_MIN},
+                                                         {u"0x10", 0},
+                                                         {u"99999999999999999999999", INT_MAX}};
+    for (const auto& [text, value] : integers)
+        EXPECT_EQ(Strings::StringToLong(text), value) << CString(text);
+    const std::pair<const char16_t*, double> numbers[] = {{u"3.5", 3.5},
+                                                          {u" -1e3x", -1000},
+                                                          {u"1e", 1},
+                                                          {u"1e+", 1},
+                                                          {u".5", 0.5},
+                                                          {u"5.", 5},
+                                                          {u".", 0},
+                                                          {u"inf", 0},
+                                                          {u"nan", 0},
+                                                          {u"0x10", 0},
+                                                          {u"1e999", INFINITY},
+                                                          {u"-1e999", -INFINITY},
+                                                          {u"1e-999", 0},
+                                                          {u"0.1", 0.1},
+                                                          {u"1,5", 1},
+                                                          {u"+2", 2},
+                                                          {u"0e999999999999999999999", 0},
+                                                          {u"1e99999999999999999999", INFINITY},
+                                                          {u"1e-99999999999999999999", 0},
+                                                          {u"9007199254740993", 9007199254740992}};
+    for (const auto& [text, value] : numbers)
+        EXPECT_EQ(Strings::StringToDouble(text), value) << CString(text);
+    EXPECT_EQ(Strings::StringToDouble(u"0." + std::u16string(1000000, u'0') + u"1"), 0);
+    EXPECT_EQ(Strings::StringToDouble(std::u16string(1000000, u'9')), INFINITY);
+    for (const char16_t* text : {u"TRUE", u"1", u"-3", u" 7 days"})
+        EXPECT_TRUE(Strings::StringToBool(text)) << CString(text);
+    for (const char16_t* text : {u"false", u"0", u"", u"yes", u"0.9"})
+        EXPECT_FALSE(Strings::StringToBool(text)) << CString(text);
+    EXPECT_EQ(Strings::LongToString(LONG_MIN), u"-9223372036854775808");
+    EXPECT_EQ(Strings::UnicodeToUtf8(u"ä\xD800"), u"ä\uFFFD");
+    EXPECT_EQ(Strings::Utf8ToUnicode("\xEF\xBB\xBFä", true), u"ä");
+    EXPECT_EQ(Strings::Utf8ToUnicode(nullptr, true), u"");
+}
+
+TEST(Links, GiveTheirParameters)
+{
+    Strings::ParameterMap map{{u"x", u"0"}, {u"y", u"kept"}};
+    Strings::ExtractUrlParameters(u"#x=1&x=2", map);
+    CString y;
+    EXPECT_TRUE(map.Lookup(u"y", y) && y == u"kept");
+    const char16_t* const rows[][3] = {{u"app:open#id=7&mode=edit", u"mode", u"edit"},
+                                       {u"cmd&a=1&b=2", u"b", u"2"},
+                                       {u"cmd&a=1&b=2", u"cmd", u""},
+                                       {u"#a=1&b", u"b", u""},
+                                       {u"a=1&b", u"a", u""},
+                                       {u"#a=&b=2", u"a", u"b"},
+                                       {u"#id=7", u"ID", u""},
+                                       {u"page?a=1&b=2", u"b", u"2"},
+                                       {u"a=1", u"a", u"1"},
+                                       {u"", u"", u""}};
+    for (const auto& row : rows)
+        EXPECT_EQ(Strings::ExtractUrlValue(row[0], row[1]), row[2]) << CString(row[0]);
+    EXPECT_EQ(Strings::GetUrlString(u"https-link", u"web:%s"), u"https-link");
+    EXPECT_EQ(Strings::GetUrlString(u"HTTP 100%", u"web:%s"), u"web:HTTP 100%");
+    EXPECT_EQ(Strings::GetUrlString(std::u16string_view(u"a\0b", 3), u"%s"), std::u16string_view(u"a\0b", 3));
+    EXPECT_EQ(Strings::GetUrlString(u"page", u"%d"), u"");
+    const std::pair<const char16_t*, bool> addresses[] = {{u"a@b.c", true},   {u"@b.c", false},   {u"a@.c", false},
+                                                          {u"a@b.", false},   {u"a.b", false},    {u"a.b@c", false},
+                                                          {u"a b@c.d", true}, {u"a@b@c.d", true}, {u"", false}};
+    for (const auto& [address, valid] : addresses)
+        EXPECT_EQ(Strings::IsValidEmail(address), valid) << CString(address);
+}
+
+CString Expanded(CString text)
+{
+    Strings::ReplaceEnvironmentVariables(&text);
+    return text;
+}
+
+TEST(Placeholders, AreExpandedUntilNoneIsLeft)
+{
+    const ScopedVariable variables[] = {{"RKA", "/u"},        {"RKB", "%RKA%"},   {"RKC", "%RKC%x"},
+                                        {"RKD", "%RKE%"},     {"RKE", "<%RKD%>"}, {"RKP", "%"},
+                                        {"RKH", "RKA%"},      {"RKN", nullptr},   {"RKBIG", "%RKBIG2%%RKBIG2%"},
+                                        {"RKBIG2", "%RKBIG%"}};
+    CString placeholder = u"kept";
+    EXPECT_EQ(Strings::FindEnvironmentVariable(u"x %RKA% y", &placeholder), 2);
+    EXPECT_EQ(placeholder, u"%RKA%");
+    EXPECT_EQ(Strings::FindEnvironmentVariable(u"none", &placeholder), -1);
+    EXPECT_EQ(placeholder, u"%RKA%");
+    EXPECT_EQ(Strings::FindEnvironmentVariable(u"100%", &placeholder), -1);
+    EXPECT_EQ(placeholder, u"");
+    const char16_t* const rows[][2] = {{u"%RKA%/x", u"/u/x"},
+                                       {u"%RKN%/x", u"/x"},
+                                       {u"100% of %RKA%", u"100RKA%"},
+                                       {u"a%%b", u"ab"},
+                                       {u"%RKB%%RKB%", u"/u/u"},
+                                       {u"%RKP%RKA%", u"/u"},           // a value meets its neighbour
+                                       {u"%RKC%-%RKA%", u"%RKC%x-/u"},  // leads back to itself
+                                       {u"%RKD% %RKA%", u"<%RKD%> /u"},
+                                       {u"%", u"%"},
+                                       {u"", u""}};
+    for (const auto& row : rows)
+        EXPECT_EQ(Expanded(row[0]), row[1]) << CString(row[0]);
+    EXPECT_EQ(Expanded(u"%RKBIG%"), u"%RKBIG%%RKBIG%");
+}
+
+/// The passes as they are defined; only for texts whose expansion ends.
+CString Passes(CString text)
+{
+    CString placeholder;
+    while (Strings::FindEnvironmentVariable(text, &placeholder) >= 0)
+        Strings::ReplaceEnvironmentVariable(&text, placeholder);
+    return text;
+}
+
+TEST(Placeholders, AreExpandedAsTheirPassesDo)
+{
+    const ScopedVariable variables[] = {{"a", "x"}, {"b", "%a%"}, {"c", "a%"}, {"d", "%"}, {"e", "%b%c"}, {"ax", "%"}};
+    std::mt19937 random(14);
+    const std::u16string_view alphabet = u"%%%abcdex";
+    for (int round = 0; round < 20000; ++round) {
+        std::u16string units;
+        for (std::size_t left = random() % 30; left > 0; --left)
+            units += alphabet[random() % alphabet.size()];
+        ASSERT_EQ(Expanded(units), Passes(units)) << CString(units);
+    }
+    std::u16string many;
+    std::u16string expected;
+    for (int i = 0; i < 20000; ++i) {
+        many += u"%unset" + std::u16string(CString(Strings::LongToString(i)).View()) + u"%.";
+        expected += u'.';
+    }
+    EXPECT_EQ(Expanded(many), expected);
+}
+
+TEST(Placeholders, ThatDoubleAtEachStepEnd)
+{
+    std::vector<std::unique_ptr<ScopedVariable>> variables;
+    for (int i = 0; i < 60; ++i) {
+        const std::string next = "%RK" + std::to_string(i + 1) + "%";
+        variables.push_back(std::make_unique<ScopedVariable>("RK" + std::to_string(i), (next + next).c_str()));
+    }
+    EXPECT_LE(Expanded(u"%RK0%").GetLength(), 4194304);
+}
+
+}  // namespace

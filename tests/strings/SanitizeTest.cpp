@@ -1,0 +1,101 @@
+#include "RkUtilities/strings/CrkStringUtilities.h"
+
+#include "RkUtilities/xml/CrkXmlUtilities.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+namespace {
+
+using Strings = CrkStringUtilities;
+
+/// The replacements one after the other, each over the whole text, as they are defined.
+struct StepByStep {
+    static CString Notes(CString text)
+    {
+        text.Remove(0x7F);
+        for (unsigned short code = 0; code < 0x20; ++code) {
+            if (code != 9 && code != 10 && code != 13)
+                text.Remove(code);
+        }
+        return text;
+    }
+    static CString Tooltip(CString text)
+    {
+        text.Replace(u"\x18", u" ");
+        text.Replace(u"\t", u"    ");
+        text.Replace(u"<br>", u"\n");
+        text.Remove(u'\r');
+        return Notes(text);
+    }
+    static CString PlainTooltip(CString text)
+    {
+        text.Replace(u"<", u"<<");
+        text.Replace(u"\x18", u" ");
+        text.Replace(u"\t", u"    ");
+        return text;
+    }
+    static CString Topic(CString text)
+    {
+        text.Replace(u"\x7F", u" ");
+        for (unsigned short code = 0; code < 0x20; ++code) {
+            if (code != 9 && code != 10 && code != 13)
+                text.Replace(CString(code), code == 12 ? u"\r\n" : u" ");
+        }
+        for (int i = 0; i < text.GetLength(); ++i) {
+            if (!CrkXmlUtilities::IsChar(text.GetAt(i)))
+                text.SetAt(i, u' ');
+        }
+        return text;
+    }
+    static CString CrLf(CString text)
+    {
+        text.Replace(u"\n", u"\r\n");
+        text.Replace(u"\r\r\n", u"\r\n");
+        return text;
+    }
+};
+
+TEST(Sanitisers, GiveInOnePassWhatTheirStepsGive)
+{
+    std::mt19937 random(12);
+    const std::u16string_view alphabet(u"a<br>b<r \t\n\r\r\n\f\0\x01\x18\x1F\x7F\x80\uFFFD\uFFFE\xD83D\xDE00<", 26);
+    for (int round = 0; round < 20000; ++round) {
+        std::u16string units;
+        for (std::size_t left = random() % 40; left > 0; --left)
+            units += random() % 8 == 0 ? static_cast<char16_t>(random()) : alphabet[random() % alphabet.size()];
+        const CString text(units);
+        CString notes(text);
+        CString tooltip(text);
+        CString plain(text);
+        Strings::RemoveInvalidNotesCharacters(notes);
+        Strings::RemoveInvalidTooltipCharacters(tooltip);
+        Strings::FixInvalidUnformattedTooltipCharacters(plain);
+        ASSERT_EQ(notes, StepByStep::Notes(text));
+        ASSERT_EQ(tooltip, StepByStep::Tooltip(text));
+        ASSERT_EQ(plain, StepByStep::PlainTooltip(text));
+        ASSERT_EQ(Strings::ReplaceInvalidTopicTextCharacters(text), StepByStep::Topic(text));
+        ASSERT_EQ(Strings::ConvertLFsToCRLFPairs(text), StepByStep::CrLf(text));
+    }
+}
+
+TEST(Sanitisers, KeepToTheirExamples)
+{
+    CString tooltip = u"a\tb<br>c\r\nd<BR>";
+    Strings::RemoveInvalidTooltipCharacters(tooltip);
+    EXPECT_EQ(tooltip, u"a    b\nc\nd<BR>");
+    EXPECT_EQ(Strings::ReplaceInvalidTopicTextCharacters(u"\f\U0001F600\t"), u"\r\n  \t");
+    EXPECT_EQ(Strings::ConvertLFsToCRLFPairs(u"a\r\r\nb\n\n"), u"a\r\r\nb\r\n\r\n");
+    EXPECT_EQ(Strings::RemoveCRLF(u"a\r\nb\r"), u"ab");
+    EXPECT_EQ(Strings::CondenseString(u"Hello world"), u"Hello...");
+    EXPECT_EQ(Strings::CondenseString(u" leading"), u"...");
+    EXPECT_EQ(Strings::CondenseString(u"Hello"), u"Hello");
+    const std::pair<unsigned short, bool> printable[] = {{0x1F, false}, {0x20, true}, {0x7E, true},
+                                                         {0x7F, false}, {0x80, true}, {0xD800, true}};
+    for (const auto& [unit, expected] : printable)
+        EXPECT_EQ(Strings::IsCharPrintable(unit), expected) << unit;
+    const CString invalid = std::u16string(1U << 20U, u'\x01');
+    EXPECT_EQ(Strings::ReplaceInvalidTopicTextCharacters(invalid), std::u16string(1U << 20U, u' '));
+}
+
+}  // namespace
