@@ -3,6 +3,7 @@
 /// The whole public interface in one include.
 
 #include "RkUtilities/collections/CorvaneNSArrayAdditions.h"
+#include "RkUtilities/dates/CrkDateUtilities.h"
 #include "RkUtilities/foundation/AtlThrow.h"
 #include "RkUtilities/foundation/CAtlArray.h"
 #include "RkUtilities/foundation/CAtlList.h"
