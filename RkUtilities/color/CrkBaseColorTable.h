@@ -1,0 +1,35 @@
+#pragma once
+
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+/// The application's table of named colors: it derives from this class and sets one table, so that a color can be shown by its name
+/// in the user's language.
+///
+/// The library neither copies nor deletes the table; the application keeps it alive while it is set, sets it before threads ask for
+/// texts, and does not change it while they do.
+class RK_EXPORT CrkBaseColorTable {
+public:
+    struct ColorEntry {
+        unsigned int argb;  ///< 0xAARRGGBB, compared exactly, alpha included
+        char const* key;  ///< names the text in the application's string tables (`CString::LoadString`); null: no text
+    };
+
+    /// The first of the entries, which the table owns.
+    virtual ColorEntry const* GetColorEntries() = 0;
+    /// How many there are; 0 or less for none.
+    virtual int GetColorCount() = 0;
+
+    /// The current table; null for none, as at start.
+    static void Set(CrkBaseColorTable* table) noexcept;
+    static CrkBaseColorTable* Get() noexcept;
+    /// The text for a `COLORREF`: that of the first entry with the same opaque ARGB value, in the user's language; without
+    /// a table, an entry or a text the red, green and blue byte in hexadecimal digits: "{FF,80,00}".
+    static CString GetColorText(unsigned int color);
+
+protected:
+    CrkBaseColorTable() = default;
+    CrkBaseColorTable(const CrkBaseColorTable&) = default;
+    CrkBaseColorTable& operator=(const CrkBaseColorTable&) = default;
+    ~CrkBaseColorTable() = default;
+};

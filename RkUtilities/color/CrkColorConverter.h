@@ -1,0 +1,19 @@
+#pragma once
+
+#include "RkUtilities/foundation/RkExport.h"
+
+/// Colors in their two 32-bit forms, and shades of them.
+///
+/// A `COLORREF` is 0x00BBGGRR, red in the lowest byte, the highest one a flag byte; ARGB is 0xAARRGGBB. Every value is legal
+/// input. Pure functions: safe from any thread.
+class RK_EXPORT CrkColorConverter {
+public:
+    /// Opaque ARGB; the flag byte is dropped: 0x00332211 becomes 0xFF112233.
+    static unsigned int COLORREFToARGB(unsigned int color) noexcept;
+    /// Alpha is dropped, the flag byte is 0: 0x80112233 becomes 0x00332211.
+    static unsigned int ARGBToCOLORREF(unsigned int argb) noexcept;
+    /// A lighter (percent above 0) or darker shade: each channel goes that part of its way to 255 or to 0, rounded half up.
+    ///
+    /// The flag byte of the result is 0x02. A percentage outside -100 to 100 leaves the channels as they are.
+    static unsigned int ShadeOf(unsigned int color, int percent) noexcept;
+};
