@@ -3,6 +3,8 @@
 /// The whole public interface in one include.
 
 #include "RkUtilities/collections/CorvaneNSArrayAdditions.h"
+#include "RkUtilities/color/CrkBaseColorTable.h"
+#include "RkUtilities/color/CrkColorConverter.h"
 #include "RkUtilities/dates/CrkDateUtilities.h"
 #include "RkUtilities/foundation/AtlThrow.h"
 #include "RkUtilities/foundation/CAtlArray.h"
@@ -43,7 +45,11 @@
 #include "RkUtilities/logging/ErkLogLevel.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
 #include "RkUtilities/paths/SECFileSystem.h"
+#include "RkUtilities/platform/ApplicationName.h"
+#include "RkUtilities/platform/PreferenceState.h"
 #include "RkUtilities/platform/StringTables.h"
 #include "RkUtilities/platform/UserLocale.h"
+#include "RkUtilities/preferences/CrkRegistry.h"
+#include "RkUtilities/preferences/SECRegistry.h"
 #include "RkUtilities/strings/CrkStringUtilities.h"
 #include "RkUtilities/xml/CrkXmlUtilities.h"

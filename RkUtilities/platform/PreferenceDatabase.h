@@ -1,0 +1,54 @@
+#pragma once
+
+#include "RkUtilities/platform/PreferenceStore.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+struct sqlite3;
+
+namespace rk::platform {
+
+/// A value's place: its scope as text ("user" or "host <machine>") and its name.
+using PreferenceKey = std::pair<std::string, std::u16string>;
+using PreferenceMap = std::map<PreferenceKey, PreferenceValue>;
+
+/// One open database file with the table `preferences` (scope, name, type, value). Not safe from two threads at once.
+class PreferenceDatabase {
+public:
+    enum class Result { Done, Failed, Damaged };
+
+    PreferenceDatabase() noexcept;
+    ~PreferenceDatabase();
+    PreferenceDatabase(PreferenceDatabase&& other) noexcept;
+    PreferenceDatabase& operator=(PreferenceDatabase&& other) noexcept;
+
+    /// Opens or makes the file (mode 0600).
+    Result Open(const std::string& path);
+    [[nodiscard]] bool IsOpen() const noexcept { return m_database != nullptr; }
+    /// Forgets the file without touching it: a connection must not be carried across `fork`.
+    void Abandon();
+
+    /// Stores all values or none.
+    Result Store(const PreferenceMap& values);
+    /// Reads all values if another process has stored some since the last reading, else none.
+    Result ReadIfChanged(std::optional<PreferenceMap>& values);
+    /// Why the last call failed.
+    [[nodiscard]] const std::string& Failure() const noexcept { return m_failure; }
+
+private:
+    struct Close {
+        void operator()(sqlite3* database) const noexcept;
+    };
+
+    Result Run(const char* statements);
+    Result Judge(int code);
+
+    std::unique_ptr<sqlite3, Close> m_database;
+    std::int64_t m_readVersion = -1;  // SQLite's data_version at the last reading
+    std::string m_failure;
+};
+
+}  // namespace rk::platform

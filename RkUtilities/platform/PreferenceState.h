@@ -1,0 +1,22 @@
+#pragma once
+
+#include "RkUtilities/foundation/RkExport.h"
+
+#include <string>
+
+namespace rk::platform {
+
+/// How the storage of the preferences fares; what `SECRegistry`'s results cannot tell.
+struct PreferenceState {
+    /// The database file; "" when there is no folder for one, so that values live as long as the process.
+    std::string database;
+    /// Why the last synchronisation failed; "" when it did not. What was not stored waits for the next one.
+    std::string lastFailure;
+    /// Where a damaged database was put aside by this process, under the date of that day; "" when none was.
+    std::string damagedDatabase;
+};
+
+/// The state after the last synchronisation. Safe from any thread.
+RK_EXPORT PreferenceState GetPreferenceState();
+
+}  // namespace rk::platform

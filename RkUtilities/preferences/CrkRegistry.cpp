@@ -1,0 +1,25 @@
+#include "RkUtilities/preferences/CrkRegistry.h"
+
+#include "RkUtilities/preferences/SECRegistry.h"
+
+CrkRegistry::~CrkRegistry() = default;
+
+CString CrkRegistry::GetRegKeyString(std::uint32_t /*rootKey*/, unsigned short const* keyPath,
+                                     unsigned short const* name)
+{
+    constexpr auto kRead = static_cast<SECRegistry::CreatePermissions>(0x20019);
+    SECRegistry registry;
+    registry.Open(keyPath, kRead);
+    CString value;
+    registry.GetStringValue(name, value);
+    return value;
+}
+
+CString CrkRegistry::GetUserOrMachineRegKeyString(unsigned short const* keyPath, unsigned short const* name,
+                                                  bool* found)
+{
+    CString value = GetRegKeyString(0, keyPath, name);
+    if (found != nullptr)
+        *found = !value.IsEmpty();
+    return value;  // a second reading would find the same
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "RkUtilities/foundation/CObject.h"
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+#include <cstdint>
+
+/// Preferences read in one call; `SECRegistry` states the rules. Each call synchronises, so it sees what other processes have
+/// stored. Safe from any thread.
+class RK_EXPORT CrkRegistry : public CObject {
+public:
+    CrkRegistry() = default;
+    ~CrkRegistry() override;
+
+    /// The string stored under the name; "" when there is none or it is of another type. Root key and key path do not matter.
+    static CString GetRegKeyString(std::uint32_t rootKey, unsigned short const* keyPath, unsigned short const* name);
+    /// The same; with `found`, also whether it is a string that is not empty.
+    static CString GetUserOrMachineRegKeyString(unsigned short const* keyPath, unsigned short const* name, bool* found);
+};

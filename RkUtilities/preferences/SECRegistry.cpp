@@ -1,0 +1,157 @@
+#include "RkUtilities/preferences/SECRegistry.h"
+
+#include "RkUtilities/platform/PreferenceStore.h"
+
+#include <string>
+
+namespace {
+
+using rk::platform::PreferenceScope;
+using rk::platform::PreferenceValue;
+
+constexpr std::uint32_t kThisHostRootKey = 1;
+
+PreferenceValue Stored(const SECRegistry::Value& value)
+{
+    if (const auto* const boolean = std::get_if<bool>(&value))
+        return *boolean;
+    if (const auto* const number = std::get_if<std::int32_t>(&value))
+        return std::int64_t{*number};
+    return std::u16string(std::get<CString>(value).View());
+}
+
+/// A value as the wanted type; only a number becomes something else, a boolean.
+std::optional<SECRegistry::Value> As(SECRegistry::ErkValueType type, const PreferenceValue& value)
+{
+    if (type == SECRegistry::Boolean) {
+        if (const auto* const boolean = std::get_if<bool>(&value))
+            return *boolean;
+        if (const auto* const number = std::get_if<std::int64_t>(&value))
+            return *number != 0;
+    }
+    if (const auto* const number = std::get_if<std::int64_t>(&value); number != nullptr && type == SECRegistry::Number)
+        return static_cast<std::int32_t>(*number);
+    if (const auto* const text = std::get_if<std::u16string>(&value); text != nullptr && type == SECRegistry::String)
+        return CString(*text);
+    return std::nullopt;
+}
+
+}  // namespace
+
+SECRegistry::~SECRegistry() = default;
+
+bool SECRegistry::Connect(std::uint32_t rootKey, unsigned short const* /*machine*/, bool /*flag*/)
+{
+    m_rootKey = rootKey;
+    return true;
+}
+
+bool SECRegistry::Open(unsigned short const* keyPath, CreatePermissions permissions)
+{
+    Create(keyPath, nullptr, {}, permissions, nullptr);
+    rk::platform::SynchronizePreferences();
+    return true;
+}
+
+bool SECRegistry::Create(unsigned short const* keyPath, unsigned short const* /*className*/, CreateOptions /*options*/,
+                         CreatePermissions permissions, CreationDisposition* /*disposition*/)
+{
+    m_keyName = CString(keyPath);
+    m_permissions = permissions;
+    return true;
+}
+
+bool SECRegistry::Close()
+{
+    rk::platform::SynchronizePreferences();
+    return true;
+}
+
+bool SECRegistry::EnumerateKeys(std::uint32_t /*index*/, CString& /*name*/) const
+{
+    return false;
+}
+
+bool SECRegistry::GetValue(unsigned short const* name, bool& value) const
+{
+    const std::optional<Value> found = GetValueFromSystem(name, Boolean);
+    if (found)
+        value = std::get<bool>(*found);
+    return found.has_value();
+}
+
+bool SECRegistry::GetValue(unsigned short const* name, std::uint32_t& value) const
+{
+    return GetDoubleWordValue(name, value);
+}
+
+bool SECRegistry::GetValue(unsigned short const* name, CString& value) const
+{
+    return GetStringValue(name, value);
+}
+
+bool SECRegistry::GetDoubleWordValue(unsigned short const* name, std::uint32_t& value) const
+{
+    const std::optional<Value> found = GetValueFromSystem(name, Number);
+    if (found)
+        value = static_cast<std::uint32_t>(std::get<std::int32_t>(*found));
+    return found.has_value();
+}
+
+bool SECRegistry::GetStringValue(unsigned short const* name, CString& value) const
+{
+    const std::optional<Value> found = GetValueFromSystem(name, String);
+    if (found)
+        value = std::get<CString>(*found);
+    return found.has_value();
+}
+
+bool SECRegistry::SetValue(unsigned short const* name, bool value)
+{
+    WriteValueToSystem(name, value);
+    return true;
+}
+
+bool SECRegistry::SetValue(unsigned short const* name, std::uint32_t value)
+{
+    return SetDoubleWordValue(name, value);
+}
+
+bool SECRegistry::SetValue(unsigned short const* name, CString const& value)
+{
+    return SetStringValue(name, value);
+}
+
+bool SECRegistry::SetDoubleWordValue(unsigned short const* name, std::uint32_t value)
+{
+    WriteValueToSystem(name, static_cast<std::int32_t>(value));
+    return true;
+}
+
+bool SECRegistry::SetStringValue(unsigned short const* name, CString const& value)
+{
+    WriteValueToSystem(name, value);
+    return true;
+}
+
+std::optional<SECRegistry::Value> SECRegistry::GetValueFromSystem(unsigned short const* name, ErkValueType type) const
+{
+    const std::optional<PreferenceValue> stored = rk::platform::FindPreference(GetFullKey(name).View());
+    return stored ? As(type, *stored) : std::nullopt;
+}
+
+void SECRegistry::WriteValueToSystem(unsigned short const* name, const Value& value)
+{
+    const CString key = GetFullKey(name);
+    if (m_rootKey == kThisHostRootKey) {
+        rk::platform::SetPreference(PreferenceScope::ThisHost, key.View(), Stored(value));
+        if (rk::platform::SynchronizePreferences())
+            return;
+    }
+    rk::platform::SetPreference(PreferenceScope::AnyHost, key.View(), Stored(value));
+}
+
+CString SECRegistry::GetFullKey(unsigned short const* name) const
+{
+    return {name};
+}

@@ -1,0 +1,79 @@
+#pragma once
+
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/RkExport.h"
+
+#include <cstdint>
+#include <optional>
+#include <variant>
+
+/// The application's preferences behind the interface of a registry: named booleans, 32-bit numbers and strings.
+///
+/// - The store is flat: a value is stored under its name alone. The key path is recorded and never looked at, so two paths
+///   cannot hold different values under one name. Names are zero-terminated UTF-16, compared exactly; null is the empty name.
+/// - The root key decides where a write goes: 1 is the user's preferences on this machine, which are stored at once; every
+///   other is the user's preferences on any machine, which are stored by the next `Open` or `Close` of any object and at
+///   normal exit. A read finds the value of this machine before the one of any machine, whatever the root key.
+/// - A write is seen in the whole process at once. What other processes have stored is seen after the next `Open` or `Close`.
+/// - The values live in $XDG_CONFIG_HOME (else ~/.config)/<application>/preferences.sqlite, mode 0600, in a table with scope,
+///   name, type and value; see platform/ApplicationName.h. What a synchronisation has stored survives a kill and a power cut.
+/// - Nothing is lost while the storage fails (full disk, read-only folder, a store that is busy for more than ten seconds, no
+///   home): values stay readable in the process and the next synchronisation tries again. A damaged database is put aside under
+///   a dated name and a new one begun with what the process knows. `rk::platform::GetPreferenceState` tells of both.
+/// - Any text is kept exactly: empty, lone surrogates, U+0000 inside a value, up to 1 GB.
+/// - Different objects may be used from different threads at once. A read costs no file access. Memory exhausted is
+///   `std::bad_alloc`; nothing else is thrown.
+class RK_EXPORT SECRegistry {
+public:
+    /// Recorded, not enforced; 0x20019 asks for reading.
+    enum CreatePermissions : std::uint32_t {};
+    /// Ignored.
+    enum CreateOptions : std::uint32_t {};
+    /// Never written.
+    enum CreationDisposition : std::uint32_t {};
+
+    /// The types of stored values.
+    enum ErkValueType { Boolean, Number, String };
+    using Value = std::variant<bool, std::int32_t, CString>;
+
+    SECRegistry() = default;
+    virtual ~SECRegistry();
+
+    /// Sets the root key; true. The text and the flag are ignored.
+    bool Connect(std::uint32_t rootKey, unsigned short const* machine, bool flag);
+    /// Records key path and permissions and synchronises; true, also when the storage fails.
+    bool Open(unsigned short const* keyPath, CreatePermissions permissions);
+    /// Records key path and permissions; true. The rest is ignored.
+    bool Create(unsigned short const* keyPath, unsigned short const* className, CreateOptions options,
+                CreatePermissions permissions, CreationDisposition* disposition);
+    /// Synchronises; true, also when the storage fails.
+    bool Close();
+    /// False: there is no key at any index. The name is not changed.
+    bool EnumerateKeys(std::uint32_t index, CString& name) const;
+
+    /// Reads a value; false and the output untouched when there is none or one of another type. A number reads as a
+    /// boolean (not 0); nothing else is converted. A number is stored as a signed one and read with the same bits.
+    bool GetValue(unsigned short const* name, bool& value) const;
+    bool GetValue(unsigned short const* name, std::uint32_t& value) const;
+    bool GetValue(unsigned short const* name, CString& value) const;
+    bool GetDoubleWordValue(unsigned short const* name, std::uint32_t& value) const;
+    bool GetStringValue(unsigned short const* name, CString& value) const;
+
+    /// Writes a value; true. With root key 1, when it cannot be stored at once, it is also set for any machine.
+    bool SetValue(unsigned short const* name, bool value);
+    bool SetValue(unsigned short const* name, std::uint32_t value);
+    bool SetValue(unsigned short const* name, CString const& value);
+    bool SetDoubleWordValue(unsigned short const* name, std::uint32_t value);
+    bool SetStringValue(unsigned short const* name, CString const& value);
+
+    /// The stored value as the wanted type; none when there is none or it is of another one.
+    [[nodiscard]] std::optional<Value> GetValueFromSystem(unsigned short const* name, ErkValueType type) const;
+    void WriteValueToSystem(unsigned short const* name, const Value& value);
+    /// The name itself.
+    [[nodiscard]] CString GetFullKey(unsigned short const* name) const;
+
+private:
+    std::uint32_t m_rootKey = 0;
+    CString m_keyName;
+    CreatePermissions m_permissions{};
+};

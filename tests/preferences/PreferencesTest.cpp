@@ -1,0 +1,238 @@
+#include "RkUtilities/platform/ApplicationName.h"
+#include "RkUtilities/platform/PreferenceState.h"
+#include "RkUtilities/preferences/CrkRegistry.h"
+#include "RkUtilities/preferences/SECRegistry.h"
+
+#include "tests/support/ScopedFolder.h"
+#include "tests/support/ScopedVariable.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <random>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr std::uint32_t kAnyHost = 0;
+constexpr std::uint32_t kThisHost = 1;
+constexpr SECRegistry::CreatePermissions kRead{};
+
+/// Ten times the work for whoever wants figures.
+int Scaled(int count)
+{
+    return std::getenv("RKUTILITIES_LONG_TESTS") != nullptr ? count * 10 : count;
+}
+
+/// The store is one in a process and is looked for once: each step of a test is a process of its own, that ends normally.
+template <class Step>
+pid_t Start(const Step& step)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        step();
+        std::exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    return child;
+}
+
+int StatusOf(pid_t child)
+{
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status;
+}
+
+template <class Step>
+void InAProcess(const Step& step)
+{
+    EXPECT_EQ(StatusOf(Start(step)), 0);
+}
+
+CString TextOf(const char16_t* name)
+{
+    CString value = u"(none)";
+    SECRegistry().GetValue(CString(name).GetUTF16Ptr(), value);
+    return value;
+}
+
+void Set(std::uint32_t rootKey, const CString& name, const CString& value)
+{
+    SECRegistry registry;
+    registry.Connect(rootKey, nullptr, false);
+    registry.SetValue(name.GetUTF16Ptr(), value);
+}
+
+class Preferences : public testing::Test {
+protected:
+    Preferences() : m_home("XDG_CONFIG_HOME", m_folder.Path("config").c_str())
+    {
+        rk::platform::SetApplicationName("mind/maps");
+    }
+
+    ScopedFolder m_folder;
+    ScopedVariable m_home;
+    std::string m_database = "config/mind_maps/preferences.sqlite";
+};
+
+TEST_F(Preferences, KeepTypesAndEveryTextFromOneProcessToTheNext)
+{
+    const CString odd = std::u16string_view(u"\0a\xD800\n\U0001F600", 6);
+    const CString large = std::u16string(1U << 20U, u'ä');
+    InAProcess([&] {
+        SECRegistry registry;
+        EXPECT_TRUE(registry.Connect(kAnyHost, nullptr, true) &&
+                    registry.Open(CString(u"Any\\Path").GetUTF16Ptr(), kRead));
+        registry.SetValue(CString(u"number").GetUTF16Ptr(), 4294967295U);
+        registry.SetValue(CString(u"zero").GetUTF16Ptr(), 0U);
+        registry.SetValue(CString(u"flag").GetUTF16Ptr(), true);
+        registry.SetValue(CString(u"\xD800").GetUTF16Ptr(), odd);
+        registry.SetValue(CString(u"").GetUTF16Ptr(), large);
+        registry.SetValue(CString(u"empty").GetUTF16Ptr(), CString());
+        EXPECT_EQ(TextOf(u"\xD800"), odd);  // seen at once
+    });
+    InAProcess([&] {
+        SECRegistry registry;
+        std::uint32_t number = 5;
+        bool flag = false;
+        CString text = u"untouched";
+        EXPECT_TRUE(registry.GetValue(CString(u"number").GetUTF16Ptr(), number) && number == 4294967295U);
+        EXPECT_TRUE(registry.GetValue(CString(u"number").GetUTF16Ptr(), flag) && flag);
+        EXPECT_TRUE(registry.GetValue(CString(u"zero").GetUTF16Ptr(), flag) && !flag);
+        EXPECT_TRUE(registry.GetValue(CString(u"flag").GetUTF16Ptr(), flag) && flag);
+        EXPECT_FALSE(registry.GetValue(CString(u"flag").GetUTF16Ptr(), number));
+        EXPECT_FALSE(registry.GetValue(CString(u"number").GetUTF16Ptr(), text) ||
+                     registry.GetValue(CString(u"no").GetUTF16Ptr(), text));
+        EXPECT_TRUE(number == 4294967295U && text == u"untouched");
+        EXPECT_EQ(TextOf(u"\xD800"), odd);
+        EXPECT_EQ(TextOf(u""), large);
+        EXPECT_FALSE(registry.EnumerateKeys(0, text));
+        EXPECT_EQ(registry.GetFullKey(CString(u"number").GetUTF16Ptr()), u"number");
+        bool found = true;
+        EXPECT_EQ(CrkRegistry::GetUserOrMachineRegKeyString(nullptr, CString(u"empty").GetUTF16Ptr(), &found), u"");
+        EXPECT_FALSE(found);
+    });
+    struct stat facts {};
+    ASSERT_EQ(stat(m_folder.Path(m_database).c_str(), &facts), 0);
+    EXPECT_EQ(facts.st_mode & 0777, 0600U);
+}
+
+TEST_F(Preferences, OfThisHostComeFirst)
+{
+    InAProcess([] {
+        Set(kThisHost, u"name", u"here");
+        Set(kAnyHost, u"name", u"anywhere");
+        EXPECT_EQ(TextOf(u"name"), u"here");
+        Set(kAnyHost, u"other", u"anywhere");
+        EXPECT_EQ(TextOf(u"other"), u"anywhere");
+    });
+    InAProcess([] { EXPECT_EQ(TextOf(u"name"), u"here"); });
+}
+
+TEST_F(Preferences, OfAnotherProcessAreSeenAfterOpen)
+{
+    InAProcess([] {
+        Set(kThisHost, u"name", u"old");
+        InAProcess([] { Set(kThisHost, u"name", u"new"); });  // after fork, the store is opened anew
+        EXPECT_EQ(TextOf(u"name"), u"old");
+        SECRegistry().Open(nullptr, kRead);
+        EXPECT_EQ(TextOf(u"name"), u"new");
+    });
+}
+
+TEST_F(Preferences, OfManyProcessesAndThreadsAreAllKept)
+{
+    const int valueCount = Scaled(100);
+    std::vector<pid_t> children;
+    for (int process = 0; process < 8; ++process) {
+        children.push_back(Start([process, valueCount] {
+            std::vector<std::jthread> threads;
+            for (int thread = 0; thread < 2; ++thread) {
+                threads.emplace_back([=] {
+                    for (int i = thread; i < valueCount; i += 2) {
+                        CString name;
+                        name.Format(u"%d.%d", process, i);
+                        Set(kThisHost, name, name);
+                    }
+                });
+            }
+        }));
+    }
+    for (const pid_t child : children)
+        EXPECT_EQ(StatusOf(child), 0);
+    InAProcess([valueCount] {
+        for (int process = 0; process < 8; ++process) {
+            for (int i = 0; i < valueCount; ++i) {
+                CString name;
+                name.Format(u"%d.%d", process, i);
+                ASSERT_EQ(TextOf(std::u16string(name.View()).c_str()), name);
+            }
+        }
+    });
+}
+
+TEST_F(Preferences, ReportedAsStoredSurviveAKill)
+{
+    std::mt19937 random(21);
+    for (int round = 0; round < Scaled(20); ++round) {
+        int reports[2];
+        ASSERT_EQ(pipe(reports), 0);
+        const pid_t writer = Start([&] {
+            SECRegistry registry;
+            registry.Connect(kThisHost, nullptr, false);
+            for (std::uint32_t i = 1;; ++i) {
+                registry.SetValue(CString(u"count").GetUTF16Ptr(), i);
+                if (write(reports[1], &i, sizeof i) != sizeof i)
+                    return;
+            }
+        });
+        close(reports[1]);
+        std::uint32_t stored = 0;
+        ASSERT_EQ(read(reports[0], &stored, sizeof stored), static_cast<ssize_t>(sizeof stored));
+        usleep(static_cast<useconds_t>(random() % 20000));
+        kill(writer, SIGKILL);
+        while (read(reports[0], &stored, sizeof stored) == sizeof stored) {
+        }
+        close(reports[0]);
+        StatusOf(writer);
+        InAProcess([stored] {
+            std::uint32_t found = 0;
+            EXPECT_TRUE(SECRegistry().GetValue(CString(u"count").GetUTF16Ptr(), found));
+            EXPECT_TRUE(found == stored || found == stored + 1) << found << " after " << stored;
+        });
+    }
+}
+
+TEST_F(Preferences, WaitInTheProcessWhileTheStorageFails)
+{
+    m_folder.Write("config", "a file where a folder should be");
+    InAProcess([this] {
+        Set(kThisHost, u"name", u"kept");
+        EXPECT_EQ(TextOf(u"name"), u"kept");
+        EXPECT_NE(rk::platform::GetPreferenceState().lastFailure, "");
+        std::filesystem::remove(m_folder.Path("config"));
+        SECRegistry().Close();
+        EXPECT_EQ(rk::platform::GetPreferenceState().lastFailure, "");
+    });
+    InAProcess([] { EXPECT_EQ(TextOf(u"name"), u"kept"); });
+}
+
+TEST_F(Preferences, PutADamagedDatabaseAside)
+{
+    const std::string damage(5000, 'x');
+    m_folder.Write(m_database, damage);
+    InAProcess([&] {
+        Set(kAnyHost, u"name", u"new");
+        const rk::platform::PreferenceState state = rk::platform::GetPreferenceState();
+        EXPECT_EQ(state.lastFailure, "");
+        std::ifstream aside(state.damagedDatabase, std::ios::binary);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(aside), {}), damage) << state.damagedDatabase;
+    });
+    InAProcess([] { EXPECT_EQ(TextOf(u"name"), u"new"); });
+}
+
+}  // namespace
