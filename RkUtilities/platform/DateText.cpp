@@ -1,18 +1,13 @@
 #include "RkUtilities/platform/DateText.h"
 
-#include "RkUtilities/platform/LocalTime.h"
+#include "RkUtilities/platform/IcuDateFormat.h"
 #include "RkUtilities/platform/PerThread.h"
 
 #include <array>
 #include <atomic>
-#include <limits>
 #include <map>
 #include <mutex>
 #include <tuple>
-#include <unicode/gregocal.h>
-#include <unicode/simpletz.h>
-#include <unicode/smpdtfmt.h>
-#include <unicode/timezone.h>
 
 namespace rk::platform {
 
@@ -51,12 +46,12 @@ MadeText& MadeTextOf(std::uint64_t formatId)
     return texts[formatId % texts.size()];
 }
 
-class IcuDateTextFormat final : public DateTextFormat {
+class KeptDateTextFormat final : public DateTextFormat {
 public:
-    IcuDateTextFormat(std::unique_ptr<icu::DateFormat> format, DateStyle time)
-        : m_format(std::move(format)), m_showsZone(time == DateStyle::Long || time == DateStyle::Full),
-          m_periodSeconds(time == DateStyle::None ? kSecondsADay : kSecondsAMinute),
-          m_keepsTexts(time == DateStyle::None || time == DateStyle::Short), m_id(NextId())
+    KeptDateTextFormat(std::unique_ptr<const IcuDateFormat> format, DateStyle time)
+        : m_format(std::move(format)), m_pattern(m_format->Pattern()),
+          m_showsZone(time == DateStyle::Long || time == DateStyle::Full), m_showsSeconds(time >= DateStyle::Medium),
+          m_periodSeconds(time == DateStyle::None ? kSecondsADay : kSecondsAMinute), m_id(NextId())
     {}
 
     std::u16string_view Text(std::int64_t utcSeconds) const override
@@ -64,23 +59,21 @@ public:
         MadeText& made = MadeTextOf(m_id);
         const std::uint64_t zone = ZoneGeneration();
         const std::int64_t utcMinute = FloorDivide(utcSeconds, kSecondsAMinute);
-        const bool sameFormat = made.formatId == m_id && made.zoneGeneration == zone;
-        if (sameFormat && made.utcMinute == utcMinute)
+        const bool holds = made.formatId == m_id && made.zoneGeneration == zone;
+        if (holds && made.utcMinute == utcMinute)
             return made.text;
-        const std::int64_t offset = LocalOffset(utcSeconds);
-        const std::int64_t period = FloorDivide(utcSeconds + offset, m_periodSeconds);
-        if (!sameFormat || made.localPeriod != period || !m_keepsTexts) {
+        const CalendarTime fields = LocalCalendar(utcSeconds);
+        const std::int64_t period = FloorDivide(utcSeconds + fields.utcOffset, m_periodSeconds);
+        if (!holds || made.localPeriod != period) {
             made.formatId = 0;  // nothing is kept if making fails
-            made.text = Made(utcSeconds, offset);
+            Make(made.text, utcSeconds, fields);
         }
-        if (m_keepsTexts && utcSeconds >= kWholeMinutesSince && offset % kSecondsAMinute == 0) {
-            made.formatId = m_id;
-            made.zoneGeneration = zone;
-            made.utcMinute = utcMinute;
-            made.localPeriod = period;
-        } else {
-            made.formatId = 0;
-        }
+        const bool isKept =
+            !m_showsSeconds && utcSeconds >= kWholeMinutesSince && fields.utcOffset % kSecondsAMinute == 0;
+        made.formatId = isKept ? m_id : 0;
+        made.zoneGeneration = zone;
+        made.utcMinute = utcMinute;
+        made.localPeriod = period;
         return made.text;
     }
 
@@ -91,49 +84,23 @@ private:
         return next.fetch_add(1, std::memory_order_relaxed);
     }
 
-    std::u16string Made(std::int64_t utcSeconds, std::int64_t offset) const
+    void Make(std::u16string& text, std::int64_t utcSeconds, const CalendarTime& fields) const
     {
-        const std::unique_ptr<icu::Calendar> calendar(m_format->getCalendar()->clone());
-        UErrorCode error = U_ZERO_ERROR;
-        icu::UnicodeString text;
-        icu::FieldPosition ignored;
-        if (m_showsZone) {
-            calendar->adoptTimeZone(ZoneFor(utcSeconds, offset).release());
-            calendar->setTime(static_cast<UDate>(utcSeconds) * 1000, error);
+        if (m_pattern) {
+            text.clear();
+            m_pattern->AppendTo(text, fields);
+        } else if (m_showsZone) {
+            text = m_format->TextWithZone(utcSeconds, fields.utcOffset);
         } else {
-            calendar->setTime(static_cast<UDate>(utcSeconds + offset) * 1000,
-                              error);  // the kept calendar's zone is UTC
+            text = m_format->Text(utcSeconds, fields.utcOffset);
         }
-        m_format->format(*calendar, text, ignored);
-        return {text.getBuffer(), static_cast<std::size_t>(text.length())};
     }
 
-    /// ICU's zone of the C library's name where both agree about the time, else one of that offset.
-    static std::unique_ptr<icu::TimeZone> ZoneFor(std::int64_t utcSeconds, std::int64_t offset)
-    {
-        std::unique_ptr<icu::TimeZone> zone(icu::TimeZone::detectHostTimeZone());
-        std::int32_t rawMilliseconds = 0;
-        std::int32_t daylightMilliseconds = 0;
-        UErrorCode error = U_ZERO_ERROR;
-        zone->getOffset(static_cast<UDate>(utcSeconds) * 1000, 0, rawMilliseconds, daylightMilliseconds, error);
-        if (U_FAILURE(error) != 0 || std::int64_t{rawMilliseconds} + daylightMilliseconds != offset * 1000)
-            zone.reset(icu::TimeZone::createTimeZone(FixedZoneName(offset)));
-        return zone;
-    }
-
-    static icu::UnicodeString FixedZoneName(std::int64_t offset)
-    {
-        const std::int64_t size = offset < 0 ? -offset : offset;
-        const auto digits = [](std::int64_t value) { return (value < 10 ? "0" : "") + std::to_string(value); };
-        const std::string name = std::string("GMT") + (offset < 0 ? '-' : '+') + digits(size / 3600) + ':' +
-                                 digits(size / 60 % 60) + ':' + digits(size % 60);
-        return icu::UnicodeString::fromUTF8(name);
-    }
-
-    std::unique_ptr<const icu::DateFormat> m_format;
+    std::unique_ptr<const IcuDateFormat> m_format;
+    std::optional<DatePattern> m_pattern;
     bool m_showsZone;
+    bool m_showsSeconds;
     std::int64_t m_periodSeconds;
-    bool m_keepsTexts;
     std::uint64_t m_id;
 };
 
@@ -141,18 +108,8 @@ std::shared_ptr<const DateTextFormat> Make(const std::string& locale, DateStyle 
 {
     if (date == DateStyle::None && time == DateStyle::None)
         return nullptr;
-    std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
-        IcuStyle(date), IcuStyle(time), icu::Locale::createCanonical(locale.c_str())));
-    if (format == nullptr)
-        return nullptr;
-    std::unique_ptr<icu::Calendar> calendar(format->getCalendar()->clone());
-    calendar->adoptTimeZone(icu::TimeZone::createTimeZone("Etc/UTC"));
-    if (auto* const gregorian = dynamic_cast<icu::GregorianCalendar*>(calendar.get())) {
-        UErrorCode error = U_ZERO_ERROR;
-        gregorian->setGregorianChange(-std::numeric_limits<double>::max(), error);
-    }
-    format->adoptCalendar(calendar.release());
-    return std::make_shared<IcuDateTextFormat>(std::move(format), time);
+    auto format = IcuDateFormat::Make(locale, IcuStyle(date), IcuStyle(time));
+    return format != nullptr ? std::make_shared<KeptDateTextFormat>(std::move(format), time) : nullptr;
 }
 
 }  // namespace

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 /// The calendar, in UTC and in the C library's local time (`TZ`, else the system's zone). Gregorian on both sides of
-/// 1582, as the C library counts. Safe from any thread as long as none changes the environment meanwhile.
+/// 1582, as the C library counts. A changed `TZ` is seen by the next call, a changed system's zone within a second.
+/// Safe from any thread as long as none changes the environment meanwhile.
 namespace rk::platform {
 
-/// Calendar fields; out of their ranges they are carried into the next larger one ("32 January" is 1 February).
+/// Calendar fields.
 struct CalendarTime {
     int year = 0;
     int month = 0;  // 1 to 12
@@ -17,6 +19,7 @@ struct CalendarTime {
     int dayOfWeek = 0;     // 0 is Sunday
     int dayOfYear = 0;     // 0 is 1 January
     int daylightTime = 0;  // as tm_isdst
+    int utcOffset = 0;     // seconds by which the calendar is ahead of UTC
 };
 
 /// What a calendar may read, in seconds since it read 1 January 1970, 00:00:00: the years 1 to 9999.
@@ -34,10 +37,8 @@ constexpr std::int64_t kUtcSecondsOf2001 = 978307200;
 CalendarTime UtcCalendar(std::int64_t utcSeconds);
 CalendarTime LocalCalendar(std::int64_t utcSeconds);
 
-/// Seconds by which local time is ahead of UTC at that time.
-std::int64_t LocalOffset(std::int64_t utcSeconds);
-
-/// The seconds that the fields count when no zone is looked at; never overflows.
+/// The seconds that the fields count when no zone is looked at; never overflows. Fields out of their ranges are carried
+/// into the next larger one ("32 January" is 1 February).
 std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int second);
 
 /// Which of two times is meant by a local time that exists twice.
@@ -50,5 +51,9 @@ std::int64_t LocalToUtc(std::int64_t localSeconds, DaylightTime daylight);
 
 /// Changes whenever the zone that local times are read in has changed: for what is kept about local times.
 std::uint64_t ZoneGeneration();
+
+/// The zone's name in the zone database ("Europe/Berlin"), as far as `TZ` or the system's link into the database tell;
+/// anything else otherwise.
+std::string ZoneName();
 
 }  // namespace rk::platform

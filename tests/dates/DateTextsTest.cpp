@@ -212,7 +212,8 @@ TEST(DateTexts, SeeAnotherZoneInTheSameMinute)
     const std::string texts = InChild([] {
         const ScopedUserLocale user("de_DE");
         std::string seen;
-        for (const char* const zone : {"UTC", "Asia/Kathmandu", "Europe/Berlin", "UTC", "XYZ-3:20", ":Asia/Tokyo"}) {
+        for (const char* const zone :
+             {"UTC", "Asia/Kathmandu", "Europe/Berlin", "UTC", "XYZ-3:20", "<+00>0", ":Asia/Tokyo"}) {
             const ScopedZone scoped(zone);
             seen += CrkDateUtilities::ShortTimeString(At(1794862325)).ToUtf8() + ' ' +
                     CrkDateUtilities::LongTimeString(At(1794862325)).ToUtf8() + '|';
@@ -220,7 +221,7 @@ TEST(DateTexts, SeeAnotherZoneInTheSameMinute)
         return seen;
     });
     EXPECT_EQ(texts, "20:52 20:52:05 UTC|02:37 02:37:05 GMT+5:45|21:52 21:52:05 MEZ|20:52 20:52:05 UTC|"
-                     "00:12 00:12:05 GMT+3:20|05:52 05:52:05 GMT+9|");
+                     "00:12 00:12:05 GMT+3:20|20:52 20:52:05 GMT|05:52 05:52:05 GMT+9|");
 }
 
 TEST(DateTexts, AreMadeByManyThreadsAtOnce)
