@@ -8,13 +8,14 @@
 #include <clocale>
 #include <cstdint>
 #include <mutex>
+#include <unicode/locid.h>
 #include <utility>
 
 namespace rk::platform {
 
 namespace {
 
-constexpr std::size_t kMostNameBytes = 100;  // names of CLDR are far shorter; ICU refuses from 157 on
+constexpr std::size_t kMostNameBytes = 100;  // names of CLDR are far shorter
 
 /// The chosen name; readers look at its generation first, which costs no lock.
 struct Choice {
@@ -38,7 +39,6 @@ constexpr std::pair<std::string_view, std::string_view> kScripts[] = {
 /// "sr_RS.UTF-8@latin" as ICU names it: "sr_Latn_RS". Keywords of ICU ("@calendar=gregorian") stay.
 std::string IcuName(std::string_view name)
 {
-    name = name.substr(0, std::min(name.find('\0'), kMostNameBytes));
     const std::string_view modifier = name.substr(std::min(name.find('@'), name.size()));
     const std::string_view language = name.substr(0, std::min(name.find_first_of(".@"), name.size()));
     if (language == "C" || language == "POSIX")
@@ -51,6 +51,25 @@ std::string IcuName(std::string_view name)
             result.insert(std::min(result.find('_'), result.size()), "_" + std::string(script));
     }
     return result;
+}
+
+/// ICU looks for files by the language and is not ready for a locale that it has refused.
+bool IsHarmless(std::string_view name)
+{
+    constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
+    return name.size() <= kMostNameBytes &&
+           name.substr(0, name.find('@')).find_first_not_of(kLetters) == std::string_view::npos &&
+           name.find('\0') == std::string_view::npos;
+}
+
+/// The name of a locale that ICU accepts; the root locale for all others.
+std::string CanonicalName(std::string_view name)
+{
+    const std::string icuName = IcuName(name);
+    if (!IsHarmless(icuName))
+        return "root";
+    const icu::Locale locale = icu::Locale::createCanonical(icuName.c_str());
+    return locale.isBogus() != 0 ? "root" : locale.getName();
 }
 
 /// What a thread last found for one use.
@@ -81,14 +100,14 @@ const std::string& UserLocaleName(LocaleUse use)
         const std::lock_guard lock(choice.mutex);
         known.chosen = !choice.name.empty();
         known.category.clear();
-        known.name = known.chosen ? IcuName(choice.name) : "en_US_POSIX";
+        known.name = known.chosen ? CanonicalName(choice.name) : "en_US_POSIX";
         known.generation = choice.generation.load(std::memory_order_relaxed);
     }
     if (known.chosen)
         return known.name;
     const char* const category = std::setlocale(kCategories[static_cast<std::size_t>(use)], nullptr);
     if (category != nullptr && known.category != category) {
-        known.name = IcuName(category);
+        known.name = CanonicalName(category);
         known.category = category;
     }
     return known.name;

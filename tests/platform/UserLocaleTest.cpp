@@ -1,0 +1,144 @@
+#include "RkUtilities/platform/UserLocale.h"
+
+#include "RkUtilities/logging/CrkLogWriter.h"
+
+#include "tests/support/ScopedUserLocale.h"
+#include "tests/support/ScopedVariable.h"
+
+#include <atomic>
+#include <clocale>
+#include <ctime>
+#include <gtest/gtest.h>
+#include <memory>
+#include <random>
+#include <string>
+#include <thread>
+#include <unicode/smpdtfmt.h>
+#include <utility>
+#include <vector>
+
+namespace {
+
+std::string IcuText(const char* locale, std::time_t time)
+{
+    const std::unique_ptr<icu::DateFormat> format(
+        icu::DateFormat::createDateTimeInstance(icu::DateFormat::kFull, icu::DateFormat::kFull, icu::Locale(locale)));
+    format->adoptTimeZone(icu::TimeZone::createTimeZone("UTC"));
+    icu::UnicodeString text;
+    std::string bytes;
+    return format->format(static_cast<UDate>(time) * 1000, text).toUTF8String(bytes);
+}
+
+/// Whether the texts of now are those of `locale`.
+bool IsLocaleNow(const char* locale)
+{
+    while (true) {
+        const std::time_t time = std::time(nullptr);
+        const CString ours = CrkLogWriter::CurrentTimeString(kCFDateFormatterFullStyle);
+        if (time == std::time(nullptr))
+            return ours.ToUtf8() == IcuText(locale, time);
+    }
+}
+
+class ScopedCategory {
+public:
+    ScopedCategory(int category, const char* name) : m_category(category), m_before(setlocale(category, nullptr))
+    {
+        EXPECT_NE(std::setlocale(category, name), nullptr) << "LOCPATH leads to no " << name;
+    }
+    ~ScopedCategory() { std::setlocale(m_category, m_before.c_str()); }
+    ScopedCategory(const ScopedCategory&) = delete;
+    ScopedCategory& operator=(const ScopedCategory&) = delete;
+
+private:
+    int m_category;
+    std::string m_before;
+};
+
+constexpr std::pair<const char*, const char*> kNames[] = {
+    {"de_DE", "de_DE"},
+    {"de_DE.UTF-8", "de_DE"},
+    {"de_DE.UTF-8@euro", "de_DE"},
+    {"de-DE", "de_DE"},
+    {"sr_RS.UTF-8@latin", "sr_Latn_RS"},
+    {"sr_RS", "sr_Cyrl_RS"},
+    {"uz_UZ@cyrillic", "uz_Cyrl_UZ"},
+    {"th_TH@calendar=gregorian", "th_TH@calendar=gregorian"},
+    {"th_TH", "th_TH@calendar=buddhist"},
+    {"C", "en_US_POSIX"},
+    {"C.UTF-8", "en_US_POSIX"},
+    {"POSIX", "en_US_POSIX"},
+    {"fr_XX", "fr"},
+    {"", "en_US_POSIX"},  // the process's own
+};
+
+TEST(UserLocale, IsTheChosenOneFromTheNextCallOn)
+{
+    const ScopedZone utc("UTC");
+    for (const auto& [name, icuName] : kNames) {
+        const ScopedUserLocale user(name);
+        EXPECT_TRUE(IsLocaleNow(icuName)) << name;
+    }
+    EXPECT_TRUE(IsLocaleNow("en_US_POSIX"));
+}
+
+TEST(UserLocale, IsOtherwiseThatOfTheCategoryForTheUse)
+{
+    const ScopedZone utc("UTC");
+    {
+        const ScopedCategory numbers(LC_NUMERIC, "de_DE.UTF-8");
+        EXPECT_TRUE(IsLocaleNow("en_US_POSIX"));
+    }
+    const ScopedCategory times(LC_TIME, "de_DE.UTF-8");
+    EXPECT_TRUE(IsLocaleNow("de_DE"));
+    {
+        const ScopedUserLocale user("fr_FR");
+        EXPECT_TRUE(IsLocaleNow("fr_FR"));
+    }
+    EXPECT_TRUE(IsLocaleNow("de_DE"));
+}
+
+TEST(UserLocale, TakesHostileNamesForTheRootLocale)
+{
+    const ScopedZone utc("UTC");
+    const std::string names[] = {
+        "../../../../tmp/evil",   "/etc/passwd",  std::string(100, 'a'), std::string(5000, '@'),
+        std::string("de\0DE", 5), "\xFF\xFE\x80", std::string(101, '_'), "%s%n"};
+    for (const std::string& name : names) {
+        rk::platform::SetUserLocale(name);
+        EXPECT_TRUE(IsLocaleNow("root")) << name;
+    }
+    std::mt19937 random(5);
+    constexpr std::string_view kUnits = "aAdeDE@@=;;-__..09+/ \t";
+    for (int round = 0; round < 3000; ++round) {
+        std::string name = round % 2 == 0 ? "de_DE@" : "";
+        for (auto length = random() % 110; name.size() < length;)
+            name += kUnits[random() % kUnits.size()];
+        rk::platform::SetUserLocale(name);
+        ASSERT_FALSE(CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle).IsEmpty()) << name;
+    }
+    rk::platform::SetUserLocale("");
+}
+
+TEST(UserLocale, MayChangeWhileOtherThreadsAsk)
+{
+    const auto now = [] { return CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle); };
+    std::atomic<bool> isOver = false;
+    std::atomic<int> germanCount = 0;
+    std::atomic<int> otherCount = 0;
+    {
+        std::vector<std::jthread> threads;
+        for (int i = 0; i < 3; ++i)
+            threads.emplace_back([&] {
+                while (!isOver)
+                    ++(now().Find(u'.') == 2 ? germanCount : otherCount);
+            });
+        for (int i = 0; i < 2000 || germanCount == 0 || otherCount == 0; ++i)
+            rk::platform::SetUserLocale(i % 2 == 0 ? "de_DE" : "en_US");
+        isOver = true;
+    }
+    rk::platform::SetUserLocale("");
+    EXPECT_EQ(now().Find(u'.'), -1);
+}
+
+}  // namespace
