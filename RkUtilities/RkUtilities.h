@@ -43,6 +43,8 @@
 #include "RkUtilities/logging/CrkLogTypes.h"
 #include "RkUtilities/logging/CrkLogWriter.h"
 #include "RkUtilities/logging/ErkLogLevel.h"
+#include "RkUtilities/numbers/CrkLocaleUtilities.h"
+#include "RkUtilities/numbers/CrkStringConversionUtilities.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
 #include "RkUtilities/paths/SECFileSystem.h"
 #include "RkUtilities/platform/ApplicationName.h"

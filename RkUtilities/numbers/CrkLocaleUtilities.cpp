@@ -1,0 +1,53 @@
+#include "RkUtilities/numbers/CrkLocaleUtilities.h"
+
+#include "RkUtilities/numbers/NumberText.h"
+#include "RkUtilities/platform/NumberFormats.h"
+
+using rk::platform::LocaleUse;
+using rk::platform::NumberFormats;
+
+CString CrkLocaleUtilities::GetDecimalPoint()
+{
+    return NumberFormats::Of(LocaleUse::Money).currencyDecimalSeparator;
+}
+
+CString CrkLocaleUtilities::GetDigitGroupingSymbol()
+{
+    return NumberFormats::Of(LocaleUse::Money).currencyGroupingSeparator;
+}
+
+void CrkLocaleUtilities::GetNegativeNumberPrefixSuffix(CString& prefix, CString& suffix)
+{
+    prefix = rk::kNegativePrefix;
+    suffix = rk::kNegativeSuffix;
+}
+
+CString CrkLocaleUtilities::GetCurrencySymbol()
+{
+    return NumberFormats::Of(LocaleUse::Money).currencySymbol;
+}
+
+int CrkLocaleUtilities::GetCurrencyNumberOfDecimalDigits()
+{
+    return NumberFormats::Of(LocaleUse::Money).currencyFractionDigits;
+}
+
+int CrkLocaleUtilities::GetPositiveCurrencyFormat()
+{
+    return 0;
+}
+
+int CrkLocaleUtilities::GetNegativeCurrencyFormat()
+{
+    return 0;
+}
+
+CString CrkLocaleUtilities::GetListSeparator()
+{
+    return NumberFormats::Of(LocaleUse::Numbers).decimalSeparator;
+}
+
+int CrkLocaleUtilities::GetFirstDayOfWeek()
+{
+    return NumberFormats::Of(LocaleUse::Time).firstWeekday;
+}

@@ -1,0 +1,121 @@
+#include "RkUtilities/numbers/NumberText.h"
+
+#include "RkUtilities/foundation/CharacterTypes.h"
+#include "RkUtilities/platform/Unicode.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
+namespace rk {
+
+namespace {
+
+constexpr std::size_t kGroupUnits = 3;
+constexpr int kMostDecimals = 30;
+
+/// Moves the decimal point by `places`, to the right for positive ones.
+void ShiftPoint(SplitNumber& number, std::int64_t places)
+{
+    const std::u16string_view whole = number.integer.first;
+    const std::u16string_view fraction = number.fraction.first;
+    const auto count = static_cast<std::size_t>(places < 0 ? -places : places);
+    if (places > 0) {
+        const std::size_t moved = std::min(count, fraction.size());
+        number.integer.second = fraction.substr(0, moved);
+        number.integer.trailingZeros = count - moved;
+        number.fraction = DigitRun(fraction.substr(moved));
+    } else if (places < 0) {
+        const std::size_t moved = std::min(count, whole.size());
+        number.integer.first = moved < whole.size() ? whole.substr(0, whole.size() - moved) : u"0";
+        number.fraction.leadingZeros = count - moved;
+        number.fraction.first = whole.substr(whole.size() - moved);
+        number.fraction.second = fraction;
+    }
+}
+
+}  // namespace
+
+std::u16string_view Trimmed(std::u16string_view text)
+{
+    while (!text.empty() && platform::IsWhiteSpace(text.back()))
+        text.remove_suffix(1);
+    while (!text.empty() && platform::IsWhiteSpace(text.front()))
+        text.remove_prefix(1);
+    return text;
+}
+
+void DigitRun::AppendTo(TextBuilder& builder, std::size_t start, std::size_t count) const
+{
+    const auto take = [&](std::size_t length, const auto& append) {
+        const std::size_t skipped = std::min(start, length);
+        const std::size_t taken = std::min(count, length - skipped);
+        if (taken != 0)
+            append(skipped, taken);
+        start -= skipped;
+        count -= taken;
+    };
+    const auto zeros = [&](std::size_t, std::size_t taken) { builder.Append(taken, u'0'); };
+    take(leadingZeros, zeros);
+    take(first.size(), [&](std::size_t at, std::size_t taken) { builder.Append(first.substr(at, taken)); });
+    take(second.size(), [&](std::size_t at, std::size_t taken) { builder.Append(second.substr(at, taken)); });
+    take(trailingZeros, zeros);
+}
+
+CString DigitRun::Text() const
+{
+    TextBuilder builder(Length());
+    AppendTo(builder, 0, Length());
+    return builder.Take();
+}
+
+std::optional<SplitNumber> Split(const CString& text, std::u16string_view decimalPoint,
+                                 std::u16string_view fractionBefore)
+{
+    std::u16string_view rest = Trimmed(text);
+    if (rest.empty())
+        return std::nullopt;
+    SplitNumber number;
+    number.negative = rest.front() == u'-';
+    if (number.negative || rest.front() == u'+')
+        rest.remove_prefix(1);
+
+    std::size_t exponentAt = rest.find(u'e');
+    if (exponentAt == std::u16string_view::npos)
+        exponentAt = rest.find(u'E');
+    const std::u16string_view digits = rest.substr(0, exponentAt);
+
+    const std::size_t pointAt = decimalPoint.empty() ? std::u16string_view::npos : digits.find(decimalPoint);
+    number.integer.first = digits.substr(0, pointAt);
+    number.fraction.first = fractionBefore;
+    if (pointAt != std::u16string_view::npos && pointAt + decimalPoint.size() < digits.size())
+        number.fraction.first = digits.substr(pointAt + decimalPoint.size());
+    if (exponentAt != std::u16string_view::npos)
+        ShiftPoint(number, _ttoi(AsUnsignedShort(rest.data() + exponentAt + 1)));  // up to the text's terminator
+    return number;
+}
+
+std::size_t ClampedDecimals(int decimalCount)
+{
+    return static_cast<std::size_t>(std::clamp(decimalCount, 0, kMostDecimals));
+}
+
+void AppendDecimals(TextBuilder& builder, const DigitRun& fraction, std::size_t start, std::size_t count)
+{
+    const std::size_t before = builder.Length();
+    fraction.AppendTo(builder, start, count);
+    builder.Append(count - (builder.Length() - before), u'0');
+}
+
+void AppendGrouped(TextBuilder& builder, const DigitRun& integer, std::u16string_view separator)
+{
+    const std::size_t length = integer.Length();
+    std::size_t groupUnits = length % kGroupUnits == 0 ? kGroupUnits : length % kGroupUnits;
+    for (std::size_t at = 0; at < length; at += groupUnits, groupUnits = kGroupUnits) {
+        if (at != 0)
+            builder.Append(separator);
+        integer.AppendTo(builder, at, groupUnits);
+    }
+}
+
+}  // namespace rk
