@@ -1,0 +1,192 @@
+#include "RkUtilities/numbers/CrkLocaleUtilities.h"
+#include "RkUtilities/numbers/CrkStringConversionUtilities.h"
+
+#include "tests/support/ScopedUserLocale.h"
+
+#include <atomic>
+#include <clocale>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <thread>
+#include <unicode/calendar.h>
+#include <unicode/dcfmtsym.h>
+#include <unicode/decimfmt.h>
+#include <vector>
+
+namespace {
+
+using Locale = CrkLocaleUtilities;
+using Conversion = CrkStringConversionUtilities;
+using Symbols = icu::DecimalFormatSymbols;
+
+CString Symbol(const icu::DecimalFormat& format, Symbols::ENumberFormatSymbol symbol)
+{
+    const icu::UnicodeString text = format.getDecimalFormatSymbols()->getSymbol(symbol);
+    return std::u16string_view(text.getBuffer(), static_cast<std::size_t>(text.length()));
+}
+
+std::unique_ptr<icu::DecimalFormat> FormatOf(const icu::Locale& locale, UNumberFormatStyle style)
+{
+    UErrorCode error = U_ZERO_ERROR;
+    return std::unique_ptr<icu::DecimalFormat>(
+        dynamic_cast<icu::DecimalFormat*>(icu::NumberFormat::createInstance(locale, style, error)));
+}
+
+TEST(LocaleQueries, AgreeWithIcuInEveryLocale)
+{
+    std::int32_t count = 0;
+    const icu::Locale* const locales = icu::Locale::getAvailableLocales(count);
+    ASSERT_GT(count, 400);
+    for (std::int32_t i = 0; i < count; ++i) {
+        const icu::Locale& locale = locales[i];
+        SCOPED_TRACE(locale.getName());
+        const ScopedUserLocale user(locale.getName());
+        const auto money = FormatOf(locale, UNUM_CURRENCY);
+        const auto plain = FormatOf(locale, UNUM_DECIMAL);
+        ASSERT_TRUE(money && plain);
+        EXPECT_EQ(Locale::GetDecimalPoint(), Symbol(*money, Symbols::kMonetarySeparatorSymbol));
+        EXPECT_EQ(Locale::GetDigitGroupingSymbol(), Symbol(*money, Symbols::kMonetaryGroupingSeparatorSymbol));
+        EXPECT_NE(Locale::GetDigitGroupingSymbol(), Locale::GetDecimalPoint());
+        EXPECT_EQ(Locale::GetCurrencySymbol(), Symbol(*money, Symbols::kCurrencySymbol));
+        EXPECT_EQ(Locale::GetCurrencyNumberOfDecimalDigits(), money->getMinimumFractionDigits());
+        EXPECT_EQ(Locale::GetListSeparator(), Symbol(*plain, Symbols::kDecimalSeparatorSymbol));
+        UErrorCode error = U_ZERO_ERROR;
+        const std::unique_ptr<icu::Calendar> calendar(icu::Calendar::createInstance(locale, error));
+        EXPECT_EQ(Locale::GetFirstDayOfWeek(), calendar->getFirstDayOfWeek(error));
+        EXPECT_EQ(Locale::GetPositiveCurrencyFormat() + Locale::GetNegativeCurrencyFormat(), 0);
+
+        // What ICU writes is what the scanners read, signs and digits of the locale included.
+        plain->setGroupingUsed(0);
+        icu::UnicodeString written;
+        plain->format(-1234.5, written);
+        double number = 0;
+        int whole = 0;
+        const CString text(std::u16string_view(written.getBuffer(), static_cast<std::size_t>(written.length())));
+        EXPECT_TRUE(Conversion::StringToDouble(text, number) && Conversion::StringToInteger(text, whole)) << text;
+        EXPECT_EQ(number, -1234.5);
+        EXPECT_EQ(whole, -1234);
+        long plainDigits = 0;
+        EXPECT_TRUE(Conversion::StringToLong(u"-1234567", plainDigits) && plainDigits == -1234567);
+    }
+    CString prefix = u"before";
+    CString suffix = u"after";
+    Locale::GetNegativeNumberPrefixSuffix(prefix, suffix);
+    icu::UnicodeString rootPrefix;
+    FormatOf(icu::Locale::getRoot(), UNUM_DECIMAL)->getNegativePrefix(rootPrefix);
+    EXPECT_TRUE(prefix == u"-" && suffix == u"" && rootPrefix == u"-");
+}
+
+struct LocaleRow {
+    const char* locale;
+    const char16_t* decimalPoint;
+    const char16_t* grouping;
+    const char16_t* list;
+    const char16_t* symbol;
+    int decimals;
+    int firstDay;
+};
+constexpr LocaleRow kLocaleRows[] = {
+    {"en_US", u".", u",", u".", u"$", 2, 1},
+    {"de_DE", u",", u".", u",", u"\u20AC", 2, 2},
+    {"ja_JP", u".", u",", u".", u"\uFFE5", 0, 1},
+    {"fr_CH", u".", u"\u202F", u",", u"CHF", 2, 2},
+    {"en_DE", u".", u",", u",", u"\u20AC", 2, 2},  // groups of amounts differ from those of plain numbers
+    {"fa_IR", u"\u066B", u"\u066C", u"\u066B", u"\u0631\u06CC\u0627\u0644", 0, 7},
+};
+
+TEST(LocaleQueries, FollowTheUser)
+{
+    for (const LocaleRow& row : kLocaleRows) {
+        SCOPED_TRACE(row.locale);
+        const ScopedUserLocale user(row.locale);
+        EXPECT_EQ(Locale::GetDecimalPoint(), row.decimalPoint);
+        EXPECT_EQ(Locale::GetDigitGroupingSymbol(), row.grouping);
+        EXPECT_EQ(Locale::GetListSeparator(), row.list);
+        EXPECT_EQ(Locale::GetCurrencySymbol(), row.symbol);
+        EXPECT_EQ(Locale::GetCurrencyNumberOfDecimalDigits(), row.decimals);
+        EXPECT_EQ(Locale::GetFirstDayOfWeek(), row.firstDay);
+    }
+}
+
+TEST(LocaleQueries, FollowEachCategoryOfTheProcessAtOnce)
+{
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    const auto facts = [] {
+        return Locale::GetDecimalPoint() + Locale::GetListSeparator() +
+               Conversion::LongToString(Locale::GetFirstDayOfWeek());
+    };
+    EXPECT_EQ(facts(), u"..1");
+    struct {
+        int category;
+        const char16_t* facts;
+    } const rows[] = {{LC_MONETARY, u",.1"}, {LC_NUMERIC, u",,1"}, {LC_TIME, u",,2"}};
+    for (const auto& row : rows) {
+        ASSERT_NE(std::setlocale(row.category, "de_DE.UTF-8"), nullptr) << "the build makes it, LOCPATH leads to it";
+        EXPECT_EQ(facts(), row.facts);
+    }
+    EXPECT_EQ(Conversion::DoubleToString(1e-10), u"1e-10");
+    EXPECT_EQ(Conversion::DoubleToString(2.5), u"2,5");
+    double value = 0;
+    EXPECT_TRUE(Conversion::StringToDouble(u"1,5e1", value) && value == 15);
+    std::setlocale(LC_ALL, before.c_str());
+    EXPECT_EQ(facts(), u"..1");
+}
+
+TEST(LocaleQueries, SurviveHostileNames)
+{
+    std::vector<std::string> names = {"xx_YY",
+                                      "@",
+                                      "@numbers=",
+                                      "en_US@numbers=hebr;currency=XYZ",
+                                      "_",
+                                      "%s%n",
+                                      "../../etc",
+                                      std::string(5000, 'a'),
+                                      "de_DE@numbers=\xFF",
+                                      "\xFF\xFE",
+                                      "en@calendar=nonsense",
+                                      "zh@numbers=hansfin",
+                                      "ta@numbers=taml"};
+    for (int i = 0; i < 200; ++i)  // more than are kept
+        names.push_back("de_DE@x=" + std::to_string(i));
+    for (const std::string& name : names) {
+        const ScopedUserLocale user(name.c_str());
+        EXPECT_FALSE(Locale::GetDecimalPoint().IsEmpty() || Locale::GetListSeparator().IsEmpty()) << name;
+        EXPECT_FALSE(Locale::GetCurrencySymbol().IsEmpty()) << name;
+        double value = 0;
+        long whole = 0;
+        EXPECT_TRUE(Conversion::StringToDouble(Conversion::DoubleToString(12), value) && value == 12) << name;
+        EXPECT_TRUE(Conversion::StringToLong(u"12.", whole) || !Conversion::StringToLong(u"ab", whole)) << name;
+    }
+}
+
+TEST(LocaleQueries, StayWholeWhileAnotherThreadChangesTheLocale)
+{
+    std::atomic<bool> stop = false;
+    std::vector<std::thread> readers;
+    for (int i = 0; i < 3; ++i) {
+        readers.emplace_back([&stop] {
+            while (!stop) {
+                const CString text = Conversion::DoubleStringToFormattedNumber(u"1234567e-2", /*groupThousands=*/true,
+                                                                               2, Conversion::MinusSign);
+                EXPECT_TRUE(text == u"12,345.67" || text == u"12.345,67" || text == u"12\u202F345,67") << text;
+                double value = 0;
+                long whole = 0;
+                EXPECT_TRUE(Conversion::StringToDouble(u"1.5", value) && (value == 1.5 || value == 1));
+                EXPECT_TRUE(Conversion::StringToLong(u"\u2212"
+                                                     u"7",
+                                                     whole) &&
+                            whole == -7);
+                EXPECT_GE(Locale::GetFirstDayOfWeek(), 1);
+            }
+        });
+    }
+    for (int i = 0; i < 3000; ++i)
+        const ScopedUserLocale user(std::vector{"en_US", "de_DE", "fr_FR"}[static_cast<std::size_t>(i % 3)]);
+    stop = true;
+    for (std::thread& reader : readers)
+        reader.join();
+}
+
+}  // namespace

@@ -1,0 +1,274 @@
+#include "RkUtilities/numbers/CrkLocaleUtilities.h"
+#include "RkUtilities/numbers/CrkStringConversionUtilities.h"
+
+#include "tests/support/ScopedUserLocale.h"
+
+#include <bit>
+#include <climits>
+#include <cmath>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+using Conversion = CrkStringConversionUtilities;
+
+/// By C's printf, with "." as the process is in the "C" locale.
+std::string Printed(double value)
+{
+    char text[64];
+    if (value > 1e-9 && value < 99999999999.0) {
+        std::string fixed(text, static_cast<std::size_t>(std::snprintf(text, sizeof text, "%11.9f", value)));
+        fixed.erase(fixed.find_last_not_of('0') + 1);
+        if (fixed.back() == '.')
+            fixed.pop_back();
+        return fixed;
+    }
+    std::string general(text, static_cast<std::size_t>(std::snprintf(text, sizeof text, "%*g", 15, value)));
+    return general.substr(general.find_first_not_of(' '));
+}
+
+TEST(DoubleText, IsWhatTheCLibraryPrints)
+{
+    const ScopedUserLocale user("en_US");
+    const double edges[] = {0.0,
+                            -0.0,
+                            1e-9,
+                            std::nextafter(1e-9, 1),
+                            99999999999.0,
+                            std::nextafter(99999999999.0, 0),
+                            0.9999999995,
+                            0.99999999949999996,
+                            1.5e-9,
+                            2.5e-9,
+                            INFINITY,
+                            -INFINITY,
+                            NAN,
+                            -std::numeric_limits<double>::quiet_NaN(),
+                            std::numeric_limits<double>::max(),
+                            std::numeric_limits<double>::denorm_min(),
+                            -1234567,
+                            -123456.5};
+    for (const double value : edges)
+        EXPECT_EQ(Conversion::DoubleToString(value).ToUtf8(), Printed(value)) << value;
+    std::mt19937_64 random(9);
+    const auto low = std::bit_cast<std::uint64_t>(1e-10);
+    const auto high = std::bit_cast<std::uint64_t>(1e12);
+    for (int round = 0; round < 1'000'000; ++round) {
+        const double inRange = std::bit_cast<double>(low + random() % (high - low));
+        ASSERT_EQ(Conversion::DoubleToString(inRange).ToUtf8(), Printed(inRange));
+        // The tenth decimal ends on a tie that a double holds: odd multiples of 2^-10.
+        const double tie = static_cast<double>(random() % 0x2000000000) + static_cast<double>(random() % 1024) / 1024;
+        ASSERT_EQ(Conversion::DoubleToString(tie).ToUtf8(), Printed(tie));
+        if (round % 4 == 0) {
+            const auto any = std::bit_cast<double>(static_cast<std::uint64_t>(random()));
+            ASSERT_EQ(Conversion::DoubleToString(any).ToUtf8(), Printed(any));
+        }
+    }
+}
+
+TEST(DoubleText, HasTheDecimalPointOfTheLocalesMoney)
+{
+    struct Row {
+        const char* locale;
+        double value;
+        const char16_t* text;
+    };
+    constexpr Row kRows[] = {
+        {"de_DE", 2.5, u"2,5"}, {"de_DE", 2, u"2"},     {"de_DE", -1234567, u"-1,23457e+06"},
+        {"fr_CH", 2.5, u"2.5"}, {"pt_CV", 2.5, u"2$5"}, {"ar_EG", 2.5, u"2\u066B5"},
+    };
+    for (const Row& row : kRows) {
+        const ScopedUserLocale user(row.locale);
+        EXPECT_EQ(Conversion::DoubleToString(row.value), row.text) << row.locale;
+    }
+}
+
+struct SplitRow {
+    const char16_t* text;
+    const char16_t* integer;
+    const char16_t* fraction;  // null: stays as it was
+    bool negative;
+};
+constexpr SplitRow kSplitRows[] = {
+    {u"-1234.5", u"1234", u"5", true},    {u"+7", u"7", nullptr, false},
+    {u"", u"kept", nullptr, true},        {u" \u2003\t", u"kept", nullptr, true},
+    {u"-", u"", nullptr, true},           {u" 42 ", u"42", nullptr, false},
+    {u"--5", u"-5", nullptr, true},       {u"- 5", u" 5", nullptr, true},
+    {u"5.", u"5", nullptr, false},        {u".", u"", nullptr, false},
+    {u"1.2.3", u"1", u"2.3", false},      {u"1.5E3", u"1500", u"", false},
+    {u"1.5e1", u"15", u"", false},        {u"1.234e2", u"123", u"4", false},
+    {u"12e2", u"1200", u"", false},       {u"1E5e2", u"1E500", u"", false},  // "e" comes before "E"
+    {u"1.5e-3", u"0", u"0015", false},    {u"1.5e-1", u"0", u"15", false},
+    {u"123.45e-1", u"12", u"345", false}, {u"123.45e-2", u"1", u"2345", false},
+    {u"12e-2", u"0", u"12", false},       {u".5e-2", u"0", u"005", false},
+    {u"1.5e", u"1", u"5", false},         {u"1.5ex", u"1", u"5", false},
+    {u"1.5e 1 \n", u"15", u"", false},  // blanks before an exponent are skipped
+};
+
+TEST(NumberText, ComesApart)
+{
+    const ScopedUserLocale user("en_US");
+    for (const SplitRow& row : kSplitRows) {
+        SCOPED_TRACE(CString(row.text).ToUtf8());
+        CString integer = u"kept";
+        CString fraction = row.fraction == nullptr ? u"kept" : u"";
+        bool negative = true;
+        Conversion::SplitNumberString(row.text, integer, fraction, negative);
+        EXPECT_EQ(integer, row.integer);
+        EXPECT_EQ(fraction, row.fraction == nullptr ? u"kept" : row.fraction);
+        EXPECT_EQ(negative, row.negative);
+    }
+    CString both = u"-12.5";
+    bool negative = false;
+    Conversion::SplitNumberString(both, both, both, negative);
+    EXPECT_EQ(both, u"5");
+    const ScopedUserLocale german("de_DE");
+    CString integer;
+    CString fraction;
+    Conversion::SplitNumberString(u"1.5,25e1", integer, fraction, negative);
+    EXPECT_EQ(integer + u"|" + fraction, u"1.52|5");
+}
+
+struct PieceRow {
+    const char16_t* text;
+    int decimals;
+    const char16_t* fraction;
+    const char16_t* grouped;
+};
+constexpr PieceRow kPieceRows[] = {
+    {u"239", 2, u"23", u"239"},
+    {u"5", 3, u"500", u"5"},
+    {u"", 2, u"00", u""},
+    {u"1000", 0, u"", u"1,000"},
+    {u"123456", INT_MIN, u"", u"123,456"},
+    {u"1234567", -5, u"", u"1,234,567"},
+    {u"12", 100, u"120000000000000000000000000000", u"12"},
+    {u"abcdefgh", INT_MAX, u"abcdefgh0000000000000000000000", u"ab,cde,fgh"},
+};
+
+TEST(NumberText, IsCutPaddedAndGrouped)
+{
+    const ScopedUserLocale user("en_US");
+    for (const PieceRow& row : kPieceRows) {
+        CString fraction = row.text;
+        Conversion::FormatDecimalDigits(fraction, row.decimals);
+        EXPECT_EQ(fraction, row.fraction);
+        CString grouped = row.text;
+        Conversion::Format1000Separator(grouped);
+        EXPECT_EQ(grouped, row.grouped);
+    }
+}
+
+constexpr auto kNoSign = Conversion::NoSign;
+constexpr auto kMinus = Conversion::MinusSign;
+constexpr auto kParentheses = Conversion::Parentheses;
+
+struct NumberRow {
+    const char16_t* text;
+    bool grouped;
+    int decimals;
+    Conversion::NegativeNumberRepresentation representation;
+    const char16_t* formatted;
+};
+constexpr NumberRow kNumberRows[] = {
+    {u"-1234.5", true, 2, kMinus, u"-1,234.50"},
+    {u"-1234.5", true, 2, kParentheses, u"(1,234.50)"},
+    {u"-1234.5", true, 2, Conversion::ParenthesesAlt, u"(1,234.50)"},
+    {u"-1234.5", true, 2, kNoSign, u"1,234.50"},
+    {u"-1234.5", true, 2, Conversion::NoSignAlt, u"1,234.50"},
+    {u"-1234.5", true, 2, static_cast<Conversion::NegativeNumberRepresentation>(-7), u"1,234.50"},
+    {u"1234.5678", false, 0, kMinus, u"1234"},
+    {u"1234.5678", true, 0, kMinus, u"1,234"},
+    {u"0.999", false, 2, kMinus, u"0.99"},
+    {u"-0.001", false, 2, kMinus, u"-0.00"},
+    {u".5", false, 1, kMinus, u".5"},
+    {u"  ", false, 2, kMinus, u".00"},
+    {u"", true, 2, kMinus, u""},
+    {u"1.5E3", false, 2, kMinus, u"1500.00"},
+    {u"1e6", true, 0, kMinus, u"1,000,000"},
+    {u"5e-2147483648", true, 3, kMinus, u"0.000"},  // two thousand million zeros that nobody sees
+    {u"inf", true, 1, kMinus, u"inf.0"},
+};
+
+TEST(FormattedNumber, ShowsDecimalsGroupsAndSign)
+{
+    const ScopedUserLocale user("en_US");
+    for (const NumberRow& row : kNumberRows) {
+        EXPECT_EQ(Conversion::DoubleStringToFormattedNumber(row.text, row.grouped, row.decimals, row.representation),
+                  row.formatted)
+            << CString(row.text);
+    }
+    EXPECT_THROW(Conversion::DoubleStringToFormattedNumber(u"1e2147483647", /*groupThousands=*/false, 0, kMinus),
+                 std::length_error);
+    const ScopedUserLocale german("de_DE");
+    EXPECT_EQ(Conversion::DoubleStringToFormattedNumber(u"1.5", /*groupThousands=*/false, 0, kMinus), u"1.5");
+    EXPECT_EQ(Conversion::DoubleStringToFormattedNumber(u"-1234567,891", /*groupThousands=*/true, 2, kMinus),
+              u"-1.234.567,89");
+}
+
+// The tables as a reader of the interface knows them, with "$" and 1.10.
+constexpr const char16_t* kPositive[] = {u"$1.10", u"1.10$", u"$ 1.10", u"1.10 $"};
+constexpr const char16_t* kNegative[][2] = {
+    {u"($1.10)", u"-$1.10"},  {u"-$1.10", u"-$1.10"},   {u"$-1.10", u"$-1.10"},    {u"$1.10-", u"$1.10-"},
+    {u"(1.10$)", u"-1.10$"},  {u"-1.10$", u"-1.10$"},   {u"1.10-$", u"1.10-$"},    {u"1.10$-", u"1.10$-"},
+    {u"-1.10 $", u"-1.10 $"}, {u"-$ 1.10", u"-$ 1.10"}, {u"1.10 $-", u"1.10 $-"},  {u"$ 1.10-", u"$ 1.10-"},
+    {u"$ -1.10", u"$ -1.10"}, {u"1.10- $", u"1.10- $"}, {u"($ 1.10)", u"-$ 1.10"}, {u"(1.10 $)", u"-1.10 $"},
+};
+
+TEST(FormattedAmount, HasItsSymbolAndSignWhereTheFormatSays)
+{
+    const ScopedUserLocale user("en_US");
+    const auto check = [](const char16_t* expected, const char16_t* number, int positive, int negative,
+                          Conversion::NegativeNumberRepresentation representation) {
+        CString amount = u"1.10";
+        if (*number == u'-')
+            Conversion::FormatNegativeCurrency(amount, representation, negative, u"$");
+        else
+            Conversion::FormatPositiveCurrency(amount, positive, u"$");
+        EXPECT_EQ(amount, expected);
+        EXPECT_EQ(Conversion::DoubleStringToFormattedCurrency(number, u"$", 2, positive, negative, representation),
+                  expected);
+    };
+    for (int format : {INT_MIN, -1, 0, 1, 2, 3, 4, 7, INT_MAX})
+        check(kPositive[format >= 0 && format < 4 ? format : 0], u"1.1", format, 0, kMinus);
+    for (int format : {INT_MIN, -1, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, INT_MAX}) {
+        const auto& texts = kNegative[format >= 0 && format < 16 ? format : 1];
+        check(texts[0], u"-1.109", 0, format, kParentheses);
+        check(texts[0], u"-1.109", 0, format, Conversion::ParenthesesAlt);
+        check(texts[1], u"-1.109", 0, format, kMinus);
+        check(u"1.10", u"-1.109", 0, format, kNoSign);
+        check(u"1.10", u"-1.109", 0, format, static_cast<Conversion::NegativeNumberRepresentation>(5));
+    }
+    EXPECT_EQ(Conversion::DoubleStringToFormattedCurrency(u"1234.5", u"n$", 2, 3, 0, kMinus), u"1,234.50 n$");
+    EXPECT_EQ(Conversion::DoubleStringToFormattedCurrency(u"", u"$", 2, 3, 0, kMinus), u"");
+    EXPECT_EQ(CString(Conversion::CurrencySymbols), u"$\u20AC\u00A3\u00A5\u20BD");
+}
+
+struct PercentageRow {
+    const char16_t* text;
+    int decimals;
+    const char16_t* percentage;
+};
+constexpr PercentageRow kPercentageRows[] = {
+    {u"0.25", 0, u"25%"},       {u"1.5", 0, u"150%"},    {u"-0.5", 0, u"-50%"}, {u"5", 0, u"500%"},
+    {u"0", 0, u"0%"},           {u"0.256", 1, u"25.6%"}, {u"0.256", 0, u"25%"}, {u"0.0005", 2, u"0.05%"},
+    {u"5", 2, u"500.00%"},      {u".5", 1, u"50.0%"},    {u"abc.5", 0, u"50%"}, {u"0012.3456", 1, u"1234.5%"},
+    {u"-0.001", 0, u"-0%"},     {u"25e-2", 0, u"25%"},   {u" ", 1, u"0.0%"},    {u"", 3, u""},
+    {u"12345", 0, u"1234500%"},
+};
+
+TEST(FormattedPercentage, MovesThePointByTwoDigits)
+{
+    const ScopedUserLocale user("en_US");
+    for (const PercentageRow& row : kPercentageRows) {
+        EXPECT_EQ(Conversion::DoubleStringToFormattedPercentage(row.text, row.decimals), row.percentage)
+            << CString(row.text);
+    }
+}
+
+}  // namespace

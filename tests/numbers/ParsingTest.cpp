@@ -1,0 +1,282 @@
+#include "RkUtilities/numbers/CrkStringConversionUtilities.h"
+
+#include "tests/support/ScopedUserLocale.h"
+
+#include <algorithm>
+#include <bit>
+#include <climits>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+#include <unicode/decimfmt.h>
+
+namespace {
+
+using Conversion = CrkStringConversionUtilities;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kUntouched = 4711;
+
+template <class Value>
+std::optional<Value> Read(bool (*parse)(const CString&, Value&), const CString& text)
+{
+    Value value = static_cast<Value>(kUntouched);
+    if (parse(text, value))
+        return value;
+    EXPECT_EQ(value, static_cast<Value>(kUntouched)) << text;
+    return std::nullopt;
+}
+
+struct ScanRow {
+    const char* locale;
+    const char16_t* text;
+    std::optional<double> number;
+    std::optional<int> integer;
+};
+constexpr std::optional<int> kNone = std::nullopt;
+constexpr ScanRow kScanRows[] = {
+    {"en_US", u"  3.5xyz", 3.5, 3},
+    {"en_US", u"\r\n\u2003\t-7 apples", -7, -7},
+    {"en_US", u"7 days", 7, 7},
+    {"en_US", u"days 7", std::nullopt, kNone},
+    {"en_US", u"", std::nullopt, kNone},
+    {"en_US", u" - 5", std::nullopt, kNone},
+    {"en_US", u"--5", std::nullopt, kNone},
+    {"en_US", u"+5", 5, 5},
+    {"en_US", u"\u22125", -5, -5},
+    {"en_US", u".5", 0.5, kNone},
+    {"en_US", u"-.5", -0.5, kNone},
+    {"en_US", u"5.", 5, 5},
+    {"en_US", u"5.e2", 500, 5},
+    {"en_US", u".", std::nullopt, kNone},
+    {"en_US", u".e5", std::nullopt, kNone},
+    {"en_US", u"1e", 1, 1},
+    {"en_US", u"1e+", 1, 1},
+    {"en_US", u"1E+x", 1, 1},
+    {"en_US", u"1e\u22123", 0.001, 1},
+    {"en_US", u"1,234.5", 1, 1},  // a grouping separator ends the number
+    {"en_US", u"1.2.3", 1.2, 1},
+    {"en_US", u"inf", std::nullopt, kNone},
+    {"en_US", u"nan", std::nullopt, kNone},
+    {"en_US", u"0x10", 0, 0},
+    {"en_US", u"\u0663", std::nullopt, kNone},  // a digit of another locale
+    {"en_US", u"99999999999", 99999999999, INT_MAX},
+    {"en_US", u"-99999999999", -99999999999, INT_MIN},
+    {"en_US", u"2147483647", 2147483647, INT_MAX},
+    {"en_US", u"-2147483648", -2147483648.0, INT_MIN},
+    {"en_US", u"1e400", kInfinity, 1},
+    {"en_US", u"-1e99999999999999999999", -kInfinity, -1},
+    {"en_US", u"1e-400", 0, 1},
+    {"en_US", u"0e99999999999999999999", 0, 0},
+    {"en_US", u"1.7976931348623159e308", kInfinity, 1},  // half a unit above the largest
+    {"en_US", u"1.7976931348623158e308", std::numeric_limits<double>::max(), 1},
+    {"en_US", u"2.4703282292062327e-324", 0, 2},  // just below half of the least
+    {"en_US", u"2.4703282292062328e-324", std::numeric_limits<double>::denorm_min(), 2},
+    {"de_DE", u"1,5", 1.5, 1},
+    {"de_DE", u"1.5", 1, 1},
+    {"fr_CH", u"1,5", 1.5, 1},  // amounts have another decimal point there
+    {"sv_SE", u"\u22121,5", -1.5, -1},
+    {"ar_EG", u"\u0661\u0662\u066B\u0665", 12.5, 12},
+    {"ar_EG", u"12\u066B5", 12.5, 12},
+    {"ar_EG", u"\u061C-\u0663", -3, -3},  // the locale's minus begins with a mark
+    {"fa_IR", u"\u200E\u2212\u06F1\u06F2e\u06F2", -1200, -12},
+    {"fa_IR", u"\u0661", std::nullopt, kNone},
+    {"ff_Adlm", u"\U0001E951\U0001E950.\U0001E955", 10.5, 10},  // digits beyond the BMP
+    {"en_US@numbers=hanidec", u"\u4E8C\u3007.\u4E00", 20.1, 20},
+    {"en_US@numbers=mathbold", u"\U0001D7CF\xD835", 1, 1},
+};
+
+TEST(Scanning, ReadsTheLongestPrefixThatIsANumberOfTheLocale)
+{
+    for (const ScanRow& row : kScanRows) {
+        const CString text(row.text);
+        SCOPED_TRACE(std::string(row.locale) + ": " + text.ToUtf8());
+        const ScopedUserLocale user(row.locale);
+        EXPECT_EQ(Read(Conversion::StringToDouble, text), row.number);
+        EXPECT_EQ(Read(Conversion::StringToInteger, text), row.integer);
+        EXPECT_EQ(Conversion::IsStringDouble(text), row.number.has_value());
+        EXPECT_EQ(Conversion::IsStringInteger(text), row.integer.has_value());
+    }
+    const ScopedUserLocale user("en_US");
+    EXPECT_TRUE(std::signbit(*Read(Conversion::StringToDouble, u"-0")));
+}
+
+TEST(Scanning, RoundsLikeTheCLibraryToTheLastBit)
+{
+    const ScopedUserLocale user("en_US");
+    std::mt19937_64 random(42);
+    for (int round = 0; round < 200'000; ++round) {
+        std::string text;
+        for (std::size_t digits = random() % 25 + 1; text.size() < digits;)
+            text += static_cast<char>('0' + random() % 10);
+        text.insert(random() % (text.size() + 1), ".");
+        text += 'e' + std::to_string(static_cast<int>(random() % 700) - 350);
+        ASSERT_EQ(Read(Conversion::StringToDouble, CString(text)), std::strtod(text.c_str(), nullptr)) << text;
+    }
+    for (int round = 0; round < 20'000; ++round) {  // ties between neighbours, exact and a little beside them
+        const std::uint64_t bits = random() % 0x7FE0000000000000;
+        const long double low = std::bit_cast<double>(bits);
+        const long double high = std::bit_cast<double>(bits + 1);
+        char tie[1200];
+        std::string text(tie, static_cast<std::size_t>(std::snprintf(tie, sizeof tie, "%.900Le", (low + high) / 2)));
+        for (const char* digits : {"", "000000000000000001", "0"}) {
+            const std::string near = text.substr(0, text.find('e')) + digits + text.substr(text.find('e'));
+            ASSERT_EQ(Read(Conversion::StringToDouble, CString(near)), std::strtod(near.c_str(), nullptr)) << near;
+        }
+    }
+}
+
+TEST(Scanning, TakesAMillionDigits)
+{
+    const ScopedUserLocale user("en_US");
+    const std::string zeros(1'000'000, '0');
+    const auto read = [](const std::string& text) { return Read(Conversion::StringToDouble, CString(text)); };
+    EXPECT_EQ(read("1" + zeros + "e-1000000"), 1);
+    EXPECT_EQ(read("0." + zeros + "25e1000001"), 2.5);
+    EXPECT_EQ(read("9007199254740993." + zeros), 9007199254740992);        // a tie, to even
+    EXPECT_EQ(read("9007199254740993." + zeros + "1"), 9007199254740994);  // told by the last digit alone
+    EXPECT_EQ(read(zeros + "7"), 7);
+    EXPECT_EQ(read(std::string(1'000'000, '9')), kInfinity);
+    EXPECT_EQ(Read(Conversion::StringToInteger, CString(zeros + "7")), 7);
+    EXPECT_EQ(Read(Conversion::StringToLong, CString("-" + std::string(1'000'000, '9'))), LONG_MIN);
+    EXPECT_EQ(Read(Conversion::StringToLong, CString("1." + zeros)), std::nullopt);  // beyond what is handed to ICU
+}
+
+struct WholeRow {
+    const char* locale;
+    const char16_t* text;
+    std::optional<long> number;
+};
+constexpr WholeRow kWholeRows[] = {
+    {"en_US", u"12abc", std::nullopt},
+    {"en_US", u"", std::nullopt},
+    {"en_US", u"-", std::nullopt},
+    {"en_US", u" 12", std::nullopt},
+    {"en_US", u"12 ", std::nullopt},
+    {"en_US", u"+12", std::nullopt},
+    {"en_US", u"ff", std::nullopt},
+    {"en_US", u"0x10", std::nullopt},
+    {"en_US", u"5%", std::nullopt},
+    {"en_US", u"NaN", std::nullopt},
+    {"en_US", u"\u221E", std::nullopt},
+    {"en_US", u"-\u221E", std::nullopt},
+    {"en_US", u"12\xD800", std::nullopt},
+    {"en_US", u"-00012", -12},
+    {"en_US", u"1,234,567", 1234567},
+    {"en_US", u"1,2,3", std::nullopt},
+    {"en_US", u"-12.99", -12},
+    {"en_US", u"1.25E2", 125},
+    {"en_US", u"125e-1", 12},
+    {"en_US", u"1E-99999999999", 0},
+    {"en_US", u"1E30", LONG_MAX},
+    {"en_US", u"-1E999999999999", LONG_MIN},
+    {"en_US", u"9223372036854775807", LONG_MAX},
+    {"en_US", u"9223372036854775806.9", LONG_MAX - 1},  // no detour over double
+    {"en_US", u"-9223372036854775808", LONG_MIN},
+    {"en_US", u"9223372036854775808", LONG_MAX},
+    {"de_DE", u"1.234.567", 1234567},
+    {"de_DE", u"1,9", 1},
+    {"fa_IR", u"\u200E\u2212\u06F1\u066C\u06F2\u06F3\u06F4", -1234},
+    {"fa_IR", u"-15", -15},
+    {"en_US@numbers=roman", u"12", 12},
+};
+
+TEST(WholeTexts, AreNumbersAsTheLocaleWritesThem)
+{
+    for (const WholeRow& row : kWholeRows) {
+        const CString text(row.text);
+        SCOPED_TRACE(std::string(row.locale) + ": " + text.ToUtf8());
+        const ScopedUserLocale user(row.locale);
+        EXPECT_EQ(Read(Conversion::StringToLong, text), row.number);
+        EXPECT_EQ(Conversion::IsStringULong(text), row.number.has_value());
+        unsigned long value = 0;
+        EXPECT_EQ(Conversion::StringToULong(text, 16, value), row.number.has_value());
+        if (row.number && *row.number < LONG_MAX) {
+            EXPECT_EQ(value, static_cast<unsigned long>(std::max(*row.number, 0L)));
+        }
+    }
+}
+
+TEST(WholeTexts, SaturateWhereTheTypeIsUnsigned)
+{
+    const ScopedUserLocale user("en_US");
+    EXPECT_EQ(Read<unsigned>(Conversion::StringToUInteger, u"4294967295"), UINT_MAX);
+    EXPECT_EQ(Read<unsigned>(Conversion::StringToUInteger, u"4294967296"), UINT_MAX);
+    EXPECT_EQ(Read<unsigned>(Conversion::StringToUInteger, u"-1"), 0U);
+    EXPECT_EQ(Read<unsigned>(Conversion::StringToUInteger, u"7.9"), 7U);
+    EXPECT_EQ(Read<unsigned long>(Conversion::StringToULong, u"18446744073709551615"), ULONG_MAX);
+    EXPECT_EQ(Read<unsigned long>(Conversion::StringToULong, u"18446744073709551614.5"), ULONG_MAX - 1);
+    EXPECT_EQ(Read<unsigned long>(Conversion::StringToULong, u"18446744073709551616"), ULONG_MAX);
+    EXPECT_EQ(Read<unsigned long>(Conversion::StringToULong, u"-1E30"), 0U);
+}
+
+TEST(WholeTexts, AgreeWithIcuOnWhatIsANumber)
+{
+    std::mt19937 random(5);
+    const std::u16string_view alphabet = u"0123456789-.,eE  \u00A0\u2019\u06F5\u2212+%";
+    for (const char* locale : {"en_US", "de_DE", "fr_FR", "de_CH",   "hi_IN",       "fa_IR", "ar_EG", "sv_SE",
+                               "he_IL", "ja_JP", "pt_BR", "ru_RU",   "tr_TR",       "pl_PL", "bn_BD", "my_MM",
+                               "ne_NP", "es_ES", "et_EE", "ff_Adlm", "en_US_POSIX", "xx",    ""}) {
+        const ScopedUserLocale user(*locale != '\0' ? locale : "en_US_POSIX");
+        UErrorCode error = U_ZERO_ERROR;
+        const std::unique_ptr<icu::NumberFormat> format(
+            icu::NumberFormat::createInstance(icu::Locale(*locale != '\0' ? locale : "en_US_POSIX"), error));
+        for (int round = 0; round < 3000; ++round) {
+            std::u16string text;
+            for (std::size_t length = random() % 8; text.size() < length;)
+                text += alphabet[random() % (random() % 2 == 0 ? 10 : alphabet.size())];
+            icu::Formattable number;
+            icu::ParsePosition position;
+            const icu::UnicodeString all(text.data(), static_cast<std::int32_t>(text.size()));
+            format->parse(all, number, position);
+            const bool whole = !text.empty() && position.getErrorIndex() < 0 && position.getIndex() == all.length();
+            const std::optional<long> read = Read(Conversion::StringToLong, text);
+            ASSERT_EQ(read.has_value(), whole) << locale << ' ' << CString(text);
+            if (whole && std::abs(number.getDouble(error)) < 1e15) {
+                ASSERT_EQ(*read, static_cast<long>(number.getDouble(error))) << locale << ' ' << CString(text);
+            }
+        }
+    }
+}
+
+struct PercentRow {
+    const char16_t* text;
+    bool is;
+    double value;
+};
+constexpr PercentRow kPercentRows[] = {
+    {u"50%", true, 0.5},  {u" 50 % ", true, 0.5}, {u"50%%", true, 0.5},         {u"%50", false, 0}, {u"abc%", false, 0},
+    {u"0.5", true, 0.5},  {u"12", true, 12},      {u"57%", true, 57 * 0.01},    {u"%", false, 0},   {u"", false, 0},
+    {u"5%x", false, 0.0}, {u"50 x%", true, 0.5},  {u"1e400%", true, kInfinity},
+};
+
+TEST(Percentages, ComeAsFractions)
+{
+    const ScopedUserLocale user("en_US");
+    EXPECT_NE(57 * 0.01, 0.57);
+    for (const PercentRow& row : kPercentRows) {
+        double value = kUntouched;
+        EXPECT_EQ(Conversion::StringToPercentageDouble(row.text, value), row.is) << CString(row.text);
+        EXPECT_EQ(value, row.value) << CString(row.text);
+    }
+}
+
+TEST(TruthValues, AreExactWords)
+{
+    for (const char16_t* text : {u"TRUE", u"True", u" true", u"true ", u"1", u"", u"truefalse"})
+        EXPECT_EQ(Read(Conversion::StringToBool, text), std::nullopt) << CString(text);
+    EXPECT_EQ(Read(Conversion::StringToBool, u"true"), true);
+    EXPECT_EQ(Read(Conversion::StringToBool, u"false"), false);
+    EXPECT_EQ(Conversion::BoolToString(/*value=*/true, /*asWords=*/true), u"true");
+    EXPECT_EQ(Conversion::BoolToString(/*value=*/false, /*asWords=*/true), u"false");
+    EXPECT_EQ(Conversion::BoolToString(/*value=*/true, /*asWords=*/false), u"1");
+    EXPECT_EQ(Conversion::BoolToString(/*value=*/false, /*asWords=*/false), u"0");
+    EXPECT_EQ(Conversion::LongToString(LONG_MIN), u"-9223372036854775808");
+    EXPECT_EQ(Conversion::LongToString(5000000000), u"5000000000");
+    EXPECT_EQ(Conversion::ULongToString(ULONG_MAX), u"18446744073709551615");
+}
+
+}  // namespace
