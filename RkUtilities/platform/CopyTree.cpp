@@ -23,9 +23,11 @@ public:
           m_permissionsInNewFolders(permissionsInNewFolders)
     {}
 
-    std::error_code CopyFolder(const std::string& from, const std::string& to)
+    std::error_code CopyFolder(const std::string& from, const std::string& to, Decision decision)
     {
         std::error_code error = m_from.Start(from, Links::DoNotFollow, Use::List);
+        if (!error && decision == Decision::Replace)
+            error = Outcome(unlink(to.c_str()));
         if (!error)
             error = Outcome(mkdir(to.c_str(), S_IRWXU));
         if (!error)
@@ -188,6 +190,7 @@ private:
 
 std::error_code CopyTree(const std::string& from, const std::string& to, const CopyRules& rules, CopyOutcome& outcome)
 {
+    const FileSizeSignalGuard guard;
     const std::string source = WithoutClosingSlashes(from);
     const std::string target = WithoutClosingSlashes(to);
     const Place sourcePlace{AT_FDCWD, SystemPath(source)};
@@ -207,13 +210,12 @@ std::error_code CopyTree(const std::string& from, const std::string& to, const C
     if (kind != FileKind::Folder)
         return decision == Decision::Replace ? ReplaceWithCopy(sourcePlace, targetPlace, kind, permissions)
                                              : CopyItem(sourcePlace, targetPlace, kind, permissions);
-    if (decision == Decision::Replace)
-        error = RemoveFile(target);
-    return error ? error : TreeCopier(rules, 0).CopyFolder(source, target);
+    return TreeCopier(rules, 0).CopyFolder(source, target, decision);
 }
 
 std::error_code CopyContents(const std::string& from, const std::string& to, const CopyRules& rules)
 {
+    const FileSizeSignalGuard guard;
     const bool makeWritableInside = rules.makeWritable && rules.replaceReadOnly;
     return TreeCopier(rules, makeWritableInside ? S_IWUSR : 0).CopyContents(from, to);
 }

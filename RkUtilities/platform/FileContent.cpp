@@ -89,7 +89,6 @@ std::error_code CopyDataBetweenHoles(int from, int to, off_t length)
 
 std::error_code CopyContent(int from, int to, const ContentExtent& extent)
 {
-    const FileSizeSignalGuard guard;
     if (extent.byteCount == 0)
         return CopyThroughBuffer(from, to, {0, kToTheEnd});
     return extent.hasHoles ? CopyDataBetweenHoles(from, to, extent.byteCount)

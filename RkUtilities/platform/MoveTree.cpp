@@ -1,6 +1,7 @@
 #include "RkUtilities/platform/FileCalls.h"
 #include "RkUtilities/platform/FileTrees.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace rk::platform {
@@ -12,7 +13,7 @@ std::error_code MoveTree(const std::string& from, const std::string& to)
         return error;
     // What may not leave its folder is not copied in the first place.
     const std::string folder = FolderPart(from);
-    if (access(folder.empty() ? "." : folder.c_str(), W_OK | X_OK) != 0)
+    if (faccessat(AT_FDCWD, folder.empty() ? "." : folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
         return LastError();
     const std::string copy = TemporaryNeighbour(to);
     CopyOutcome outcome{};
