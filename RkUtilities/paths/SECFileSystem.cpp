@@ -6,7 +6,9 @@
 #include "RkUtilities/platform/Files.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
+#include <exception>
 #include <memory>
 
 namespace platform = rk::platform;
@@ -45,12 +47,27 @@ platform::CopyRules RulesOf(unsigned int flags)
             .makeWritable = (flags & SECFileSystem::copyMakeWritable) != 0};
 }
 
+/// Whether a name on the path has more than 255 code units, which no folder made here may have on any file system.
+bool HasOverlongName(const CString& path)
+{
+    constexpr std::ptrdiff_t kMostUnits = 255;
+    const auto* start = path.begin();
+    while (start != path.end()) {
+        const auto* const end = std::find(start, path.end(), u'/');
+        if (end - start > kMostUnits)
+            return true;
+        start = end == path.end() ? end : end + 1;
+    }
+    return false;
+}
+
 /// Whether the rest of both files, `byteCount` bytes of each, is the same.
 bool HaveEqualBytes(CFile& first, CFile& second, unsigned long long byteCount, unsigned long blockSize)
 {
-    constexpr unsigned long kLeast = 4 * 1024;
-    constexpr unsigned long kMost = 1024 * 1024;
-    const auto block = static_cast<unsigned int>(std::clamp(blockSize, kLeast, kMost));
+    constexpr unsigned long kLeast = 256UL * 1024;  // below, the calls cost more than what they read
+    constexpr unsigned long kMost = 1024UL * 1024;
+    const auto block =
+        static_cast<unsigned int>(std::min<unsigned long long>(std::clamp(blockSize, kLeast, kMost), byteCount));
     const auto buffer = std::make_unique_for_overwrite<char[]>(2 * static_cast<std::size_t>(block));
     char* const other = buffer.get() + block;
     while (byteCount > 0) {
@@ -66,19 +83,17 @@ bool HaveEqualBytes(CFile& first, CFile& second, unsigned long long byteCount, u
 
 }  // namespace
 
-SECFileSystem::SECFileSystem() : m_blockSize(1024)
-{}
+SECFileSystem::SECFileSystem() = default;
 
 SECFileSystem::~SECFileSystem() = default;
 
-// --- What is known of a file or folder
-// -----------------------------------------------------------------------------------
+// --- What is known of a file or folder -----------------------------------------------------------------------------
 
 bool SECFileSystem::GetFileStatus(const CString& path, CFileStatus& status) const
 {
     try {
         return CFile::GetStatus(path, status);
-    } catch (...) {  // memory ran out: no file failure is thrown
+    } catch (const std::exception&) {  // memory ran out: no file failure is thrown
         return false;
     }
 }
@@ -129,17 +144,16 @@ bool SECFileSystem::IsDirectoryEmpty(const CString& path) const
     return !error && isEmpty;
 }
 
-// --- Making, renaming, deleting
-// -----------------------------------------------------------------------------------------
+// --- Making, renaming, deleting ------------------------------------------------------------------------------------
 
 bool SECFileSystem::MakeDirectory(const CString& path) const
 {
-    return !platform::MakeFolder(rk::NativePath(path));
+    return !HasOverlongName(path) && !platform::MakeFolder(rk::NativePath(path));
 }
 
 bool SECFileSystem::MakePath(const CString& path) const
 {
-    return !platform::MakeFolders(rk::NativePath(path));
+    return !HasOverlongName(path) && !platform::MakeFolders(rk::NativePath(path));
 }
 
 bool SECFileSystem::RenameFile(const CString& oldPath, const CString& newPath) const
@@ -175,8 +189,7 @@ bool SECFileSystem::CloseFile(CFile* file) const
     return Succeeds([&] { file->Close(); });
 }
 
-// --- Comparing and copying
-// ----------------------------------------------------------------------------------------------
+// --- Comparing and copying -----------------------------------------------------------------------------------------
 
 int SECFileSystem::CompareFiles(const CString& first, const CString& second, unsigned long blockSize) const
 {

@@ -12,10 +12,10 @@ struct CFileStatus;
 /// Files and folders: what is known of them, making, renaming, deleting, copying, comparing and listing them.
 ///
 /// - Made on the stack for a call or for many: it keeps nothing between calls, and all members are safe from any
-/// thread.
+///   thread.
 /// - Paths are as `CFile` takes them: absolute or relative to the current folder, a leading "~/" is the home folder.
-/// Names are
-///   of any bytes: one that is no UTF-8 comes from `GetFileList` as a text that leads back to the same file.
+///   Names are of any bytes: one that is no UTF-8 comes from `GetFileList` as a text that leads back to the same
+///   file.
 /// - A link is followed, unless a member says otherwise; one that leads nowhere exists and is no folder.
 /// - Failures are false or 0 and nothing is logged. Only `RenameFile` throws a `CFileException*`.
 class RK_EXPORT SECFileSystem : public CObject {
@@ -31,8 +31,7 @@ public:
     SECFileSystem();
     ~SECFileSystem() override;
 
-    // --- Names: the text alone is looked at
-    // ------------------------------------------------------------------------------
+    // --- Names: the text alone is looked at ------------------------------------------------------------------------
     //
     // "/" separates, and so does "\". Folder (with the drive kept) + file name is the path again.
 
@@ -41,7 +40,8 @@ public:
     ///     "C:\dir\f.txt"  ->  "f.txt"
     ///     "/a/b/"         ->  ""
     CString GetFileName(const CString& path) const;
-    /// What ends with the last separator, "" when there is none. Without `keepDrive` what ends with its first ":" goes.
+    /// What ends with the last separator, "" when there is none. Without `keepDrive` what ends with its first ":"
+    /// goes.
     ///
     ///     "C:\dir\f.txt"  ->  "C:\dir\", without the drive "\dir\"
     ///     "/a:b/c"        ->  "/a:b/",   without the drive "b/"
@@ -61,8 +61,7 @@ public:
     /// A path that begins with "/" or "~" as it is; else the current folder, "/" and the path as it is written.
     CString GetFullPathName(const CString& path) const;
 
-    // --- What is known of a file or folder: true when it could be read, else the output is untouched
-    // ------------------------
+    // --- What is known of a file or folder: true when it could be read, else the output is untouched ---------------
 
     bool GetFileStatus(const CString& path, CFileStatus& status) const;
     bool GetFileCreateTime(const CString& path, CTime& time) const;
@@ -78,20 +77,19 @@ public:
     /// The folder can be listed and has no entries; hidden ones count.
     bool IsDirectoryEmpty(const CString& path) const;
 
-    // --- Making, renaming, deleting
-    // -------------------------------------------------------------------------------------
+    // --- Making, renaming, deleting --------------------------------------------------------------------------------
 
     /// Makes one folder. False when the name is taken, its parent is missing, or it has more than 255 code units.
     bool MakeDirectory(const CString& path) const;
     /// Makes the folder and all that lead to it. False when it exists already (ask `DirectoryExists` before).
     bool MakePath(const CString& path) const;
 
-    /// Gives a file or folder another name, true at once when both are the same text. False, with nothing changed, when
-    /// there is no such file or the new name is taken. A failure of the renaming itself is thrown as `CFile::Rename`
-    /// does.
+    /// Gives a file or folder another name, true at once when both are the same text. False, with nothing changed,
+    /// when there is no such file or the new name is taken. A failure of the renaming itself is thrown as
+    /// `CFile::Rename` does.
     bool RenameFile(const CString& oldPath, const CString& newPath) const;
-    /// Moves a file, link or folder, across file systems too. False when the new name is taken; after a failure the old
-    /// one is whole and there is no new one.
+    /// Moves a file, link or folder, across file systems too. False when the new name is taken; after a failure the
+    /// old one is whole and there is no new one.
     bool RenameDirectory(const CString& oldPath, const CString& newPath) const;
 
     /// Removes a file or a link itself, never a folder.
@@ -104,33 +102,29 @@ public:
     /// Closes the file; false when writing it back failed.
     bool CloseFile(CFile* file) const;
 
-    // --- Comparing and copying
-    // ------------------------------------------------------------------------------------------
+    // --- Comparing and copying -------------------------------------------------------------------------------------
 
     /// 1 when both files hold the same bytes, as far as they have a length. 0 when not, or when one cannot be opened
     /// (see `CFile::Open`: folders, pipes and sockets cannot), read to the length it had, or is being written by a
     /// `CFile` that denies it to others.
     ///
-    /// `blockSize` is a hint, in bytes, at how much to read at once. Any value gives the same result; what is used lies
-    /// between 4 KiB and 1 MiB.
+    /// `blockSize` is a hint, in bytes, at how much to read at once. Any value gives the same result; what is used
+    /// lies between 256 KiB and 1 MiB.
     int CompareFiles(const CString& first, const CString& second, unsigned long blockSize) const;
 
-    /// Copies a file, a link, or a folder with all it holds. 1 when copied or when the flags let the destination stay.
+    /// Copies a file, a link, or a folder with all it holds. 1 when copied or when the flags let the destination
+    /// stay.
     ///
-    /// - A read-only destination stays without flags 0x2 and 0x4 (result 1); a writable file stays with 0x1 (result 1)
-    /// and is
-    ///   replaced without; a folder that exists is a failure. A file is replaced when its copy is complete: after a
-    ///   failure the old one is there, and no part of a new one.
+    /// - A read-only destination stays without flags 0x2 and 0x4 (result 1); a writable file stays with 0x1 (result
+    ///   1) and is replaced without; a folder that exists is a failure. A file is replaced when its copy is complete:
+    ///   after a failure the old one is there, and no part of a new one.
     /// - A link is copied as a link. A pipe, socket or device is made anew and never opened. Permissions (read, write
-    /// and
-    ///   execute for owner, group and others) and the times of the last change and access are kept; owner, extended
-    ///   attributes and the set-user-id bits are not.
+    ///   and execute for owner, group and others) and the times of the last change and access are kept; owner,
+    ///   extended attributes and the set-user-id bits are not.
     /// - Entries of a folder that cannot be copied make the result 0; the others are copied. A destination inside the
-    /// folder
-    ///   is not copied into itself.
+    ///   folder is not copied into itself.
     /// - The bytes are copied inside the kernel, holes stay holes, and nothing waits for the disk: like any file just
-    /// written the copy may
-    ///   be lost in a power cut.
+    ///   written the copy may be lost in a power cut.
     ///
     /// With 0x8 the copy is made writable and must be a file or link, else the result is 0; one that is writable
     /// already counts as success, and a link is left alone with what it leads to. `prompt` is not used.
@@ -140,18 +134,16 @@ public:
     /// Copies all that a folder holds into an existing folder, each entry as `CopyFile` would, and folders that exist
     /// on both sides into each other. Always 1: what cannot be copied is left out. The last argument has no effect.
     ///
-    /// In a sub-folder that did not exist, files are copied as they are, and 0x8 makes them writable only together with
-    /// 0x2 or 0x4. A destination inside the source is not copied into itself.
+    /// In a sub-folder that did not exist, files are copied as they are, and 0x8 makes them writable only together
+    /// with 0x2 or 0x4. A destination inside the source is not copied into itself.
     int CopyFiles(const CString& source, const CString& destination, unsigned int flags, signed char) const;
 
-    // --- Listing
-    // --------------------------------------------------------------------------------------------------------
+    // --- Listing ---------------------------------------------------------------------------------------------------
 
     /// The full paths of a folder's entries whose name fits the pattern and whose attribute byte has a bit of
-    /// `attributeMask`
-    /// (`CFileStatus::Attribute`), in the order of the user's language without regard to case; names alike in that are
-    /// in the order of their code units. The caller deletes the list; it is never null, and empty for a folder that
-    /// cannot be read.
+    /// `attributeMask` (`CFileStatus::Attribute`), in the order of the user's language without regard to case; names
+    /// alike in that are in the order of their code units. The caller deletes the list; it is never null, and empty
+    /// for a folder that cannot be read.
     ///
     ///     "/dir/*.*"    every entry
     ///     "/dir/*"      entries without an extension
@@ -164,5 +156,5 @@ public:
     CAtlList<CString>* GetFileList(const CString& pattern, unsigned long attributeMask) const;
 
 private:
-    int m_blockSize;  // kept for the layout of the interface's object
+    int m_blockSize = 1024;  // kept for the layout of the interface's object
 };

@@ -6,6 +6,7 @@
 #include "RkUtilities/platform/Files.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -52,11 +53,24 @@ struct Entry {
     CString name;
 };
 
-bool ComesBefore(const Entry& a, const Entry& b)
-{
-    const int order = a.key.compare(b.key);
-    return order != 0 ? order < 0 : a.name < b.name;
-}
+/// An entry for sorting: most orders are decided by the first bytes of the key, held as a number.
+struct Rank {
+    std::uint64_t head = 0;
+    const Entry* entry;
+
+    explicit Rank(const Entry& ranked) : entry(&ranked)
+    {
+        for (std::size_t i = 0; i < sizeof head; ++i)
+            head = head << 8 | (i < ranked.key.size() ? static_cast<unsigned char>(ranked.key[i]) : 0U);
+    }
+    bool operator<(const Rank& other) const
+    {
+        if (head != other.head)
+            return head < other.head;
+        const int order = entry->key.compare(other.entry->key);
+        return order != 0 ? order < 0 : entry->name < other.entry->name;
+    }
+};
 
 }  // namespace
 
@@ -76,8 +90,11 @@ CAtlList<CString>* SECFileSystem::GetFileList(const CString& pattern, unsigned l
         });
     if (error)
         return list.release();
-    std::sort(entries.begin(), entries.end(), ComesBefore);
-    for (const Entry& entry : entries)
-        list->AddTail(folder.IsEmpty() && entry.name == u"~" ? CString(u"./~") : folder + entry.name);
+    std::vector<Rank> ranks(entries.begin(), entries.end());
+    std::sort(ranks.begin(), ranks.end());
+    for (const Rank& rank : ranks) {
+        const CString& name = rank.entry->name;
+        list->AddTail(folder.IsEmpty() && name == u"~" ? CString(u"./~") : folder + name);
+    }
     return list.release();
 }
