@@ -17,8 +17,7 @@ namespace {
 
 constexpr double kUnixSecondsOf2001 = 978307200;
 
-// --- Failures
-// -----------------------------------------------------------------------------------------------------------
+// --- Failures ------------------------------------------------------------------------------------------------------
 
 /// The system says "not found" of a file and of its folder alike.
 int CauseOf(const std::error_code& error, const std::string& nativePath)
@@ -46,8 +45,7 @@ void ThrowIfSet(const std::error_code& error, const CString& path, const std::st
         ThrowIfSet(error, CauseOf(error, nativePath), path);
 }
 
-// --- Status
-// -------------------------------------------------------------------------------------------------------------
+// --- Status --------------------------------------------------------------------------------------------------------
 
 CTime TimeOf(const platform::FileTime& time)
 {
@@ -82,8 +80,7 @@ CString FullName(const CString& path, const std::string& nativePath)
 
 }  // namespace
 
-// --- An open file
-// -------------------------------------------------------------------------------------------------------
+// --- An open file --------------------------------------------------------------------------------------------------
 
 CFile::~CFile()
 {
@@ -185,8 +182,7 @@ void CFile::Close()
         ThrowIfSet(platform::CloseFile(std::exchange(m_hFile, -1)), m_path);
 }
 
-// --- By path
-// ------------------------------------------------------------------------------------------------------------
+// --- By path -------------------------------------------------------------------------------------------------------
 
 bool CFile::GetStatus(const CString& path, CFileStatus& status)
 {

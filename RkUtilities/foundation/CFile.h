@@ -7,13 +7,11 @@
 
 /// An open file, and what can be done to a file by its path.
 ///
-/// - Paths are native ones in UTF-16, absolute or relative to the current folder, of any content; a leading "~/" is the
-/// home
-///   folder. A text with U+0000 in it names no file: it counts as not found.
+/// - Paths are native ones in UTF-16, absolute or relative to the current folder, of any content; a leading "~/" is
+///   the home folder. A text with U+0000 in it names no file: it counts as not found.
 /// - Positions and lengths are bytes from 0, of 64 bits.
 /// - Failures of `Open` come back as false, those of all other members are thrown as a `CFileException*`, which the
-/// catcher
-///   disposes of with `Delete()`. Exhausted memory throws `std::bad_alloc`.
+///   catcher disposes of with `Delete()`. Exhausted memory throws `std::bad_alloc`.
 /// - A call that a signal interrupts goes on. A descriptor is never handed to programs that the process starts.
 /// - Links are followed, except by `Remove` and `Rename`, which act on the link itself.
 /// - An object is used by one thread at a time; the static members are safe from any thread.
@@ -24,10 +22,10 @@ public:
     enum OpenFlags : unsigned int {
         modeRead = 0x0000,
         modeReadWrite = 0x0002,
-        /// Others may read but not write. Linux keeps nobody away by force, so this is an agreement among those who ask
-        /// for it (an advisory lock, `flock`): any number may read a file so, or one may read and write it; another who
-        /// asks meanwhile is refused with `sharingViolation` and never waits. On a file system without such locks it
-        /// has no effect.
+        /// Others may read but not write. Linux keeps nobody away by force, so this is an agreement among those who
+        /// ask for it (an advisory lock, `flock`): any number may read a file so, or one may read and write it;
+        /// another who asks meanwhile is refused with `sharingViolation` and never waits. On a file system without
+        /// such locks it has no effect.
         shareDenyWrite = 0x0020,
         /// No restriction: nothing is asked for and nobody is refused.
         shareDenyNone = 0x0040,
@@ -38,20 +36,20 @@ public:
 
     /// A closed file.
     CFile() noexcept = default;
-    /// Closes an open file. A failure to write back what was written goes unnoticed here: call `Close` to learn of it.
+    /// Closes an open file. A failure to write back what was written goes unnoticed here: call `Close` to learn of
+    /// it.
     ~CFile();
     CFile(CFile&& other) noexcept;
     CFile& operator=(CFile&& other) noexcept;
     CFile(const CFile&) = delete;
     CFile& operator=(const CFile&) = delete;
 
-    // --- An open file
-    // ---------------------------------------------------------------------------------------------------
+    // --- An open file ----------------------------------------------------------------------------------------------
 
     /// Opens an ordinary file or a device at position 0; a file that is still open in this object is closed first.
     ///
-    /// Folders (`accessDenied`), pipes and sockets (`invalidFile`) are refused, without waiting for a pipe's other end;
-    /// flags beyond those above too (`genericException`, EINVAL).
+    /// Folders (`accessDenied`), pipes and sockets (`invalidFile`) are refused, without waiting for a pipe's other
+    /// end; flags beyond those above too (`genericException`, EINVAL).
     /// @param[out] error  may be null; on failure cause, error number and path, untouched on success.
     bool Open(const CString& path, unsigned int flags, CFileException* error = nullptr);
     bool Open(unsigned short const* path, unsigned int flags, CFileException* error = nullptr);
@@ -79,8 +77,7 @@ public:
     /// notices late, say) the file is closed all the same.
     void Close();
 
-    // --- By path
-    // --------------------------------------------------------------------------------------------------------
+    // --- By path ---------------------------------------------------------------------------------------------------
 
     /// Reads what is known of the file or folder; true when it could be read, else `status` is untouched.
     ///
@@ -92,8 +89,7 @@ public:
     ///
     /// - Read-only is the owner's write permission; the other permissions stay. The other bits are not looked at.
     /// - A time that equals the present one as `CTime` tells times apart, or the null time, leaves the file's time
-    /// alone, to
-    ///   the nanosecond: a status just read and written back moves no time.
+    ///   alone, to the nanosecond: a status just read and written back moves no time.
     /// - The time a file was made, its size and its name are not looked at.
     static void SetStatus(const CString& path, const CFileStatus& status);
     static void SetStatus(unsigned short const* path, const CFileStatus& status);
@@ -101,9 +97,10 @@ public:
     /// Removes a file or a link (never what it leads to); a folder fails with `accessDenied`.
     static void Remove(const CString& path);
 
-    /// Gives a file, folder or link another name. A name that is taken fails with `accessDenied` (EEXIST) and is never
-    /// replaced, also when it comes to exist meanwhile; a file system that cannot promise the latter is asked just
-    /// before. Across file systems it is copied and removed; a failure of that leaves the old one whole and no new one.
+    /// Gives a file, folder or link another name. A name that is taken fails with `accessDenied` (EEXIST) and is
+    /// never replaced, also when it comes to exist meanwhile; a file system that cannot promise the latter is asked
+    /// just before. Across file systems it is copied and removed; a failure of that leaves the old one whole and no
+    /// new one.
     static void Rename(const CString& oldPath, const CString& newPath);
 
 private:

@@ -44,8 +44,8 @@ public:
     CFileException(int cause, int osError, CString fileName);
     ~CFileException() override;
 
-    /// The cause that stands for an error number of the system; 0 gives `none`. ENOENT alone gives `fileNotFound`: only
-    /// who knows the path can tell it from `badPath`, as all members of `CFile` do.
+    /// The cause that stands for an error number of the system; 0 gives `none`. ENOENT alone gives `fileNotFound`:
+    /// only who knows the path can tell it from `badPath`, as all members of `CFile` do.
     static int ErrnoToException(int osError) noexcept;
 
     int m_cause;

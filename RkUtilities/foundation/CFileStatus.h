@@ -10,7 +10,8 @@
 /// `CTime` holds a double, which tells times of our days apart to about a tenth of a microsecond; files keep
 /// nanoseconds.
 struct CFileStatus {
-    /// Bits of `m_attribute`. A folder is `directory`, everything else `archive`: no attribute byte that was read is 0.
+    /// Bits of `m_attribute`. A folder is `directory`, everything else `archive`: no attribute byte that was read is
+    /// 0.
     enum Attribute : unsigned char {
         readOnly = 0x01,   ///< the owner may not write (the owner's write permission is off, whoever asks)
         hidden = 0x02,     ///< the name begins with "."; "." and ".." themselves are not hidden

@@ -14,7 +14,8 @@
 namespace rk::platform {
 
 enum class Visit { Continue, Stop };
-/// Calls `visit` with the name and kind of each entry but "." and "..", in no order. The name is valid during the call.
+/// Calls `visit` with the name and kind of each entry but "." and "..", in no order. The name is valid during the
+/// call.
 [[nodiscard]] std::error_code VisitFolder(const std::string& path,
                                           const std::function<Visit(std::string_view name, FileKind kind)>& visit);
 
@@ -33,8 +34,8 @@ struct CopyRules {
 enum class CopyOutcome { Copied, Stayed };
 /// Copies a file, link or folder with all it holds to the path `to`. Success too when the rules let `to` stay.
 ///
-/// A file is replaced when its copy is complete. A folder that has the name is EEXIST. In a folder the first failure is
-/// reported and the other entries are copied. The destination is not copied into itself.
+/// A file is replaced when its copy is complete. A folder that has the name is EEXIST. In a folder the first failure
+/// is reported and the other entries are copied. The destination is not copied into itself.
 [[nodiscard]] std::error_code CopyTree(const std::string& from, const std::string& to, const CopyRules& rules,
                                        CopyOutcome& outcome);
 /// Copies all that a folder holds into an existing folder, sub-folders that exist on both sides into each other.

@@ -10,11 +10,9 @@
 /// Single files: open, read, write, look at, rename, remove.
 ///
 /// - Paths are native bytes (UTF-8 where they are text), relative ones relative to the current folder. "" and a path
-/// with a
-///   zero byte name nothing (ENOENT).
+///   with a zero byte name nothing (ENOENT).
 /// - Failures are error codes of `std::generic_category()` with the system's number; interrupted calls go on. Results
-/// beside
-///   an error code have no meaning when it is set.
+///   beside an error code have no meaning when it is set.
 /// - Descriptors are closed on `exec`. Everything is safe from any thread.
 namespace rk::platform {
 
@@ -62,8 +60,7 @@ struct FileChanges {
 };
 [[nodiscard]] std::error_code Change(const std::string& path, const FileChanges& changes);
 
-// --- Open files
-// ---------------------------------------------------------------------------------------------------------
+// --- Open files ----------------------------------------------------------------------------------------------------
 
 enum class Access { Read, ReadWrite };
 enum class WhenMissing { Fail, Create };
@@ -71,8 +68,7 @@ enum class WhenMissing { Fail, Create };
 /// (EWOULDBLOCK).
 enum class Sharing { Free, DenyWrite };
 
-/// Opens an ordinary file or device; EISDIR for a folder, ENXIO for a pipe or socket. Returns the
-/// descriptor.
+/// Opens an ordinary file or device; EISDIR for a folder, ENXIO for a pipe or socket. Returns the descriptor.
 int OpenFile(const std::string& path, Access access, WhenMissing whenMissing, Sharing sharing, std::error_code& error);
 /// Closes; the descriptor is gone even after a failure. EINTR does not count as one.
 [[nodiscard]] std::error_code CloseFile(int descriptor);
@@ -86,8 +82,7 @@ enum class SeekFrom { Start, Position, End };
 std::int64_t SeekFile(int descriptor, std::int64_t offset, SeekFrom from, std::error_code& error);
 std::int64_t LengthOfFile(int descriptor, std::error_code& error);
 
-// --- Names
-// --------------------------------------------------------------------------------------------------------------
+// --- Names ---------------------------------------------------------------------------------------------------------
 
 /// Makes one folder, readable, writable and searchable for whom the process's umask allows.
 [[nodiscard]] std::error_code MakeFolder(const std::string& path);

@@ -41,8 +41,8 @@ private:
 };
 
 /// The folders from a starting point down to the current one. All but the deepest few are closed and are opened again
-/// from below on the way up, so that a tree of any depth needs few descriptors; one that was moved away meanwhile is an
-/// error (ESTALE).
+/// from below on the way up, so that a tree of any depth needs few descriptors; one that was moved away meanwhile is
+/// an error (ESTALE).
 class FolderChain {
 public:
     enum class Use { List, PassThrough };  ///< PassThrough needs no permission to read the folder
