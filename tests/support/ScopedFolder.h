@@ -3,14 +3,17 @@
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/NativePath.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <iterator>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -51,6 +54,38 @@ public:
     {
         std::filesystem::create_symlink(target, Path(name));
         return Text(name);
+    }
+    /// Makes what each entry spells, with the folders that lead there: "file", "file=content", "folder/", "link>target",
+    /// "pipe|"; any of them after a mode, "0444 file=content".
+    void Make(std::initializer_list<std::string> entries) const
+    {
+        for (std::string_view entry : entries) {
+            const bool hasMode = entry.size() > 5 && entry[0] == '0' && entry[4] == ' ';
+            const std::string mode(hasMode ? entry.substr(0, 4) : "");
+            entry.remove_prefix(hasMode ? 5 : 0);
+            const std::size_t end = std::min(entry.find_first_of(">=|"), entry.size());
+            const std::string_view name = entry.substr(0, end);
+            const std::string_view rest = entry.substr(std::min(end + 1, entry.size()));
+            if (name.ends_with('/'))
+                MakeFolder(name);
+            else if (entry.substr(end).starts_with('>'))
+                Link(name, rest);
+            else if (entry.ends_with('|'))
+                EXPECT_EQ(mkfifo(Path(name).c_str(), 0600), 0);
+            else
+                Write(name, rest);
+            if (hasMode)
+                SetMode(name, static_cast<unsigned>(std::stoul(mode, nullptr, 8)));
+        }
+    }
+    void SetMode(std::string_view name, unsigned mode) const { EXPECT_EQ(chmod(Path(name).c_str(), mode), 0) << name; }
+    /// Permissions and the bits above them; a link's own.
+    unsigned Mode(std::string_view name) const { return Status(name).st_mode & 07777U; }
+    struct stat Status(std::string_view name) const
+    {
+        struct stat status {};
+        EXPECT_EQ(lstat(Path(name).c_str(), &status), 0) << name;
+        return status;
     }
     /// The bytes of a file; "(none)" when there is no such file.
     std::string Read(std::string_view name) const
