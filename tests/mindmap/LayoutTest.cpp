@@ -21,6 +21,7 @@ const char16_t* const kTexts[] = {
     u"🐻‍❄️🇳🇴1️⃣ 👩‍🔬",
     u"\xD83D lone \xDE00",
     u"one\ntwo\r\nthree",
+    u"https://x.org/\xFFFE\x01\xDC00&",
     u"﷽",
 };
 
