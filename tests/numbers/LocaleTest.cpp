@@ -77,38 +77,6 @@ TEST(LocaleQueries, AgreeWithIcuInEveryLocale)
     EXPECT_TRUE(prefix == u"-" && suffix == u"" && rootPrefix == u"-");
 }
 
-struct LocaleRow {
-    const char* locale;
-    const char16_t* decimalPoint;
-    const char16_t* grouping;
-    const char16_t* list;
-    const char16_t* symbol;
-    int decimals;
-    int firstDay;
-};
-constexpr LocaleRow kLocaleRows[] = {
-    {"en_US", u".", u",", u".", u"$", 2, 1},
-    {"de_DE", u",", u".", u",", u"\u20AC", 2, 2},
-    {"ja_JP", u".", u",", u".", u"\uFFE5", 0, 1},
-    {"fr_CH", u".", u"\u202F", u",", u"CHF", 2, 2},
-    {"en_DE", u".", u",", u",", u"\u20AC", 2, 2},  // groups of amounts differ from those of plain numbers
-    {"fa_IR", u"\u066B", u"\u066C", u"\u066B", u"\u0631\u06CC\u0627\u0644", 0, 7},
-};
-
-TEST(LocaleQueries, FollowTheUser)
-{
-    for (const LocaleRow& row : kLocaleRows) {
-        SCOPED_TRACE(row.locale);
-        const ScopedUserLocale user(row.locale);
-        EXPECT_EQ(Locale::GetDecimalPoint(), row.decimalPoint);
-        EXPECT_EQ(Locale::GetDigitGroupingSymbol(), row.grouping);
-        EXPECT_EQ(Locale::GetListSeparator(), row.list);
-        EXPECT_EQ(Locale::GetCurrencySymbol(), row.symbol);
-        EXPECT_EQ(Locale::GetCurrencyNumberOfDecimalDigits(), row.decimals);
-        EXPECT_EQ(Locale::GetFirstDayOfWeek(), row.firstDay);
-    }
-}
-
 TEST(LocaleQueries, FollowEachCategoryOfTheProcessAtOnce)
 {
     const std::string before = std::setlocale(LC_ALL, nullptr);

@@ -4,11 +4,11 @@
 #include "tests/support/ScopedUserLocale.h"
 
 #include <bit>
+#include <cfloat>
 #include <climits>
 #include <cmath>
 #include <cstdio>
 #include <gtest/gtest.h>
-#include <limits>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -35,24 +35,15 @@ std::string Printed(double value)
 TEST(DoubleText, IsWhatTheCLibraryPrints)
 {
     const ScopedUserLocale user("en_US");
-    const double edges[] = {0.0,
-                            -0.0,
-                            1e-9,
-                            std::nextafter(1e-9, 1),
-                            99999999999.0,
-                            std::nextafter(99999999999.0, 0),
-                            0.9999999995,
-                            0.99999999949999996,
-                            1.5e-9,
-                            2.5e-9,
-                            INFINITY,
-                            -INFINITY,
-                            NAN,
-                            -std::numeric_limits<double>::quiet_NaN(),
-                            std::numeric_limits<double>::max(),
-                            std::numeric_limits<double>::denorm_min(),
-                            -1234567,
-                            -123456.5};
+    const double edges[] = {0.0,           -0.0,
+                            1e-9,          std::nextafter(1e-9, 1),
+                            99999999999.0, std::nextafter(99999999999.0, 0),
+                            0.9999999995,  0.99999999949999996,
+                            1.5e-9,        2.5e-9,
+                            INFINITY,      -INFINITY,
+                            NAN,           -NAN,
+                            DBL_MAX,       DBL_TRUE_MIN,
+                            -1234567,      -123456.5};
     for (const double value : edges)
         EXPECT_EQ(Conversion::DoubleToString(value).ToUtf8(), Printed(value)) << value;
     std::mt19937_64 random(9);
@@ -73,16 +64,13 @@ TEST(DoubleText, IsWhatTheCLibraryPrints)
 
 TEST(DoubleText, HasTheDecimalPointOfTheLocalesMoney)
 {
-    struct Row {
+    struct {
         const char* locale;
         double value;
         const char16_t* text;
-    };
-    constexpr Row kRows[] = {
-        {"de_DE", 2.5, u"2,5"}, {"de_DE", 2, u"2"},     {"de_DE", -1234567, u"-1,23457e+06"},
-        {"fr_CH", 2.5, u"2.5"}, {"pt_CV", 2.5, u"2$5"}, {"ar_EG", 2.5, u"2\u066B5"},
-    };
-    for (const Row& row : kRows) {
+    } const rows[] = {{"de_DE", 2.5, u"2,5"}, {"de_DE", 2, u"2"},     {"de_DE", -1234567, u"-1,23457e+06"},
+                      {"fr_CH", 2.5, u"2.5"}, {"pt_CV", 2.5, u"2$5"}, {"ar_EG", 2.5, u"2\u066B5"}};
+    for (const auto& row : rows) {
         const ScopedUserLocale user(row.locale);
         EXPECT_EQ(Conversion::DoubleToString(row.value), row.text) << row.locale;
     }
@@ -94,21 +82,19 @@ struct SplitRow {
     const char16_t* fraction;  // null: stays as it was
     bool negative;
 };
-constexpr SplitRow kSplitRows[] = {
-    {u"-1234.5", u"1234", u"5", true},    {u"+7", u"7", nullptr, false},
-    {u"", u"kept", nullptr, true},        {u" \u2003\t", u"kept", nullptr, true},
-    {u"-", u"", nullptr, true},           {u" 42 ", u"42", nullptr, false},
-    {u"--5", u"-5", nullptr, true},       {u"- 5", u" 5", nullptr, true},
-    {u"5.", u"5", nullptr, false},        {u".", u"", nullptr, false},
-    {u"1.2.3", u"1", u"2.3", false},      {u"1.5E3", u"1500", u"", false},
-    {u"1.5e1", u"15", u"", false},        {u"1.234e2", u"123", u"4", false},
-    {u"12e2", u"1200", u"", false},       {u"1E5e2", u"1E500", u"", false},  // "e" comes before "E"
-    {u"1.5e-3", u"0", u"0015", false},    {u"1.5e-1", u"0", u"15", false},
-    {u"123.45e-1", u"12", u"345", false}, {u"123.45e-2", u"1", u"2345", false},
-    {u"12e-2", u"0", u"12", false},       {u".5e-2", u"0", u"005", false},
-    {u"1.5e", u"1", u"5", false},         {u"1.5ex", u"1", u"5", false},
-    {u"1.5e 1 \n", u"15", u"", false},  // blanks before an exponent are skipped
-};
+constexpr SplitRow kSplitRows[] = {{u"-1234.5", u"1234", u"5", true},    {u"+7", u"7", nullptr, false},
+                                   {u"", u"kept", nullptr, true},        {u" \u2003\t", u"kept", nullptr, true},
+                                   {u"-", u"", nullptr, true},           {u" 42 ", u"42", nullptr, false},
+                                   {u"--5", u"-5", nullptr, true},       {u"- 5", u" 5", nullptr, true},
+                                   {u"5.", u"5", nullptr, false},        {u".", u"", nullptr, false},
+                                   {u"1.2.3", u"1", u"2.3", false},      {u"1.5E3", u"1500", u"", false},
+                                   {u"1.5e1", u"15", u"", false},        {u"1.234e2", u"123", u"4", false},
+                                   {u"12e2", u"1200", u"", false},       {u"1E5e2", u"1E500", u"", false},
+                                   {u"1.5e-3", u"0", u"0015", false},    {u"1.5e-1", u"0", u"15", false},
+                                   {u"123.45e-1", u"12", u"345", false}, {u"123.45e-2", u"1", u"2345", false},
+                                   {u"12e-2", u"0", u"12", false},       {u".5e-2", u"0", u"005", false},
+                                   {u"1.5e", u"1", u"5", false},         {u"1.5ex", u"1", u"5", false},
+                                   {u"1.5e 1 \n", u"15", u"", false}};
 
 TEST(NumberText, ComesApart)
 {
@@ -140,16 +126,14 @@ struct PieceRow {
     const char16_t* fraction;
     const char16_t* grouped;
 };
-constexpr PieceRow kPieceRows[] = {
-    {u"239", 2, u"23", u"239"},
-    {u"5", 3, u"500", u"5"},
-    {u"", 2, u"00", u""},
-    {u"1000", 0, u"", u"1,000"},
-    {u"123456", INT_MIN, u"", u"123,456"},
-    {u"1234567", -5, u"", u"1,234,567"},
-    {u"12", 100, u"120000000000000000000000000000", u"12"},
-    {u"abcdefgh", INT_MAX, u"abcdefgh0000000000000000000000", u"ab,cde,fgh"},
-};
+constexpr PieceRow kPieceRows[] = {{u"239", 2, u"23", u"239"},
+                                   {u"5", 3, u"500", u"5"},
+                                   {u"", 2, u"00", u""},
+                                   {u"1000", 0, u"", u"1,000"},
+                                   {u"123456", INT_MIN, u"", u"123,456"},
+                                   {u"1234567", -5, u"", u"1,234,567"},
+                                   {u"12", 100, u"120000000000000000000000000000", u"12"},
+                                   {u"abcdefgh", INT_MAX, u"abcdefgh0000000000000000000000", u"ab,cde,fgh"}};
 
 TEST(NumberText, IsCutPaddedAndGrouped)
 {
@@ -187,13 +171,12 @@ constexpr NumberRow kNumberRows[] = {
     {u"0.999", false, 2, kMinus, u"0.99"},
     {u"-0.001", false, 2, kMinus, u"-0.00"},
     {u".5", false, 1, kMinus, u".5"},
-    {u"  ", false, 2, kMinus, u".00"},
+    {u" ", false, 2, kMinus, u".00"},
     {u"", true, 2, kMinus, u""},
     {u"1.5E3", false, 2, kMinus, u"1500.00"},
     {u"1e6", true, 0, kMinus, u"1,000,000"},
-    {u"5e-2147483648", true, 3, kMinus, u"0.000"},  // two thousand million zeros that nobody sees
-    {u"inf", true, 1, kMinus, u"inf.0"},
-};
+    {u"5e-2147483648", true, 3, kMinus, u"0.000"},
+    {u"inf", true, 1, kMinus, u"inf.0"}};
 
 TEST(FormattedNumber, ShowsDecimalsGroupsAndSign)
 {
@@ -255,12 +238,11 @@ struct PercentageRow {
     const char16_t* percentage;
 };
 constexpr PercentageRow kPercentageRows[] = {
-    {u"0.25", 0, u"25%"},       {u"1.5", 0, u"150%"},    {u"-0.5", 0, u"-50%"}, {u"5", 0, u"500%"},
-    {u"0", 0, u"0%"},           {u"0.256", 1, u"25.6%"}, {u"0.256", 0, u"25%"}, {u"0.0005", 2, u"0.05%"},
-    {u"5", 2, u"500.00%"},      {u".5", 1, u"50.0%"},    {u"abc.5", 0, u"50%"}, {u"0012.3456", 1, u"1234.5%"},
-    {u"-0.001", 0, u"-0%"},     {u"25e-2", 0, u"25%"},   {u" ", 1, u"0.0%"},    {u"", 3, u""},
-    {u"12345", 0, u"1234500%"},
-};
+    {u"0.25", 0, u"25%"},      {u"1.5", 0, u"150%"},    {u"-0.5", 0, u"-50%"}, {u"5", 0, u"500%"},
+    {u"0", 0, u"0%"},          {u"0.256", 1, u"25.6%"}, {u"0.256", 0, u"25%"}, {u"0.0005", 2, u"0.05%"},
+    {u"5", 2, u"500.00%"},     {u".5", 1, u"50.0%"},    {u"abc.5", 0, u"50%"}, {u"0012.3456", 1, u"1234.5%"},
+    {u"-0.001", 0, u"-0%"},    {u"25e-2", 0, u"25%"},   {u" ", 1, u"0.0%"},    {u"", 3, u""},
+    {u"12345", 0, u"1234500%"}};
 
 TEST(FormattedPercentage, MovesThePointByTwoDigits)
 {

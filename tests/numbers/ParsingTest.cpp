@@ -13,6 +13,7 @@
 #include <random>
 #include <string>
 #include <unicode/decimfmt.h>
+#include <utility>
 
 namespace {
 
@@ -36,58 +37,50 @@ struct ScanRow {
     std::optional<double> number;
     std::optional<int> integer;
 };
-constexpr std::optional<int> kNone = std::nullopt;
-constexpr ScanRow kScanRows[] = {
-    {"en_US", u"  3.5xyz", 3.5, 3},
-    {"en_US", u"\r\n\u2003\t-7 apples", -7, -7},
-    {"en_US", u"7 days", 7, 7},
-    {"en_US", u"days 7", std::nullopt, kNone},
-    {"en_US", u"", std::nullopt, kNone},
-    {"en_US", u" - 5", std::nullopt, kNone},
-    {"en_US", u"--5", std::nullopt, kNone},
-    {"en_US", u"+5", 5, 5},
-    {"en_US", u"\u22125", -5, -5},
-    {"en_US", u".5", 0.5, kNone},
-    {"en_US", u"-.5", -0.5, kNone},
-    {"en_US", u"5.", 5, 5},
-    {"en_US", u"5.e2", 500, 5},
-    {"en_US", u".", std::nullopt, kNone},
-    {"en_US", u".e5", std::nullopt, kNone},
-    {"en_US", u"1e", 1, 1},
-    {"en_US", u"1e+", 1, 1},
-    {"en_US", u"1E+x", 1, 1},
-    {"en_US", u"1e\u22123", 0.001, 1},
-    {"en_US", u"1,234.5", 1, 1},  // a grouping separator ends the number
-    {"en_US", u"1.2.3", 1.2, 1},
-    {"en_US", u"inf", std::nullopt, kNone},
-    {"en_US", u"nan", std::nullopt, kNone},
-    {"en_US", u"0x10", 0, 0},
-    {"en_US", u"\u0663", std::nullopt, kNone},  // a digit of another locale
-    {"en_US", u"99999999999", 99999999999, INT_MAX},
-    {"en_US", u"-99999999999", -99999999999, INT_MIN},
-    {"en_US", u"2147483647", 2147483647, INT_MAX},
-    {"en_US", u"-2147483648", -2147483648.0, INT_MIN},
-    {"en_US", u"1e400", kInfinity, 1},
-    {"en_US", u"-1e99999999999999999999", -kInfinity, -1},
-    {"en_US", u"1e-400", 0, 1},
-    {"en_US", u"0e99999999999999999999", 0, 0},
-    {"en_US", u"1.7976931348623159e308", kInfinity, 1},  // half a unit above the largest
-    {"en_US", u"1.7976931348623158e308", std::numeric_limits<double>::max(), 1},
-    {"en_US", u"2.4703282292062327e-324", 0, 2},  // just below half of the least
-    {"en_US", u"2.4703282292062328e-324", std::numeric_limits<double>::denorm_min(), 2},
-    {"de_DE", u"1,5", 1.5, 1},
-    {"de_DE", u"1.5", 1, 1},
-    {"fr_CH", u"1,5", 1.5, 1},  // amounts have another decimal point there
-    {"sv_SE", u"\u22121,5", -1.5, -1},
-    {"ar_EG", u"\u0661\u0662\u066B\u0665", 12.5, 12},
-    {"ar_EG", u"12\u066B5", 12.5, 12},
-    {"ar_EG", u"\u061C-\u0663", -3, -3},  // the locale's minus begins with a mark
-    {"fa_IR", u"\u200E\u2212\u06F1\u06F2e\u06F2", -1200, -12},
-    {"fa_IR", u"\u0661", std::nullopt, kNone},
-    {"ff_Adlm", u"\U0001E951\U0001E950.\U0001E955", 10.5, 10},  // digits beyond the BMP
-    {"en_US@numbers=hanidec", u"\u4E8C\u3007.\u4E00", 20.1, 20},
-    {"en_US@numbers=mathbold", u"\U0001D7CF\xD835", 1, 1},
-};
+constexpr std::nullopt_t kNone = std::nullopt;
+constexpr double kLargest = std::numeric_limits<double>::max();
+constexpr double kLeast = std::numeric_limits<double>::denorm_min();
+// A digit of another locale, separators of others, signs that begin with a mark, digits beyond the BMP and their halves;
+// numbers half a unit above the largest double, and on both sides of half the least.
+constexpr ScanRow kScanRows[] = {{"en_US", u"  3.5xyz", 3.5, 3},
+                                 {"en_US", u"\r\n\u2003\t-7 apples", -7, -7},
+                                 {"en_US", u"7 days", 7, 7},
+                                 {"en_US", u"+5", 5, 5},
+                                 {"en_US", u"\u22125", -5, -5},
+                                 {"en_US", u".5", 0.5, kNone},
+                                 {"en_US", u"-.5", -0.5, kNone},
+                                 {"en_US", u"5.", 5, 5},
+                                 {"en_US", u"5.e2", 500, 5},
+                                 {"en_US", u"1e", 1, 1},
+                                 {"en_US", u"1E+x", 1, 1},
+                                 {"en_US", u"1e\u22123", 0.001, 1},
+                                 {"en_US", u"1,234.5", 1, 1},
+                                 {"en_US", u"1.2.3", 1.2, 1},
+                                 {"en_US", u"0x10", 0, 0},
+                                 {"en_US", u"99999999999", 99999999999, INT_MAX},
+                                 {"en_US", u"-99999999999", -99999999999, INT_MIN},
+                                 {"en_US", u"-2147483648", -2147483648.0, INT_MIN},
+                                 {"en_US", u"1e400", kInfinity, 1},
+                                 {"en_US", u"-1e99999999999999999999", -kInfinity, -1},
+                                 {"en_US", u"1e-400", 0, 1},
+                                 {"en_US", u"0e99999999999999999999", 0, 0},
+                                 {"en_US", u"1.7976931348623159e308", kInfinity, 1},
+                                 {"en_US", u"1.7976931348623158e308", kLargest, 1},
+                                 {"en_US", u"2.4703282292062327e-324", 0, 2},
+                                 {"en_US", u"2.4703282292062328e-324", kLeast, 2},
+                                 {"de_DE", u"1,5", 1.5, 1},
+                                 {"de_DE", u"1.5", 1, 1},
+                                 {"fr_CH", u"1,5", 1.5, 1},
+                                 {"ar_EG", u"\u0661\u0662\u066B\u0665", 12.5, 12},
+                                 {"ar_EG", u"12\u066B5", 12.5, 12},
+                                 {"ar_EG", u"\u061C-\u0663", -3, -3},
+                                 {"fa_IR", u"\u200E\u2212\u06F1\u06F2e\u06F2", -1200, -12},
+                                 {"fa_IR", u"\u0661", kNone, kNone},
+                                 {"ff_Adlm", u"\U0001E951\U0001E950.\U0001E955", 10.5, 10},
+                                 {"en_US@numbers=hanidec", u"\u4E8C\u3007.\u4E00", 20.1, 20},
+                                 {"en_US@numbers=mathbold", u"\U0001D7CF\xD835", 1, 1}};
+
+constexpr const char16_t* kNoNumberAhead[] = {u"days 7", u"", u" - 5", u"--5", u".", u".e5", u"inf", u"nan", u"\u0663"};
 
 TEST(Scanning, ReadsTheLongestPrefixThatIsANumberOfTheLocale)
 {
@@ -101,6 +94,10 @@ TEST(Scanning, ReadsTheLongestPrefixThatIsANumberOfTheLocale)
         EXPECT_EQ(Conversion::IsStringInteger(text), row.integer.has_value());
     }
     const ScopedUserLocale user("en_US");
+    for (const CString text : kNoNumberAhead) {
+        EXPECT_EQ(Read(Conversion::StringToDouble, text), kNone) << text;
+        EXPECT_EQ(Read(Conversion::StringToInteger, text), kNone) << text;
+    }
     EXPECT_TRUE(std::signbit(*Read(Conversion::StringToDouble, u"-0")));
 }
 
@@ -150,39 +147,25 @@ struct WholeRow {
     const char16_t* text;
     std::optional<long> number;
 };
-constexpr WholeRow kWholeRows[] = {
-    {"en_US", u"12abc", std::nullopt},
-    {"en_US", u"", std::nullopt},
-    {"en_US", u"-", std::nullopt},
-    {"en_US", u" 12", std::nullopt},
-    {"en_US", u"12 ", std::nullopt},
-    {"en_US", u"+12", std::nullopt},
-    {"en_US", u"ff", std::nullopt},
-    {"en_US", u"0x10", std::nullopt},
-    {"en_US", u"5%", std::nullopt},
-    {"en_US", u"NaN", std::nullopt},
-    {"en_US", u"\u221E", std::nullopt},
-    {"en_US", u"-\u221E", std::nullopt},
-    {"en_US", u"12\xD800", std::nullopt},
-    {"en_US", u"-00012", -12},
-    {"en_US", u"1,234,567", 1234567},
-    {"en_US", u"1,2,3", std::nullopt},
-    {"en_US", u"-12.99", -12},
-    {"en_US", u"1.25E2", 125},
-    {"en_US", u"125e-1", 12},
-    {"en_US", u"1E-99999999999", 0},
-    {"en_US", u"1E30", LONG_MAX},
-    {"en_US", u"-1E999999999999", LONG_MIN},
-    {"en_US", u"9223372036854775807", LONG_MAX},
-    {"en_US", u"9223372036854775806.9", LONG_MAX - 1},  // no detour over double
-    {"en_US", u"-9223372036854775808", LONG_MIN},
-    {"en_US", u"9223372036854775808", LONG_MAX},
-    {"de_DE", u"1.234.567", 1234567},
-    {"de_DE", u"1,9", 1},
-    {"fa_IR", u"\u200E\u2212\u06F1\u066C\u06F2\u06F3\u06F4", -1234},
-    {"fa_IR", u"-15", -15},
-    {"en_US@numbers=roman", u"12", 12},
-};
+constexpr WholeRow kWholeRows[] = {{"en_US", u"-00012", -12},
+                                   {"en_US", u"1,234,567", 1234567},
+                                   {"en_US", u"-12.99", -12},
+                                   {"en_US", u"1.25E2", 125},
+                                   {"en_US", u"125e-1", 12},
+                                   {"en_US", u"1E-99999999999", 0},
+                                   {"en_US", u"1E30", LONG_MAX},
+                                   {"en_US", u"-1E999999999999", LONG_MIN},
+                                   {"en_US", u"9223372036854775806.9", LONG_MAX - 1},
+                                   {"en_US", u"-9223372036854775808", LONG_MIN},
+                                   {"en_US", u"9223372036854775808", LONG_MAX},
+                                   {"de_DE", u"1.234.567", 1234567},
+                                   {"de_DE", u"1,9", 1},
+                                   {"fa_IR", u"\u200E\u2212\u06F1\u066C\u06F2\u06F3\u06F4", -1234},
+                                   {"fa_IR", u"-15", -15},
+                                   {"en_US@numbers=roman", u"12", 12}};
+
+constexpr const char16_t* kNoWholeNumbers[] = {u"12abc", u"",   u"-",   u" 12",     u"12 ",      u"+12",  u"ff",
+                                               u"0x10",  u"5%", u"NaN", u"-\u221E", u"12\xD800", u"1,2,3"};
 
 TEST(WholeTexts, AreNumbersAsTheLocaleWritesThem)
 {
@@ -198,32 +181,33 @@ TEST(WholeTexts, AreNumbersAsTheLocaleWritesThem)
             EXPECT_EQ(value, static_cast<unsigned long>(std::max(*row.number, 0L)));
         }
     }
+    const ScopedUserLocale user("en_US");
+    for (const CString text : kNoWholeNumbers)
+        EXPECT_EQ(Read(Conversion::StringToLong, text), kNone) << text;
 }
 
 TEST(WholeTexts, SaturateWhereTheTypeIsUnsigned)
 {
     const ScopedUserLocale user("en_US");
-    EXPECT_EQ(Read<unsigned>(Conversion::StringToUInteger, u"4294967295"), UINT_MAX);
-    EXPECT_EQ(Read<unsigned>(Conversion::StringToUInteger, u"4294967296"), UINT_MAX);
-    EXPECT_EQ(Read<unsigned>(Conversion::StringToUInteger, u"-1"), 0U);
-    EXPECT_EQ(Read<unsigned>(Conversion::StringToUInteger, u"7.9"), 7U);
-    EXPECT_EQ(Read<unsigned long>(Conversion::StringToULong, u"18446744073709551615"), ULONG_MAX);
-    EXPECT_EQ(Read<unsigned long>(Conversion::StringToULong, u"18446744073709551614.5"), ULONG_MAX - 1);
-    EXPECT_EQ(Read<unsigned long>(Conversion::StringToULong, u"18446744073709551616"), ULONG_MAX);
-    EXPECT_EQ(Read<unsigned long>(Conversion::StringToULong, u"-1E30"), 0U);
+    const std::pair<const char16_t*, unsigned long> rows[] = {
+        {u"4294967296", 4294967296},          {u"-1", 0},   {u"7.9", 7}, {u"18446744073709551614.5", ULONG_MAX - 1},
+        {u"18446744073709551616", ULONG_MAX}, {u"-1E30", 0}};
+    for (const auto& [text, number] : rows) {
+        EXPECT_EQ(Read<unsigned long>(Conversion::StringToULong, text), number);
+        EXPECT_EQ(Read<unsigned>(Conversion::StringToUInteger, text), std::min<unsigned long>(number, UINT_MAX));
+    }
 }
 
 TEST(WholeTexts, AgreeWithIcuOnWhatIsANumber)
 {
     std::mt19937 random(5);
     const std::u16string_view alphabet = u"0123456789-.,eE  \u00A0\u2019\u06F5\u2212+%";
-    for (const char* locale : {"en_US", "de_DE", "fr_FR", "de_CH",   "hi_IN",       "fa_IR", "ar_EG", "sv_SE",
-                               "he_IL", "ja_JP", "pt_BR", "ru_RU",   "tr_TR",       "pl_PL", "bn_BD", "my_MM",
-                               "ne_NP", "es_ES", "et_EE", "ff_Adlm", "en_US_POSIX", "xx",    ""}) {
-        const ScopedUserLocale user(*locale != '\0' ? locale : "en_US_POSIX");
+    for (const char* locale : {"en_US", "de_DE", "fr_FR", "de_CH", "hi_IN", "fa_IR",   "ar_EG",       "sv_SE",
+                               "he_IL", "ja_JP", "pt_BR", "ru_RU", "tr_TR", "pl_PL",   "bn_BD",       "my_MM",
+                               "ne_NP", "es_ES", "et_EE", "xx",    "und",   "ff_Adlm", "en_US_POSIX", "zh_TW"}) {
+        const ScopedUserLocale user(locale);
         UErrorCode error = U_ZERO_ERROR;
-        const std::unique_ptr<icu::NumberFormat> format(
-            icu::NumberFormat::createInstance(icu::Locale(*locale != '\0' ? locale : "en_US_POSIX"), error));
+        const std::unique_ptr<icu::NumberFormat> format(icu::NumberFormat::createInstance(locale, error));
         for (int round = 0; round < 3000; ++round) {
             std::u16string text;
             for (std::size_t length = random() % 8; text.size() < length;)
@@ -248,10 +232,9 @@ struct PercentRow {
     double value;
 };
 constexpr PercentRow kPercentRows[] = {
-    {u"50%", true, 0.5},  {u" 50 % ", true, 0.5}, {u"50%%", true, 0.5},         {u"%50", false, 0}, {u"abc%", false, 0},
-    {u"0.5", true, 0.5},  {u"12", true, 12},      {u"57%", true, 57 * 0.01},    {u"%", false, 0},   {u"", false, 0},
-    {u"5%x", false, 0.0}, {u"50 x%", true, 0.5},  {u"1e400%", true, kInfinity},
-};
+    {u"50%", true, 0.5},  {u" 50 % ", true, 0.5}, {u"50%%", true, 0.5},        {u"%50", false, 0}, {u"abc%", false, 0},
+    {u"0.5", true, 0.5},  {u"12", true, 12},      {u"57%", true, 57 * 0.01},   {u"%", false, 0},   {u"", false, 0},
+    {u"5%x", false, 0.0}, {u"50 x%", true, 0.5},  {u"1e400%", true, kInfinity}};
 
 TEST(Percentages, ComeAsFractions)
 {
