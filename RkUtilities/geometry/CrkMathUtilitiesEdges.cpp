@@ -51,8 +51,7 @@ CrkFloatPoint EdgePointFromZero(const CrkFloatRect& rect, CrkFloatPoint directio
 struct Ellipse {
     explicit Ellipse(const CrkFloatRect& rect) noexcept
         : a(rect.width / 2), b(rect.height / 2), top(rect.y), bottom(rect.y + rect.height)
-    {
-    }
+    {}
 
     float a;
     float b;
