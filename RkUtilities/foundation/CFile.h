@@ -99,8 +99,8 @@ public:
 
     /// Gives a file, folder or link another name. A name that is taken fails with `accessDenied` (EEXIST) and is
     /// never replaced, also when it comes to exist meanwhile; a file system that cannot promise the latter is asked
-    /// just before. Across file systems it is copied and removed; a failure of that leaves the old one whole and no
-    /// new one.
+    /// just before. Across file systems it is copied and removed; a failure of the copy leaves the old one whole and
+    /// no new one, one of the removal a complete new one.
     static void Rename(const CString& oldPath, const CString& newPath);
 
 private:

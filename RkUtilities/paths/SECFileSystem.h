@@ -89,7 +89,8 @@ public:
     /// `CFile::Rename` does.
     bool RenameFile(const CString& oldPath, const CString& newPath) const;
     /// Moves a file, link or folder, across file systems too. False when the new name is taken; after a failure the
-    /// old one is whole and there is no new one.
+    /// old one is whole and there is no new one; only where everything was copied to another file system and the old
+    /// tree cannot be removed wholly, the new one is complete and the old one may have lost files.
     bool RenameDirectory(const CString& oldPath, const CString& newPath) const;
 
     /// Removes a file or a link itself, never a folder.
