@@ -56,7 +56,8 @@ void CrkPathUtilities::RemoveInvalidCharsFromFolderName(CString& name)
 
 void CrkPathUtilities::RemoveCharsFromFilename(CString& name, const CString& characters, unsigned short replacement)
 {
-    const CString set = characters;  // it may be the name itself
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may be the name itself
+    const CString set = characters;
     for (int i = name.FindOneOf(set); i >= 0; i = name.FindOneOf(set, i + 1))
         name.SetAt(i, replacement);
 }

@@ -93,7 +93,7 @@ TEST(SpecialFolders, FollowTheVariablesAndTheSettingsFile)
     constexpr Case kCases[] = {
         {"XDG_MUSIC_DIR=\"$HOME/Klang\"", "Klang"},
         {"  XDG_MUSIC_DIR =\t\"$HOME/Klang//\" # mine", "Klang"},
-        {"XDG_MUSIC_DIR=\"$HOME/a\\\"b\\$\\\\\"", "a\"b$\\"},
+        {R"(XDG_MUSIC_DIR="$HOME/a\"b\$\\")", R"(a"b$\)"},
         {"XDG_MUSIC_DIR=\"$HOME/one\"\nXDG_MUSIC_DIR=\"$HOME/two\"", "two"},
         {"XDG_MUSIC_DIR=\"$HOME/open", "open"},
         {"XDG_MUSIC_DIR=\"$HOME/\"", nullptr},  // switched off

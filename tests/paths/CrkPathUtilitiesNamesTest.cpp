@@ -90,8 +90,8 @@ TEST(Names, AreQuotedOnceMoreAndUnquotedOnce)
         const char* text;
         const char* unquoted;  // null: it stays
     };
-    constexpr Case kCases[] = {{"\"\"", ""},     {"\"a b\"", "a b"}, {"\"\"a\"\"", "\"a\""}, {"\"\"\"", "\""},
-                               {"\"a", nullptr}, {"a\"", nullptr},   {"\"", nullptr},        {"", nullptr}};
+    constexpr Case kCases[] = {{R"("")", ""},      {R"("a b")", "a b"}, {R"(""a"")", R"("a")"}, {R"(""")", R"(")"},
+                               {R"("a)", nullptr}, {R"(a")", nullptr},  {R"(")", nullptr},      {"", nullptr}};
     for (const Case& c : kCases) {
         CString text(c.text);
         EXPECT_EQ(P::UnquotePath(text), c.unquoted != nullptr) << c.text;
@@ -279,6 +279,7 @@ TEST(TemporaryFolder, IsTheSameForAllWhoAskFirst)
                   std::latch start(8);
                   std::atomic<int> alike = 0;
                   std::vector<std::thread> threads;
+                  threads.reserve(8);
                   for (int i = 0; i < 8; ++i)
                       threads.emplace_back([&] {
                           start.arrive_and_wait();
