@@ -77,8 +77,7 @@ TEST(Paths, GetAndLoseTheirTrailingSlash)
         {"   ", "   /", "   ", "   ", ""},  // a slash added to nothing
         {"  C\\dir\\sub  ", "  C\\dir\\sub  /", "  C\\dir\\sub  ", "  C/dir/sub  ", "C/dir/sub/"},
         {" \ta \t", " \ta \t/", " \ta \t", " \ta \t", "\ta \t/"},  // a tab trimmed
-        {"\xC2\xA0x ", "\xC2\xA0x /", "\xC2\xA0x ", "\xC2\xA0x ", "\xC2\xA0x/"},
-    };
+        {"\xC2\xA0x ", "\xC2\xA0x /", "\xC2\xA0x ", "\xC2\xA0x ", "\xC2\xA0x/"}};
     for (const Case& c : kCases) {
         SCOPED_TRACE(c.path);
         CString assured, assuredItself(c.path), stripped(c.path), repaired(c.path);
@@ -205,8 +204,7 @@ TEST(Paths, LeadFromFolderToTarget)
         {u"", u"/a", u""},
         {u"/a", u"", u""},
         {u"~/x", u"/home", u"./ann/x"},
-        {u"/home/ann/x", u"~", u"./x"},
-    };
+        {u"/home/ann/x", u"~", u"./x"}};
     const ScopedVariable home("HOME", "/home/ann");
     for (const Case& c : kCases)
         EXPECT_EQ(CrkPathUtilities::CalcRelativePathname(c.target, c.base), c.result)
