@@ -2,6 +2,7 @@
 #include "RkUtilities/foundation/CTime.h"
 
 #include "tests/support/ScopedVariable.h"
+#include "tests/support/Zones.h"
 
 #include <chrono>
 #include <climits>
@@ -96,27 +97,57 @@ TEST(Time, FollowsTheZoneOnDaysOfClockChanges)
     }
 }
 
-TEST(Time, AgreesWithTheCLibraryWhateverTheZone)
+CTime At(std::time_t utcSeconds)
 {
-    std::mt19937_64 random(3);
-    for (const char* name :
-         {"Europe/Berlin", "America/New_York", "Asia/Tehran", "Australia/Sydney", "Africa/Casablanca"}) {
-        const ScopedZone zone(name);
+    return CTime::FromCFAbsoluteTime(static_cast<double>(utcSeconds - 978307200));
+}
+
+/// Reads the fields of a time as the C library tells them, and finds the way back from them.
+void CheckThereAndBack(std::time_t utcSeconds)
+{
+    const CTime time = At(utcSeconds);
+    const std::tm expected = CLocalTime(utcSeconds);
+    std::tm own{};
+    ASSERT_EQ(time.GetLocalTm(&own), &own);
+    ASSERT_EQ(std::tuple(own.tm_year, own.tm_mon, own.tm_mday, own.tm_hour, own.tm_min, own.tm_sec, own.tm_wday,
+                         own.tm_yday, own.tm_isdst),
+              std::tuple(expected.tm_year + 1900, expected.tm_mon + 1, expected.tm_mday, expected.tm_hour,
+                         expected.tm_min, expected.tm_sec, expected.tm_wday, expected.tm_yday, expected.tm_isdst));
+    const CTime first(own.tm_year, own.tm_mon, own.tm_mday, own.tm_hour, own.tm_min, own.tm_sec, -1);
+    ASSERT_LE(first, time);
+    ASSERT_EQ(COleDateTime(first).m_dt, COleDateTime(time).m_dt);
+    ASSERT_EQ(CTime(COleDateTime(time).m_dt), first);
+    const CTime meant(own.tm_year, own.tm_mon, own.tm_mday, own.tm_hour, own.tm_min, own.tm_sec, own.tm_isdst);
+    std::tm of{};
+    first.GetLocalTm(&of);
+    ASSERT_EQ(meant, of.tm_isdst == own.tm_isdst ? first : time);
+}
+
+TEST(Time, ComesBackFromItsFieldsAroundEveryClockChangeOfEveryZone)
+{
+    std::size_t changeCount = 0;
+    for (const std::string& name : AllZones()) {
+        SCOPED_TRACE(name);
+        const ScopedZone zone(name.c_str());
         tzset();  // for the C library; ours sees the change by itself
-        for (int round = 0; round < 2000; ++round) {
-            const auto seconds = static_cast<std::time_t>(random() % 8000000000) - 3000000000;
-            const CTime time = CTime::FromCFAbsoluteTime(static_cast<double>(seconds - 978307200));
-            std::tm fields{};
-            localtime_r(&seconds, &fields);
-            ASSERT_EQ(std::tuple(time.GetYear(), time.GetMonth(), time.GetHour(), time.GetDayOfWeek()),
-                      std::tuple(fields.tm_year + 1900, fields.tm_mon + 1, fields.tm_hour, fields.tm_wday + 1));
-            std::tm own{};
-            time.GetLocalTm(&own);
-            ASSERT_EQ(CTime(own.tm_year, own.tm_mon, own.tm_mday, own.tm_hour, own.tm_min, own.tm_sec, own.tm_isdst),
-                      time)
-                << name << ' ' << seconds;
+        for (const std::time_t change : ClockChanges(-3000000000, 2500000000)) {
+            const long before = CLocalTime(change - 1).tm_gmtoff;
+            const long gap = CLocalTime(change).tm_gmtoff - before;
+            for (const long distance : {-3601L, -1800L, -1L, 0L, 1L, 1800L, 3599L, -std::abs(gap), std::abs(gap)})
+                ASSERT_NO_FATAL_FAILURE(CheckThereAndBack(change + distance)) << change << ' ' << distance;
+            for (long into = 0; into < gap; into += gap / 3 + 1) {  // what is left out is moved on by the gap
+                const std::time_t local = change + before + into;
+                std::tm fields{};
+                gmtime_r(&local, &fields);
+                ASSERT_EQ(CTime(fields.tm_year + 1900, fields.tm_mon + 1, fields.tm_mday, fields.tm_hour, fields.tm_min,
+                                fields.tm_sec, -1),
+                          At(change + into))
+                    << change << ' ' << into;
+            }
+            ++changeCount;
         }
     }
+    EXPECT_GT(changeCount, 10000U);
 }
 
 TEST(Time, KeepsNumbersThatAreNoDatesOut)
