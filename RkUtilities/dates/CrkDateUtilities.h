@@ -1,15 +1,17 @@
 #pragma once
 
+#include "RkUtilities/foundation/CAtlArray.h"
+#include "RkUtilities/foundation/CAtlMap.h"
 #include "RkUtilities/foundation/COleDateTime.h"
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/CTime.h"
 #include "RkUtilities/foundation/RkExport.h"
 
-/// Dates as texts, between UTC and local time, by day and by week.
+/// Dates as texts, between UTC and local time, by day and by week, and the calendar of working days.
 ///
 /// Calendar fields of a `CTime` are those of local time (`TZ`, else the system's zone), as `CTime` tells. A `COleDateTime`
 /// has no zone; one that is no number or lies outside the years 1 to 9999 counts as 30 December 1899, 00:00. Nothing throws
-/// but `std::bad_alloc`. Safe from any thread.
+/// but `std::bad_alloc`, and what else a member names. Safe from any thread.
 class RK_EXPORT CrkDateUtilities {
 public:
     // Three times that callers know by name. They are made when the library is loaded, after the zone of that moment, and
@@ -68,4 +70,24 @@ public:
     /// The same in local time, clock changes in that week or not; `MinimumTime` for 1, 2 and 3 January 1970. Of a day that
     /// begins later than at 00:00 it is the first moment, of one that a zone left out that of the next.
     static CTime GetLocalizedWeekStart(CTime date, CString language) noexcept;
+
+    // The calendar of working days as the text that is stored with a map: seven flags from Sunday to Saturday, "1" for a
+    // working day and "0" for a day off, then dates, each ";" and a date value with six decimals.
+    //
+    //     "0111110;45000.000000"     Monday to Friday, and the 15th of March 2023
+
+    /// Writes a calendar. Decimals are behind "." in every locale, dates in the order in which the map is walked; the map's
+    /// values are not looked at. Flags past the seventh are not written, those that are not there count as days off.
+    static CString CreatePtmCalendarString(const CAtlArray<bool>& workingDays, const CAtlMap<double, bool>& dates);
+    /// Reads a calendar: seven flags into `workingDays`, dates into `dates` (cut down to the whole day below, each with the
+    /// value true) in place of what both held. An empty text changes nothing.
+    ///
+    /// Pieces end at ";", empty ones are skipped. The first piece holds the flags: every unit but "0" marks a working day,
+    /// units past the seventh are ignored, missing ones are days off; when there is no piece at all (";;") the flags stay.
+    /// A later piece is a date as `CrkStringConversionUtilities::StringToDouble` reads it in the user's locale; one that
+    /// does not begin with a number is skipped.
+    /// @throws CAtlException when memory is exhausted; either output may hold a part then
+    static void ParsePtmCalendarString(CString text, CAtlArray<bool>& workingDays, CAtlMap<double, bool>& dates);
+    /// "0111110": Monday to Friday, no dates.
+    static CString DefaultWorkweekString();
 };

@@ -1,0 +1,116 @@
+#include "RkUtilities/dates/CrkDateUtilities.h"
+
+#include "tests/support/ScopedUserLocale.h"
+
+#include <algorithm>
+#include <clocale>
+#include <cmath>
+#include <cstdio>
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+struct Calendar {
+    CAtlArray<bool> days;
+    CAtlMap<double, bool> dates;
+};
+
+/// Flags as written, then the dates in ascending order.
+std::string Content(const Calendar& calendar)
+{
+    std::string text;
+    for (const bool day : calendar.days)
+        text += day ? '1' : '0';
+    std::vector<double> dates;
+    for (const auto& [date, value] : calendar.dates) {
+        EXPECT_TRUE(value);
+        dates.push_back(date);
+    }
+    std::sort(dates.begin(), dates.end());
+    for (const double date : dates)
+        text += ' ' + std::to_string(std::llround(date));
+    return text;
+}
+
+struct ReadCase {
+    std::u16string_view text;
+    const char* content;  // from a calendar with "101" and the dates 1 and 2
+};
+constexpr ReadCase kReadCases[] = {
+    {u"", "101 1 2"},  // nothing changes
+    {u"0111110", "0111110"},
+    {u"1111111", "1111111"},  // the map is emptied
+    {u"0111110;45000.25;45000.75", "0111110 45000"},
+    {u"0111110;;45000", "0111110 45000"},
+    {u";45000.000000", "1100010"},             // the first piece holds the flags, whatever it is
+    {u";;;", "1010000"},                       // no piece: the flags stay, the map does not
+    {u"x2 0\u0660\U0001F600;3", "1110111 3"},  // "0" alone is a day off, and a unit is a day
+    {u"0000000111;3", "0000000 3"},            // units past the seventh are ignored
+    {u"01;3", "0100000 3"},                    // missing flags are days off
+    {u"1111111;x;;3y; 4;-5;-5.5;", "1111111 -6 -5 3 4"},
+    {u"1111111;.;e;nan;inf;7", "1111111 7"},  // no numbers are skipped, and end nothing
+};
+
+TEST(CalendarText, IsReadPieceByPiece)
+{
+    for (const ReadCase& c : kReadCases) {
+        SCOPED_TRACE(CString(c.text).ToUtf8());
+        Calendar calendar{{true, false, true}, {{1, true}, {2, true}}};
+        CrkDateUtilities::ParsePtmCalendarString(c.text, calendar.days, calendar.dates);
+        EXPECT_EQ(Content(calendar), c.content);
+    }
+    Calendar longer{CAtlArray<bool>(), {}};
+    longer.days.SetCount(10);
+    CrkDateUtilities::ParsePtmCalendarString(u"0000001", longer.days, longer.dates);
+    EXPECT_EQ(Content(longer), "0000001");
+}
+
+TEST(CalendarText, IsWrittenInTheOrderOfTheMap)
+{
+    EXPECT_EQ(CrkDateUtilities::DefaultWorkweekString(), u"0111110");
+    EXPECT_EQ(CrkDateUtilities::CreatePtmCalendarString({false, true}, {}), u"0100000");
+    CAtlArray<bool> days = {true, true, true, true, true, true, true, false, true};
+    EXPECT_EQ(CrkDateUtilities::CreatePtmCalendarString(days, {}), u"1111111");
+
+    const double infinity = std::numeric_limits<double>::infinity();
+    CAtlMap<double, bool> dates;
+    for (const double date :
+         {45001.0, 45000.0, -0.5, 0.0, 1e-7, 0.0000005, -1.7976931348623157e308, infinity, -infinity, std::nan("")})
+        dates.SetAt(date, false);  // the values are not looked at
+    std::mt19937_64 random(7);
+    for (int i = 0; i < 1000; ++i)
+        dates.SetAt(
+            std::ldexp(static_cast<double>(static_cast<std::int64_t>(random())), static_cast<int>(random() % 80) - 70),
+            true);
+    std::string expected = "1111111";
+    for (const auto& [date, unused] : dates) {
+        char text[400];
+        std::snprintf(text, sizeof text, ";%f", date);
+        expected += text;
+    }
+    EXPECT_EQ(CrkDateUtilities::CreatePtmCalendarString(days, dates).ToUtf8(), expected);
+}
+
+TEST(CalendarText, GivesTheSameWholeDatesInEveryLocale)
+{
+    Calendar written{{false, true, true, false, true, true, true}, {}};
+    for (int date = -3; date < 60000; date += 101)
+        written.dates.SetAt(date, true);
+    for (const char* const locale : {"en_US", "de_DE", "fr_CH", "ar_EG", "fa_IR", "hi_IN", "my_MM"}) {
+        const ScopedUserLocale user(locale);
+        Calendar read;
+        CrkDateUtilities::ParsePtmCalendarString(CrkDateUtilities::CreatePtmCalendarString(written.days, written.dates),
+                                                 read.days, read.dates);
+        EXPECT_EQ(Content(read), Content(written)) << locale;
+    }
+    ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr) << "LOCPATH leads to no de_DE.UTF-8";
+    EXPECT_EQ(CrkDateUtilities::CreatePtmCalendarString({}, {{45000.5, true}}), u"0000000;45000.500000");
+    std::setlocale(LC_ALL, "C");
+}
+
+}  // namespace
