@@ -1,16 +1,19 @@
 #include "RkUtilities/platform/XmlReader.h"
 
 #include "RkUtilities/platform/FileCalls.h"
-#include "RkUtilities/platform/Files.h"
 
 #include <chrono>
+#include <cstdint>
 #include <ctime>
 #include <exception>
 #include <expat.h>
+#include <fcntl.h>
 #include <memory>
 #include <new>
 #include <optional>
-#include <system_error>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace rk::platform {
 
@@ -26,6 +29,8 @@ std::chrono::nanoseconds ThreadComputingTime()
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
+
+enum class BlockKind { Further, Last };
 
 // One reading of one document. No exception passes through expat: it is kept until the parser has returned.
 class Reading {
@@ -51,10 +56,10 @@ public:
         return block;
     }
 
-    // Parses what was put into the block. A block that is not full is the last one.
-    bool Parse(int byteCount)
+    // Parses what was put into the block.
+    bool Parse(int byteCount, BlockKind kind)
     {
-        const bool isLast = byteCount < kBlockByteCount;
+        const bool isLast = kind == BlockKind::Last;
         const XML_Status status = XML_ParseBuffer(m_parser.get(), byteCount, isLast ? XML_TRUE : XML_FALSE);
         if (m_thrown)
             std::rethrow_exception(m_thrown);
@@ -129,19 +134,25 @@ private:
 
 bool ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver)
 {
-    if (KindOf(nativePath) != FileKind::File)
-        return false;
-    std::error_code error;
-    const FileHandle file(OpenFile(nativePath, Access::Read, WhenMissing::Fail, Sharing::Free, error));
-    if (error)
+    // Opened without waiting, as a pipe would have it, and looked at before a byte is read: a device may be endless.
+    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+    const FileHandle file(Uninterrupted([&] { return open(SystemPath(nativePath), kFlags); }));
+    struct stat facts {};
+    if (!file || fstat(file.Descriptor(), &facts) != 0 || !S_ISREG(facts.st_mode))
         return false;
 
     Reading reading(receiver);
-    for (;;) {
-        const std::size_t byteCount = ReadFile(file.Descriptor(), reading.Block(), kBlockByteCount, error);
-        if (error || !reading.Parse(static_cast<int>(byteCount)))
+    for (std::int64_t readCount = 0;;) {
+        void* const block = reading.Block();
+        const ssize_t byteCount = Uninterrupted([&] { return read(file.Descriptor(), block, kBlockByteCount); });
+        if (byteCount < 0)
             return false;
-        if (byteCount < kBlockByteCount)
+        readCount += byteCount;
+        // Fewer bytes than asked for where the file is known to end save the call that would tell so.
+        const bool isLast = byteCount == 0 || (byteCount < kBlockByteCount && readCount >= facts.st_size);
+        if (!reading.Parse(static_cast<int>(byteCount), isLast ? BlockKind::Last : BlockKind::Further))
+            return false;
+        if (isLast)
             return true;
     }
 }

@@ -8,6 +8,7 @@ namespace rk::platform {
 /// Receives what stands in an XML document, in its order. Names and texts are UTF-8, valid during the call.
 class XmlReceiver {
 public:
+    virtual ~XmlReceiver() = default;
     /// An element begins. The name is the one written in the document, prefix included; attributes are not reported.
     virtual void ElementBegins(std::string_view qualifiedName) = 0;
     /// A piece of text of the innermost open element; one text may come in several pieces. White space is kept, a line
@@ -15,9 +16,6 @@ public:
     virtual void Text(std::string_view piece) = 0;
     /// The innermost open element ends.
     virtual void ElementEnds() = 0;
-
-protected:
-    ~XmlReceiver() = default;
 };
 
 /// Reads an XML 1.0 document from an ordinary file; true when all of it was read and is well-formed.
