@@ -30,9 +30,10 @@ std::u16string_view SeverityText(ErkLogLevel level)
 
 void AppendEscaped(TextBuilder& target, std::u16string_view text)
 {
-    for (std::size_t ampersand; (ampersand = text.find(u'&')) != text.npos; text.remove_prefix(ampersand + 1)) {
-        target.Append(text.substr(0, ampersand));
+    for (std::size_t at = text.find(u'&'); at != std::u16string_view::npos; at = text.find(u'&')) {
+        target.Append(text.substr(0, at));
         target.Append(u"&amp;");
+        text.remove_prefix(at + 1);
     }
     target.Append(text);
 }
@@ -41,7 +42,7 @@ void AppendPreparedMessage(TextBuilder& target, std::u16string_view message)
 {
     // Escaping neither makes nor breaks a "?>", so it may as well be looked for before.
     constexpr std::u16string_view kDeclarationEnd = u"?>";
-    if (const std::size_t at = message.find(kDeclarationEnd); at != message.npos)
+    if (const std::size_t at = message.find(kDeclarationEnd); at != std::u16string_view::npos)
         message.remove_prefix(at + kDeclarationEnd.size());
     AppendEscaped(target, message);
 }
@@ -80,7 +81,7 @@ std::int32_t SecondsSince2001()
 void AppendHeader(TextBuilder& target, const CString& category, ErkLogLevel level, const CString& description,
                   const CFUUIDBytes& id)
 {
-    target.Append(kEntryStart);
+    target.AppendAscii(kEntryStart);
     target.Append(CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle));
     target.Append(u':');
     AppendNumber(target, std::int64_t{SecondsSince2001()} - CrkLogWriter::m_seconds, 10);
@@ -112,7 +113,7 @@ CString LogEntryText(const CString& message, const CString& category, ErkLogLeve
     entry.Append(u"<l:Body>");
     AppendPreparedMessage(entry, message);
     entry.Append(u"</l:Body>");
-    entry.Append(kEntryFooter);
+    entry.AppendAscii(kEntryFooter);
     return entry.Take();
 }
 

@@ -8,9 +8,9 @@
 
 namespace rk {
 
-/// How every entry begins and ends; what lies between varies.
-inline constexpr std::u16string_view kEntryStart = u"<l:LogEntry><l:Timestamp>";
-inline constexpr std::u16string_view kEntryFooter = u"</l:LogEntry>\n";
+/// How every entry begins and ends, in ASCII; what lies between varies.
+inline constexpr std::string_view kEntryStart = "<l:LogEntry><l:Timestamp>";
+inline constexpr std::string_view kEntryFooter = "</l:LogEntry>\n";
 
 /// The whole text of an entry: its header, body and footer, as `CrkLogWriter` describes them.
 CString LogEntryText(const CString& message, const CString& category, ErkLogLevel level, const CString& description,
