@@ -4,19 +4,20 @@
 
 #include "../support/ScopedFolder.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
 
-inline constexpr std::string_view kEverything =
-    "<settings><ls:Enable>true</ls:Enable><ls:IncludeCategory>*</ls:IncludeCategory></settings>";
-
 /// A folder with settings and a log, and the writer switched on for it; all of it goes with the object.
 class LogFolder : public ScopedFolder {
 public:
-    explicit LogFolder(std::string_view settings = kEverything, std::string_view logName = "log/")
-        : m_log(Path(logName))
+    static constexpr const char* kEverything =
+        "<x><ls:Enable>true</ls:Enable><ls:IncludeCategory>*</ls:IncludeCategory></x>";
+
+    explicit LogFolder(std::string_view settings = kEverything, std::string_view logName = "log/") : m_logName(logName)
     {
         Write("settings.xml", settings);
         Init();
@@ -26,48 +27,38 @@ public:
         CrkLogWriter::Uninitialize();
         CrkLogWriter::m_maxFileLength = 20'000'000;
     }
-    void Init() const { CrkLogWriter::Init(Text("settings.xml"), rk::PathText(m_log)); }
-    const std::string& Log() const { return m_log; }
-    std::string ActiveFile() const { return m_log + "messages.xml"; }
+    void Init() const { CrkLogWriter::Init(Text("settings.xml"), Text(m_logName)); }
+    std::string Active() const { return m_logName + "messages.xml"; }
+    std::string ActivePath() const { return Path(Active()); }
+    /// The names of what stands in the log's folder beside the active file.
     std::vector<std::string> Backups() const
     {
-        std::vector<std::string> paths;
-        for (const auto& entry : std::filesystem::directory_iterator(m_log)) {
-            if (entry.path() != ActiveFile())
-                paths.push_back(entry.path());
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(Path(m_logName))) {
+            if (entry.path() != ActivePath())
+                names.push_back(m_logName + entry.path().filename().string());
         }
-        return paths;
+        return names;
     }
 
 private:
-    std::string m_log;
+    std::string m_logName;
 };
-
-inline std::string ReadAll(const std::string& path)
-{
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-inline void WriteAll(const std::string& path, std::string_view bytes)
-{
-    std::ofstream(path, std::ios::binary) << bytes;
-}
 
 /// The seven fields of a whole entry without its line feed, timestamp to body; none of anything else.
 inline std::vector<std::string> Fields(std::string_view entry)
 {
     std::vector<std::string> fields;
-    std::string_view mark = "<l:LogEntry>";
-    for (const std::string_view name : {"Timestamp", "Tid", "Category", "Severity", "Id", "Description", "Body"}) {
-        const std::string begin = std::string(mark) + "<l:" + std::string(name) + ">",
-                          end = "</l:" + begin.substr(begin.rfind(':') + 1);
-        const std::size_t length = entry.find(end, begin.size());
-        if (!entry.starts_with(begin) || length == entry.npos)
+    std::string begin = "<l:LogEntry>";
+    for (const std::string tag :
+         {"l:Timestamp>", "l:Tid>", "l:Category>", "l:Severity>", "l:Id>", "l:Description>", "l:Body>"}) {
+        begin += "<" + tag;
+        const std::size_t end = entry.find("</" + tag);
+        if (!entry.starts_with(begin) || end == entry.npos)
             return {};
-        fields.emplace_back(entry.substr(begin.size(), length - begin.size()));
-        entry.remove_prefix(length + end.size());
-        mark = "";
+        fields.emplace_back(entry.substr(begin.size(), end - begin.size()));
+        entry.remove_prefix(end + 2 + tag.size());
+        begin.clear();
     }
     const bool isWhole = entry == "</l:LogEntry>" &&
                          fields[1].find_first_not_of("0123456789abcdef") == std::string::npos &&
@@ -75,17 +66,20 @@ inline std::vector<std::string> Fields(std::string_view entry)
     return isWhole ? fields : std::vector<std::string>();
 }
 
-/// The entries in the bytes of a log file as "category/severity/body"; what is no whole entry gives "torn: " and its
+/// Some fields of each entry in a log file, "category/severity/body"; what is no whole entry gives "torn: " and its
 /// bytes.
-inline std::vector<std::string> Entries(std::string_view bytes)
+inline std::vector<std::string> Entries(std::string_view file, std::initializer_list<std::size_t> wanted = {2, 3, 6})
 {
     std::vector<std::string> entries;
-    while (!bytes.empty()) {
-        const std::size_t length = std::min(bytes.find('\n'), bytes.size());
-        const std::vector<std::string> fields = Fields(bytes.substr(0, length));
-        entries.push_back(fields.empty() || length == bytes.size() ? "torn: " + std::string(bytes.substr(0, length))
-                                                                   : fields[2] + "/" + fields[3] + "/" + fields[6]);
-        bytes.remove_prefix(std::min(length + 1, bytes.size()));
+    for (std::size_t end; !file.empty(); file.remove_prefix(std::min(end + 1, file.size()))) {
+        end = file.find('\n');
+        const std::vector<std::string> fields = Fields(file.substr(0, end));
+        const bool isWhole = end != file.npos && !fields.empty();
+        entries.push_back(isWhole ? "" : "torn: " + std::string(file.substr(0, end)));
+        for (const std::size_t field : isWhole ? wanted : std::initializer_list<std::size_t>())
+            entries.back() += (field == *wanted.begin() ? "" : "/") + fields[field];
+        if (end == file.npos)
+            break;
     }
     return entries;
 }
