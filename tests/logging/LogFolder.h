@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,41 +44,24 @@ private:
     std::string m_logName;
 };
 
-/// The seven fields of a whole entry without its line feed, timestamp to body; none of anything else.
-inline std::vector<std::string> Fields(std::string_view entry)
+/// The text of a field of an entry.
+inline std::string Field(std::string_view entry, const std::string& name)
 {
-    std::vector<std::string> fields;
-    std::string begin = "<l:LogEntry>";
-    for (const std::string tag :
-         {"l:Timestamp>", "l:Tid>", "l:Category>", "l:Severity>", "l:Id>", "l:Description>", "l:Body>"}) {
-        begin += "<" + tag;
-        const std::size_t end = entry.find("</" + tag);
-        if (!entry.starts_with(begin) || end == entry.npos)
-            return {};
-        fields.emplace_back(entry.substr(begin.size(), end - begin.size()));
-        entry.remove_prefix(end + 2 + tag.size());
-        begin.clear();
-    }
-    const bool isWhole = entry == "</l:LogEntry>" &&
-                         fields[1].find_first_not_of("0123456789abcdef") == std::string::npos &&
-                         fields[0].find_last_not_of("0123456789") == fields[0].rfind(':') && fields[4].size() == 36;
-    return isWhole ? fields : std::vector<std::string>();
+    const std::size_t begin = std::min(entry.find("<l:" + name + ">"), entry.size() - 1) + name.size() + 4;
+    return std::string(entry.substr(std::min(begin, entry.size()), entry.find("</l:" + name + ">") - begin));
 }
 
-/// Some fields of each entry in a log file, "category/severity/body"; what is no whole entry gives "torn: " and its
-/// bytes.
-inline std::vector<std::string> Entries(std::string_view file, std::initializer_list<std::size_t> wanted = {2, 3, 6})
+/// The entries of a log file as "category/severity/body"; what is no whole entry gives "torn".
+inline std::vector<std::string> Entries(std::string_view file)
 {
+    constexpr std::string_view kStart = "<l:LogEntry><l:Timestamp>", kEnd = "</l:LogEntry>\n";
     std::vector<std::string> entries;
-    for (std::size_t end; !file.empty(); file.remove_prefix(std::min(end + 1, file.size()))) {
-        end = file.find('\n');
-        const std::vector<std::string> fields = Fields(file.substr(0, end));
-        const bool isWhole = end != file.npos && !fields.empty();
-        entries.push_back(isWhole ? "" : "torn: " + std::string(file.substr(0, end)));
-        for (const std::size_t field : isWhole ? wanted : std::initializer_list<std::size_t>())
-            entries.back() += (field == *wanted.begin() ? "" : "/") + fields[field];
-        if (end == file.npos)
-            break;
+    while (!file.empty()) {
+        const std::string_view entry = file.substr(0, file.find('\n') + 1);
+        const bool isWhole = entry.starts_with(kStart) && entry.rfind(kStart) == 0 && entry.ends_with(kEnd);
+        entries.push_back(
+            isWhole ? Field(entry, "Category") + "/" + Field(entry, "Severity") + "/" + Field(entry, "Body") : "torn");
+        file.remove_prefix(entry.empty() ? file.size() : entry.size());
     }
     return entries;
 }
