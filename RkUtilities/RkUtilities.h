@@ -37,6 +37,7 @@
 #include "RkUtilities/geometry/CrkFloatSize.h"
 #include "RkUtilities/geometry/CrkFloatVector2D.h"
 #include "RkUtilities/geometry/CrkMathUtilities.h"
+#include "RkUtilities/geometry/FloatLanes.h"
 #include "RkUtilities/guid/CrkGuid.h"
 #include "RkUtilities/logging/CrkLogException.h"
 #include "RkUtilities/logging/CrkLogSettings.h"

@@ -2,42 +2,44 @@
 
 #include "RkUtilities/geometry/CrkFloatRect.h"
 
-/// Distances that are added to or taken from each side of a rectangle. Works on the rectangle's stored fields and
-/// clamps nothing: taking away more than there is leaves a negative size.
+/// Distances added to or removed from each side of a rectangle.
+///
+/// The operations work on the raw fields of the rectangle and never clamp: deflating by more than the size makes it
+/// negative.
 struct CrkFloatMargin {
     float left = 0;
     float top = 0;
     float right = 0;
     float bottom = 0;
 
-    friend constexpr bool operator==(const CrkFloatMargin&, const CrkFloatMargin&) noexcept = default;
+    constexpr bool operator==(const CrkFloatMargin& other) const noexcept = default;
 
-    /// Takes the margin away from / adds it to each side.
-    constexpr void DeflateRect(CrkFloatRect& rect) const noexcept
+    /// Moves each side inwards: (0, 0, 100, 50) less the margin (10, 5, 20, 15) is (10, 5, 70, 30).
+    constexpr void DeflateRect(CrkFloatRect& rectangle) const noexcept
     {
-        rect.x += left;
-        rect.y += top;
-        rect.width -= left + right;
-        rect.height -= top + bottom;
-    }
-    constexpr void InflateRect(CrkFloatRect& rect) const noexcept
-    {
-        rect.x -= left;
-        rect.y -= top;
-        rect.width += left + right;
-        rect.height += top + bottom;
+        rectangle.x += left;
+        rectangle.y += top;
+        rectangle.width -= left + right;
+        rectangle.height -= top + bottom;
     }
 
-    /// Each side becomes the larger of this margin's and the other's.
-    constexpr CrkFloatMargin& Union(CrkFloatMargin other) noexcept
+    /// Moves each side outwards, the reverse of DeflateRect up to rounding.
+    constexpr void InflateRect(CrkFloatRect& rectangle) const noexcept
     {
-        *this = Union(*this, other);
-        return *this;
+        rectangle.x -= left;
+        rectangle.y -= top;
+        rectangle.width += left + right;
+        rectangle.height += top + bottom;
     }
-    /// The margin whose sides are the larger ones of both.
+
+    /// Raises each side of this margin to the other's where that is larger; what is not a number replaces nothing.
+    /// Returns this.
+    constexpr CrkFloatMargin& Union(CrkFloatMargin other) noexcept { return *this = Union(*this, other); }
+
+    /// The larger of each side; that of `a` where one of them is not a number.
     static constexpr CrkFloatMargin Union(CrkFloatMargin a, CrkFloatMargin b) noexcept
     {
-        return {b.left > a.left ? b.left : a.left, b.top > a.top ? b.top : a.top, b.right > a.right ? b.right : a.right,
-                b.bottom > a.bottom ? b.bottom : a.bottom};
+        return {a.left < b.left ? b.left : a.left, a.top < b.top ? b.top : a.top, a.right < b.right ? b.right : a.right,
+                a.bottom < b.bottom ? b.bottom : a.bottom};
     }
 };

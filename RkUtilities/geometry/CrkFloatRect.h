@@ -1,56 +1,73 @@
 #pragma once
 
-/// A rectangle: the corner it starts from and its size. y grows downwards, so the top is the side with the smaller y.
+#include "RkUtilities/foundation/RkExport.h"
+#include "RkUtilities/geometry/FloatLanes.h"
+
+#include <limits>
+
+/// A rectangle as origin corner and size (not two corners), in the coordinates of CrkFloatPoint.
 ///
-/// Its bounds are `rk::RectBounds`: a negative size has the bounds of its mirror image. Functions that look at the
-/// stored fields instead say so.
-struct CrkFloatRect {
+/// A negative width or height is legal: the bounds, and every function that does not speak of the raw fields, then see
+/// the mirror image with positive size, so (10, 10, -10, -10) is (0, 0, 10, 10). A field that is not a number makes
+/// bounds that are none.
+struct RK_EXPORT CrkFloatRect {
     float x = 0;
     float y = 0;
     float width = 0;
     float height = 0;
 
-    friend constexpr bool operator==(const CrkFloatRect&, const CrkFloatRect&) noexcept = default;
+    constexpr bool operator==(const CrkFloatRect& other) const noexcept = default;
 
-    /// What two rectangles have in common, by their bounds.
+    // The standardized bounds.
+    constexpr float MinX() const noexcept { return x < x + width ? x : x + width; }
+    constexpr float MaxX() const noexcept { return x > x + width ? x : x + width; }
+    constexpr float MinY() const noexcept { return y < y + height ? y : y + height; }
+    constexpr float MaxY() const noexcept { return y > y + height ? y : y + height; }
+
+    /// The rectangle that stands for "no rectangle": its origin at infinity, its size 0. Inflated() makes it of what it
+    /// shrinks away.
+    static constexpr CrkFloatRect Null() noexcept
+    {
+        return {std::numeric_limits<float>::infinity(), std::numeric_limits<float>::infinity(), 0, 0};
+    }
+    /// Whether the origin lies at positive infinity, in x or in y.
+    constexpr bool IsNull() const noexcept
+    {
+        return x == std::numeric_limits<float>::infinity() || y == std::numeric_limits<float>::infinity();
+    }
+
+    /// The same rectangle elsewhere: the size keeps its sign, the null rectangle stays null.
+    CrkFloatRect Moved(float dx, float dy) const noexcept;
+
+    /// The mirror image with positive size, grown by `dx` on the left and on the right and by `dy` at the top and at
+    /// the bottom.
     ///
-    /// @param[out] result  written in every case; where the rectangles do not meet, its width or height is 0 or
-    /// negative.
-    /// @return whether they share an area: false when they only touch, when one is empty, and for numbers that are
-    /// none.
-    static constexpr bool Intersect(CrkFloatRect& result, const CrkFloatRect& a, const CrkFloatRect& b) noexcept;
+    /// Computed in double precision and narrowed. Negative values shrink; a width or height that would become negative
+    /// gives Null(), as does the null rectangle.
+    CrkFloatRect Inflated(float dx, float dy) const noexcept;
+
+    /// Where two rectangles overlap.
+    ///
+    /// @param[out] result  from the larger of the minima to the smaller of the maxima of both bounds, written in every
+    ///                     case: of rectangles that lie apart, its width or height is negative. May be `a` or `b`.
+    /// @return true when the result has a positive width and height, so neither for rectangles that only touch along an
+    ///         edge nor for those that lie apart. False, and a result of no use, where a field is not a number.
+    static bool Intersect(CrkFloatRect& result, const CrkFloatRect& a, const CrkFloatRect& b) noexcept;
 };
 
-namespace rk {
-
-/// The sides of a rectangle, whichever corner it is stored from.
-struct RectBounds {
-    float minX;
-    float minY;
-    float maxX;
-    float maxY;
-
-    explicit constexpr RectBounds(const CrkFloatRect& rect) noexcept
-        : RectBounds(rect.x, rect.x + rect.width, rect.y, rect.y + rect.height)
-    {}
-
-private:
-    // A sum of two floats rounds to the same float in double precision, so single precision serves.
-    constexpr RectBounds(float x, float farX, float y, float farY) noexcept
-        : minX(farX < x ? farX : x), minY(farY < y ? farY : y), maxX(farX > x ? farX : x), maxY(farY > y ? farY : y)
-    {}
-};
-
-}  // namespace rk
-
-constexpr bool CrkFloatRect::Intersect(CrkFloatRect& result, const CrkFloatRect& a, const CrkFloatRect& b) noexcept
+inline bool CrkFloatRect::Intersect(CrkFloatRect& result, const CrkFloatRect& a, const CrkFloatRect& b) noexcept
 {
-    const rk::RectBounds boundsA(a);
-    const rk::RectBounds boundsB(b);
-    const float left = boundsB.minX > boundsA.minX ? boundsB.minX : boundsA.minX;
-    const float top = boundsB.minY > boundsA.minY ? boundsB.minY : boundsA.minY;
-    const float right = boundsB.maxX < boundsA.maxX ? boundsB.maxX : boundsA.maxX;
-    const float bottom = boundsB.maxY < boundsA.maxY ? boundsB.maxY : boundsA.maxY;
-    result = {left, top, right - left, bottom - top};
-    return result.width > 0 && result.height > 0;
+    // The lanes hold x and y of a, then of b.
+    const rk::FloatLanes fieldsOfA = rk::LoadLanes(&a), fieldsOfB = rk::LoadLanes(&b);
+    const rk::FloatLanes origins = __builtin_shufflevector(fieldsOfA, fieldsOfB, 0, 1, 4, 5);
+    const rk::FloatLanes opposites = origins + __builtin_shufflevector(fieldsOfA, fieldsOfB, 2, 3, 6, 7);
+    const rk::FloatLanes minima = rk::Smaller(opposites, origins), maxima = rk::Larger(opposites, origins);
+    const rk::FloatLanes corner = rk::Larger(__builtin_shufflevector(minima, minima, 2, 3, 2, 3), minima);
+    const rk::FloatLanes size = rk::Smaller(__builtin_shufflevector(maxima, maxima, 2, 3, 2, 3), maxima) - corner;
+    const rk::FloatLanes fields = __builtin_shufflevector(corner, size, 0, 1, 4, 5);
+    std::memcpy(static_cast<void*>(&result), &fields, sizeof result);
+
+    // What is not a number in b has reached the size, what is none in a has not.
+    return rk::HoldsInLanes0And1((size > 0) & (opposites == opposites));
 }
+static_assert(sizeof(CrkFloatRect) == sizeof(rk::FloatLanes));

@@ -1,9 +1,9 @@
 #pragma once
 
-/// An extent in the drawing plane.
+/// An extent; negative values are legal where a rectangle has them.
 struct CrkFloatSize {
     float width = 0;
     float height = 0;
 
-    friend constexpr bool operator==(const CrkFloatSize&, const CrkFloatSize&) noexcept = default;
+    constexpr bool operator==(const CrkFloatSize& other) const noexcept = default;
 };

@@ -5,17 +5,28 @@
 
 #include <cmath>
 
-/// A vector in the drawing plane, with arithmetic in single precision after IEEE 754: dividing by 0 gives infinities or
-/// not-a-number, with no error.
+/// A two-dimensional vector, in the coordinates of CrkFloatPoint.
+///
+/// All arithmetic is single precision and follows IEEE 754: dividing by 0 gives infinite or not-a-number components,
+/// nothing is reported. It is inline, so a program that lets its compiler fuse multiplication and addition may see
+/// other last bits.
 class CrkFloatVector2D {
 public:
+    float x = 0;
+    float y = 0;
+
     constexpr CrkFloatVector2D() noexcept = default;
-    constexpr CrkFloatVector2D(float vectorX, float vectorY) noexcept : x(vectorX), y(vectorY) {}
+    constexpr CrkFloatVector2D(float xValue, float yValue) noexcept : x(xValue), y(yValue) {}
     constexpr CrkFloatVector2D(const CrkFloatPoint& point) noexcept : x(point.x), y(point.y) {}
     constexpr CrkFloatVector2D(const CrkFloatSize& size) noexcept : x(size.width), y(size.height) {}
 
-    /// Whether the distance between the vectors is below 1e-12. Vectors with an infinite component equal nothing.
+    /// Whether the distance between both, in single precision, is below 1e-12.
+    ///
+    /// So vectors that differ by 1e-6 are different, and one with a component that is infinite or not a number equals
+    /// nothing, not even itself. A point or a size beside a vector counts as a vector.
     bool operator==(const CrkFloatVector2D& other) const noexcept { return (*this - other).Length() < 1e-12; }
+    bool operator==(const CrkFloatPoint& point) const noexcept { return *this == CrkFloatVector2D(point); }
+    bool operator==(const CrkFloatSize& size) const noexcept { return *this == CrkFloatVector2D(size); }
 
     constexpr CrkFloatVector2D operator+(const CrkFloatVector2D& other) const noexcept
     {
@@ -25,31 +36,28 @@ public:
     {
         return {x - other.x, y - other.y};
     }
-    constexpr CrkFloatVector2D operator*(float factor) const noexcept { return {x * factor, y * factor}; }
-    constexpr CrkFloatVector2D operator/(float divisor) const noexcept { return {x / divisor, y / divisor}; }
-    friend constexpr CrkFloatVector2D operator*(float factor, const CrkFloatVector2D& vector) noexcept
-    {
-        return vector * factor;
-    }
-    constexpr CrkFloatVector2D& operator+=(const CrkFloatVector2D& other) noexcept { return *this = *this + other; }
-    constexpr CrkFloatVector2D& operator-=(const CrkFloatVector2D& other) noexcept { return *this = *this - other; }
-    constexpr CrkFloatVector2D& operator*=(float factor) noexcept { return *this = *this * factor; }
-    constexpr CrkFloatVector2D& operator/=(float divisor) noexcept { return *this = *this / divisor; }
+    constexpr CrkFloatVector2D operator*(float s) const noexcept { return {x * s, y * s}; }
+    constexpr CrkFloatVector2D operator/(float s) const noexcept { return {x / s, y / s}; }
 
-    [[nodiscard]] float Length() const noexcept { return std::sqrt(x * x + y * y); }
-    [[nodiscard]] constexpr float Dot(const CrkFloatVector2D& other) const noexcept
-    {
-        return x * other.x + y * other.y;
-    }
-    /// The z component of the cross product: positive when `other` lies clockwise of this vector on the screen.
-    [[nodiscard]] constexpr float Kross(const CrkFloatVector2D& other) const noexcept
-    {
-        return x * other.y - y * other.x;
-    }
+    constexpr CrkFloatVector2D& operator+=(const CrkFloatVector2D& other) { return *this = *this + other; }
+    constexpr CrkFloatVector2D& operator-=(const CrkFloatVector2D& other) { return *this = *this - other; }
+    constexpr CrkFloatVector2D& operator*=(float s) { return *this = *this * s; }
+    constexpr CrkFloatVector2D& operator/=(float s) { return *this = *this / s; }
+
+    /// The square root of x² + y²; infinite from components of about 1.8e19 on, whose squares leave the range of float.
+    float Length() const noexcept { return std::sqrt(Dot(*this)); }
+
+    constexpr float Dot(const CrkFloatVector2D& v) const noexcept { return x * v.x + y * v.y; }
+
+    /// The z component of the cross product, x·v.y - y·v.x: positive when `v` lies clockwise of this vector on the
+    /// screen.
+    constexpr float Kross(const CrkFloatVector2D& v) const noexcept { return x * v.y - y * v.x; }
 
     constexpr operator CrkFloatPoint() const noexcept { return {x, y}; }
     constexpr operator CrkFloatSize() const noexcept { return {x, y}; }
-
-    float x = 0;
-    float y = 0;
 };
+
+constexpr CrkFloatVector2D operator*(float s, const CrkFloatVector2D& v) noexcept
+{
+    return v * s;
+}

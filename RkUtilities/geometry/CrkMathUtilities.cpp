@@ -1,91 +1,32 @@
 #include "RkUtilities/geometry/CrkMathUtilities.h"
 
-#include <climits>
-#include <cmath>
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-
-namespace {
-
-constexpr float kFloatTolerance = 1.1920928955078125e-07F;  // 2^-23
-constexpr double kDoubleTolerance = 4.440892098500626e-16;  // 2^-51
-
-int SaturatedInt(double value) noexcept
-{
-    if (std::isnan(value))
-        return 0;
-    if (value >= static_cast<double>(INT_MAX))
-        return INT_MAX;
-    return value <= static_cast<double>(INT_MIN) ? INT_MIN : static_cast<int>(value);
-}
-
-}  // namespace
-
-int CrkMathUtilities::RoundToNearestInt(double value) noexcept
-{
-    return SaturatedInt(value + std::copysign(0.5, value));  // the conversion cuts toward zero
-}
 
 double CrkMathUtilities::RoundToNearest(double value, double step) noexcept
 {
     if (step == 0)
         return value;
-    const double moved = value + std::copysign(std::fabs(step) / 2, value);
-    return moved - std::fmod(moved, step);
+    const double sum = value + std::copysign(step / 2, value);
+    return sum - std::fmod(sum, step);
 }
 
-double CrkMathUtilities::SnapAngle(double angle, double step) noexcept
+bool CrkMathUtilities::WidthChangedMore(const CrkFloatSize& oldSize, const CrkFloatSize& newSize) noexcept
 {
-    return RoundToNearest(angle, step);
-}
-
-bool CrkMathUtilities::FloatsEqual(float a, float b) noexcept
-{
-    return FloatsEqual(a, b, kFloatTolerance);
-}
-
-bool CrkMathUtilities::FloatsEqual(float a, float b, float tolerance) noexcept
-{
-    return std::fabs(a - b) < tolerance;
-}
-
-bool CrkMathUtilities::FloatsEqual(double a, double b) noexcept
-{
-    return FloatsEqual(a, b, kDoubleTolerance);
-}
-
-bool CrkMathUtilities::FloatsEqual(double a, double b, double tolerance) noexcept
-{
-    return std::fabs(a - b) < tolerance;
-}
-
-int CrkMathUtilities::RandomInRange(int low, int high) noexcept
-{
-    constexpr std::int64_t kLargestDraw = 2147483647;
-    const std::int64_t range = std::int64_t{high} - low;
-    return static_cast<int>(low + range * random() / kLargestDraw);
-}
-
-void CrkMathUtilities::SolveQuadraticEquation(const float& a, const float& b, const float& c, float* firstRoot,
-                                              float* secondRoot) noexcept
-{
-    if (firstRoot == nullptr || secondRoot == nullptr)
-        return;
-    const float root = std::sqrt((-4 * a) * c + b * b);
-    const float first = b > 0 ? (-2 * c) / (b + root) : (root - b) / (2 * a);
-    const float second = b > 0 ? (-b - root) / (2 * a) : (-2 * c) / (b - root);
-    *firstRoot = first;
-    *secondRoot = second;
+    const float widthChange = newSize.width - oldSize.width;
+    const float heightChange = newSize.height - oldSize.height;
+    return widthChange >= heightChange && (widthChange != 0 || heightChange != 0);
 }
 
 float CrkMathUtilities::Length(CrkFloatPoint a, CrkFloatPoint b) noexcept
 {
-    return Length(CrkFloatPoint{a.x - b.x, a.y - b.y});
+    return Length({b.x - a.x, b.y - a.y});
 }
 
 float CrkMathUtilities::Length(CrkFloatPoint vector) noexcept
 {
-    return static_cast<float>(Length(static_cast<double>(vector.x), static_cast<double>(vector.y)));
+    return static_cast<float>(Length(double{vector.x}, double{vector.y}));
 }
 
 double CrkMathUtilities::Length(double x, double y) noexcept
@@ -95,18 +36,32 @@ double CrkMathUtilities::Length(double x, double y) noexcept
 
 int CrkMathUtilities::Length(int x, int y) noexcept
 {
-    return SaturatedInt(Length(static_cast<double>(x), static_cast<double>(y)));
+    const auto square =
+        static_cast<std::uint64_t>(std::int64_t{x} * x) + static_cast<std::uint64_t>(std::int64_t{y} * y);
+    // Beyond 2^53 the sum as a double is rounded, and its root may be too large by one; it is never too small.
+    auto root = static_cast<std::uint64_t>(std::sqrt(static_cast<double>(square)));
+    if (root * root > square)
+        --root;
+    return static_cast<int>(std::min<std::uint64_t>(root, INT_MAX));
 }
 
-bool CrkMathUtilities::WidthChangedMore(const CrkFloatSize& oldSize, const CrkFloatSize& newSize) noexcept
+int CrkMathUtilities::RandomInRange(int low, int high) noexcept
 {
-    const float widthChange = newSize.width - oldSize.width;
-    const float heightChange = newSize.height - oldSize.height;
-    if (widthChange <= 0 && heightChange >= 0)
-        return false;
-    if (widthChange >= 0 && heightChange <= 0)
-        return true;
-    if (widthChange < 0 && heightChange < 0)
-        return std::fabs(heightChange) >= std::fabs(widthChange);
-    return std::fabs(widthChange) >= std::fabs(heightChange);
+    // At most (2^32 - 1)(2^31 - 1), which 64 bits hold.
+    const std::int64_t product = (std::int64_t{high} - low) * random();
+    return static_cast<int>(low + product / 2147483647);
+}
+
+void CrkMathUtilities::SolveQuadraticEquation(float a, float b, float c, float* firstRoot, float* secondRoot) noexcept
+{
+    if (!firstRoot || !secondRoot)
+        return;
+    const float s = std::sqrt(-4 * a * c + b * b);
+    if (b > 0) {
+        *firstRoot = -2 * c / (b + s);
+        *secondRoot = (-b - s) / (2 * a);
+    } else {
+        *firstRoot = (s - b) / (2 * a);
+        *secondRoot = -2 * c / (b - s);
+    }
 }

@@ -6,161 +6,272 @@
 #include "RkUtilities/geometry/CrkFloatRect.h"
 #include "RkUtilities/geometry/CrkFloatSize.h"
 
-/// Geometry of shapes and of the lines that connect them, in the drawing plane: x to the right, y downwards.
+#include <climits>
+#include <cmath>
+#include <numbers>
+
+/// Geometry of shapes and connecting lines: rounding, angles, rotation, edge points, hit tests, crossings, bounding
+/// boxes.
 ///
-/// - Angles are radians unless a name says degrees. The angle of a direction is measured clockwise on the screen from
-///   straight up: right is π/2, down is π.
-/// - Results follow IEEE 754 in the precision of their types: what the inputs make infinite or not-a-number comes out
-/// so,
-///   or as false where a comparison decides; nothing is reported and nothing throws. Conversions to `int` are always
-///   defined: see the members.
-/// - A rectangle's sides are its bounds (`rk::RectBounds`): a negative size counts as its mirror image. "Inside by the
-///   stored fields" means x <= point.x <= x + width and the same in y, so nothing is inside a negative size.
-/// - A direction is a vector, not a target; its length does not matter. A tolerance is a distance in drawing units. A
-/// null
-///   pointer or a count of 0 or less is no points at all.
-/// - Everything is a pure function but `RandomInRange`; all of it is safe from any thread.
+/// Coordinates are those of CrkFloatPoint: single precision, y down. An angle is in radians and double precision unless
+/// a member says degrees; the angle of a direction is measured clockwise on the screen from straight up: right is π/2,
+/// down is π.
+///
+/// A rectangle stands for its bounds, so a negative size counts as its mirror image, unless a member speaks of the raw
+/// fields. Points given as pointer and count are read from index 0; a count of 0 or less, or a null pointer, means no
+/// points.
+///
+/// Nothing throws or reports an error, and every argument is legal: infinities and not-a-numbers take the course of
+/// IEEE 754 arithmetic and of comparisons that are false, and where a result could not hold the value, the member says
+/// what it is. Results are formed in the precision that is stated, without fused operations, and so are the same on
+/// every machine but for the C library's sine, cosine and arc tangent. Safe from any thread; all but RandomInRange
+/// depend on their arguments alone.
 class RK_EXPORT CrkMathUtilities {
 public:
-    /// A tolerance for callers' own geometry; the members do not use it.
-    static constexpr float Epsilon = 0.01F;
+    /// A tolerance in drawing units for callers; no member uses it.
+    static constexpr float Epsilon = 0.01f;
 
-    // --- Numbers
-    // ----------------------------------------------------------------------------------------------------------
+    static constexpr double Pi() noexcept { return std::numbers::pi; }
 
-    static constexpr double Pi() noexcept { return 3.141592653589793; }
+    // Rounding.
 
-    /// The nearest integer, halves away from zero: 2.5 gives 3, -2.5 gives -3. Beyond `int` its nearest value; 0 for
-    /// not-a-number.
+    /// The nearest whole number, halves away from zero: 2.5 gives 3, -2.5 gives -3, -0.4 gives 0.
+    ///
+    /// The sum value ± 0.5 is cut, so 0.49999999999999994, whose sum rounds to 1, gives 1. INT_MAX or INT_MIN for what
+    /// lies beyond them, infinities too; 0 for what is not a number.
     static int RoundToNearestInt(double value) noexcept;
-    /// The nearest multiple of |step|, halves away from zero: 7.5 with 5 gives 10. The value itself for a step of 0;
-    /// not-a-number for an infinite value or step.
+
+    /// The nearest multiple of `step`, halves away from zero: 7.4 by 5 gives 5, 7.5 gives 10, -7.5 gives -10.
+    ///
+    /// A negative step acts as its magnitude, 0 gives the value back; an infinite value or step gives not a number.
     static double RoundToNearest(double value, double step) noexcept;
-    static double SnapAngle(double angle, double step) noexcept;
 
-    /// Whether the numbers differ by less than the tolerance (2^-23 for floats, 2^-51 for doubles unless given). False
-    /// for not-a-number, for two equal infinities and for a tolerance of 0.
-    static bool FloatsEqual(float a, float b) noexcept;
-    static bool FloatsEqual(float a, float b, float tolerance) noexcept;
-    static bool FloatsEqual(double a, double b) noexcept;
-    static bool FloatsEqual(double a, double b, double tolerance) noexcept;
+    /// RoundToNearest for an angle, in whatever unit both are.
+    static double SnapAngle(double angle, double step) noexcept { return RoundToNearest(angle, step); }
 
-    /// A number from `low` to `high`, both included, from C's process-wide generator (`random`), which is never seeded
-    /// here. `high` itself comes once in 2^31 draws. With `high` below `low` the bounds change places.
-    static int RandomInRange(int low, int high) noexcept;
+    // Comparison.
 
-    /// The real roots of a·x² + b·x + c = 0, without cancellation: (-b + √(b² - 4ac)) / 2a first, then the other.
-    /// Single precision. Not-a-number for a negative discriminant; for a = 0 one root is -c/b, the other infinite or
-    /// not-a-number. Nothing is written when a pointer is null.
-    static void SolveQuadraticEquation(const float& a, const float& b, const float& c, float* firstRoot,
-                                       float* secondRoot) noexcept;
+    /// Whether |a - b| is strictly less than a tolerance: 2^-23 for floats, 2^-51 for doubles, or the one given.
+    ///
+    /// These are absolute, so floats next to each other from 1 on are different. A tolerance of 0 always gives false,
+    /// and so do arguments that are not a number, or both the same infinity.
+    static bool FloatsEqual(float a, float b) noexcept { return FloatsEqual(a, b, 0x1p-23f); }
+    static bool FloatsEqual(float a, float b, float tolerance) noexcept { return std::fabs(a - b) < tolerance; }
+    static bool FloatsEqual(double a, double b) noexcept { return FloatsEqual(a, b, 0x1p-51); }
+    static bool FloatsEqual(double a, double b, double tolerance) noexcept { return std::fabs(a - b) < tolerance; }
 
-    // --- Lengths
-    // ----------------------------------------------------------------------------------------------------------
-
-    /// The distance of two points; the length of a vector.
-    static float Length(CrkFloatPoint a, CrkFloatPoint b) noexcept;
-    static float Length(CrkFloatPoint vector) noexcept;
-    static double Length(double x, double y) noexcept;
-    /// Cut to an integer: (1, 1) gives 1. Right for all of `int`; INT_MAX where the length is larger.
-    static int Length(int x, int y) noexcept;
-
-    /// Whether the width changed more than the height: it grew more, or shrank less. On a tie of two changes of the
-    /// same direction true; false when nothing changed, or when only one of both grew and that was the height.
+    /// Whether the width changed upwards more than the height: it grew at least as much, or shrank at most as much.
+    ///
+    /// From (100, 100), true for (130, 120), (90, 80) and (120, 90), false for (120, 130) and (80, 90). False without
+    /// any change and where a field is not a number.
     static bool WidthChangedMore(const CrkFloatSize& oldSize, const CrkFloatSize& newSize) noexcept;
 
-    // --- Angles
-    // -----------------------------------------------------------------------------------------------------------
+    // Angles.
 
-    static double RadiansToDegrees(double angle) noexcept;
-    static double DegreesToRadians(double angle) noexcept;
+    static constexpr double RadiansToDegrees(double angle) noexcept { return angle * 180.0 / Pi(); }
+    static constexpr double DegreesToRadians(double angle) noexcept { return angle * Pi() / 180.0; }
 
-    /// The angle of a direction, between 0 and 2π. On the axes that border the upper left quadrant it is 2π for
-    /// straight up, 7π/2 for left with y = +0, 3π/2 for left with y = -0, and 5π/2 for (0, 0).
+    /// The angle of the direction (x, y), clockwise from straight up; its length does not matter.
+    ///
+    ///     right (1, 0)  ->  π/2         up and right    ->  between 0 and π/2
+    ///     down (0, 1)   ->  π           down and right  ->  between π/2 and π
+    ///     up (0, -1)    ->  2π          down and left   ->  between π and 3π/2
+    ///     left (-1, 0)  ->  7π/2        up and left     ->  between 3π/2 and 2π
+    ///     (0, 0)        ->  5π/2
+    ///
+    /// On the axes around the upper left quadrant a turn is added, as within it, since no coordinate is above 0 there;
+    /// left with a y of -0 gives 3π/2. Reduce the result with NormalizeAngle(angle, 0, 2π) where one value a direction
+    /// matters.
+    ///
+    /// The arc tangent is single precision: the result is good to about 1e-7, which may lead across the ends of these
+    /// ranges.
     static double CalculateAngle(float x, float y) noexcept;
-    static double CalculateAngle(const CrkFloatPoint& direction) noexcept;
-    /// The clockwise angle at `centre` from the ray towards `from` to the ray towards `to`.
+    static double CalculateAngle(const CrkFloatPoint& direction) noexcept
+    {
+        return CalculateAngle(direction.x, direction.y);
+    }
+
+    /// The clockwise angle at `centre` from the ray towards `from` to the ray towards `to`: a quarter turn from right
+    /// to down.
+    ///
+    /// Good to about 1e-6, as `to` is turned back by the angle of `from` in single precision: equal rays may give
+    /// nearly 2π instead of nearly 0.
     static double CalculateAngle(const CrkFloatPoint& from, const CrkFloatPoint& to, CrkFloatPoint centre) noexcept;
-    /// The angle moved by whole ranges into [low, high). Not-a-number when `high` equals `low`.
+
+    /// The value that differs from `angle` by a multiple of high - low and lies in [low, high): 360 by (0, 360) gives
+    /// 0, -1 gives 359.
+    ///
+    /// A value so close below `low` that the sum rounds gives `high` itself; low = high gives not a number.
     static double NormalizeAngle(double angle, double low, double high) noexcept;
 
-    /// Turns a point about `centre`, clockwise on the screen for positive degrees; in single precision.
+    // Rotation about a centre, by degrees clockwise on the screen: (1, 0) turned by 90 about (0, 0) becomes (0, 1) up
+    // to rounding.
+
+    /// Turns one point in single precision.
     static void RotatePoint(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept;
-    /// The same in double precision, for one and for many points; may differ from `RotatePoint` in the last bit.
-    static void RotatePointAt(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept;
+
+    /// Turns each point with one affine map in double precision, narrowed at the end: exacter than RotatePoint by some
+    /// last bits.
     static void RotatePointsAt(CrkFloatPoint* points, int count, float degrees, CrkFloatPoint centre) noexcept;
+    static void RotatePointAt(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept;
 
-    // --- Edges of shapes
-    // ----------------------------------------------------------------------------------------------------
+    // Lengths.
 
-    /// Where a ray from `origin` (without one, from the rectangle's centre) meets the rectangle, which is first grown
-    /// by `offset` on each side (shrunk when negative).
+    /// The distance of two points: their difference in single precision, its length in double, narrowed.
+    static float Length(CrkFloatPoint a, CrkFloatPoint b) noexcept;
+    /// The length of a vector, formed in double precision and narrowed.
+    static float Length(CrkFloatPoint vector) noexcept;
+    /// The square root of x² + y²; infinite where the squares leave the range of double.
+    static double Length(double x, double y) noexcept;
+    /// The length of a vector cut to a whole number: (3, 4) gives 5, (1, 1) gives 1.
     ///
-    /// A ray exactly along an axis ends in the middle of the side, wherever the origin; (0, 0) counts as downwards.
-    /// From an origin on or outside the rectangle the result need not lie on it. The origin itself when nothing is left
-    /// of the rectangle.
-    static CrkFloatPoint GetRectangleEdgePoint(CrkFloatRect rect, CrkFloatPoint direction, CrkFloatPoint origin,
+    /// Exact for every argument, INT_MIN included; INT_MAX where the length lies beyond it.
+    static int Length(int x, int y) noexcept;
+
+    // Numbers.
+
+    /// A random number between `low` and `high`, both included, though `high` itself is drawn once in 2^31 draws only.
+    ///
+    /// Computed as low + (high - low)·r / (2^31 - 1), cut toward low, from the next r of the C library's `random`,
+    /// which the whole process shares and the library never seeds. The arguments may span all of int and stand in
+    /// either order.
+    static int RandomInRange(int low, int high) noexcept;
+
+    /// The roots of a·x² + b·x + c = 0 in single precision, formed so that nearly equal numbers are not subtracted.
+    ///
+    /// The first root is (-b + s) / 2a, the second (-b - s) / 2a, s being the square root of b² - 4ac. Roots that are
+    /// not real are not a number. With a = 0 the root -c/b is in one of the two (the first for b > 0), the other is
+    /// infinite or not a number; with b = c = 0 the first is 0, the second not a number. Writes nothing when either
+    /// pointer is null.
+    static void SolveQuadraticEquation(float a, float b, float c, float* firstRoot, float* secondRoot) noexcept;
+
+    // Edge points: where the ray from `origin` into `direction` (a vector, not a target) meets the
+    // outline of a shape that was grown by `offset` on every side, shrunk if negative. Without an origin the ray starts
+    // at the middle of the rectangle. A shape that the offset shrinks away, and the null rectangle, have no edge: the
+    // result is the origin.
+
+    /// The edge point of a rectangle.
+    ///
+    /// An exactly horizontal or vertical direction gives the middle of that side, wherever the origin is; (0, 0) counts
+    /// as down. A direction through a corner gives the corner. An origin on or outside the outline is computed like one
+    /// within: the result is on the line through the origin, but need not be on the rectangle.
+    static CrkFloatPoint GetRectangleEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction, CrkFloatPoint origin,
                                                float offset) noexcept;
-    static CrkFloatPoint GetRectangleEdgePoint(CrkFloatRect rect, CrkFloatPoint direction, float offset) noexcept;
-    /// Where the ray meets the ellipse inscribed in the rectangle, grown by `offset`. The origin itself for an origin
-    /// on or outside the ellipse, for the direction (0, 0) and when nothing is left of the ellipse.
-    static CrkFloatPoint GetEllipseEdgePoint(CrkFloatRect rect, CrkFloatPoint direction, CrkFloatPoint origin,
+    static CrkFloatPoint GetRectangleEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction, float offset) noexcept;
+
+    /// The edge point of the ellipse inscribed in a rectangle.
+    ///
+    /// The origin itself where no edge is met: when it lies on or outside the outline, the direction is (0, 0) or a
+    /// coordinate is no finite number. From the centre, and in an exactly vertical direction from any point within, the
+    /// edge is always met. From elsewhere a slanted ray is followed for the length of its direction, or until it went
+    /// half the shape's width and half its height if that is further; if it is still inside, it counts as meeting
+    /// nothing. A direction longer than the shape's diagonal makes sure. Single precision also loses rays from elsewhere
+    /// that are some hundred times steeper than wide, and directions shorter than 1e-36.
+    static CrkFloatPoint GetEllipseEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction, CrkFloatPoint origin,
                                              float offset) noexcept;
-    static CrkFloatPoint GetEllipseEdgePoint(CrkFloatRect rect, CrkFloatPoint direction, float offset) noexcept;
+    static CrkFloatPoint GetEllipseEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction, float offset) noexcept;
 
-    // --- Points and rectangles
-    // ----------------------------------------------------------------------------------------------
+    // Points and rectangles.
 
-    /// The point of the rectangle nearest to `point`.
-    static CrkFloatPoint ClampPoint(const CrkFloatPoint& point, const CrkFloatRect& rect) noexcept;
-    /// Whether the point is inside by the stored fields, edges included.
-    static bool IsPointInRect(const CrkFloatPoint& point, const CrkFloatRect& rect) noexcept;
-    /// The smallest rectangle around the points; (0, 0, 0, 0) for none. A coordinate that is not-a-number is passed
-    /// over unless the first point has it.
-    static CrkFloatRect CalculatePointsBoundingRectangle(const CrkFloatPoint* points, int count) noexcept;
-    /// The smallest rectangle around the transformed corners; with the identity, the rectangle as it is stored.
-    static CrkFloatRect CalculateTransformedRectBoundingRectangle(const CrkFloatRect& rect,
-                                                                  CGAffineTransform transform) noexcept;
+    /// The point of the rectangle closest to `point`.
+    static CrkFloatPoint ClampPoint(const CrkFloatPoint& point, const CrkFloatRect& rectangle) noexcept;
 
-    // --- Points and lines
-    // -----------------------------------------------------------------------------------------------------
+    /// Whether x <= point.x <= x + width and y <= point.y <= y + height, by the raw fields: true on all four edges,
+    /// false for every point when the width or height is negative.
+    static bool IsPointInRect(const CrkFloatPoint& point, const CrkFloatRect& rectangle) noexcept;
 
-    /// The distance to the endless line through two points; to the point itself when both are equal.
-    static float CalculateDistanceToLine(const CrkFloatPoint& point, const CrkFloatPoint& start,
-                                         const CrkFloatPoint& end) noexcept;
-    /// Whether the point lies within `tolerance` of the line between two points / of one of a polyline's segments. Ends
-    /// are square: the box around the segment grows by the tolerance. Never with a negative tolerance.
-    static bool IsPointOnLine(const CrkFloatPoint& point, const CrkFloatPoint& start, const CrkFloatPoint& end,
+    // Points and lines. A tolerance is a distance in drawing units.
+
+    /// The distance to the infinite line through both points, or to the start when they are equal. Single precision:
+    /// not a number where the square of the line's length leaves the range of float, lines shorter than about 1e-23 or
+    /// longer than about 1e19.
+    static float CalculateDistanceToLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
+                                         const CrkFloatPoint& lineEnd) noexcept;
+
+    /// Whether the point lies in the bounding box of the segment grown by the tolerance, and no further than the
+    /// tolerance from the line through it. Where CalculateDistanceToLine has no number to give, the box alone decides.
+    ///
+    /// So (12, 0) is on (0, 0)-(10, 0) with a tolerance of 2, not with 1. A negative tolerance always gives false, an
+    /// infinite one too.
+    static bool IsPointOnLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart, const CrkFloatPoint& lineEnd,
                               float tolerance) noexcept;
+
+    /// Whether IsPointOnLine holds for a segment between neighbours; false for fewer than two points.
     static bool IsPointOnPolyline(const CrkFloatPoint& point, const CrkFloatPoint* points, int count,
                                   float tolerance) noexcept;
-    /// On which side of a line a point lies: 0 within 2^-23 of an end or on the line; positive above a horizontal line,
-    /// right of a vertical one, and above a slanted one drawn from left to right; the sign of a slanted line drawn from
-    /// right to left is reversed. The two members give the same value.
-    static float IsPointAboveLine(const CrkFloatPoint& point, const CrkFloatPoint& start,
-                                  const CrkFloatPoint& end) noexcept;
-    static float IsPointRightOfLine(const CrkFloatPoint& point, const CrkFloatPoint& start,
-                                    const CrkFloatPoint& end) noexcept;
-    /// `IsPointAboveLine` negated.
-    static float IsPointBelowLine(const CrkFloatPoint& point, const CrkFloatPoint& start,
-                                  const CrkFloatPoint& end) noexcept;
-    static float IsPointLeftOfLine(const CrkFloatPoint& point, const CrkFloatPoint& start,
-                                   const CrkFloatPoint& end) noexcept;
-    /// The point halfway along a polyline; (0, 0) when it has no length.
+
+    /// On which side of the line the point lies: a value above 0, 0, or below 0.
+    ///
+    /// "Above" and "right of" are one value, "below" and "left of" its negative. It is positive for a point above a
+    /// horizontal line and right of a vertical one, in whichever way they are drawn, and above a slanted line that is
+    /// drawn to the right; for one that is drawn to the left, the sign is reversed. It is 0 for a point within 2^-23 of
+    /// an end of the line in x and in y. Beside a horizontal or vertical line (ends less than 2^-23 apart in y or x)
+    /// the value is the distance, else a multiple of it.
+    static float IsPointAboveLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
+                                  const CrkFloatPoint& lineEnd) noexcept;
+    static float IsPointRightOfLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
+                                    const CrkFloatPoint& lineEnd) noexcept;
+    static float IsPointBelowLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
+                                  const CrkFloatPoint& lineEnd) noexcept;
+    static float IsPointLeftOfLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
+                                   const CrkFloatPoint& lineEnd) noexcept;
+
+    /// The point halfway along a polyline: (10, 0) for (0, 0), (10, 0), (10, 10).
+    ///
+    /// (0, 0) for fewer than two points, points that are all equal, and a length that is no finite number.
     static CrkFloatPoint GetPolylineMidpoint(const CrkFloatPoint* points, int count) noexcept;
 
-    // --- Crossings
-    // ------------------------------------------------------------------------------------------------------------
+    // Crossings. Touching counts, unless a member says otherwise; lines are segments from start to end.
 
-    /// Whether two segments have a point in common, ends included. Two vertical ones do when they lie on the same x,
-    /// however far apart; parallel slanted ones never do.
+    /// Whether two segments cross or touch.
+    ///
+    /// Vertical segments on the same x always do, whatever their y extents; parallel slanted ones never do, not even on
+    /// one line. The crossing point is formed in single precision, level with the first segment: when one of the two is
+    /// horizontal pass it first, for as the second it is missed when that point rounds to another y.
     static bool IsLineCrossingLine(const CrkFloatPoint& firstStart, const CrkFloatPoint& firstEnd,
                                    const CrkFloatPoint& secondStart, const CrkFloatPoint& secondEnd) noexcept;
-    /// Whether a segment ends inside the rectangle (by the stored fields) or crosses one of its sides.
-    static bool IsLineCrossingRect(const CrkFloatPoint& start, const CrkFloatPoint& end,
-                                   const CrkFloatRect& rect) noexcept;
-    static bool IsPolylineCrossingRect(const CrkFloatPoint* points, int count, const CrkFloatRect& rect) noexcept;
-    /// Whether a horizontal or vertical segment crosses the rectangle: it may run along a side, but must reach inside
-    /// in its own direction. False for a slanted one.
-    static bool IsRightAngleLineCrossingRect(CrkFloatPoint start, CrkFloatPoint end, CrkFloatRect rect) noexcept;
+
+    /// Whether an end is inside the rectangle (by the raw fields) or the segment crosses a side by IsLineCrossingLine;
+    /// a vertical segment exactly in line with the left or right side therefore always does.
+    static bool IsLineCrossingRect(const CrkFloatPoint& lineStart, const CrkFloatPoint& lineEnd,
+                                   const CrkFloatRect& rectangle) noexcept;
+
+    /// Whether IsLineCrossingRect holds for a segment between neighbours; false for fewer than two points.
+    static bool IsPolylineCrossingRect(const CrkFloatPoint* points, int count, const CrkFloatRect& rectangle) noexcept;
+
+    /// Whether a segment parallel to an axis crosses a rectangle; one that is slanted (by 2^-23 or more) never does.
+    ///
+    /// A segment along an edge crosses; one that only reaches a side with its end does not. The rectangle reaches from
+    /// its raw origin to its MaxX and MaxY.
+    static bool IsRightAngleLineCrossingRect(CrkFloatPoint lineStart, CrkFloatPoint lineEnd,
+                                             CrkFloatRect rectangle) noexcept;
+
+    // Bounding boxes.
+
+    /// The smallest rectangle around points: (-2, 0, 5, 4) for (3, 1), (-2, 4), (0, 0); all 0 for no points.
+    ///
+    /// A coordinate that is not a number is passed over, but in the first point makes that dimension none. The sign of
+    /// a bound that is 0 is unspecified.
+    static CrkFloatRect CalculatePointsBoundingRectangle(const CrkFloatPoint* points, int count) noexcept;
+
+    /// The smallest rectangle around the four mapped corners of a rectangle.
+    ///
+    /// Each corner is mapped in double precision and narrowed; then CalculatePointsBoundingRectangle from (MinX, MinY)
+    /// on. The identity gives the rectangle as it is, a negative size included.
+    static CrkFloatRect CalculateTransformedRectBoundingRectangle(const CrkFloatRect& rectangle,
+                                                                  const CGAffineTransform& transform) noexcept;
 };
+
+inline int CrkMathUtilities::RoundToNearestInt(double value) noexcept
+{
+    const double sum = value + std::copysign(0.5, value);
+    if (sum > -2147483649.0 && sum < 2147483648.0)
+        return static_cast<int>(sum);
+    return sum > 0 ? INT_MAX : sum < 0 ? INT_MIN : 0;
+}
+
+inline bool CrkMathUtilities::IsPointInRect(const CrkFloatPoint& point, const CrkFloatRect& rectangle) noexcept
+{
+    return rectangle.x <= point.x && point.x <= rectangle.x + rectangle.width && rectangle.y <= point.y &&
+           point.y <= rectangle.y + rectangle.height;
+}

@@ -1,155 +1,144 @@
 #include "RkUtilities/geometry/CrkMathUtilities.h"
 
-#include "RkUtilities/geometry/RectAdjustments.h"
-
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
-/// `length` times a slope, formed in double precision.
-float AlongSlope(float numerator, float denominator, float length) noexcept
+CrkFloatPoint MiddleOf(const CrkFloatRect& rectangle)
 {
-    return static_cast<float>(static_cast<double>(numerator) / static_cast<double>(denominator) *
-                              static_cast<double>(length));
+    return {rectangle.x + rectangle.width / 2, rectangle.y + rectangle.height / 2};
 }
 
-CrkFloatPoint CentreOf(const CrkFloatRect& rect) noexcept
+/// The coordinate at which a ray from (0, 0) with the given quotient of its components meets a side, in double
+/// precision.
+float AlongSide(float component, float otherComponent, float side)
 {
-    return {rect.x + rect.width / 2, rect.y + rect.height / 2};
+    return static_cast<float>(double{component} / otherComponent * side);
 }
 
-/// Where a ray from (0, 0) that is parallel to no axis meets the rectangle: the side whose corners' angles enclose its
-/// own.
-CrkFloatPoint SlantedEdgePoint(const rk::RectBounds& bounds, CrkFloatPoint direction) noexcept
+/// The edge point as seen from the origin, which is (0, 0) here.
+CrkFloatPoint RectangleEdgePoint(const CrkFloatRect& shape, CrkFloatPoint direction)
 {
-    const auto onHorizontal = [&](float y) { return CrkFloatPoint{AlongSlope(direction.x, direction.y, y), y}; };
-    const auto onVertical = [&](float x) { return CrkFloatPoint{x, AlongSlope(direction.y, direction.x, x)}; };
-    const double angle = CrkMathUtilities::CalculateAngle(direction);
-    if (angle < CrkMathUtilities::CalculateAngle(bounds.maxX, bounds.minY))
-        return onHorizontal(bounds.minY);
-    if (angle < CrkMathUtilities::CalculateAngle(bounds.maxX, bounds.maxY))
-        return onVertical(bounds.maxX);
-    if (angle < CrkMathUtilities::CalculateAngle(bounds.minX, bounds.maxY))
-        return onHorizontal(bounds.maxY);
-    if (angle < CrkMathUtilities::CalculateAngle(bounds.minX, bounds.minY))
-        return onVertical(bounds.minX);
-    return onHorizontal(bounds.minY);
-}
-
-CrkFloatPoint EdgePointFromZero(const CrkFloatRect& rect, CrkFloatPoint direction) noexcept
-{
-    const rk::RectBounds bounds(rect);
+    const float left = shape.MinX(), top = shape.MinY(), right = shape.MaxX(), bottom = shape.MaxY();
     if (direction.x == 0)
-        return {bounds.minX + rect.width / 2, direction.y >= 0 ? bounds.maxY : bounds.minY};
+        return {left + shape.width / 2, direction.y >= 0 ? bottom : top};
     if (direction.y == 0)
-        return {direction.x >= 0 ? bounds.maxX : bounds.minX, bounds.minY + rect.height / 2};
-    return SlantedEdgePoint(bounds, direction);
+        return {direction.x >= 0 ? right : left, top + shape.height / 2};
+
+    const auto onHorizontalSide = [&](float y) { return CrkFloatPoint{AlongSide(direction.x, direction.y, y), y}; };
+    const auto onVerticalSide = [&](float x) { return CrkFloatPoint{x, AlongSide(direction.y, direction.x, x)}; };
+    const double angle = CrkMathUtilities::CalculateAngle(direction);
+    if (angle < CrkMathUtilities::CalculateAngle(right, top))
+        return onHorizontalSide(top);
+    if (angle < CrkMathUtilities::CalculateAngle(right, bottom))
+        return onVerticalSide(right);
+    if (angle < CrkMathUtilities::CalculateAngle(left, bottom))
+        return onHorizontalSide(bottom);
+    if (angle < CrkMathUtilities::CalculateAngle(left, top))
+        return onVerticalSide(left);
+    return top == 0 ? CrkFloatPoint{0, 0} : onHorizontalSide(top);
 }
 
-/// The ellipse inscribed in a rectangle around (0, 0), by its semi-axes and its extent in y.
+/// An ellipse around (0, 0).
 struct Ellipse {
-    explicit Ellipse(const CrkFloatRect& rect) noexcept
-        : a(rect.width / 2), b(rect.height / 2), top(rect.y), bottom(rect.y + rect.height)
-    {}
+    float halfWidth;
+    float halfHeight;
 
-    float a;
-    float b;
-    float top;
-    float bottom;
-
-    /// Below 1 inside, 1 on the edge.
-    [[nodiscard]] float Level(CrkFloatPoint point) const noexcept
+    /// Below 1 inside, 1 on the outline, above 1 outside.
+    float Level(CrkFloatPoint p) const
     {
-        return point.x * point.x / (a * a) + point.y * point.y / (b * b);
+        return p.x * p.x / (halfWidth * halfWidth) + p.y * p.y / (halfHeight * halfHeight);
     }
 };
 
-/// Far enough along the ray to be outside.
-float ReachOf(const Ellipse& ellipse, CrkFloatPoint direction) noexcept
+/// How many times a component of the direction leads safely out of an ellipse, from its middle.
+float Reach(float halfExtent, float component)
 {
-    const auto axisReach = [](float semiAxis, float component) {
-        return (component == 0 ? 0 : semiAxis / std::fabs(component)) + 0.1F;
-    };
-    return std::max({1.0F, axisReach(ellipse.a, direction.x), axisReach(ellipse.b, direction.y)});
+    return component == 0 ? 0.1f : halfExtent / std::fabs(component) + 0.1f;
 }
 
-struct TwoPoints {
+bool IsBetween(float value, float a, float b)
+{
+    return a < b ? a <= value && value <= b : b <= value && value <= a;
+}
+
+struct Candidates {
     CrkFloatPoint first;
     CrkFloatPoint second;
 };
 
-/// Where the endless line through `inside` and `outside` meets the ellipse.
-TwoPoints CrossingsOf(const Ellipse& ellipse, CrkFloatPoint inside, CrkFloatPoint outside) noexcept
+/// Where a vertical line meets the ellipse, above and below. On the axis that is the top and the bottom of the shape.
+Candidates OnVerticalLine(const Ellipse& ellipse, const CrkFloatRect& shape, float x)
 {
-    if (outside.x == inside.x) {
-        if (inside == CrkFloatPoint())
-            return {{0, ellipse.top}, {0, ellipse.bottom}};
-        const float part = inside.x / ellipse.a;
-        const float y = ellipse.b * std::sqrt(1 - part * part);
-        return {{inside.x, -y}, {inside.x, y}};
-    }
-    const float slope = (outside.y - inside.y) / (outside.x - inside.x);
-    const float intercept = inside.y - slope * inside.x;
-    const float aSquared = ellipse.a * ellipse.a;
-    const float bSquared = ellipse.b * ellipse.b;
-    float first = 0;
-    float second = 0;
-    CrkMathUtilities::SolveQuadraticEquation(1 / aSquared + slope * slope / bSquared, 2 * slope * intercept / bSquared,
-                                             intercept * intercept / bSquared - 1, &first, &second);
-    return {{first, slope * first + intercept}, {second, slope * second + intercept}};
+    if (x == 0)
+        return {{0, shape.MinY()}, {0, shape.MaxY()}};
+    const double ratio = double{x} / ellipse.halfWidth;
+    const auto height = static_cast<float>(ellipse.halfHeight * std::sqrt(1 - ratio * ratio));
+    return {{x, -height}, {x, height}};
 }
 
-bool IsBetween(float value, float a, float b) noexcept
+Candidates OnSlantedLine(const Ellipse& ellipse, CrkFloatPoint from, CrkFloatPoint to)
 {
-    return value >= std::min(a, b) && value <= std::max(a, b);
-}
-
-bool IsBetween(CrkFloatPoint point, CrkFloatPoint a, CrkFloatPoint b) noexcept
-{
-    return IsBetween(point.x, a.x, b.x) && IsBetween(point.y, a.y, b.y);
+    const float slope = (to.y - from.y) / (to.x - from.x);
+    const float intercept = from.y - slope * from.x;
+    const float a2 = ellipse.halfWidth * ellipse.halfWidth, b2 = ellipse.halfHeight * ellipse.halfHeight;
+    float x1 = 0, x2 = 0;
+    CrkMathUtilities::SolveQuadraticEquation(1 / a2 + slope * slope / b2, 2 * slope * intercept / b2,
+                                             intercept * intercept / b2 - 1, &x1, &x2);
+    return {{x1, slope * x1 + intercept}, {x2, slope * x2 + intercept}};
 }
 
 }  // namespace
 
-CrkFloatPoint CrkMathUtilities::GetRectangleEdgePoint(CrkFloatRect rect, CrkFloatPoint direction, CrkFloatPoint origin,
-                                                      float offset) noexcept
+CrkFloatPoint CrkMathUtilities::GetRectangleEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction,
+                                                      CrkFloatPoint origin, float offset) noexcept
 {
-    const CrkFloatRect around = rk::InflateRect(rk::OffsetRect(rect, -origin.x, -origin.y), offset, offset);
-    if (std::isinf(around.x) || std::isinf(around.y))
-        return origin;  // nothing is left of the rectangle
-    const CrkFloatPoint edge = EdgePointFromZero(around, direction);
+    const CrkFloatRect shape = rectangle.Moved(-origin.x, -origin.y).Inflated(offset, offset);
+    if (shape.IsNull())
+        return origin;
+    const CrkFloatPoint edge = RectangleEdgePoint(shape, direction);
     return {origin.x + edge.x, origin.y + edge.y};
 }
 
-CrkFloatPoint CrkMathUtilities::GetRectangleEdgePoint(CrkFloatRect rect, CrkFloatPoint direction, float offset) noexcept
+CrkFloatPoint CrkMathUtilities::GetRectangleEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction,
+                                                      float offset) noexcept
 {
-    return GetRectangleEdgePoint(rect, direction, CentreOf(rect), offset);
+    return GetRectangleEdgePoint(rectangle, direction, MiddleOf(rectangle), offset);
 }
 
-CrkFloatPoint CrkMathUtilities::GetEllipseEdgePoint(CrkFloatRect rect, CrkFloatPoint direction, CrkFloatPoint origin,
-                                                    float offset) noexcept
+CrkFloatPoint CrkMathUtilities::GetEllipseEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction,
+                                                    CrkFloatPoint origin, float offset) noexcept
 {
-    const rk::RectBounds bounds(rect);
-    const CrkFloatPoint centre{bounds.minX + std::fabs(rect.width) / 2, bounds.minY + std::fabs(rect.height) / 2};
-    const CrkFloatRect around = rk::InflateRect(rk::OffsetRect(rect, -centre.x, -centre.y), offset, offset);
-    const Ellipse ellipse(around);
-    const CrkFloatPoint from{origin.x - centre.x, origin.y - centre.y};
-    if (!(ellipse.Level(from) < 1))
+    const CrkFloatPoint centre = MiddleOf(rectangle);
+    const CrkFloatRect shape = rectangle.Moved(-centre.x, -centre.y).Inflated(offset, offset);
+    const Ellipse ellipse{shape.width / 2, shape.height / 2};
+    const CrkFloatPoint start{origin.x - centre.x, origin.y - centre.y};
+    if (!(ellipse.Level(start) < 1))
         return origin;
-    const float reach = ReachOf(ellipse, direction);
-    const CrkFloatPoint far{from.x + reach * direction.x, from.y + reach * direction.y};
-    if (!(ellipse.Level(far) > 1))
+
+    const auto fromCentre = [&](CrkFloatPoint p) { return CrkFloatPoint{centre.x + p.x, centre.y + p.y}; };
+    if (direction.x == 0) {
+        const auto [above, below] = OnVerticalLine(ellipse, shape, start.x);
+        return direction.y < 0 ? fromCentre(above) : direction.y > 0 ? fromCentre(below) : origin;
+    }
+    const float reach = std::max({1.0f, Reach(ellipse.halfWidth, direction.x), Reach(ellipse.halfHeight, direction.y)});
+    const CrkFloatPoint beyond{start.x + reach * direction.x, start.y + reach * direction.y};
+    if (!(ellipse.Level(beyond) > 1))
         return origin;
-    const TwoPoints crossings = CrossingsOf(ellipse, from, far);
-    if (IsBetween(crossings.first, from, far))
-        return {centre.x + crossings.first.x, centre.y + crossings.first.y};
-    if (IsBetween(crossings.second, from, far))
-        return {centre.x + crossings.second.x, centre.y + crossings.second.y};
+
+    const auto [first, second] = OnSlantedLine(ellipse, start, beyond);
+    const auto isOnRay = [&](CrkFloatPoint p) {
+        return IsBetween(p.x, start.x, beyond.x) && IsBetween(p.y, start.y, beyond.y);
+    };
+    if (isOnRay(first))
+        return fromCentre(first);
+    if (isOnRay(second))
+        return fromCentre(second);
     return origin;
 }
 
-CrkFloatPoint CrkMathUtilities::GetEllipseEdgePoint(CrkFloatRect rect, CrkFloatPoint direction, float offset) noexcept
+CrkFloatPoint CrkMathUtilities::GetEllipseEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction,
+                                                    float offset) noexcept
 {
-    return GetEllipseEdgePoint(rect, direction, CentreOf(rect), offset);
+    return GetEllipseEdgePoint(rectangle, direction, MiddleOf(rectangle), offset);
 }
