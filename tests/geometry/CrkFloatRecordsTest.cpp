@@ -1,0 +1,96 @@
+#include "RkUtilities/geometry/CrkFloatMargin.h"
+#include "RkUtilities/geometry/CrkFloatVector2D.h"
+
+#include "tests/geometry/Agreement.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace {
+
+constexpr float kInfinity = INFINITY, kNan = NAN;
+
+TEST(Rectangles, MeetWhereTheyShareAnArea)
+{
+    const struct {
+        CrkFloatRect a, b, result;
+        bool meet;
+    } rows[] = {
+        {{0, 0, 10, 10}, {5, 5, 10, 10}, {5, 5, 5, 5}, true},
+        {{0, 0, 10, 10}, {10, 0, 5, 5}, {10, 0, 0, 5}, false},     // touching is not meeting
+        {{10, 10, -10, -10}, {5, 5, 10, 10}, {5, 5, 5, 5}, true},  // a negative size is its mirror image
+        {{0, 0, 1, 1}, {5, 5, 1, 1}, {5, 5, -4, -4}, false},       // written also where nothing is shared
+        {{0, 0, 10, 10}, {2, 2, 0, 5}, {2, 2, 0, 5}, false},
+        {{0, 0, kInfinity, 10}, {5, 5, kInfinity, 1}, {5, 5, kInfinity, 1}, true},
+    };
+    for (const auto& row : rows) {
+        CrkFloatRect result = row.a;
+        EXPECT_EQ(CrkFloatRect::Intersect(result, result, row.b), row.meet);
+        EXPECT_EQ(result, row.result);
+    }
+}
+
+TEST(Rectangles, GrowByMarginsAndOffsets)
+{
+    constexpr CrkFloatMargin margin{10, 5, 20, 15};
+    CrkFloatRect rectangle{0, 0, 100, 50}, small{0, 0, 10, 10};
+    margin.DeflateRect(rectangle);
+    EXPECT_EQ(rectangle, (CrkFloatRect{10, 5, 70, 30}));
+    margin.InflateRect(rectangle);
+    EXPECT_EQ(rectangle, (CrkFloatRect{0, 0, 100, 50}));
+    margin.DeflateRect(small);
+    EXPECT_EQ(small, (CrkFloatRect{10, 5, -20, -10}));  // not clamped
+    CrkFloatMargin united{1, 5, 3, 0};
+    EXPECT_EQ(&united.Union({2, 4, 3, -1}), &united);
+    EXPECT_EQ(united, (CrkFloatMargin{2, 5, 3, 0}));
+
+    EXPECT_EQ(small.Moved(1, -1), (CrkFloatRect{11, 4, -20, -10}));
+    EXPECT_EQ(small.Inflated(2, 1), (CrkFloatRect{-12, -6, 24, 12}));
+    EXPECT_EQ(small.Inflated(-10, -5), (CrkFloatRect{0, 0, 0, 0}));
+    EXPECT_EQ(small.Inflated(-10.5f, 0), CrkFloatRect::Null());
+    EXPECT_EQ(CrkFloatRect::Null().Inflated(1, 1).Moved(-kInfinity, 0), CrkFloatRect::Null());
+}
+
+TEST(Vectors, CalculateAndCompareByDistance)
+{
+    const CrkFloatVector2D x(1, 0), y(CrkFloatPoint{0, 1});
+    EXPECT_TRUE(x.Kross(y) == 1 && y.Kross(x) == -1 && (x * 3 - y * 4).Length() == 5);
+    EXPECT_EQ((2.0f * x + y * 3).Dot({4, 5}), 23);
+    CrkFloatVector2D v(CrkFloatSize{1, 2});
+    ((v += x) *= 4) -= y;
+    EXPECT_EQ(CrkFloatPoint(v /= 2), (CrkFloatPoint{4, 3.5f}));
+    EXPECT_TRUE(x == x && x == CrkFloatVector2D(1, 1e-13f) && x == CrkFloatPoint(x) && CrkFloatSize(x) == x);
+    EXPECT_TRUE(x != CrkFloatVector2D(1, 1e-6f) && std::isinf((x / 0).x) && std::isnan((x / 0).y));
+}
+
+TEST(Lanes, AgreeWithThePlainStepsOnEdgesAndExtremes)
+{
+    const float extremes[] = {-0.0f, kInfinity, -kInfinity, kNan, 3.4e38f, -3.4e38f, 1e-45f, 1e19f, -1e-23f};
+    std::mt19937 random(1);
+    std::uniform_real_distribution<float> any(-100, 100);
+    for (int i = 0; i < 600'000; ++i) {
+        // A third few whole numbers and extremes, so that shapes touch and lines are vertical; a third only some.
+        const auto next = [&] {
+            const auto kind = i % 3 == 0 ? 2 : random() % (i % 3 == 1 ? 6 : 60);
+            return kind == 0  ? extremes[random() % std::size(extremes)]
+                   : kind > 2 ? static_cast<float>(random() % 7) - 3
+                              : any(random);
+        };
+        const std::array<CrkFloatPoint, 4> p = {
+            {{next(), next()}, {next(), next()}, {next(), next()}, {next(), next()}}};
+        const CGAffineTransform transform{next(), next(), next(), next(), next(), next()};
+        ASSERT_TRUE(plain::AgreesOn(p, transform)) << testing::PrintToString(p) << testing::PrintToString(transform);
+    }
+    std::array<CrkFloatPoint, 40> points;
+    for (CrkFloatPoint& p : points)
+        p = {random() % 9 == 0 ? kNan : any(random), any(random)};
+    for (int first = 0; first < 9; ++first) {
+        for (int count = 1; first + count <= 40; ++count)
+            ASSERT_PRED2(plain::SameRect,
+                         CrkMathUtilities::CalculatePointsBoundingRectangle(points.data() + first, count),
+                         plain::BoundsOf(points.data() + first, count));
+    }
+}
+
+}  // namespace
