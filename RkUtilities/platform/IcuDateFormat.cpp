@@ -2,6 +2,7 @@
 
 #include "RkUtilities/platform/LocalTime.h"
 
+#include <algorithm>
 #include <cstring>
 #include <limits>
 #include <mutex>
@@ -53,9 +54,8 @@ public:
         default:
             return {};
         }
-        std::vector<std::u16string> list;
-        for (std::int32_t i = 0; i < count; ++i)
-            list.push_back(Units(words[i]));
+        std::vector<std::u16string> list(static_cast<std::size_t>(count));
+        std::transform(words, words + count, list.begin(), Units);
         return list;
     }
 
@@ -129,9 +129,9 @@ std::unique_ptr<IcuDateFormat> IcuDateFormat::Make(const std::string& locale, ic
 {
     std::unique_ptr<icu::DateFormat> format(
         icu::DateFormat::createDateTimeInstance(date, time, icu::Locale::createCanonical(locale.c_str())));
-    auto* const simple = dynamic_cast<icu::SimpleDateFormat*>(format.get());
-    if (simple == nullptr)
+    if (dynamic_cast<icu::SimpleDateFormat*>(format.get()) == nullptr)
         return nullptr;
+    std::unique_ptr<icu::SimpleDateFormat> simple(static_cast<icu::SimpleDateFormat*>(format.release()));
     std::unique_ptr<icu::Calendar> calendar(simple->getCalendar()->clone());
     calendar->adoptTimeZone(icu::TimeZone::getGMT()->clone());
     if (auto* const gregorian = dynamic_cast<icu::GregorianCalendar*>(calendar.get())) {
@@ -139,8 +139,7 @@ std::unique_ptr<IcuDateFormat> IcuDateFormat::Make(const std::string& locale, ic
         gregorian->setGregorianChange(-std::numeric_limits<double>::max(), error);
     }
     simple->adoptCalendar(calendar.release());
-    format.release();
-    return std::unique_ptr<IcuDateFormat>(new IcuDateFormat(std::unique_ptr<icu::SimpleDateFormat>(simple)));
+    return std::unique_ptr<IcuDateFormat>(new IcuDateFormat(std::move(simple)));
 }
 
 std::u16string IcuDateFormat::Text(std::int64_t seconds, std::unique_ptr<icu::TimeZone> zone) const
