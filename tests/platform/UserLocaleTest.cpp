@@ -40,36 +40,15 @@ bool IsLocaleNow(const char* locale)
     }
 }
 
-class ScopedCategory {
-public:
-    ScopedCategory(int category, const char* name) : m_category(category), m_before(setlocale(category, nullptr))
-    {
-        EXPECT_NE(std::setlocale(category, name), nullptr) << "LOCPATH leads to no " << name;
-    }
-    ~ScopedCategory() { std::setlocale(m_category, m_before.c_str()); }
-    ScopedCategory(const ScopedCategory&) = delete;
-    ScopedCategory& operator=(const ScopedCategory&) = delete;
-
-private:
-    int m_category;
-    std::string m_before;
-};
-
 constexpr std::pair<const char*, const char*> kNames[] = {
-    {"de_DE", "de_DE"},
-    {"de_DE.UTF-8", "de_DE"},
     {"de_DE.UTF-8@euro", "de_DE"},
     {"de-DE", "de_DE"},
     {"sr_RS.UTF-8@latin", "sr_Latn_RS"},
     {"sr_RS", "sr_Cyrl_RS"},
-    {"uz_UZ@cyrillic", "uz_Cyrl_UZ"},
     {"th_TH@calendar=gregorian", "th_TH@calendar=gregorian"},
-    {"th_TH", "th_TH@calendar=buddhist"},
     {"C", "en_US_POSIX"},
-    {"C.UTF-8", "en_US_POSIX"},
     {"POSIX", "en_US_POSIX"},
     {"fr_XX", "fr"},
-    {"", "en_US_POSIX"},  // the process's own
 };
 
 TEST(UserLocale, IsTheChosenOneFromTheNextCallOn)
@@ -85,17 +64,16 @@ TEST(UserLocale, IsTheChosenOneFromTheNextCallOn)
 TEST(UserLocale, IsOtherwiseThatOfTheCategoryForTheUse)
 {
     const ScopedZone utc("UTC");
-    {
-        const ScopedCategory numbers(LC_NUMERIC, "de_DE.UTF-8");
-        EXPECT_TRUE(IsLocaleNow("en_US_POSIX"));
-    }
-    const ScopedCategory times(LC_TIME, "de_DE.UTF-8");
+    ASSERT_NE(std::setlocale(LC_NUMERIC, "de_DE.UTF-8"), nullptr) << "LOCPATH leads to no de_DE.UTF-8";
+    EXPECT_TRUE(IsLocaleNow("en_US_POSIX"));
+    std::setlocale(LC_TIME, "de_DE.UTF-8");
     EXPECT_TRUE(IsLocaleNow("de_DE"));
     {
         const ScopedUserLocale user("fr_FR");
         EXPECT_TRUE(IsLocaleNow("fr_FR"));
     }
     EXPECT_TRUE(IsLocaleNow("de_DE"));
+    std::setlocale(LC_ALL, "C");
 }
 
 TEST(UserLocale, TakesHostileNamesForTheRootLocale)
