@@ -11,7 +11,7 @@ namespace rk {
 
 /// The affixes of a negative number in CLDR's root locale.
 constexpr std::u16string_view kNegativePrefix = u"-";
-constexpr std::u16string_view kNegativeSuffix = u"";
+constexpr std::u16string_view kNegativeSuffix;
 
 /// The text without white space (Unicode's White_Space) at its ends.
 std::u16string_view Trimmed(std::u16string_view text);

@@ -121,8 +121,7 @@ void CrkStringUtilities::InsertLineSeparators(CString* text, const CString& sepa
 {
     if (text == nullptr)
         return;
-    const CString separatorCopy(separator);  // may be the text
-    *text = LineWrap(WithoutLeadingBlankLines(text->View()), separatorCopy.View(), width).Wrapped(maximumLines);
+    *text = LineWrap(WithoutLeadingBlankLines(text->View()), separator.View(), width).Wrapped(maximumLines);
 }
 
 int CrkStringUtilities::GetLinesCount(const CString& text)

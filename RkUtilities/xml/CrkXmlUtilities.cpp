@@ -39,7 +39,7 @@ void AppendRepaired(rk::TextBuilder& text, std::u16string_view units, unsigned s
                     const Accepts& accepts)
 {
     for (std::size_t done = 0; done < units.size();) {
-        const std::size_t wrong = static_cast<std::size_t>(
+        const auto wrong = static_cast<std::size_t>(
             std::find_if_not(units.begin() + static_cast<std::ptrdiff_t>(done), units.end(), accepts) - units.begin());
         text.Append(units.substr(done, wrong - done));
         done = wrong;
