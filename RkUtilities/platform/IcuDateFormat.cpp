@@ -144,6 +144,7 @@ std::unique_ptr<IcuDateFormat> IcuDateFormat::Make(const std::string& locale, ic
 
 std::u16string IcuDateFormat::Text(std::int64_t seconds, std::unique_ptr<icu::TimeZone> zone) const
 {
+    const std::lock_guard lock(m_mutex);
     const std::unique_ptr<icu::Calendar> calendar(m_format->getCalendar()->clone());  // which formatting changes
     UErrorCode error = U_ZERO_ERROR;
     if (zone != nullptr)

@@ -3,13 +3,15 @@
 #include "RkUtilities/platform/DatePattern.h"
 
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <string>
 #include <unicode/smpdtfmt.h>
 
 namespace rk::platform {
 
-/// A date format of ICU for a locale, with the days before 1582 Gregorian too. Immutable; formats from any thread.
+/// A date format of ICU for a locale, with the days before 1582 Gregorian too. Formats from any thread, one at a time:
+/// ICU's formats make parts of themselves when they are first used.
 class IcuDateFormat {
 public:
     /// Null when ICU has no such format.
@@ -29,6 +31,7 @@ private:
     [[nodiscard]] std::u16string Text(std::int64_t seconds, std::unique_ptr<icu::TimeZone> zone) const;
     [[nodiscard]] bool Agrees(const DatePattern& pattern) const;
 
+    mutable std::mutex m_mutex;
     std::unique_ptr<const icu::SimpleDateFormat> m_format;
 };
 
