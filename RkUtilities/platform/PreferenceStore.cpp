@@ -189,7 +189,7 @@ private:
             const std::lock_guard lock(m_valuesMutex);
             name = m_applicationName.empty() ? ExecutableName() : m_applicationName;
         }
-        const std::string folder = preferences + '/' + (name == "." || name == ".." ? "_" : name);
+        std::string folder = preferences + '/' + (name == "." || name == ".." ? "_" : name);
         std::error_code error;
         std::filesystem::create_directories(preferences, error);
         if (::mkdir(folder.c_str(), 0700) != 0 && !std::filesystem::is_directory(folder, error))
