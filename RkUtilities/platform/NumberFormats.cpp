@@ -102,7 +102,11 @@ public:
         const icu::UnicodeString all(false, text.data(), static_cast<std::int32_t>(text.size()));  // no copy
         icu::Formattable number;
         icu::ParsePosition position;
-        m_format->parse(all, number, position);
+        {
+            static std::mutex parsing;  // ICU makes its parser on first use, with no lock that outsiders can see
+            const std::lock_guard lock(parsing);
+            m_format->parse(all, number, position);
+        }
         if (position.getErrorIndex() >= 0 || position.getIndex() != all.length())
             return std::nullopt;
         UErrorCode error = U_ZERO_ERROR;
