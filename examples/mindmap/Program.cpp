@@ -2,6 +2,7 @@
 
 #include "mindmap/Files.h"
 #include "mindmap/MapCheck.h"
+#include "mindmap/Options.h"
 #include "mindmap/ProgressLine.h"
 #include "mindmap/RunLog.h"
 #include "mindmap/SvgWriter.h"
@@ -22,39 +23,6 @@ namespace mindmap {
 
 namespace {
 
-/// A command that is not understood.
-struct UsageError {
-    CString reason;
-};
-
-constexpr char kHelp[] = R"(mindmap: draws an outline as a mind map
-
-Usage: mindmap OUTLINE [-o MAP.svg] [--log FOLDER]
-
-  OUTLINE       an OPML 2.0 file; or a text whose lines are indented below
-                each other; or Markdown with headings and lists
-  -o MAP.svg    the map; otherwise beside the outline, with its name and .svg.
-                A map that is there is replaced when the new one is complete.
-  --log FOLDER  where messages.xml logs the run and settings.xml says what is
-                logged; otherwise beside the map, with its name and .log
-  --help        this text
-
-The first topic is the centre when all others are below it; otherwise the
-outline's title or file name is. In OPML, "_note" and "url" go with a topic,
-"date" and "amount" as well, as they are written.
-
-Exit status: 0 when the map is drawn; 1 when the outline cannot be read or the
-map not be written, with the reason and the line on standard error; 2 when the
-command is not understood.
-)";
-
-struct Options {
-    CString outlinePath;
-    CString mapPath;
-    CString logFolder;
-    bool wantsHelp = false;
-};
-
 /// The path with another extension: "dir/plan.opml" gives "dir/plan.svg".
 CString WithExtension(const CString& path, const CString& extension)
 {
@@ -64,35 +32,11 @@ CString WithExtension(const CString& path, const CString& extension)
     return files.GetPath(path, /*keepDrive=*/1) + (base.IsEmpty() ? fileName : base) + extension;
 }
 
+/// Fills in the paths that the command leaves out.
+///
 /// @throws UsageError
-Options ReadOptions(const std::vector<std::string_view>& arguments)
+void CompletePaths(Options& options)
 {
-    Options options;
-    bool takesOptions = true;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string_view argument = arguments[i];
-        CString* value = &options.outlinePath;
-        if (takesOptions && argument == "--") {
-            takesOptions = false;
-            continue;
-        }
-        if (takesOptions && argument == "--help") {
-            options.wantsHelp = true;
-            return options;
-        }
-        if (takesOptions && argument.size() > 1 && argument[0] == '-') {
-            value = argument == "-o" ? &options.mapPath : argument == "--log" ? &options.logFolder : nullptr;
-            if (value == nullptr)
-                throw UsageError{CString(u"unknown option ") + CString(argument)};
-            if (++i == arguments.size())
-                throw UsageError{CString(argument) + u" needs a name after it"};
-        }
-        if (!value->IsEmpty())
-            throw UsageError{CString(u"one too many: ") + rk::PathText(arguments[i])};
-        *value = rk::PathText(arguments[i]);
-    }
-    if (options.outlinePath.IsEmpty())
-        throw UsageError{u"which outline?"};
     if (options.mapPath.IsEmpty())
         options.mapPath = WithExtension(options.outlinePath, u".svg");
     if (options.logFolder.IsEmpty())
@@ -100,7 +44,6 @@ Options ReadOptions(const std::vector<std::string_view>& arguments)
     std::error_code absent;  // then nothing is lost
     if (std::filesystem::equivalent(rk::NativePath(options.mapPath), rk::NativePath(options.outlinePath), absent))
         throw UsageError{u"the map would take the outline's place"};
-    return options;
 }
 
 /// "plan.opml:12: mismatched tag"
@@ -196,11 +139,13 @@ int Run(const Options& options, std::ostream& out, std::ostream& err)
 int RunProgram(const std::vector<std::string_view>& arguments, std::ostream& out, std::ostream& err)
 {
     try {
-        const Options options = ReadOptions(arguments);
-        if (!options.wantsHelp)
-            return Run(options, out, err);
-        out << kHelp;
-        return 0;
+        Options options = ReadOptions(arguments);
+        if (options.wantsHelp) {
+            out << kHelp;
+            return 0;
+        }
+        CompletePaths(options);
+        return Run(options, out, err);
     } catch (const UsageError& error) {
         err << "mindmap: " << error.reason << "; see mindmap --help\n";
         return 2;

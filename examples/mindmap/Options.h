@@ -1,0 +1,32 @@
+#pragma once
+
+#include <RkUtilities/foundation/CString.h>
+
+#include <string_view>
+#include <vector>
+
+namespace mindmap {
+
+/// What a command asks for. Paths that it does not name are empty.
+struct Options {
+    CString outlinePath;
+    CString mapPath;
+    CString logFolder;
+    bool wantsHelp = false;
+};
+
+/// A command that is not understood.
+struct UsageError {
+    CString reason;
+};
+
+/// Reads the arguments, as the shell gave them and without the program's name. Options may stand anywhere; after "--"
+/// nothing is one. "--help" ends the reading.
+///
+/// @throws UsageError
+Options ReadOptions(const std::vector<std::string_view>& arguments);
+
+/// What "--help" prints: one screen of 24 lines of 80 characters.
+extern const char kHelp[];
+
+}  // namespace mindmap
