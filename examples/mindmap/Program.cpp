@@ -1,5 +1,6 @@
 #include "mindmap/Program.h"
 
+#include "mindmap/BranchColors.h"
 #include "mindmap/Files.h"
 #include "mindmap/MapCheck.h"
 #include "mindmap/Options.h"
@@ -96,7 +97,8 @@ CString Draw(const Options& options, RunLog& log)
 
     ReplacementFile file(options.mapPath);
     WriteSvg(
-        outline, map, NameTopics(outline, map, log), [&](const CString& piece) { file.Write(piece); }, progress);
+        outline, map, MakeLegend(outline, map), Design{}, NameTopics(outline, map, log),
+        [&](const CString& piece) { file.Write(piece); }, progress);
     file.Commit();
 
     const auto deepest = std::max_element(outline.topics.begin(), outline.topics.end(),
@@ -138,6 +140,7 @@ int Run(const Options& options, std::ostream& out, std::ostream& err)
 
 int RunProgram(const std::vector<std::string_view>& arguments, std::ostream& out, std::ostream& err)
 {
+    const ScopedColorNames colorNames;
     try {
         Options options = ReadOptions(arguments);
         if (options.wantsHelp) {

@@ -5,11 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 
 namespace mindmap {
 
-/// Everything that makes the look of a map: sizes here, colors below. Lengths are drawing units of the SVG.
+/// The sizes of everything in a map, in drawing units of the SVG. Its colors are in Theme.h.
 
 /// Shapes and distances are multiples of this. Sums of them, and the middles of sides, are then exact in the single
 /// precision of the geometry up to kMaximumExtent, so neighbours cannot overlap by rounding.
@@ -32,14 +31,15 @@ struct LevelStyle {
     int childGap;      ///< from a topic to its children
     double lineWidth;  ///< of the line that comes from the parent
     int cornerRadius;
+    int largestRadius;  ///< that the corners may have without touching the text
 };
 
 /// By level; deeper topics look like the last one.
 inline constexpr std::array<LevelStyle, 4> kLevels = {{
-    {{22, Weight::Bold}, 200, 6, 0, 0, 0, 0, 0, 0},
-    {{16, Weight::Bold}, 160, 6, 14, 8, 24, 36, 3.5, 10},
-    {{14, Weight::Regular}, 188, 8, 10, 6, 10, 32, 2, 8},
-    {{13, Weight::Regular}, 168, 8, 8, 4, 8, 28, 1.5, 6},
+    {{22, Weight::Bold}, 200, 6, 0, 0, 0, 0, 0, 0, 0},
+    {{16, Weight::Bold}, 160, 6, 14, 8, 24, 36, 3.5, 10, 36},
+    {{14, Weight::Regular}, 188, 8, 10, 6, 10, 32, 2, 8, 26},
+    {{13, Weight::Regular}, 168, 8, 8, 4, 8, 28, 1.5, 6, 20},
 }};
 
 constexpr const LevelStyle& StyleOf(int level)
@@ -60,33 +60,13 @@ inline constexpr int kIconSize = 12;
 inline constexpr int kIconGap = 4;   ///< between an icon and its text
 inline constexpr int kFactGap = 12;  ///< between a date and the amount beside it
 
-/// Colors as 0xRRGGBB.
-inline constexpr std::uint32_t kPaper = 0xFCFBF8;
-inline constexpr std::uint32_t kInk = 0x22303C;
-inline constexpr std::uint32_t kQuietInk = 0x5D6873;
-inline constexpr std::uint32_t kCentralFill = 0x22303C;
-inline constexpr std::uint32_t kCentralText = 0xFFFFFF;
-inline constexpr std::uint32_t kCentralDetail = 0xC9D3DC;
-
-struct BranchColors {
-    std::uint32_t strong;  ///< main topics and lines; white text stands on it with a contrast of 4.5 or more
-    std::uint32_t tint;    ///< topics of the second level
-    std::uint32_t edge;    ///< their outline
-};
-inline constexpr std::array<BranchColors, 8> kBranches = {{
-    {0x2B6CB0, 0xEAF2FA, 0xA9C8E6},  // blue
-    {0xC2452D, 0xFCEEEA, 0xEBB6AA},  // brick
-    {0x2F7D4F, 0xEAF5EE, 0xA6D0B6},  // green
-    {0x7A4AA8, 0xF3EEF9, 0xCBB5E2},  // violet
-    {0xA1640A, 0xFBF2E3, 0xE3C592},  // ochre
-    {0x0F7C82, 0xE6F4F5, 0x9FD0D3},  // teal
-    {0xB03A6B, 0xFBECF2, 0xE4AFC6},  // rose
-    {0x4E6072, 0xEFF2F5, 0xB9C5D0},  // slate
-}};
-
-constexpr const BranchColors& ColorsOf(int branch)
-{
-    return kBranches[static_cast<std::size_t>(branch) % kBranches.size()];
-}
+inline constexpr Font kLegendFont = {13, Weight::Regular};
+inline constexpr int kLegendTextWidth = 168;
+inline constexpr int kLegendPadding = 14;
+inline constexpr int kLegendColumnGap = 24;
+inline constexpr int kLegendRowGap = 10;
+inline constexpr int kLegendRowHeight = LineHeight(kLegendFont) + LineHeight(kDetailFont);
+inline constexpr int kSwatchSize = 20;
+inline constexpr int kSwatchGap = 10;  ///< between a square of color and its name
 
 }  // namespace mindmap

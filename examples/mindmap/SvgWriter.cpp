@@ -112,32 +112,6 @@ private:
     std::u16string m_buffer;
 };
 
-/// What the shapes of a level look like.
-struct Look {
-    Color fill;
-    Color edge;
-    double edgeWidth;
-    Color title;
-    Color detail;
-    Color accent;  // amounts and links
-};
-
-Look LookOf(int level, int branch)
-{
-    constexpr Color kWhite = {0xFFFFFF};
-    const BranchColors& colors = ColorsOf(branch);
-    switch (level) {
-    case 0:
-        return {{kCentralFill}, {kCentralFill}, 0, {kCentralText}, {kCentralDetail}, {kCentralDetail}};
-    case 1:
-        return {{colors.strong}, {colors.strong}, 0, kWhite, kWhite, kWhite};
-    case 2:
-        return {{colors.tint}, {colors.edge}, 1.25, {kInk}, {kQuietInk}, {colors.strong}};
-    default:
-        return {kWhite, {colors.edge}, 1.25, {kInk}, {kQuietInk}, {colors.strong}};
-    }
-}
-
 // Signs of 12 by 12 units, drawn with the stroke of whoever uses them.
 constexpr char16_t kIcons[] = uR"(<defs>
 <g id="icon-date" fill="none" stroke-width="1.2"><path d="M1.5 3h9v7.5h-9zM1.5 5.5h9M4 1.2v2.6M8 1.2v2.6"/></g>
@@ -160,13 +134,14 @@ std::u16string_view IconOf(TextRole role)
 
 class SvgDocument {
 public:
-    SvgDocument(const Outline& outline, const MapLayout& map, const TextSink& sink)
-        : m_topics(outline.topics), m_map(map), m_xml(sink)
+    SvgDocument(const Outline& outline, const MapLayout& map, const Legend& legend, const Design& design,
+                const TextSink& sink)
+        : m_topics(outline.topics), m_map(map), m_legend(legend), m_design(design), m_xml(sink)
     {}
 
     void Begin()
     {
-        const CrkFloatRect& r = m_map.bounds;
+        const CrkFloatRect& r = m_legend.bounds;
         m_xml << u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" "
                  u"xmlns:xlink=\"http://www.w3.org/1999/xlink\" width=\""
               << r.width << u"\" height=\"" << r.height << u"\" viewBox=\"" << r.x << u" " << r.y << u" " << r.width
@@ -174,7 +149,8 @@ public:
         m_xml.Text(Shortened(m_topics.front().text), Place::Content)
             << u"</title>\n"
             << kIcons << u"<rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width << u"\" height=\""
-            << r.height << u"\" fill=\"" << Color{kPaper} << u"\"/>\n<g fill=\"none\" stroke-linecap=\"round\">\n";
+            << r.height << u"\" fill=\"" << Color{PageOf(m_design.theme).paper}
+            << u"\"/>\n<g fill=\"none\" stroke-linecap=\"round\">\n";
     }
 
     void WriteConnection(std::size_t index)
@@ -182,7 +158,7 @@ public:
         const Connection& c = m_map.connections[index];
         m_xml << u"<path d=\"M" << c.start.x << u" " << c.start.y << u"C" << c.firstControl.x << u" "
               << c.firstControl.y << u" " << c.secondControl.x << u" " << c.secondControl.y << u" " << c.end.x << u" "
-              << c.end.y << u"\" stroke=\"" << Color{ColorsOf(m_map.shapes[index].branch).strong}
+              << c.end.y << u"\" stroke=\"" << Color{LineColorOf(m_design.theme, m_map.shapes[index].branch)}
               << u"\" stroke-width=\"" << StyleOf(m_topics[index].level).lineWidth << u"\"/>\n";
         m_xml.HandOn(kPieceUnits);
     }
@@ -193,7 +169,7 @@ public:
     {
         const Topic& topic = m_topics[index];
         const TopicShape& shape = m_map.shapes[index];
-        const Look look = LookOf(topic.level, shape.branch);
+        const Look look = LookOf(m_design.theme, topic.level, shape.branch);
         const CString link = FollowableLink(topic);
 
         m_xml << u"<g id=\"t" << id << u"\">";
@@ -208,11 +184,33 @@ public:
                 m_xml.Text(u"\n\n" + Shortened(topic.note), Place::Content);
             m_xml << u"</title>";
         }
-        WriteShape(shape, look, StyleOf(topic.level).cornerRadius);
+        WriteShape(shape, look, topic.level);
         for (const TextRun& run : shape.text.runs)
             WriteRun(run, shape, look, StyleOf(topic.level).font);
         m_xml << (link.IsEmpty() ? u"</g>\n" : u"</a></g>\n");
         m_xml.HandOn(kPieceUnits);
+    }
+
+    void WriteLegend()
+    {
+        if (m_legend.entries.empty())
+            return;
+        const Page& page = PageOf(m_design.theme);
+        const CrkFloatRect& r = m_legend.box;
+        m_xml << u"<g id=\"legend\"><rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width
+              << u"\" height=\"" << r.height << u"\" rx=\"" << CornerRadiusOf(m_design.shapes, 1, 0) << u"\" fill=\""
+              << Color{page.boxFill} << u"\" stroke=\"" << Color{page.boxEdge} << u"\"/>\n";
+        for (const LegendEntry& entry : m_legend.entries) {
+            const CrkFloatPoint& o = entry.origin;
+            m_xml << u"<rect x=\"" << o.x << u"\" y=\"" << o.y + (kLegendRowHeight - kSwatchSize) / 2 << u"\" width=\""
+                  << kSwatchSize << u"\" height=\"" << kSwatchSize << u"\" rx=\""
+                  << CornerRadiusOf(m_design.shapes, 3, kSwatchSize) << u"\" fill=\"" << Color{entry.color} << u"\"/>";
+            WriteLegendLine(entry.name, kLegendFont, page.ink, o.x, o.y + Ascent(kLegendFont));
+            WriteLegendLine(entry.topics, kDetailFont, page.quietInk, o.x,
+                            o.y + LineHeight(kLegendFont) + Ascent(kDetailFont));
+            m_xml << u"\n";
+        }
+        m_xml << u"</g>\n";
     }
 
     void End()
@@ -227,7 +225,7 @@ private:
         return text.GetLength() <= kMaximumTooltipUnits ? text : text.Left(kMaximumTooltipUnits) + u"…";
     }
 
-    void WriteShape(const TopicShape& shape, const Look& look, int cornerRadius)
+    void WriteShape(const TopicShape& shape, const Look& look, int level)
     {
         const CrkFloatRect& r = shape.bounds;
         if (shape.side == Side::Centre)
@@ -235,10 +233,10 @@ private:
                   << r.width / 2 << u"\" ry=\"" << r.height / 2;
         else
             m_xml << u"<rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width << u"\" height=\""
-                  << r.height << u"\" rx=\"" << cornerRadius;
-        m_xml << u"\" fill=\"" << look.fill;
+                  << r.height << u"\" rx=\"" << CornerRadiusOf(m_design.shapes, level, static_cast<int>(r.height));
+        m_xml << u"\" fill=\"" << Color{look.fill};
         if (look.edgeWidth > 0)
-            m_xml << u"\" stroke=\"" << look.edge << u"\" stroke-width=\"" << look.edgeWidth;
+            m_xml << u"\" stroke=\"" << Color{look.edge} << u"\" stroke-width=\"" << look.edgeWidth;
         m_xml << u"\"/>";
     }
 
@@ -247,7 +245,7 @@ private:
         const bool isTitle = run.role == TextRole::Title;
         const Font font = isTitle ? titleFont : kDetailFont;
         const bool isAccent = run.role == TextRole::Amount || run.role == TextRole::Link;
-        const Color color = isTitle ? look.title : isAccent ? look.accent : look.detail;
+        const Color color{isTitle ? look.title : isAccent ? look.accent : look.detail};
         const bool isMiddle = shape.text.isCentred && !run.hasIcon;
         const bool beginsRight = shape.text.direction == Direction::RightToLeft;
         const float towardsEnd = beginsRight ? -1.0F : 1.0F;
@@ -273,6 +271,18 @@ private:
         m_xml << u"</text>";
     }
 
+    /// Begins right of the square of color, whatever the text's direction is.
+    void WriteLegendLine(const CString& text, Font font, std::uint32_t color, float cellX, float baseline)
+    {
+        m_xml << u"<text x=\"" << cellX + kSwatchSize + kSwatchGap << u"\" y=\"" << baseline << u"\" font-size=\""
+              << font.size << u"\" fill=\"" << Color{color};
+        if (DirectionOf(text) == Direction::RightToLeft)
+            m_xml << u"\" direction=\"rtl\" unicode-bidi=\"embed\" text-anchor=\"end";
+        m_xml << u"\">";
+        WriteFontParts(text);
+        m_xml << u"</text>";
+    }
+
     void WriteFontParts(std::u16string_view text)
     {
         while (!text.empty()) {
@@ -288,15 +298,17 @@ private:
 
     const std::vector<Topic>& m_topics;
     const MapLayout& m_map;
+    const Legend& m_legend;
+    const Design m_design;
     XmlStream m_xml;
 };
 
 }  // namespace
 
-void WriteSvg(const Outline& outline, const MapLayout& map, const std::vector<CString>& topicIds, const TextSink& sink,
-              const ProgressHook& progress)
+void WriteSvg(const Outline& outline, const MapLayout& map, const Legend& legend, const Design& design,
+              const std::vector<CString>& topicIds, const TextSink& sink, const ProgressHook& progress)
 {
-    SvgDocument document(outline, map, sink);
+    SvgDocument document(outline, map, legend, design, sink);
     document.Begin();
     for (std::size_t i = outline.topics.size(); i-- > 1;)  // heavier lines last, over the ends of lighter ones
         document.WriteConnection(i);
@@ -305,6 +317,7 @@ void WriteSvg(const Outline& outline, const MapLayout& map, const std::vector<CS
         Tell(progress, "drawing", i, outline.topics.size());
         document.WriteTopic(i, topicIds[i]);
     }
+    document.WriteLegend();
     document.End();
 }
 

@@ -121,7 +121,7 @@ inline std::string SvgOf(const Outline& outline, const MapLayout& map)
     for (std::size_t i = 0; i < outline.topics.size(); ++i)
         ids.emplace_back(std::to_string(i));
     std::string svg;
-    WriteSvg(outline, map, ids, [&](const CString& piece) { svg += piece.ToUtf8(); });
+    WriteSvg(outline, map, MakeLegend(outline, map), {}, ids, [&](const CString& piece) { svg += piece.ToUtf8(); });
     return svg;
 }
 
