@@ -1,0 +1,21 @@
+#pragma once
+
+#include <RkUtilities/foundation/CString.h>
+
+#include <unordered_map>
+
+namespace mindmap {
+
+/// Makes the XML ids of a map: "topic-" and the topic's text, as much of it as an XML name may hold. All ids of one
+/// object differ, and none is that of another kind of element.
+///
+///     "Crew change"  ->  "topic-Crew_change"     a second one  ->  "topic-Crew_change-2"
+class TopicIds {
+public:
+    CString Make(const CString& topicText);
+
+private:
+    std::unordered_map<CString, int> m_counts;  // how often an id was wished for
+};
+
+}  // namespace mindmap
