@@ -1,0 +1,23 @@
+#pragma once
+
+#include <RkUtilities/foundation/CString.h>
+
+namespace mindmap {
+
+/// A topic's link, taken apart to be shown and followed.
+struct Link {
+    CString address;     ///< without scheme, parameters and closing "/", percent-encoding read: "example.org/permits"
+    CString parameters;  ///< sorted by their names: "lang: nb · post: 7"; "" when it has none
+    CString target;      ///< where a click leads, encoded as a URI (RFC 3986); "" when it may not be followed
+};
+
+/// Reads a link as it is written in an outline.
+///
+/// - Web and mail addresses may be followed: "http:", "https:" and "mailto:", or without these an address that begins
+///   with "www." or looks like one of a mail box. Nothing else may ("javascript:", "file:").
+/// - Parameters are the pairs "name=value" in the query and in the fragment. One of the two that holds anything else
+///   stays a part of the address.
+/// - What has no scheme is a path otherwise: its placeholders are expanded (ExpandPlaceholders).
+Link ReadLink(const CString& written);
+
+}  // namespace mindmap
