@@ -43,6 +43,7 @@ public:
     {
         m_map.shapes.resize(m_topics.size());
         m_map.connections.resize(m_topics.size());
+        m_map.sums = SumBranches(outline);
     }
 
     MapLayout Run()
@@ -67,7 +68,7 @@ private:
     {
         for (std::size_t i = 0; i < m_topics.size(); ++i) {
             Tell(m_progress, "laying out", i, m_topics.size());
-            TopicText& text = m_map.shapes[i].text = ComposeText(m_topics[i]);
+            TopicText& text = m_map.shapes[i].text = ComposeText(m_topics[i], m_map.sums[i]);
             const LevelStyle& style = LevelOf(i);
             text.height = std::max(text.height, LineHeight(style.font));
             PlaceOf(i).width = OnGrid(std::max(text.width, style.font.size) + 2 * style.horizontalPadding);

@@ -35,6 +35,7 @@ struct Connection {
 struct MapLayout {
     std::vector<TopicShape> shapes;       ///< one for each topic of the outline, in its order
     std::vector<Connection> connections;  ///< connections[i] leads to topic i; the first one is unused
+    std::vector<BranchSum> sums;          ///< what the figures below each topic come to
     CrkFloatRect bounds;                  ///< of all shapes, with a margin
 };
 

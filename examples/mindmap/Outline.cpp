@@ -1,5 +1,7 @@
 #include "mindmap/Outline.h"
 
+#include "mindmap/CleanText.h"
+
 #include <utility>
 
 namespace mindmap {
@@ -27,16 +29,25 @@ Outline OutlineBuilder::Finish(const CString& title)
     std::vector<Topic>& topics = m_outline.topics;
     if (topics.size() == 1)
         throw OutlineError{0, u"the outline has no topic"};
-    if (m_topLevelCount > 1 || topics.size() == 2) {
+    if (m_topLevelCount > 1 || topics.size() == 2)
         topics.front().text = title;
-        return std::move(m_outline);
-    }
-    topics.erase(topics.begin());
+    else
+        LetTheOneTopicBeTheCentre();
     for (Topic& topic : topics) {
+        topic.text = CleanTopicText(topic.text);
+        topic.note = CleanNote(topic.note);
+        topic.figure = ReadFigure(topic.amount);
+    }
+    return std::move(m_outline);
+}
+
+void OutlineBuilder::LetTheOneTopicBeTheCentre()
+{
+    m_outline.topics.erase(m_outline.topics.begin());
+    for (Topic& topic : m_outline.topics) {
         --topic.parent;
         --topic.level;
     }
-    return std::move(m_outline);
 }
 
 }  // namespace mindmap

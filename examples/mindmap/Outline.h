@@ -1,18 +1,19 @@
 #pragma once
 
-#include <RkUtilities/foundation/CString.h>
+#include "mindmap/Figure.h"
 
 #include <vector>
 
 namespace mindmap {
 
-/// One topic as it was written: what an outline says of it, nothing of how it is drawn.
+/// One topic as it was written, cleaned of what no text shows: what an outline says of it, nothing of how it is drawn.
 struct Topic {
     CString text;
     CString note;
-    CString link;    ///< as written; only web and mail addresses become links in the map
-    CString date;    ///< as written
-    CString amount;  ///< as written, with its currency
+    CString link;                  ///< as written, see ReadLink
+    CString date;                  ///< as written, see Dates.h
+    CString amount;                ///< as written: an amount or a percentage
+    std::optional<Figure> figure;  ///< what the amount says, if it can be read
     int parent = -1;
     int level = 0;  ///< 0 for the central topic
     int line = 0;   ///< where it begins in the outline, from 1; 0 when it has no line of its own
@@ -51,13 +52,15 @@ public:
     Topic& At(int index) { return m_outline.topics[static_cast<std::size_t>(index)]; }
     void CountLeftOut() { ++m_outline.leftOutCount; }
 
-    /// The outline. A single top-level topic that has topics below it is the centre; otherwise the centre is a topic
+    /// The outline, with clean texts and notes and its figures read. A single top-level topic that has topics below it is the centre; otherwise the centre is a topic
     /// with the text `title`.
     ///
     /// @throws OutlineError when there is no topic.
     Outline Finish(const CString& title);
 
 private:
+    void LetTheOneTopicBeTheCentre();
+
     Outline m_outline;
     int m_topLevelCount = 0;
 };

@@ -1,7 +1,11 @@
 #include "mindmap/SvgWriter.h"
 
+#include "mindmap/CleanText.h"
 #include "mindmap/CodePoints.h"
+#include "mindmap/Link.h"
 #include "mindmap/Style.h"
+#include "mindmap/Tooltip.h"
+#include "mindmap/TopicIds.h"
 
 #include <array>
 #include <charconv>
@@ -14,7 +18,6 @@ namespace mindmap {
 namespace {
 
 constexpr std::size_t kPieceUnits = 1 << 16;
-constexpr int kMaximumTooltipUnits = 4000;
 constexpr float kIconRise = 10;  // from an icon's top to the baseline of its text
 
 /// Text content: shown as it is. Attribute: line breaks and tabs are written as references, which readers keep.
@@ -146,7 +149,7 @@ public:
                  u"xmlns:xlink=\"http://www.w3.org/1999/xlink\" width=\""
               << r.width << u"\" height=\"" << r.height << u"\" viewBox=\"" << r.x << u" " << r.y << u" " << r.width
               << u" " << r.height << u"\" font-family=\"" << kFontFamily << u"\">\n<title>";
-        m_xml.Text(Shortened(m_topics.front().text), Place::Content)
+        m_xml.Text(ShortenForTooltip(m_topics.front().text), Place::Content)
             << u"</title>\n"
             << kIcons << u"<rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width << u"\" height=\""
             << r.height << u"\" fill=\"" << Color{PageOf(m_design.theme).paper}
@@ -165,29 +168,24 @@ public:
 
     void EndConnections() { m_xml << u"</g>\n"; }
 
-    void WriteTopic(std::size_t index, const CString& id)
+    void WriteTopic(std::size_t index, const CString& guid)
     {
         const Topic& topic = m_topics[index];
         const TopicShape& shape = m_map.shapes[index];
         const Look look = LookOf(m_design.theme, topic.level, shape.branch);
-        const CString link = FollowableLink(topic);
+        const CString target = ReadLink(topic.link).target;
 
-        m_xml << u"<g id=\"t" << id << u"\">";
-        if (!link.IsEmpty()) {
+        m_xml << u"<g id=\"" << m_ids.Make(topic.text) << u"\" data-guid=\"" << guid << u"\">";
+        if (!target.IsEmpty()) {
             m_xml << u"<a xlink:href=\"";
-            m_xml.Text(link, Place::Attribute) << u"\">";
+            m_xml.Text(target, Place::Attribute) << u"\">";
         }
-        if (shape.text.isShortened) {
-            m_xml << u"<title>";
-            m_xml.Text(Shortened(topic.text), Place::Content);
-            if (!topic.note.IsEmpty())
-                m_xml.Text(u"\n\n" + Shortened(topic.note), Place::Content);
-            m_xml << u"</title>";
-        }
+        m_xml << u"<title>";
+        m_xml.Text(ComposeTooltip(topic, m_map.sums[index]), Place::Content) << u"</title>";
         WriteShape(shape, look, topic.level);
         for (const TextRun& run : shape.text.runs)
             WriteRun(run, shape, look, StyleOf(topic.level).font);
-        m_xml << (link.IsEmpty() ? u"</g>\n" : u"</a></g>\n");
+        m_xml << (target.IsEmpty() ? u"</g>\n" : u"</a></g>\n");
         m_xml.HandOn(kPieceUnits);
     }
 
@@ -220,11 +218,6 @@ public:
     }
 
 private:
-    static CString Shortened(const CString& text)
-    {
-        return text.GetLength() <= kMaximumTooltipUnits ? text : text.Left(kMaximumTooltipUnits) + u"…";
-    }
-
     void WriteShape(const TopicShape& shape, const Look& look, int level)
     {
         const CrkFloatRect& r = shape.bounds;
@@ -301,12 +294,13 @@ private:
     const Legend& m_legend;
     const Design m_design;
     XmlStream m_xml;
+    TopicIds m_ids;
 };
 
 }  // namespace
 
 void WriteSvg(const Outline& outline, const MapLayout& map, const Legend& legend, const Design& design,
-              const std::vector<CString>& topicIds, const TextSink& sink, const ProgressHook& progress)
+              const std::vector<CString>& topicGuids, const TextSink& sink, const ProgressHook& progress)
 {
     SvgDocument document(outline, map, legend, design, sink);
     document.Begin();
@@ -315,7 +309,7 @@ void WriteSvg(const Outline& outline, const MapLayout& map, const Legend& legend
     document.EndConnections();
     for (std::size_t i = 0; i < outline.topics.size(); ++i) {
         Tell(progress, "drawing", i, outline.topics.size());
-        document.WriteTopic(i, topicIds[i]);
+        document.WriteTopic(i, topicGuids[i]);
     }
     document.WriteLegend();
     document.End();

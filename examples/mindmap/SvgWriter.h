@@ -11,9 +11,11 @@ namespace mindmap {
 /// Takes the map piece by piece.
 using TextSink = std::function<void(const CString&)>;
 
-/// Writes the map as one SVG 1.1 document, well-formed whatever the texts are. Every topic is a group whose id is "t"
-/// and its GUID; `topicIds` gets these, in the outline's order.
+/// Writes the map as one SVG document, well-formed whatever the texts are. Every topic is a group with an id (TopicIds),
+/// its GUID, a tooltip (ComposeTooltip) and, where it has a link that may be followed, that one.
+///
+/// @param topicGuids  in the outline's order.
 void WriteSvg(const Outline& outline, const MapLayout& map, const Legend& legend, const Design& design,
-              const std::vector<CString>& topicIds, const TextSink& sink, const ProgressHook& progress = {});
+              const std::vector<CString>& topicGuids, const TextSink& sink, const ProgressHook& progress = {});
 
 }  // namespace mindmap

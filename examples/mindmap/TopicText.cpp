@@ -1,20 +1,23 @@
 #include "mindmap/TopicText.h"
 
+#include "mindmap/Dates.h"
+#include "mindmap/Link.h"
 #include "mindmap/Style.h"
 
 #include <algorithm>
-#include <string_view>
+#include <utility>
 
 namespace mindmap {
 
 namespace {
 
 constexpr int kIconSpace = kIconSize + kIconGap;
+constexpr char16_t kWeekSign[] = u" · ";
 
 /// Puts lines below each other.
 class Composer {
 public:
-    explicit Composer(const Topic& topic) : m_topic(topic), m_style(StyleOf(topic.level)) {}
+    Composer(const Topic& topic, const BranchSum& sum) : m_topic(topic), m_sum(sum), m_style(StyleOf(topic.level)) {}
 
     TopicText Compose()
     {
@@ -24,7 +27,9 @@ public:
         m_titleRunCount = m_block.runs.size();
         AddLines(DrawableText(m_topic.note), TextRole::Note, kDetailFont, kNoteLineCount);
         AddFacts();
-        AddFact(ShownLink(m_topic.link), TextRole::Link);
+        const Link link = ReadLink(m_topic.link);
+        AddFact(link.address, TextRole::Link);
+        AddFact(link.parameters, TextRole::More);
         const bool hasDetails = m_block.runs.size() > m_titleRunCount;
         m_block.isCentred = m_topic.level == 0 || !hasDetails;
         if (m_block.isCentred)
@@ -46,7 +51,10 @@ private:
         m_block.runs.push_back({text, role, direction, start, m_block.height + Ascent(font), width, HasIcon(role)});
     }
 
-    static bool HasIcon(TextRole role) { return role != TextRole::Title && role != TextRole::Note; }
+    static bool HasIcon(TextRole role)
+    {
+        return role == TextRole::Date || role == TextRole::Amount || role == TextRole::Link;
+    }
 
     void AddLines(const CString& text, TextRole role, Font font, int maximumLineCount)
     {
@@ -79,15 +87,21 @@ private:
         m_block.height += LineHeight(kDetailFont);
     }
 
-    /// Date and amount stand on one line where there is room for both.
+    /// Dates, weeks and amount stand on one line where there is room for them.
     void AddFacts()
     {
-        CString date = OneLine(m_topic.date, m_style.maximumTextWidth - kIconSpace);
-        CString amount = OneLine(m_topic.amount, m_style.maximumTextWidth - kIconSpace);
+        const int availableWidth = m_style.maximumTextWidth - kIconSpace;
+        CString date = ShownDate(m_topic.date);
+        CString weeks = ShownWeeks(m_topic.date);
+        if (!weeks.IsEmpty() && TextWidth(date + kWeekSign + weeks, kDetailFont) <= availableWidth)
+            date += kWeekSign + std::exchange(weeks, CString());
+        date = OneLine(date, availableWidth);
+        const CString amount = OneLine(ShownAmount(m_topic, m_sum), availableWidth);
         const int amountStart = kIconSpace + TextWidth(date, kDetailFont) + kFactGap + kIconSpace;
-        if (date.IsEmpty() || amount.IsEmpty() ||
+        if (date.IsEmpty() || amount.IsEmpty() || !weeks.IsEmpty() ||
             amountStart + TextWidth(amount, kDetailFont) > m_style.maximumTextWidth) {
             AddFact(date, TextRole::Date);
+            AddFact(weeks, TextRole::More);
             AddFact(amount, TextRole::Amount);
             return;
         }
@@ -95,18 +109,6 @@ private:
         AddRun(date, TextRole::Date, DirectionOf(date), kDetailFont, kIconSpace);
         AddRun(amount, TextRole::Amount, DirectionOf(amount), kDetailFont, amountStart);
         m_block.height += LineHeight(kDetailFont);
-    }
-
-    /// A web address without its scheme and closing slash, which say little.
-    static CString ShownLink(const CString& link)
-    {
-        std::u16string_view shown = link.View();
-        for (std::u16string_view scheme : {u"https://", u"http://", u"mailto:"})
-            if (shown.starts_with(scheme))
-                shown.remove_prefix(scheme.size());
-        if (shown.ends_with(u'/'))
-            shown.remove_suffix(1);
-        return shown;
     }
 
     /// Moves every line to the middle; runs on one baseline are one line.
@@ -123,6 +125,7 @@ private:
     }
 
     const Topic& m_topic;
+    const BranchSum& m_sum;
     const LevelStyle& m_style;
     TopicText m_block;
     std::size_t m_titleRunCount = 0;
@@ -130,19 +133,9 @@ private:
 
 }  // namespace
 
-TopicText ComposeText(const Topic& topic)
+TopicText ComposeText(const Topic& topic, const BranchSum& sum)
 {
-    return Composer(topic).Compose();
-}
-
-CString FollowableLink(const Topic& topic)
-{
-    CString link = topic.link;
-    link.Trim();
-    const auto beginsWith = [&](const CString& scheme) {
-        return link.Left(scheme.GetLength()).CompareNoCase(scheme) == 0;
-    };
-    return beginsWith(u"https://") || beginsWith(u"http://") || beginsWith(u"mailto:") ? link : CString();
+    return Composer(topic, sum).Compose();
 }
 
 }  // namespace mindmap

@@ -1,13 +1,20 @@
 #pragma once
 
-#include "mindmap/Outline.h"
+#include "mindmap/BranchSums.h"
 #include "mindmap/TextMeasure.h"
 
 #include <vector>
 
 namespace mindmap {
 
-enum class TextRole { Title, Note, Date, Amount, Link };
+enum class TextRole {
+    Title,
+    Note,
+    Date,
+    Amount,
+    Link,
+    More,  ///< goes on with what stands above it: the weeks of dates, the parameters of a link
+};
 
 /// A piece of a topic's text on one line.
 struct TextRun {
@@ -21,7 +28,8 @@ struct TextRun {
     bool hasIcon;  ///< a sign for the role stands before the text, kIconSize wide and kIconGap away
 };
 
-/// The text of a topic, broken into lines and put in its places: the title, then note, date and amount, and link.
+/// The text of a topic, broken into lines and put in its places: the title, then note, date and amount, and link; dates
+/// and figures in the user's locale.
 struct TopicText {
     std::vector<TextRun> runs;
     int width = 0;
@@ -31,9 +39,6 @@ struct TopicText {
     bool isShortened = false;                      ///< something of it had to be cut off
 };
 
-TopicText ComposeText(const Topic& topic);
-
-/// The link's target when a click may follow it: a web or mail address ("https:", "http:", "mailto:"), else "".
-CString FollowableLink(const Topic& topic);
+TopicText ComposeText(const Topic& topic, const BranchSum& sum);
 
 }  // namespace mindmap

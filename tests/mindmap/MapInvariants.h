@@ -129,7 +129,8 @@ inline std::string SvgOf(const Outline& outline, const MapLayout& map)
 struct XmlFacts {
     bool isWellFormed = false;
     std::multiset<std::string> elements;
-    std::set<std::string> ids;
+    std::multiset<std::string> ids;
+    std::set<std::string> guids;
     std::set<std::string> links;
     std::string text;
 };
@@ -145,6 +146,8 @@ inline XmlFacts ParseXml(const std::string& document)
         for (; *attributes != nullptr; attributes += 2) {
             if (std::string_view(attributes[0]) == "id")
                 seen.ids.insert(attributes[1]);
+            if (std::string_view(attributes[0]) == "data-guid")
+                seen.guids.insert(attributes[1]);
             if (std::string_view(name) == "a")
                 seen.links.insert(attributes[1]);
         }
