@@ -5,7 +5,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 run_packages=(g++ cmake ninja-build libicu-dev libexpat1-dev libsqlite3-dev)
 test_packages=("${run_packages[@]}" libgtest-dev libgmock-dev libxml2-dev locales tzdata)
 ci_packages=("${test_packages[@]}" clang libclang-rt-dev clang-format-14 clang-tidy-14
-             libbenchmark-dev pkgconf)
+             libbenchmark-dev pkgconf valgrind)
 
 # Installs those of the packages that are missing; where that is not allowed, says what to ask for and ends the script.
 # RK_INSTALL=no keeps it from installing anything.
