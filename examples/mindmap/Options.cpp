@@ -1,5 +1,7 @@
 #include "mindmap/Options.h"
 
+#include "mindmap/Placeholders.h"
+
 #include <RkUtilities/foundation/NativePath.h>
 
 #include <algorithm>
@@ -9,7 +11,7 @@ namespace mindmap {
 
 const char kHelp[] = R"(mindmap: draws an outline as a mind map
 
-Usage: mindmap OUTLINE [-o MAP.svg] [--log FOLDER]
+Usage: mindmap OUTLINE [-o MAP.svg] [--log FOLDER] [--locale NAME]
 
   OUTLINE       an OPML 2.0 file; or a text whose lines are indented below
                 each other; or Markdown with headings and lists
@@ -17,11 +19,12 @@ Usage: mindmap OUTLINE [-o MAP.svg] [--log FOLDER]
                 A map that is there is replaced when the new one is complete.
   --log FOLDER  where messages.xml logs the run and settings.xml says what is
                 logged; otherwise beside the map, with its name and .log
+  --locale NAME the user's locale, such as de_DE; otherwise the shell's
   --help        this text
 
 The first topic is the centre when all others are below it; otherwise the
-outline's title or file name is. In OPML, "_note" and "url" go with a topic,
-"date" and "amount" as well, as they are written.
+outline's title or file name is. In OPML, "_note", "url", "date" and "amount"
+go with a topic. Paths may hold %NAME% for an environment variable.
 
 Exit status: 0 when the map is drawn; 1 when the outline cannot be read or the
 map not be written, with the reason and the line on standard error; 2 when the
@@ -35,7 +38,11 @@ struct TextOption {
     std::string_view name;
     CString Options::*value;
 };
-constexpr std::array<TextOption, 2> kTextOptions = {{{"-o", &Options::mapPath}, {"--log", &Options::logFolder}}};
+constexpr std::array<TextOption, 3> kTextOptions = {{
+    {"-o", &Options::mapPath},
+    {"--log", &Options::logFolder},
+    {"--locale", &Options::locale},
+}};
 
 struct Switch {
     std::string_view name;
@@ -90,7 +97,7 @@ private:
     {
         if (!value.IsEmpty())
             throw UsageError{CString(u"one too many: ") + rk::PathText(argument)};
-        value = rk::PathText(argument);
+        value = ExpandPlaceholders(rk::PathText(argument));
     }
 
     const std::vector<std::string_view>& m_arguments;

@@ -7,11 +7,13 @@
 
 namespace mindmap {
 
-/// What a command asks for. Paths that it does not name are empty.
+/// What a command asks for. Paths that it does not name are empty; in the others, placeholders are expanded
+/// (ExpandPlaceholders).
 struct Options {
     CString outlinePath;
     CString mapPath;
     CString logFolder;
+    CString locale;  ///< "" for that of the environment
     bool wantsHelp = false;
 };
 

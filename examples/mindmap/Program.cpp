@@ -12,6 +12,7 @@
 #include <RkUtilities/guid/CrkGuid.h>
 #include <RkUtilities/logging/CrkLogTypes.h>
 #include <RkUtilities/paths/SECFileSystem.h>
+#include <RkUtilities/platform/UserLocale.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -32,6 +33,15 @@ CString WithExtension(const CString& path, const CString& extension)
     const CString base = files.GetBaseFileName(path);
     return files.GetPath(path, /*keepDrive=*/1) + (base.IsEmpty() ? fileName : base) + extension;
 }
+
+/// The user's locale, as long as the object lives; the environment's when the name is empty.
+class UserLocale {
+public:
+    explicit UserLocale(const CString& name) { rk::platform::SetUserLocale(name.ToUtf8()); }
+    ~UserLocale() { rk::platform::SetUserLocale({}); }
+    UserLocale(const UserLocale&) = delete;
+    UserLocale& operator=(const UserLocale&) = delete;
+};
 
 /// Fills in the paths that the command leaves out.
 ///
@@ -71,7 +81,7 @@ std::vector<CString> NameTopics(const Outline& outline, const MapLayout& map, Ru
         ids.push_back(CrkGuid::GuidToString(id));
         if (map.shapes[i].text.isShortened)
             log.Write(CrkLogWriter::LogNotice,
-                      CString(u"Shortened t") + ids.back() + u", which begins in line " +
+                      CString(u"Shortened ") + ids.back() + u", which begins in line " +
                           CString(std::to_string(outline.topics[i].line)),
                       u"Layout", id);
     }
@@ -148,6 +158,7 @@ int RunProgram(const std::vector<std::string_view>& arguments, std::ostream& out
             return 0;
         }
         CompletePaths(options);
+        const UserLocale locale(options.locale);
         return Run(options, out, err);
     } catch (const UsageError& error) {
         err << "mindmap: " << error.reason << "; see mindmap --help\n";
