@@ -2,6 +2,7 @@
 
 /// The whole public interface in one include.
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/collections/CorvaneNSArrayAdditions.h"
 #include "RkUtilities/color/CrkBaseColorTable.h"
 #include "RkUtilities/color/CrkColorConverter.h"
@@ -28,7 +29,6 @@
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/foundation/NodePool.h"
 #include "RkUtilities/foundation/POSITION.h"
-#include "RkUtilities/foundation/RkExport.h"
 #include "RkUtilities/foundation/StUTF8Buffer.h"
 #include "RkUtilities/geometry/CGAffineTransform.h"
 #include "RkUtilities/geometry/CrkFloatMargin.h"

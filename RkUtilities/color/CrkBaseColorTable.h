@@ -1,7 +1,7 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CString.h"
-#include "RkUtilities/foundation/RkExport.h"
 
 /// The application's table of named colors: it derives from this class and sets one table, so that a color can be shown by its name
 /// in the user's language.

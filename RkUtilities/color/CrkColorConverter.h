@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RkUtilities/foundation/RkExport.h"
+#include "RkUtilities/RkExport.h"
 
 /// Colors in their two 32-bit forms, and shades of them.
 ///

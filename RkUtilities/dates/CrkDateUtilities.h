@@ -1,11 +1,11 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CAtlArray.h"
 #include "RkUtilities/foundation/CAtlMap.h"
 #include "RkUtilities/foundation/COleDateTime.h"
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/CTime.h"
-#include "RkUtilities/foundation/RkExport.h"
 
 /// Dates as texts, between UTC and local time, by day and by week, and the calendar of working days.
 ///

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CObject.h"
-#include "RkUtilities/foundation/RkExport.h"
 
 /// The base of the exceptions that are thrown as pointers to objects made with `new`.
 ///

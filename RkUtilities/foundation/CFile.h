@@ -1,9 +1,9 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CFileException.h"
 #include "RkUtilities/foundation/CFileStatus.h"
 #include "RkUtilities/foundation/CString.h"
-#include "RkUtilities/foundation/RkExport.h"
 
 /// An open file, and what can be done to a file by its path.
 ///

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CException.h"
 #include "RkUtilities/foundation/CString.h"
-#include "RkUtilities/foundation/RkExport.h"
 
 /// Why a file operation failed.
 ///

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RkUtilities/foundation/RkExport.h"
+#include "RkUtilities/RkExport.h"
 
 /// What an object can tell about its class at run time.
 struct CRuntimeClass {

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/COleDateTimeSpan.h"
 #include "RkUtilities/foundation/CTime.h"
-#include "RkUtilities/foundation/RkExport.h"
 
 #include <compare>
 

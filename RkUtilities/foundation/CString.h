@@ -1,7 +1,7 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/FormatArgument.h"
-#include "RkUtilities/foundation/RkExport.h"
 
 #include <array>
 #include <climits>

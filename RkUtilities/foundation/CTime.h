@@ -1,7 +1,7 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CTimeSpan.h"
-#include "RkUtilities/foundation/RkExport.h"
 
 #include <compare>
 #include <ctime>

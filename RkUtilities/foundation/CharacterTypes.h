@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RkUtilities/foundation/RkExport.h"
+#include "RkUtilities/RkExport.h"
 
 /// The number at the start of a zero-terminated UTF-16 text: blanks (Unicode White_Space), an optional "+" or "-",
 /// decimal digits 0 to 9.

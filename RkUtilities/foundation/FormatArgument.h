@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RkUtilities/foundation/RkExport.h"
+#include "RkUtilities/RkExport.h"
 
 #include <concepts>
 #include <cstddef>

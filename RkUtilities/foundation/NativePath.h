@@ -1,7 +1,7 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CString.h"
-#include "RkUtilities/foundation/RkExport.h"
 
 #include <string>
 #include <string_view>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RkUtilities/foundation/RkExport.h"
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/geometry/CGAffineTransform.h"
 #include "RkUtilities/geometry/CrkFloatPoint.h"
 #include "RkUtilities/geometry/CrkFloatRect.h"

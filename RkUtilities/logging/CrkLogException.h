@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RkUtilities/foundation/RkExport.h"
+#include "RkUtilities/RkExport.h"
 
 /// The log folder is missing and could not be created. `CrkLogWriter::Log` throws it, by value, after it has released
 /// its mutex.

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CAtlMap.h"
 #include "RkUtilities/foundation/CObject.h"
 #include "RkUtilities/foundation/CString.h"
-#include "RkUtilities/foundation/RkExport.h"
 #include "RkUtilities/logging/ErkLogLevel.h"
 
 /// What the log writer writes, as read from a settings file.

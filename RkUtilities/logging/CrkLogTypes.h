@@ -1,7 +1,7 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CString.h"
-#include "RkUtilities/foundation/RkExport.h"
 
 /// The names of the predefined log categories, so that all modules write them alike. Any other text is a category
 /// too; one that is not given is "General", which is none of these.

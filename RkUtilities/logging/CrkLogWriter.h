@@ -1,10 +1,10 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CFDateFormatterStyle.h"
 #include "RkUtilities/foundation/CFUUIDBytes.h"
 #include "RkUtilities/foundation/CObject.h"
 #include "RkUtilities/foundation/CString.h"
-#include "RkUtilities/foundation/RkExport.h"
 #include "RkUtilities/guid/CrkGuid.h"
 #include "RkUtilities/logging/CrkLogSettings.h"
 #include "RkUtilities/logging/ErkLogLevel.h"

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CAtlList.h"
 #include "RkUtilities/foundation/CObject.h"
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/CTime.h"
-#include "RkUtilities/foundation/RkExport.h"
 
 class CFile;
 struct CFileStatus;

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CAtlArray.h"
 #include "RkUtilities/foundation/CAtlList.h"
 #include "RkUtilities/foundation/CAtlMap.h"
 #include "RkUtilities/foundation/CElementTraits.h"
 #include "RkUtilities/foundation/CString.h"
-#include "RkUtilities/foundation/RkExport.h"
 
 /// What an application asks of topic texts, names and lists of names, and makes of them.
 ///
