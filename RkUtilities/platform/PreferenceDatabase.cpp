@@ -1,8 +1,13 @@
 #include "RkUtilities/platform/PreferenceDatabase.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fcntl.h>
+#include <iterator>
+#include <optional>
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 #include <vector>
 
@@ -12,13 +17,57 @@ namespace {
 
 constexpr int kBusyMilliseconds = 10000;
 
-// UTF-16 inside keeps any sequence of code units, lone surrogates and U+0000 included. The journal written ahead needs one
-// flush a transaction; FULL waits for it, so that what is reported as stored survives a power cut.
-constexpr const char* kOpening = "PRAGMA encoding = 'UTF-16le';"
-                                 "PRAGMA journal_mode = WAL;"
-                                 "PRAGMA synchronous = FULL;"
-                                 "CREATE TABLE IF NOT EXISTS preferences (scope TEXT NOT NULL, name TEXT NOT NULL,"
-                                 " type TEXT NOT NULL, value, PRIMARY KEY (scope, name)) WITHOUT ROWID;";
+// UTF-16 inside keeps any sequence of code units, lone surrogates and U+0000 included.
+constexpr const char* kEncoding = "PRAGMA encoding = 'UTF-16le';";
+// A journal written ahead needs one flush a transaction, but also memory that all who use the database share: where
+// they may be on several machines, it is the older kind of journal.
+constexpr const char* kJournalOfOneMachine = "PRAGMA journal_mode = WAL;";
+constexpr const char* kJournalOfSeveral = "PRAGMA journal_mode = TRUNCATE;";
+// FULL waits for the disk, so that what is reported as stored survives a power cut.
+constexpr const char* kTable = "PRAGMA synchronous = FULL;"
+                               "CREATE TABLE IF NOT EXISTS preferences (scope TEXT NOT NULL, name TEXT NOT NULL,"
+                               " type TEXT NOT NULL, value, PRIMARY KEY (scope, name)) WITHOUT ROWID;";
+
+bool MayBeOnSeveralMachines(const std::string& path)
+{
+    constexpr std::uint32_t kSharedFileSystems[] = {
+        0x6969,      // NFS
+        0x517B,      // SMB
+        0xFF534D42,  // CIFS
+        0xFE534D42,  // SMB 2 and 3
+        0x5346414F,  // AFS
+        0x00C36400,  // Ceph
+        0x01021997,  // 9P
+        0x65735546,  // FUSE, which sshfs and others use
+    };
+    struct statfs facts {};
+    return statfs(path.c_str(), &facts) == 0 &&
+           std::find(std::begin(kSharedFileSystems), std::end(kSharedFileSystems),
+                     static_cast<std::uint32_t>(facts.f_type)) != std::end(kSharedFileSystems);
+}
+
+std::optional<std::pair<std::uint64_t, std::uint64_t>> FileAt(const std::string& path)
+{
+    struct stat facts {};
+    if (stat(path.c_str(), &facts) != 0)
+        return std::nullopt;
+    return std::pair<std::uint64_t, std::uint64_t>(facts.st_dev, facts.st_ino);
+}
+
+/// A path as SQLite's URIs spell it.
+std::string UriOf(const std::string& path)
+{
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string uri = "file:";
+    for (const char c : path) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '%' || c == '?' || c == '#')
+            uri.append({'%', kDigits[byte / 16U], kDigits[byte % 16U]});
+        else
+            uri += c;
+    }
+    return uri;
+}
 
 constexpr const char* kBoolean = "boolean";
 constexpr const char* kNumber = "number";
@@ -41,26 +90,36 @@ private:
     int m_code;
 };
 
-void Bind(sqlite3_stmt* statement, int index, std::u16string_view text)
+// These give SQLITE_OK, or why not: a value that is not bound would be stored as NULL.
+
+int FirstFailure(int code, int nextCode)
 {
-    sqlite3_bind_text16(statement, index, text.empty() ? u"" : text.data(),
-                        static_cast<int>(text.size() * sizeof(char16_t)), SQLITE_TRANSIENT);
+    return code != SQLITE_OK ? code : nextCode;
 }
 
-void Bind(sqlite3_stmt* statement, const PreferenceKey& key, const PreferenceValue& value)
+int BindText(sqlite3_stmt* statement, int index, std::u16string_view text)
 {
-    sqlite3_bind_text(statement, 1, key.first.c_str(), static_cast<int>(key.first.size()), SQLITE_TRANSIENT);
-    Bind(statement, 2, key.second);
-    if (const auto* const boolean = std::get_if<bool>(&value)) {
-        sqlite3_bind_text(statement, 3, kBoolean, -1, SQLITE_STATIC);
-        sqlite3_bind_int(statement, 4, *boolean ? 1 : 0);
-    } else if (const auto* const number = std::get_if<std::int64_t>(&value)) {
-        sqlite3_bind_text(statement, 3, kNumber, -1, SQLITE_STATIC);
-        sqlite3_bind_int64(statement, 4, *number);
-    } else {
-        sqlite3_bind_text(statement, 3, kString, -1, SQLITE_STATIC);
-        Bind(statement, 4, std::get<std::u16string>(value));
-    }
+    return sqlite3_bind_text64(statement, index, reinterpret_cast<const char*>(text.empty() ? u"" : text.data()),
+                               text.size() * sizeof(char16_t), SQLITE_STATIC, SQLITE_UTF16);
+}
+
+int BindValue(sqlite3_stmt* statement, int typeIndex, int valueIndex, const PreferenceValue& value)
+{
+    const auto bindType = [&](const char* type) {
+        return sqlite3_bind_text(statement, typeIndex, type, -1, SQLITE_STATIC);
+    };
+    if (const auto* const boolean = std::get_if<bool>(&value))
+        return FirstFailure(bindType(kBoolean), sqlite3_bind_int(statement, valueIndex, *boolean ? 1 : 0));
+    if (const auto* const number = std::get_if<std::int64_t>(&value))
+        return FirstFailure(bindType(kNumber), sqlite3_bind_int64(statement, valueIndex, *number));
+    return FirstFailure(bindType(kString), BindText(statement, valueIndex, std::get<std::u16string>(value)));
+}
+
+/// The texts are the caller's, which keeps them until the row is written.
+int Bind(sqlite3_stmt* statement, const PreferenceKey& key, const PreferenceValue& value)
+{
+    const int scope = sqlite3_bind_text(statement, 1, key.first.c_str(), -1, SQLITE_STATIC);
+    return FirstFailure(scope, FirstFailure(BindText(statement, 2, key.second), BindValue(statement, 3, 4, value)));
 }
 
 std::u16string TextAt(sqlite3_stmt* statement, int column)
@@ -110,14 +169,37 @@ PreferenceDatabase::Result PreferenceDatabase::Open(const std::string& path)
     const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (descriptor >= 0)
         ::close(descriptor);
+    m_path = path;
+    if (const Result opened = OpenWith(path, SQLITE_OPEN_READWRITE); opened != Result::Done)
+        return opened;
+    m_file = FileAt(path).value_or(m_file);
+    const char* const journal = MayBeOnSeveralMachines(path) ? kJournalOfSeveral : kJournalOfOneMachine;
+    return Run((std::string(kEncoding) + journal + kTable).c_str());
+}
+
+PreferenceDatabase::Result PreferenceDatabase::OpenWith(const std::string& path, int flags)
+{
     sqlite3* database = nullptr;
-    const int code = sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_FULLMUTEX, nullptr);
+    const int code = sqlite3_open_v2(path.c_str(), &database, flags | SQLITE_OPEN_FULLMUTEX, nullptr);
     m_database.reset(database);
     if (code != SQLITE_OK)
         return Judge(code);
     sqlite3_busy_timeout(database, kBusyMilliseconds);
     sqlite3_extended_result_codes(database, 0);
-    return Run(kOpening);
+    return Result::Done;
+}
+
+bool PreferenceDatabase::IsInPlace() const
+{
+    return FileAt(m_path) == m_file;
+}
+
+PreferenceDatabase::Result PreferenceDatabase::Check()
+{
+    Statement check(m_database.get(), "PRAGMA quick_check(1)");
+    if (const int code = check.Step(); code != SQLITE_ROW)
+        return Judge(code);
+    return AsciiAt(check.Get(), 0) == "ok" ? Result::Done : Judge(SQLITE_CORRUPT);
 }
 
 void PreferenceDatabase::Abandon()
@@ -133,8 +215,10 @@ PreferenceDatabase::Result PreferenceDatabase::Store(const PreferenceMap& values
         return begun;
     for (const auto& [key, value] : values) {
         Statement insert(m_database.get(), "INSERT OR REPLACE INTO preferences VALUES (?1, ?2, ?3, ?4)");
-        Bind(insert.Get(), key, value);
-        if (const int code = insert.Step(); code != SQLITE_DONE) {
+        int code = Bind(insert.Get(), key, value);
+        if (code == SQLITE_OK)
+            code = insert.Step();
+        if (code != SQLITE_DONE) {
             const Result failure = Judge(code);
             sqlite3_exec(m_database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
             return failure;
@@ -155,6 +239,23 @@ PreferenceDatabase::Result PreferenceDatabase::ReadIfChanged(std::optional<Prefe
     const std::int64_t current = sqlite3_column_int64(version.Get(), 0);
     if (current == m_readVersion)
         return Result::Done;
+    const Result result = ReadAll(values);
+    if (result == Result::Done)
+        m_readVersion = current;
+    return result;
+}
+
+PreferenceDatabase::Result PreferenceDatabase::ReadUnwritable(const std::string& path,
+                                                              std::optional<PreferenceMap>& values)
+{
+    // Where there is no journal the file is all there is, and nothing needs to be made beside it.
+    const char* const mode = access((path + "-wal").c_str(), F_OK) == 0 ? "?mode=ro" : "?immutable=1";
+    const Result opened = OpenWith(UriOf(path) + mode, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
+    return opened == Result::Done ? ReadAll(values) : opened;
+}
+
+PreferenceDatabase::Result PreferenceDatabase::ReadAll(std::optional<PreferenceMap>& values)
+{
     PreferenceMap read;
     Statement rows(m_database.get(), "SELECT scope, name, type, value FROM preferences");
     int code = rows.Step();
@@ -164,7 +265,6 @@ PreferenceDatabase::Result PreferenceDatabase::ReadIfChanged(std::optional<Prefe
     }
     if (code != SQLITE_DONE)
         return Judge(code);
-    m_readVersion = current;
     values = std::move(read);
     return Result::Done;
 }

@@ -18,7 +18,11 @@ using PreferenceMap = std::map<PreferenceKey, PreferenceValue>;
 /// One open database file with the table `preferences` (scope, name, type, value). Not safe from two threads at once.
 class PreferenceDatabase {
 public:
-    enum class Result { Done, Failed, Damaged };
+    enum class Result {
+        Done,
+        Failed,
+        Damaged,  ///< the file is no sound database
+    };
 
     PreferenceDatabase() noexcept;
     ~PreferenceDatabase();
@@ -28,6 +32,10 @@ public:
     /// Opens or makes the file (mode 0600).
     Result Open(const std::string& path);
     [[nodiscard]] bool IsOpen() const noexcept { return m_database != nullptr; }
+    /// Whether the path still leads to the open file.
+    [[nodiscard]] bool IsInPlace() const;
+    /// Looks at every page of the file.
+    Result Check();
     /// Forgets the file without touching it: a connection must not be carried across `fork`.
     void Abandon();
 
@@ -35,6 +43,8 @@ public:
     Result Store(const PreferenceMap& values);
     /// Reads all values if another process has stored some since the last reading, else none.
     Result ReadIfChanged(std::optional<PreferenceMap>& values);
+    /// Reads all values of a file that may not be written, in a folder that may not be written.
+    Result ReadUnwritable(const std::string& path, std::optional<PreferenceMap>& values);
     /// Why the last call failed.
     [[nodiscard]] const std::string& Failure() const noexcept { return m_failure; }
 
@@ -43,11 +53,15 @@ private:
         void operator()(sqlite3* database) const noexcept;
     };
 
+    Result OpenWith(const std::string& path, int flags);
     Result Run(const char* statements);
+    Result ReadAll(std::optional<PreferenceMap>& values);
     Result Judge(int code);
 
     std::unique_ptr<sqlite3, Close> m_database;
-    std::int64_t m_readVersion = -1;  // SQLite's data_version at the last reading
+    std::string m_path;
+    std::pair<std::uint64_t, std::uint64_t> m_file;  // device and inode
+    std::int64_t m_readVersion = -1;                 // SQLite's data_version at the last reading
     std::string m_failure;
 };
 

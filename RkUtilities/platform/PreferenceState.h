@@ -12,7 +12,7 @@ struct PreferenceState {
     std::string database;
     /// Why the last synchronisation failed; "" when it did not. What was not stored waits for the next one.
     std::string lastFailure;
-    /// Where a damaged database was put aside by this process, under the date of that day; "" when none was.
+    /// Where this process last put a damaged database aside, under the date of that day; "" when it did not.
     std::string damagedDatabase;
 };
 

@@ -1,11 +1,14 @@
 #include "RkUtilities/platform/PreferenceStore.h"
 
 #include "RkUtilities/platform/ApplicationName.h"
+#include "RkUtilities/platform/FileCalls.h"
+#include "RkUtilities/platform/FreeNames.h"
 #include "RkUtilities/platform/PreferenceDatabase.h"
 #include "RkUtilities/platform/PreferenceState.h"
 #include "RkUtilities/platform/UserFolders.h"
 
 #include <algorithm>
+#include <atomic>
 #include <ctime>
 #include <fcntl.h>
 #include <filesystem>
@@ -44,6 +47,7 @@ std::string ExecutableName()
     return error || !path.has_filename() ? "application" : path.filename().string();
 }
 
+/// A name beside `path` that tells the date and is free.
 std::string DatedName(const std::string& path)
 {
     const std::time_t now = std::time(nullptr);
@@ -51,34 +55,27 @@ std::string DatedName(const std::string& path)
     localtime_r(&now, &fields);
     char date[32];
     const std::size_t length = std::strftime(date, sizeof date, "-damaged-%Y%m%d-%H%M%S", &fields);
-    return path + std::string(date, length);
+    const std::size_t nameStart = path.rfind('/') + 1;
+    const std::string name = path.substr(nameStart) + std::string(date, length);
+    const std::string folder = path.substr(0, nameStart);
+    return folder + NumberedName(name, FirstFreeNumber(folder, name, "", TakenBy::Anything), "");
 }
 
 /// Keeps other processes from putting the same database aside, or opening it meanwhile.
-class FolderLock {
-public:
-    explicit FolderLock(const std::string& folder)
-        : m_descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
-    {
-        if (m_descriptor >= 0)
-            flock(m_descriptor, LOCK_EX);
-    }
-    ~FolderLock()
-    {
-        if (m_descriptor >= 0)
-            ::close(m_descriptor);
-    }
-    FolderLock(const FolderLock&) = delete;
-    FolderLock& operator=(const FolderLock&) = delete;
-
-private:
-    int m_descriptor;
-};
+FileHandle LockFolder(const std::string& folder)
+{
+    FileHandle handle(Uninterrupted([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    if (handle)
+        static_cast<void>(Uninterrupted([&] { return flock(handle.Descriptor(), LOCK_EX); }));
+    return handle;
+}
 
 class Store {
 public:
-    ~Store()
+    /// The process ends. Who writes after this is stored at once.
+    void End()
     {
+        m_isEnding = true;
         if (m_used)
             Synchronize();
     }
@@ -103,10 +100,14 @@ public:
     {
         EnsureRead();
         const PreferenceKey key(scope == PreferenceScope::ThisHost ? m_thisHost : kAnyHost, name);
-        const std::lock_guard lock(m_valuesMutex);
-        m_pending.insert_or_assign(key, value);
-        m_values.insert_or_assign(key, std::move(value));
-        Index(key.second);
+        {
+            const std::lock_guard lock(m_valuesMutex);
+            m_pending.insert_or_assign(key, value);
+            m_values.insert_or_assign(key, std::move(value));
+            Index(key.second);
+        }
+        if (m_isEnding)
+            Synchronize();
     }
 
     bool Synchronize()
@@ -114,6 +115,8 @@ public:
         const std::lock_guard storage(m_storageMutex);
         m_used = true;
         const Result result = SynchronizeOpen();
+        if (m_isEnding)
+            m_database = PreferenceDatabase();
         const std::lock_guard lock(m_valuesMutex);
         m_state.lastFailure = result == Result::Done ? "" : m_failure;
         return result == Result::Done;
@@ -143,14 +146,24 @@ private:
 
     Result SynchronizeOpen()
     {
-        Result result = OpenOnce();
-        if (result == Result::Done)
-            result = StoreAndRead();
-        if (result != Result::Damaged)
-            return result;
-        PutAside();
-        result = OpenOnce();
-        return result == Result::Done ? StoreAndRead() : result;
+        constexpr int kMostTries = 3;  // a database that is put aside leaves two: to begin a new one, and to fill it
+        Result result = Result::Failed;
+        for (int tries = 0; tries < kMostTries; ++tries) {
+            result = OpenOnce();
+            if (result == Result::Done)
+                result = StoreAndRead();
+            if (result == Result::Damaged)
+                PutAside();
+            else if (result == Result::Failed || !m_hasMoreToStore)
+                break;
+        }
+        std::optional<PreferenceMap> read;
+        if (!m_database.IsOpen() && !m_path.empty() &&
+            PreferenceDatabase().ReadUnwritable(m_path, read) == Result::Done) {
+            const std::lock_guard lock(m_valuesMutex);
+            Replace(std::move(*read));
+        }
+        return result;
     }
 
     Result OpenOnce()
@@ -166,15 +179,15 @@ private:
             m_failure = "there is no folder for preferences";
             return Result::Failed;
         }
-        const FolderLock alone(folder);
-        const std::string path = folder + "/preferences.sqlite";
-        const Result result = m_database.Open(path);
+        const FileHandle alone = LockFolder(folder);
+        m_path = folder + "/preferences.sqlite";
+        const Result result = m_database.Open(m_path);
         if (result != Result::Done) {
             m_failure = m_database.Failure();
             m_database = PreferenceDatabase();
         }
         const std::lock_guard lock(m_valuesMutex);
-        m_state.database = path;
+        m_state.database = m_path;
         return result;
     }
 
@@ -204,14 +217,19 @@ private:
             const std::lock_guard lock(m_valuesMutex);
             storing.swap(m_pending);
         }
-        std::optional<PreferenceMap> read;
         Result result = storing.empty() ? Result::Done : m_database.Store(storing);
+        m_failure = m_database.Failure();
+        if (!m_database.IsInPlace())
+            result = Result::Damaged;  // what was stored is out of everybody's sight
         const bool stored = result == Result::Done;
-        if (stored)
-            result = m_database.ReadIfChanged(read);
-        if (result != Result::Done)
+        std::optional<PreferenceMap> read;
+        if (const Result reading = result == Result::Damaged ? result : m_database.ReadIfChanged(read);
+            stored && reading != Result::Done) {
             m_failure = m_database.Failure();
+            result = reading;
+        }
         const std::lock_guard lock(m_valuesMutex);
+        m_hasMoreToStore = false;
         if (!stored)
             m_pending.merge(storing);  // what was written meanwhile is newer
         if (read)
@@ -222,6 +240,11 @@ private:
     /// Takes what the database holds; what is not stored yet lies over it. With the values' mutex held.
     void Replace(PreferenceMap read)
     {
+        if (m_isBegunAnew) {  // what the process knows and the new database does not
+            for (const auto& [key, value] : m_values)
+                m_hasMoreToStore |= read.find(key) == read.end() && m_pending.emplace(key, value).second;
+            m_isBegunAnew = false;
+        }
         for (const auto& [key, value] : m_pending)
             read.insert_or_assign(key, value);
         m_values = std::move(read);
@@ -236,21 +259,22 @@ private:
     void PutAside()
     {
         m_database = PreferenceDatabase();
-        const std::lock_guard lock(m_valuesMutex);
-        const std::string path = m_state.database;
-        const FolderLock alone(path.substr(0, path.rfind('/')));
+        m_isBegunAnew = true;
+        const FileHandle alone = LockFolder(m_path.substr(0, m_path.rfind('/')));
         PreferenceDatabase again;  // another process may have put it aside already
-        std::optional<PreferenceMap> read;
-        if (again.Open(path) == Result::Done && again.ReadIfChanged(read) == Result::Done)
-            return;
+        Result found = again.Open(m_path);
+        if (found == Result::Done)
+            found = again.Check();
         again = PreferenceDatabase();
-        const std::string aside = DatedName(path);
-        for (const char* const suffix : {"", "-wal", "-shm"}) {
-            if (std::rename((path + suffix).c_str(), (aside + suffix).c_str()) == 0 && *suffix == '\0')
+        if (found != Result::Damaged)
+            return;
+        const std::string aside = DatedName(m_path);
+        for (const char* const suffix : {"", "-wal", "-shm", "-journal"}) {
+            if (std::rename((m_path + suffix).c_str(), (aside + suffix).c_str()) == 0 && *suffix == '\0') {
+                const std::lock_guard lock(m_valuesMutex);
                 m_state.damagedDatabase = aside;
+            }
         }
-        for (const auto& [key, value] : m_values)
-            m_pending.emplace(key, value);
     }
 
     const std::string m_thisHost = ThisHostScope();
@@ -258,9 +282,13 @@ private:
 
     std::mutex m_storageMutex;  // taken before the other one
     PreferenceDatabase m_database;
+    std::string m_path;
+    bool m_isBegunAnew = false;  // the database is another one than the values here came from
+    bool m_hasMoreToStore = false;
     pid_t m_process = getpid();
     std::string m_failure;
     bool m_used = false;
+    std::atomic<bool> m_isEnding = false;
 
     std::mutex m_valuesMutex;
     std::string m_applicationName;
@@ -272,7 +300,11 @@ private:
 
 Store& TheStore()
 {
-    static Store store;  // its destructor is the synchronisation at normal exit
+    // Never destroyed, since other objects may still write while the process ends.
+    static Store& store = *new Store;
+    static struct AtExit {
+        ~AtExit() { store.End(); }
+    } atExit;
     return store;
 }
 

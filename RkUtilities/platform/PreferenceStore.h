@@ -8,9 +8,9 @@
 
 /// The application's preferences: a map in memory, and a database file that it is synchronised with.
 ///
-/// Reads and writes touch memory only and are seen in the whole process at once. A synchronisation stores what was written since
-/// the last one, in one transaction that survives a kill and a power cut, and takes in what other processes have
-/// stored. Safe from any thread; a child after `fork` opens the database anew.
+/// Reads and writes touch memory only and are seen in the whole process at once. A synchronisation stores what was
+/// written since the last one, in one transaction that survives a kill and a power cut, and takes in what other
+/// processes have stored. Safe from any thread; a child after `fork` opens the database anew.
 namespace rk::platform {
 
 enum class PreferenceScope { AnyHost, ThisHost };
@@ -19,7 +19,8 @@ using PreferenceValue = std::variant<bool, std::int64_t, std::u16string>;
 /// The value for this host, else for any.
 std::optional<PreferenceValue> FindPreference(std::u16string_view name);
 void SetPreference(PreferenceScope scope, std::u16string_view name, PreferenceValue value);
-/// False when the database could not be written or read; the values stay in memory and wait for the next synchronisation.
+/// False when the database could not be written or read; the values stay in memory and wait for the next
+/// synchronisation.
 bool SynchronizePreferences();
 
 }  // namespace rk::platform

@@ -6,8 +6,8 @@
 
 #include <cstdint>
 
-/// Preferences read in one call; `SECRegistry` states the rules. Each call synchronises, so it sees what other processes have
-/// stored. Safe from any thread.
+/// Preferences read in one call; `SECRegistry` states the rules. Each call synchronises, so it sees what other
+/// processes have stored. Safe from any thread.
 class RK_EXPORT CrkRegistry : public CObject {
 public:
     CrkRegistry() = default;

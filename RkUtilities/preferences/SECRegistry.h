@@ -9,18 +9,25 @@
 
 /// The application's preferences behind the interface of a registry: named booleans, 32-bit numbers and strings.
 ///
-/// - The store is flat: a value is stored under its name alone. The key path is recorded and never looked at, so two paths
-///   cannot hold different values under one name. Names are zero-terminated UTF-16, compared exactly; null is the empty name.
-/// - The root key decides where a write goes: 1 is the user's preferences on this machine, which are stored at once; every
-///   other is the user's preferences on any machine, which are stored by the next `Open` or `Close` of any object and at
-///   normal exit. A read finds the value of this machine before the one of any machine, whatever the root key.
-/// - A write is seen in the whole process at once. What other processes have stored is seen after the next `Open` or `Close`.
-/// - The values live in $XDG_CONFIG_HOME (else ~/.config)/<application>/preferences.sqlite, mode 0600, in a table with scope,
-///   name, type and value; see platform/ApplicationName.h. What a synchronisation has stored survives a kill and a power cut.
-/// - Nothing is lost while the storage fails (full disk, read-only folder, a store that is busy for more than ten seconds, no
-///   home): values stay readable in the process and the next synchronisation tries again. A damaged database is put aside under
-///   a dated name and a new one begun with what the process knows. `rk::platform::GetPreferenceState` tells of both.
-/// - Any text is kept exactly: empty, lone surrogates, U+0000 inside a value, up to 1 GB.
+/// - The store is flat: a value is stored under its name alone. The key path is recorded and never looked at, so two
+///   paths cannot hold different values under one name. Names are zero-terminated UTF-16, compared exactly; null is the
+///   empty name.
+/// - The root key decides where a write goes: 1 is the user's preferences on this machine, which are stored at once;
+///   every other is the user's preferences on any machine, which are stored by the next `Open` or `Close` of any object
+///   and at normal exit; what the destructors of static objects write after that is stored at once. A read finds the
+///   value of this machine before the one of any machine, whatever the root key.
+/// - A write is seen in the whole process at once. What other processes have stored is seen after the next `Open` or
+///   `Close`.
+/// - The values live in $XDG_CONFIG_HOME (else ~/.config)/<application>/preferences.sqlite, mode 0600, in a table with
+///   scope, name, type and value; see platform/ApplicationName.h. What a synchronisation has stored survives a kill and
+///   a power cut, also where several machines share the home folder, if its file system keeps their locks.
+/// - Nothing is lost while the storage fails (full disk, read-only folder, a store that is busy for more than ten
+///   seconds, no home): values stay readable in the process and the next synchronisation tries again. What was stored
+///   before is read also from a folder that may not be written. A damaged database is put aside under a dated name, and
+///   a new one begun with what the process knows; so is one in place of a database that is moved or deleted meanwhile.
+///   `rk::platform::GetPreferenceState` tells how the storage fares.
+/// - Any text is kept exactly: empty, lone surrogates, U+0000 inside a value, up to 1 GB. A larger value stays in the
+///   process, and what is written after it with it, until a smaller one replaces it.
 /// - Different objects may be used from different threads at once. A read costs no file access. Memory exhausted is
 ///   `std::bad_alloc`; nothing else is thrown.
 class RK_EXPORT SECRegistry {

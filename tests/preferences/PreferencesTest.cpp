@@ -3,17 +3,16 @@
 #include "RkUtilities/preferences/CrkRegistry.h"
 #include "RkUtilities/preferences/SECRegistry.h"
 
+#include "tests/support/InChild.h"
 #include "tests/support/ScopedFolder.h"
 #include "tests/support/ScopedVariable.h"
 
 #include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <map>
 #include <random>
-#include <sys/stat.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -32,25 +31,16 @@ int Scaled(int count)
 template <class Step>
 pid_t Start(const Step& step)
 {
-    const pid_t child = fork();
-    if (child == 0) {
+    return StartChild([&step] {
         step();
         std::exit(testing::Test::HasFailure() ? 1 : 0);
-    }
-    return child;
-}
-
-int StatusOf(pid_t child)
-{
-    int status = 0;
-    waitpid(child, &status, 0);
-    return status;
+    });
 }
 
 template <class Step>
 void InAProcess(const Step& step)
 {
-    EXPECT_EQ(StatusOf(Start(step)), 0);
+    ExpectItEndsWell(Start(step));
 }
 
 CString TextOf(const char16_t* name)
@@ -116,9 +106,7 @@ TEST_F(Preferences, KeepTypesAndEveryTextFromOneProcessToTheNext)
         EXPECT_EQ(CrkRegistry::GetUserOrMachineRegKeyString(nullptr, CString(u"empty").GetUTF16Ptr(), &found), u"");
         EXPECT_FALSE(found);
     });
-    struct stat facts {};
-    ASSERT_EQ(stat(m_folder.Path(m_database).c_str(), &facts), 0);
-    EXPECT_EQ(facts.st_mode & 0777, 0600U);
+    EXPECT_EQ(m_folder.Mode(m_database), 0600U);
 }
 
 TEST_F(Preferences, OfThisHostComeFirst)
@@ -162,8 +150,7 @@ TEST_F(Preferences, OfManyProcessesAndThreadsAreAllKept)
             }
         }));
     }
-    for (const pid_t child : children)
-        EXPECT_EQ(StatusOf(child), 0);
+    std::for_each(children.begin(), children.end(), ExpectItEndsWell);
     InAProcess([valueCount] {
         for (int process = 0; process < 8; ++process) {
             for (int i = 0; i < valueCount; ++i) {
@@ -198,7 +185,7 @@ TEST_F(Preferences, ReportedAsStoredSurviveAKill)
         while (read(reports[0], &stored, sizeof stored) == sizeof stored) {
         }
         close(reports[0]);
-        StatusOf(writer);
+        waitpid(writer, nullptr, 0);
         InAProcess([stored] {
             std::uint32_t found = 0;
             EXPECT_TRUE(SECRegistry().GetValue(CString(u"count").GetUTF16Ptr(), found));
@@ -218,21 +205,96 @@ TEST_F(Preferences, WaitInTheProcessWhileTheStorageFails)
         SECRegistry().Close();
         EXPECT_EQ(rk::platform::GetPreferenceState().lastFailure, "");
     });
-    InAProcess([] { EXPECT_EQ(TextOf(u"name"), u"kept"); });
+    const ScopedNobody nobody(m_folder);
+    m_folder.SetMode("config/mind_maps", 0500);
+    InAProcess([this] {
+        EXPECT_EQ(TextOf(u"name"), u"kept");  // read where nothing may be written
+        Set(kAnyHost, u"other", u"kept too");
+        SECRegistry().Close();
+        EXPECT_EQ(TextOf(u"other"), u"kept too");
+        EXPECT_NE(rk::platform::GetPreferenceState().lastFailure, "");
+        m_folder.SetMode("config/mind_maps", 0700);
+    });
+    InAProcess([] { EXPECT_TRUE(TextOf(u"name") == u"kept" && TextOf(u"other") == u"kept too"); });
 }
 
-TEST_F(Preferences, PutADamagedDatabaseAside)
+/// What becomes of the database file, with `folder` the one that holds it.
+const std::map<std::string, void (*)(const std::string& folder)> kMisfortunes = {
+    {"deleted", [](const std::string& folder) { std::filesystem::remove_all(folder); }},
+    {"moved away",
+     [](const std::string& folder) {
+         std::filesystem::rename(folder + "/preferences.sqlite", folder + "/preferences.sqlite-gone");
+     }},
+    {"no database", [](const std::string& folder) { std::ofstream(folder + "/preferences.sqlite") << "damage"; }},
+    // What a store runs into and a reading does not see: the list of free pages.
+    {"damaged where it is free",
+     [](const std::string& folder) {
+         std::fstream file(folder + "/preferences.sqlite", std::ios::in | std::ios::out | std::ios::binary);
+         file.seekg(16);
+         unsigned char page[2], first[4];
+         file.read(reinterpret_cast<char*>(page), 2);
+         file.seekg(32);
+         file.read(reinterpret_cast<char*>(first), 4);
+         ASSERT_NE(first[2] * 256 + first[3], 0);
+         file.seekp((first[2] * 256 + first[3] - 1) * (page[0] * 256 + page[1]));
+         file << std::string(4096, '\xFF');
+     }},
+};
+
+TEST_F(Preferences, BeginANewDatabaseWithWhatTheProcessKnows)
 {
-    const std::string damage(5000, 'x');
-    m_folder.Write(m_database, damage);
-    InAProcess([&] {
-        Set(kAnyHost, u"name", u"new");
-        const rk::platform::PreferenceState state = rk::platform::GetPreferenceState();
-        EXPECT_EQ(state.lastFailure, "");
-        std::ifstream aside(state.damagedDatabase, std::ios::binary);
-        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(aside), {}), damage) << state.damagedDatabase;
-    });
-    InAProcess([] { EXPECT_EQ(TextOf(u"name"), u"new"); });
+    const CString large = std::u16string(100000, u'x');
+    for (const auto& [misfortune, happens] : kMisfortunes) {
+        SCOPED_TRACE(misfortune);
+        InAProcess([&] {  // leaves free pages
+            Set(kThisHost, u"large", large);
+            Set(kThisHost, u"large", u"");
+        });
+        const std::string folder = m_folder.Path("config/mind_maps");
+        const bool whileOpen = misfortune == "deleted" || misfortune == "moved away";
+        if (!whileOpen)
+            happens(folder);
+        InAProcess([&, happens = happens] {
+            Set(kThisHost, u"stored", u"before");
+            if (whileOpen)
+                happens(folder);
+            Set(kAnyHost, u"name", large);
+            SECRegistry().Close();
+            const rk::platform::PreferenceState state = rk::platform::GetPreferenceState();
+            EXPECT_EQ(state.lastFailure, "");
+            EXPECT_EQ(state.damagedDatabase.empty(), whileOpen);
+            EXPECT_EQ(std::filesystem::exists(state.damagedDatabase), !whileOpen);
+        });
+        InAProcess([&] { EXPECT_TRUE(TextOf(u"stored") == u"before" && TextOf(u"name") == large); });
+    }
+}
+
+TEST_F(Preferences, PutEachDamagedDatabaseAside)
+{
+    for (int round = 1; round <= 3; ++round) {  // in one second, as a rule
+        m_folder.Write(m_database, std::string(5000, static_cast<char>('a' + round)));
+        InAProcess([&] {
+            Set(kAnyHost, u"name", u"new");
+            std::ifstream aside(rk::platform::GetPreferenceState().damagedDatabase, std::ios::binary);
+            EXPECT_EQ(aside.get(), 'a' + round);
+        });
+        EXPECT_EQ(m_folder.EntryCount("config/mind_maps"), 1U + static_cast<unsigned>(round));
+    }
+}
+
+bool lateWriterIsArmed = false;
+const struct LateWriter {
+    ~LateWriter()
+    {
+        if (lateWriterIsArmed)
+            Set(kAnyHost, u"late", u"kept");
+    }
+} lateWriter;
+
+TEST_F(Preferences, AreStoredWhenStaticObjectsWriteThemAtExit)
+{
+    InAProcess([] { lateWriterIsArmed = true; });
+    InAProcess([] { EXPECT_EQ(TextOf(u"late"), u"kept"); });
 }
 
 }  // namespace

@@ -1,48 +1,47 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
-#include <exception>
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// The text that `work` returns in a process of its own, forked from this one: for what a process keeps from its first
-/// call on. Threads must have ended.
+/// Starts `work` in a process of its own, forked from this one; its status tells of failed expectations.
+template <class Work>
+pid_t StartChild(const Work& work)
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        alarm(120);  // ends a child that hangs
+        work();
+        _exit(testing::Test::HasFailure() ? 1 : 0);
+    }
+    return child;
+}
+
+inline void ExpectItEndsWell(pid_t child)
+{
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0) << "the child did not end well";
+}
+
+/// The text that `work` returns in a child: for what a process keeps from its first call on. Threads must have ended.
 template <class Work>
 std::string InChild(const Work& work)
 {
     std::array<int, 2> ends{};
-    if (pipe(ends.data()) != 0) {
-        ADD_FAILURE() << "no pipe";
-        return {};
-    }
-    const pid_t child = fork();
-    if (child == 0) {
-        std::string text;
-        try {
-            text = work();
-        } catch (const std::exception& error) {
-            text = error.what();
-        }
-        std::size_t written = 0;
-        while (written < text.size()) {
-            const ssize_t count = write(ends[1], text.data() + written, text.size() - written);
-            if (count <= 0)
-                _exit(1);
-            written += static_cast<std::size_t>(count);
-        }
-        _exit(0);
-    }
+    EXPECT_EQ(pipe(ends.data()), 0);
+    const pid_t child = StartChild([&] {
+        const std::string text = work();
+        EXPECT_EQ(write(ends[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    });
     close(ends[1]);
     std::string text;
     std::array<char, 4096> bytes{};
     for (ssize_t count = 0; (count = read(ends[0], bytes.data(), bytes.size())) > 0;)
         text.append(bytes.data(), static_cast<std::size_t>(count));
     close(ends[0]);
-    int status = -1;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0) << "the child did not end well";
+    ExpectItEndsWell(child);
     return text;
 }
