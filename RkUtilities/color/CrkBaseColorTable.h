@@ -3,11 +3,11 @@
 #include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CString.h"
 
-/// The application's table of named colors: it derives from this class and sets one table, so that a color can be shown by its name
-/// in the user's language.
+/// The application's table of named colors: it derives from this class and sets one table, so that a color can be shown
+/// by its name in the user's language.
 ///
-/// The library neither copies nor deletes the table; the application keeps it alive while it is set, sets it before threads ask for
-/// texts, and does not change it while they do.
+/// The library neither copies nor deletes the table; the application keeps it alive while it is set, sets it before
+/// threads ask for texts, and does not change it while they do.
 class RK_EXPORT CrkBaseColorTable {
 public:
     struct ColorEntry {

@@ -4,8 +4,8 @@
 
 /// Colors in their two 32-bit forms, and shades of them.
 ///
-/// A `COLORREF` is 0x00BBGGRR, red in the lowest byte, the highest one a flag byte; ARGB is 0xAARRGGBB. Every value is legal
-/// input. Pure functions: safe from any thread.
+/// A `COLORREF` is 0x00BBGGRR, red in the lowest byte, the highest one a flag byte; ARGB is 0xAARRGGBB. Every value is
+/// legal input. Pure functions: safe from any thread.
 class RK_EXPORT CrkColorConverter {
 public:
     /// Opaque ARGB; the flag byte is dropped: 0x00332211 becomes 0xFF112233.

@@ -45,17 +45,14 @@ inline const char16_t* AsChar16(unsigned short const* units) noexcept
 /// A text: a value that holds a sequence of UTF-16 code units.
 ///
 /// - Lengths and indexes count code units from 0 and are `int`; -1 means not found. A text holds at most INT_MAX - 1
-/// units;
-///   what would grow beyond throws `std::length_error`, exhausted memory `std::bad_alloc`, and the text stays as it
-///   was.
+///   units; what would grow beyond throws `std::length_error`, exhausted memory `std::bad_alloc`, and the text stays as
+///   it was.
 /// - Code units are taken one by one: a character outside the Basic Multilingual Plane is two of them. Any sequence is
 ///   legal, lone surrogates and the unit 0 included.
 /// - Every `int` argument may have any value. Negative counts and starts count as 0, those past the end as the end,
-/// unless
-///   a member says otherwise.
+///   unless a member says otherwise.
 /// - A text may be passed to its own members (`s.Replace(s, t)`, `s += s`, `s.Insert(1, s)`): the argument's value is
-/// the
-///   one from before the call.
+///   the one from before the call.
 /// - Case pairs, letters, digits and white space are Unicode's, from ICU, one unit to one unit: a length never changes
 ///   ("ß" has no one-unit upper case and stays). They do not depend on the user's locale.
 /// - Texts of up to 11 units are held in the object; longer ones are shared between copies until one of them changes.
@@ -67,7 +64,6 @@ public:
     using const_iterator = const char16_t*;
 
     // --- Construction
-    // ---------------------------------------------------------------------------------------------------
 
     /// The empty text.
     constexpr CString() noexcept = default;
@@ -145,7 +141,6 @@ public:
     }
 
     // --- Looking at the text
-    // --------------------------------------------------------------------------------------------
 
     [[nodiscard]] int GetLength() const noexcept { return m_length; }
     [[nodiscard]] bool IsEmpty() const noexcept { return m_length == 0; }
@@ -166,7 +161,6 @@ public:
     void AppendUtf8To(std::string& bytes) const;
 
     // --- Substrings
-    // -----------------------------------------------------------------------------------------------------
 
     /// The first / the last `unitCount` units, or all there are.
     [[nodiscard]] CString Left(int unitCount) const;
@@ -185,7 +179,6 @@ public:
     CString Tokenize(const CString& delimiters, int& position) const;
 
     // --- Searching
-    // ------------------------------------------------------------------------------------------------------
 
     /// The first occurrence of `sought` at or after `start`. An empty text is found at `start`; a start past the end
     /// finds nothing. Time is linear in both texts together.
@@ -199,7 +192,6 @@ public:
     [[nodiscard]] int ReverseFind(const CString& sought, int start = -1) const noexcept;
 
     // --- Comparing
-    // ------------------------------------------------------------------------------------------------------
 
     /// Below 0, 0 or above 0: by code units, exactly. `==` and `<=>` compare the same way.
     [[nodiscard]] int Compare(const CString& other) const noexcept { return View().compare(other.View()); }
@@ -222,7 +214,6 @@ public:
     friend auto operator<=>(const CString& a, unsigned short const* b) noexcept { return a.View() <=> ViewOf(b); }
 
     // --- Changing the text in place
-    // -------------------------------------------------------------------------------------
 
     /// Makes the text empty and gives its memory back.
     void Empty() noexcept
@@ -286,7 +277,6 @@ public:
     }
 
     // --- Texts from elsewhere
-    // -------------------------------------------------------------------------------------------
 
     /// Takes the value of the process's environment variable, read as UTF-8; empty when it is not set.
     void GetEnvironmentVariable(const CString& name);
@@ -295,9 +285,8 @@ public:
     ///
     /// - Conversions d i u o x X c s p f F e E g G a A and %%, flags "-", "+", " ", "#", "0", width, precision, "*",
     ///   lengths hh h l ll j z t L, and positions ("%2$s", "%1$*2$d").
-    /// - "%s" takes a zero-terminated UTF-8 text (`StUTF8Buffer`) or a `std::string_view` of UTF-8; its width and precision count UTF-8 bytes as in C,
-    /// and a
-    ///   precision cuts between characters only. Null prints "(null)".
+    /// - "%s" takes a zero-terminated UTF-8 text (`StUTF8Buffer`) or a `std::string_view` of UTF-8; its width and precision
+    ///   count UTF-8 bytes as in C, and a precision cuts between characters only. Null prints "(null)".
     /// - "%c" takes a code unit 0 to 0xFFFF, "%lc" a code point.
     /// - An integer argument serves every integer conversion: converted as C does when its type is no wider than the
     ///   conversion's, else it must fit.
