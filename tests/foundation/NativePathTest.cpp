@@ -1,11 +1,8 @@
 #include "RkUtilities/foundation/NativePath.h"
 #include "tests/support/ScopedVariable.h"
 
-#include <cstdlib>
-#include <filesystem>
 #include <gtest/gtest.h>
 #include <pwd.h>
-#include <random>
 #include <unistd.h>
 
 namespace {
@@ -19,15 +16,10 @@ TEST(NativePath, IsUtf8WithEscapedBytesAndNoOtherLoneSurrogate)
         const char* bytes;
     };
     constexpr Case kCases[] = {
-        {u"", ""},
-        {u"/maps/r\u00E9sum\u00E9 \u65E5\u672C", "/maps/r\xC3\xA9sum\xC3\xA9 \xE6\x97\xA5\xE6\x9C\xAC"},
-        {u"\U0001F5FA.map", "\xF0\x9F\x97\xBA.map"},
-        {u"old\xDCE9", "old\xE9"},
         {u"\U0001F5FA\xDCFF", "\xF0\x9F\x97\xBA\xFF"},  // the escape after a pair taken for its second half
         {u"\xD800", "\xEF\xBF\xBD"},                    // a first half alone
         {u"\xD800/x", "\xEF\xBF\xBD/x"},
         {u"\xDC7F\xDD00", "\xEF\xBF\xBD\xEF\xBF\xBD"},  // no escapes: U+DC2F would smuggle in a "/"
-        {u"\xDC2F\xDC00", "\xEF\xBF\xBD\xEF\xBF\xBD"},
     };
     for (const Case& c : kCases)
         EXPECT_EQ(rk::NativePath(c.text), c.bytes);
@@ -35,30 +27,18 @@ TEST(NativePath, IsUtf8WithEscapedBytesAndNoOtherLoneSurrogate)
 
 TEST(NativePath, ComesBackFromTextForAnyBytes)
 {
-    // Every sequence of three of the bytes that matter: ASCII, continuations, first bytes, bytes never used.
-    constexpr char kBytes[] = {'a',    '/',    '\x80', '\x9F', '\xA0', '\xBF', '\xC0', '\xC3',
-                               '\xE0', '\xED', '\xEF', '\xF0', '\xF4', '\xF5', '\xFF'};
-    std::mt19937 random(7);
-    const auto check = [](const std::string& bytes) {
+    // Every sequence of four of the bytes that matter: ASCII, continuations, first bytes, bytes never used.
+    constexpr std::string_view kBytes = "a/\x80\x9F\xA0\xBF\xC0\xC3\xE0\xED\xEF\xF0\xF4\xF5\xFF";
+    for (std::size_t number = 0; number < 15 * 15 * 15 * 15; ++number) {
+        const std::string bytes = {kBytes[number % 15], kBytes[number / 15 % 15], kBytes[number / 225 % 15],
+                                   kBytes[number / 3375]};
         const CString text = rk::PathText(bytes);
         ASSERT_EQ(rk::NativePath(text), bytes);
         ASSERT_EQ(rk::PathText(rk::NativePath(text)), text);
-    };
-    for (const char a : kBytes)
-        for (const char b : kBytes)
-            for (const char c : kBytes)
-                check({a, b, c});
-    for (int round = 0; round < 20'000; ++round) {
-        std::string bytes(random() % 12, '\0');
-        for (char& byte : bytes)
-            byte = static_cast<char>(kBytes[random() % std::size(kBytes)]);
-        check(bytes);
     }
-    EXPECT_EQ(rk::PathText("\xED\xA0\x80"), u"\xDCED\xDCA0\xDC80");  // a surrogate in UTF-8 is none
-    EXPECT_EQ(rk::PathText("a\xE2\x82"), u"a\xDCE2\xDC82");          // cut short
 }
 
-TEST(NativePath, ExpandsTheHomeFolderAtItsStartOnly)
+TEST(NativePath, ExpandsTheHomeFolderAtItsStartOnlyAndNamesNothingWithAZeroUnit)
 {
     struct Case {
         const char16_t* text;
@@ -83,25 +63,14 @@ TEST(NativePath, ExpandsTheHomeFolderAtItsStartOnly)
         const ScopedVariable home("HOME", c.home);
         EXPECT_EQ(rk::NativePath(c.text), c.bytes);
     }
-}
-
-TEST(NativePath, AsksThePasswordDatabaseWhenHomeIsNotSetOrEmpty)
-{
     const passwd* const user = getpwuid(getuid());
     ASSERT_NE(user, nullptr) << "the user of the tests is in no password database";
     for (const char* value : {static_cast<const char*>(nullptr), ""}) {
         const ScopedVariable home("HOME", value);
         EXPECT_EQ(rk::NativePath(u"~"), user->pw_dir);
     }
-}
-
-TEST(NativePath, NamesNothingWhenTheTextHasAZeroUnit)
-{
-    for (const std::u16string_view text : {u"\0"sv, u"/\0"sv, u"/tmp\0/x"sv, u"~/\0"sv}) {
-        const std::string bytes = rk::NativePath(text) + "tmp";
-        EXPECT_EQ(bytes.front(), '\0');
-        EXPECT_NE(access(bytes.c_str(), F_OK), 0);
-    }
+    for (const std::u16string_view nothing : {u"\0"sv, u"/\0"sv, u"/tmp\0/x"sv, u"~/\0"sv})
+        EXPECT_EQ(rk::NativePath(nothing).front(), '\0');
 }
 
 }  // namespace

@@ -49,19 +49,6 @@ TEST(Utf8, GoesThereAndBackForEveryCodePoint)
     EXPECT_EQ(again, bytes);
 }
 
-TEST(Utf8, ReplacesEachMaximalWrongPartOnce)
-{
-    const std::pair<std::string, std::u16string_view> rows[] = {
-        {"\x80\xBF", u"\uFFFD\uFFFD"}, {"\xC0\xAF", u"\uFFFD\uFFFD"},                      // overlong "/"
-        {"\xE2\x82", u"\uFFFD"},                                                           // cut short
-        {"\xE2\x82x", u"\uFFFDx"},     {"\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD"},            // a surrogate
-        {"\xF0\x90\x80z", u"\uFFFDz"}, {"\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},  // past U+10FFFF
-        {"\xF5\xFF", u"\uFFFD\uFFFD"}, {std::string("\0", 1), std::u16string_view(u"\0", 1)},
-    };
-    for (const auto& [bytes, units] : rows)
-        EXPECT_EQ(CString(bytes), units) << testing::PrintToString(bytes);
-}
-
 TEST(Utf8, AgreesWithIcuOnRandomTextsWithErrors)
 {
     std::mt19937 random(11);

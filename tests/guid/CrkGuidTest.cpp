@@ -1,16 +1,17 @@
 #include "RkUtilities/guid/CrkGuid.h"
 
-#include <gtest/gtest.h>
-
-#include <sys/wait.h>
-#include <unistd.h>
+#include "tests/support/InChild.h"
 
 #include <array>
 #include <bit>
+#include <iterator>
+#include <set>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -21,35 +22,22 @@ constexpr CFUUIDBytes kBytes = {0x33, 0x22, 0x11, 0x00, 0x55, 0x44, 0x77, 0x66,
                                 0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF};
 constexpr std::u16string_view kText = u"00112233-4455-6677-8899-AABBCCDDEEFF";
 
-struct TextCase {
-    std::u16string_view text;
-    bool isGuid;
-};
-constexpr TextCase kTextCases[] = {
-    {kText, true},
-    {u"00112233-4455-6677-8899-aabbccddeeff", true},
-    {u"00112233-4455-6677-8899-aAbBcCdDeEfF", true},
-    {u"{00112233-4455-6677-8899-AABBCCDDEEFF}", true},
-    {u"{00112233-4455-6677-8899-AABBCCDDEEFF]", true},     // the last unit asked to be "}"
-    {u"00112233-4455-6677-8899-AABBCCDDEEFF}", false},     // a closing brace taken without an opening one
-    {u"{00112233-4455-6677-8899-AABBCCDDEEFF", false},     // the last digit taken for a brace, but kept
-    {u"{{00112233-4455-6677-8899-AABBCCDDEEFF}}", false},  // braces stripped twice
-    {u"", false},
-    {u"{", false},  // first and last unit the same one
-    {u"{}", false},
-    {u" 00112233-4455-6677-8899-AABBCCDDEEFF", false},
-    {u"00112233-4455-6677-8899-AABBCCDDEEFF ", false},
-    {u"00112233445566778899AABBCCDDEEFF", false},
-    {u"0011-22334455-6677-8899-AABBCCDDEEFF", false},  // hyphens counted, not placed
-};
-
 TEST(Guid, IsReadFromTheDocumentedTextsAndNoOthers)
 {
-    for (const auto& [text, isGuid] : kTextCases) {
-        SCOPED_TRACE(CString(text));
-        EXPECT_EQ(CrkGuid::StringToGuid(text), isGuid ? kBytes : CrkGuid::c_nullGuid);
-        EXPECT_EQ(CrkGuid(CString(text)).IsNull(), !isGuid);
-    }
+    constexpr std::pair<std::u16string_view, bool> kTexts[] = {
+        {kText, true},
+        {u"{00112233-4455-6677-8899-aAbBcCdDeEfF}", true},
+        {u"{00112233-4455-6677-8899-AABBCCDDEEFF]", true},     // the last unit asked to be "}"
+        {u"00112233-4455-6677-8899-AABBCCDDEEFF}", false},     // a closing brace taken without an opening one
+        {u"{00112233-4455-6677-8899-AABBCCDDEEFF", false},     // the last digit taken for a brace, but kept
+        {u"{{00112233-4455-6677-8899-AABBCCDDEEFF}}", false},  // braces stripped twice
+        {u"", false},
+        {u"{", false},  // first and last unit the same one
+        {u" 00112233-4455-6677-8899-AABBCCDDEEFF", false},
+        {u"00112233445566778899AABBCCDDEEFF", false},
+    };
+    for (const auto& [text, isGuid] : kTexts)
+        EXPECT_EQ(CrkGuid(CString(text)).Bytes(), isGuid ? kBytes : CrkGuid::c_nullGuid) << CString(text);
 }
 
 TEST(Guid, TakesExactlyTheDigitsAndHyphensInEveryPlaceWhateverTheUnit)
@@ -77,15 +65,14 @@ TEST(Guid, IsWrittenInUpperCaseWithOrWithoutBraces)
 
 TEST(Guid, ComesBackFromItsTextWithEveryValueInEveryByte)
 {
-    for (std::size_t place = 0; place < 16; ++place) {
+    for (unsigned int place = 0; place < 16; ++place) {
         for (unsigned int value = 1; value <= 0xFF; ++value) {
             ByteArray bytes = {};
             bytes[place] = static_cast<std::uint8_t>(value);
-            const auto guid = std::bit_cast<CFUUIDBytes>(bytes);
-            ASSERT_EQ(CrkGuid::StringToGuid(CrkGuid::GuidToString(guid)), guid);
-            ASSERT_FALSE(CrkGuid(guid).IsNull());
-            ASSERT_FALSE(CrkGuid::AreGuidsEqual(guid, CrkGuid::c_nullGuid));
-            ASSERT_NE(std::hash<CrkGuid>()(guid), std::hash<CrkGuid>()(CrkGuid::c_nullGuid));
+            const CrkGuid guid = std::bit_cast<CFUUIDBytes>(bytes), null = CrkGuid::c_nullGuid;
+            ASSERT_EQ(CrkGuid(CString(guid)), guid);
+            ASSERT_FALSE(guid.IsNull() || CrkGuid::AreGuidsEqual(guid.Bytes(), null.Bytes()));
+            ASSERT_NE(std::hash<CrkGuid>()(guid), std::hash<CrkGuid>()(null));
         }
     }
 }
@@ -124,43 +111,19 @@ TEST(Guid, IsNewInEveryThread)
     EXPECT_EQ(all.size(), kThreadCount * kGuidCount);
 }
 
-/// The texts of `count` GUIDs made in a forked child, and in a child of that.
-std::vector<std::string> GuidsOfChildren(int count)
-{
-    std::array<int, 2> ends = {};
-    if (pipe(ends.data()) != 0)
-        return {};
-    const pid_t child = fork();
-    if (child == 0) {
-        const pid_t grandchild = fork();
-        for (int i = 0; i < count; ++i) {
-            const std::string line = CrkGuid::GuidToString(CrkGuid::CreateGuid()).ToUtf8();
-            if (write(ends[1], line.data(), line.size()) != static_cast<ssize_t>(line.size()))
-                _exit(1);
-        }
-        if (grandchild != 0)
-            waitpid(grandchild, nullptr, 0);
-        _exit(0);
-    }
-    close(ends[1]);
-    std::vector<std::string> texts;
-    std::string text(kText.size(), '\0');
-    while (read(ends[0], text.data(), text.size()) == static_cast<ssize_t>(text.size()))
-        texts.push_back(text);
-    close(ends[0]);
-    waitpid(child, nullptr, 0);
-    return texts;
-}
-
-TEST(Guid, IsNewOnBothSidesOfAFork)
+TEST(Guid, IsNewOnEverySideOfAFork)
 {
     constexpr int kGuidCount = 20;
+    const auto make = [] {
+        std::string texts;
+        for (int i = 0; i < kGuidCount; ++i)
+            texts += CString(CrkGuid()).ToUtf8() + '\n';
+        return texts;
+    };
     const CrkGuid stocksThisThread;
-    std::vector<std::string> all = GuidsOfChildren(kGuidCount);
-    EXPECT_EQ(all.size(), 2u * kGuidCount);
-    for (int i = 0; i < kGuidCount; ++i)
-        all.push_back(CString(CrkGuid()).ToUtf8());
-    EXPECT_EQ(std::unordered_set<std::string>(all.begin(), all.end()).size(), 3u * kGuidCount);
+    std::istringstream all(InChild([&] { return InChild(make) + make(); }) + make());
+    const std::set<std::string> different(std::istream_iterator<std::string>(all), {});
+    EXPECT_EQ(different.size(), 3U * kGuidCount);
 }
 
 }  // namespace

@@ -2,39 +2,20 @@
 
 #include "RkUtilities/foundation/CFileException.h"
 
+#include "../support/InChild.h"
 #include "../support/ScopedFileSizeLimit.h"
 #include "LogFolder.h"
 
 #include <atomic>
 #include <chrono>
 #include <csignal>
-#include <functional>
 #include <map>
 #include <random>
-#include <sys/wait.h>
 #include <thread>
 
 namespace {
 
 using Writer = CrkLogWriter;
-
-pid_t InAChild(const std::function<void()>& work)
-{
-    const pid_t child = fork();
-    if (child == 0) {
-        alarm(120);  // ends a child that hangs
-        work();
-        _exit(testing::Test::HasFailure() ? 1 : 0);
-    }
-    return child;
-}
-
-void ExpectItEndsWell(pid_t child)
-{
-    int status = -1;
-    EXPECT_EQ(waitpid(child, &status, 0), child);
-    EXPECT_EQ(status, 0);
-}
 
 TEST(LogSharing, KeepsEveryEntryOfThreadsAndProcessesInOrderAndRollsOverOnce)
 {
@@ -49,7 +30,7 @@ TEST(LogSharing, KeepsEveryEntryOfThreadsAndProcessesInOrderAndRollsOverOnce)
         Writer::m_maxFileLength = kShortest * kTotal * 3 / 5;  // so that the file becomes too long once
         std::vector<pid_t> children;
         for (int process = 0; process < kProcesses; ++process)
-            children.push_back(InAChild([&] {
+            children.push_back(StartChild([&] {
                 std::vector<std::thread> threads;
                 for (int thread = 0; thread < kThreads; ++thread)
                     threads.emplace_back(logNumbers, process * kThreads + thread);
@@ -80,7 +61,7 @@ TEST(LogSharing, LeavesWholeEntriesWhenAWriterIsKilled)
     const CString large(std::u16string(3'000'000, u'x'));
     std::minstd_rand random;
     for (int round = 0; round < 20; ++round) {
-        const pid_t child = InAChild([&] {
+        const pid_t child = StartChild([&] {
             for (;;)
                 Writer::Log(Writer::LogInfo, large);
         });
@@ -128,7 +109,7 @@ TEST(LogSharing, LetsAChildLogThatIsForkedWhileOtherThreadsDo)
     });
     constexpr int kChildren = 20;
     for (int child = 0; child < kChildren; ++child)
-        ExpectItEndsWell(InAChild([] { Writer::Log(Writer::LogInfo, u"child"); }));
+        ExpectItEndsWell(StartChild([] { Writer::Log(Writer::LogInfo, u"child"); }));
     isOver = true;
     other.join();
     const std::vector<std::string> entries = Entries(folder.Read(folder.Active()));
@@ -149,7 +130,7 @@ struct LogsAtTheEnd {
 TEST(LogSharing, TakesAMessageFromTheDestructorOfAStaticObject)
 {
     const LogFolder folder;
-    ExpectItEndsWell(InAChild([] {
+    ExpectItEndsWell(StartChild([] {
         Writer::Log(Writer::LogInfo, u"before");
         lastObject.isWanted = true;
         std::exit(0);
