@@ -75,7 +75,10 @@ CString FullName(const CString& path, const std::string& nativePath)
 {
     if (path.GetAt(0) == u'/')
         return path;
-    return rk::PathText(nativePath.starts_with('/') ? nativePath : platform::CurrentFolder() + '/' + nativePath);
+    if (nativePath.starts_with('/'))
+        return rk::PathText(nativePath);
+    const std::string folder = platform::CurrentFolder();
+    return rk::PathText(folder.empty() || folder.back() == '/' ? folder + nativePath : folder + '/' + nativePath);
 }
 
 }  // namespace

@@ -169,15 +169,14 @@ TEST(File, ReportsAFullDiskAndALimitOnSizes)
 TEST(File, ThatIsClosedRefusesEverythingButClosing)
 {
     const ScopedFolder folder;
-    const CString path = folder.Write("file", "content");
-    CFile file = Opened(path, 0x0000);
+    CFile file = Opened(folder.Write("file", "content"), 0x0000), other;
     EXPECT_EQ(CauseOf([&] { file.Write("x", 1); }), CFileException::invalidFile);  // opened for reading
-    CFile other(std::move(file));
+    other = std::move(file);
     EXPECT_TRUE(other.IsOpen());
-    file = CFile();
-    EXPECT_EQ(CauseOf([&] { file.Read(nullptr, 1); }), CFileException::invalidFile);
-    EXPECT_EQ(CauseOf([&] { (void)file.GetLength(); }), CFileException::invalidFile);
-    EXPECT_EQ(CauseOf([&] { file.Flush(); }), CFileException::invalidFile);
+    const std::function<void()> calls[] = {[&] { file.Read(nullptr, 1); }, [&] { (void)file.GetLength(); },
+                                           [&] { file.Flush(); }};
+    for (const auto& call : calls)
+        EXPECT_EQ(CauseOf(call), CFileException::invalidFile);
     EXPECT_EQ(CauseOf([&] { file.Close(); }), CFileException::none);
 }
 
@@ -202,6 +201,12 @@ TEST(FileStatus, KnowsEachKind)
     const ScopedCurrentFolder here(folder.Path());
     EXPECT_TRUE(CFile::GetStatus(u"plain", status));
     EXPECT_EQ(status.m_szFullName, folder.Text("plain"));
+    {
+        const ScopedCurrentFolder root("/");
+        CFileStatus ofProc;
+        EXPECT_TRUE(CFile::GetStatus(u"proc", ofProc));
+        EXPECT_EQ(ofProc.m_szFullName, u"/proc");
+    }
     for (const char* missing : {"missing", "missing/file", "plain/", "plain/below"})
         EXPECT_FALSE(CFile::GetStatus(folder.Text(missing), status)) << missing;
     EXPECT_EQ(status.m_size, 4);  // untouched
