@@ -20,7 +20,7 @@ enum class Missing { StaysMissing, IsMade };
 const char* const kSystemFolder = "/tmp";
 
 constexpr mode_t kOthersMayWrite = S_IWGRP | S_IWOTH;
-constexpr mode_t kOthersMayAnything = S_IRWXG | S_IRWXO;
+constexpr mode_t kAnybodyMayAnything = S_IRWXU | S_IRWXG | S_IRWXO;
 
 std::optional<struct stat> FolderFacts(const std::string& path)
 {
@@ -64,7 +64,7 @@ bool IsPrivateFolder(const std::string& folder, Missing missing)
     struct stat facts {};
     if (!handle || fstat(handle.Descriptor(), &facts) != 0 || facts.st_uid != geteuid())
         return false;
-    return (facts.st_mode & kOthersMayAnything) == 0 || fchmod(handle.Descriptor(), S_IRWXU) == 0;
+    return (facts.st_mode & kAnybodyMayAnything) == S_IRWXU || fchmod(handle.Descriptor(), S_IRWXU) == 0;
 }
 
 std::string PrivateFolder(Missing missing)
