@@ -116,9 +116,9 @@ public:
     /// Copies a file, a link, or a folder with all it holds. 1 when copied or when the flags let the destination
     /// stay.
     ///
-    /// - A read-only destination stays without flags 0x2 and 0x4 (result 1); a writable file stays with 0x1 (result
-    ///   1) and is replaced without; a folder that exists is a failure. A file is replaced when its copy is complete:
-    ///   after a failure the old one is there, and no part of a new one.
+    /// - A read-only destination, a folder too, stays without flags 0x2 and 0x4 (result 1); a writable file stays with
+    ///   0x1 (result 1) and is replaced without; any other folder that exists is a failure. A file is replaced when its
+    ///   copy is complete: after a failure the old one is there, and no part of a new one.
     /// - A link is copied as a link. A pipe, socket or device is made anew and never opened. Permissions (read, write
     ///   and execute for owner, group and others) and the times of the last change and access are kept; owner,
     ///   extended attributes and the set-user-id bits are not.

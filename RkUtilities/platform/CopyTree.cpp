@@ -200,8 +200,13 @@ std::error_code CopyTree(const std::string& from, const std::string& to, const C
     outcome = decision == Decision::Stay ? CopyOutcome::Stayed : CopyOutcome::Copied;
     if (error || decision == Decision::Stay)
         return error;
-    if (decision == Decision::Folder)
-        return ErrorOf(EEXIST);
+    if (decision == Decision::Folder) {
+        const std::optional<FileFacts> folder = Inspect(target);
+        if (rules.replaceReadOnly || !folder || folder->ownerMayWrite)
+            return ErrorOf(EEXIST);
+        outcome = CopyOutcome::Stayed;
+        return {};
+    }
     FileKind kind{};
     error = KindAt(sourcePlace, kind);
     if (error)

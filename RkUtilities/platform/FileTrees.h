@@ -34,7 +34,7 @@ struct CopyRules {
 enum class CopyOutcome { Copied, Stayed };
 /// Copies a file, link or folder with all it holds to the path `to`. Success too when the rules let `to` stay.
 ///
-/// A file is replaced when its copy is complete. A folder that has the name is EEXIST. In a folder the first failure
+/// A file is replaced when its copy is complete. A folder that has the name and does not stay is EEXIST. In a folder the first failure
 /// is reported and the other entries are copied. The destination is not copied into itself.
 [[nodiscard]] std::error_code CopyTree(const std::string& from, const std::string& to, const CopyRules& rules,
                                        CopyOutcome& outcome);
