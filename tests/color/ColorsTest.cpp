@@ -1,9 +1,9 @@
 #include "RkUtilities/color/CrkBaseColorTable.h"
 #include "RkUtilities/color/CrkColorConverter.h"
 #include "RkUtilities/platform/StringTables.h"
-#include "RkUtilities/platform/UserLocale.h"
 
 #include "tests/support/ScopedFolder.h"
+#include "tests/support/ScopedUserLocale.h"
 
 #include <climits>
 #include <cstdlib>
@@ -15,10 +15,8 @@ using Colors = CrkColorConverter;
 
 TEST(Colors, ChangeTheirForm)
 {
-    EXPECT_EQ(Colors::COLORREFToARGB(0x00332211), 0xFF112233U);
-    EXPECT_EQ(Colors::COLORREFToARGB(0xFF000000), 0xFF000000U);
+    EXPECT_EQ(Colors::COLORREFToARGB(0x7F332211), 0xFF112233U);
     EXPECT_EQ(Colors::ARGBToCOLORREF(0x80112233), 0x00332211U);
-    EXPECT_EQ(Colors::ARGBToCOLORREF(Colors::COLORREFToARGB(0x00123456)), 0x00123456U);
 }
 
 TEST(Colors, HaveTheExactShadeForEveryChannelValueAndPercentage)
@@ -53,27 +51,38 @@ private:
     int m_count;
 };
 
+CString Loaded(const char* key, const char* bundle = nullptr)
+{
+    CString text = u"before";
+    text.LoadString(key, bundle);
+    return text;
+}
+
 TEST(Colors, AreNamedInTheUsersLanguage)
 {
     const ScopedFolder folder;
-    folder.Write("root.txt", "root { Orange { \"Orange\" } Second { \"Second\" } Never { \"Never\" } }");
-    folder.Write("de.txt", "de { Orange { \"Apfelsine\" } }");
-    const std::string path = folder.Path();
+    folder.Write("root.txt", "root { Orange { \"Orange\" } Second { \"Second\" } Sky { \"Sky blue\" } }");
+    folder.Write("de.txt", "de { Orange { \"Apfel\\u0000sine\" } }");
+    const std::string path = folder.Path(".");
     ASSERT_EQ(std::system(("cd '" + path + "' && genrb -q root.txt de.txt > /dev/null").c_str()), 0);
-    EXPECT_EQ(CrkBaseColorTable::GetColorText(0x000080FF), u"{FF,80,00}");
-    rk::platform::SetStringTables(path.substr(0, path.size() - 1));
-    rk::platform::SetUserLocale("de_DE");
-    Table table(4);
+    Table table(4), empty(-1);
+    EXPECT_EQ(CrkBaseColorTable::Get(), nullptr);
     CrkBaseColorTable::Set(&table);
     EXPECT_EQ(CrkBaseColorTable::Get(), &table);
-    EXPECT_EQ(CrkBaseColorTable::GetColorText(0x770080FF), u"Apfelsine");
+    const ScopedUserLocale austrian("de_AT");
+    EXPECT_EQ(CrkBaseColorTable::GetColorText(0x000080FF), u"{FF,80,00}");  // no tables named
+    EXPECT_EQ(Loaded("Sky", path.c_str()), u"Sky blue");                    // ICU's fallback to the root
+    rk::platform::SetStringTables(path);
+    EXPECT_EQ(CrkBaseColorTable::GetColorText(0x770080FF), std::u16string_view(u"Apfel\0sine", 10));
     EXPECT_EQ(CrkBaseColorTable::GetColorText(0x00000000), u"{00,00,00}");
-    Table empty(-1);
-    CrkBaseColorTable::Set(&empty);
-    EXPECT_EQ(CrkBaseColorTable::GetColorText(0x000080FF), u"{FF,80,00}");
-    CrkBaseColorTable::Set(nullptr);
-    rk::platform::SetUserLocale("");
+    EXPECT_TRUE(Loaded("No such key").IsEmpty() && Loaded(nullptr).IsEmpty() && Loaded("Sky", "/none").IsEmpty());
+    for (CrkBaseColorTable* none :
+         {static_cast<CrkBaseColorTable*>(&empty), static_cast<CrkBaseColorTable*>(nullptr)}) {
+        CrkBaseColorTable::Set(none);
+        EXPECT_EQ(CrkBaseColorTable::GetColorText(0x000080FF), u"{FF,80,00}");
+    }
     rk::platform::SetStringTables("");
+    EXPECT_EQ(Loaded("Sky"), u"");
 }
 
 }  // namespace

@@ -10,7 +10,6 @@
 #include <stdexcept>
 #include <thread>
 #include <unicode/uchar.h>
-#include <unordered_set>
 #include <vector>
 
 namespace {
@@ -31,10 +30,9 @@ static_assert(!MakesText<int> && !MakesText<long> && !MakesText<double> && !Make
 TEST(String, StandsBeforeMainAndKeepsConstantsWithoutCopies)
 {
     EXPECT_TRUE(kUsedBeforeMain);
-    const CString copy = kConstant;
+    CString copy = kConstant;
     EXPECT_EQ(copy.GetUTF16Ptr(), kConstant.GetUTF16Ptr());
-    CString changed = kConstant;
-    changed.SetAt(0, u'A');
+    copy.SetAt(0, u'A');
     EXPECT_EQ(kConstant.GetAt(0), u'a');
 }
 
@@ -95,8 +93,7 @@ TEST(String, ComesFromEveryKindOfText)
     StUTF8Buffer buffer(u"ä");
     static_cast<char*>(buffer)[1] = '\xB6';
     EXPECT_STREQ(buffer, "ö");
-    std::unordered_set<CString> set{kLong, u"b"};
-    EXPECT_EQ(set.count(CString(kLong.View())), 1U);
+    EXPECT_EQ(std::hash<CString>()(kLong), std::hash<CString>()(CString(kLong.View())));
 }
 
 struct ClampRow {
@@ -256,9 +253,7 @@ TEST(String, ChangesCaseUnitByUnitAsUnicodeSays)
         ASSERT_EQ(IsCharAlphaNumeric(static_cast<unsigned short>(unit)), u_isalpha(code) || u_isdigit(code)) << unit;
         ASSERT_EQ(CString(one).Trim().IsEmpty(), u_isUWhiteSpace(code)) << unit;
     }
-    EXPECT_LT(CString(u"apple").CompareNoCase(u"BANANA"), 0);
-    EXPECT_GT(CString(u"Bb").CompareNoCase(u"b"), 0);
-    EXPECT_EQ(CString(u"straße").MakeUpper(), u"STRAßE");
+    EXPECT_TRUE(CString(u"apple").CompareNoCase(u"BANANA") < 0 && CString(u"Bb").CompareNoCase(u"b") > 0);
     EXPECT_EQ(CString(u" \t\u3000a b\u00A0\n").Trim(), u"a b");
     EXPECT_EQ(CString(u" a ").TrimRight(), u" a");
 }
@@ -279,23 +274,25 @@ TEST(String, RemovesWhatItIsTold)
     EXPECT_EQ(text, u"abc");
     EXPECT_EQ(text.Remove(u'b'), 1);
     text.Empty();
-    EXPECT_TRUE(text.IsEmpty());
-    EXPECT_EQ(*text.GetUTF16Ptr(), 0);
+    EXPECT_TRUE(text.IsEmpty() && *text.GetUTF16Ptr() == 0);
 }
 
 TEST(String, ReadsIntegersFromTheFront)
 {
-    const std::pair<const char16_t*, int> rows[] = {{u" \t-42x", -42},
-                                                    {u"+7", 7},
-                                                    {u"- 7", 0},
-                                                    {u"x1", 0},
-                                                    {u"", 0},
-                                                    {u"99999999999999999999", INT_MAX},
-                                                    {u"-2147483648", INT_MIN},
-                                                    {u"-99999999999", INT_MIN},
-                                                    {u"2147483647", INT_MAX},
-                                                    {u"--1", 0}};
-    for (const auto& [text, value] : rows)
+    constexpr struct {
+        const char16_t* text;
+        int value;
+    } kRows[] = {{u" \t-42x", -42},
+                 {u"+7", 7},
+                 {u"- 7", 0},
+                 {u"x1", 0},
+                 {u"", 0},
+                 {u"--1", 0},
+                 {u"2147483647", INT_MAX},
+                 {u"99999999999999999999", INT_MAX},
+                 {u"-2147483648", INT_MIN},
+                 {u"-99999999999", INT_MIN}};
+    for (const auto& [text, value] : kRows)
         EXPECT_EQ(_ttoi(CString(text).GetUTF16Ptr()), value) << CString(text);
     EXPECT_EQ(_ttoi(nullptr), 0);
 }

@@ -19,9 +19,9 @@ inline bool AgreesOn(const std::array<CrkFloatPoint, 4>& p, const CGAffineTransf
 {
     const CrkFloatRect a{p[0].x, p[0].y, p[1].x, p[1].y}, b{p[2].x, p[2].y, p[3].x, p[3].y};
     const bool hasNan = std::isnan(a.MaxX()) || std::isnan(a.MaxY()) || std::isnan(b.MaxX()) || std::isnan(b.MaxY());
-    CrkFloatRect expected, result;
+    CrkFloatRect expected, result = a;
     const bool meet = Intersect(expected, a, b);
-    return CrkFloatRect::Intersect(result, a, b) == (meet && !hasNan) && (hasNan || SameRect(result, expected)) &&
+    return CrkFloatRect::Intersect(result, result, b) == (meet && !hasNan) && (hasNan || SameRect(result, expected)) &&
            CrkMathUtilities::IsLineCrossingLine(p[0], p[1], p[2], p[3]) == IsLineCrossingLine(p[0], p[1], p[2], p[3]) &&
            CrkMathUtilities::IsLineCrossingRect(p[0], p[1], b) == IsLineCrossingRect(p[0], p[1], b) &&
            SameRect(CrkMathUtilities::CalculatePointsBoundingRectangle(p.data(), 4), BoundsOf(p.data(), 4)) &&

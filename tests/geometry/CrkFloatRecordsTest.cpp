@@ -11,26 +11,6 @@ namespace {
 
 constexpr float kInfinity = INFINITY, kNan = NAN;
 
-TEST(Rectangles, MeetWhereTheyShareAnArea)
-{
-    const struct {
-        CrkFloatRect a, b, result;
-        bool meet;
-    } rows[] = {
-        {{0, 0, 10, 10}, {5, 5, 10, 10}, {5, 5, 5, 5}, true},
-        {{0, 0, 10, 10}, {10, 0, 5, 5}, {10, 0, 0, 5}, false},     // touching is not meeting
-        {{10, 10, -10, -10}, {5, 5, 10, 10}, {5, 5, 5, 5}, true},  // a negative size is its mirror image
-        {{0, 0, 1, 1}, {5, 5, 1, 1}, {5, 5, -4, -4}, false},       // written also where nothing is shared
-        {{0, 0, 10, 10}, {2, 2, 0, 5}, {2, 2, 0, 5}, false},
-        {{0, 0, kInfinity, 10}, {5, 5, kInfinity, 1}, {5, 5, kInfinity, 1}, true},
-    };
-    for (const auto& row : rows) {
-        CrkFloatRect result = row.a;
-        EXPECT_EQ(CrkFloatRect::Intersect(result, result, row.b), row.meet);
-        EXPECT_EQ(result, row.result);
-    }
-}
-
 TEST(Rectangles, GrowByMarginsAndOffsets)
 {
     constexpr CrkFloatMargin margin{10, 5, 20, 15};

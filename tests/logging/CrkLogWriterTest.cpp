@@ -4,7 +4,9 @@
 
 #include "LogFolder.h"
 
+#include <climits>
 #include <gmock/gmock.h>
+#include <pthread.h>
 #include <sstream>
 #include <utility>
 
@@ -19,6 +21,23 @@ constexpr auto kLevel = Writer::LogInfo;
 
 /// Initialisers of this program may run before the library's own; the names must be there all the same.
 const CString usedBeforeMain = CrkLogTypes::LogTypeApplicationStart + Writer::m_activeFileName;
+
+TEST(LogEntry, HoldsItsPiecesAsTheyAre)
+{
+    const CFUUIDBytes id{0xAB, 1, 0x23, 0x45, 0x67, 0x89, 0xCD, 0xEF, 0x10, 0x32, 0x54, 0x76, 0x98, 0xBA, 0xDC, 0xFE};
+    const std::string time = Writer::CurrentTimeString(kCFDateFormatterShortStyle).ToUtf8() + ":";
+    const std::string header = Writer::EntryHeader(u"50%d & %s", Writer::LogNotice, u"%zx<b>&", id).ToUtf8();
+    EXPECT_EQ(Field(header, "Timestamp").rfind(time, 0), 0U);
+    EXPECT_LT(std::stoi(Field(header, "Timestamp").substr(time.size())), 300);  // seconds since this program started
+    EXPECT_EQ(std::stoull(Field(header, "Tid"), nullptr, 16), static_cast<std::uintptr_t>(pthread_self()));
+    EXPECT_EQ(header.substr(header.find("<l:Category>")),
+              "<l:Category>50%d &amp; %s</l:Category><l:Severity>Notice</l:Severity>"
+              "<l:Id>AB012345-6789-CDEF-1032-547698BADCFE</l:Id><l:Description>%zx<b>&amp;</l:Description>");
+    EXPECT_EQ(Writer::PrepareXml(u"x & <?y?>&<?z?>"), u"&amp;<?z?>");
+    EXPECT_EQ(Writer::PrepareXml(u"?&>&lt;]]>"), u"?&amp;>&amp;lt;]]>");
+    for (const long style : {0L, -1L, LONG_MAX})
+        EXPECT_EQ(Writer::CurrentTimeString(static_cast<CFDateFormatterStyle>(style)), u"");
+}
 
 TEST(LogWriter, AdmitsByLevelThenExclusionThenInclusion)
 {
@@ -155,6 +174,24 @@ TEST(LogWriter, MovesAFileAsideThatIsLongerThanTheLimit)
     EXPECT_FALSE(folder.Has(folder.Active()));
     const std::size_t count = folder.Backups().size();  // two when a minute has ended meanwhile
     EXPECT_TRUE(count == 2 || Entries(folder.Read(backup)) == std::vector<std::string>{"General/Info/4"});
+}
+
+TEST(LogWriter, MovesAFileAsideToAnotherFileSystem)
+{
+    const ScopedFolder memory("/dev/shm");
+    const LogFolder folder;
+    if (memory.Status("").st_dev == folder.Status("").st_dev)
+        GTEST_SKIP() << "no second file system at /dev/shm";
+    folder.Link("log/elsewhere", memory.Path());
+    const CString name = std::exchange(Writer::m_activeFileName, u"elsewhere/messages.xml");
+    Writer::m_maxFileLength = 0;
+    Writer::Log(kLevel, u"1");
+    Writer::m_activeFileName = name;
+    EXPECT_EQ(memory.EntryCount(), 0U);
+    std::vector<std::string> backups = folder.Backups();
+    std::erase(backups, "log/elsewhere");
+    ASSERT_EQ(backups.size(), 1U);
+    EXPECT_THAT(Entries(folder.Read(backups[0])), ElementsAre("General/Info/1"));
 }
 
 TEST(LogWriter, StartsAndStopsAnyNumberOfTimesAndDropsWithoutALock)

@@ -19,22 +19,17 @@ using namespace std::string_view_literals;
 TEST(Names, GainChangeAndShowTheirExtension)
 {
     struct Case {
-        const char* name;
-        const char* extension;
-        const char* added;
-        const char* replaced;
+        const char *name, *extension, *added, *replaced;
         bool has;
     };
     constexpr Case kCases[] = {
         {"Map", "ext", "Map.ext", "Map.ext", false},
         {"Map", ".ext", "Map.ext", "Map.ext", false},
-        {"Map.ext", "ext", "Map.ext.ext", "Map.ext", true},
         {"Map.EXT", "ext", "Map.EXT.ext", "Map.ext", true},
         {"Mapext", "ext", "Mapext.ext", "Mapext.ext", true},  // a dot asked for
         {"ext", ".ext", "ext.ext", "ext.ext", false},
         {"Map.old", "", "Map.old", "Map", true},
         {"/dir.v/Map", "ext", "/dir.v/Map.ext", "/dir.ext", false},  // only the last element searched
-        {"", "", "", "", true},
         {"\xC3\x89T\xC3\x89", "\xC3\xA9t\xC3\xA9", "\xC3\x89T\xC3\x89.\xC3\xA9t\xC3\xA9",
          "\xC3\x89T\xC3\x89.\xC3\xA9t\xC3\xA9", true}};
     for (const Case& c : kCases) {
@@ -48,8 +43,7 @@ TEST(Names, GainChangeAndShowTheirExtension)
 TEST(Names, LoseWhatNoFileNameMayHold)
 {
     struct Case {
-        const char16_t* name;
-        const char16_t* clean;
+        const char16_t *name, *clean;
         bool isValid;
     };
     constexpr Case kCases[] = {{u"Q1/Q2: plan", u"Q1.Q2. plan", false},
@@ -68,7 +62,6 @@ TEST(Names, LoseWhatNoFileNameMayHold)
         P::RemoveCharsFromFilename(name, characters, replacement);
         return name;
     };
-    EXPECT_EQ(replaced(u"a/b/c", u"", u'_'), u"a/b/c");
     EXPECT_EQ(replaced(u"a/b:c", u"/:", u':'), u"a:b:c");
     EXPECT_EQ(replaced(u"abc", u"ac", u'\0'), u"\0b\0"sv);
     CString itself = u"a name longer than any short text";
@@ -78,19 +71,14 @@ TEST(Names, LoseWhatNoFileNameMayHold)
 
 TEST(Names, AreQuotedOnceMoreAndUnquotedOnce)
 {
-    struct Case {
-        const char* text;
-        const char* unquoted;  // null: it stays
-    };
-    constexpr Case kCases[] = {{R"("")", ""},      {R"("a b")", "a b"}, {R"(""a"")", R"("a")"}, {R"(""")", R"(")"},
-                               {R"("a)", nullptr}, {R"(a")", nullptr},  {R"(")", nullptr},      {"", nullptr}};
-    for (const Case& c : kCases) {
-        CString text(c.text);
-        EXPECT_EQ(P::UnquotePath(text), c.unquoted != nullptr) << c.text;
-        EXPECT_EQ(text, CString(c.unquoted ? c.unquoted : c.text));
-        CString quoted(c.text);
+    for (const char* text : {R"("")", R"("a b")", R"(""a"")", R"(""")", R"("a)", R"(a")", R"(")", ""}) {
+        const CString path(text);
+        CString quoted = path, unquoted = path;
         P::QuotePath(quoted);
-        EXPECT_EQ(quoted, u'"' + CString(c.text) + u'"');
+        EXPECT_EQ(quoted, u'"' + path + u'"');
+        const bool isQuoted = path.GetLength() > 1 && path.GetAt(0) == u'"' && path.View().ends_with(u'"');
+        EXPECT_EQ(P::UnquotePath(unquoted), isQuoted) << text;
+        EXPECT_EQ(unquoted, isQuoted ? path.Mid(1, path.GetLength() - 2) : path);
     }
 }
 
@@ -214,10 +202,10 @@ TEST(TemporaryFolder, IsTheUsersOwnAndNobodyElseCanHaveLaidItThere)
     const std::string own = folder("own", 0755), shared = folder("shared", 01777), made = shared + privateName;
     ExpectTempFolder(own, own);
     ExpectTempFolder(own + "//", own);
-    for (int round = 0; round < 2; ++round) {  // made, then found open to others and closed again
+    for (const unsigned next : {0755U, 0500U, 0U}) {  // made, then found open to others or closed to the user
         ExpectTempFolder(shared, made);
         EXPECT_EQ(fs::symlink_status(made).permissions(), fs::perms::owner_all);
-        fs::permissions(made, fs::perms(0755));
+        fs::permissions(made, fs::perms(next));
     }
     const std::string laid = folder("laid", 01777), blocked = folder("blocked", 01777);
     home.Link("laid" + privateName, own);  // a link, if to a folder of the user

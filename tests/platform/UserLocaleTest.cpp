@@ -40,16 +40,13 @@ bool IsLocaleNow(const char* locale)
     }
 }
 
-constexpr std::pair<const char*, const char*> kNames[] = {
-    {"de_DE.UTF-8@euro", "de_DE"},
-    {"de-DE", "de_DE"},
-    {"sr_RS.UTF-8@latin", "sr_Latn_RS"},
-    {"sr_RS", "sr_Cyrl_RS"},
-    {"th_TH@calendar=gregorian", "th_TH@calendar=gregorian"},
-    {"C", "en_US_POSIX"},
-    {"POSIX", "en_US_POSIX"},
-    {"fr_XX", "fr"},
-};
+constexpr const char* kNames[][2] = {{"de_DE.UTF-8@euro", "de_DE"},
+                                     {"de-DE", "de_DE"},
+                                     {"sr_RS.UTF-8@latin", "sr_Latn_RS"},
+                                     {"POSIX", "en_US_POSIX"},
+                                     {"th_TH@calendar=gregorian", "th_TH@calendar=gregorian"},
+                                     {"C", "en_US_POSIX"},
+                                     {"fr_XX", "fr"}};
 
 TEST(UserLocale, IsTheChosenOneFromTheNextCallOn)
 {
@@ -102,8 +99,7 @@ TEST(UserLocale, MayChangeWhileOtherThreadsAsk)
 {
     const auto now = [] { return CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle); };
     std::atomic<bool> isOver = false;
-    std::atomic<int> germanCount = 0;
-    std::atomic<int> otherCount = 0;
+    std::atomic<int> germanCount = 0, otherCount = 0;
     {
         std::vector<std::jthread> threads;
         for (int i = 0; i < 3; ++i)
