@@ -11,24 +11,23 @@ namespace mindmap {
 
 const char kHelp[] = R"(mindmap: draws an outline as a mind map
 
-Usage: mindmap OUTLINE [-o MAP.svg] [--log FOLDER] [--locale NAME]
+Usage: mindmap OUTLINE [-o MAP.svg] [--replace] [--log FOLDER]
+               [--locale NAME]
 
-  OUTLINE       an OPML 2.0 file; or a text whose lines are indented below
-                each other; or Markdown with headings and lists
-  -o MAP.svg    the map; otherwise beside the outline, with its name and .svg.
-                A map that is there is replaced when the new one is complete.
-  --log FOLDER  where messages.xml logs the run and settings.xml says what is
-                logged; otherwise beside the map, with its name and .log
-  --locale NAME the user's locale, such as de_DE; otherwise the shell's
-  --help        this text
+  OUTLINE        OPML 2.0, Markdown headings and lists, or indented lines
+  -o MAP.svg     the map; otherwise beside the outline, with its name and .svg
+  --replace      may take the place of a map that is there; without it the new
+                 one gets the next free name, such as "plan (2).svg"
+  --log FOLDER   for messages.xml, the log, and settings.xml, which says what is
+                 logged; otherwise beside the map, with its name and .log
+  --locale NAME  the language and its formats, as de_DE; otherwise the shell's
+  --help         this text
 
-The first topic is the centre when all others are below it; otherwise the
-outline's title or file name is. In OPML, "_note", "url", "date" and "amount"
-go with a topic. Paths may hold %NAME% for an environment variable.
-
-Exit status: 0 when the map is drawn; 1 when the outline cannot be read or the
-map not be written, with the reason and the line on standard error; 2 when the
-command is not understood.
+The first topic is the centre when all others are below it, otherwise the title
+or file name. OPML topics may have _note, url, date and amount.
+Paths may hold %NAME% for an environment variable.
+Exit status: 0 when all is done; 1 when an outline, map or setting cannot be
+read or written, with the reason; 2 when the command is not understood.
 )";
 
 namespace {
@@ -48,7 +47,10 @@ struct Switch {
     std::string_view name;
     bool Options::*value;
 };
-constexpr std::array<Switch, 1> kSwitches = {{{"--help", &Options::wantsHelp}}};
+constexpr std::array<Switch, 2> kSwitches = {{
+    {"--replace", &Options::mayReplaceMap},
+    {"--help", &Options::wantsHelp},
+}};
 
 template <class Table>
 auto Find(const Table& table, std::string_view name)
@@ -89,7 +91,7 @@ private:
         if (found == nullptr)
             throw UsageError{CString(u"unknown option ") + rk::PathText(name)};
         if (m_next == m_arguments.size())
-            throw UsageError{CString(name) + u" needs a name after it"};
+            throw UsageError{CString(name) + u" needs a text after it"};
         Take(m_options.*(found->value), m_arguments[m_next++]);
     }
 

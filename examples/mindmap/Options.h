@@ -14,6 +14,7 @@ struct Options {
     CString mapPath;
     CString logFolder;
     CString locale;  ///< "" for that of the environment
+    bool mayReplaceMap = false;
     bool wantsHelp = false;
 };
 

@@ -1,9 +1,11 @@
 #include "mindmap/Program.h"
 
 #include "mindmap/BranchColors.h"
-#include "mindmap/Files.h"
+#include "mindmap/FileError.h"
 #include "mindmap/MapCheck.h"
+#include "mindmap/MapFile.h"
 #include "mindmap/Options.h"
+#include "mindmap/OutlineFile.h"
 #include "mindmap/ProgressLine.h"
 #include "mindmap/RunLog.h"
 #include "mindmap/SvgWriter.h"
@@ -105,18 +107,20 @@ CString Draw(const Options& options, RunLog& log)
     if (!CheckMap(outline, map, progress).AreNone())
         throw OutlineError{0, u"the topics cannot be placed without touching each other"};
 
-    ReplacementFile file(options.mapPath);
+    MapFile file(options.mapPath, options.mayReplaceMap ? Overwrite::Allowed : Overwrite::Never);
     WriteSvg(
         outline, map, MakeLegend(outline, map), Design{}, NameTopics(outline, map, log),
         [&](const CString& piece) { file.Write(piece); }, progress);
-    file.Commit();
+    const CString mapPath = file.Commit();
 
     const auto deepest = std::max_element(outline.topics.begin(), outline.topics.end(),
                                           [](const Topic& a, const Topic& b) { return a.level < b.level; });
     CString summary;
     summary.Format(u": %zu topics on %d levels, %.0f by %.0f units", outline.topics.size(), deepest->level + 1,
                    static_cast<double>(map.bounds.width), static_cast<double>(map.bounds.height));
-    return options.mapPath + summary;
+    if (mapPath != options.mapPath)
+        summary += u"; " + options.mapPath + u" stays as it was (see --replace)";
+    return mapPath + summary;
 }
 
 int Run(const Options& options, std::ostream& out, std::ostream& err)

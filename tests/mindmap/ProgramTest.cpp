@@ -1,4 +1,5 @@
 #include "mindmap/Program.h"
+#include "../support/ScopedCurrentFolder.h"
 #include "../support/ScopedFileSizeLimit.h"
 #include "../support/ScopedFolder.h"
 #include "MapInvariants.h"
@@ -54,13 +55,50 @@ TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun)
     EXPECT_TRUE(ParseXml("<log xmlns:l='l'>" + log + "</log>").isWellFormed);
 }
 
-TEST_F(Program, ReplacesAMapAndLeavesNothingElseBehind)
+TEST_F(Program, NeverOverwritesAMapUnlessToldTo)
 {
     const std::string outline = Put("plan.md", "# Plan\n- a\n");
-    const std::string map = Put("map.svg", "old");
-    ASSERT_EQ(Run({"--log", m_folder.Path("log/"), "-o", map, outline}), 0) << m_err.str();
-    EXPECT_TRUE(ParseXml(m_folder.Read("map.svg")).isWellFormed);
-    EXPECT_EQ(m_folder.EntryCount(), 3U);
+    const std::string log = m_folder.Path("log/");
+    const ScopedCurrentFolder here(m_folder.Path());
+    Put("map.svg", "old");
+    m_folder.Link("map (2).svg", "nowhere");
+    Put(".svg", "old");
+    ASSERT_EQ(Run({"--log", log, outline, "-o", "map.svg"}), 0) << m_err.str();
+    EXPECT_TRUE(ParseXml(m_folder.Read("map (3).svg")).isWellFormed);
+    EXPECT_EQ(m_out.str().find("map (3).svg: 2 topics on 2 levels, "), 0U);
+    EXPECT_NE(m_out.str().find("; map.svg stays as it was (see --replace)\n"), std::string::npos);
+    EXPECT_EQ(Run({"--log", log, outline, "-o", ".svg"}), 1);  // no name that a number could follow
+    EXPECT_EQ(m_folder.Read("map.svg") + m_folder.Read(".svg"), "oldold");
+    EXPECT_EQ(m_folder.EntryCount(), 6U);
+
+    m_folder.Make({"0600 kept.svg=old", "link.svg>kept.svg"});
+    ASSERT_EQ(Run({"--log", log, outline, "--replace", "-o", m_folder.Path("link.svg")}), 0) << m_err.str();
+    EXPECT_TRUE(ParseXml(m_folder.Read("kept.svg")).isWellFormed);
+    EXPECT_TRUE(std::filesystem::is_symlink(m_folder.Path("link.svg")));
+    EXPECT_EQ(m_folder.Mode("kept.svg"), 0600U);
+    EXPECT_EQ(m_folder.EntryCount(), 8U);
+}
+
+TEST_F(Program, GivesEachOfManyRunsAtOnceAMapOfItsOwn)
+{
+    const std::string outline = Put("plan.md", "# Plan\n- a\n");
+    constexpr int kRunCount = 12;
+    const std::string log = m_folder.Path("log");
+    const std::string map = m_folder.Path("map.svg");
+    std::vector<pid_t> runs;
+    for (int i = 0; i < kRunCount; ++i) {
+        runs.push_back(fork());
+        if (runs.back() == 0)
+            _exit(Run({outline, "-o", map, "--log", log}));
+    }
+    for (const pid_t run : runs) {
+        int status = -1;
+        EXPECT_EQ(waitpid(run, &status, 0), run);
+        EXPECT_EQ(status, 0);
+    }
+    for (int i = 2; i <= kRunCount; ++i)
+        EXPECT_TRUE(ParseXml(m_folder.Read("map (" + std::to_string(i) + ").svg")).isWellFormed) << i;
+    EXPECT_EQ(m_folder.EntryCount(), kRunCount + 2U);
 }
 
 TEST_F(Program, TellsInOneLineWhatIsWrongAndLeavesTheMapAsItWas)
@@ -99,7 +137,7 @@ TEST_F(Program, LeavesAMapThatItCannotReplace)
     EXPECT_EQ(m_err.str(), "mindmap: " + m_folder.Path("folder.svg: is a folder\n"));
     const std::string kept = Put("kept.svg", "old");
     std::filesystem::permissions(kept, std::filesystem::perms::owner_read);
-    EXPECT_EQ(Run({outline, "-o", kept}), 1);
+    EXPECT_EQ(Run({outline, "-o", kept, "--replace"}), 1);
     EXPECT_EQ(m_err.str(), "mindmap: " + kept + ": is read-only\n");
     EXPECT_EQ(m_folder.Read("kept.svg"), "old");
     EXPECT_EQ(Run({outline, "-o", m_folder.Path("missing/map.svg")}), 1);
@@ -114,7 +152,7 @@ TEST_F(Program, LeavesTheMapAsItWasWhenTheDiskIsFull)
     std::signal(SIGXFSZ, SIG_IGN);
     {
         const ScopedFileSizeLimit full(1000);
-        EXPECT_EQ(Run({outline, "-o", map, "--log", m_folder.Path("log")}), 1);
+        EXPECT_EQ(Run({outline, "--replace", "-o", map, "--log", m_folder.Path("log")}), 1);
     }
     EXPECT_EQ(m_err.str(), "mindmap: " + map + ": File too large\n");
     EXPECT_EQ(m_folder.Read("map.svg"), "old");

@@ -1,36 +1,18 @@
-#include "mindmap/Files.h"
+#include "mindmap/OutlineFile.h"
 
+#include "mindmap/FileError.h"
 #include "mindmap/OpmlReader.h"
 #include "mindmap/TextOutlineReader.h"
 
-#include <RkUtilities/foundation/CFileException.h>
-#include <RkUtilities/foundation/CFileStatus.h>
-#include <RkUtilities/guid/CrkGuid.h>
+#include <RkUtilities/foundation/CFile.h>
 #include <RkUtilities/paths/SECFileSystem.h>
 
-#include <system_error>
+#include <string>
+#include <string_view>
 
 namespace mindmap {
 
 namespace {
-
-CString ReasonOf(const CFileException& failure)
-{
-    return CString(std::generic_category().message(static_cast<int>(failure.m_lOsError)));
-}
-
-/// Runs file operations; a failure becomes a FileError.
-template <class Work>
-void Attempt(const CString& path, Work work)
-{
-    try {
-        work();
-    } catch (CFileException* failure) {
-        FileError error{path, ReasonOf(*failure)};
-        failure->Delete();
-        throw error;
-    }
-}
 
 std::string ReadAll(const CString& path)
 {
@@ -81,43 +63,6 @@ Outline ReadOutlineFile(const CString& path)
     const CString extension = files.GetExtension(path);
     const bool isMarkdown = extension.CompareNoCase(u"md") == 0 || extension.CompareNoCase(u"markdown") == 0;
     return ReadTextOutline(document, isMarkdown ? TextSyntax::Markdown : GuessTextSyntax(document), title);
-}
-
-ReplacementFile::ReplacementFile(const CString& path)
-    : m_path(path), m_temporaryPath(path + u"." + static_cast<CString>(CrkGuid()) + u".tmp")
-{
-    const SECFileSystem files;
-    unsigned char attribute = 0;
-    if (files.DirectoryExists(path))
-        throw FileError{path, u"is a folder"};
-    if (files.GetFileAttribute(path, attribute) && (attribute & CFileStatus::readOnly) != 0)
-        throw FileError{path, u"is read-only"};
-    CFileException failure;
-    if (!m_file.Open(m_temporaryPath, CFile::modeReadWrite | CFile::modeCreate, &failure))
-        throw FileError{path, ReasonOf(failure)};
-}
-
-ReplacementFile::~ReplacementFile()
-{
-    const SECFileSystem files;
-    files.CloseFile(&m_file);
-    files.DeleteFile(m_temporaryPath);
-}
-
-void ReplacementFile::Write(const CString& text)
-{
-    Attempt(m_path, [&] { m_file.WriteString(text); });
-}
-
-void ReplacementFile::Commit()
-{
-    Attempt(m_path, [&] {
-        m_file.Close();
-        const SECFileSystem files;
-        // Renaming never replaces a file; copying does, as soon as the copy is complete.
-        if (!files.RenameFile(m_temporaryPath, m_path) && files.CopyFile(m_temporaryPath, m_path, 0, nullptr) == 0)
-            throw FileError{m_path, u"could not be replaced"};
-    });
 }
 
 }  // namespace mindmap
