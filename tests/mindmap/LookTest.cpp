@@ -1,0 +1,114 @@
+#include "../support/ScopedUserLocale.h"
+#include "MapInvariants.h"
+
+#include "mindmap/BranchColors.h"
+#include "mindmap/Style.h"
+
+#include <array>
+#include <cmath>
+#include <gtest/gtest.h>
+
+using namespace mindmap;
+
+namespace {
+
+double Luminance(std::uint32_t rgb)
+{
+    constexpr std::array<double, 3> kWeights = {0.0722, 0.7152, 0.2126};
+    double sum = 0;
+    for (const double weight : kWeights) {
+        const double channel = (rgb & 255) / 255.0;
+        sum += weight * (channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4));
+        rgb >>= 8;
+    }
+    return sum;
+}
+
+double Contrast(std::uint32_t a, std::uint32_t b)
+{
+    const auto [darker, lighter] = std::minmax({Luminance(a), Luminance(b)});
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+Outline Mains(int count)
+{
+    OutlineBuilder builder;
+    for (int i = 0; i < count; ++i) {
+        Topic topic;
+        topic.text = i % 3 == 0 ? u"ملاحظات اليوم" : i % 3 == 1 ? u"Minutes\nof a day that did not end" : u"議事録";
+        builder.Add(0, std::move(topic));
+    }
+    return builder.Finish(u"Centre");
+}
+
+}  // namespace
+
+TEST(Look, KeepsTextsReadableAndLinesVisibleInEveryTheme)
+{
+    for (std::size_t themeIndex = 0; themeIndex < kThemeNames.size(); ++themeIndex) {
+        const auto theme = static_cast<Theme>(themeIndex);
+        const Page& page = PageOf(theme);
+        for (const std::uint32_t ground : {page.paper, page.boxFill})
+            for (const std::uint32_t ink : {page.ink, page.quietInk})
+                EXPECT_GE(Contrast(ink, ground), 4.5) << kThemeNames[themeIndex];
+        for (int branch = 0; branch < 8; ++branch) {
+            EXPECT_GE(Contrast(LineColorOf(theme, branch), page.paper), 3) << kThemeNames[themeIndex] << branch;
+            std::uint32_t above = page.paper;
+            for (int level = 0; level < 6; ++level) {
+                SCOPED_TRACE(testing::Message()
+                             << kThemeNames[themeIndex] << " level " << level << " branch " << branch);
+                const Look look = LookOf(theme, level, branch);
+                for (const std::uint32_t ink : {look.title, look.detail, look.accent})
+                    EXPECT_GE(Contrast(ink, look.fill), 4.5);
+                EXPECT_EQ(look.fill == above, level == 5) << "levels differ until the deepest shade";
+                above = look.fill;
+            }
+        }
+    }
+}
+
+TEST(Legend, LiesBelowTheMapAndHoldsItsTexts)
+{
+    for (const int count : {1, 2, 5, 8, 9, 300}) {
+        const Outline outline = Mains(count);
+        MapLayout map = LayOut(outline);
+        const Legend legend = MakeLegend(outline, map);
+        ASSERT_EQ(legend.entries.size(), std::min<std::size_t>(outline.topics.size() - 1, 8)) << count;
+        const Box box(legend.box);
+        const Box whole(legend.bounds);
+        EXPECT_GE(box.top, Box(map.bounds).bottom);
+        for (const Box& part : {box, Box(map.bounds)})
+            EXPECT_TRUE(whole.Holds(part.left, part.top) && whole.Holds(part.right, part.bottom)) << count;
+        std::vector<Box> cells;
+        for (const LegendEntry& entry : legend.entries) {
+            const int width = std::max(TextWidth(entry.name, kLegendFont), TextWidth(entry.topics, kDetailFont));
+            const Box cell({entry.origin.x, entry.origin.y, static_cast<float>(kSwatchSize + kSwatchGap + width),
+                            kLegendRowHeight});
+            EXPECT_TRUE(box.Holds(cell.left, cell.top) && box.Holds(cell.right, cell.bottom)) << count;
+            for (const Box& other : cells)
+                EXPECT_FALSE(cell.Overlaps(other)) << count;
+            cells.push_back(cell);
+        }
+        EXPECT_EQ(ParseXml(SvgOf(outline, map)).ids.count("legend"), 1U);
+    }
+}
+
+TEST(Legend, NamesColorsInTheUsersLanguage)
+{
+    constexpr std::array<const char16_t*, 8> kNames[] = {
+        {u"Blue", u"Brick red", u"Green", u"Violet", u"Ochre", u"Teal", u"Raspberry", u"Slate"},
+        {u"Blau", u"Ziegelrot", u"Grün", u"Violett", u"Ocker", u"Petrol", u"Himbeerrot", u"Schiefergrau"},
+        {u"青", u"れんが色", u"緑", u"紫", u"黄土色", u"青緑", u"紅紫", u"スレート色"},
+    };
+    constexpr std::array<const char*, 3> kLocales = {"en_GB", "de_AT", "ja_JP"};
+    const Outline outline = Mains(8);
+    const MapLayout map = LayOut(outline);
+    EXPECT_EQ(MakeLegend(outline, map).entries[0].name, u"{2B,6C,B0}");  // no table is set
+    const ScopedColorNames names;
+    for (std::size_t language = 0; language < kLocales.size(); ++language) {
+        const ScopedUserLocale locale(kLocales[language]);
+        const Legend legend = MakeLegend(outline, map);
+        for (std::size_t i = 0; i < 8; ++i)
+            EXPECT_EQ(legend.entries[i].name, kNames[language][i]);
+    }
+}
