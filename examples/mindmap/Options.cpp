@@ -11,21 +11,24 @@ namespace mindmap {
 
 const char kHelp[] = R"(mindmap: draws an outline as a mind map
 
-Usage: mindmap OUTLINE [-o MAP.svg] [--replace] [--log FOLDER]
-               [--locale NAME]
+Usage: mindmap OUTLINE [-o MAP.svg] [--replace] [--log FOLDER] [--locale NAME]
+       mindmap --set NAME=VALUE | --settings
 
-  OUTLINE        OPML 2.0, Markdown headings and lists, or indented lines
+  OUTLINE        OPML 2.0, Markdown headings and lists, or indented lines. One
+                 that is not here is looked for in the last outline's folder.
   -o MAP.svg     the map; otherwise beside the outline, with its name and .svg
-  --replace      may take the place of a map that is there; without it the new
-                 one gets the next free name, such as "plan (2).svg"
-  --log FOLDER   for messages.xml, the log, and settings.xml, which says what is
-                 logged; otherwise beside the map, with its name and .log
+  --replace      may replace a map that is there; without it the new one gets
+                 the next free name, such as "plan (2).svg"
+  --log FOLDER   for messages.xml, the log, and settings.xml, what is logged;
+                 otherwise beside the map, with its name and .log
   --locale NAME  the language and its formats, as de_DE; otherwise the shell's
-  --help         this text
+  --set          remembers theme=light or dark, shapes=rounded, square or pill,
+                 folder=FOLDER, the last outline's
+  --settings     shows what is remembered, and where
 
 The first topic is the centre when all others are below it, otherwise the title
-or file name. OPML topics may have _note, url, date and amount.
-Paths may hold %NAME% for an environment variable.
+or file name. OPML topics may have _note, url, date and amount. Paths may hold
+%NAME% for an environment variable.
 Exit status: 0 when all is done; 1 when an outline, map or setting cannot be
 read or written, with the reason; 2 when the command is not understood.
 )";
@@ -43,12 +46,15 @@ constexpr std::array<TextOption, 3> kTextOptions = {{
     {"--locale", &Options::locale},
 }};
 
+constexpr std::string_view kSet = "--set";  // with a text after it, as often as wanted
+
 struct Switch {
     std::string_view name;
     bool Options::*value;
 };
-constexpr std::array<Switch, 2> kSwitches = {{
+constexpr std::array<Switch, 3> kSwitches = {{
     {"--replace", &Options::mayReplaceMap},
+    {"--settings", &Options::wantsSettings},
     {"--help", &Options::wantsHelp},
 }};
 
@@ -75,7 +81,8 @@ public:
             else
                 Take(m_options.outlinePath, argument);
         }
-        if (m_options.outlinePath.IsEmpty() && !m_options.wantsHelp)
+        const bool hasOtherWork = m_options.wantsHelp || m_options.wantsSettings || !m_options.assignments.empty();
+        if (m_options.outlinePath.IsEmpty() && !hasOtherWork)
             throw UsageError{u"which outline?"};
         return m_options;
     }
@@ -88,11 +95,15 @@ private:
             return;
         }
         const TextOption* const found = Find(kTextOptions, name);
-        if (found == nullptr)
+        if (found == nullptr && name != kSet)
             throw UsageError{CString(u"unknown option ") + rk::PathText(name)};
         if (m_next == m_arguments.size())
             throw UsageError{CString(name) + u" needs a text after it"};
-        Take(m_options.*(found->value), m_arguments[m_next++]);
+        const std::string_view argument = m_arguments[m_next++];
+        if (found != nullptr)
+            Take(m_options.*(found->value), argument);
+        else
+            m_options.assignments.push_back(rk::PathText(argument));
     }
 
     static void Take(CString& value, std::string_view argument)

@@ -14,7 +14,9 @@ struct Options {
     CString mapPath;
     CString logFolder;
     CString locale;  ///< "" for that of the environment
+    std::vector<CString> assignments;  ///< what is to be set: "theme=dark"
     bool mayReplaceMap = false;
+    bool wantsSettings = false;
     bool wantsHelp = false;
 };
 

@@ -8,12 +8,15 @@
 #include "mindmap/OutlineFile.h"
 #include "mindmap/ProgressLine.h"
 #include "mindmap/RunLog.h"
+#include "mindmap/Settings.h"
 #include "mindmap/SvgWriter.h"
 
 #include <RkUtilities/foundation/NativePath.h>
 #include <RkUtilities/guid/CrkGuid.h>
 #include <RkUtilities/logging/CrkLogTypes.h>
+#include <RkUtilities/paths/CrkPathUtilities.h>
 #include <RkUtilities/paths/SECFileSystem.h>
+#include <RkUtilities/platform/ApplicationName.h>
 #include <RkUtilities/platform/UserLocale.h>
 
 #include <algorithm>
@@ -45,11 +48,22 @@ public:
     UserLocale& operator=(const UserLocale&) = delete;
 };
 
+/// The path of an outline that the command names. One without a folder may also be where the last one was.
+CString FindOutline(const CString& path)
+{
+    const SECFileSystem files;
+    if (!CrkPathUtilities::PathFromFilename(path).IsEmpty() || files.FileExists(path) || LastFolder().IsEmpty())
+        return path;
+    const CString there = CrkPathUtilities::AppendToPath(LastFolder(), path);
+    return CrkPathUtilities::FileNotDirectoryExists(there) ? there : path;
+}
+
 /// Fills in the paths that the command leaves out.
 ///
 /// @throws UsageError
 void CompletePaths(Options& options)
 {
+    options.outlinePath = FindOutline(options.outlinePath);
     if (options.mapPath.IsEmpty())
         options.mapPath = WithExtension(options.outlinePath, u".svg");
     if (options.logFolder.IsEmpty())
@@ -109,9 +123,10 @@ CString Draw(const Options& options, RunLog& log)
 
     MapFile file(options.mapPath, options.mayReplaceMap ? Overwrite::Allowed : Overwrite::Never);
     WriteSvg(
-        outline, map, MakeLegend(outline, map), Design{}, NameTopics(outline, map, log),
+        outline, map, MakeLegend(outline, map), ChosenDesign(), NameTopics(outline, map, log),
         [&](const CString& piece) { file.Write(piece); }, progress);
     const CString mapPath = file.Commit();
+    RememberFolderOf(options.outlinePath);
 
     const auto deepest = std::max_element(outline.topics.begin(), outline.topics.end(),
                                           [](const Topic& a, const Topic& b) { return a.level < b.level; });
@@ -143,6 +158,8 @@ int Run(const Options& options, std::ostream& out, std::ostream& err)
     } catch (const std::bad_alloc&) {
         return fail(options.outlinePath + u": not enough memory");
     }
+    if (const CString trouble = TroubleWithSettings(); !trouble.IsEmpty())
+        log.Write(CrkLogWriter::LogNotice, trouble);
     if (log.IsBroken())
         err << "mindmap: no log: " << log.FilePath() << " cannot be written\n";
     else
@@ -150,17 +167,40 @@ int Run(const Options& options, std::ostream& out, std::ostream& err)
     return 0;
 }
 
+/// Changes settings, and shows them when that is wanted or there is no outline to draw.
+int RunSettings(const Options& options, const SettingList& changes, std::ostream& out, std::ostream& err)
+{
+    ChangeSettings(changes);
+    if (options.wantsSettings || options.outlinePath.IsEmpty()) {
+        for (const auto& [name, value] : AllSettings())
+            out << name << '=' << value << '\n';
+        if (!PlaceOfSettings().IsEmpty())
+            out << "Kept in " << PlaceOfSettings() << '\n';
+    }
+    const CString trouble = TroubleWithSettings();
+    if (trouble.IsEmpty())
+        return 0;
+    err << "mindmap: " << trouble << '\n';
+    return 1;
+}
+
 }  // namespace
 
 int RunProgram(const std::vector<std::string_view>& arguments, std::ostream& out, std::ostream& err)
 {
     const ScopedColorNames colorNames;
+    rk::platform::SetApplicationName("mindmap");
     try {
         Options options = ReadOptions(arguments);
         if (options.wantsHelp) {
             out << kHelp;
             return 0;
         }
+        const SettingList changes = ReadSettings(options.assignments);
+        const bool isAboutSettings = options.wantsSettings || !changes.empty();
+        const int settingsStatus = isAboutSettings ? RunSettings(options, changes, out, err) : 0;
+        if (options.outlinePath.IsEmpty())
+            return settingsStatus;
         CompletePaths(options);
         const UserLocale locale(options.locale);
         return Run(options, out, err);

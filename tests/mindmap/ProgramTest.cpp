@@ -1,7 +1,9 @@
 #include "mindmap/Program.h"
+#include "../support/InChild.h"
 #include "../support/ScopedCurrentFolder.h"
 #include "../support/ScopedFileSizeLimit.h"
 #include "../support/ScopedFolder.h"
+#include "../support/ScopedVariable.h"
 #include "MapInvariants.h"
 
 #include <csignal>
@@ -12,9 +14,15 @@ using namespace mindmap;
 
 namespace {
 
-/// Runs of the program in a folder of their own.
+/// Runs of the program in a folder of their own, with settings of their own.
 class Program : public testing::Test {
 protected:
+    static void SetUpTestSuite()
+    {
+        static const ScopedFolder settings;
+        setenv("XDG_CONFIG_HOME", settings.Path().c_str(), 1);
+    }
+
     std::string Put(std::string_view name, std::string_view content) const
     {
         m_folder.Write(name, content);
@@ -26,6 +34,15 @@ protected:
         m_out.str("");
         m_err.str("");
         return RunProgram(arguments, m_out, m_err);
+    }
+
+    /// Status and all output of a run in a process of its own, as settings are read once.
+    std::string RunAlone(const std::vector<std::string_view>& arguments)
+    {
+        return InChild([&] {
+            const int status = Run(arguments);
+            return std::to_string(status) + '\n' + m_err.str() + m_out.str();
+        });
     }
 
     ScopedFolder m_folder;
@@ -99,6 +116,52 @@ TEST_F(Program, GivesEachOfManyRunsAtOnceAMapOfItsOwn)
     for (int i = 2; i <= kRunCount; ++i)
         EXPECT_TRUE(ParseXml(m_folder.Read("map (" + std::to_string(i) + ").svg")).isWellFormed) << i;
     EXPECT_EQ(m_folder.EntryCount(), kRunCount + 2U);
+}
+
+TEST_F(Program, RemembersThemeShapesAndLastFolder)
+{
+    const ScopedVariable settings("XDG_CONFIG_HOME", m_folder.Path("settings").c_str());
+    m_folder.Make({"maps/plan.md=- a\n - b\n", "elsewhere/"});
+    const std::string maps = std::filesystem::canonical(m_folder.Path("maps")).string();
+    const ScopedCurrentFolder here(m_folder.Path("elsewhere"));
+    const auto shown = [&](const std::string& theme, const std::string& shapes, const std::string& folder) {
+        return "0\ntheme=" + theme + "\nshapes=" + shapes + "\nfolder=" + folder + "\nKept in " +
+               m_folder.Path("settings/mindmap/preferences.sqlite\n");
+    };
+    EXPECT_EQ(RunAlone({"plan.md"}), "1\nmindmap: plan.md: No such file or directory\n");
+    EXPECT_EQ(RunAlone({"--settings"}), shown("light", "rounded", ""));
+    EXPECT_EQ(RunAlone({"--set", "theme=dark", "--set", "shapes=square"}), shown("dark", "square", ""));
+    EXPECT_EQ(RunAlone({"../maps/plan.md"}).substr(0, 2), "0\n");
+    EXPECT_EQ(RunAlone({"--settings"}), shown("dark", "square", maps));
+    const std::string dark = m_folder.Read("maps/plan.svg");
+    EXPECT_NE(dark.find("fill=\"#161B22\""), std::string::npos);
+    EXPECT_EQ(dark.find("rx=\"6\""), std::string::npos);
+
+    EXPECT_EQ(RunAlone({"plan.md", "--set", "theme=light"}).find("0\n" + maps + "/plan (2).svg: "), 0U);
+    EXPECT_NE(m_folder.Read("maps/plan (2).svg").find("fill=\"#FCFBF8\""), std::string::npos);
+    EXPECT_EQ(RunAlone({"--set", "folder=../maps/"}), shown("light", "square", maps));
+    EXPECT_EQ(RunAlone({"--set", "folder="}), shown("light", "square", ""));
+
+    constexpr std::array<std::string_view, 2> kWrong[] = {
+        {"theme=blue", "theme is light or dark, not blue"},
+        {"shapes=", "shapes is rounded or square or pill, not empty"},
+        {"folder=none", "no such folder: none"},
+        {"color=red", "no setting is called color"},
+        {"theme", "--set takes a name and a value, as theme=dark, not theme"},
+    };
+    for (const auto& [assignment, complaint] : kWrong)
+        EXPECT_EQ(RunAlone({"--set", "theme=dark", "--set", assignment}),
+                  "2\nmindmap: " + std::string(complaint) + "; see mindmap --help\n");
+    EXPECT_EQ(RunAlone({"--settings"}), shown("light", "square", ""));
+}
+
+TEST_F(Program, DrawsWhereNothingCanBeRemembered)
+{
+    const std::string outline = Put("plan.md", "# Plan\n- a\n");
+    const ScopedVariable settings("XDG_CONFIG_HOME", outline.c_str());
+    EXPECT_EQ(RunAlone({outline}).substr(0, 2), "0\n");
+    EXPECT_NE(m_folder.Read("plan.log/messages.xml").find("the settings cannot be kept"), std::string::npos);
+    EXPECT_EQ(RunAlone({"--set", "theme=dark"}).find("1\nmindmap: the settings cannot be kept: "), 0U);
 }
 
 TEST_F(Program, TellsInOneLineWhatIsWrongAndLeavesTheMapAsItWas)
