@@ -149,16 +149,10 @@ TEST(ReadOnlyFlag, ThrowsWhenTheFileBelongsToSomebodyElse)
     }
 }
 
-TEST(Existence, TellsFilesFromFoldersAndFollowsLinks)
+TEST(Existence, OfBothMakesASubFolderOfWhatBeginsAlike)
 {
     const ScopedFolder folder;
-    const CString file = folder.Write("\xFF\n\"$\\", "x"), sub = folder.MakeFolder("sub"), pipe = folder.Text("pipe");
-    ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
-    for (const CString& one : {file, pipe, folder.Link("tofile", "pipe"), folder.Link("broken", "nowhere")})
-        EXPECT_TRUE(P::FileNotDirectoryExists(one)) << one;
-    for (const CString& none : {sub, folder.Link("tofolder", "sub"), file + u'/', file + u'\0', folder.Text("none")})
-        EXPECT_FALSE(P::FileNotDirectoryExists(none)) << none;
-
+    const CString file = folder.Write("file"), sub = folder.MakeFolder("sub");
     const CString within = folder.MakeFolder("sub/x"), likewise = folder.MakeFolder("subway");
     EXPECT_TRUE(P::IsSubFolder(sub, sub) && P::IsSubFolder(sub, within) && P::IsSubFolder(sub, likewise));
     EXPECT_FALSE(P::IsSubFolder(within, sub) || P::IsSubFolder(sub, sub + u"/none"));
@@ -188,24 +182,19 @@ TEST(Existence, ComparesWhatTheSystemCallsTheOpenFiles)
 
 TEST(Existence, IsAssuredForAFolderAndAllThatLeadToIt)
 {
-    const ScopedFolder folder;
-    folder.Write("file");
-    folder.Link("broken", "nowhere");
-    folder.MakeFolder("sub");
-    folder.Link("tosub", "sub");
-    const std::string longest(255, 'n');
-    for (const std::string path : {"a/b/c", "a/b/c", "d/e/", "tosub/k", longest.c_str()})
-        EXPECT_TRUE(P::AssurePathExists(folder.Text(path)) && folder.Has(path)) << path;
-    EXPECT_TRUE(P::AssurePathExists(folder.Text("w\\x\\y\\")) && folder.Has("w/x/y"));
-    for (const std::string& path :
-         {longest + "n/x", std::string("file"), std::string("file/x/y"), std::string("broken")})
-        EXPECT_FALSE(P::AssurePathExists(folder.Text(path))) << path;
-    EXPECT_EQ(folder.Read("file"), "");
-    EXPECT_FALSE(P::AssurePathExists(u"") || P::AssurePathExists(folder.Text("cut") + u'\0') || folder.Has("cut"));
     const ScopedHome home;
+    home.Make({"file", "broken>nowhere", "sub/", "tosub>sub"});
     const ScopedCurrentFolder current(home.Path());
-    EXPECT_TRUE(P::AssurePathExists(u"~\\maps/new") && P::AssurePathExists(u"rel/ative"));
-    EXPECT_TRUE(home.Has("maps/new") && home.Has("rel/ative"));
+    const std::pair<CString, const char*> assured[] = {{u"a/b/c", "a/b/c"},     {u"a/b/c", "a/b/c"},
+                                                       {u"w\\x\\y\\", "w/x/y"}, {home.Text("d/e/"), "d/e"},
+                                                       {u"tosub/k", "sub/k"},   {u"~\\maps/new", "maps/new"}};
+    for (const auto& [path, made] : assured)
+        EXPECT_TRUE(P::AssurePathExists(path) && home.Has(made)) << path;
+    for (const CString& path : {home.Text(std::string(256, 'n') + "/x"), home.Text("file"), home.Text("file/x/y"),
+                                home.Text("broken"), CString(), home.Text("cut") + u'\0'})
+        EXPECT_FALSE(P::AssurePathExists(path)) << path;
+    EXPECT_EQ(home.Read("file"), "");
+    EXPECT_FALSE(home.Has("cut"));
 }
 
 TEST(Existence, IsAssuredForAllWhoAskAtTheSameTime)

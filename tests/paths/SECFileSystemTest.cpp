@@ -1,5 +1,6 @@
 #include "RkUtilities/paths/SECFileSystem.h"
 #include "RkUtilities/foundation/CFile.h"
+#include "RkUtilities/paths/CrkPathUtilities.h"
 #include "tests/support/ScopedFileSizeLimit.h"
 #include "tests/support/ScopedFolder.h"
 
@@ -73,17 +74,18 @@ void MakeTree(const ScopedFolder& folder, const std::string& root)
 TEST(FileSystem, AnswersAboutWhatIsThereAndLeavesTheOutputAloneElse)
 {
     const ScopedFolder folder;
-    folder.Make({"file=12345", "folder/", "to-folder>folder", "nowhere>missing", "full/.hidden"});
-    const std::pair<const char*, const char*> cases[] = {// exists, folder, empty
-                                                         {"", "ef-"},         {"file", "e--"},      {"nowhere", "e--"},
-                                                         {"folder/.", "efe"}, {"to-folder", "efe"}, {"missing", "---"},
-                                                         {"file/", "---"},    {"full", "ef-"}};
+    folder.Make({"file=12345", "folder/", "to-folder>folder", "nowhere>missing", "full/.hidden", "pipe|"});
+    const std::pair<const char*, const char*> cases[] = {
+        // exists, folder, empty, file
+        {"", "ed--"},          {"file", "e--f"},    {"nowhere", "e--f"}, {"pipe", "e--f"}, {"folder/.", "ede-"},
+        {"to-folder", "ede-"}, {"missing", "----"}, {"file/", "----"},   {"full", "ed--"}};
     for (const auto& [name, is] : cases) {
         const CString path = folder.Text(name);
-        EXPECT_EQ(std::string(files.FileExists(path) ? "e" : "-") + (files.DirectoryExists(path) ? "f" : "-") +
-                      (files.IsDirectoryEmpty(path) ? "e" : "-"),
-                  is)
-            << name;
+        std::string found = files.FileExists(path) ? "e" : "-";
+        found += files.DirectoryExists(path) ? 'd' : '-';
+        found += files.IsDirectoryEmpty(path) ? 'e' : '-';
+        found += CrkPathUtilities::FileNotDirectoryExists(path) ? 'f' : '-';
+        EXPECT_EQ(found, is) << name;
     }
     EXPECT_FALSE(files.FileExists(CString()) || files.FileExists(folder.Text(std::string_view("file\0", 5))));
 

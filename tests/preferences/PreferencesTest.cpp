@@ -9,8 +9,8 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <functional>
 #include <gtest/gtest.h>
-#include <map>
 #include <random>
 #include <thread>
 #include <vector>
@@ -218,54 +218,39 @@ TEST_F(Preferences, WaitInTheProcessWhileTheStorageFails)
     InAProcess([] { EXPECT_TRUE(TextOf(u"name") == u"kept" && TextOf(u"other") == u"kept too"); });
 }
 
-/// What becomes of the database file, with `folder` the one that holds it.
-const std::map<std::string, void (*)(const std::string& folder)> kMisfortunes = {
-    {"deleted", [](const std::string& folder) { std::filesystem::remove_all(folder); }},
-    {"moved away",
-     [](const std::string& folder) {
-         std::filesystem::rename(folder + "/preferences.sqlite", folder + "/preferences.sqlite-gone");
-     }},
-    {"no database", [](const std::string& folder) { std::ofstream(folder + "/preferences.sqlite") << "damage"; }},
-    // What a store runs into and a reading does not see: the list of free pages.
-    {"damaged where it is free",
-     [](const std::string& folder) {
-         std::fstream file(folder + "/preferences.sqlite", std::ios::in | std::ios::out | std::ios::binary);
-         file.seekg(16);
-         unsigned char page[2], first[4];
-         file.read(reinterpret_cast<char*>(page), 2);
-         file.seekg(32);
-         file.read(reinterpret_cast<char*>(first), 4);
-         ASSERT_NE(first[2] * 256 + first[3], 0);
-         file.seekp((first[2] * 256 + first[3] - 1) * (page[0] * 256 + page[1]));
-         file << std::string(4096, '\xFF');
-     }},
-};
-
 TEST_F(Preferences, BeginANewDatabaseWithWhatTheProcessKnows)
 {
-    const CString large = std::u16string(100000, u'x');
-    for (const auto& [misfortune, happens] : kMisfortunes) {
-        SCOPED_TRACE(misfortune);
-        InAProcess([&] {  // leaves free pages
-            Set(kThisHost, u"large", large);
-            Set(kThisHost, u"large", u"");
-        });
-        const std::string folder = m_folder.Path("config/mind_maps");
-        const bool whileOpen = misfortune == "deleted" || misfortune == "moved away";
-        if (!whileOpen)
-            happens(folder);
-        InAProcess([&, happens = happens] {
+    const std::string file = m_folder.Path(m_database);
+    const auto overwrite = [&file](std::streamoff at, std::string_view bytes) {
+        std::fstream(file, std::ios::in | std::ios::out | std::ios::binary).seekp(at) << bytes;
+    };
+    const struct {
+        bool isDamage;
+        std::function<void()> happens;
+    } misfortunes[] = {{false, [&] { std::filesystem::remove_all(m_folder.Path("config")); }},
+                       {false, [&] { std::filesystem::rename(file, file + "-gone"); }},
+                       {true, [&] { overwrite(0, "no database"); }},
+                       // The list of free pages, which a store runs into and a reading does not see.
+                       {true, [&] {
+                            overwrite(32, {"\0\xFF\xFF\xFF\0\0\0\5", 8});
+                        }}};
+    for (const auto& [isDamage, happens] : misfortunes) {
+        SCOPED_TRACE(&happens - &misfortunes[0].happens);
+        InAProcess([] { Set(kThisHost, u"large", u""); });
+        if (isDamage)
+            happens();
+        InAProcess([&, isDamage = isDamage, &happens = happens] {
             Set(kThisHost, u"stored", u"before");
-            if (whileOpen)
-                happens(folder);
-            Set(kAnyHost, u"name", large);
-            SECRegistry().Close();
+            if (!isDamage)
+                happens();
+            const CString large = std::u16string(100000, u'x');
+            Set(kAnyHost, u"large", large);
+            Set(kThisHost, u"large", large);
             const rk::platform::PreferenceState state = rk::platform::GetPreferenceState();
             EXPECT_EQ(state.lastFailure, "");
-            EXPECT_EQ(state.damagedDatabase.empty(), whileOpen);
-            EXPECT_EQ(std::filesystem::exists(state.damagedDatabase), !whileOpen);
+            EXPECT_EQ(std::filesystem::exists(state.damagedDatabase), isDamage);
         });
-        InAProcess([&] { EXPECT_TRUE(TextOf(u"stored") == u"before" && TextOf(u"name") == large); });
+        InAProcess([] { EXPECT_EQ(TextOf(u"stored").GetLength() + TextOf(u"large").GetLength(), 100006); });
     }
 }
 
