@@ -1,15 +1,12 @@
 #include "mindmap/SvgWriter.h"
 
 #include "mindmap/CleanText.h"
-#include "mindmap/CodePoints.h"
 #include "mindmap/Link.h"
 #include "mindmap/Style.h"
 #include "mindmap/Tooltip.h"
 #include "mindmap/TopicIds.h"
+#include "mindmap/XmlStream.h"
 
-#include <array>
-#include <charconv>
-#include <concepts>
 #include <string>
 #include <string_view>
 
@@ -17,103 +14,7 @@ namespace mindmap {
 
 namespace {
 
-constexpr std::size_t kPieceUnits = 1 << 16;
 constexpr float kIconRise = 10;  // from an icon's top to the baseline of its text
-
-/// Text content: shown as it is. Attribute: line breaks and tabs are written as references, which readers keep.
-enum class Place { Content, Attribute };
-
-/// A color as XML wants it.
-struct Color {
-    std::uint32_t rgb;
-};
-
-/// Collects the document and hands it on in pieces.
-class XmlStream {
-public:
-    explicit XmlStream(const TextSink& sink) : m_sink(sink) { m_buffer.reserve(kPieceUnits + kPieceUnits / 8); }
-
-    /// Markup is written as it stands.
-    XmlStream& operator<<(std::u16string_view markup)
-    {
-        m_buffer += markup;
-        return *this;
-    }
-    XmlStream& operator<<(Color color)
-    {
-        std::array<char16_t, 7> text = {u'#'};
-        for (std::size_t i = 0; i < 6; ++i)
-            text[i + 1] = u"0123456789ABCDEF"[(color.rgb >> (20 - 4 * i)) & 15];
-        return *this << std::u16string_view(text.data(), text.size());
-    }
-    /// The shortest text that reads back as the same number.
-    template <class Number>
-    requires std::same_as<Number, float> || std::same_as<Number, double> || std::same_as<Number, int> XmlStream&
-    operator<<(Number number)
-    {
-        std::array<char, 40> text;
-        const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-        m_buffer.append(text.data(), end);
-        return *this;
-    }
-
-    /// A text of any content: markup is escaped, and what XML 1.0 does not allow becomes U+FFFD.
-    XmlStream& Text(std::u16string_view text, Place place)
-    {
-        for (std::size_t index = 0; index < text.size();) {
-            const std::size_t begin = index;
-            const char32_t c = NextCodePoint(text, index);
-            if (const std::u16string_view reference = ReferenceFor(c, place); !reference.empty())
-                m_buffer += reference;
-            else if (IsXmlCharacter(c))
-                m_buffer += text.substr(begin, index - begin);
-            else
-                m_buffer += static_cast<char16_t>(kReplacementCharacter);
-        }
-        return *this;
-    }
-
-    void HandOn(std::size_t threshold)
-    {
-        if (m_buffer.size() <= threshold)
-            return;
-        m_sink(m_buffer);
-        m_buffer.clear();
-    }
-
-private:
-    static std::u16string_view ReferenceFor(char32_t c, Place place)
-    {
-        switch (c) {
-        case u'&':
-            return u"&amp;";
-        case u'<':
-            return u"&lt;";
-        case u'>':
-            return u"&gt;";
-        case u'"':
-            return u"&quot;";
-        case u'\r':
-            return u"&#13;";
-        case u'\n':
-            return place == Place::Attribute ? u"&#10;" : u"";
-        case u'\t':
-            return place == Place::Attribute ? u"&#9;" : u"";
-        case kReplacementCharacter:  // may stand for a lone surrogate
-            return u"\uFFFD";
-        default:
-            return {};
-        }
-    }
-
-    static bool IsXmlCharacter(char32_t c)
-    {
-        return c == u'\t' || c == u'\n' || (c >= 0x20 && c < 0xFFFE) || c > 0xFFFF;
-    }
-
-    const TextSink& m_sink;
-    std::u16string m_buffer;
-};
 
 // Signs of 12 by 12 units, drawn with the stroke of whoever uses them.
 constexpr char16_t kIcons[] = uR"(<defs>
@@ -163,7 +64,7 @@ public:
               << c.firstControl.y << u" " << c.secondControl.x << u" " << c.secondControl.y << u" " << c.end.x << u" "
               << c.end.y << u"\" stroke=\"" << Color{LineColorOf(m_design.theme, m_map.shapes[index].branch)}
               << u"\" stroke-width=\"" << StyleOf(m_topics[index].level).lineWidth << u"\"/>\n";
-        m_xml.HandOn(kPieceUnits);
+        m_xml.HandOnPieces();
     }
 
     void EndConnections() { m_xml << u"</g>\n"; }
@@ -186,7 +87,7 @@ public:
         for (const TextRun& run : shape.text.runs)
             WriteRun(run, shape, look, StyleOf(topic.level).font);
         m_xml << (target.IsEmpty() ? u"</g>\n" : u"</a></g>\n");
-        m_xml.HandOn(kPieceUnits);
+        m_xml.HandOnPieces();
     }
 
     void WriteLegend()
@@ -196,8 +97,9 @@ public:
         const Page& page = PageOf(m_design.theme);
         const CrkFloatRect& r = m_legend.box;
         m_xml << u"<g id=\"legend\"><rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width
-              << u"\" height=\"" << r.height << u"\" rx=\"" << CornerRadiusOf(m_design.shapes, 1, 0) << u"\" fill=\""
-              << Color{page.boxFill} << u"\" stroke=\"" << Color{page.boxEdge} << u"\"/>\n";
+              << u"\" height=\"" << r.height << u"\" rx=\""
+              << CornerRadiusOf(m_design.shapes, 1, 2 * StyleOf(1).cornerRadius) << u"\" fill=\"" << Color{page.boxFill}
+              << u"\" stroke=\"" << Color{page.boxEdge} << u"\"/>\n";
         for (const LegendEntry& entry : m_legend.entries) {
             const CrkFloatPoint& o = entry.origin;
             m_xml << u"<rect x=\"" << o.x << u"\" y=\"" << o.y + (kLegendRowHeight - kSwatchSize) / 2 << u"\" width=\""
@@ -214,7 +116,7 @@ public:
     void End()
     {
         m_xml << u"</svg>\n";
-        m_xml.HandOn(0);
+        m_xml.HandOnAll();
     }
 
 private:

@@ -3,13 +3,9 @@
 #include "mindmap/Layout.h"
 #include "mindmap/Legend.h"
 #include "mindmap/Theme.h"
-
-#include <functional>
+#include "mindmap/XmlStream.h"
 
 namespace mindmap {
-
-/// Takes the map piece by piece.
-using TextSink = std::function<void(const CString&)>;
 
 /// Writes the map as one SVG document, well-formed whatever the texts are. Every topic is a group with an id (TopicIds),
 /// its GUID, a tooltip (ComposeTooltip) and, where it has a link that may be followed, that one.
