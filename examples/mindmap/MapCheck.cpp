@@ -1,5 +1,6 @@
 #include "mindmap/MapCheck.h"
 
+#include <RkUtilities/collections/CorvaneNSArrayAdditions.h>
 #include <RkUtilities/geometry/CrkFloatMargin.h>
 #include <RkUtilities/geometry/CrkMathUtilities.h>
 
@@ -110,8 +111,10 @@ MapFaults CheckMap(const Outline& outline, const MapLayout& map, const ProgressH
         const std::vector<CrkFloatPoint> points = Flatten(line, kSegmentCount);
         const int pointCount = static_cast<int>(points.size());
         const CrkFloatRect box = CrkMathUtilities::CalculatePointsBoundingRectangle(points.data(), pointCount);
+        // Where two shapes lie on each other only these very two may be touched.
+        const std::array<const TopicShape*, 2> ends = {&shapes[parent], &shapes[i]};
         tree.ForEachIn(WithArea(box), [&](std::size_t other) {
-            if (other != i && other != parent &&
+            if (!CorvaneNSArrayAdditions::containsObjectIdenticalTo(ends, &shapes[other]) &&
                 CrkMathUtilities::IsPolylineCrossingRect(points.data(), pointCount, shapes[other].bounds))
                 ++faults.crossingCount;
         });
