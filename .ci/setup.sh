@@ -2,7 +2,7 @@
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-run_packages=(g++ cmake ninja-build libicu-dev libexpat1-dev libsqlite3-dev)
+run_packages=(g++ cmake ninja-build libicu-dev icu-devtools libexpat1-dev libsqlite3-dev)
 test_packages=("${run_packages[@]}" libgtest-dev libgmock-dev libxml2-dev locales tzdata)
 ci_packages=("${test_packages[@]}" clang libclang-rt-dev clang-format-14 clang-tidy-14
              libbenchmark-dev pkgconf valgrind)
