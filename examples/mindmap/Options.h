@@ -13,7 +13,7 @@ struct Options {
     CString outlinePath;
     CString mapPath;
     CString logFolder;
-    CString locale;  ///< "" for that of the environment
+    CString locale;                    ///< "" for that of the environment
     std::vector<CString> assignments;  ///< what is to be set: "theme=dark"
     bool mayReplaceMap = false;
     bool wantsSettings = false;

@@ -36,7 +36,7 @@ constexpr std::array<Palette, 2> kPalettes = {{
      {0xECF0F4, 0xECF0F4, 0, 0x1B232C, 0x4A5661, 0x4A5661},
      0xFFFFFF,
      18,
-     62,
+     50,
      {{{-56, 0}, {-68, -12}, {-76, -24}}}},
 }};
 
