@@ -15,7 +15,6 @@ void Add(BranchSum& sum, const Figure& figure)
                                        [&](const Figure& known) { return known.unit == figure.unit; });
     Figure total = figure;
     if (sameUnit != sum.figures.end()) {
-        total.decimalCount = std::max(total.decimalCount, sameUnit->decimalCount);
         if (__builtin_add_overflow(sameUnit->value, figure.value, &total.value))
             sum.isKnown = false;
         sum.figures.erase(sameUnit);

@@ -95,7 +95,6 @@ bool ReadNumber(std::u16string_view number, Figure& figure)
     if (!digits || digits->size() > kMaximumDigitCount || decimals.size() > kMaximumDecimalCount ||
         !IsAllOf(decimals, kDigits))
         return false;
-    figure.decimalCount = static_cast<int>(decimals.size());
     *digits += decimals;
     digits->append(kMaximumDecimalCount - decimals.size(), u'0');
     for (const char16_t digit : *digits)
@@ -131,6 +130,16 @@ bool TakeSign(CString& prefix)
         return sign == u"-";
     }
     return false;
+}
+
+int DecimalCount(const Figure& figure)
+{
+    int count = kMaximumDecimalCount;
+    for (std::int64_t value = figure.value; count > 0 && value % 10 == 0; value /= 10)
+        --count;
+    constexpr int kCents = 2;
+    const bool isAmount = !figure.unit.IsEmpty() && figure.unit.View() != kPercent;
+    return isAmount && count > 0 ? std::max(count, kCents) : count;
 }
 
 CString NumberText(const Figure& figure)
@@ -185,12 +194,12 @@ std::optional<Figure> ReadFigure(const CString& text)
 CString ShownFigure(const Figure& figure)
 {
     const CString number = NumberText(figure);
+    const int decimalCount = DecimalCount(figure);
     if (figure.unit.View() == kPercent)
-        return Conversion::DoubleStringToFormattedPercentage(number + u"e-2", figure.decimalCount);
+        return Conversion::DoubleStringToFormattedPercentage(number + u"e-2", decimalCount);
     if (figure.unit.IsEmpty())
-        return Conversion::DoubleStringToFormattedNumber(number, /*groupThousands=*/true, figure.decimalCount,
+        return Conversion::DoubleStringToFormattedNumber(number, /*groupThousands=*/true, decimalCount,
                                                          Conversion::MinusSign);
-    const int decimalCount = figure.decimalCount == 0 ? 0 : std::max(figure.decimalCount, 2);  // cents are two
     return Conversion::DoubleStringToFormattedCurrency(number, figure.unit, decimalCount,
                                                        static_cast<int>(figure.place), NegativeFormat(figure.place),
                                                        Conversion::MinusSign);

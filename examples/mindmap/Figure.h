@@ -16,7 +16,6 @@ struct Figure {
 
     CString unit;            ///< "€", "NOK", "%"; "" for a bare number
     std::int64_t value = 0;  ///< in ten-thousandths
-    int decimalCount = 0;    ///< that were written, at most 4
     UnitPlace place = UnitPlace::Before;
 
     friend bool operator==(const Figure&, const Figure&) = default;
@@ -35,7 +34,8 @@ struct Figure {
 /// - Up to 13 digits and 4 decimals.
 std::optional<Figure> ReadFigure(const CString& text);
 
-/// The figure in the user's locale, exactly: "€ 1,284,000", "1.284,50 €", "12,5%".
+/// The figure in the user's locale, exactly and with the decimals that it needs, of an amount none or two and more: "€
+/// 1,284,000", "1.284,50 €", "12,5%". The unit stands where it was written.
 CString ShownFigure(const Figure& figure);
 
 }  // namespace mindmap

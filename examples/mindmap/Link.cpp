@@ -106,15 +106,18 @@ bool HoldsPairs(const CString& part)
     return pieceCount > 0;
 }
 
-/// Takes the part that begins with `sign` off the address, and its parameters into the map if it has nothing else.
-void TakeParameters(CString& address, const CString& sign, CrkStringUtilities::ParameterMap& parameters)
+/// Takes what begins with `sign` off the address: parameters go into the map, anything else is returned.
+CString TakeOff(CString& address, const CString& sign, CrkStringUtilities::ParameterMap& parameters)
 {
     const int at = address.Find(sign);
-    const CString part = at < 0 ? CString() : address.Mid(at + 1);
-    if (!HoldsPairs(part))
-        return;
-    CrkStringUtilities::ExtractUrlParameters(u"#" + part, parameters);
+    if (at < 0)
+        return {};
+    const CString part = address.Mid(at);
     address = address.Left(at);
+    if (!HoldsPairs(part.Mid(1)))
+        return part;
+    CrkStringUtilities::ExtractUrlParameters(u"#" + part.Mid(1), parameters);
+    return {};
 }
 
 CString Told(const CrkStringUtilities::ParameterMap& parameters)
@@ -147,12 +150,12 @@ Link ReadLink(const CString& written)
     }
     address = CrkStringUtilities::RemovePrefix(address.Mid(scheme.GetLength()), u"//");
     CrkStringUtilities::ParameterMap parameters;
-    TakeParameters(address, u"#", parameters);
-    TakeParameters(address, u"?", parameters);
+    const CString fragment = TakeOff(address, u"#", parameters);
+    const CString query = TakeOff(address, u"?", parameters);
+    if (CrkStringUtilities::EndsWith(address, u"/", /*ignoreCase=*/false))
+        address = address.Left(address.GetLength() - 1);
+    link.address = Decoded(address + query + fragment);
     link.parameters = Told(parameters);
-    link.address = Decoded(address);
-    if (CrkStringUtilities::EndsWith(link.address, u"/", /*ignoreCase=*/false))
-        link.address = link.address.Left(link.address.GetLength() - 1);
     return link;
 }
 

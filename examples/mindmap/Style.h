@@ -55,7 +55,8 @@ inline constexpr int kMargin = 24;  ///< around the map
 
 inline constexpr Font kDetailFont = {12, Weight::Regular};
 inline constexpr int kNoteLineCount = 3;
-inline constexpr int kDetailGap = 4;  ///< above the first detail
+inline constexpr int kFactLineCount = 2;  ///< of a date, an amount, a link
+inline constexpr int kDetailGap = 4;      ///< above the first detail
 inline constexpr int kIconSize = 12;
 inline constexpr int kIconGap = 4;   ///< between an icon and its text
 inline constexpr int kFactGap = 12;  ///< between a date and the amount beside it

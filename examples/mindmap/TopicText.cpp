@@ -44,16 +44,14 @@ private:
             m_block.height += kDetailGap;
     }
 
-    void AddRun(const CString& text, TextRole role, Direction direction, Font font, int start)
+    enum class Sign { None, Icon };
+
+    void AddRun(const CString& text, TextRole role, Direction direction, Font font, int start, Sign sign)
     {
         const int width = TextWidth(text, font);
         m_block.width = std::max(m_block.width, start + width);
-        m_block.runs.push_back({text, role, direction, start, m_block.height + Ascent(font), width, HasIcon(role)});
-    }
-
-    static bool HasIcon(TextRole role)
-    {
-        return role == TextRole::Date || role == TextRole::Amount || role == TextRole::Link;
+        m_block.runs.push_back(
+            {text, role, direction, start, m_block.height + Ascent(font), width, sign == Sign::Icon});
     }
 
     void AddLines(const CString& text, TextRole role, Font font, int maximumLineCount)
@@ -63,40 +61,42 @@ private:
         const Direction direction = DirectionOf(text);
         for (const CString& line : wrapped.lines) {
             BeginLine(role);
-            AddRun(line, role, direction, font, 0);
+            AddRun(line, role, direction, font, 0, Sign::None);
             m_block.height += LineHeight(font);
         }
     }
 
-    /// One line of a detail that a long text does not break but shorten.
-    CString OneLine(const CString& text, int maximumWidth)
-    {
-        WrappedText wrapped = Wrap(DrawableText(text), kDetailFont, maximumWidth, 1);
-        m_block.isShortened = m_block.isShortened || wrapped.isShortened;
-        return wrapped.lines.empty() ? CString() : std::move(wrapped.lines.front());
-    }
-
+    /// A detail with its sign.
     void AddFact(const CString& text, TextRole role)
     {
-        CString line = OneLine(text, m_style.maximumTextWidth - kIconSpace);
-        if (line.IsEmpty())
-            return;
-        BeginLine(role);
-        const Direction direction = DirectionOf(line);
-        AddRun(line, role, direction, kDetailFont, kIconSpace);
-        m_block.height += LineHeight(kDetailFont);
+        const WrappedText wrapped = Wrap(DrawableText(text), kDetailFont, FactWidth(), kFactLineCount);
+        m_block.isShortened = m_block.isShortened || wrapped.isShortened;
+        Sign sign = role == TextRole::More ? Sign::None : Sign::Icon;
+        for (const CString& line : wrapped.lines) {
+            BeginLine(role);
+            AddRun(line, role, DirectionOf(line), kDetailFont, kIconSpace, sign);
+            m_block.height += LineHeight(kDetailFont);
+            sign = Sign::None;
+        }
     }
+
+    static CString OnOneLine(const CString& text)
+    {
+        CString line = DrawableText(text);
+        line.Replace(u"\n", u" ");
+        return line;
+    }
+
+    [[nodiscard]] int FactWidth() const { return m_style.maximumTextWidth - kIconSpace; }
 
     /// Dates, weeks and amount stand on one line where there is room for them.
     void AddFacts()
     {
-        const int availableWidth = m_style.maximumTextWidth - kIconSpace;
-        CString date = ShownDate(m_topic.date);
+        CString date = OnOneLine(ShownDate(m_topic.date));
         CString weeks = ShownWeeks(m_topic.date);
-        if (!weeks.IsEmpty() && TextWidth(date + kWeekSign + weeks, kDetailFont) <= availableWidth)
+        if (!weeks.IsEmpty() && TextWidth(date + kWeekSign + weeks, kDetailFont) <= FactWidth())
             date += kWeekSign + std::exchange(weeks, CString());
-        date = OneLine(date, availableWidth);
-        const CString amount = OneLine(ShownAmount(m_topic, m_sum), availableWidth);
+        const CString amount = OnOneLine(ShownAmount(m_topic, m_sum));
         const int amountStart = kIconSpace + TextWidth(date, kDetailFont) + kFactGap + kIconSpace;
         if (date.IsEmpty() || amount.IsEmpty() || !weeks.IsEmpty() ||
             amountStart + TextWidth(amount, kDetailFont) > m_style.maximumTextWidth) {
@@ -106,8 +106,8 @@ private:
             return;
         }
         BeginLine(TextRole::Date);
-        AddRun(date, TextRole::Date, DirectionOf(date), kDetailFont, kIconSpace);
-        AddRun(amount, TextRole::Amount, DirectionOf(amount), kDetailFont, amountStart);
+        AddRun(date, TextRole::Date, DirectionOf(date), kDetailFont, kIconSpace, Sign::Icon);
+        AddRun(amount, TextRole::Amount, DirectionOf(amount), kDetailFont, amountStart, Sign::Icon);
         m_block.height += LineHeight(kDetailFont);
     }
 
