@@ -1,4 +1,4 @@
-// Any bytes, as each kind of outline: a reason with a line, or a map that is overlap-free and well-formed.
+// Any bytes, as each kind of outline and as each field of a topic: a reason with a line, or a map that is overlap-free and well-formed.
 #include "../tests/mindmap/MapInvariants.h"
 #include "mindmap/MapCheck.h"
 #include "mindmap/OpmlReader.h"
@@ -52,5 +52,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckReader([&] { return ReadOpml(document, u"file"); });
     CheckReader([&] { return ReadTextOutline(document, TextSyntax::Indented, u"file"); });
     CheckReader([&] { return ReadTextOutline(document, TextSyntax::Markdown, u"file"); });
+    OutlineBuilder builder;
+    const int top = builder.Add(0, {});
+    for (CString Topic::*field : {&Topic::text, &Topic::note, &Topic::link, &Topic::date, &Topic::amount}) {
+        Topic topic;
+        topic.*field = document;
+        builder.Add(top, topic);
+    }
+    CheckOutline(builder.Finish({}));
     return 0;
 }

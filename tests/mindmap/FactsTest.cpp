@@ -1,0 +1,192 @@
+#include "../support/ScopedUserLocale.h"
+#include "../support/ScopedVariable.h"
+#include "mindmap/BranchSums.h"
+#include "mindmap/Dates.h"
+#include "mindmap/Link.h"
+#include "mindmap/Placeholders.h"
+#include "mindmap/Tooltip.h"
+#include "mindmap/TopicIds.h"
+
+#include <RkUtilities/dates/CrkDateUtilities.h>
+#include <RkUtilities/xml/CrkXmlUtilities.h>
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <set>
+#include <string>
+#include <unicode/gregocal.h>
+
+using namespace mindmap;
+
+namespace {
+
+Topic With(CString Topic::*field, const CString& value)
+{
+    Topic topic;
+    topic.*field = value;
+    return topic;
+}
+
+/// The figure in a locale; "?" where the text is none.
+CString Told(const CString& written, const char* locale)
+{
+    const ScopedUserLocale scope(locale);
+    const std::optional<Figure> figure = ReadFigure(written);
+    return figure ? ShownFigure(*figure) : CString(u"?");
+}
+
+}  // namespace
+
+TEST(Figure, IsReadAlikeAndShownInTheUsersLocale)
+{
+    struct Case {
+        const char16_t* written;
+        const char16_t* english;
+        const char16_t* german;
+    };
+    constexpr Case kCases[] = {
+        {u"€ 1 284 000", u"€ 1,284,000", u"€ 1.284.000"},
+        {u"1.284.000,50 EUR", u"1,284,000.50 €", u"1.284.000,50 €"},
+        {u" \u2212EUR\u202F1\u202F284.5 ", u"-€ 1,284.50", u"-€ 1.284,50"},
+        {u"US$-1’284.005", u"-US$1,284.005", u"-US$1.284,005"},
+        {u"kr 1,284", u"kr 1,284", u"kr 1.284"},     // a group, no decimals
+        {u"0.125 CHF", u"0.125 CHF", u"0,125 CHF"},  // decimals, no group
+        {u"1284.125 ₹", u"1,284.125 ₹", u"1.284,125 ₹"},
+        {u"-$0.10", u"-$0.10", u"-$0,10"},
+        {u"1.125%", u"1.125%", u"1,125%"},
+        {u"-0.5 %", u"-0.5%", u"-0,5%"},
+        {u"9 999 999 999 999.9999", u"9,999,999,999,999.9999", u"9.999.999.999.999,9999"},
+    };
+    for (const Case& c : kCases) {
+        EXPECT_EQ(Told(c.written, "en_US"), c.english) << CString(c.written);
+        EXPECT_EQ(Told(c.written, "de_DE"), c.german) << CString(c.written);
+    }
+    for (const char16_t* none :
+         {u"", u"€", u"about 200", u"200 each", u"€ 5 EUR", u"1 28 000", u"1.284,000.5", u"1,2345,678", u"12 34",
+          u"10000000000000", u"1.23456 €", u"5-", u"--5", u"2027-06-01", u"٥"})
+        EXPECT_EQ(Told(none, "en_US"), u"?") << CString(none);
+}
+
+TEST(BranchSums, AddUpPerUnitAndStopAtATopicsOwnFigure)
+{
+    const ScopedUserLocale english("en_US");
+    OutlineBuilder builder;
+    const int top = builder.Add(0, {});
+    const auto add = [&](int parent, const char16_t* amount) {
+        return builder.Add(parent, With(&Topic::amount, amount));
+    };
+    const int costs = add(top, u"");
+    for (const char16_t* amount : {u"€ 0.10", u"0,2 EUR", u"$5", u"some"})
+        add(costs, amount);
+    add(add(top, u"€ 100"), u"€ 70");
+    const int shares = add(top, u"to be shared");
+    for (int i = 0; i < 10; ++i)
+        add(shares, u"9.99 %");
+    const int many = add(top, u"");
+    for (const char16_t* unit : {u"AAA 1", u"BBB 1", u"CCC 1", u"DDD 1", u"EEE 1", u"FFF 1", u"GGG 1"})
+        add(many, unit);
+    const Outline outline = builder.Finish(u"");
+    const std::vector<BranchSum> sums = SumBranches(outline);
+    const auto shown = [&](int index) {
+        const auto i = static_cast<std::size_t>(index - 1);  // the builder's root is gone
+        return ShownAmount(outline.topics[i], sums[i]) + u"|" + ShownSum(sums[i]);
+    };
+    EXPECT_EQ(shown(costs), u"Σ € 0.30 + $5|Σ € 0.30 + $5");
+    EXPECT_EQ(shown(costs + 5), u"€ 100|Σ € 70");
+    EXPECT_EQ(shown(shares), u"to be shared|Σ 99.9%");
+    EXPECT_EQ(shown(many).Right(5), u"GGG 1");
+    EXPECT_EQ(shown(top), u"|");  // ten units
+}
+
+TEST(Dates, AreTextsOfTheLibraryWithWeeksOfTheUsersLocale)
+{
+    const CString first = CrkDateUtilities::ShortDateString(CTime(2027, 6, 1, 0, 0, 0));
+    const CString last = CrkDateUtilities::ShortDateString(CTime(2028, 2, 29, 0, 0, 0));
+    EXPECT_EQ(ShownDate(u"from 2027-06-01 to 2028-02-29!"), u"from " + first + u" – " + last + u"!");
+    for (const char16_t* none :
+         {u"", u"2027-02-29", u"2027-13-01", u"0000-01-01", u"12027-06-01", u"2027-06-011", u"2027-6-1"})
+        EXPECT_EQ(ShownDate(none) + ShownWeeks(none), none);
+    // For every day, week numbers are those of ICU.
+    UErrorCode status = U_ZERO_ERROR;
+    for (const char* locale : {"de_DE", "en_US", "ar_EG"}) {
+        const ScopedUserLocale scope(locale);
+        icu::GregorianCalendar calendar(*icu::TimeZone::getGMT(), icu::Locale(locale), status);
+        calendar.set(1990, UCAL_JANUARY, 1, 12, 0);
+        for (int day = 0; day < 15'000; ++day, calendar.add(UCAL_DATE, 1, status)) {
+            const auto field = [&](UCalendarDateFields f) { return calendar.get(f, status); };
+            CString date;
+            date.Format(u"%d-%02d-%02d", field(UCAL_YEAR), field(UCAL_MONTH) + 1, field(UCAL_DATE));
+            ASSERT_EQ(ShownWeeks(date), u"W" + CString(std::to_string(field(UCAL_WEEK_OF_YEAR)))) << date << locale;
+        }
+    }
+    const ScopedUserLocale german("de_DE");
+    EXPECT_EQ(ShownWeeks(u"2027-06-01/2027-07-20"), u"W22–W29");
+    EXPECT_EQ(ShownWeeks(u"2027-06-01 - 2027-06-03"), u"W22");
+    EXPECT_EQ(ShownWeeks(u"9998-12-31"), u"W53");
+}
+
+TEST(Link, IsShownReadablyAndFollowedOnlyToWebAndMail)
+{
+    const ScopedVariable home("RK_MAPS", "/maps");
+    struct Case {
+        const char16_t* written;
+        const char16_t* told;  // address|parameters|target
+    };
+    constexpr Case kCases[] = {
+        {u" https://x.org/ ", u"x.org||https://x.org/"},
+        {u"HTTP://x.org/a%20b ö?q=ship%20crew&lang=n+b#top",
+         u"x.org/a b ö#top|lang: n b · q: ship crew|HTTP://x.org/a%20b%20%C3%B6?q=ship%20crew&lang=n+b#top"},
+        {u"https://x.org?a=&b=2", u"x.org?a=&b=2||https://x.org?a=&b=2"},
+        {u"http://x.org/#a=1&a=2", u"x.org|a: 2|http://x.org/#a=1&a=2"},
+        {u"https://x.org/50%", u"x.org/50%||https://x.org/50%25"},
+        {u"www.x.org/a?b=c", u"www.x.org/a|b: c|https://www.x.org/a?b=c"},
+        {u"a@x.org", u"a@x.org||mailto:a@x.org"},
+        {u"mailto:a@x.org?subject=Hi", u"a@x.org|subject: Hi|mailto:a@x.org?subject=Hi"},
+        {u"javascript:alert('http://x')", u"javascript:alert('http://x')||"},
+        {u"file:///etc/passwd", u"file:///etc/passwd||"},
+        {u"%RK_MAPS%/a b.svg", u"/maps/a b.svg||"},
+        {u"%RK_MAPS%/%RK_NONE%", u"%RK_MAPS%/%RK_NONE%||"},
+        {u"50%-100%.svg", u"50%-100%.svg||"},
+    };
+    for (const Case& c : kCases) {
+        const Link link = ReadLink(c.written);
+        EXPECT_EQ(link.address + u"|" + link.parameters + u"|" + link.target, c.told);
+    }
+}
+
+TEST(TopicIds, AreNamesAndDifferWhateverTheTextsAre)
+{
+    TopicIds ids;
+    EXPECT_EQ(ids.Make(u"a: b"), u"topic-a__b");
+    EXPECT_EQ(ids.Make(u"a, b"), u"topic-a__b-2");
+    EXPECT_EQ(ids.Make(u"a__b-2"), u"topic-a__b-2-2");
+    std::set<CString> seen;
+    std::mt19937 random(5);
+    for (int i = 0; i < 20'000; ++i) {
+        constexpr char16_t kUnits[] = {u'a', u'-', u'2', u'3', u'<', 0xD83D, 0, u'é'};
+        std::u16string text;
+        for (auto length = random() % 5; length > 0; --length)
+            text += kUnits[random() % std::size(kUnits)];
+        const CString id = ids.Make(text);
+        ASSERT_TRUE(CrkXmlUtilities::IsValidNCName(id) && seen.insert(id).second) << id;
+    }
+}
+
+TEST(Tooltip, TellsEverythingCleanedAndWrapped)
+{
+    OutlineBuilder builder;
+    Topic topic = With(&Topic::note, u"first<br>second\tend\x01");
+    topic.text = u"🚢\fship\x7F\xD83D" + CString(std::u16string(70, u'x'));
+    topic.link = u"https://x.org/?post=7";
+    builder.Add(builder.Add(0, {}), topic);
+    EXPECT_EQ(ComposeTooltip(builder.Finish(u"").topics[1], {}),
+              u"🚢\nship  \n" + CString(std::u16string(63, u'x')) + u"\nxxxxxxx\nfirst\nsecond    end\nx.org\npost: 7");
+    // Lines are cut at an odd place of many pairs; none is cut apart.
+    std::u16string pairs = u"x";
+    for (int i = 0; i < 3000; ++i)
+        pairs += u"🐻";
+    for (const CString& shown :
+         {ComposeTooltip(With(&Topic::text, pairs), {}), ComposeTooltip(With(&Topic::note, pairs), {})})
+        EXPECT_EQ(CString(shown.ToUtf8()), shown);
+}
