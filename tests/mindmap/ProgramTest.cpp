@@ -55,8 +55,9 @@ protected:
 TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun)
 {
     const std::string outline = Put("plan.opml", R"(<opml><body><outline text='A &lt;&amp; "B"'>
-        <outline text='C' url='https://x.org/?a&amp;b'/><outline text='D' url='javascript:alert(1)'/></outline></body></opml>)");
-    ASSERT_EQ(Run({outline}), 0) << m_err.str();
+        <outline text='C' url='https://x.org/?a&amp;b' amount='€ 1284.5'/><outline text='D' amount='1 EUR' url='javascript:alert(1)'/></outline></body></opml>)");
+    const ScopedVariable maps("RK_MAPS", m_folder.Path().c_str());
+    ASSERT_EQ(Run({outline, "-o", "%RK_MAPS%/plan.svg", "--locale", "de_DE"}), 0) << m_err.str();
     EXPECT_EQ(m_err.str(), "");
     const XmlFacts map = ParseXml(m_folder.Read("plan.svg"));
     ASSERT_TRUE(map.isWellFormed);
@@ -64,7 +65,7 @@ TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun)
     EXPECT_EQ(map.guids.size(), 3U);
     EXPECT_EQ(map.guids.begin()->size(), 36U);
     EXPECT_EQ(map.links, std::set<std::string>{"https://x.org/?a&b"});
-    EXPECT_NE(map.text.find("A <& \"B\""), std::string::npos);
+    EXPECT_NE(map.text.find("A <& \"B\"\nΣ € 1.285,50"), std::string::npos);
 
     EXPECT_NE(m_out.str().find(m_folder.Path("plan.log/messages.xml")), std::string::npos);
     const std::string log = m_folder.Read("plan.log/messages.xml");
