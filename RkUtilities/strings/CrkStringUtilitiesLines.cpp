@@ -3,6 +3,7 @@
 #include "RkUtilities/foundation/TextBuilder.h"
 
 #include <algorithm>
+#include <climits>
 #include <string>
 #include <string_view>
 
@@ -24,20 +25,35 @@ std::u16string_view WithoutLeadingBlankLines(std::u16string_view text)
     return text;
 }
 
+/// The units that the wrapped text is likely to have, so that it hardly ever outgrows its memory while it is made: a
+/// separator for each LF and for each line, which is three quarters full of text on average.
+std::size_t LikelyUnits(std::u16string_view text, std::u16string_view separator, int width, int maximumLines)
+{
+    const auto lineUnits = static_cast<std::size_t>(std::max(width, 0));
+    const auto mostLines = static_cast<std::size_t>(std::max(maximumLines, 0));
+    std::size_t lines = 1 + static_cast<std::size_t>(std::count(text.begin(), text.end(), u'\n'));
+    std::size_t most = std::min<std::size_t>(2 * text.size() + kEllipsis.size(), INT_MAX - 1);
+    if (lineUnits > separator.size()) {
+        lines += text.size() / ((lineUnits - separator.size()) * 3 / 4 + 1);
+        most = std::min(most, mostLines * (lineUnits + separator.size() + 1) + kEllipsis.size());
+    }
+    return std::min(text.size() + std::min(lines, mostLines) * separator.size() + kEllipsis.size(), most);
+}
+
 /// A text on its way into lines. What is still to be placed begins with what separators have left over from earlier breaks.
 class LineWrap {
 public:
-    LineWrap(std::u16string_view text, std::u16string_view separator, int width)
+    LineWrap(std::u16string_view text, std::u16string_view separator, int width, int maximumLines)
         : m_rest(text), m_separator(separator), m_width(static_cast<std::size_t>(std::max(width, 0))),
-          m_result(text.size())
+          m_maximumLines(maximumLines), m_result(LikelyUnits(text, separator, width, maximumLines))
     {}
 
-    CString Wrapped(int maximumLines)
+    CString Wrapped()
     {
         int withoutText = 0;
-        for (int line = 0; line < maximumLines && Left() > 0 && withoutText < kMostLinesWithoutText; ++line) {
+        for (int line = 0; line < m_maximumLines && Left() > 0 && withoutText < kMostLinesWithoutText; ++line) {
             const std::size_t before = m_rest.size();
-            PlaceLine(line == maximumLines - 1);
+            PlaceLine(line == m_maximumLines - 1);
             withoutText = m_rest.size() == before ? withoutText + 1 : 0;
         }
         CString wrapped = m_result.Take().TrimRight();
@@ -112,6 +128,7 @@ private:
     std::u16string_view m_rest;
     std::u16string_view m_separator;
     std::size_t m_width;
+    int m_maximumLines;
     rk::TextBuilder m_result;
 };
 
@@ -121,7 +138,7 @@ void CrkStringUtilities::InsertLineSeparators(CString* text, const CString& sepa
 {
     if (text == nullptr)
         return;
-    *text = LineWrap(WithoutLeadingBlankLines(text->View()), separator.View(), width).Wrapped(maximumLines);
+    *text = LineWrap(WithoutLeadingBlankLines(text->View()), separator.View(), width, maximumLines).Wrapped();
 }
 
 int CrkStringUtilities::GetLinesCount(const CString& text)
