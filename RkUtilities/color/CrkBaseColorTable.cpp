@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <atomic>
 #include <span>
+#include <string_view>
 
 namespace {
 
@@ -19,6 +20,18 @@ CString NameIn(CrkBaseColorTable& table, unsigned int argb)
     if (entry != entries.end())
         name.LoadString(entry->key);
     return name;
+}
+
+/// "{FF,80,00}": red, green and blue.
+CString BytesOf(unsigned int color)
+{
+    constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
+    char16_t text[] = u"{00,00,00}";
+    for (unsigned int channel = 0; channel < 3; ++channel) {
+        text[1 + 3 * channel] = kDigits[color >> (8 * channel + 4) & 0xFU];
+        text[2 + 3 * channel] = kDigits[color >> (8 * channel) & 0xFU];
+    }
+    return CString(text);
 }
 
 }  // namespace
@@ -38,7 +51,5 @@ CString CrkBaseColorTable::GetColorText(unsigned int color)
     CString text;
     if (CrkBaseColorTable* const table = Get())
         text = NameIn(*table, CrkColorConverter::COLORREFToARGB(color));
-    if (text.IsEmpty())
-        text.Format(u"{%02X,%02X,%02X}", color & 0xFFU, color >> 8U & 0xFFU, color >> 16U & 0xFFU);
-    return text;
+    return text.IsEmpty() ? BytesOf(color) : text;
 }
