@@ -95,6 +95,8 @@ public:
     static bool containsAnyObjectsIdenticalTo(Array&& array, Objects&& objects)
     {
         std::unordered_set<rk::CommonAddress<rk::RangeReference<Array>, rk::RangeReference<Objects>>> addresses;
+        if constexpr (std::ranges::sized_range<Array>)
+            addresses.reserve(static_cast<std::size_t>(std::ranges::size(array)));
         for (auto&& element : array)
             addresses.insert(rk::AddressOf(element));
         return std::ranges::any_of(objects,
