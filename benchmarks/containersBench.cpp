@@ -3,10 +3,9 @@
 #include "RkUtilities/foundation/CAtlList.h"
 #include "RkUtilities/foundation/CAtlMap.h"
 #include "RkUtilities/foundation/CString.h"
+#include "benchmarks/KeptMemory.h"
 
 #include <benchmark/benchmark.h>
-
-#include <malloc.h>
 
 #include <cstdint>
 #include <list>
@@ -16,11 +15,6 @@
 #include <vector>
 
 namespace {
-
-// Freed memory stays with the process: the first touch of a page is the kernel's time, and virtual machines take up to
-// 40 us.
-[[maybe_unused]] const bool kKeepsFreedMemory =
-    mallopt(M_TRIM_THRESHOLD, 1 << 30) == 1 && mallopt(M_MMAP_THRESHOLD, 1 << 25) == 1;
 
 constexpr std::int64_t kFewest = 1000, kMost = 1'000'000;
 
@@ -65,6 +59,7 @@ void FillMap(benchmark::State& state)
         benchmark::DoNotOptimize(map);
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
+    state.SetComplexityN(state.range(0));
 }
 
 template <class Map, class Key>
@@ -79,6 +74,7 @@ void FindInMap(benchmark::State& state)
             benchmark::DoNotOptimize(Holds(map, key));
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
+    state.SetComplexityN(state.range(0));
 }
 
 template <class Sequence>
@@ -100,11 +96,12 @@ void FillSequence(benchmark::State& state)
         benchmark::DoNotOptimize(sum);
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
+    state.SetComplexityN(state.range(0));
 }
 
 void Sizes(benchmark::internal::Benchmark* benchmark)
 {
-    benchmark->RangeMultiplier(10)->Range(kFewest, kMost);
+    benchmark->RangeMultiplier(10)->Range(kFewest, kMost)->Complexity(benchmark::oN);
 }
 
 BENCHMARK(FillMap<CAtlMap<double, bool>, double>)->Apply(Sizes);
