@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <bit>
-#include <cmath>
 
 namespace mindmap {
 
@@ -78,7 +77,7 @@ bool IsOnEllipse(const CrkFloatPoint& point, const CrkFloatRect& bounds)
 {
     const double x = (point.x - (bounds.x + bounds.width / 2)) / (bounds.width / 2);
     const double y = (point.y - (bounds.y + bounds.height / 2)) / (bounds.height / 2);
-    return std::abs(x * x + y * y - 1) < 1e-4;
+    return CrkMathUtilities::FloatsEqual(x * x + y * y, 1.0, 1e-4);
 }
 
 bool IsOnEdge(CrkFloatPoint point, const TopicShape& shape)

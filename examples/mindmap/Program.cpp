@@ -30,13 +30,12 @@ namespace mindmap {
 
 namespace {
 
-/// The path with another extension: "dir/plan.opml" gives "dir/plan.svg".
+/// "dir/plan.opml" and "svg" give "dir/plan.svg"; a name that is all extension, ".plan", is kept: ".plan.svg".
 CString WithExtension(const CString& path, const CString& extension)
 {
-    const SECFileSystem files;
-    const CString fileName = files.GetFileName(path);
-    const CString base = files.GetBaseFileName(path);
-    return files.GetPath(path, /*keepDrive=*/1) + (base.IsEmpty() ? fileName : base) + extension;
+    const CString base = CrkPathUtilities::FileWithoutExtensionFromFilename(path);
+    const CString name = base.IsEmpty() ? CrkPathUtilities::FileWithExtensionFromFilename(path) : base;
+    return CrkPathUtilities::PathFromFilename(path) + CrkPathUtilities::AddExtension(name, extension);
 }
 
 /// The user's locale, as long as the object lives; the environment's when the name is empty.
@@ -65,9 +64,9 @@ void CompletePaths(Options& options)
 {
     options.outlinePath = FindOutline(options.outlinePath);
     if (options.mapPath.IsEmpty())
-        options.mapPath = WithExtension(options.outlinePath, u".svg");
+        options.mapPath = WithExtension(options.outlinePath, u"svg");
     if (options.logFolder.IsEmpty())
-        options.logFolder = WithExtension(options.mapPath, u".log");
+        options.logFolder = WithExtension(options.mapPath, u"log");
     std::error_code absent;  // then nothing is lost
     if (std::filesystem::equivalent(rk::NativePath(options.mapPath), rk::NativePath(options.outlinePath), absent))
         throw UsageError{u"the map would take the outline's place"};
@@ -121,9 +120,10 @@ CString Draw(const Options& options, RunLog& log)
     if (!CheckMap(outline, map, progress).AreNone())
         throw OutlineError{0, u"the topics cannot be placed without touching each other"};
 
+    const Legend legend = MakeLegend(outline, map);
     MapFile file(options.mapPath, options.mayReplaceMap ? Overwrite::Allowed : Overwrite::Never);
     WriteSvg(
-        outline, map, MakeLegend(outline, map), ChosenDesign(), NameTopics(outline, map, log),
+        outline, map, legend, ChosenDesign(), NameTopics(outline, map, log),
         [&](const CString& piece) { file.Write(piece); }, progress);
     const CString mapPath = file.Commit();
     RememberFolderOf(options.outlinePath);
@@ -132,7 +132,7 @@ CString Draw(const Options& options, RunLog& log)
                                           [](const Topic& a, const Topic& b) { return a.level < b.level; });
     CString summary;
     summary.Format(u": %zu topics on %d levels, %.0f by %.0f units", outline.topics.size(), deepest->level + 1,
-                   static_cast<double>(map.bounds.width), static_cast<double>(map.bounds.height));
+                   static_cast<double>(legend.bounds.width), static_cast<double>(legend.bounds.height));
     if (mapPath != options.mapPath)
         summary += u"; " + options.mapPath + u" stays as it was (see --replace)";
     return mapPath + summary;
