@@ -209,7 +209,8 @@ public:
     /// that arise where a value meets its neighbours, too.
     ///
     /// A placeholder that stands whole in what its own expansion brought in would go on without end: it stays as it is. Before
-    /// the text would grow beyond 4,194,304 units the expansion ends, and what is left stays as it is.
+    /// the values brought in more than 4,194,304 units together (they may double at each step) the expansion ends, and what is
+    /// left stays as it is.
     static void ReplaceEnvironmentVariables(CString* text);
 
 private:

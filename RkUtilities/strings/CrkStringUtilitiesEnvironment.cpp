@@ -1,7 +1,6 @@
 #include "RkUtilities/strings/CrkStringUtilities.h"
 
 #include "RkUtilities/foundation/TextBuilder.h"
-#include "RkUtilities/foundation/TextSearch.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -9,211 +8,225 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace {
 
 constexpr std::size_t kNone = std::u16string_view::npos;
 
-CString ValueOf(const CString& placeholder)
+CString ValueOf(const CString& name)
 {
-    CString name(placeholder);
-    name.Remove(u'%');
     CString value;
     value.GetEnvironmentVariable(name);
     return value;
 }
 
-/// Placeholders replaced until there is none.
+/// Placeholders replaced until there is none, on a text taken apart at its marks ("%").
 ///
-/// Every unit knows which expansion brought it in, so that a placeholder that stands whole in what its own expansion brought in is
-/// seen: it alone could go on without end, since expansions inside one another then have different names, and the set
-/// variables are finite.
+/// Every mark knows which expansion brought it in. What an expansion brings in stays together, so the two marks of a placeholder
+/// tell where the whole of it comes from, and one that stands in what its own expansion brought in is seen: it alone could go on
+/// without end, since expansions inside one another then have different names, and the set variables are finite.
 class Expansion {
 public:
-    explicit Expansion(std::u16string_view text) : m_text(text), m_origins(text.size(), kOriginal)
+    explicit Expansion(std::u16string_view text)
     {
-        CountPieces(0, m_text.size());
+        m_marks.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), u'%')) + 1);
+        m_marks.emplace_back();
+        InsertBehind(kStart, text, kOriginal);
+        for (Index mark = m_marks[kStart].next; mark != kStart; mark = m_marks[mark].next)
+            Register(mark);
     }
 
     CString Expanded()
     {
-        for (std::size_t first = m_text.find(u'%', m_done); first != kNone; first = m_text.find(u'%', m_done)) {
-            const std::size_t second = m_text.find(u'%', first + 1);
-            if (second == kNone)
-                break;
-            Finish(first);
-            const std::size_t length = second + 1 - first;
-            if (IsEndless(first, length))
-                Finish(second + 1);
-            else if (!Replace(length))
-                break;
+        for (;;) {
+            const Index first = m_marks[kStart].next;
+            if (first == kStart || m_marks[first].next == kStart)
+                return Joined();
+            if (IsEndless(first))
+                KeepFirst();
+            else if (!Replace(first))
+                return Joined();
         }
-        Finish(m_text.size());
-        return m_result.Take();
     }
 
 private:
-    static constexpr std::uint32_t kOriginal = 0;
+    using Index = std::uint32_t;
+    static constexpr Index kStart = 0;     // no mark: what stands before the first one, and the end of the ring
+    static constexpr Index kOriginal = 0;  // the expansion that brought in the text itself
     static constexpr std::size_t kMostUnits = 4194304;
 
-    /// An expansion: what it replaced, and the expansion that had brought all of that in.
+    struct Mark {
+        std::u16string text;  // up to the next mark: the name, if there is one
+        Index origin = kOriginal;
+        Index previous = kStart;
+        Index next = kStart;
+        Index pass = 0;  // the last one that looked at it
+        bool isGone = false;
+    };
+    /// An expansion: of which name, and the expansion that had brought in what it replaced.
     struct Origin {
-        std::uint32_t parent;
-        std::uint32_t placeholder;  // an index
+        Index parent = kOriginal;
+        Index depth = 0;
+        Index name = 0;
     };
 
-    /// Moves everything before `end` to the result.
-    void Finish(std::size_t end)
+    /// Names are told apart by their ends; what they have in common there is compared.
+    static std::size_t HashOf(std::u16string_view name)
     {
-        m_result.Append(std::u16string_view(m_text).substr(m_done, end - m_done));
-        m_done = end;
+        constexpr std::size_t kEndUnits = 32;
+        const std::hash<std::u16string_view> hash;
+        if (name.size() <= 2 * kEndUnits)
+            return hash(name);
+        return hash(name.substr(0, kEndUnits)) * 31 + hash(name.substr(name.size() - kEndUnits)) + name.size();
+    }
+    void Register(Index mark) { m_marksByName[HashOf(m_marks[mark].text)].push_back(mark); }
+
+    [[nodiscard]] bool IsNamed(Index mark, std::u16string_view name) const
+    {
+        return mark != kStart && m_marks[mark].next != kStart && m_marks[mark].text == name;
     }
 
-    [[nodiscard]] std::size_t DepthOf(std::uint32_t origin) const
+    /// Appends units to what follows a mark; their own marks become new ones. Returns the last mark.
+    Index InsertBehind(Index mark, std::u16string_view units, Index origin)
     {
-        std::size_t depth = 0;
-        for (; origin != kOriginal; origin = m_expansions[origin].parent)
-            ++depth;
-        return depth;
-    }
-
-    /// The innermost expansion that brought in all of these units.
-    [[nodiscard]] std::uint32_t CommonOrigin(std::size_t start, std::size_t length) const
-    {
-        std::uint32_t common = m_origins[start];
-        for (std::size_t i = start + 1; i < start + length && common != kOriginal; ++i) {
-            std::uint32_t other = m_origins[i];
-            if (other == common)
-                continue;
-            std::size_t commonDepth = DepthOf(common);
-            std::size_t otherDepth = DepthOf(other);
-            while (common != other) {
-                const bool commonIsDeeper = commonDepth >= otherDepth;
-                if (commonDepth <= otherDepth) {
-                    other = m_expansions[other].parent;
-                    --otherDepth;
-                }
-                if (commonIsDeeper) {
-                    common = m_expansions[common].parent;
-                    --commonDepth;
-                }
-            }
+        std::size_t end = units.find(u'%');
+        m_marks[mark].text.append(units.substr(0, end));
+        while (end != kNone) {
+            units.remove_prefix(end + 1);
+            end = units.find(u'%');
+            const auto added = static_cast<Index>(m_marks.size());
+            const Index next = m_marks[mark].next;
+            m_marks.push_back(
+                {.text = std::u16string(units.substr(0, end)), .origin = origin, .previous = mark, .next = next});
+            m_marks[next].previous = added;
+            m_marks[mark].next = added;
+            mark = added;
         }
-        return common;
+        return mark;
+    }
+    void Remove(Index mark)
+    {
+        Mark& removed = m_marks[mark];
+        m_marks[removed.previous].next = removed.next;
+        m_marks[removed.next].previous = removed.previous;
+        removed.isGone = true;
     }
 
-    [[nodiscard]] bool IsEndless(std::size_t start, std::size_t length) const
+    /// Makes the first placeholder plain text.
+    void KeepFirst()
     {
-        const std::u16string_view placeholder = std::u16string_view(m_text).substr(start, length);
-        for (std::uint32_t origin = CommonOrigin(start, length); origin != kOriginal;
-             origin = m_expansions[origin].parent) {
-            if (m_placeholders[m_expansions[origin].placeholder] == placeholder)
+        std::u16string& done = m_marks[kStart].text;
+        for (int i = 0; i < 2; ++i) {
+            const Index mark = m_marks[kStart].next;
+            done.append(1, u'%').append(m_marks[mark].text);
+            Remove(mark);
+        }
+    }
+
+    /// The innermost expansion that brought in the whole placeholder.
+    [[nodiscard]] Index OriginOf(Index placeholder) const
+    {
+        Index a = m_marks[placeholder].origin;
+        Index b = m_marks[m_marks[placeholder].next].origin;
+        while (a != b) {
+            Index& deeper = m_origins[a].depth >= m_origins[b].depth ? a : b;
+            deeper = m_origins[deeper].parent;
+        }
+        return a;
+    }
+    [[nodiscard]] bool IsEndless(Index placeholder) const
+    {
+        for (Index origin = OriginOf(placeholder); origin != kOriginal; origin = m_origins[origin].parent) {
+            if (m_names[m_origins[origin].name] == m_marks[placeholder].text)
                 return true;
         }
         return false;
     }
 
-    /// Replaces the placeholder that begins what is not done, and its other occurrences. False when the text would grow too long.
-    bool Replace(std::size_t length)
+    /// Replaces a placeholder wherever it stands. False when the values would bring in too much.
+    bool Replace(Index placeholder)
     {
-        const std::u16string placeholder = m_text.substr(m_done, length);
-        m_placeholders.push_back(placeholder);
-        const CString value = ValueOf(CString(placeholder));
-        const std::vector<std::size_t> places = PlacesOf(placeholder);
-        const std::size_t units = value.View().size();
-        if (m_result.Length() + (m_text.size() - m_done) + places.size() * units > kMostUnits + places.size() * length)
+        const std::u16string name = m_marks[placeholder].text;
+        const CString value = ValueOf(name);
+        const std::vector<Index> places = PlacesOf(placeholder, name);
+        if (value.View().size() > (kMostUnits - m_unitsBroughtIn) / places.size())
             return false;
-        if (places.size() == 1 && units <= m_done + length)
-            ReplaceInPlace(placeholder, value.View());
-        else
-            ReplaceAll(placeholder, places, value.View());
+        m_unitsBroughtIn += value.View().size() * places.size();
+        m_names.push_back(name);
+        for (const Index place : places)
+            ReplaceAt(place, value.View());
         return true;
     }
 
-    /// Counts what stands between neighbouring "%" of a part of the text: another place of a placeholder is among these.
-    void CountPieces(std::size_t start, std::size_t end)
+    void ReplaceAt(Index open, std::u16string_view value)
     {
-        for (std::size_t mark = m_text.find(u'%', start); mark < end;) {
-            const std::size_t next = m_text.find(u'%', mark + 1);
-            if (next == kNone)
+        const Index parent = OriginOf(open);
+        m_origins.push_back({parent, m_origins[parent].depth + 1, static_cast<Index>(m_names.size() - 1)});
+        const Index close = m_marks[open].next;
+        const Index before = m_marks[open].previous;
+        Remove(open);
+        Remove(close);
+        const Index last = InsertBehind(before, value, static_cast<Index>(m_origins.size() - 1));
+        m_marks[last].text.append(m_marks[close].text);
+        for (Index mark = last;; mark = m_marks[mark].previous) {
+            if (mark != kStart)
+                Register(mark);
+            if (mark == before)
                 return;
-            ++m_pieceCounts[HashOf(mark + 1, next)];
-            mark = next;
         }
     }
-    [[nodiscard]] std::size_t HashOf(std::size_t start, std::size_t end) const
-    {
-        return std::hash<std::u16string_view>()(std::u16string_view(m_text).substr(start, end - start));
-    }
 
-    [[nodiscard]] std::vector<std::size_t> PlacesOf(const std::u16string& placeholder) const
+    /// Where the first placeholder and those of the same name stand.
+    std::vector<Index> PlacesOf(Index first, const std::u16string& name)
     {
-        std::vector<std::size_t> places{m_done};
-        const auto count = m_pieceCounts.find(HashOf(m_done + 1, m_done + placeholder.size() - 1));
-        if (count != m_pieceCounts.end() && count->second == 1)
-            return places;
-        for (std::size_t at = rk::FindUnits(m_text, placeholder, m_done + placeholder.size()); at != kNone;
-             at = rk::FindUnits(m_text, placeholder, at + placeholder.size())) {
-            if (!IsEndless(at, placeholder.size()))
-                places.push_back(at);
+        std::vector<Index> places;
+        ++m_pass;
+        AddRun(first, name, places);
+        const std::vector<Index> known = std::exchange(m_marksByName[HashOf(name)], {});
+        for (const Index mark : known) {
+            if (m_marks[mark].isGone || m_marks[mark].pass == m_pass)
+                continue;
+            if (IsNamed(mark, name))
+                AddRun(mark, name, places);
+            else if (HashOf(m_marks[mark].text) == HashOf(name))
+                Register(mark);  // another name, or none yet
         }
         return places;
     }
-
-    /// The origin of what replaces the newest placeholder at one place; neighbours of the same parent share it.
-    std::uint32_t OriginOf(std::size_t place, std::size_t length)
+    /// Neighbours of one name share a mark: from the first on, every other one is a place.
+    void AddRun(Index mark, const std::u16string& name, std::vector<Index>& places)
     {
-        const Origin wanted{CommonOrigin(place, length), static_cast<std::uint32_t>(m_placeholders.size() - 1)};
-        const Origin& last = m_expansions.back();
-        if (last.parent != wanted.parent || last.placeholder != wanted.placeholder)
-            m_expansions.push_back(wanted);
-        return static_cast<std::uint32_t>(m_expansions.size() - 1);
-    }
-
-    /// The usual case: the value goes where what is done has stood.
-    void ReplaceInPlace(const std::u16string& placeholder, std::u16string_view value)
-    {
-        const std::uint32_t origin = OriginOf(m_done, placeholder.size());
-        const std::size_t start = m_done + placeholder.size() - value.size();
-        std::copy(value.begin(), value.end(), m_text.begin() + static_cast<std::ptrdiff_t>(start));
-        std::fill_n(m_origins.begin() + static_cast<std::ptrdiff_t>(start), value.size(), origin);
-        m_done = start;
-        CountPieces(start, start + value.size());
-    }
-
-    void ReplaceAll(const std::u16string& placeholder, const std::vector<std::size_t>& places,
-                    std::u16string_view value)
-    {
-        std::u16string text;
-        std::vector<std::uint32_t> origins;
-        std::size_t done = m_done;
-        const auto copyUpTo = [&](std::size_t end) {
-            text.append(m_text, done, end - done);
-            origins.insert(origins.end(), m_origins.begin() + static_cast<std::ptrdiff_t>(done),
-                           m_origins.begin() + static_cast<std::ptrdiff_t>(end));
-        };
-        for (const std::size_t place : places) {
-            copyUpTo(place);
-            text.append(value);
-            origins.insert(origins.end(), value.size(), OriginOf(place, placeholder.size()));
-            done = place + placeholder.size();
+        while (IsNamed(m_marks[mark].previous, name))
+            mark = m_marks[mark].previous;
+        for (bool isPlace = true; IsNamed(mark, name); mark = m_marks[mark].next, isPlace = !isPlace) {
+            m_marks[mark].pass = m_pass;
+            if (!isPlace)
+                Register(mark);
+            else if (!IsEndless(mark))
+                places.push_back(mark);
         }
-        copyUpTo(m_text.size());
-        m_text = std::move(text);
-        m_origins = std::move(origins);
-        m_done = 0;
-        m_pieceCounts.clear();
-        CountPieces(0, m_text.size());
     }
 
-    std::u16string m_text;
-    std::vector<std::uint32_t> m_origins;  // of each unit: an index among the expansions
-    std::vector<std::u16string> m_placeholders;
-    std::vector<Origin> m_expansions{{kOriginal, UINT32_MAX}};
-    std::unordered_map<std::size_t, std::size_t> m_pieceCounts;  // by hash; what is gone may still be counted
-    std::size_t m_done = 0;
-    rk::TextBuilder m_result;
+    CString Joined() const
+    {
+        rk::TextBuilder result;
+        result.Append(m_marks[kStart].text);
+        for (Index mark = m_marks[kStart].next; mark != kStart; mark = m_marks[mark].next) {
+            result.Append(u'%');
+            result.Append(m_marks[mark].text);
+        }
+        return result.Take();
+    }
+
+    std::vector<Mark> m_marks;
+    std::vector<Origin> m_origins{1};
+    std::vector<std::u16string> m_names;
+    std::unordered_map<std::size_t, std::vector<Index>>
+        m_marksByName;  // by hash; some are gone or have other names by now
+    std::size_t m_unitsBroughtIn = 0;
+    Index m_pass = 0;
 };
 
 }  // namespace
@@ -231,8 +244,11 @@ int CrkStringUtilities::FindEnvironmentVariable(const CString& text, CString* pl
 
 void CrkStringUtilities::ReplaceEnvironmentVariable(CString* text, const CString& placeholder)
 {
-    if (text != nullptr)
-        text->Replace(placeholder, ValueOf(placeholder));
+    if (text == nullptr)
+        return;
+    CString name(placeholder);
+    name.Remove(u'%');
+    text->Replace(placeholder, ValueOf(name));
 }
 
 void CrkStringUtilities::ReplaceEnvironmentVariables(CString* text)
