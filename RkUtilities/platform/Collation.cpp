@@ -1,5 +1,6 @@
 #include "RkUtilities/platform/Collation.h"
 
+#include "RkUtilities/platform/PerThread.h"
 #include "RkUtilities/platform/UserLocaleName.h"
 
 #include <climits>
@@ -28,17 +29,21 @@ std::unique_ptr<const icu::Collator> MakeCollator(const std::string& locale)
     return collator;
 }
 
+struct Known {
+    std::string locale;
+    std::unique_ptr<const icu::Collator> collator;
+};
+
 /// The thread's collator; made again when the locale has changed.
 const icu::Collator& UserCollator()
 {
-    thread_local std::string knownLocale;
-    thread_local std::unique_ptr<const icu::Collator> collator;
+    auto& known = PerThread<Known>();
     const std::string& locale = UserLocaleName(LocaleUse::Order);
-    if (collator == nullptr || knownLocale != locale) {
-        collator = MakeCollator(locale);
-        knownLocale = locale;
+    if (known.collator == nullptr || known.locale != locale) {
+        known.collator = MakeCollator(locale);
+        known.locale = locale;
     }
-    return *collator;
+    return *known.collator;
 }
 
 }  // namespace

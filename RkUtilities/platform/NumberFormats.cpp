@@ -1,5 +1,7 @@
 #include "RkUtilities/platform/NumberFormats.h"
 
+#include "RkUtilities/platform/PerThread.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -153,7 +155,8 @@ std::shared_ptr<const NumberFormats> FormatsOf(const std::string& name)
 {
     constexpr std::size_t kMostLocales = 64;  // more are hostile names; they are let go together
     static std::mutex mutex;
-    static std::map<std::string, std::shared_ptr<const NumberFormats>> formatsByName;
+    // Never destroyed: a static object's destructor may still ask.
+    static auto& formatsByName = *new std::map<std::string, std::shared_ptr<const NumberFormats>>;
     const std::lock_guard lock(mutex);
     const auto known = formatsByName.find(name);
     if (known != formatsByName.end())
@@ -168,7 +171,7 @@ std::shared_ptr<const NumberFormats> FormatsOf(const std::string& name)
 const NumberFormats& NumberFormats::Of(LocaleUse use)
 {
     constexpr auto kUses = static_cast<std::size_t>(LocaleUse::Order) + 1;
-    thread_local std::array<std::shared_ptr<const NumberFormats>, kUses> knownByUse;
+    auto& knownByUse = PerThread<std::array<std::shared_ptr<const NumberFormats>, kUses>>();
     std::shared_ptr<const NumberFormats>& known = knownByUse[static_cast<std::size_t>(use)];
     const std::string& name = UserLocaleName(use);
     if (known == nullptr || known->locale != name)
