@@ -12,8 +12,8 @@
 ///   that is no number is split, cut, padded and grouped as if its units were digits. Surplus decimals are cut off,
 ///   never rounded.
 /// - White space is Unicode's White_Space.
-/// - No text makes a member throw; only results that a `CString` cannot hold do ("1e2147483647":
-///   `std::length_error`), and exhausted memory. Safe from any thread.
+/// - Nothing throws but `std::bad_alloc`, and `std::length_error` for a result that a `CString` cannot hold. Safe from
+///   any thread.
 class RK_EXPORT CrkStringConversionUtilities {
 public:
     // --- Truth values and integers to text
@@ -100,7 +100,8 @@ public:
     ///
     /// Pass empty parts: a fraction that the text does not have (no unit after the decimal point) stays what it was,
     /// and so do all three for a blank text. The fraction begins behind the whole decimal point, however long. The
-    /// exponent follows the first "e", else the first "E", and reads as `_ttoi` reads it.
+    /// exponent follows the first "e", else the first "E", and reads as `_ttoi` reads it; it adds at most 1,000,000
+    /// zeros ("1e2147483647" -> "1" and so many).
     static void SplitNumberString(const CString& text, CString& integerPart, CString& fractionPart, bool& negative);
 
     /// Brings a fraction to `decimalCount` units, 0 to 30 (others count as the nearer of these): cut off, or filled up

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::size_t kGroupUnits = 3;
 constexpr int kMostDecimals = 30;
+constexpr std::size_t kMostZeros = 1000000;  // that an exponent adds: a few units of text must not ask for gigabytes
 
 /// Moves the decimal point by `places`, to the right for positive ones.
 void ShiftPoint(SplitNumber& number, std::int64_t places)
@@ -23,12 +24,12 @@ void ShiftPoint(SplitNumber& number, std::int64_t places)
     if (places > 0) {
         const std::size_t moved = std::min(count, fraction.size());
         number.integer.second = fraction.substr(0, moved);
-        number.integer.trailingZeros = count - moved;
+        number.integer.trailingZeros = std::min(count - moved, kMostZeros);
         number.fraction = DigitRun(fraction.substr(moved));
     } else if (places < 0) {
         const std::size_t moved = std::min(count, whole.size());
         number.integer.first = moved < whole.size() ? whole.substr(0, whole.size() - moved) : u"0";
-        number.fraction.leadingZeros = count - moved;
+        number.fraction.leadingZeros = std::min(count - moved, kMostZeros);
         number.fraction.first = whole.substr(whole.size() - moved);
         number.fraction.second = fraction;
     }
