@@ -51,7 +51,8 @@ public:
 
     // Days.
 
-    /// The same calendar day at 00:00:00; of a local day that begins later than that, its first moment.
+    /// The same calendar day at 00:00:00; where a clock change leaves that time out, what `CTime` makes of it: the day's
+    /// first moment, if the gap begins at 00:00.
     static COleDateTime RemoveTimeFromDate(const COleDateTime& date) noexcept;
     static CTime RemoveTimeFromDate(const CTime& time) noexcept;
     /// True when year, month and day are the same, whatever the time of day.
@@ -67,8 +68,9 @@ public:
     static COleDateTime GetWeekEnd(const COleDateTime& date) noexcept;
     /// 00:00 on the first day of the date's week: on a Monday when `language` is exactly "de" or "fr", else on a Sunday.
     static COleDateTime GetLocalizedWeekStart(const COleDateTime& date, const CString& language) noexcept;
-    /// The same in local time, clock changes in that week or not; `MinimumTime` for 1, 2 and 3 January 1970. Of a day that
-    /// begins later than at 00:00 it is the first moment, of one that a zone left out that of the next.
+    /// The same in local time, clock changes in that week or not; `MinimumTime` for 1, 2 and 3 January 1970. Where a clock
+    /// change leaves 00:00 out it is what `CTime` makes of it: the day's first moment, or that of the next day if a zone
+    /// left out the day.
     static CTime GetLocalizedWeekStart(CTime date, CString language) noexcept;
 
     // The calendar of working days as the text that is stored with a map: seven flags from Sunday to Saturday, "1" for a
