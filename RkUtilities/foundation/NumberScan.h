@@ -1,14 +1,23 @@
 #pragma once
 
+#include <array>
 #include <string_view>
 
 namespace rk {
 
-/// The decimal number at the front of a text: an optional sign, digits with an optional ".", and an optional exponent, as far as they
-/// form a number; 0 when there is none. Correctly rounded in linear time; infinite beyond `double`, 0 below it.
-double DecimalAtFront(std::u16string_view text);
+/// How numbers are written, besides ASCII digits, "-", "+" and the exponent's "e" or "E". Empty texts stand for nothing.
+struct NumberSpelling {
+    std::u16string_view decimalSeparator = u".";
+    std::u16string_view minusSigns[2];
+    std::u16string_view plusSign;
+    const std::array<char32_t, 10>* digits = nullptr;  // from 0 on
+};
 
-/// The value of a whole ASCII text of that form.
-double DecimalValue(std::string_view number);
+/// Reads the longest number at the start of `text`; white space before it is skipped, what follows it ignored.
+///
+/// `value` is written when there is one, and the result tells whether. Correctly rounded, infinity or 0 beyond the range of
+/// `double`, INT_MAX or INT_MIN beyond that of `int`. Time is linear in the length of the text.
+bool ScanDouble(std::u16string_view text, const NumberSpelling& spelling, double& value);
+bool ScanInteger(std::u16string_view text, const NumberSpelling& spelling, int& value);
 
 }  // namespace rk

@@ -112,7 +112,7 @@ public:
     {
         return FormatSafely(CString(format), arguments...);
     }
-    /// The zero-terminated text followed by the number: "Topic-2".
+    /// The zero-terminated text followed by the number, as "%s%d" gives them: "Topic-2".
     static CString AppendInt(unsigned short const* text, int value);
     /// A byte count for people: "999 bytes", "1.50 KB", "100 KB".
     ///

@@ -28,7 +28,7 @@ std::u16string_view WithoutLeadingWhiteSpace(std::u16string_view text)
     return text.substr(static_cast<std::size_t>(first - text.begin()));
 }
 
-/// The number to show of a byte count and its unit; none when the count is too large.
+/// The number to show of a byte count and its unit.
 struct ByteNumber {
     double number;
     std::string_view unit;
@@ -36,29 +36,23 @@ struct ByteNumber {
 
 ByteNumber InLargestUnit(double byteCount)
 {
-    constexpr std::string_view kUnits[] = {" KB", " MB", " GB", " TB"};
+    constexpr double kUsedFrom = 1000;  // of the unit below
     double number = byteCount / 1024;
-    for (std::size_t i = 0; i < std::size(kUnits); ++i) {
-        const bool isLast = i + 1 == std::size(kUnits);
-        if (number < 1000 || (isLast && number < 1024))
-            return {number, kUnits[i]};
-        if (number < 1024 && !isLast)
-            return {number / 1024, kUnits[i + 1]};
+    for (const std::string_view unit : {" KB", " MB", " GB"}) {
+        if (number < kUsedFrom)
+            return {number, unit};
         number /= 1024;
     }
-    return {0, ""};
+    return {number, " TB"};
 }
 
 }  // namespace
 
 CString CrkStringUtilities::AppendInt(unsigned short const* text, int value)
 {
-    char digits[24];
-    const std::u16string_view view = text != nullptr ? std::u16string_view(rk::AsChar16(text)) : std::u16string_view();
-    rk::TextBuilder result(view.size() + 11);
-    result.Append(view);
-    result.AppendAscii(Decimal(value, digits));
-    return result.Take();
+    CString result;
+    result.Format(u"%s%d", CString(text).ToUtf8(), value);
+    return result;
 }
 
 CString CrkStringUtilities::MakeByteString(unsigned long byteCount)
@@ -116,9 +110,9 @@ long CrkStringUtilities::StringToLong(const CString& text)
         rest.remove_prefix(1);
     long value = 0;
     for (const char16_t unit : rest) {
-        if (unit < u'0' || unit > u'9' || value > kMost)
+        if (unit < u'0' || unit > u'9')
             break;
-        value = value * 10 + (unit - u'0');
+        value = std::min(value * 10 + (unit - u'0'), kMost + 2);
     }
     const bool isLowest = negative && value == kMost + 1;  // still a number of 32 bits
     value = isLowest ? value : std::min(value, kMost);
@@ -127,7 +121,9 @@ long CrkStringUtilities::StringToLong(const CString& text)
 
 double CrkStringUtilities::StringToDouble(const CString& text)
 {
-    return rk::DecimalAtFront(WithoutLeadingWhiteSpace(text.View()));
+    double value = 0;
+    rk::ScanDouble(text, rk::NumberSpelling(), value);
+    return value;
 }
 
 bool CrkStringUtilities::StringToBool(const CString& text)

@@ -22,6 +22,7 @@ TEST(Formatting, NeverThrows)
     EXPECT_EQ(Strings::Format(bad.GetUTF16Ptr(), 1), u"");
     EXPECT_EQ(Strings::Format(CString(u"%n").GetUTF16Ptr(), 1), u"");
     EXPECT_EQ(Strings::Format(nullptr), u"");
+    EXPECT_EQ(Strings::AppendInt(CString(u"a\xD800").GetUTF16Ptr(), 0), u"a\uFFFD0");
     EXPECT_EQ(Strings::AppendInt(CString(u"100% Topic").GetUTF16Ptr(), INT_MIN), u"100% Topic-2147483648");
 }
 
@@ -191,6 +192,7 @@ TEST(Numbers, AreReadFromTheFrontInAnyLocale)
                                                          {u"9999999999", INT_MAX},
                                                          {u"-9999999999", -INT_MAX},
                                                          {u"-2147483648", INT_MIN},
+                                                         {u"-21474836480", -INT_MAX},
                                                          {u"0x10", 0},
                                                          {u"99999999999999999999999", INT_MAX}};
     for (const auto& [text, value] : integers)
