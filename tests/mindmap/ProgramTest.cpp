@@ -57,7 +57,7 @@ TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun)
     const std::string outline = Put("plan.opml", R"(<opml><body><outline text='A &lt;&amp; "B"'>
         <outline text='C' url='https://x.org/?a&amp;b' amount='€ 1284.5'/><outline text='D' amount='1 EUR' url='javascript:alert(1)'/></outline></body></opml>)");
     const ScopedVariable maps("RK_MAPS", m_folder.Path().c_str());
-    ASSERT_EQ(Run({outline, "-o", "%RK_MAPS%/plan.svg", "--locale", "de_DE"}), 0) << m_err.str();
+    ASSERT_EQ(Run({outline, "-o", "%RK_MAPS%plan.svg", "--locale", "de_DE"}), 0) << m_err.str();
     EXPECT_EQ(m_err.str(), "");
     const XmlFacts map = ParseXml(m_folder.Read("plan.svg"));
     ASSERT_TRUE(map.isWellFormed);
