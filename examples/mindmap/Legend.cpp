@@ -24,18 +24,34 @@ std::vector<const Topic*> MainTopics(const Outline& outline)
     return mains;
 }
 
-/// The titles of the main topics with one color, as many as can be shown on a line.
+CString OneLine(const CString& text, int maximumWidth)
+{
+    CString line = DrawableText(text);
+    line.Replace(u"\n", u" ");
+    const WrappedText wrapped = Wrap(line, kDetailFont, maximumWidth, 1);
+    return wrapped.lines.empty() ? CString() : wrapped.lines.front();
+}
+
+/// The titles of the main topics with one color, and how many more there are than a line has room for: "Route · Ship +2".
 CString TitlesOf(const std::vector<const Topic*>& mains, std::size_t colorIndex)
 {
-    CString titles;
-    for (std::size_t i = colorIndex; i < mains.size(); i += kBranchColors.size()) {
-        titles = CrkStringUtilities::Combine(u" · ", titles, DrawableText(mains[i]->text), /*skipEmptyParts=*/true);
-        titles.Replace(u"\n", u" ");
-        if (TextWidth(titles, kDetailFont) > kLegendTextWidth)
+    constexpr std::size_t kStep = kBranchColors.size();
+    std::size_t restCount = (mains.size() - colorIndex - 1) / kStep;
+    const auto withRest = [&](const CString& titles) {
+        return restCount == 0
+                   ? titles
+                   : CrkStringUtilities::AppendInt((titles + u" +").GetUTF16Ptr(), static_cast<int>(restCount));
+    };
+    const int room = kLegendTextWidth - TextWidth(withRest({}), kDetailFont);
+    CString titles = OneLine(mains[colorIndex]->text, room);
+    for (std::size_t i = colorIndex + kStep; i < mains.size(); i += kStep, --restCount) {
+        const CString longer =
+            CrkStringUtilities::Combine(u" · ", titles, OneLine(mains[i]->text, room), /*skipEmptyParts=*/true);
+        if (TextWidth(longer, kDetailFont) > room)
             break;
+        titles = longer;
     }
-    const WrappedText line = Wrap(titles, kDetailFont, kLegendTextWidth, 1);
-    return line.lines.empty() ? CString() : line.lines.front();
+    return withRest(titles);
 }
 
 int CellWidth(const std::vector<LegendEntry>& entries)

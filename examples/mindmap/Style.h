@@ -62,7 +62,7 @@ inline constexpr int kIconGap = 4;   ///< between an icon and its text
 inline constexpr int kFactGap = 12;  ///< between a date and the amount beside it
 
 inline constexpr Font kLegendFont = {13, Weight::Regular};
-inline constexpr int kLegendTextWidth = 168;
+inline constexpr int kLegendTextWidth = 216;
 inline constexpr int kLegendPadding = 14;
 inline constexpr int kLegendColumnGap = 24;
 inline constexpr int kLegendRowGap = 10;
