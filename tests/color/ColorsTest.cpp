@@ -61,8 +61,8 @@ CString Loaded(const char* key, const char* bundle = nullptr)
 TEST(Colors, AreNamedInTheUsersLanguage)
 {
     const ScopedFolder folder;
-    folder.Write("root.txt", "root { Orange { \"Orange\" } Second { \"Second\" } Sky { \"Sky blue\" } }");
-    folder.Write("de.txt", "de { Orange { \"Apfel\\u0000sine\" } }");
+    folder.Write("root.txt", R"(root { Orange { "Orange" } Second { "Second" } Sky { "Sky blue" } })");
+    folder.Write("de.txt", R"(de { Orange { "Apfel\u0000sine" } })");
     const std::string path = folder.Path(".");
     ASSERT_EQ(std::system(("cd '" + path + "' && genrb -q root.txt de.txt > /dev/null").c_str()), 0);
     Table table(4), empty(-1);

@@ -27,6 +27,7 @@ static long Called(long number, Arguments... arguments)
 }
 
 // The library's calls come here first.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): the C library's names are reserved ones
 extern "C" [[gnu::visibility("default")]] int renameat2(int from, const char* name, int to, const char* newName,
                                                         unsigned int flags) noexcept
 {
@@ -37,6 +38,7 @@ extern "C" [[gnu::visibility("default")]] ssize_t copy_file_range(int from, off6
 {
     return Called(SYS_copy_file_range, from, start, to, target, byteCount, flags);
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 namespace {
 

@@ -205,9 +205,9 @@ TEST_F(Preferences, WaitInTheProcessWhileTheStorageFails)
         SECRegistry().Close();
         EXPECT_EQ(rk::platform::GetPreferenceState().lastFailure, "");
     });
-    const ScopedNobody nobody(m_folder);
-    m_folder.SetMode("config/mind_maps", 0500);
     InAProcess([this] {
+        const ScopedNobody nobody(m_folder);
+        m_folder.SetMode("config/mind_maps", 0500);
         EXPECT_EQ(TextOf(u"name"), u"kept");  // read where nothing may be written
         Set(kAnyHost, u"other", u"kept too");
         SECRegistry().Close();
