@@ -16,8 +16,7 @@
 ///   any thread.
 class RK_EXPORT CrkStringConversionUtilities {
 public:
-    // --- Truth values and integers to text
-    // ------------------------------------------------------------------------------
+    // --- Truth values and integers to text -----------------------------------------------------------------------
 
     /// Exactly "true" or "false"; for other texts (" true", "True", "1") the result is false and `value` stays.
     static bool StringToBool(const CString& text, bool& value);
@@ -79,8 +78,7 @@ public:
     static bool StringToULong(const CString& text, unsigned long& value);
     static bool IsStringULong(const CString& text);
 
-    // --- Number text
-    // ----------------------------------------------------------------------------------------------------
+    // --- Number text ---------------------------------------------------------------------------------------------
 
     /// The value as number text.
     ///
@@ -111,8 +109,7 @@ public:
     /// Puts the locale's grouping separator, however long, between groups of three units: "1234567" -> "1,234,567".
     static void Format1000Separator(CString& integerPart);
 
-    // --- Formatted numbers
-    // ----------------------------------------------------------------------------------------------
+    // --- Formatted numbers ---------------------------------------------------------------------------------------
 
     /// How a negative number shows. Values beyond these count as `NoSign`.
     enum NegativeNumberRepresentation : int {

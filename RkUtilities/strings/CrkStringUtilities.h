@@ -9,23 +9,19 @@
 
 /// What an application asks of topic texts, names and lists of names, and makes of them.
 ///
-/// - Texts are sequences of UTF-16 code units; an index counts units from 0 and -1 means not found. A negative start
-/// counts
+/// - Texts are sequences of UTF-16 code units; an index counts units from 0 and -1 means not found. A negative start counts
 ///   as 0; a start past the end of the text finds nothing.
-/// - Mind the order of two texts: `FindSubstring` and `FindInString` take the text searched first,
-/// `FindCaseInsensitive` and
+/// - Mind the order of two texts: `FindSubstring` and `FindInString` take the text searched first, `FindCaseInsensitive` and
 ///   `Find` the text sought.
 /// - Without regard to case, the members compare what `CString::MakeUpper` (`FindSubstring`, `FindInString`),
-///   `CString::MakeLower` (`FindCaseInsensitive`, search form) or `CString::CompareNoCase` (the others) make of the
-///   texts, unit by unit.
+///   `CString::MakeLower` (`FindCaseInsensitive`, search form) or `CString::CompareNoCase` (the others) make of the texts, unit
+///   by unit.
 /// - A word is made of letters and digits (`IsCharAlphaNumeric`); everything else, "_" included, ends it.
-/// - Nothing is kept and no argument is changed: safe from any thread, as long as no other thread changes a list or
-/// array
-///   meanwhile. Memory exhausted is `std::bad_alloc`; nothing else is thrown.
+/// - Nothing is kept: safe from any thread, as long as no other thread changes an argument meanwhile. Nothing throws but
+///   `std::bad_alloc`, and `std::length_error` for a result that a `CString` cannot hold.
 class RK_EXPORT CrkStringUtilities {
 public:
-    // --- Searching in a text
-    // ----------------------------------------------------------------------------------------------
+    // --- Searching in a text -------------------------------------------------------------------------------------
 
     /// Where `sought` stands in `text`, both zero-terminated; null counts as the empty text.
     ///
@@ -47,16 +43,14 @@ public:
     /// Where `sought` stands in `text` at or after `start`, in any case.
     static int FindCaseInsensitive(const CString& sought, const CString& text, int start);
 
-    // --- Searching in lists
-    // -------------------------------------------------------------------------------------------------
+    // --- Searching in lists --------------------------------------------------------------------------------------
 
     /// The position of the first element that equals `sought` in any case; a null position when there is none.
     static POSITION FindCaseInsensitive(const CString& sought, const CAtlList<CString>* list);
     /// The index of the first element that equals `sought` exactly.
     static int Find(const CString& sought, const CAtlArray<CString>* array);
 
-    // --- Beginnings and ends
-    // ------------------------------------------------------------------------------------------------
+    // --- Beginnings and ends -------------------------------------------------------------------------------------
 
     /// Whether the text begins / ends with another one. Every text begins and ends with the empty text.
     static bool BeginsWith(const CString& text, const CString& prefix, bool ignoreCase);
@@ -67,8 +61,7 @@ public:
     static unsigned short GetFirstChar(CString text, bool trimFirst);
     static unsigned short GetLastChar(CString text, bool trimFirst);
 
-    // --- Single units
-    // -------------------------------------------------------------------------------------------------------
+    // --- Single units --------------------------------------------------------------------------------------------
 
     /// How many units of the text equal `unit`.
     static int CountOccurrences(const CString& text, unsigned short unit);
