@@ -43,7 +43,6 @@ struct ReadCase {
 constexpr ReadCase kReadCases[] = {
     {u"", "101000011 1 2"},  // nothing changes
     {u"0111110", "0111110"},
-    {u"1111111", "1111111"},  // the map is emptied
     {u"0111110;45000.25;45000.75", "0111110 45000"},
     {u"0111110;;45000", "0111110 45000"},
     {u";45000.000000", "1100010"},             // the first piece holds the flags, whatever it is

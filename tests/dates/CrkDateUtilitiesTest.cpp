@@ -130,11 +130,12 @@ TEST(Weeks, OfTimesBeginOnTheirFirstDayInEveryZone)
         const ScopedZone zone(name.c_str());
         tzset();
         std::vector<std::time_t> times;
-        for (const std::time_t change : ClockChanges(atNoon(1970y / January / 20), atNoon(2037y / December / 31))) {
+        // Away from changes a zone is any other one, so a sample of the days tells.
+        for (const std::time_t change : ClockChanges(atNoon(1920y / January / 1), atNoon(2319y / December / 31))) {
             for (int day = -1; day <= 7; day += 4)
                 times.push_back(change + day * 86400);
         }
-        for (sys_days day = 1900y / January / 1; day <= sys_days{2299y / December / 31}; day += days{3001})
+        for (sys_days day = 1900y / January / 1; day <= sys_days{2299y / December / 31}; day += days{1001})
             times.push_back(atNoon(day));
         for (const std::time_t time : times) {
             CheckWeekStart(time, "de", Monday);
