@@ -1,86 +1,99 @@
-// Texts against std::u16string: every change gives what the standard string gives, and UTF-8 goes there and back.
-#include "RkUtilities/foundation/CString.h"
+// Whatever a text is: formats keep their argument or the text, repaired texts are sound, parsers agree with one another.
+#include "RkUtilities/numbers/CrkLocaleUtilities.h"
+#include "RkUtilities/numbers/CrkStringConversionUtilities.h"
+#include "RkUtilities/platform/UserLocale.h"
+#include "RkUtilities/strings/CrkStringUtilities.h"
+#include "RkUtilities/xml/CrkXmlUtilities.h"
 
 #include "fuzz/Require.h"
 
 #include <algorithm>
-#include <cstring>
-#include <string>
+#include <cmath>
+#include <cstdint>
+#include <iterator>
 
 namespace {
 
-std::u16string Units(const std::uint8_t* data, std::size_t size)
-{
-    std::u16string units(size / 2, u'\0');
-    std::memcpy(units.data(), data, size / 2 * 2);
-    return units;
-}
+using Conversion = CrkStringConversionUtilities;
+using Strings = CrkStringUtilities;
+using Xml = CrkXmlUtilities;
 
-bool HasLoneSurrogate(const std::u16string& units)
+void CheckFormat(const CString& format, const void* pointer)
 {
-    for (std::size_t i = 0; i < units.size(); ++i) {
-        if ((units[i] & 0xF800) != 0xD800)
-            continue;
-        if ((units[i] & 0x0400) != 0 || i + 1 == units.size() || (units[i + 1] & 0xFC00) != 0xDC00)
-            return true;
-        ++i;
+    CString text = u"kept";
+    try {
+        text.Format(format, 42, "text \xE2\x82\xAC", 2.5, 'c', -1L, pointer, 7, 3);
+    } catch (const rk::FormatError&) {
+        Require(text == u"kept");
     }
-    return false;
 }
 
-void Replaced(std::u16string& text, const std::u16string& before, const std::u16string& after)
+void CheckRepairs(const CString& text, int width, int lines)
 {
-    for (std::size_t at = 0; !before.empty() && (at = text.find(before, at)) != std::u16string::npos;
-         at += after.size())
-        text.replace(at, before.size(), after);
+    Require(CString(text.ToUtf8()) == text);
+    CString note = text;
+    CString wrapped = Strings::ReplaceInvalidTopicTextCharacters(text);
+    Require(Xml::StringToXmlString(wrapped, u'?') == wrapped &&
+            Strings::ReplaceInvalidTopicTextCharacters(wrapped) == wrapped);
+    Strings::RemoveInvalidNotesCharacters(note);
+    Require(std::all_of(note.begin(), note.end(), [](char16_t unit) {
+        return Strings::IsCharPrintable(unit) || unit == u'\t' || unit == u'\n' || unit == u'\r';
+    }));
+    Require(Xml::IsValidNCName(Xml::StringToNCName(text, u'_', /*insertUnderscore=*/true)));
+    Strings::InsertLineSeparators(&wrapped, note.Left(3), width, lines);
+    Strings::ReplaceEnvironmentVariables(&note);
+    Require(Strings::ShortenString(text, width).GetLength() <= std::max(width, 0));
+}
+
+void CheckParsers(const CString& text)
+{
+    double value = 1;
+    int integer = 1;
+    long whole = 1;
+    unsigned long natural = 1;
+    const bool isDouble = Conversion::StringToDouble(text, value);
+    const bool isInteger = Conversion::StringToInteger(text, integer);
+    Require(isDouble ? !std::isnan(value) : value == 1);
+    Require(isInteger ? isDouble : integer == 1);
+    double same = 0;  // what follows a number does not matter
+    Require(Conversion::StringToDouble(u" \n" + text + u" x", same) == isDouble && (!isDouble || same == value));
+    const bool isWhole = Conversion::StringToLong(text, whole);
+    Require(Conversion::StringToULong(text, natural) == isWhole);
+    Require(isWhole ? whole <= 0 || static_cast<unsigned long>(whole) <= natural : whole == 1 && natural == 1);
+    Require(!isWhole || whole >= 0 || natural == 0);
+}
+
+void CheckNumberText(const CString& text, int decimals)
+{
+    CString joined;
+    CString fraction;
+    bool negative = false;
+    Conversion::SplitNumberString(text, joined, fraction, negative);
+    Conversion::Format1000Separator(joined);
+    Conversion::FormatDecimalDigits(fraction, decimals);
+    Require(fraction.GetLength() == std::clamp(decimals, 0, 30));
+    if (!fraction.IsEmpty())
+        joined += CrkLocaleUtilities::GetDecimalPoint() + fraction;
+    if (negative)
+        Conversion::FormatNegativeNumber(joined, Conversion::Parentheses);
+    Require(text.IsEmpty() || Conversion::DoubleStringToFormattedNumber(text, /*groupThousands=*/true, decimals,
+                                                                        Conversion::Parentheses) == joined);
+    Require(text.IsEmpty() || Conversion::DoubleStringToFormattedPercentage(text, decimals).ReverseFind(u"%") >= 0);
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    if (size < 3)
+    static const char* const kLocales[] = {"en_US", "de_DE", "ar_EG", "fa_IR", "fr_CH", "ff_Adlm", "pt_CV", "hi_IN"};
+    if (size < 2)
         return 0;
-    const std::size_t cut = std::min<std::size_t>(data[0], size - 3);
-    std::u16string expected = Units(data + 3, size - 3 - cut);
-    const std::u16string other = Units(data + size - cut, cut);
-    const auto index = static_cast<signed char>(data[1]);
-    const auto at = static_cast<std::size_t>(std::clamp<int>(index, 0, static_cast<int>(expected.size())));
-
-    CString text(expected);
-    Require(HasLoneSurrogate(expected) || CString(text.ToUtf8()) == text);
-    const CString decoded(std::string_view(reinterpret_cast<const char*>(data), size));
-    Require(CString(decoded.ToUtf8()) == decoded);
-    Require(text.Find(other, index) ==
-            static_cast<int>(expected.find(other, static_cast<std::size_t>(std::max<int>(index, 0)))));
-    CString upper(text);
-    Require(upper.MakeUpper().GetLength() == text.GetLength());
-    const int folded = text.FindNoCase(other);
-    Require(folded < 0 || text.Mid(folded, static_cast<int>(other.size())).CompareNoCase(other) == 0);
-
-    switch (data[2] % 5) {
-    case 0:
-        text.Insert(index, other);
-        expected.insert(at, other);
-        break;
-    case 1:
-        text.Delete(index, static_cast<int>(cut));
-        if (index >= 0 && at < expected.size())
-            expected.erase(at, cut);
-        break;
-    case 2:
-        text.Replace(other, u"<\u20AC>");
-        Replaced(expected, other, u"<\u20AC>");
-        break;
-    case 3:
-        text.Replace(CString(other).Left(1), other);
-        Replaced(expected, other.substr(0, 1), other);
-        break;
-    default:
-        text.Append(text);
-        text += other;
-        expected += std::u16string(expected) + other;
-    }
-    Require(text == expected && text.GetUTF16Ptr()[text.GetLength()] == 0);
+    rk::platform::SetUserLocale(kLocales[data[0] % std::size(kLocales)]);
+    const int number = data[1] - 4;
+    const CString text(std::string_view(reinterpret_cast<const char*>(data) + 2, size - 2));
+    CheckFormat(text, data);
+    CheckRepairs(text, number, data[0]);
+    CheckParsers(text);
+    CheckNumberText(text, number);
     return 0;
 }

@@ -1,5 +1,6 @@
 #include "RkUtilities/strings/CrkStringUtilities.h"
 
+#include "tests/support/ScopedUserLocale.h"
 #include "tests/support/ScopedVariable.h"
 
 #include <climits>
@@ -26,29 +27,22 @@ TEST(Formatting, NeverThrows)
     EXPECT_EQ(Strings::AppendInt(CString(u"100% Topic").GetUTF16Ptr(), INT_MIN), u"100% Topic-2147483648");
 }
 
+struct ByteRow {
+    unsigned long count;
+    const char16_t* text;
+};
+constexpr ByteRow kByteRows[] = {
+    {1000, u"0.97 KB"},          {1023, u"0.99 KB"},          {1024, u"1.00 KB"},       {1536, u"1.50 KB"},
+    {10240, u"10.0 KB"},         {102400, u"100 KB"},         {1023999, u"999 KB"},     {1024000, u"0.97 MB"},
+    {1048575, u"0.99 MB"},       {1048576, u"1.00 MB"},       {1073741824, u"1.00 GB"}, {1073741823999, u"1000 GB"},
+    {1073741824000, u"0.97 TB"}, {1099511627775, u"1.00 TB"}, {1099511627776, u""},     {ULONG_MAX, u""}};
+
 TEST(ByteStrings, AreCutFromSixDecimals)
 {
-    const std::pair<unsigned long, const char16_t*> rows[] = {{0, u"0 bytes"},
-                                                              {1, u"1 bytes"},
-                                                              {999, u"999 bytes"},
-                                                              {1000, u"0.97 KB"},
-                                                              {1023, u"0.99 KB"},
-                                                              {1024, u"1.00 KB"},
-                                                              {1536, u"1.50 KB"},
-                                                              {10240, u"10.0 KB"},
-                                                              {102400, u"100 KB"},
-                                                              {1023999, u"999 KB"},
-                                                              {1024000, u"0.97 MB"},
-                                                              {1048575, u"0.99 MB"},
-                                                              {1048576, u"1.00 MB"},
-                                                              {1073741824, u"1.00 GB"},
-                                                              {1073741823999, u"1000 GB"},
-                                                              {1073741824000, u"0.97 TB"},
-                                                              {1099511627775, u"1.00 TB"},
-                                                              {1099511627776, u""},
-                                                              {ULONG_MAX, u""}};
-    for (const auto& [count, text] : rows)
-        EXPECT_EQ(Strings::MakeByteString(count), text) << count;
+    for (const ByteRow& row : kByteRows)
+        EXPECT_EQ(Strings::MakeByteString(row.count), row.text) << row.count;
+    for (const unsigned long count : {0UL, 1UL, 999UL})
+        EXPECT_EQ(Strings::MakeByteString(count).ToUtf8(), std::to_string(count) + " bytes");
 }
 
 TEST(Shortening, NeverGivesMoreThanAsked)
@@ -110,30 +104,24 @@ CString Wrap(CString text, const CString& separator, int width, int lines)
     return text;
 }
 
+struct WrapRow {
+    const char16_t *text, *separator;
+    int width, lines;
+    const char16_t* result;
+};
+constexpr WrapRow kWrapRows[] = {{u"hello world foo bar", u"/", 8, 2, u"hello /world..."},
+                                 {u"abcdefghijkl", u"/", 5, 3, u"abcde/fghi/jkl"},
+                                 {u"abc\ndef\nghi", u"/", 10, 2, u"abc/\ndef.../"},
+                                 {u"text", u"/", 8, INT_MIN, u""},
+                                 {u" \n\n ", u"/", 8, 5, u""},
+                                 {u"ab cd\nef", u"/", 0, 9, u"ab cd/\nef"},
+                                 {u"ab cd", u"/", 1, INT_MAX, u"ab cd"},
+                                 {u"ab cd", u"/", INT_MIN, 9, u"ab cd"},
+                                 {u"ab cd", u"/", INT_MAX, INT_MAX, u"ab cd"}};
+
 TEST(Wrapping, KeepsToItsExamplesAndItsSteps)
 {
-    const struct {
-        const char16_t *text, *separator;
-        int width, lines;
-        const char16_t* result;
-    } rows[] = {{u"hello world foo bar", u"/", 8, 10, u"hello /world /foo bar"},
-                {u"hello world foo bar", u"/", 8, 2, u"hello /world..."},
-                {u"hello world foo bar", u"/", 8, 1, u"hello..."},
-                {u"abcdefghijkl", u"/", 5, 3, u"abcde/fghi/jkl"},
-                {u"abcdefghijkl", u"/", 5, 1, u"abcd...e"},
-                {u"abc\ndef", u"/", 10, 5, u"abc/\ndef"},
-                {u"abc\ndef\nghi", u"/", 10, 2, u"abc/\ndef.../"},
-                {u"\n  \nabc def", u"/", 4, 3, u"abc /def"},
-                {u"one two\nthree", u"\n", 20, 5, u"one two\n\nthree"},
-                {u"text", u"/", 8, 0, u""},
-                {u"text", u"/", 8, INT_MIN, u""},
-                {u" \n\n ", u"/", 8, 5, u""},
-                {u"", u"/", 8, 5, u""},
-                {u"ab cd\nef", u"/", 0, 9, u"ab cd/\nef"},
-                {u"ab cd", u"/", 1, INT_MAX, u"ab cd"},
-                {u"ab cd", u"/", INT_MIN, 9, u"ab cd"},
-                {u"ab cd", u"/", INT_MAX, INT_MAX, u"ab cd"}};
-    for (const auto& row : rows)
+    for (const WrapRow& row : kWrapRows)
         EXPECT_EQ(Wrap(row.text, row.separator, row.width, row.lines), row.result) << CString(row.text) << row.width;
 
     std::mt19937 random(13);
@@ -161,8 +149,7 @@ TEST(Wrapping, EndsSoonWhateverItIsAsked)
     Strings::InsertLineSeparators(nullptr, u"/", 9, 3);
     EXPECT_EQ(itself, u"a b c d");
     EXPECT_EQ(Strings::GetLinesCount(u"a\r\n\r\nb\r\n"), 2);
-    EXPECT_EQ(Strings::GetLinesCount(u"\n") + Strings::GetLinesCount(u""), 0);
-    EXPECT_EQ(Strings::GetLinesCount(u" "), 1);
+    EXPECT_EQ(Strings::GetLinesCount(u"\n") + Strings::GetLinesCount(u"") - Strings::GetLinesCount(u" "), -1);
 }
 
 TEST(Lists, JoinAndSort)
@@ -184,50 +171,38 @@ TEST(Lists, JoinAndSort)
         EXPECT_EQ(Strings::StringSerializeSize(std::u16string(length, u'x')), bytes);
 }
 
+struct NumberRow {
+    const char16_t* text;
+    long integer;
+    double number;
+};
+constexpr NumberRow kNumberRows[] = {{u" -42x", -42, -42},
+                                     {u"+7.5", 7, 7.5},
+                                     {u"1,5", 1, 1},
+                                     {u"-1e3x", -1, -1000},
+                                     {u"inf", 0, 0},
+                                     {u"\u22121", 0, 0},
+                                     {u"\u0661", 0, 0},
+                                     {u"1e999", 1, INFINITY},
+                                     {u"0.9", 0, 0.9},
+                                     {u"9999999999", INT_MAX, 9999999999},
+                                     {u"-2147483648", INT_MIN, INT_MIN},
+                                     {u"-21474836480", -INT_MAX, -21474836480.0},
+                                     {u"99999999999999999999", INT_MAX, 1e20}};
+
 TEST(Numbers, AreReadFromTheFrontInAnyLocale)
 {
-    const std::pair<const char16_t*, long> integers[] = {{u"  -42x", -42},
-                                                         {u"", 0},
-                                                         {u"+7", 7},
-                                                         {u"9999999999", INT_MAX},
-                                                         {u"-9999999999", -INT_MAX},
-                                                         {u"-2147483648", INT_MIN},
-                                                         {u"-21474836480", -INT_MAX},
-                                                         {u"0x10", 0},
-                                                         {u"99999999999999999999999", INT_MAX}};
-    for (const auto& [text, value] : integers)
-        EXPECT_EQ(Strings::StringToLong(text), value) << CString(text);
-    const std::pair<const char16_t*, double> numbers[] = {{u"3.5", 3.5},
-                                                          {u" -1e3x", -1000},
-                                                          {u"1e", 1},
-                                                          {u"1e+", 1},
-                                                          {u".5", 0.5},
-                                                          {u"5.", 5},
-                                                          {u".", 0},
-                                                          {u"inf", 0},
-                                                          {u"nan", 0},
-                                                          {u"0x10", 0},
-                                                          {u"1e999", INFINITY},
-                                                          {u"-1e999", -INFINITY},
-                                                          {u"1e-999", 0},
-                                                          {u"0.1", 0.1},
-                                                          {u"1,5", 1},
-                                                          {u"+2", 2},
-                                                          {u"0e999999999999999999999", 0},
-                                                          {u"1e99999999999999999999", INFINITY},
-                                                          {u"1e-99999999999999999999", 0},
-                                                          {u"9007199254740993", 9007199254740992}};
-    for (const auto& [text, value] : numbers)
-        EXPECT_EQ(Strings::StringToDouble(text), value) << CString(text);
-    EXPECT_EQ(Strings::StringToDouble(u"0." + std::u16string(1000000, u'0') + u"1"), 0);
-    EXPECT_EQ(Strings::StringToDouble(std::u16string(1000000, u'9')), INFINITY);
-    for (const char16_t* text : {u"TRUE", u"1", u"-3", u" 7 days"})
-        EXPECT_TRUE(Strings::StringToBool(text)) << CString(text);
-    for (const char16_t* text : {u"false", u"0", u"", u"yes", u"0.9"})
-        EXPECT_FALSE(Strings::StringToBool(text)) << CString(text);
+    const ScopedUserLocale user("ar_EG");
+    for (const NumberRow& row : kNumberRows) {
+        EXPECT_EQ(Strings::StringToLong(row.text), row.integer) << CString(row.text);
+        EXPECT_EQ(Strings::StringToDouble(row.text), row.number) << CString(row.text);
+        EXPECT_EQ(Strings::StringToBool(row.text), row.integer != 0) << CString(row.text);
+    }
+    EXPECT_TRUE(Strings::StringToBool(u"TRUE") && !Strings::StringToBool(u"yes"));
     EXPECT_EQ(Strings::LongToString(LONG_MIN), u"-9223372036854775808");
     EXPECT_EQ(Strings::UnicodeToUtf8(u"ä\xD800"), u"ä\uFFFD");
     EXPECT_EQ(Strings::Utf8ToUnicode("\xEF\xBB\xBFä", true), u"ä");
+    EXPECT_EQ(Strings::Utf8ToUnicode("\xEF\xBB\xBF", false), u"\uFEFF");
     EXPECT_EQ(Strings::Utf8ToUnicode(nullptr, true), u"");
 }
 
@@ -238,14 +213,11 @@ TEST(Links, GiveTheirParameters)
     CString y;
     EXPECT_TRUE(map.Lookup(u"y", y) && y == u"kept");
     const char16_t* const rows[][3] = {{u"app:open#id=7&mode=edit", u"mode", u"edit"},
-                                       {u"cmd&a=1&b=2", u"b", u"2"},
                                        {u"cmd&a=1&b=2", u"cmd", u""},
-                                       {u"#a=1&b", u"b", u""},
                                        {u"a=1&b", u"a", u""},
                                        {u"#a=&b=2", u"a", u"b"},
                                        {u"#id=7", u"ID", u""},
                                        {u"page?a=1&b=2", u"b", u"2"},
-                                       {u"a=1", u"a", u"1"},
                                        {u"", u"", u""}};
     for (const auto& row : rows)
         EXPECT_EQ(Strings::ExtractUrlValue(row[0], row[1]), row[2]) << CString(row[0]);
@@ -268,10 +240,9 @@ CString Expanded(CString text)
 
 TEST(Placeholders, AreExpandedUntilNoneIsLeft)
 {
-    const ScopedVariable variables[] = {{"RKA", "/u"},         {"RKB", "%RKA%"},   {"RKC", "%RKC%x"},
-                                        {"RKD", "%RKE%"},      {"RKE", "<%RKD%>"}, {"RKP", "%"},
-                                        {"RKH", "RKA%"},       {"RKN", nullptr},   {"RKBIG", "%RKBIG2%%RKBIG2%"},
-                                        {"RKBIG2", "%RKBIG%"}, {"RKS", "%RKS"}};
+    const ScopedVariable variables[] = {
+        {"RKA", "/u"},         {"RKC", "%RKC%x"}, {"RKD", "%RKE%"}, {"RKE", "<%RKD%>"}, {"RKBIG", "%RKBIG2%%RKBIG2%"},
+        {"RKBIG2", "%RKBIG%"}, {"RKS", "%RKS"}};
     CString placeholder = u"kept";
     EXPECT_EQ(Strings::FindEnvironmentVariable(u"x %RKA% y", &placeholder), 2);
     EXPECT_EQ(placeholder, u"%RKA%");
@@ -280,16 +251,10 @@ TEST(Placeholders, AreExpandedUntilNoneIsLeft)
     EXPECT_EQ(Strings::FindEnvironmentVariable(u"100%", &placeholder), -1);
     EXPECT_EQ(placeholder, u"");
     const char16_t* const rows[][2] = {{u"%RKA%/x", u"/u/x"},
-                                       {u"%RKN%/x", u"/x"},
                                        {u"100% of %RKA%", u"100RKA%"},
-                                       {u"a%%b", u"ab"},
-                                       {u"%RKB%%RKB%", u"/u/u"},
-                                       {u"%RKP%RKA%", u"/u"},           // a value meets its neighbour
                                        {u"%RKC%-%RKA%", u"%RKC%x-/u"},  // leads back to itself
                                        {u"%RKS%%RKS%", u"%RKSRKS"},     // does not: its marks come from two expansions
-                                       {u"%RKD% %RKA%", u"<%RKD%> /u"},
-                                       {u"%", u"%"},
-                                       {u"", u""}};
+                                       {u"%RKD% %RKA%", u"<%RKD%> /u"}};
     for (const auto& row : rows)
         EXPECT_EQ(Expanded(row[0]), row[1]) << CString(row[0]);
     EXPECT_EQ(Expanded(u"%RKBIG%"), u"%RKBIG%%RKBIG%");
