@@ -113,6 +113,7 @@ public:
     bool Synchronize()
     {
         const std::lock_guard storage(m_storageMutex);
+        const FileSizeSignalGuard guard;
         m_used = true;
         const Result result = SynchronizeOpen();
         if (m_isEnding)

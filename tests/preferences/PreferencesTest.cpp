@@ -4,6 +4,7 @@
 #include "RkUtilities/preferences/SECRegistry.h"
 
 #include "tests/support/InChild.h"
+#include "tests/support/ScopedFileSizeLimit.h"
 #include "tests/support/ScopedFolder.h"
 #include "tests/support/ScopedVariable.h"
 
@@ -215,7 +216,16 @@ TEST_F(Preferences, WaitInTheProcessWhileTheStorageFails)
         EXPECT_NE(rk::platform::GetPreferenceState().lastFailure, "");
         m_folder.SetMode("config/mind_maps", 0700);
     });
-    InAProcess([] { EXPECT_TRUE(TextOf(u"name") == u"kept" && TextOf(u"other") == u"kept too"); });
+    InAProcess([] {
+        SECRegistry().Open(nullptr, kRead);
+        {
+            const ScopedFileSizeLimit noSpace(0);
+            Set(kThisHost, u"third", u"kept as well");
+            EXPECT_NE(rk::platform::GetPreferenceState().lastFailure, "");
+        }
+        EXPECT_TRUE(TextOf(u"name") == u"kept" && TextOf(u"other") == u"kept too");
+    });
+    InAProcess([] { EXPECT_EQ(TextOf(u"third"), u"kept as well"); });
 }
 
 TEST_F(Preferences, BeginANewDatabaseWithWhatTheProcessKnows)
