@@ -76,10 +76,13 @@ void Place(Legend& legend, const CrkFloatRect& map)
     const int height = rowCount * (kLegendRowHeight + kLegendRowGap) - kLegendRowGap + 2 * kLegendPadding;
     legend.box = {map.x + std::floor((map.width - static_cast<float>(width)) / 2), map.y + map.height,
                   static_cast<float>(width), static_cast<float>(height)};
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
+        const int row = i / columnCount;
+        const int column = i % columnCount;
         legend.entries[static_cast<std::size_t>(i)].origin = {
-            legend.box.x + static_cast<float>(kLegendPadding + i % columnCount * step),
-            legend.box.y + static_cast<float>(kLegendPadding + i / columnCount * (kLegendRowHeight + kLegendRowGap))};
+            legend.box.x + static_cast<float>(kLegendPadding + column * step),
+            legend.box.y + static_cast<float>(kLegendPadding + row * (kLegendRowHeight + kLegendRowGap))};
+    }
 }
 
 CrkFloatRect Around(const CrkFloatRect& map, CrkFloatRect box)

@@ -120,7 +120,7 @@ CString MapFile::TakeFreeName() const
 {
     constexpr int kMostTries = 1000;  // each means that somebody took the name at that very moment
     for (int i = 0; i < kMostTries; ++i) {
-        const CString path = FreePath(m_path);
+        CString path = FreePath(m_path);
         if (RenameUnlessTaken(m_temporaryPath, path))
             return path;
     }

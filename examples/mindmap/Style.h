@@ -68,6 +68,7 @@ inline constexpr int kLegendColumnGap = 24;
 inline constexpr int kLegendRowGap = 10;
 inline constexpr int kLegendRowHeight = LineHeight(kLegendFont) + LineHeight(kDetailFont);
 inline constexpr int kSwatchSize = 20;
-inline constexpr int kSwatchGap = 10;  ///< between a square of color and its name
+inline constexpr int kSwatchTop = (kLegendRowHeight - kSwatchSize) / 2;  ///< below the top of its row
+inline constexpr int kSwatchGap = 10;                                    ///< between a square of color and its name
 
 }  // namespace mindmap

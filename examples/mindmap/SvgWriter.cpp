@@ -102,9 +102,9 @@ public:
               << u"\" stroke=\"" << Color{page.boxEdge} << u"\"/>\n";
         for (const LegendEntry& entry : m_legend.entries) {
             const CrkFloatPoint& o = entry.origin;
-            m_xml << u"<rect x=\"" << o.x << u"\" y=\"" << o.y + (kLegendRowHeight - kSwatchSize) / 2 << u"\" width=\""
-                  << kSwatchSize << u"\" height=\"" << kSwatchSize << u"\" rx=\""
-                  << CornerRadiusOf(m_design.shapes, 3, kSwatchSize) << u"\" fill=\"" << Color{entry.color} << u"\"/>";
+            m_xml << u"<rect x=\"" << o.x << u"\" y=\"" << o.y + kSwatchTop << u"\" width=\"" << kSwatchSize
+                  << u"\" height=\"" << kSwatchSize << u"\" rx=\"" << CornerRadiusOf(m_design.shapes, 3, kSwatchSize)
+                  << u"\" fill=\"" << Color{entry.color} << u"\"/>";
             WriteLegendLine(entry.name, kLegendFont, page.ink, o.x, o.y + Ascent(kLegendFont));
             WriteLegendLine(entry.topics, kDetailFont, page.quietInk, o.x,
                             o.y + LineHeight(kLegendFont) + Ascent(kDetailFont));
