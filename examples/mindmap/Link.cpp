@@ -112,7 +112,7 @@ CString TakeOff(CString& address, const CString& sign, CrkStringUtilities::Param
     const int at = address.Find(sign);
     if (at < 0)
         return {};
-    const CString part = address.Mid(at);
+    CString part = address.Mid(at);
     address = address.Left(at);
     if (!HoldsPairs(part.Mid(1)))
         return part;
