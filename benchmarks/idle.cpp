@@ -1,4 +1,5 @@
-// A program that does nothing, built with the library and without it. Asked to, it tells its private memory in bytes.
+// A program that does nothing, built with the library and without it. Asked to, it tells in bytes the memory that it has
+// written to and shares with nobody.
 #include <cstdio>
 #include <fstream>
 #include <string>
@@ -10,7 +11,7 @@ int main(int argc, char**)
     std::ifstream map("/proc/self/smaps_rollup");
     long kilobytes = 0;
     for (std::string line; std::getline(map, line);) {
-        if (line.starts_with("Private_"))
+        if (line.starts_with("Private_Dirty"))
             kilobytes += std::stol(line.substr(line.find(':') + 1));
     }
     std::printf("%ld\n", kilobytes * 1024);

@@ -5,8 +5,7 @@
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/StUTF8Buffer.h"
 #include "RkUtilities/strings/CrkStringUtilities.h"
-#include "benchmarks/KeptMemory.h"
-#include "benchmarks/PeakMemory.h"
+#include "benchmarks/TextRows.h"
 
 #include <benchmark/benchmark.h>
 
@@ -19,56 +18,6 @@
 #include <vector>
 
 namespace {
-
-constexpr std::u16string_view kWords = u"the quick brown fox jumps over the lazy dog and runs ";
-constexpr std::u16string_view kMixedWords = u"Grüße aus Köln, поезд идёт, 東京タワー und \U0001F600 dazu ";
-constexpr std::u16string_view kNotes = u"first line\tof a note\r\nand \x01 what else\x7f it says <br> ";
-
-std::u16string Repeated(std::u16string_view words, std::int64_t unitCount)
-{
-    std::u16string text;
-    while (text.size() < static_cast<std::size_t>(unitCount))
-        text += words;
-    text.resize(static_cast<std::size_t>(unitCount), u'.');
-    return text;
-}
-
-/// Times an operation on a text of `state.range(0)` units.
-template <class Operation>
-void Time(benchmark::State& state, const Operation& operation)
-{
-    for (auto _ : state)
-        benchmark::DoNotOptimize(operation());
-    state.SetBytesProcessed(state.iterations() * state.range(0) * static_cast<std::int64_t>(sizeof(char16_t)));
-    state.SetComplexityN(state.range(0));
-}
-
-/// The same and the memory.
-template <class Operation>
-void TimeOurs(benchmark::State& state, const Operation& operation)
-{
-    constexpr double kTables = 4096;  // what does not grow with the text
-    operation();
-    const memory::Use use = memory::MemoryOf(operation);
-    const auto unitCount = static_cast<double>(state.range(0));
-    state.counters["result_bytes_per_unit"] = use.result / unitCount;
-    state.counters["peak_bytes_per_unit"] = use.peak / unitCount;
-    if (use.peak > 2 * use.result + kTables)
-        state.SkipWithError("takes more memory than twice the result");
-    Time(state, operation);
-}
-
-/// An operation in place, on a copy that shares the text's memory at first.
-template <class Change>
-void ChangeOurs(benchmark::State& state, std::u16string_view words, const Change& change)
-{
-    const CString text = Repeated(words, state.range(0));
-    TimeOurs(state, [&] {
-        CString copy = text;
-        change(copy);
-        return copy;
-    });
-}
 
 void CopyUnits(benchmark::State& state)  // the floor of whatever makes a new text
 {
@@ -239,14 +188,14 @@ void LineFeedsToPairs(benchmark::State& state)
 void Wrap(benchmark::State& state)
 {
     ChangeOurs(state, kMixedWords, [&](CString& text) {
-        CrkStringUtilities::InsertLineSeparators(&text, u"\r\n", 60, static_cast<int>(state.range(0)));
+        CrkStringUtilities::InsertLineSeparators(&text, u"<br>", 60, static_cast<int>(state.range(0)));
     });
 }
 /// The text is long, what is shown of it is not.
 void WrapToThreeLines(benchmark::State& state)
 {
     ChangeOurs(state, kMixedWords,
-               [](CString& text) { CrkStringUtilities::InsertLineSeparators(&text, u"\r\n", 60, 3); });
+               [](CString& text) { CrkStringUtilities::InsertLineSeparators(&text, u"<br>", 60, 3); });
 }
 void WrapStd(benchmark::State& state)  // the last space of each 60 units, and no other rule
 {
@@ -258,7 +207,7 @@ void WrapStd(benchmark::State& state)  // the last space of each 60 units, and n
             const std::size_t limit = std::min(begin + 60, text.size());
             const std::size_t space = text.rfind(u' ', limit - 1);
             const std::size_t end = space == std::u16string::npos || space < begin ? limit : space + 1;
-            result.append(text, begin, end - begin) += u"\r\n";
+            result.append(text, begin, end - begin) += u"<br>";
             begin = end;
         }
         return result;
@@ -331,10 +280,6 @@ void CompareNoCaseIcu(benchmark::State& state)
         benchmark::DoNotOptimize(u_strcasecmp(a.c_str(), b.c_str(), U_FOLD_CASE_DEFAULT));
 }
 
-void Sizes(benchmark::internal::Benchmark* benchmark)
-{
-    benchmark->RangeMultiplier(16)->Range(1 << 12, 1 << 24)->Complexity(benchmark::oN);
-}
 void Counts(benchmark::internal::Benchmark* benchmark)
 {
     benchmark->RangeMultiplier(16)->Range(1 << 8, 1 << 20)->Complexity(benchmark::oNLogN);

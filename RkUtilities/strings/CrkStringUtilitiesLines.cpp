@@ -26,15 +26,18 @@ std::u16string_view WithoutLeadingBlankLines(std::u16string_view text)
 }
 
 /// The units that the wrapped text is likely to have, so that it hardly ever outgrows its memory while it is made: a
-/// separator for each LF and for each line, which is three quarters full of text on average.
+/// separator for each LF, those in separators included, and for each line, three quarters full of text on average.
 std::size_t LikelyUnits(std::u16string_view text, std::u16string_view separator, int width, int maximumLines)
 {
     const auto lineUnits = static_cast<std::size_t>(std::max(width, 0));
     const auto mostLines = static_cast<std::size_t>(std::max(maximumLines, 0));
-    std::size_t lines = 1 + static_cast<std::size_t>(std::count(text.begin(), text.end(), u'\n'));
+    const auto feeds = [](std::u16string_view units) {
+        return static_cast<std::size_t>(std::count(units.begin(), units.end(), u'\n'));
+    };
+    std::size_t lines = 1 + feeds(text);
     std::size_t most = std::min<std::size_t>(2 * text.size() + kEllipsis.size(), INT_MAX - 1);
     if (lineUnits > separator.size()) {
-        lines += text.size() / ((lineUnits - separator.size()) * 3 / 4 + 1);
+        lines += text.size() / ((lineUnits - separator.size()) * 3 / 4 + 1) * (1 + feeds(separator));
         most = std::min(most, mostLines * (lineUnits + separator.size() + 1) + kEllipsis.size());
     }
     return std::min(text.size() + std::min(lines, mostLines) * separator.size() + kEllipsis.size(), most);
