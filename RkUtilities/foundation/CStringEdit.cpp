@@ -144,5 +144,6 @@ CString& CString::TrimRight()
     int end = m_length;
     while (end > 0 && rk::platform::IsWhiteSpace(GetAt(end - 1)))
         --end;
-    return *this = Left(end);
+    Delete(end, m_length - end);
+    return *this;
 }
