@@ -50,9 +50,10 @@ ByteNumber InLargestUnit(double byteCount)
 
 CString CrkStringUtilities::AppendInt(unsigned short const* text, int value)
 {
-    CString result;
-    result.Format(u"%s%d", CString(text).ToUtf8(), value);
-    return result;
+    char digits[24];
+    rk::TextBuilder result;
+    result.AppendUtf8(CString(text).ToUtf8().append(Decimal(value, digits)));  // what "%s%d" makes, lone surrogates too
+    return result.Take();
 }
 
 CString CrkStringUtilities::MakeByteString(unsigned long byteCount)
