@@ -118,7 +118,7 @@ void CString::AppendUtf8To(std::string& bytes) const
 {
     constexpr std::size_t kUnitsAtOnce = 2048;
     std::u16string_view rest = View();
-    bytes.reserve(bytes.size() + rk::CountEncodedBytes(rest));
+    bytes.reserve(bytes.size() + rk::LikelyEncodedBytes(rest));
     while (!rest.empty()) {
         char block[3 * kUnitsAtOnce];
         std::size_t count = std::min(rest.size(), kUnitsAtOnce);
@@ -182,10 +182,12 @@ CString& CString::AppendUnits(std::u16string_view text)
         Truncate(static_cast<int>(length + text.size()));
         return *this;
     }
-    rk::TextBuilder grown(std::max(std::min<std::size_t>(length + length / 2, INT_MAX - 1), length + text.size()));
-    grown.Append(View());
-    grown.Append(text);
-    return *this = grown.Take();
+    const std::size_t grown = CheckedLength(length + text.size());
+    char16_t* const units =
+        rk::SharedUnits::Allocate(std::max(grown, std::min<std::size_t>(length + length / 2, INT_MAX - 1)));
+    *std::copy(text.begin(), text.end(), std::copy(begin(), end(), units)) = 0;
+    Adopt(units, static_cast<int>(grown));
+    return *this;
 }
 
 CString CString::Joined(std::u16string_view a, std::u16string_view b)

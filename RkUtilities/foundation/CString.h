@@ -91,8 +91,14 @@ public:
     }
     CString& operator=(CString&& other) noexcept
     {
-        CString taken(std::move(other));
-        swap(*this, taken);
+        if (this == &other)
+            return *this;
+        if (m_kind == Kind::Shared)
+            Release();
+        m_storage = other.m_storage;
+        m_length = other.m_length;
+        m_kind = other.m_kind;
+        other.Forget();
         return *this;
     }
 

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <new>
 
 namespace rk {
 
@@ -10,9 +11,22 @@ namespace rk {
 class SharedUnits {
 public:
     /// Room for `capacity` units and the terminator, with one owner. Throws `std::bad_alloc`.
-    static char16_t* Allocate(std::size_t capacity);
+    static char16_t* Allocate(std::size_t capacity)
+    {
+        void* const memory = ::operator new(sizeof(SharedUnits) + (capacity + 1) * sizeof(char16_t));
+        auto* const head = new (memory) SharedUnits(capacity);
+        return reinterpret_cast<char16_t*>(head + 1);
+    }
     static void Retain(const char16_t* units) noexcept { Of(units)->m_owners.fetch_add(1, std::memory_order_relaxed); }
-    static void Release(const char16_t* units) noexcept;
+    static void Release(const char16_t* units) noexcept
+    {
+        SharedUnits* const head = Of(units);
+        // The only owner need not count: nobody else can begin to share what nobody else has.
+        if (!IsUnique(units) && head->m_owners.fetch_sub(1, std::memory_order_acq_rel) != 1)
+            return;
+        head->~SharedUnits();
+        ::operator delete(head);
+    }
     /// Whether one owner has the memory for itself and may write to it.
     static bool IsUnique(const char16_t* units) noexcept
     {

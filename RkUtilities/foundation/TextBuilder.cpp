@@ -1,22 +1,11 @@
 #include "RkUtilities/foundation/TextBuilder.h"
 
-#include "RkUtilities/foundation/SharedUnits.h"
 #include "RkUtilities/foundation/Utf8.h"
 
-#include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace rk {
-
-void TextBuilder::Append(std::u16string_view units)
-{
-    std::copy(units.begin(), units.end(), Extend(units.size()));
-}
-
-void TextBuilder::Append(std::size_t count, char16_t unit)
-{
-    std::fill_n(Extend(count), count, unit);
-}
 
 void TextBuilder::AppendAscii(std::string_view characters)
 {
@@ -27,45 +16,44 @@ void TextBuilder::AppendAscii(std::string_view characters)
 void TextBuilder::AppendUtf8(std::string_view bytes)
 {
     constexpr std::size_t kBytesAtOnce = 1024;
-    Reserve(Length() + GuessDecodedUnits(bytes));
+    if (bytes.size() > m_capacity - m_length)
+        Reserve(m_length + LikelyDecodedUnits(bytes));
     while (!bytes.empty()) {
-        char16_t units[kBytesAtOnce + 3];
-        const std::size_t free = m_capacity - Length();
-        if (free >= std::min(bytes.size(), kBytesAtOnce) + 3) {
-            char16_t* const end = Extend(0);
-            static_cast<void>(Extend(DecodeUtf8(bytes, kBytesAtOnce, end)));
+        if (m_capacity - m_length >= std::min(bytes.size(), kBytesAtOnce + 3)) {
+            m_length += DecodeUtf8(bytes, kBytesAtOnce, m_units + m_length);
         } else {
+            char16_t units[kBytesAtOnce + 3];
             Append({units, DecodeUtf8(bytes, kBytesAtOnce, units)});
         }
     }
 }
 
-CString TextBuilder::Take() noexcept
+CString TextBuilder::Take()
 {
-    m_text.MutableUnits()[Length()] = 0;
-    m_capacity = CString::kInlineUnits;
-    return std::move(m_text);
+    if (IsShort())
+        return {CString::Utf16, {m_units, std::exchange(m_length, 0)}};
+    m_units[m_length] = 0;
+    m_capacity = kShortUnits;
+    CString text;
+    text.Adopt(std::exchange(m_units, m_short), static_cast<int>(std::exchange(m_length, 0)));
+    return text;
 }
 
-void TextBuilder::Reserve(std::size_t unitCount)
+void TextBuilder::MoveToRoomFor(std::size_t unitCount)
 {
-    if (unitCount <= m_capacity)
-        return;
     if (unitCount >= INT_MAX)
         throw std::length_error("a text holds at most INT_MAX - 1 code units");
     char16_t* const units = SharedUnits::Allocate(unitCount);
-    std::copy(m_text.begin(), m_text.end(), units);
-    m_text.Adopt(units, m_text.m_length);
+    std::copy_n(m_units, m_length, units);
+    if (!IsShort())
+        SharedUnits::Release(m_units);
+    m_units = units;
     m_capacity = unitCount;
 }
 
-char16_t* TextBuilder::Extend(std::size_t count)
+void TextBuilder::Grow(std::size_t leastUnitCount)
 {
-    const std::size_t length = Length();
-    if (count > m_capacity - length)
-        Reserve(std::max(length + count, std::min<std::size_t>(m_capacity + m_capacity / 2, INT_MAX - 1)));
-    m_text.m_length = static_cast<int>(length + count);
-    return m_text.MutableUnits() + length;
+    MoveToRoomFor(std::max(leastUnitCount, std::min<std::size_t>(m_capacity + m_capacity / 2, INT_MAX - 1)));
 }
 
 }  // namespace rk

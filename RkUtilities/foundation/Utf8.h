@@ -6,8 +6,9 @@
 /// UTF-8 to UTF-16 and back, in blocks.
 namespace rk {
 
-/// The units that well-formed UTF-8 decodes to; for other bytes a guess, at least 0 and at most their count.
-std::size_t GuessDecodedUnits(std::string_view utf8) noexcept;
+/// How many units `utf8` likely decodes to, at most its bytes. Exact for well-formed UTF-8, but for a long text with an
+/// ASCII first quarter: its bytes are then not all looked at and their count is the answer, at most twice what is needed.
+std::size_t LikelyDecodedUnits(std::string_view utf8) noexcept;
 
 /// Decodes at least one and at most about `byteCount` bytes from the front of `utf8`, takes them off and returns how
 /// many units were written: at most `byteCount` + 3, at most as many as bytes were taken. Every maximal part that is no
@@ -16,6 +17,9 @@ std::size_t DecodeUtf8(std::string_view& utf8, std::size_t byteCount, char16_t* 
 
 /// The bytes that the units encode to.
 std::size_t CountEncodedBytes(std::u16string_view units) noexcept;
+
+/// The same, but where the first quarter of a long text is ASCII the rest counts as ASCII, unseen.
+std::size_t LikelyEncodedBytes(std::u16string_view units) noexcept;
 
 /// Encodes all units; a lone surrogate gives U+FFFD. Returns the end of what was written.
 char* EncodeUtf8(std::u16string_view units, char* bytes) noexcept;
