@@ -85,6 +85,19 @@ FormatCount TakeCount(std::u16string_view& format)
     return count;
 }
 
+/// All that may stand between "%" and the length.
+void TakeLayout(std::u16string_view& format, FormatConversion& conversion)
+{
+    conversion.place = TakePlace(format);
+    TakeFlags(format, conversion);
+    conversion.width = TakeCount(format);
+    if (TakeIf(format, u'.')) {
+        conversion.precision = TakeCount(format);
+        if (conversion.precision.source == FormatCount::Source::Absent)
+            conversion.precision.source = FormatCount::Source::Number;  // "." alone is 0
+    }
+}
+
 Length TakeLength(std::u16string_view& format)
 {
     if (TakeIf(format, u'h'))
@@ -123,14 +136,9 @@ FormatConversion TakeConversion(std::u16string_view& format)
 {
     format.remove_prefix(1);  // the "%"
     FormatConversion conversion;
-    conversion.place = TakePlace(format);
-    TakeFlags(format, conversion);
-    conversion.width = TakeCount(format);
-    if (TakeIf(format, u'.')) {
-        conversion.precision = TakeCount(format);
-        if (conversion.precision.source == FormatCount::Source::Absent)
-            conversion.precision.source = FormatCount::Source::Number;  // "." alone is 0
-    }
+    const bool isPlain = !format.empty() && format.front() >= u'A';  // what comes before a letter is no letter
+    if (!isPlain)
+        TakeLayout(format, conversion);
     conversion.length = TakeLength(format);
     if (format.empty())
         throw FormatError("the format ends inside a conversion");
