@@ -6,6 +6,7 @@
 #include "RkUtilities/platform/Unicode.h"
 
 #include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -77,18 +78,22 @@ int CString::Delete(int index, int unitCount)
 int CString::Replace(const CString& before, const CString& after)
 {
     const std::u16string_view sought = before.View();
-    const auto next = [&](std::size_t from) { return rk::FindUnits(View(), sought, from); };
+    if (sought.empty())
+        return 0;
+    rk::TextSearch search(View(), sought, rk::kExactUnits);
+    const std::size_t mostKept = View().size() / 8;
+    std::vector<int> places;  // no more than a quarter of the text's memory; places beyond it are looked for again
     std::size_t count = 0;
-    if (!sought.empty()) {
-        for (std::size_t at = next(0); at != std::u16string_view::npos; at = next(at + sought.size()))
-            ++count;
+    for (std::size_t at = search.From(0); at != std::u16string_view::npos; at = search.From(at + sought.size())) {
+        if (++count <= mostKept)
+            places.push_back(static_cast<int>(at));
     }
     if (count == 0)
         return 0;
     rk::TextBuilder builder(View().size() - count * sought.size() + count * after.View().size());
     std::size_t end = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t at = next(end);
+        const std::size_t at = i < places.size() ? static_cast<std::size_t>(places[i]) : search.From(end);
         builder.Append(View().substr(end, at - end));
         builder.Append(after.View());
         end = at + sought.size();

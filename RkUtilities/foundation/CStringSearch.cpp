@@ -33,11 +33,8 @@ int CString::FindOneOf(const CString& set, int start) const noexcept
 {
     const std::u16string_view text = View();
     const rk::UnitSet units(set.View());
-    for (std::size_t i = StartOf(start); i < text.size(); ++i) {
-        if (units.Contains(text[i]))
-            return static_cast<int>(i);
-    }
-    return -1;
+    const std::size_t found = units.FirstIn(text, StartOf(start));
+    return found < text.size() ? static_cast<int>(found) : -1;
 }
 
 int CString::ReverseFind(const CString& sought, int start) const noexcept
@@ -62,9 +59,7 @@ CString CString::Tokenize(const CString& delimiters, int& position) const
         position = -1;
         return {};
     }
-    std::size_t end = begin;
-    while (end < text.size() && !set.Contains(text[end]))
-        ++end;
+    const std::size_t end = set.FirstIn(text, begin);
     position = static_cast<int>(std::min(end + 1, text.size()));
     return Mid(static_cast<int>(begin), static_cast<int>(end - begin));
 }

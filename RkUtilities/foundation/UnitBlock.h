@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -35,6 +36,18 @@ bool AnyLane(Block block) noexcept
     std::uint64_t halves[2];
     std::memcpy(halves, &block, sizeof halves);
     return (halves[0] | halves[1]) != 0;
+}
+
+/// The first lane of a mask that is set; kBlockUnits when none is.
+inline std::size_t FirstLane(UnitMask mask) noexcept
+{
+    std::uint64_t halves[2];
+    std::memcpy(halves, &mask, sizeof halves);
+    const auto lanesBefore = [](std::uint64_t half) {
+        const int bits = std::endian::native == std::endian::little ? std::countr_zero(half) : std::countl_zero(half);
+        return static_cast<std::size_t>(bits) / 16;
+    };
+    return halves[0] != 0 ? lanesBefore(halves[0]) : 4 + lanesBefore(halves[1]);
 }
 
 /// Whether all eight units are ASCII.

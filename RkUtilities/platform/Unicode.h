@@ -21,6 +21,8 @@ struct CaseSources {
 /// A mapping of code units to code units.
 class CaseTable {
 public:
+    static constexpr std::size_t kMostSources = CaseSources::kMost;
+
     explicit CaseTable(std::int32_t (*mapping)(std::int32_t codePoint));
 
     char16_t operator[](char16_t unit) const noexcept
