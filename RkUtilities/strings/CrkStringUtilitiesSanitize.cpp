@@ -12,30 +12,43 @@ constexpr char16_t kCancel = 0x18;
 constexpr std::u16string_view kFourSpaces = u"    ";
 constexpr std::u16string_view kCrLf = u"\r\n";
 
+bool IsKeptControl(char16_t unit)
+{
+    return unit == u'\t' || unit == u'\n' || unit == u'\r';
+}
+
 /// Units that a rule looks at; the others pass eight at a time. A rule answers for a block and for a unit, and may take a unit
 /// that it then leaves as it is.
 struct ControlsAndDelete {
-    static bool IsAnyIn(rk::UnitBlock block)
+    static rk::UnitMask In(rk::UnitBlock block)
     {
-        return rk::AnyLane((block < rk::FilledBlock(0x20)) | (block == rk::FilledBlock(kDelete)));
+        return (block < rk::FilledBlock(0x20)) | (block == rk::FilledBlock(kDelete));
     }
     static bool Is(char16_t unit) { return unit < 0x20 || unit == kDelete; }
 };
 
-struct ControlsDeleteAndLess {
-    static bool IsAnyIn(rk::UnitBlock block)
+struct ControlsAndDeleteButBreaksAndTabs {
+    static rk::UnitMask In(rk::UnitBlock block)
     {
-        return ControlsAndDelete::IsAnyIn(block) || rk::AnyLane(block == rk::FilledBlock(u'<'));
+        return ControlsAndDelete::In(block) & (block != rk::FilledBlock(u'\t')) & (block != rk::FilledBlock(u'\n')) &
+               (block != rk::FilledBlock(u'\r'));
+    }
+    static bool Is(char16_t unit) { return ControlsAndDelete::Is(unit) && !IsKeptControl(unit); }
+};
+
+struct ControlsDeleteAndLess {
+    static rk::UnitMask In(rk::UnitBlock block)
+    {
+        return ControlsAndDelete::In(block) | (block == rk::FilledBlock(u'<'));
     }
     static bool Is(char16_t unit) { return ControlsAndDelete::Is(unit) || unit == u'<'; }
 };
 
 struct NoTopicText {
-    static bool IsAnyIn(rk::UnitBlock block)
+    static rk::UnitMask In(rk::UnitBlock block)
     {
-        return ControlsAndDelete::IsAnyIn(block) ||
-               rk::AnyLane((block >= rk::FilledBlock(0xFFFE)) |
-                           ((block & rk::FilledBlock(0xF800)) == rk::FilledBlock(0xD800)));
+        return ControlsAndDelete::In(block) | (block >= rk::FilledBlock(0xFFFE)) |
+               ((block & rk::FilledBlock(0xF800)) == rk::FilledBlock(0xD800));
     }
     static bool Is(char16_t unit) { return ControlsAndDelete::Is(unit) || unit >= 0xFFFE || (unit & 0xF800) == 0xD800; }
 };
@@ -43,8 +56,11 @@ struct NoTopicText {
 template <class Rule>
 std::size_t NextFor(std::u16string_view text, std::size_t at)
 {
-    while (at + rk::kBlockUnits <= text.size() && !Rule::IsAnyIn(rk::LoadBlock(text.data() + at)))
-        at += rk::kBlockUnits;
+    for (; at + rk::kBlockUnits <= text.size(); at += rk::kBlockUnits) {
+        const rk::UnitMask found = Rule::In(rk::LoadBlock(text.data() + at));
+        if (rk::AnyLane(found))
+            return at + rk::FirstLane(found);
+    }
     while (at < text.size() && !Rule::Is(text[at]))
         ++at;
     return at;
@@ -70,20 +86,12 @@ CString Rewritten(const CString& source, const Append& append)
     return result.Take();
 }
 
-bool IsKeptControl(char16_t unit)
-{
-    return unit == u'\t' || unit == u'\n' || unit == u'\r';
-}
-
 }  // namespace
 
 void CrkStringUtilities::RemoveInvalidNotesCharacters(CString& text)
 {
-    text = Rewritten<ControlsAndDelete>(text, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
-        if (IsKeptControl(units[at]))
-            result.Append(units[at]);
-        return 1U;
-    });
+    text = Rewritten<ControlsAndDeleteButBreaksAndTabs>(
+        text, [](rk::TextBuilder&, std::u16string_view, std::size_t) { return 1U; });
 }
 
 void CrkStringUtilities::RemoveInvalidTooltipCharacters(CString& text)
