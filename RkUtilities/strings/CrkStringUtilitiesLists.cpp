@@ -5,28 +5,68 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 namespace {
 
-/// A text with its first four units folded into one number: most comparisons end there.
+/// The folded units of all texts, the higher byte first, so that bytes compare as units do.
+using FoldedBytes = std::vector<unsigned char>;
+
+/// A text to sort. Its first four folded units are one number: most comparisons end there.
 struct SortEntry {
     std::uint64_t head;
-    CString text;
+    std::size_t firstByte;
+    std::size_t byteCount;
+    CString* text;
 };
 
-std::uint64_t HeadOf(const CString& text)
+void AppendFolded(FoldedBytes& bytes, const CString& text)
 {
     const rk::platform::CaseTable& folded = rk::platform::FoldedCase();
+    for (const char16_t unit : text) {
+        const char16_t key = folded[unit];
+        bytes.push_back(static_cast<unsigned char>(key >> 8U));
+        bytes.push_back(static_cast<unsigned char>(key & 0xFFU));
+    }
+}
+
+std::uint64_t HeadOf(const unsigned char* bytes, std::size_t byteCount)
+{
     std::uint64_t head = 0;
-    for (int i = 0; i < 4; ++i)
-        head = head << 16U | folded[static_cast<char16_t>(text.GetAt(i))];
+    for (std::size_t i = 0; i < sizeof head; ++i)
+        head = head << 8U | (i < byteCount ? bytes[i] : 0U);
     return head;
 }
 
-bool ComesBefore(const SortEntry& a, const SortEntry& b)
+bool ComesBefore(const SortEntry& a, const SortEntry& b, const FoldedBytes& bytes)
 {
-    return a.head != b.head ? a.head < b.head : a.text.CompareNoCase(b.text) < 0;
+    if (a.head != b.head)
+        return a.head < b.head;
+    const std::size_t common = std::min(a.byteCount, b.byteCount);
+    const int order = std::memcmp(bytes.data() + a.firstByte, bytes.data() + b.firstByte, common);
+    return order != 0 ? order < 0 : a.byteCount < b.byteCount;
+}
+
+/// The texts in the order of CompareNoCase; equal ones keep theirs.
+std::vector<SortEntry> Sorted(CAtlList<CString>& list)
+{
+    std::size_t unitCount = 0;
+    for (const CString& text : list)
+        unitCount += text.View().size();
+    FoldedBytes bytes;
+    bytes.reserve(2 * unitCount);
+    std::vector<SortEntry> entries;
+    entries.reserve(list.GetCount());
+    for (CString& text : list) {
+        const std::size_t firstByte = bytes.size();
+        AppendFolded(bytes, text);
+        const std::size_t byteCount = bytes.size() - firstByte;
+        entries.push_back({HeadOf(bytes.data() + firstByte, byteCount), firstByte, byteCount, &text});
+    }
+    std::stable_sort(entries.begin(), entries.end(),
+                     [&bytes](const SortEntry& a, const SortEntry& b) { return ComesBefore(a, b, bytes); });
+    return entries;
 }
 
 }  // namespace
@@ -72,15 +112,12 @@ CString CrkStringUtilities::Combine(const CString& separator, const CString& fir
 
 void CrkStringUtilities::SortStringList(CAtlList<CString>& list, bool ascending)
 {
-    std::vector<SortEntry> entries;
-    entries.reserve(list.GetCount());
-    for (const CString& text : list)
-        entries.push_back({HeadOf(text), text});
-    std::stable_sort(entries.begin(), entries.end(), ComesBefore);
+    std::vector<SortEntry> entries = Sorted(list);
     if (!ascending)
         std::reverse(entries.begin(), entries.end());
-    CAtlList<CString> sorted;
-    for (SortEntry& entry : entries)
-        sorted.AddTail(std::move(entry.text));
-    list = std::move(sorted);
+    std::vector<CString> texts;
+    texts.reserve(entries.size());
+    for (const SortEntry& entry : entries)
+        texts.push_back(std::move(*entry.text));
+    std::move(texts.begin(), texts.end(), list.begin());
 }
