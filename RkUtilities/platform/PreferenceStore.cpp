@@ -92,19 +92,18 @@ public:
     {
         EnsureRead();
         const std::lock_guard lock(m_valuesMutex);
-        const auto found = m_byName.find(std::u16string(name));
-        return found != m_byName.end() ? std::optional(found->second) : std::nullopt;
+        const auto found = m_byName.find(name);
+        return found != m_byName.end() ? std::optional(found->second.value) : std::nullopt;
     }
 
     void Set(PreferenceScope scope, std::u16string_view name, PreferenceValue value)
     {
         EnsureRead();
-        const PreferenceKey key(scope == PreferenceScope::ThisHost ? m_thisHost : kAnyHost, name);
+        PreferenceKey key(scope == PreferenceScope::ThisHost ? m_thisHost : kAnyHost, name);
         {
             const std::lock_guard lock(m_valuesMutex);
-            m_pending.insert_or_assign(key, value);
-            m_values.insert_or_assign(key, std::move(value));
-            Index(key.second);
+            Index(scope, name, value);
+            m_pending.insert_or_assign(std::move(key), std::move(value));
         }
         if (m_isEnding)
             Synchronize();
@@ -135,14 +134,38 @@ private:
         std::call_once(m_firstRead, [this] { Synchronize(); });
     }
 
-    /// The lookup of a name: this host first. With the values' mutex held.
-    void Index(const std::u16string& name)
+    /// What a name gives: this host's value before that of all hosts.
+    struct Named {
+        PreferenceValue value;
+        PreferenceScope scope;
+    };
+    struct NameHash {
+        using is_transparent = void;
+        std::size_t operator()(std::u16string_view name) const noexcept
+        {
+            return std::hash<std::u16string_view>()(name);
+        }
+    };
+
+    /// With the values' mutex held.
+    void Index(PreferenceScope scope, std::u16string_view name, const PreferenceValue& value)
     {
-        auto found = m_values.find({m_thisHost, name});
-        if (found == m_values.end())
-            found = m_values.find({kAnyHost, name});
-        if (found != m_values.end())
-            m_byName.insert_or_assign(name, found->second);
+        const auto found = m_byName.find(name);
+        if (found == m_byName.end()) {
+            m_byName.emplace(name, Named{value, scope});
+        } else if (scope == PreferenceScope::ThisHost || found->second.scope == PreferenceScope::AnyHost) {
+            found->second.value = value;
+            found->second.scope = scope;
+        }
+    }
+    void Index(const PreferenceMap& values)
+    {
+        for (const auto& [key, value] : values) {
+            if (key.first == kAnyHost)
+                Index(PreferenceScope::AnyHost, key.second, value);
+            else if (key.first == m_thisHost)
+                Index(PreferenceScope::ThisHost, key.second, value);
+        }
     }
 
     Result SynchronizeOpen()
@@ -231,29 +254,34 @@ private:
         }
         const std::lock_guard lock(m_valuesMutex);
         m_hasMoreToStore = false;
-        if (!stored)
+        if (stored)
+            Keep(std::move(storing));
+        else
             m_pending.merge(storing);  // what was written meanwhile is newer
         if (read)
             Replace(std::move(*read));
         return result;
     }
 
+    /// Remembers what has been stored. With the values' mutex held.
+    void Keep(PreferenceMap stored)
+    {
+        for (auto& [key, value] : stored)
+            m_stored.insert_or_assign(key, std::move(value));
+    }
+
     /// Takes what the database holds; what is not stored yet lies over it. With the values' mutex held.
     void Replace(PreferenceMap read)
     {
         if (m_isBegunAnew) {  // what the process knows and the new database does not
-            for (const auto& [key, value] : m_values)
+            for (const auto& [key, value] : m_stored)
                 m_hasMoreToStore |= read.find(key) == read.end() && m_pending.emplace(key, value).second;
             m_isBegunAnew = false;
         }
-        for (const auto& [key, value] : m_pending)
-            read.insert_or_assign(key, value);
-        m_values = std::move(read);
+        m_stored = std::move(read);
         m_byName.clear();
-        for (const auto& [key, value] : m_values) {
-            if (key.first == kAnyHost || key.first == m_thisHost)
-                Index(key.second);
-        }
+        Index(m_stored);
+        Index(m_pending);
     }
 
     /// Moves a damaged database out of the way, to a dated name; everything known here is stored again in the new one.
@@ -293,9 +321,9 @@ private:
 
     std::mutex m_valuesMutex;
     std::string m_applicationName;
-    PreferenceMap m_values;
+    PreferenceMap m_stored;   // in the database, when it was last read or written
     PreferenceMap m_pending;  // written, not stored yet
-    std::unordered_map<std::u16string, PreferenceValue> m_byName;
+    std::unordered_map<std::u16string, Named, NameHash, std::equal_to<>> m_byName;
     PreferenceState m_state;
 };
 
