@@ -67,15 +67,15 @@ std::size_t NextFor(std::u16string_view text, std::size_t at)
 }
 
 /// The text with what `append` writes in the place of each unit that the rule looks at; `append` gets the builder, the text and
-/// the unit's index, and returns how many units it took.
+/// the unit's index, and returns how many units it took. There is room at once for a text that grows by `growth` units.
 template <class Rule, class Append>
-CString Rewritten(const CString& source, const Append& append)
+CString Rewritten(const CString& source, const Append& append, std::size_t growth = 0)
 {
     const std::u16string_view text = source.View();
     std::size_t at = NextFor<Rule>(text, 0);
     if (at == text.size())
         return source;
-    rk::TextBuilder result(text.size());
+    rk::TextBuilder result(text.size() + growth);
     std::size_t done = 0;
     while (at < text.size()) {
         result.Append(text.substr(done, at - done));
@@ -116,8 +116,11 @@ void CrkStringUtilities::RemoveInvalidTooltipCharacters(CString& text)
 
 void CrkStringUtilities::FixInvalidUnformattedTooltipCharacters(CString& text)
 {
-    text =
-        Rewritten<ControlsDeleteAndLess>(text, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
+    const auto less = static_cast<std::size_t>(CountOccurrences(text, u'<'));
+    const auto tabs = static_cast<std::size_t>(CountOccurrences(text, u'\t'));
+    text = Rewritten<ControlsDeleteAndLess>(
+        text,
+        [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
             const char16_t unit = units[at];
             if (unit == u'<')
                 result.Append(u"<<");
@@ -126,7 +129,8 @@ void CrkStringUtilities::FixInvalidUnformattedTooltipCharacters(CString& text)
             else
                 result.Append(unit == kCancel ? u' ' : unit);
             return 1U;
-        });
+        },
+        less + tabs * (kFourSpaces.size() - 1));
 }
 
 CString CrkStringUtilities::ReplaceInvalidTopicTextCharacters(const CString& text)
