@@ -27,6 +27,13 @@ CString WithoutLinks(const CString& path)
     return error ? path : rk::PathText(target.string());
 }
 
+/// Something is there that is no map and no link to one: a device, a pipe, a socket.
+bool IsSpecial(const CString& path)
+{
+    std::error_code error;
+    return std::filesystem::is_other(rk::NativePath(path), error);
+}
+
 /// Waits until the bytes of a file would survive a power cut: its name must not become the map's before.
 void PutOnDisk(const CString& path)
 {
@@ -73,6 +80,8 @@ MapFile::MapFile(const CString& path, Overwrite overwrite)
     const SECFileSystem files;
     if (files.DirectoryExists(path))
         throw FileError{path, u"is a folder"};
+    if (overwrite == Overwrite::Allowed && IsSpecial(m_target))
+        throw FileError{path, u"is a device or a pipe"};
     if (overwrite == Overwrite::Allowed && CrkPathUtilities::IsFileReadOnly(m_target))
         throw FileError{path, u"is read-only"};
     m_temporaryPath = CrkPathUtilities::PathFromFilename(m_target) + u"." + static_cast<CString>(CrkGuid()) + u".tmp";

@@ -9,6 +9,7 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <sstream>
+#include <sys/stat.h>
 
 using namespace mindmap;
 
@@ -204,6 +205,11 @@ TEST_F(Program, LeavesAMapThatItCannotReplace)
     EXPECT_EQ(Run({outline, "-o", kept, "--replace"}), 1);
     EXPECT_EQ(m_err.str(), "mindmap: " + kept + ": is read-only\n");
     EXPECT_EQ(m_folder.Read("kept.svg"), "old");
+    const std::string pipe = m_folder.Path("pipe.svg");  // as a device, which root would replace
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(Run({outline, "-o", pipe, "--replace"}), 1);
+    EXPECT_EQ(m_err.str(), "mindmap: " + pipe + ": is a device or a pipe\n");
+    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
     EXPECT_EQ(Run({outline, "-o", m_folder.Path("missing/map.svg")}), 1);
     EXPECT_FALSE(m_folder.Has("missing"));
 }
