@@ -53,8 +53,13 @@ void RunLog::ProvideSettings(const CString& path)
     m_isBroken = !file.Open(path, CFile::modeReadWrite | CFile::modeCreate, &failure);
     if (m_isBroken)
         return;
-    file.WriteString(kSettings);
-    file.Close();
+    try {
+        file.WriteString(kSettings);
+        file.Close();
+    } catch (CFileException*) {
+        files.DeleteFile(path);  // half of the settings would switch the log off in every later run
+        throw;
+    }
 }
 
 void RunLog::Write(CrkLogWriter::ErkLogLevel level, const CString& message, const CString& category,
