@@ -162,7 +162,7 @@ int Run(const Options& options, std::ostream& out, std::ostream& err)
         log.Write(CrkLogWriter::LogNotice, trouble);
     if (log.IsBroken())
         err << "mindmap: no log: " << log.FilePath() << " cannot be written\n";
-    else
+    else if (CrkPathUtilities::FileNotDirectoryExists(log.FilePath()))  // the settings may switch it off
         out << "Log: " << log.FilePath() << '\n';
     return 0;
 }

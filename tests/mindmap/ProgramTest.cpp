@@ -72,6 +72,11 @@ TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun)
     const std::string log = m_folder.Read("plan.log/messages.xml");
     EXPECT_NE(log.find("<l:Body>Read 3 topics from "), std::string::npos);
     EXPECT_TRUE(ParseXml("<log xmlns:l='l'>" + log + "</log>").isWellFormed);
+
+    Put("plan.log/settings.xml", "<off/>");
+    std::filesystem::remove(m_folder.Path("plan.log/messages.xml"));
+    EXPECT_EQ(Run({outline}), 0);
+    EXPECT_EQ(m_out.str().find("Log: "), std::string::npos);
 }
 
 TEST_F(Program, NeverOverwritesAMapUnlessToldTo)
