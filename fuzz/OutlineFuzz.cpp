@@ -1,37 +1,26 @@
 // Any bytes, as each kind of outline and as each field of a topic: a reason with a line, or a map that is overlap-free and well-formed.
 #include "../tests/mindmap/MapInvariants.h"
+#include "Require.h"
 #include "mindmap/MapCheck.h"
 #include "mindmap/OpmlReader.h"
 #include "mindmap/TextOutlineReader.h"
 
 #include <cstdint>
-#include <cstdlib>
-#include <iostream>
 
 using namespace mindmap;
 
 namespace {
 
-void Require(bool holds, std::string_view what)
-{
-    if (holds)
-        return;
-    std::cerr << what << '\n';
-    std::abort();
-}
-
 void CheckOutline(const Outline& outline)
 {
     constexpr std::size_t kMostForEveryPair = 300;
     const MapLayout map = LayOut(outline);
-    Require(CheckMap(outline, map).AreNone(), "the program's own check finds a fault");
-    if (outline.topics.size() <= kMostForEveryPair) {
-        const std::string fault = FaultOf(outline, map);
-        Require(fault.empty(), fault);
-    }
+    Require(CheckMap(outline, map).AreNone());
+    if (outline.topics.size() <= kMostForEveryPair)
+        Require(FaultOf(outline, map).empty());
     const XmlFacts svg = ParseXml(SvgOf(outline, map));
-    Require(svg.isWellFormed, "the map is not well-formed");
-    Require(svg.elements.count("path") >= outline.topics.size() - 1, "a line is missing");
+    Require(svg.isWellFormed);
+    Require(svg.elements.count("path") >= outline.topics.size() - 1);  // the lines
 }
 
 template <class Read>
@@ -40,7 +29,7 @@ void CheckReader(Read read)
     try {
         CheckOutline(read());
     } catch (const OutlineError& error) {
-        Require(!error.reason.IsEmpty() && error.line >= 0, "an error without a reason");
+        Require(!error.reason.IsEmpty() && error.line >= 0);
     }
 }
 

@@ -50,38 +50,32 @@ TEST(File, OpensWhatItCanAndTellsTheCauseOfEveryFailure)
 {
     const ScopedFolder folder;
     folder.Make({"file=content", "folder/", "ring>ring", "pipe|"});
-    struct Case {
-        std::string name;
-        unsigned int flags;
-        int cause;
-        long osError;
-    };
     const std::string tooLong(256, 'n');
     const std::string cut("file\0tail", 9);
-    const Case cases[] = {{"file", 0x1042, 0, 0},
-                          {"new", 0x1020, 0, 0},
-                          {"missing", 0x0000, 2, ENOENT},
-                          {cut, 0x0000, 2, ENOENT},
-                          {"missing/file/", 0x0000, 3, ENOENT},
-                          {"missing/file", 0x1042, 3, ENOENT},
-                          {"file/below", 0x1042, 3, ENOTDIR},
-                          {"ring", 0x0000, 3, ELOOP},
-                          {tooLong, 0x1042, 3, ENAMETOOLONG},
-                          {"folder", 0x0000, 5, EISDIR},
-                          {"pipe", 0x0000, 6, ENXIO},
-                          {"pipe", 0x0002, 6, ENXIO},
-                          {"file", 0x8000, 1, EINVAL},
-                          {"file", 0x0060, 1, EINVAL}};
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        const bool opens = c.cause == 0;
+    const std::tuple<std::string, unsigned, int, long> cases[] = {{"file", 0x1042, 0, 0},
+                                                                  {"new", 0x1020, 0, 0},
+                                                                  {"missing", 0x0000, 2, ENOENT},
+                                                                  {cut, 0x0000, 2, ENOENT},
+                                                                  {"missing/file/", 0x0000, 3, ENOENT},
+                                                                  {"missing/file", 0x1042, 3, ENOENT},
+                                                                  {"file/below", 0x1042, 3, ENOTDIR},
+                                                                  {"ring", 0x0000, 3, ELOOP},
+                                                                  {tooLong, 0x1042, 3, ENAMETOOLONG},
+                                                                  {"folder", 0x0000, 5, EISDIR},
+                                                                  {"pipe", 0x0000, 6, ENXIO},
+                                                                  {"pipe", 0x0002, 6, ENXIO},
+                                                                  {"file", 0x8000, 1, EINVAL},
+                                                                  {"file", 0x0060, 1, EINVAL}};
+    for (const auto& [name, flags, cause, osError] : cases) {
+        SCOPED_TRACE(name);
+        const bool opens = cause == 0;
         CFile file;
         CFileException error(99, 99);
-        EXPECT_EQ(file.Open(folder.Text(c.name), c.flags, &error), opens);
+        EXPECT_EQ(file.Open(folder.Text(name), flags, &error), opens);
         EXPECT_EQ(file.IsOpen(), opens);
-        EXPECT_EQ(error.m_cause, opens ? 99 : c.cause);
-        EXPECT_EQ(error.m_lOsError, opens ? 99 : c.osError);
-        EXPECT_EQ(error.m_strFileName, opens ? CString() : folder.Text(c.name));
+        EXPECT_EQ(error.m_cause, opens ? 99 : cause);
+        EXPECT_EQ(error.m_lOsError, opens ? 99 : osError);
+        EXPECT_EQ(error.m_strFileName, opens ? CString() : folder.Text(name));
     }
     EXPECT_FALSE(CFile().Open(CString().GetUTF16Ptr(), 0));
 }
@@ -94,19 +88,16 @@ TEST(File, ReadsWritesAndSeeksWhereItStands)
     file.WriteString(CString(u"-\u00E9\U0001F600-") + static_cast<unsigned short>(0xD800));
     file.Flush();
     EXPECT_EQ(folder.Read("log"), "one-\xC3\xA9\xF0\x9F\x98\x80-\xEF\xBF\xBD");
-    struct Case {
-        long long offset;
-        unsigned int from;
-        long long position;  // -1: fails
-    };
-    constexpr Case kCases[] = {{0, 2, 14},        {-14, 2, 0},        {5, 0, 5},          {-4, 1, 1},
-                               {100, 0, 100},     {-1, 0, -1},        {-15, 2, -1},       {0, 3, -1},
-                               {0, UINT_MAX, -1}, {LLONG_MIN, 0, -1}, {LLONG_MAX, 2, -1}, {LLONG_MIN, 1, -1}};
-    for (const Case& c : kCases) {
-        SCOPED_TRACE(testing::Message() << c.offset << " from " << c.from);
+    // Offset, origin, and the position after it; -1: fails.
+    constexpr std::tuple<long long, unsigned, long long> kCases[] = {
+        {0, 2, 14},   {-14, 2, 0}, {5, 0, 5},         {-4, 1, 1},         {100, 0, 100},      {-1, 0, -1},
+        {-15, 2, -1}, {0, 3, -1},  {0, UINT_MAX, -1}, {LLONG_MIN, 0, -1}, {LLONG_MAX, 2, -1}, {LLONG_MIN, 1, -1}};
+    for (const auto& row : kCases) {
+        const auto [offset, from, position] = row;
+        SCOPED_TRACE(testing::Message() << offset << " from " << from);
         const unsigned long long before = file.GetPosition();
-        EXPECT_EQ(CauseOf([&] { file.Seek(c.offset, c.from); }), c.position < 0 ? CFileException::badSeek : 0);
-        EXPECT_EQ(file.GetPosition(), c.position < 0 ? before : static_cast<unsigned long long>(c.position));
+        EXPECT_EQ(CauseOf([&, o = offset, f = from] { file.Seek(o, f); }), position < 0 ? CFileException::badSeek : 0);
+        EXPECT_EQ(file.GetPosition(), position < 0 ? before : static_cast<unsigned long long>(position));
     }
     char bytes[64] = {};
     file.Seek(1, 0);
@@ -128,19 +119,17 @@ TEST(File, SharesByAgreement)
 {
     const ScopedFolder folder;
     const CString path = folder.Write("file");
-    constexpr struct {
-        unsigned int first, second;
-        bool opens;
-    } kCases[] = {{0x20, 0x20, true}, {0x20, 0x22, false}, {0x22, 0x20, false}, {0x22, 0x22, false},
-                  {0x22, 0x40, true}, {0x22, 0x42, true},  {0x42, 0x22, true},  {0x02, 0x20, true}};
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(testing::Message() << std::hex << c.first << " then " << c.second);
-        CFile first = Opened(path, c.first);
+    constexpr std::tuple<unsigned, unsigned, bool> kCases[] = {
+        {0x20, 0x20, true}, {0x20, 0x22, false}, {0x22, 0x20, false}, {0x22, 0x22, false},
+        {0x22, 0x40, true}, {0x22, 0x42, true},  {0x42, 0x22, true},  {0x02, 0x20, true}};
+    for (const auto& [before, after, opens] : kCases) {
+        SCOPED_TRACE(testing::Message() << std::hex << before << " then " << after);
+        CFile first = Opened(path, before);
         CFileException error;
-        EXPECT_EQ(CFile().Open(path, c.second, &error), c.opens);
-        EXPECT_EQ(error.m_cause, c.opens ? CFileException::none : CFileException::sharingViolation);
+        EXPECT_EQ(CFile().Open(path, after, &error), opens);
+        EXPECT_EQ(error.m_cause, opens ? CFileException::none : CFileException::sharingViolation);
         first.Close();
-        EXPECT_TRUE(CFile().Open(path, c.second));
+        EXPECT_TRUE(CFile().Open(path, after));
     }
 }
 
@@ -185,18 +174,16 @@ TEST(FileStatus, KnowsEachKind)
     const ScopedFolder folder;
     folder.Make({"plain=1234", ".hidden", "0577 readonly", "sub/inside", ".config/", "to-folder>sub",
                  "to-readonly>readonly", "nowhere>missing", "ring>ring", "pipe|"});
-    constexpr struct {
-        const char* name;
-        unsigned attribute;
-    } kCases[] = {{"plain", 0x20},   {".hidden", 0x22},     {"readonly", 0x21}, {"sub", 0x10},
-                  {"sub/", 0x10},    {".config/", 0x12},    {"sub/.", 0x10},    {"to-folder", 0x10},
-                  {"nowhere", 0x20}, {"to-readonly", 0x21}, {"ring", 0x20},     {"pipe", 0x20}};
+    constexpr std::pair<const char*, unsigned> kCases[] = {
+        {"plain", 0x20},   {".hidden", 0x22},     {"readonly", 0x21}, {"sub", 0x10},
+        {"sub/", 0x10},    {".config/", 0x12},    {"sub/.", 0x10},    {"to-folder", 0x10},
+        {"nowhere", 0x20}, {"to-readonly", 0x21}, {"ring", 0x20},     {"pipe", 0x20}};
     CFileStatus status;
-    for (const auto& c : kCases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_TRUE(CFile::GetStatus(folder.Text(c.name), status));
-        EXPECT_EQ(status.m_attribute, c.attribute);
-        EXPECT_EQ(status.m_szFullName, folder.Text(c.name));
+    for (const auto& [name, attribute] : kCases) {
+        SCOPED_TRACE(name);
+        EXPECT_TRUE(CFile::GetStatus(folder.Text(name), status));
+        EXPECT_EQ(status.m_attribute, attribute);
+        EXPECT_EQ(status.m_szFullName, folder.Text(name));
     }
     const ScopedCurrentFolder here(folder.Path());
     EXPECT_TRUE(CFile::GetStatus(u"plain", status));
@@ -244,20 +231,17 @@ TEST(FileStatus, SetsTheTimesThatChanged)
     CFileStatus status;
     ASSERT_TRUE(CFile::GetStatus(path, status));
     const timespec accessed = folder.Status("file").st_atim;
-    constexpr struct {
-        double seconds;
-        timespec time;
-    } kCases[] = {{0, {978'307'200, 0}},
-                  {0.5, {978'307'200, 500'000'000}},
-                  {-0.25, {978'307'199, 750'000'000}},
-                  {-978'307'201, {-1, 0}}};
-    for (const auto& c : kCases) {
-        status.m_mtime = CTime::FromCFAbsoluteTime(c.seconds);
+    constexpr std::pair<double, timespec> kCases[] = {{0, {978'307'200, 0}},
+                                                      {0.5, {978'307'200, 500'000'000}},
+                                                      {-0.25, {978'307'199, 750'000'000}},
+                                                      {-978'307'201, {-1, 0}}};
+    for (const auto& [seconds, time] : kCases) {
+        status.m_mtime = CTime::FromCFAbsoluteTime(seconds);
         CFile::SetStatus(path, status);
-        EXPECT_TRUE(SameTime(folder.Status("file").st_mtim, c.time)) << c.seconds;
+        EXPECT_TRUE(SameTime(folder.Status("file").st_mtim, time)) << seconds;
         EXPECT_TRUE(SameTime(folder.Status("file").st_atim, accessed));
         ASSERT_TRUE(CFile::GetStatus(path, status));
-        EXPECT_EQ(status.m_mtime.GetCFAbsoluteTime(), c.seconds);
+        EXPECT_EQ(status.m_mtime.GetCFAbsoluteTime(), seconds);
     }
     CFile::SetStatus(path, CFileStatus());  // null times
     EXPECT_TRUE(SameTime(folder.Status("file").st_mtim, {-1, 0}));

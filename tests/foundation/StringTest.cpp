@@ -57,7 +57,7 @@ TEST(String, CopiesMayBeUsedFromManyThreads)
 {
     const CString text = kLong;
     std::vector<std::jthread> threads;
-    for (int t = 0; t < 4; ++t) {
+    for (int t = 0; t < 4; ++t)
         threads.emplace_back([copy = text]() mutable {
             for (int i = 0; i < 2000; ++i) {
                 CString mine = copy;
@@ -65,7 +65,6 @@ TEST(String, CopiesMayBeUsedFromManyThreads)
                 copy = mine;
             }
         });
-    }
     threads.clear();
     EXPECT_EQ(text, kLong);
 }
@@ -96,12 +95,9 @@ TEST(String, ComesFromEveryKindOfText)
     EXPECT_EQ(std::hash<CString>()(kLong), std::hash<CString>()(CString(kLong.View())));
 }
 
-struct ClampRow {
-    int start;
-    int count;
-    std::u16string_view mid, left, right, deleted;
-};
-constexpr ClampRow kClampRows[] = {
+// Start, count; what Mid, Left and Right give, and what Delete leaves.
+using Units = std::u16string_view;
+constexpr std::tuple<int, int, Units, Units, Units, Units> kClampRows[] = {
     {0, 0, u"", u"", u"", u"abcde"},
     {1, 3, u"bcd", u"abc", u"cde", u"ae"},
     {5, 1, u"", u"a", u"e", u"abcde"},
@@ -114,25 +110,25 @@ constexpr ClampRow kClampRows[] = {
 
 TEST(String, ClampsEveryStartAndCount)
 {
-    for (const ClampRow& row : kClampRows) {
-        SCOPED_TRACE(testing::Message() << row.start << ", " << row.count);
+    for (const auto& [start, count, mid, left, right, deleted] : kClampRows) {
+        SCOPED_TRACE(testing::Message() << start << ", " << count);
         CString text = u"abcde";
-        EXPECT_EQ(text.Mid(row.start, row.count), row.mid);
-        EXPECT_EQ(text.Left(row.count), row.left);
-        EXPECT_EQ(text.Right(row.count), row.right);
-        EXPECT_EQ(text.Delete(row.start, row.count), static_cast<int>(row.deleted.size()));
-        EXPECT_EQ(text, row.deleted);
+        EXPECT_EQ(text.Mid(start, count), mid);
+        EXPECT_EQ(text.Left(count), left);
+        EXPECT_EQ(text.Right(count), right);
+        EXPECT_EQ(text.Delete(start, count), static_cast<int>(deleted.size()));
+        EXPECT_EQ(text, deleted);
         CString inserted = u"abcde";
-        inserted.Insert(row.start, u"XYZ");
+        inserted.Insert(start, u"XYZ");
         std::u16string expected = u"abcde";
-        expected.insert(static_cast<std::size_t>(std::clamp(row.start, 0, 5)), u"XYZ");
+        expected.insert(static_cast<std::size_t>(std::clamp(start, 0, 5)), u"XYZ");
         EXPECT_EQ(inserted, expected);
-        inserted.SetAt(row.start, u'!');
-        EXPECT_EQ(inserted.GetAt(row.start), row.start >= 0 && row.start < 8 ? u'!' : 0);
-        EXPECT_EQ(CString(u"abcde").FindOneOf(u"e", row.start), row.start <= 4 ? 4 : -1);
-        EXPECT_EQ(CString(u"abcde").Find(u"", row.start), row.start <= 5 ? std::max(row.start, 0) : -1);
-        EXPECT_EQ(CString(u"abcabc").ReverseFind(u"abc", row.start), row.start < 0 || row.start >= 3 ? 3 : 0);
-        int position = row.start;
+        inserted.SetAt(start, u'!');
+        EXPECT_EQ(inserted.GetAt(start), start >= 0 && start < 8 ? u'!' : 0);
+        EXPECT_EQ(CString(u"abcde").FindOneOf(u"e", start), start <= 4 ? 4 : -1);
+        EXPECT_EQ(CString(u"abcde").Find(u"", start), start <= 5 ? std::max(start, 0) : -1);
+        EXPECT_EQ(CString(u"abcabc").ReverseFind(u"abc", start), start < 0 || start >= 3 ? 3 : 0);
+        int position = start;
         EXPECT_EQ(CString(u",,,,,").Tokenize(u",", position), u"");
         EXPECT_EQ(position, -1);
     }
@@ -279,19 +275,11 @@ TEST(String, RemovesWhatItIsTold)
 
 TEST(String, ReadsIntegersFromTheFront)
 {
-    constexpr struct {
-        const char16_t* text;
-        int value;
-    } kRows[] = {{u" \t-42x", -42},
-                 {u"+7", 7},
-                 {u"- 7", 0},
-                 {u"x1", 0},
-                 {u"", 0},
-                 {u"--1", 0},
-                 {u"2147483647", INT_MAX},
-                 {u"99999999999999999999", INT_MAX},
-                 {u"-2147483648", INT_MIN},
-                 {u"-99999999999", INT_MIN}};
+    for (const char16_t* none : {u"- 7", u"x1", u"", u"--1"})
+        EXPECT_EQ(_ttoi(CString(none).GetUTF16Ptr()), 0) << CString(none);
+    constexpr std::pair<const char16_t*, int> kRows[] = {{u" \t-42x", -42},         {u"+7", 7},
+                                                         {u"2147483647", INT_MAX},  {u"99999999999999999999", INT_MAX},
+                                                         {u"-2147483648", INT_MIN}, {u"-99999999999", INT_MIN}};
     for (const auto& [text, value] : kRows)
         EXPECT_EQ(_ttoi(CString(text).GetUTF16Ptr()), value) << CString(text);
     EXPECT_EQ(_ttoi(nullptr), 0);

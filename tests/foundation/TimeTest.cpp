@@ -4,6 +4,7 @@
 #include "tests/support/ScopedVariable.h"
 #include "tests/support/Zones.h"
 
+#include <array>
 #include <chrono>
 #include <climits>
 #include <cmath>
@@ -45,12 +46,8 @@ TEST(Time, CountsEveryDayOfTheYears1To9999AsTheCalendarDoes)
     EXPECT_EQ(kBeforeMain.GetCFAbsoluteTime(), CTime(1970, 1, 1, 0, 0, 0, -1).GetCFAbsoluteTime());
 }
 
-struct LocalRow {
-    const char* zone;
-    int fields[7];           // year to second, dst
-    std::time_t utcSeconds;  // 0: the null time
-};
-constexpr LocalRow kLocalRows[] = {
+// Zone; year to second, dst; UTC seconds, 0 for the null time.
+constexpr std::tuple<const char*, std::array<int, 7>, std::time_t> kLocalRows[] = {
     {"Europe/Berlin", {2026, 3, 29, 2, 30, 0, -1}, 1774747800},  // does not exist: 3:30
     {"Europe/Berlin", {2026, 3, 29, 2, 30, 0, 0}, 1774747800},
     {"Europe/Berlin", {2026, 10, 25, 2, 30, 0, 1}, 1792888200},  // exists twice

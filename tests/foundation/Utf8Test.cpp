@@ -3,31 +3,21 @@
 
 #include <gtest/gtest.h>
 #include <random>
-#include <unicode/ustring.h>
+#include <unicode/unistr.h>
 #include <vector>
 
 namespace {
 
 std::u16string IcuDecoded(const std::string& bytes)
 {
-    std::u16string units(bytes.size() + 1, u'\0');
-    std::int32_t length = 0;
-    UErrorCode error = U_ZERO_ERROR;
-    u_strFromUTF8WithSub(units.data(), static_cast<std::int32_t>(units.size()), &length, bytes.data(),
-                         static_cast<std::int32_t>(bytes.size()), 0xFFFD, nullptr, &error);
-    units.resize(static_cast<std::size_t>(length));
-    return units;
+    const icu::UnicodeString text = icu::UnicodeString::fromUTF8(bytes);
+    return {text.getBuffer(), static_cast<std::size_t>(text.length())};
 }
 
 std::string IcuEncoded(const std::u16string& units)
 {
-    std::string bytes(units.size() * 3 + 1, '\0');
-    std::int32_t length = 0;
-    UErrorCode error = U_ZERO_ERROR;
-    u_strToUTF8WithSub(bytes.data(), static_cast<std::int32_t>(bytes.size()), &length, units.data(),
-                       static_cast<std::int32_t>(units.size()), 0xFFFD, nullptr, &error);
-    bytes.resize(static_cast<std::size_t>(length));
-    return bytes;
+    std::string bytes;
+    return icu::UnicodeString(units.data(), static_cast<std::int32_t>(units.size())).toUTF8String(bytes);
 }
 
 TEST(Utf8, GoesThereAndBackForEveryCodePoint)

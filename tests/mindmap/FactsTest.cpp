@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 #include <set>
 #include <string>
@@ -40,12 +41,7 @@ CString Told(const CString& written, const char* locale)
 
 TEST(Figure, IsReadAlikeAndShownInTheUsersLocale)
 {
-    struct Case {
-        const char16_t* written;
-        const char16_t* english;
-        const char16_t* german;
-    };
-    constexpr Case kCases[] = {
+    constexpr std::array<const char16_t*, 3> kCases[] = {
         {u"€ 1 284 000", u"€ 1,284,000", u"€ 1.284.000"},
         {u"1.284.000,50 EUR", u"1,284,000.50 €", u"1.284.000,50 €"},
         {u" \u2212EUR\u202F1\u202F284.5 ", u"-€ 1,284.50", u"-€ 1.284,50"},
@@ -58,9 +54,9 @@ TEST(Figure, IsReadAlikeAndShownInTheUsersLocale)
         {u"-0.5 %", u"-0.5%", u"-0,5%"},
         {u"9 999 999 999 999.9999", u"9,999,999,999,999.9999", u"9.999.999.999.999,9999"},
     };
-    for (const Case& c : kCases) {
-        EXPECT_EQ(Told(c.written, "en_US"), c.english) << CString(c.written);
-        EXPECT_EQ(Told(c.written, "de_DE"), c.german) << CString(c.written);
+    for (const auto& [written, english, german] : kCases) {
+        EXPECT_EQ(Told(written, "en_US"), english) << CString(written);
+        EXPECT_EQ(Told(written, "de_DE"), german) << CString(written);
     }
     for (const char16_t* none :
          {u"", u"€", u"about 200", u"200 each", u"€ 5 EUR", u"1 28 000", u"1.284,000.5", u"1,2345,678", u"12 34",
@@ -129,11 +125,8 @@ TEST(Dates, AreTextsOfTheLibraryWithWeeksOfTheUsersLocale)
 TEST(Link, IsShownReadablyAndFollowedOnlyToWebAndMail)
 {
     const ScopedVariable home("RK_MAPS", "/maps");
-    struct Case {
-        const char16_t* written;
-        const char16_t* told;  // address|parameters|target
-    };
-    constexpr Case kCases[] = {
+    // As written, and as "address|parameters|target".
+    constexpr std::pair<const char16_t*, const char16_t*> kCases[] = {
         {u" https://x.org/ ", u"x.org||https://x.org/"},
         {u"HTTP://x.org/a%20b ö?q=ship%20crew&lang=n+b#top",
          u"x.org/a b ö#top|lang: n b · q: ship crew|HTTP://x.org/a%20b%20%C3%B6?q=ship%20crew&lang=n+b#top"},
@@ -149,9 +142,9 @@ TEST(Link, IsShownReadablyAndFollowedOnlyToWebAndMail)
         {u"%RK_MAPS%/%RK_NONE%", u"%RK_MAPS%/%RK_NONE%||"},
         {u"50%-100%.svg", u"50%-100%.svg||"},
     };
-    for (const Case& c : kCases) {
-        const Link link = ReadLink(c.written);
-        EXPECT_EQ(link.address + u"|" + link.parameters + u"|" + link.target, c.told);
+    for (const auto& [written, told] : kCases) {
+        const Link link = ReadLink(written);
+        EXPECT_EQ(link.address + u"|" + link.parameters + u"|" + link.target, told);
     }
 }
 

@@ -110,16 +110,10 @@ TEST_F(Program, GivesEachOfManyRunsAtOnceAMapOfItsOwn)
     const std::string log = m_folder.Path("log");
     const std::string map = m_folder.Path("map.svg");
     std::vector<pid_t> runs;
-    for (int i = 0; i < kRunCount; ++i) {
-        runs.push_back(fork());
-        if (runs.back() == 0)
-            _exit(Run({outline, "-o", map, "--log", log}));
-    }
-    for (const pid_t run : runs) {
-        int status = -1;
-        EXPECT_EQ(waitpid(run, &status, 0), run);
-        EXPECT_EQ(status, 0);
-    }
+    for (int i = 0; i < kRunCount; ++i)
+        runs.push_back(StartChild([&] { EXPECT_EQ(Run({outline, "-o", map, "--log", log}), 0); }));
+    for (const pid_t run : runs)
+        ExpectItEndsWell(run);
     for (int i = 2; i <= kRunCount; ++i)
         EXPECT_TRUE(ParseXml(m_folder.Read("map (" + std::to_string(i) + ").svg")).isWellFormed) << i;
     EXPECT_EQ(m_folder.EntryCount(), kRunCount + 2U);
@@ -173,12 +167,8 @@ TEST_F(Program, DrawsWhereNothingCanBeRemembered)
 
 TEST_F(Program, TellsInOneLineWhatIsWrongAndLeavesTheMapAsItWas)
 {
-    struct Case {
-        const char* outline;
-        const char* content;  // null: no such file
-        const char* complaint;
-    };
-    constexpr Case kCases[] = {
+    // An outline, its content (null: no such file) and the complaint.
+    constexpr std::array<const char*, 3> kCases[] = {
         {"none.opml", nullptr, "none.opml: No such file or directory\n"},
         {"gone/none.opml", nullptr, "gone/none.opml: No such file or directory\n"},
         {"empty.txt", "", "empty.txt: the outline has no topic\n"},
@@ -186,11 +176,11 @@ TEST_F(Program, TellsInOneLineWhatIsWrongAndLeavesTheMapAsItWas)
         {"bad.txt", "a\n\xC3", "bad.txt:2: is no text in UTF-8\n"},
     };
     const std::string map = Put("map.svg", "old");
-    for (const Case& c : kCases) {
-        if (c.content != nullptr)
-            Put(c.outline, c.content);
-        EXPECT_EQ(Run({m_folder.Path(c.outline), "-o", map}), 1) << c.outline;
-        EXPECT_EQ(m_err.str(), "mindmap: " + m_folder.Path(c.complaint));
+    for (const auto& [outline, content, complaint] : kCases) {
+        if (content != nullptr)
+            Put(outline, content);
+        EXPECT_EQ(Run({m_folder.Path(outline), "-o", map}), 1) << outline;
+        EXPECT_EQ(m_err.str(), "mindmap: " + m_folder.Path(complaint));
         EXPECT_EQ(m_out.str(), "");
         EXPECT_EQ(m_folder.Read("map.svg"), "old");
     }

@@ -21,18 +21,11 @@ std::string Joined(const WrappedText& wrapped)
     return joined.ToUtf8();
 }
 
-struct WrapCase {
-    const char16_t* text;
-    int width;
-    int lineCount;
-    const char* lines;
-};
-
 }  // namespace
 
 TEST(Wrap, BreaksWhereReadersExpectIt)
 {
-    constexpr WrapCase kCases[] = {
+    constexpr std::tuple<const char16_t*, int, int, const char*> kCases[] = {
         {u"", 100, 5, ""},
         {u"one two three", 50, 5, "one two|three"},
         {u"aaaa bbbb cccc", 70, 5, "aaaa|bbbb cccc"},  // evenly: not "aaaa bbbb|cccc" and not three lines
@@ -45,8 +38,8 @@ TEST(Wrap, BreaksWhereReadersExpectIt)
         {u"one two three four five", 42, 2, "one two|three…"},
         {u"https://example.org/a", 80, 9, "https://|example.org/a"},
     };
-    for (const WrapCase& c : kCases)
-        EXPECT_EQ(Joined(Wrap(c.text, kFont, c.width, c.lineCount)), c.lines) << CString(c.text);
+    for (const auto& [text, width, lineCount, lines] : kCases)
+        EXPECT_EQ(Joined(Wrap(text, kFont, width, lineCount)), lines) << CString(text);
 }
 
 TEST(Wrap, KeepsEveryLineInItsWidthAndEveryCharacterInOrder)
@@ -101,16 +94,12 @@ TEST(DrawableText, HoldsNothingThatCannotBeDrawn)
 
 TEST(DirectionOf, IsThatOfTheFirstLetter)
 {
-    struct Case {
-        const char16_t* text;
-        Direction direction;
-    };
-    constexpr Case kCases[] = {
+    constexpr std::pair<const char16_t*, Direction> kCases[] = {
         {u"", Direction::LeftToRight},           {u"12 שלום abc", Direction::RightToLeft},
         {u"(abc) שלום", Direction::LeftToRight}, {u"٣ abc", Direction::LeftToRight},
         {u"🚢 مرحبا", Direction::RightToLeft},    {u"\u200Fabc", Direction::RightToLeft},
         {u"𞤀𞤁", Direction::RightToLeft},   {u"海", Direction::LeftToRight},
     };
-    for (const Case& c : kCases)
-        EXPECT_EQ(DirectionOf(c.text), c.direction) << CString(c.text);
+    for (const auto& [text, direction] : kCases)
+        EXPECT_EQ(DirectionOf(text), direction) << CString(text);
 }

@@ -14,8 +14,7 @@ public:
         std::error_code ignored;
         std::filesystem::current_path(m_before, ignored);
     }
-    ScopedCurrentFolder(const ScopedCurrentFolder&) = delete;
-    ScopedCurrentFolder& operator=(const ScopedCurrentFolder&) = delete;
+    ScopedCurrentFolder& operator=(ScopedCurrentFolder&&) = delete;  // nor a copy
 
 private:
     std::filesystem::path m_before;

@@ -14,8 +14,7 @@ public:
         EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
     }
     ~ScopedFileSizeLimit() { EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &m_before), 0); }
-    ScopedFileSizeLimit(const ScopedFileSizeLimit&) = delete;
-    ScopedFileSizeLimit& operator=(const ScopedFileSizeLimit&) = delete;
+    ScopedFileSizeLimit& operator=(ScopedFileSizeLimit&&) = delete;  // nor a copy
 
 private:
     rlimit m_before{};

@@ -31,8 +31,7 @@ public:
         std::error_code ignored;
         std::filesystem::remove_all(m_path, ignored);
     }
-    ScopedFolder(const ScopedFolder&) = delete;
-    ScopedFolder& operator=(const ScopedFolder&) = delete;
+    ScopedFolder& operator=(ScopedFolder&&) = delete;  // nor a copy
 
     /// A path inside, as bytes and as text.
     std::string Path(std::string_view name = "") const { return m_path + '/' + std::string(name); }
@@ -128,8 +127,7 @@ public:
         if (m_wasRoot && seteuid(0) != 0)
             ADD_FAILURE() << "still nobody";
     }
-    ScopedNobody(const ScopedNobody&) = delete;
-    ScopedNobody& operator=(const ScopedNobody&) = delete;
+    ScopedNobody& operator=(ScopedNobody&&) = delete;  // nor a copy
 
 private:
     bool m_wasRoot = false;

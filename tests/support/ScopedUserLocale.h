@@ -7,6 +7,5 @@ class ScopedUserLocale {
 public:
     explicit ScopedUserLocale(const char* name) { rk::platform::SetUserLocale(name); }
     ~ScopedUserLocale() { rk::platform::SetUserLocale(""); }
-    ScopedUserLocale(const ScopedUserLocale&) = delete;
-    ScopedUserLocale& operator=(const ScopedUserLocale&) = delete;
+    ScopedUserLocale& operator=(ScopedUserLocale&&) = delete;  // nor a copy
 };

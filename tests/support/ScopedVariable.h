@@ -14,8 +14,7 @@ public:
         Set(value);
     }
     ~ScopedVariable() { Set(m_before ? m_before->c_str() : nullptr); }
-    ScopedVariable(const ScopedVariable&) = delete;
-    ScopedVariable& operator=(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(ScopedVariable&&) = delete;  // nor a copy
 
 private:
     void Set(const char* value) const
