@@ -141,6 +141,7 @@ TEST(FileSystem, RenamesToAFreeNameAndMovesAcrossFileSystems)
     const ScopedFolder folder;
     folder.Make({"a=A", "b=B"});
     MakeTree(folder, "tree");
+    folder.SetMode("tree/a/b", 0755);  // else only root may empty it
     const CString a = folder.Text("a"), b = folder.Text("b"), missing = folder.Text("missing");
     EXPECT_TRUE(files.RenameFile(missing, missing));
     EXPECT_FALSE(files.RenameFile(missing, folder.Text("new")) || files.RenameFile(a, b));
@@ -171,11 +172,12 @@ TEST(FileSystem, RenamesToAFreeNameAndMovesAcrossFileSystems)
         const ScopedFileSizeLimit limit(0);
         EXPECT_FALSE(files.RenameDirectory(b, other.Text("stopped")));
     }
-    folder.SetMode("", 0755);
+    folder.SetMode("", 0555);
     {
         const ScopedNobody nobody(other);
         EXPECT_FALSE(files.RenameDirectory(b, other.Text("stopped")));  // which nobody may take out of its folder
     }
+    folder.SetMode("", 0755);
     EXPECT_EQ(folder.Read("b") + other.Read("a"), "BA");
     EXPECT_EQ(other.EntryCount(), 2U);  // nothing half done is left
 }
@@ -184,6 +186,7 @@ TEST(FileSystem, DeletesFoldersButNeverWhatLinksLeadTo)
 {
     const ScopedFolder folder;
     MakeTree(folder, "tree");
+    folder.SetMode("tree/a/b", 0755);  // else only root may empty it
     folder.Make({"kept/file=content", "tree/to-kept>../kept", "tree/a/to-kept>../../kept", "to-kept>kept",
                  "to-empty>empty", "empty/", "plain"});
     constexpr struct {
