@@ -73,6 +73,10 @@ constexpr const char* kBoolean = "boolean";
 constexpr const char* kNumber = "number";
 constexpr const char* kString = "string";
 
+/// The texts of PreferenceDatabase::Command.
+constexpr const char* kCommands[] = {"BEGIN IMMEDIATE", "INSERT OR REPLACE INTO preferences VALUES (?1, ?2, ?3, ?4)",
+                                     "COMMIT", "PRAGMA data_version"};
+
 class Statement {
 public:
     Statement(sqlite3* database, const char* text) noexcept
@@ -156,6 +160,11 @@ void PreferenceDatabase::Close::operator()(sqlite3* database) const noexcept
     sqlite3_close_v2(database);
 }
 
+void PreferenceDatabase::Close::operator()(sqlite3_stmt* statement) const noexcept
+{
+    sqlite3_finalize(statement);
+}
+
 PreferenceDatabase::PreferenceDatabase() noexcept = default;
 PreferenceDatabase::~PreferenceDatabase() = default;
 PreferenceDatabase::PreferenceDatabase(PreferenceDatabase&& other) noexcept = default;
@@ -163,8 +172,7 @@ PreferenceDatabase& PreferenceDatabase::operator=(PreferenceDatabase&& other) no
 
 PreferenceDatabase::Result PreferenceDatabase::Open(const std::string& path)
 {
-    m_database.reset();
-    m_readVersion = -1;
+    *this = PreferenceDatabase();
     // Made here, so that it is never open to others; the files beside it take over its mode.
     const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (descriptor >= 0)
@@ -204,39 +212,78 @@ PreferenceDatabase::Result PreferenceDatabase::Check()
 
 void PreferenceDatabase::Abandon()
 {
-    static auto& abandoned = *new std::vector<sqlite3*>;  // what is still reachable counts as no leak
+    static auto& abandoned = *new std::vector<PreferenceDatabase>;  // what is still reachable counts as no leak
     if (m_database != nullptr)
-        abandoned.push_back(m_database.release());
+        abandoned.push_back(std::exchange(*this, PreferenceDatabase()));
+}
+
+sqlite3_stmt* PreferenceDatabase::Compiled(Command command, int& code)
+{
+    auto& kept = m_commands[command];
+    if (kept == nullptr) {
+        sqlite3_stmt* statement = nullptr;
+        code = sqlite3_prepare_v3(m_database.get(), kCommands[command], -1, SQLITE_PREPARE_PERSISTENT, &statement,
+                                  nullptr);
+        kept.reset(statement);
+    }
+    return kept.get();
+}
+
+int PreferenceDatabase::StepOnce(Command command, std::int64_t* number)
+{
+    int code = SQLITE_OK;
+    sqlite3_stmt* const statement = Compiled(command, code);
+    if (statement == nullptr)
+        return code;
+    code = sqlite3_step(statement);
+    if (code == SQLITE_ROW && number != nullptr)
+        *number = sqlite3_column_int64(statement, 0);
+    sqlite3_reset(statement);
+    return code == SQLITE_ROW || code == SQLITE_DONE ? SQLITE_OK : code;
+}
+
+int PreferenceDatabase::InsertAll(const PreferenceMap& values)
+{
+    int code = SQLITE_OK;
+    sqlite3_stmt* const insert = Compiled(Insert, code);
+    if (insert == nullptr)
+        return code;
+    for (auto value = values.begin(); value != values.end() && code == SQLITE_OK; ++value) {
+        code = Bind(insert, value->first, value->second);
+        if (code == SQLITE_OK)
+            code = StepOnce(Insert);
+    }
+    sqlite3_clear_bindings(insert);
+    return code;
 }
 
 PreferenceDatabase::Result PreferenceDatabase::Store(const PreferenceMap& values)
 {
-    if (const Result begun = Run("BEGIN IMMEDIATE"); begun != Result::Done)
-        return begun;
-    for (const auto& [key, value] : values) {
-        Statement insert(m_database.get(), "INSERT OR REPLACE INTO preferences VALUES (?1, ?2, ?3, ?4)");
-        int code = Bind(insert.Get(), key, value);
-        if (code == SQLITE_OK)
-            code = insert.Step();
-        if (code != SQLITE_DONE) {
-            const Result failure = Judge(code);
-            sqlite3_exec(m_database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
-            return failure;
-        }
-    }
-    const Result committed = Run("COMMIT");
-    if (committed != Result::Done)
+    int code = StepOnce(Begin);
+    if (code != SQLITE_OK)
+        return Judge(code);
+    std::int64_t version = 0;
+    code = StepOnce(Version, &version);
+    if (code == SQLITE_OK)
+        code = InsertAll(values);
+    if (code == SQLITE_OK)
+        code = StepOnce(Commit);
+    const Result result = Judge(code);
+    if (result == Result::Done)
+        m_storeVersion = version;
+    else
         sqlite3_exec(m_database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
-    return committed;
+    return result;
 }
 
 PreferenceDatabase::Result PreferenceDatabase::ReadIfChanged(std::optional<PreferenceMap>& values)
 {
     values.reset();
-    Statement version(m_database.get(), "PRAGMA data_version");
-    if (const int code = version.Step(); code != SQLITE_ROW)
+    std::int64_t current = 0;
+    if (m_storeVersion)
+        current = *std::exchange(m_storeVersion, std::nullopt);
+    else if (const int code = StepOnce(Version, &current); code != SQLITE_OK)
         return Judge(code);
-    const std::int64_t current = sqlite3_column_int64(version.Get(), 0);
     if (current == m_readVersion)
         return Result::Done;
     const Result result = ReadAll(values);

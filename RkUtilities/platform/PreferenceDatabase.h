@@ -2,12 +2,15 @@
 
 #include "RkUtilities/platform/PreferenceStore.h"
 
+#include <array>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 
 struct sqlite3;
+struct sqlite3_stmt;
 
 namespace rk::platform {
 
@@ -51,17 +54,27 @@ public:
 private:
     struct Close {
         void operator()(sqlite3* database) const noexcept;
+        void operator()(sqlite3_stmt* statement) const noexcept;
     };
+    enum Command { Begin, Insert, Commit, Version, CommandCount };
 
     Result OpenWith(const std::string& path, int flags);
     Result Run(const char* statements);
+    /// The compiled command, kept for the next time; null, and the code set, when it cannot be compiled.
+    sqlite3_stmt* Compiled(Command command, int& code);
+    /// Runs the command; the number in its first row goes to `number`. SQLITE_OK, or why it failed.
+    int StepOnce(Command command, std::int64_t* number = nullptr);
+    int InsertAll(const PreferenceMap& values);
     Result ReadAll(std::optional<PreferenceMap>& values);
     Result Judge(int code);
 
     std::unique_ptr<sqlite3, Close> m_database;
+    std::array<std::unique_ptr<sqlite3_stmt, Close>, CommandCount> m_commands;
     std::string m_path;
     std::pair<std::uint64_t, std::uint64_t> m_file;  // device and inode
     std::int64_t m_readVersion = -1;                 // SQLite's data_version at the last reading
+    // The same inside the last store, for the reading behind it: nobody else could store before that was committed.
+    std::optional<std::int64_t> m_storeVersion;
     std::string m_failure;
 };
 
