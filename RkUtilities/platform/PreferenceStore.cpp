@@ -70,6 +70,31 @@ FileHandle LockFolder(const std::string& folder)
     return handle;
 }
 
+PreferenceView ViewOf(const PreferenceValue& value)
+{
+    return std::visit([](const auto& held) { return PreferenceView(held); }, value);
+}
+
+PreferenceValue Owned(const PreferenceView& value)
+{
+    if (const auto* const text = std::get_if<std::u16string_view>(&value))
+        return std::u16string(*text);
+    if (const auto* const number = std::get_if<std::int64_t>(&value))
+        return *number;
+    return std::get<bool>(value);
+}
+
+/// A text takes the place of a text without a new allocation where it fits.
+void Assign(PreferenceValue& target, const PreferenceView& value)
+{
+    auto* const old = std::get_if<std::u16string>(&target);
+    const auto* const text = std::get_if<std::u16string_view>(&value);
+    if (old != nullptr && text != nullptr)
+        old->assign(*text);
+    else
+        target = Owned(value);
+}
+
 class Store {
 public:
     /// The process ends. Who writes after this is stored at once.
@@ -88,22 +113,20 @@ public:
             m_applicationName.begin(), m_applicationName.end(), [](char c) { return c == '/' || c == '\0'; }, '_');
     }
 
-    std::optional<PreferenceValue> Find(std::u16string_view name)
+    void Find(std::u16string_view name, const std::function<void(const PreferenceView& value)>& use)
     {
         EnsureRead();
         const std::lock_guard lock(m_valuesMutex);
-        const auto found = m_byName.find(name);
-        return found != m_byName.end() ? std::optional(found->second.value) : std::nullopt;
+        if (const auto found = m_byName.find(name); found != m_byName.end())
+            use(ViewOf(found->second.value));
     }
 
-    void Set(PreferenceScope scope, std::u16string_view name, PreferenceValue value)
+    void Set(PreferenceScope scope, std::u16string_view name, const PreferenceView& value)
     {
         EnsureRead();
-        PreferenceKey key(scope == PreferenceScope::ThisHost ? m_thisHost : kAnyHost, name);
         {
             const std::lock_guard lock(m_valuesMutex);
-            Index(scope, name, value);
-            m_pending.insert_or_assign(std::move(key), std::move(value));
+            LetWait(scope, name, Index(scope, name, value), value);
         }
         if (m_isEnding)
             Synchronize();
@@ -131,13 +154,19 @@ public:
 private:
     void EnsureRead()
     {
-        std::call_once(m_firstRead, [this] { Synchronize(); });
+        if (!m_isRead.load(std::memory_order_acquire))
+            std::call_once(m_firstRead, [this] {
+                Synchronize();
+                m_isRead.store(true, std::memory_order_release);
+            });
     }
 
     /// What a name gives: this host's value before that of all hosts.
     struct Named {
         PreferenceValue value;
         PreferenceScope scope;
+        PreferenceValue* waiting = nullptr;  // for all hosts, in m_pending
+        std::uint64_t waitingRound = 0;      // the pointer's worth ends with the round
     };
     struct NameHash {
         using is_transparent = void;
@@ -148,23 +177,38 @@ private:
     };
 
     /// With the values' mutex held.
-    void Index(PreferenceScope scope, std::u16string_view name, const PreferenceValue& value)
+    Named& Index(PreferenceScope scope, std::u16string_view name, const PreferenceView& value)
     {
         const auto found = m_byName.find(name);
-        if (found == m_byName.end()) {
-            m_byName.emplace(name, Named{value, scope});
-        } else if (scope == PreferenceScope::ThisHost || found->second.scope == PreferenceScope::AnyHost) {
-            found->second.value = value;
-            found->second.scope = scope;
+        if (found == m_byName.end())
+            return m_byName.emplace(name, Named{Owned(value), scope}).first->second;
+        Named& named = found->second;
+        if (scope == PreferenceScope::ThisHost || named.scope == PreferenceScope::AnyHost) {
+            Assign(named.value, value);
+            named.scope = scope;
         }
+        return named;
     }
     void Index(const PreferenceMap& values)
     {
         for (const auto& [key, value] : values) {
             if (key.first == kAnyHost)
-                Index(PreferenceScope::AnyHost, key.second, value);
+                Index(PreferenceScope::AnyHost, key.second, ViewOf(value));
             else if (key.first == m_thisHost)
-                Index(PreferenceScope::ThisHost, key.second, value);
+                Index(PreferenceScope::ThisHost, key.second, ViewOf(value));
+        }
+    }
+
+    /// Lets a value wait for the next synchronisation. With the values' mutex held.
+    void LetWait(PreferenceScope scope, std::u16string_view name, Named& named, const PreferenceView& value)
+    {
+        if (scope == PreferenceScope::ThisHost) {
+            m_pending.insert_or_assign(PreferenceKey(m_thisHost, name), Owned(value));
+        } else if (named.waiting != nullptr && named.waitingRound == m_round) {
+            Assign(*named.waiting, value);  // set again and again, it costs neither a search nor memory
+        } else {
+            named.waiting = &m_pending.insert_or_assign(PreferenceKey(kAnyHost, name), Owned(value)).first->second;
+            named.waitingRound = m_round;
         }
     }
 
@@ -240,6 +284,7 @@ private:
         {
             const std::lock_guard lock(m_valuesMutex);
             storing.swap(m_pending);
+            ++m_round;
         }
         Result result = storing.empty() ? Result::Done : m_database.Store(storing);
         m_failure = m_database.Failure();
@@ -308,6 +353,7 @@ private:
 
     const std::string m_thisHost = ThisHostScope();
     std::once_flag m_firstRead;
+    std::atomic<bool> m_isRead = false;
 
     std::mutex m_storageMutex;  // taken before the other one
     PreferenceDatabase m_database;
@@ -321,8 +367,9 @@ private:
 
     std::mutex m_valuesMutex;
     std::string m_applicationName;
-    PreferenceMap m_stored;   // in the database, when it was last read or written
-    PreferenceMap m_pending;  // written, not stored yet
+    PreferenceMap m_stored;     // in the database, when it was last read or written
+    PreferenceMap m_pending;    // written, not stored yet
+    std::uint64_t m_round = 0;  // counts how often m_pending was taken away
     std::unordered_map<std::u16string, Named, NameHash, std::equal_to<>> m_byName;
     PreferenceState m_state;
 };
@@ -339,14 +386,14 @@ Store& TheStore()
 
 }  // namespace
 
-std::optional<PreferenceValue> FindPreference(std::u16string_view name)
+void FindPreference(std::u16string_view name, const std::function<void(const PreferenceView& value)>& use)
 {
-    return TheStore().Find(name);
+    TheStore().Find(name, use);
 }
 
-void SetPreference(PreferenceScope scope, std::u16string_view name, PreferenceValue value)
+void SetPreference(PreferenceScope scope, std::u16string_view name, const PreferenceView& value)
 {
-    TheStore().Set(scope, name, std::move(value));
+    TheStore().Set(scope, name, value);
 }
 
 bool SynchronizePreferences()

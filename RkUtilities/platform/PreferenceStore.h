@@ -1,7 +1,7 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -15,10 +15,13 @@ namespace rk::platform {
 
 enum class PreferenceScope { AnyHost, ThisHost };
 using PreferenceValue = std::variant<bool, std::int64_t, std::u16string>;
+/// A value whose text is the caller's, or the store's.
+using PreferenceView = std::variant<bool, std::int64_t, std::u16string_view>;
 
-/// The value for this host, else for any.
-std::optional<PreferenceValue> FindPreference(std::u16string_view name);
-void SetPreference(PreferenceScope scope, std::u16string_view name, PreferenceValue value);
+/// Calls `use` with the value for this host, else for any; not at all when there is none. The view is valid during the
+/// call, in which no preference may be read or written.
+void FindPreference(std::u16string_view name, const std::function<void(const PreferenceView& value)>& use);
+void SetPreference(PreferenceScope scope, std::u16string_view name, const PreferenceView& value);
 /// False when the database could not be written or read; the values stay in memory and wait for the next
 /// synchronisation.
 bool SynchronizePreferences();

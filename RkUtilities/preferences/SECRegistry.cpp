@@ -2,26 +2,43 @@
 
 #include "RkUtilities/platform/PreferenceStore.h"
 
-#include <string>
+#include <string_view>
+#include <utility>
 
 namespace {
 
 using rk::platform::PreferenceScope;
-using rk::platform::PreferenceValue;
+using rk::platform::PreferenceView;
 
 constexpr std::uint32_t kThisHostRootKey = 1;
 
-PreferenceValue Stored(const SECRegistry::Value& value)
+std::u16string_view KeyOf(unsigned short const* name)
+{
+    return name != nullptr ? std::u16string_view(rk::AsChar16(name)) : std::u16string_view();
+}
+
+PreferenceView ViewOf(const SECRegistry::Value& value)
 {
     if (const auto* const boolean = std::get_if<bool>(&value))
         return *boolean;
     if (const auto* const number = std::get_if<std::int32_t>(&value))
         return std::int64_t{*number};
-    return std::u16string(std::get<CString>(value).View());
+    return std::get<CString>(value).View();
+}
+
+void Write(std::uint32_t rootKey, unsigned short const* name, const PreferenceView& value)
+{
+    const std::u16string_view key = KeyOf(name);
+    if (rootKey == kThisHostRootKey) {
+        rk::platform::SetPreference(PreferenceScope::ThisHost, key, value);
+        if (rk::platform::SynchronizePreferences())
+            return;
+    }
+    rk::platform::SetPreference(PreferenceScope::AnyHost, key, value);
 }
 
 /// A value as the wanted type; only a number becomes something else, a boolean.
-std::optional<SECRegistry::Value> As(SECRegistry::ErkValueType type, const PreferenceValue& value)
+std::optional<SECRegistry::Value> As(SECRegistry::ErkValueType type, const PreferenceView& value)
 {
     if (type == SECRegistry::Boolean) {
         if (const auto* const boolean = std::get_if<bool>(&value))
@@ -31,7 +48,8 @@ std::optional<SECRegistry::Value> As(SECRegistry::ErkValueType type, const Prefe
     }
     if (const auto* const number = std::get_if<std::int64_t>(&value); number != nullptr && type == SECRegistry::Number)
         return static_cast<std::int32_t>(*number);
-    if (const auto* const text = std::get_if<std::u16string>(&value); text != nullptr && type == SECRegistry::String)
+    if (const auto* const text = std::get_if<std::u16string_view>(&value);
+        text != nullptr && type == SECRegistry::String)
         return CString(*text);
     return std::nullopt;
 }
@@ -100,9 +118,9 @@ bool SECRegistry::GetDoubleWordValue(unsigned short const* name, std::uint32_t& 
 
 bool SECRegistry::GetStringValue(unsigned short const* name, CString& value) const
 {
-    const std::optional<Value> found = GetValueFromSystem(name, String);
+    std::optional<Value> found = GetValueFromSystem(name, String);
     if (found)
-        value = std::get<CString>(*found);
+        value = std::get<CString>(std::move(*found));
     return found.has_value();
 }
 
@@ -130,25 +148,20 @@ bool SECRegistry::SetDoubleWordValue(unsigned short const* name, std::uint32_t v
 
 bool SECRegistry::SetStringValue(unsigned short const* name, CString const& value)
 {
-    WriteValueToSystem(name, value);
+    Write(m_rootKey, name, value.View());
     return true;
 }
 
 std::optional<SECRegistry::Value> SECRegistry::GetValueFromSystem(unsigned short const* name, ErkValueType type) const
 {
-    const std::optional<PreferenceValue> stored = rk::platform::FindPreference(GetFullKey(name).View());
-    return stored ? As(type, *stored) : std::nullopt;
+    std::optional<Value> result;
+    rk::platform::FindPreference(KeyOf(name), [&](const PreferenceView& value) { result = As(type, value); });
+    return result;
 }
 
 void SECRegistry::WriteValueToSystem(unsigned short const* name, const Value& value)
 {
-    const CString key = GetFullKey(name);
-    if (m_rootKey == kThisHostRootKey) {
-        rk::platform::SetPreference(PreferenceScope::ThisHost, key.View(), Stored(value));
-        if (rk::platform::SynchronizePreferences())
-            return;
-    }
-    rk::platform::SetPreference(PreferenceScope::AnyHost, key.View(), Stored(value));
+    Write(m_rootKey, name, ViewOf(value));
 }
 
 CString SECRegistry::GetFullKey(unsigned short const* name) const
