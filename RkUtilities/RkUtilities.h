@@ -50,6 +50,7 @@
 #include "RkUtilities/paths/SECFileSystem.h"
 #include "RkUtilities/platform/ApplicationName.h"
 #include "RkUtilities/platform/PreferenceState.h"
+#include "RkUtilities/platform/Services.h"
 #include "RkUtilities/platform/StringTables.h"
 #include "RkUtilities/platform/UserLocale.h"
 #include "RkUtilities/preferences/CrkRegistry.h"

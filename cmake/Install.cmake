@@ -1,8 +1,12 @@
-# What an installation holds: the library, the public headers, the CMake package and the pkg-config file.
+# What an installation holds: the library with its modules beside it, the public headers, the CMake package and the pkg-config file.
 include(CMakePackageConfigHelpers)
 set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/RkUtilities)
 
 install(TARGETS RkUtilities EXPORT RkUtilitiesTargets)
+get_property(modules DIRECTORY ${PROJECT_SOURCE_DIR} PROPERTY RK_MODULES)
+if(modules)
+    install(TARGETS ${modules} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+endif()
 foreach(header IN LISTS publicHeaders)
     get_filename_component(area ${header} DIRECTORY)
     install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/RkUtilities/${area})

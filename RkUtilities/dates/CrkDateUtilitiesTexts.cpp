@@ -24,6 +24,7 @@ const std::string& Locale()
 // Neither pair is ever destroyed: a static object's destructor may still ask.
 const FormatPair& DateFormats()
 {
+    DateTextFormat::Prepare();
     static const auto& formats =
         *new FormatPair{.shortFormat = DateTextFormat::For(Locale(), DateStyle::Short, DateStyle::None),
                         .longFormat = DateTextFormat::For(Locale(), DateStyle::Long, DateStyle::None)};
@@ -32,6 +33,7 @@ const FormatPair& DateFormats()
 
 const FormatPair& TimeFormats()
 {
+    DateTextFormat::Prepare();
     static const auto& formats =
         *new FormatPair{.shortFormat = DateTextFormat::For(Locale(), DateStyle::None, DateStyle::Short),
                         .longFormat = DateTextFormat::For(Locale(), DateStyle::None, DateStyle::Long)};

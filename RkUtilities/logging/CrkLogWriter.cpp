@@ -7,6 +7,7 @@
 #include "RkUtilities/logging/LogFileTail.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
 #include "RkUtilities/platform/AppendFile.h"
+#include "RkUtilities/platform/DateText.h"
 #include "RkUtilities/platform/Files.h"
 #include "RkUtilities/platform/Threads.h"
 
@@ -77,6 +78,8 @@ void CrkLogWriter::Init(const CString& settingsPath, const CString& logFolder)
     rk::platform::HoldAcrossForks(m_mutex);
     auto settings = std::make_unique<CrkLogSettings>(settingsPath);
     const bool isEnabled = settings->m_enable;
+    if (isEnabled)
+        rk::platform::DateTextFormat::Prepare();  // an entry's time is made while the lock is held
     {
         const std::lock_guard lock(m_mutex);
         m_path = logFolder;

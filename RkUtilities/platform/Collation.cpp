@@ -1,70 +1,33 @@
 #include "RkUtilities/platform/Collation.h"
 
+#include "RkUtilities/platform/Modules.h"
 #include "RkUtilities/platform/PerThread.h"
 #include "RkUtilities/platform/UserLocaleName.h"
+#include "RkUtilities/platform/icu/IcuServices.h"
 
-#include <climits>
 #include <memory>
-#include <new>
-#include <unicode/coll.h>
 
 namespace rk::platform {
 
 namespace {
 
-std::unique_ptr<const icu::Collator> MakeCollator(const std::string& locale)
-{
-    UErrorCode error = U_ZERO_ERROR;
-    // The order of "C" is that of code units, upper case first; without regard to case only the root's is left.
-    const icu::Locale order =
-        locale == "en_US_POSIX" ? icu::Locale::getRoot() : icu::Locale::createCanonical(locale.c_str());
-    std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(order, error));
-    if (U_FAILURE(error) != 0) {
-        error = U_ZERO_ERROR;
-        collator.reset(icu::Collator::createInstance(icu::Locale::getRoot(), error));
-    }
-    if (collator == nullptr || U_FAILURE(error) != 0)
-        throw std::bad_alloc();
-    collator->setStrength(icu::Collator::SECONDARY);
-    return collator;
-}
-
 struct Known {
     std::string locale;
-    std::unique_ptr<const icu::Collator> collator;
+    std::unique_ptr<const NameOrder> order;
 };
-
-/// The thread's collator; made again when the locale has changed.
-const icu::Collator& UserCollator()
-{
-    auto& known = PerThread<Known>();
-    const std::string& locale = UserLocaleName(LocaleUse::Order);
-    if (known.collator == nullptr || known.locale != locale) {
-        known.collator = MakeCollator(locale);
-        known.locale = locale;
-    }
-    return *known.collator;
-}
 
 }  // namespace
 
+/// The thread's order is made again when the locale has changed.
 std::string CollationKey(std::u16string_view text)
 {
-    if (text.size() > INT_MAX)
-        throw std::bad_alloc();
-    const auto length = static_cast<std::int32_t>(text.size());
-    const icu::Collator& collator = UserCollator();
-    std::string key(64, '\0');
-    for (;;) {
-        const auto room = static_cast<std::int32_t>(key.size());
-        const std::int32_t size =
-            collator.getSortKey(text.data(), length, reinterpret_cast<std::uint8_t*>(key.data()), room);
-        if (size <= 0)
-            throw std::bad_alloc();
-        key.resize(static_cast<std::size_t>(size));
-        if (size <= room)
-            return key;
+    auto& known = PerThread<Known>();
+    const std::string& locale = UserLocaleName(LocaleUse::Order);
+    if (known.order == nullptr || known.locale != locale) {
+        known.order = Icu().nameOrder(locale);
+        known.locale = locale;
     }
+    return known.order->Key(text);
 }
 
 }  // namespace rk::platform

@@ -1,12 +1,16 @@
 #include "RkUtilities/platform/DateText.h"
 
-#include "RkUtilities/platform/IcuDateFormat.h"
+#include "RkUtilities/platform/DatePattern.h"
+#include "RkUtilities/platform/LocalTime.h"
+#include "RkUtilities/platform/Modules.h"
 #include "RkUtilities/platform/PerThread.h"
+#include "RkUtilities/platform/icu/IcuServices.h"
 
 #include <array>
 #include <atomic>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <tuple>
 
 namespace rk::platform {
@@ -17,13 +21,6 @@ constexpr std::int64_t kSecondsAMinute = 60;
 constexpr std::int64_t kSecondsADay = 86400;
 // Since 1 June 1972 every zone is ahead of UTC by whole minutes and changes on a whole minute.
 constexpr std::int64_t kWholeMinutesSince = 76204800;
-
-icu::DateFormat::EStyle IcuStyle(DateStyle style)
-{
-    constexpr std::array kStyles = {icu::DateFormat::kNone, icu::DateFormat::kShort, icu::DateFormat::kMedium,
-                                    icu::DateFormat::kLong, icu::DateFormat::kFull};
-    return kStyles[static_cast<std::size_t>(style)];
-}
 
 std::int64_t FloorDivide(std::int64_t dividend, std::int64_t divisor)
 {
@@ -46,10 +43,50 @@ MadeText& MadeTextOf(std::uint64_t formatId)
     return texts[formatId % texts.size()];
 }
 
+/// The zone's name, found out again when the zone has changed.
+const std::string& KnownZoneName(std::uint64_t zoneGeneration)
+{
+    struct Known {
+        std::uint64_t generation = 0;
+        std::string name;
+    };
+    auto& known = PerThread<Known>();
+    if (known.generation != zoneGeneration) {
+        known.name = ZoneName();
+        known.generation = zoneGeneration;
+    }
+    return known.name;
+}
+
+/// Locales have rules that no pattern shows (other digits for a field, say), so the texts of a sample of times decide.
+bool Agree(const DatePattern& pattern, const DateFormat& format)
+{
+    constexpr int kSampleCount = 150;  // all months, days of the week and hours are among them
+    constexpr std::int64_t kStep = (kLastCalendarSecond - kFirstCalendarSecond) / kSampleCount;
+    for (std::int64_t seconds = kFirstCalendarSecond; seconds <= kLastCalendarSecond; seconds += kStep) {
+        std::u16string text;
+        pattern.AppendTo(text, UtcCalendar(seconds));
+        if (text != format.Text(seconds, 0))
+            return false;
+    }
+    return true;
+}
+
+/// The format without ICU, where it can do without.
+std::optional<DatePattern> PatternOf(const DateFormat& format)
+{
+    const std::u16string pattern = format.Pattern();
+    const DateWords* const words = format.Words();
+    if (pattern.empty() || words == nullptr)
+        return std::nullopt;
+    std::optional<DatePattern> parsed = DatePattern::Parse(pattern, *words);
+    return parsed && Agree(*parsed, format) ? parsed : std::nullopt;
+}
+
 class KeptDateTextFormat final : public DateTextFormat {
 public:
-    KeptDateTextFormat(std::unique_ptr<const IcuDateFormat> format, DateStyle time)
-        : m_format(std::move(format)), m_pattern(m_format->Pattern()),
+    KeptDateTextFormat(std::unique_ptr<const DateFormat> format, DateStyle time)
+        : m_format(std::move(format)), m_pattern(PatternOf(*m_format)),
           m_showsZone(time == DateStyle::Long || time == DateStyle::Full), m_showsSeconds(time >= DateStyle::Medium),
           m_periodSeconds(time == DateStyle::None ? kSecondsADay : kSecondsAMinute), m_id(NextId())
     {}
@@ -66,7 +103,7 @@ public:
         const std::int64_t period = FloorDivide(utcSeconds + fields.utcOffset, m_periodSeconds);
         if (!holds || made.localPeriod != period) {
             made.formatId = 0;  // nothing is kept if making fails
-            Make(made.text, utcSeconds, fields);
+            Make(made.text, utcSeconds, fields, zone);
         }
         const bool isKept =
             !m_showsSeconds && utcSeconds >= kWholeMinutesSince && fields.utcOffset % kSecondsAMinute == 0;
@@ -84,19 +121,20 @@ private:
         return next.fetch_add(1, std::memory_order_relaxed);
     }
 
-    void Make(std::u16string& text, std::int64_t utcSeconds, const CalendarTime& fields) const
+    void Make(std::u16string& text, std::int64_t utcSeconds, const CalendarTime& fields,
+              std::uint64_t zoneGeneration) const
     {
         if (m_pattern) {
             text.clear();
             m_pattern->AppendTo(text, fields);
         } else if (m_showsZone) {
-            text = m_format->TextWithZone(utcSeconds, fields.utcOffset);
+            text = m_format->TextWithZone(utcSeconds, fields.utcOffset, KnownZoneName(zoneGeneration));
         } else {
             text = m_format->Text(utcSeconds, fields.utcOffset);
         }
     }
 
-    std::unique_ptr<const IcuDateFormat> m_format;
+    std::unique_ptr<const DateFormat> m_format;
     std::optional<DatePattern> m_pattern;
     bool m_showsZone;
     bool m_showsSeconds;
@@ -104,15 +142,21 @@ private:
     std::uint64_t m_id;
 };
 
-std::shared_ptr<const DateTextFormat> Make(const std::string& locale, DateStyle date, DateStyle time)
+std::shared_ptr<const DateTextFormat> Make(const IcuServices& icu, const std::string& locale, DateStyle date,
+                                           DateStyle time)
 {
     if (date == DateStyle::None && time == DateStyle::None)
         return nullptr;
-    auto format = IcuDateFormat::Make(locale, IcuStyle(date), IcuStyle(time));
+    auto format = icu.dateFormat(locale, date, time);
     return format != nullptr ? std::make_shared<KeptDateTextFormat>(std::move(format), time) : nullptr;
 }
 
 }  // namespace
+
+void DateTextFormat::Prepare()
+{
+    Icu();
+}
 
 std::shared_ptr<const DateTextFormat> DateTextFormat::For(const std::string& locale, DateStyle date, DateStyle time)
 {
@@ -121,6 +165,7 @@ std::shared_ptr<const DateTextFormat> DateTextFormat::For(const std::string& loc
     // Never destroyed: a static object's destructor may still ask.
     static auto& formats =
         *new std::map<std::tuple<std::string, DateStyle, DateStyle>, std::shared_ptr<const DateTextFormat>>;
+    const IcuServices& icu = Icu();  // before a lock is held
     const std::tuple key(locale, date, time);
     const std::lock_guard lock(mutex);
     const auto known = formats.find(key);
@@ -128,7 +173,7 @@ std::shared_ptr<const DateTextFormat> DateTextFormat::For(const std::string& loc
         return known->second;
     if (formats.size() >= kMostFormats)
         formats.clear();
-    return formats.emplace(key, Make(locale, date, time)).first->second;
+    return formats.emplace(key, Make(icu, locale, date, time)).first->second;
 }
 
 }  // namespace rk::platform

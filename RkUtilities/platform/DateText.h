@@ -17,6 +17,8 @@ class DateTextFormat {
 public:
     /// Null when ICU has no such format (both styles None, a name it refuses).
     static std::shared_ptr<const DateTextFormat> For(const std::string& locale, DateStyle date, DateStyle time);
+    /// To be called before a lock, or the guard of a local static, is held under which formats are asked for.
+    static void Prepare();
     virtual ~DateTextFormat() = default;
 
     /// The text of a time, seconds since 1970 UTC in the years 1 to 9999. Valid until the thread's next text.

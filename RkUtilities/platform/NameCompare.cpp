@@ -1,7 +1,7 @@
 #include "RkUtilities/platform/NameCompare.h"
 
-#include <algorithm>
-#include <unicode/unorm.h>
+#include "RkUtilities/platform/Modules.h"
+#include "RkUtilities/platform/icu/IcuServices.h"
 
 namespace rk::platform {
 namespace {
@@ -28,11 +28,7 @@ bool IsSameName(std::u16string_view first, std::u16string_view second)
         if (firstEnds || secondEnds || LowerAscii(a) != LowerAscii(b))
             return false;
     }
-    UErrorCode status = U_ZERO_ERROR;
-    const auto length = [](std::u16string_view name) { return static_cast<int32_t>(name.size()); };
-    const int32_t order = unorm_compare(first.data(), length(first), second.data(), length(second),
-                                        U_FOLD_CASE_DEFAULT | U_COMPARE_IGNORE_CASE, &status);
-    return U_SUCCESS(status) && order == 0;
+    return Icu().isSameFolded(first, second);
 }
 
 }  // namespace rk::platform

@@ -3,9 +3,10 @@
 #include "RkUtilities/platform/ApplicationName.h"
 #include "RkUtilities/platform/FileCalls.h"
 #include "RkUtilities/platform/FreeNames.h"
-#include "RkUtilities/platform/PreferenceDatabase.h"
+#include "RkUtilities/platform/Modules.h"
 #include "RkUtilities/platform/PreferenceState.h"
 #include "RkUtilities/platform/UserFolders.h"
+#include "RkUtilities/platform/storage/StorageServices.h"
 
 #include <algorithm>
 #include <atomic>
@@ -134,12 +135,15 @@ public:
 
     bool Synchronize()
     {
+        const StorageServices& services = Storage();  // before a lock is held
         const std::lock_guard storage(m_storageMutex);
         const FileSizeSignalGuard guard;
+        if (m_database == nullptr)
+            m_database = services.database();
         m_used = true;
         const Result result = SynchronizeOpen();
         if (m_isEnding)
-            m_database = PreferenceDatabase();
+            m_database->Close();
         const std::lock_guard lock(m_valuesMutex);
         m_state.lastFailure = result == Result::Done ? "" : m_failure;
         return result == Result::Done;
@@ -154,11 +158,13 @@ public:
 private:
     void EnsureRead()
     {
-        if (!m_isRead.load(std::memory_order_acquire))
-            std::call_once(m_firstRead, [this] {
-                Synchronize();
-                m_isRead.store(true, std::memory_order_release);
-            });
+        if (m_isRead.load(std::memory_order_acquire))
+            return;
+        Storage();  // before others may wait for the first reading
+        std::call_once(m_firstRead, [this] {
+            Synchronize();
+            m_isRead.store(true, std::memory_order_release);
+        });
     }
 
     /// What a name gives: this host's value before that of all hosts.
@@ -226,8 +232,8 @@ private:
                 break;
         }
         std::optional<PreferenceMap> read;
-        if (!m_database.IsOpen() && !m_path.empty() &&
-            PreferenceDatabase().ReadUnwritable(m_path, read) == Result::Done) {
+        if (!m_database->IsOpen() && !m_path.empty() &&
+            Storage().database()->ReadUnwritable(m_path, read) == Result::Done) {
             const std::lock_guard lock(m_valuesMutex);
             Replace(std::move(*read));
         }
@@ -237,10 +243,10 @@ private:
     Result OpenOnce()
     {
         if (m_process != getpid()) {
-            m_database.Abandon();
+            m_database->Abandon();
             m_process = getpid();
         }
-        if (m_database.IsOpen())
+        if (m_database->IsOpen())
             return Result::Done;
         const std::string folder = MakeFolder();
         if (folder.empty()) {
@@ -249,10 +255,10 @@ private:
         }
         const FileHandle alone = LockFolder(folder);
         m_path = folder + "/preferences.sqlite";
-        const Result result = m_database.Open(m_path);
+        const Result result = m_database->Open(m_path);
         if (result != Result::Done) {
-            m_failure = m_database.Failure();
-            m_database = PreferenceDatabase();
+            m_failure = m_database->Failure();
+            m_database->Close();
         }
         const std::lock_guard lock(m_valuesMutex);
         m_state.database = m_path;
@@ -286,15 +292,15 @@ private:
             storing.swap(m_pending);
             ++m_round;
         }
-        Result result = storing.empty() ? Result::Done : m_database.Store(storing);
-        m_failure = m_database.Failure();
-        if (!m_database.IsInPlace())
+        Result result = storing.empty() ? Result::Done : m_database->Store(storing);
+        m_failure = m_database->Failure();
+        if (!m_database->IsInPlace())
             result = Result::Damaged;  // what was stored is out of everybody's sight
         const bool stored = result == Result::Done;
         std::optional<PreferenceMap> read;
-        if (const Result reading = result == Result::Damaged ? result : m_database.ReadIfChanged(read);
+        if (const Result reading = result == Result::Damaged ? result : m_database->ReadIfChanged(read);
             stored && reading != Result::Done) {
-            m_failure = m_database.Failure();
+            m_failure = m_database->Failure();
             result = reading;
         }
         const std::lock_guard lock(m_valuesMutex);
@@ -332,14 +338,15 @@ private:
     /// Moves a damaged database out of the way, to a dated name; everything known here is stored again in the new one.
     void PutAside()
     {
-        m_database = PreferenceDatabase();
+        m_database->Close();
         m_isBegunAnew = true;
         const FileHandle alone = LockFolder(m_path.substr(0, m_path.rfind('/')));
-        PreferenceDatabase again;  // another process may have put it aside already
-        Result found = again.Open(m_path);
+        const std::unique_ptr<PreferenceDatabase> again =
+            Storage().database();  // another process may have put it aside already
+        Result found = again->Open(m_path);
         if (found == Result::Done)
-            found = again.Check();
-        again = PreferenceDatabase();
+            found = again->Check();
+        again->Close();
         if (found != Result::Damaged)
             return;
         const std::string aside = DatedName(m_path);
@@ -355,8 +362,8 @@ private:
     std::once_flag m_firstRead;
     std::atomic<bool> m_isRead = false;
 
-    std::mutex m_storageMutex;  // taken before the other one
-    PreferenceDatabase m_database;
+    std::mutex m_storageMutex;                       // taken before the other one
+    std::unique_ptr<PreferenceDatabase> m_database;  // not null from the first synchronisation on
     std::string m_path;
     bool m_isBegunAnew = false;  // the database is another one than the values here came from
     bool m_hasMoreToStore = false;

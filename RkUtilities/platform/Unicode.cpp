@@ -1,7 +1,9 @@
 #include "RkUtilities/platform/Unicode.h"
 
+#include "RkUtilities/platform/Modules.h"
+#include "RkUtilities/platform/icu/IcuServices.h"
+
 #include <algorithm>
-#include <unicode/uchar.h>
 
 namespace rk::platform {
 
@@ -38,33 +40,37 @@ CaseSources CaseTable::SourcesOf(char16_t mapped) const noexcept
     return sources;
 }
 
+// The module is asked for before the guard of a table is held.
+
 const CaseTable& UpperCase()
 {
-    static const CaseTable table([](std::int32_t codePoint) -> std::int32_t { return u_toupper(codePoint); });
+    const IcuServices& icu = Icu();
+    static const CaseTable table(icu.upperCase);
     return table;
 }
 
 const CaseTable& LowerCase()
 {
-    static const CaseTable table([](std::int32_t codePoint) -> std::int32_t { return u_tolower(codePoint); });
+    const IcuServices& icu = Icu();
+    static const CaseTable table(icu.lowerCase);
     return table;
 }
 
 const CaseTable& FoldedCase()
 {
-    static const CaseTable table(
-        [](std::int32_t codePoint) -> std::int32_t { return u_foldCase(codePoint, U_FOLD_CASE_DEFAULT); });
+    const IcuServices& icu = Icu();
+    static const CaseTable table(icu.foldedCase);
     return table;
 }
 
 bool IsAlphaNumeric(char16_t unit)
 {
-    return (U_GET_GC_MASK(unit) & (U_GC_L_MASK | U_GC_ND_MASK)) != 0;
+    return Icu().isAlphaNumeric(unit);
 }
 
 bool IsWhiteSpace(char16_t unit)
 {
-    return u_isUWhiteSpace(unit) != 0;
+    return Icu().isWhiteSpace(unit);
 }
 
 }  // namespace rk::platform

@@ -1,14 +1,15 @@
 #include "RkUtilities/platform/UserLocale.h"
 
+#include "RkUtilities/platform/Modules.h"
 #include "RkUtilities/platform/PerThread.h"
 #include "RkUtilities/platform/UserLocaleName.h"
+#include "RkUtilities/platform/icu/IcuServices.h"
 
 #include <array>
 #include <atomic>
 #include <clocale>
 #include <cstdint>
 #include <mutex>
-#include <unicode/locid.h>
 #include <utility>
 
 namespace rk::platform {
@@ -66,10 +67,7 @@ bool IsHarmless(std::string_view name)
 std::string CanonicalName(std::string_view name)
 {
     const std::string icuName = IcuName(name);
-    if (!IsHarmless(icuName))
-        return "root";
-    const icu::Locale locale = icu::Locale::createCanonical(icuName.c_str());
-    return locale.isBogus() != 0 ? "root" : locale.getName();
+    return IsHarmless(icuName) ? Icu().canonicalLocale(icuName) : "root";
 }
 
 /// What a thread last found for one use.
@@ -97,6 +95,7 @@ const std::string& UserLocaleName(LocaleUse use)
     Known& known = knownByUse[static_cast<std::size_t>(use)];
     Choice& choice = TheChoice();
     if (known.generation != choice.generation.load(std::memory_order_acquire)) {
+        Icu();  // before a lock is held
         const std::lock_guard lock(choice.mutex);
         known.chosen = !choice.name.empty();
         known.category.clear();

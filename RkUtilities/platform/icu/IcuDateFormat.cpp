@@ -1,8 +1,7 @@
-#include "RkUtilities/platform/IcuDateFormat.h"
-
-#include "RkUtilities/platform/LocalTime.h"
+#include "RkUtilities/platform/icu/IcuParts.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
 #include <mutex>
@@ -10,6 +9,7 @@
 #include <unicode/decimfmt.h>
 #include <unicode/dtfmtsym.h>
 #include <unicode/gregocal.h>
+#include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
 
 namespace rk::platform {
@@ -88,28 +88,27 @@ std::unique_ptr<icu::TimeZone> FixedZone(int utcOffset)
     return std::unique_ptr<icu::TimeZone>(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(name)));
 }
 
-/// ICU's zone of the C library's name, looked up again when the zone has changed.
-std::shared_ptr<const icu::TimeZone> NamedZone()
+/// ICU's zone of that name, looked up again when it is another one.
+std::shared_ptr<const icu::TimeZone> NamedZone(const std::string& name)
 {
     struct Known {
         std::mutex mutex;
-        std::uint64_t generation = 0;
+        std::string name;
         std::shared_ptr<const icu::TimeZone> zone;
     };
     static auto& known = *new Known;  // never destroyed: a static object's destructor may still ask
-    const std::uint64_t generation = ZoneGeneration();
     const std::lock_guard lock(known.mutex);
-    if (known.generation != generation) {
-        known.zone.reset(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(ZoneName())));
-        known.generation = generation;
+    if (known.zone == nullptr || known.name != name) {
+        known.zone.reset(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(name)));
+        known.name = name;
     }
     return known.zone;
 }
 
-/// ICU's zone of the C library's name where both agree about the time, else one of that offset.
-std::unique_ptr<icu::TimeZone> ZoneAt(std::int64_t utcSeconds, int utcOffset)
+/// ICU's zone of that name where it has the offset at that time, else one of that offset.
+std::unique_ptr<icu::TimeZone> ZoneAt(std::int64_t utcSeconds, int utcOffset, const std::string& zoneName)
 {
-    const std::shared_ptr<const icu::TimeZone> named = NamedZone();
+    const std::shared_ptr<const icu::TimeZone> named = NamedZone(zoneName);
     std::int32_t standard = 0;
     std::int32_t daylight = 0;
     UErrorCode error = U_ZERO_ERROR;
@@ -119,16 +118,68 @@ std::unique_ptr<icu::TimeZone> ZoneAt(std::int64_t utcSeconds, int utcOffset)
     return agrees ? std::unique_ptr<icu::TimeZone>(named->clone()) : FixedZone(utcOffset);
 }
 
+icu::DateFormat::EStyle IcuStyle(DateStyle style)
+{
+    constexpr std::array kStyles = {icu::DateFormat::kNone, icu::DateFormat::kShort, icu::DateFormat::kMedium,
+                                    icu::DateFormat::kLong, icu::DateFormat::kFull};
+    return kStyles[static_cast<std::size_t>(style)];
+}
+
+/// Formats from any thread, one at a time: ICU's formats make parts of themselves when they are first used.
+class IcuDateFormat final : public DateFormat {
+public:
+    explicit IcuDateFormat(std::unique_ptr<icu::SimpleDateFormat> format)
+        : m_format(std::move(format)), m_words(*m_format->getDateFormatSymbols()),
+          m_hasDigits(m_words.TakeDigits(m_format->getNumberFormat()))
+    {}
+
+    std::u16string Text(std::int64_t utcSeconds, int utcOffset) const override
+    {
+        return Text(utcSeconds + utcOffset, nullptr);  // in the kept calendar's zone, UTC
+    }
+
+    std::u16string TextWithZone(std::int64_t utcSeconds, int utcOffset, const std::string& zoneName) const override
+    {
+        return Text(utcSeconds, ZoneAt(utcSeconds, utcOffset, zoneName));
+    }
+
+    std::u16string Pattern() const override
+    {
+        if (std::strcmp(m_format->getCalendar()->getType(), "gregorian") != 0)
+            return {};
+        icu::UnicodeString pattern;
+        return Units(m_format->toPattern(pattern));
+    }
+
+    const DateWords* Words() const override { return m_hasDigits ? &m_words : nullptr; }
+
+private:
+    std::u16string Text(std::int64_t seconds, std::unique_ptr<icu::TimeZone> zone) const
+    {
+        const std::lock_guard lock(m_mutex);
+        const std::unique_ptr<icu::Calendar> calendar(m_format->getCalendar()->clone());  // which formatting changes
+        UErrorCode error = U_ZERO_ERROR;
+        if (zone != nullptr)
+            calendar->adoptTimeZone(zone.release());
+        calendar->setTime(static_cast<UDate>(seconds) * kMillisecondsASecond, error);
+        icu::UnicodeString text;
+        icu::FieldPosition ignored;
+        m_format->format(*calendar, text, ignored);
+        return Units(text);
+    }
+
+    mutable std::mutex m_mutex;
+    std::unique_ptr<const icu::SimpleDateFormat> m_format;
+    IcuWords m_words;
+    bool m_hasDigits;
+};
+
 }  // namespace
 
-IcuDateFormat::IcuDateFormat(std::unique_ptr<icu::SimpleDateFormat> format) : m_format(std::move(format))
-{}
-
-std::unique_ptr<IcuDateFormat> IcuDateFormat::Make(const std::string& locale, icu::DateFormat::EStyle date,
-                                                   icu::DateFormat::EStyle time)
+std::unique_ptr<const DateFormat> MakeDateFormat(const std::string& locale, DateStyle date, DateStyle time)
 {
-    std::unique_ptr<icu::DateFormat> format(
-        icu::DateFormat::createDateTimeInstance(date, time, icu::Locale::createCanonical(locale.c_str())));
+    std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
+        IcuStyle(date), IcuStyle(time), icu::Locale::createCanonical(locale.c_str())));
     if (dynamic_cast<icu::SimpleDateFormat*>(format.get()) == nullptr)
         return nullptr;
     std::unique_ptr<icu::SimpleDateFormat> simple(static_cast<icu::SimpleDateFormat*>(format.release()));
@@ -139,56 +190,7 @@ std::unique_ptr<IcuDateFormat> IcuDateFormat::Make(const std::string& locale, ic
         gregorian->setGregorianChange(-std::numeric_limits<double>::max(), error);
     }
     simple->adoptCalendar(calendar.release());
-    return std::unique_ptr<IcuDateFormat>(new IcuDateFormat(std::move(simple)));
-}
-
-std::u16string IcuDateFormat::Text(std::int64_t seconds, std::unique_ptr<icu::TimeZone> zone) const
-{
-    const std::lock_guard lock(m_mutex);
-    const std::unique_ptr<icu::Calendar> calendar(m_format->getCalendar()->clone());  // which formatting changes
-    UErrorCode error = U_ZERO_ERROR;
-    if (zone != nullptr)
-        calendar->adoptTimeZone(zone.release());
-    calendar->setTime(static_cast<UDate>(seconds) * kMillisecondsASecond, error);
-    icu::UnicodeString text;
-    icu::FieldPosition ignored;
-    m_format->format(*calendar, text, ignored);
-    return Units(text);
-}
-
-std::u16string IcuDateFormat::Text(std::int64_t utcSeconds, int utcOffset) const
-{
-    return Text(utcSeconds + utcOffset, nullptr);  // in the kept calendar's zone, UTC
-}
-
-std::u16string IcuDateFormat::TextWithZone(std::int64_t utcSeconds, int utcOffset) const
-{
-    return Text(utcSeconds, ZoneAt(utcSeconds, utcOffset));
-}
-
-std::optional<DatePattern> IcuDateFormat::Pattern() const
-{
-    IcuWords words(*m_format->getDateFormatSymbols());
-    if (std::strcmp(m_format->getCalendar()->getType(), "gregorian") != 0 ||
-        !words.TakeDigits(m_format->getNumberFormat()))
-        return std::nullopt;
-    icu::UnicodeString pattern;
-    std::optional<DatePattern> parsed = DatePattern::Parse(Units(m_format->toPattern(pattern)), words);
-    return parsed && Agrees(*parsed) ? parsed : std::nullopt;
-}
-
-/// Locales have rules that no pattern shows (other digits for a field, say), so the texts of a sample of times decide.
-bool IcuDateFormat::Agrees(const DatePattern& pattern) const
-{
-    constexpr int kSampleCount = 150;  // all months, days of the week and hours are among them
-    constexpr std::int64_t kStep = (kLastCalendarSecond - kFirstCalendarSecond) / kSampleCount;
-    for (std::int64_t seconds = kFirstCalendarSecond; seconds <= kLastCalendarSecond; seconds += kStep) {
-        std::u16string text;
-        pattern.AppendTo(text, UtcCalendar(seconds));
-        if (text != Text(seconds, 0))
-            return false;
-    }
-    return true;
+    return std::make_unique<IcuDateFormat>(std::move(simple));
 }
 
 }  // namespace rk::platform

@@ -1,28 +1,19 @@
-#include "RkUtilities/platform/XmlReader.h"
+#include "RkUtilities/platform/xml/XmlServices.h"
 
-#include "RkUtilities/platform/FileCalls.h"
-
-#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <ctime>
 #include <exception>
 #include <expat.h>
-#include <fcntl.h>
 #include <memory>
 #include <new>
 #include <optional>
 #include <string_view>
-#include <sys/random.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace rk::platform {
 
 namespace {
 
-constexpr std::int64_t kSmallestBlock = 1024;  // the length of a file may be a lie
-constexpr std::int64_t kLargestBlock = 32 * 1024;
 constexpr unsigned kElementsBetweenClockLooks = 256;  // a hostile document type can make each of them expensive
 constexpr std::chrono::nanoseconds kLongestComputation = std::chrono::milliseconds(250);
 
@@ -33,28 +24,14 @@ std::chrono::nanoseconds ThreadComputingTime()
     return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
 
-/// What keeps a document from choosing names that meet in one place of expat's hash tables: a secret, drawn once, since
-/// drawing it for each reading costs as much as reading a small document. Where there is none (0), expat draws its own.
-unsigned long HashSalt() noexcept
-{
-    static const unsigned long kSalt = [] {
-        unsigned long salt = 0;
-        return getrandom(&salt, sizeof salt, GRND_NONBLOCK) == sizeof salt ? salt : 0;
-    }();
-    return kSalt;
-}
-
-enum class BlockKind { Further, Last };
-
 // One reading of one document. No exception passes through expat: it is kept until the parser has returned.
-class Reading {
+class Reading final : public XmlParser {
 public:
     explicit Reading(XmlReceiver& receiver) : m_receiver(receiver), m_parser(XML_ParserCreate(nullptr), XML_ParserFree)
     {
         if (!m_parser)
             throw std::bad_alloc();
         XML_Parser parser = m_parser.get();
-        XML_SetHashSalt(parser, HashSalt());
         XML_SetUserData(parser, this);
         XML_SetElementHandler(parser, &OnElementBegins, &OnElementEnds);
         XML_SetCharacterDataHandler(parser, &OnText);
@@ -62,8 +39,7 @@ public:
         XML_SetSkippedEntityHandler(parser, &OnSkippedEntity);
     }
 
-    // The memory to read the next block into; valid until Parse.
-    void* Block(int byteCount)
+    void* Block(int byteCount) override
     {
         void* const block = XML_GetBuffer(m_parser.get(), byteCount);
         if (block == nullptr)
@@ -71,8 +47,7 @@ public:
         return block;
     }
 
-    // Parses what was put into the block.
-    bool Parse(int byteCount, BlockKind kind)
+    bool Parse(int byteCount, BlockKind kind) override
     {
         const bool isLast = kind == BlockKind::Last;
         const XML_Status status = XML_ParseBuffer(m_parser.get(), byteCount, isLast ? XML_TRUE : XML_FALSE);
@@ -145,34 +120,18 @@ private:
     unsigned m_elementCount = 0;
 };
 
-}  // namespace
-
-bool ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver)
+std::unique_ptr<XmlParser> MakeParser(XmlReceiver& receiver)
 {
-    // Opened without waiting, as a pipe would have it, and looked at before a byte is read: a device may be endless.
-    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-    const FileHandle file(Uninterrupted([&] { return open(SystemPath(nativePath), kFlags); }));
-    struct stat facts {};
-    if (!file || fstat(file.Descriptor(), &facts) != 0 || !S_ISREG(facts.st_mode))
-        return false;
-
-    // Room for one byte more than there should be, so that the first reading sees the end of a small file.
-    const auto blockByteCount = static_cast<int>(std::clamp(facts.st_size, kSmallestBlock - 1, kLargestBlock - 1) + 1);
-    Reading reading(receiver);
-    for (std::int64_t readCount = 0;;) {
-        void* const block = reading.Block(blockByteCount);
-        const ssize_t byteCount =
-            Uninterrupted([&] { return read(file.Descriptor(), block, static_cast<std::size_t>(blockByteCount)); });
-        if (byteCount < 0)
-            return false;
-        readCount += byteCount;
-        // Fewer bytes than asked for where the file is known to end save the call that would tell so.
-        const bool isLast = byteCount == 0 || (byteCount < blockByteCount && readCount >= facts.st_size);
-        if (!reading.Parse(static_cast<int>(byteCount), isLast ? BlockKind::Last : BlockKind::Further))
-            return false;
-        if (isLast)
-            return true;
-    }
+    return std::make_unique<Reading>(receiver);
 }
 
+constexpr XmlServices kServices{.stamp = {.servicesByteCount = sizeof(XmlServices)}, .parser = &MakeParser};
+
+}  // namespace
+
 }  // namespace rk::platform
+
+const rk::platform::XmlServices* RkUtilitiesXml() noexcept
+{
+    return &rk::platform::kServices;
+}

@@ -1,12 +1,9 @@
-#include "RkUtilities/platform/NumberFormats.h"
-
-#include "RkUtilities/platform/PerThread.h"
+#include "RkUtilities/platform/icu/IcuParts.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <unicode/calendar.h>
@@ -151,32 +148,11 @@ private:
     std::unique_ptr<const icu::DecimalFormat> m_format;  // parsing through const is safe from any thread
 };
 
-std::shared_ptr<const NumberFormats> FormatsOf(const std::string& name)
-{
-    constexpr std::size_t kMostLocales = 64;  // more are hostile names; they are let go together
-    static std::mutex mutex;
-    // Never destroyed: a static object's destructor may still ask.
-    static auto& formatsByName = *new std::map<std::string, std::shared_ptr<const NumberFormats>>;
-    const std::lock_guard lock(mutex);
-    const auto known = formatsByName.find(name);
-    if (known != formatsByName.end())
-        return known->second;
-    if (formatsByName.size() >= kMostLocales)
-        formatsByName.clear();
-    return formatsByName.emplace(name, std::make_shared<IcuNumberFormats>(name)).first->second;
-}
-
 }  // namespace
 
-const NumberFormats& NumberFormats::Of(LocaleUse use)
+std::unique_ptr<const NumberFormats> MakeNumberFormats(const std::string& locale)
 {
-    constexpr auto kUses = static_cast<std::size_t>(LocaleUse::Order) + 1;
-    auto& knownByUse = PerThread<std::array<std::shared_ptr<const NumberFormats>, kUses>>();
-    std::shared_ptr<const NumberFormats>& known = knownByUse[static_cast<std::size_t>(use)];
-    const std::string& name = UserLocaleName(use);
-    if (known == nullptr || known->locale != name)
-        known = FormatsOf(name);
-    return *known;
+    return std::make_unique<IcuNumberFormats>(locale);
 }
 
 }  // namespace rk::platform

@@ -1,12 +1,14 @@
-#include "RkUtilities/platform/PreferenceDatabase.h"
+#include "RkUtilities/platform/storage/StorageServices.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <fcntl.h>
 #include <iterator>
 #include <optional>
 #include <sqlite3.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 #include <vector>
@@ -73,7 +75,7 @@ constexpr const char* kBoolean = "boolean";
 constexpr const char* kNumber = "number";
 constexpr const char* kString = "string";
 
-/// The texts of PreferenceDatabase::Command.
+/// The texts of SqliteDatabase::Command.
 constexpr const char* kCommands[] = {"BEGIN IMMEDIATE", "INSERT OR REPLACE INTO preferences VALUES (?1, ?2, ?3, ?4)",
                                      "COMMIT", "PRAGMA data_version"};
 
@@ -153,26 +155,49 @@ std::optional<PreferenceValue> ValueAt(sqlite3_stmt* row)
     return std::nullopt;
 }
 
-}  // namespace
+class SqliteDatabase final : public PreferenceDatabase {
+public:
+    Result Open(const std::string& path) override;
+    void Close() override { *this = SqliteDatabase(); }
+    [[nodiscard]] bool IsOpen() const noexcept override { return m_database != nullptr; }
+    [[nodiscard]] bool IsInPlace() const override;
+    Result Check() override;
+    void Abandon() override;
+    Result Store(const PreferenceMap& values) override;
+    Result ReadIfChanged(std::optional<PreferenceMap>& values) override;
+    Result ReadUnwritable(const std::string& path, std::optional<PreferenceMap>& values) override;
+    [[nodiscard]] const std::string& Failure() const noexcept override { return m_failure; }
 
-void PreferenceDatabase::Close::operator()(sqlite3* database) const noexcept
+private:
+    struct Closer {
+        void operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
+        void operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
+    };
+    enum Command { Begin, Insert, Commit, Version, CommandCount };
+
+    Result OpenWith(const std::string& path, int flags);
+    Result Run(const char* statements);
+    /// The compiled command, kept for the next time; null, and the code set, when it cannot be compiled.
+    sqlite3_stmt* Compiled(Command command, int& code);
+    /// Runs the command; the number in its first row goes to `number`. SQLITE_OK, or why it failed.
+    int StepOnce(Command command, std::int64_t* number = nullptr);
+    int InsertAll(const PreferenceMap& values);
+    Result ReadAll(std::optional<PreferenceMap>& values);
+    Result Judge(int code);
+
+    std::unique_ptr<sqlite3, Closer> m_database;
+    std::array<std::unique_ptr<sqlite3_stmt, Closer>, CommandCount> m_commands;
+    std::string m_path;
+    std::pair<std::uint64_t, std::uint64_t> m_file;  // device and inode
+    std::int64_t m_readVersion = -1;                 // SQLite's data_version at the last reading
+    // The same inside the last store, for the reading behind it: nobody else could store before that was committed.
+    std::optional<std::int64_t> m_storeVersion;
+    std::string m_failure;
+};
+
+PreferenceDatabase::Result SqliteDatabase::Open(const std::string& path)
 {
-    sqlite3_close_v2(database);
-}
-
-void PreferenceDatabase::Close::operator()(sqlite3_stmt* statement) const noexcept
-{
-    sqlite3_finalize(statement);
-}
-
-PreferenceDatabase::PreferenceDatabase() noexcept = default;
-PreferenceDatabase::~PreferenceDatabase() = default;
-PreferenceDatabase::PreferenceDatabase(PreferenceDatabase&& other) noexcept = default;
-PreferenceDatabase& PreferenceDatabase::operator=(PreferenceDatabase&& other) noexcept = default;
-
-PreferenceDatabase::Result PreferenceDatabase::Open(const std::string& path)
-{
-    *this = PreferenceDatabase();
+    *this = SqliteDatabase();
     // Made here, so that it is never open to others; the files beside it take over its mode.
     const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (descriptor >= 0)
@@ -185,7 +210,7 @@ PreferenceDatabase::Result PreferenceDatabase::Open(const std::string& path)
     return Run((std::string(kEncoding) + journal + kTable).c_str());
 }
 
-PreferenceDatabase::Result PreferenceDatabase::OpenWith(const std::string& path, int flags)
+PreferenceDatabase::Result SqliteDatabase::OpenWith(const std::string& path, int flags)
 {
     sqlite3* database = nullptr;
     const int code = sqlite3_open_v2(path.c_str(), &database, flags | SQLITE_OPEN_FULLMUTEX, nullptr);
@@ -197,12 +222,12 @@ PreferenceDatabase::Result PreferenceDatabase::OpenWith(const std::string& path,
     return Result::Done;
 }
 
-bool PreferenceDatabase::IsInPlace() const
+bool SqliteDatabase::IsInPlace() const
 {
     return FileAt(m_path) == m_file;
 }
 
-PreferenceDatabase::Result PreferenceDatabase::Check()
+PreferenceDatabase::Result SqliteDatabase::Check()
 {
     Statement check(m_database.get(), "PRAGMA quick_check(1)");
     if (const int code = check.Step(); code != SQLITE_ROW)
@@ -210,14 +235,14 @@ PreferenceDatabase::Result PreferenceDatabase::Check()
     return AsciiAt(check.Get(), 0) == "ok" ? Result::Done : Judge(SQLITE_CORRUPT);
 }
 
-void PreferenceDatabase::Abandon()
+void SqliteDatabase::Abandon()
 {
-    static auto& abandoned = *new std::vector<PreferenceDatabase>;  // what is still reachable counts as no leak
+    static auto& abandoned = *new std::vector<SqliteDatabase>;  // what is still reachable counts as no leak
     if (m_database != nullptr)
-        abandoned.push_back(std::exchange(*this, PreferenceDatabase()));
+        abandoned.push_back(std::exchange(*this, SqliteDatabase()));
 }
 
-sqlite3_stmt* PreferenceDatabase::Compiled(Command command, int& code)
+sqlite3_stmt* SqliteDatabase::Compiled(Command command, int& code)
 {
     auto& kept = m_commands[command];
     if (kept == nullptr) {
@@ -229,7 +254,7 @@ sqlite3_stmt* PreferenceDatabase::Compiled(Command command, int& code)
     return kept.get();
 }
 
-int PreferenceDatabase::StepOnce(Command command, std::int64_t* number)
+int SqliteDatabase::StepOnce(Command command, std::int64_t* number)
 {
     int code = SQLITE_OK;
     sqlite3_stmt* const statement = Compiled(command, code);
@@ -242,7 +267,7 @@ int PreferenceDatabase::StepOnce(Command command, std::int64_t* number)
     return code == SQLITE_ROW || code == SQLITE_DONE ? SQLITE_OK : code;
 }
 
-int PreferenceDatabase::InsertAll(const PreferenceMap& values)
+int SqliteDatabase::InsertAll(const PreferenceMap& values)
 {
     int code = SQLITE_OK;
     sqlite3_stmt* const insert = Compiled(Insert, code);
@@ -257,7 +282,7 @@ int PreferenceDatabase::InsertAll(const PreferenceMap& values)
     return code;
 }
 
-PreferenceDatabase::Result PreferenceDatabase::Store(const PreferenceMap& values)
+PreferenceDatabase::Result SqliteDatabase::Store(const PreferenceMap& values)
 {
     int code = StepOnce(Begin);
     if (code != SQLITE_OK)
@@ -276,7 +301,7 @@ PreferenceDatabase::Result PreferenceDatabase::Store(const PreferenceMap& values
     return result;
 }
 
-PreferenceDatabase::Result PreferenceDatabase::ReadIfChanged(std::optional<PreferenceMap>& values)
+PreferenceDatabase::Result SqliteDatabase::ReadIfChanged(std::optional<PreferenceMap>& values)
 {
     values.reset();
     std::int64_t current = 0;
@@ -292,8 +317,7 @@ PreferenceDatabase::Result PreferenceDatabase::ReadIfChanged(std::optional<Prefe
     return result;
 }
 
-PreferenceDatabase::Result PreferenceDatabase::ReadUnwritable(const std::string& path,
-                                                              std::optional<PreferenceMap>& values)
+PreferenceDatabase::Result SqliteDatabase::ReadUnwritable(const std::string& path, std::optional<PreferenceMap>& values)
 {
     // Where there is no journal the file is all there is, and nothing needs to be made beside it.
     const char* const mode = access((path + "-wal").c_str(), F_OK) == 0 ? "?mode=ro" : "?immutable=1";
@@ -301,7 +325,7 @@ PreferenceDatabase::Result PreferenceDatabase::ReadUnwritable(const std::string&
     return opened == Result::Done ? ReadAll(values) : opened;
 }
 
-PreferenceDatabase::Result PreferenceDatabase::ReadAll(std::optional<PreferenceMap>& values)
+PreferenceDatabase::Result SqliteDatabase::ReadAll(std::optional<PreferenceMap>& values)
 {
     PreferenceMap read;
     Statement rows(m_database.get(), "SELECT scope, name, type, value FROM preferences");
@@ -316,12 +340,12 @@ PreferenceDatabase::Result PreferenceDatabase::ReadAll(std::optional<PreferenceM
     return Result::Done;
 }
 
-PreferenceDatabase::Result PreferenceDatabase::Run(const char* statements)
+PreferenceDatabase::Result SqliteDatabase::Run(const char* statements)
 {
     return Judge(sqlite3_exec(m_database.get(), statements, nullptr, nullptr, nullptr));
 }
 
-PreferenceDatabase::Result PreferenceDatabase::Judge(int code)
+PreferenceDatabase::Result SqliteDatabase::Judge(int code)
 {
     if (code == SQLITE_OK || code == SQLITE_DONE) {
         m_failure.clear();
@@ -331,4 +355,18 @@ PreferenceDatabase::Result PreferenceDatabase::Judge(int code)
     return code == SQLITE_CORRUPT || code == SQLITE_NOTADB ? Result::Damaged : Result::Failed;
 }
 
+std::unique_ptr<PreferenceDatabase> MakeDatabase()
+{
+    return std::make_unique<SqliteDatabase>();
+}
+
+constexpr StorageServices kServices{.stamp = {.servicesByteCount = sizeof(StorageServices)}, .database = &MakeDatabase};
+
+}  // namespace
+
 }  // namespace rk::platform
+
+const rk::platform::StorageServices* RkUtilitiesStorage() noexcept
+{
+    return &rk::platform::kServices;
+}
