@@ -65,7 +65,7 @@ std::int64_t FirstFreeNumber(const std::string& folder, const std::string& start
         return takenBy == TakenBy::Anything ? Inspect(path, Links::DoNotFollow).has_value()
                                             : KindOf(path) == FileKind::Folder;
     };
-    constexpr std::int64_t kAskedFirst = 16;  // before the folder is listed, which may hold much else
+    constexpr std::int64_t kAskedFirst = 8;  // before the folder is listed, which may hold much else
     std::int64_t number = 1;
     for (; number <= kAskedFirst; ++number) {
         if (!isTaken(number))
