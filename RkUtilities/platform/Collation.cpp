@@ -5,6 +5,7 @@
 #include "RkUtilities/platform/UserLocaleName.h"
 #include "RkUtilities/platform/icu/IcuServices.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace rk::platform {
@@ -16,10 +17,8 @@ struct Known {
     std::unique_ptr<const NameOrder> order;
 };
 
-}  // namespace
-
-/// The thread's order is made again when the locale has changed.
-std::string CollationKey(std::u16string_view text)
+/// The thread's order, made again when the locale has changed.
+const NameOrder& UserOrder()
 {
     auto& known = PerThread<Known>();
     const std::string& locale = UserLocaleName(LocaleUse::Order);
@@ -27,7 +26,42 @@ std::string CollationKey(std::u16string_view text)
         known.order = Icu().nameOrder(locale);
         known.locale = locale;
     }
-    return known.order->Key(text);
+    return *known.order;
+}
+
+bool IsAscii(std::u16string_view text) noexcept
+{
+    unsigned seen = 0;
+    for (const char16_t unit : text)
+        seen |= unit;
+    return seen < 0x80;
+}
+
+void AppendPlaces(const AsciiPlaces& places, std::u16string_view text, std::string& keys)
+{
+    for (const char16_t unit : text) {
+        if (const std::uint8_t place = places[unit]; place != 0)
+            keys += static_cast<char>(place);
+    }
+}
+
+}  // namespace
+
+CollationKeys CollationKeysOf(const std::vector<std::u16string_view>& texts)
+{
+    const NameOrder& order = UserOrder();
+    const AsciiPlaces* const places = order.PlacesOfAscii();
+    const bool placesDecide = places != nullptr && std::all_of(texts.begin(), texts.end(), IsAscii);
+    CollationKeys keys;
+    keys.ends.reserve(texts.size());
+    for (const std::u16string_view text : texts) {
+        if (placesDecide)
+            AppendPlaces(*places, text, keys.bytes);
+        else
+            order.AppendKey(text, keys.bytes);
+        keys.ends.push_back(keys.bytes.size());
+    }
+    return keys;
 }
 
 }  // namespace rk::platform

@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <memory>
+#include <random>
 #include <vector>
 
 namespace {
@@ -117,6 +118,32 @@ TEST(FileSystem, ListsInTheOrderOfTheLanguage)
     for (const char* name : {"map", "Map", "MAP", "mAP"})
         alike.Write(name);
     EXPECT_THAT(Listed(alike, alike.Text("*.*"), 0xFF), ElementsAre("MAP", "Map", "mAP", "map"));
+}
+
+TEST(FileSystem, ListsAsciiNamesAlikeAloneAndBesideOthers)
+{
+    // Names that are all ASCII are compared character by character where the language allows it, else by ICU's keys.
+    const ScopedFolder folder;
+    std::mt19937 random(10);
+    const auto upTo = [&random](unsigned last) { return static_cast<unsigned>(random() % (last + 1)); };
+    for (int i = 0; i < 2000; ++i) {
+        std::string name(1 + upTo(5), 'x');
+        for (char& c : name)
+            c = upTo(2) != 0 ? "aAcChHzZsw019 -_"[upTo(15)] : static_cast<char>(1 + upTo(126));
+        std::replace_if(
+            name.begin(), name.end(), [](char c) { return c == '/' || c == '.'; }, '~');
+        folder.Write(name);
+    }
+    for (const char* locale : {"", "de_DE", "cs_CZ", "da_DK", "hu_HU", "en_US@colNumeric=yes",
+                               "th@colAlternate=shifted", "en_US@colCaseLevel=yes", "en_US@colReorder=digit"}) {
+        const ScopedUserLocale scope(locale);
+        const std::vector<std::string> alone = Listed(folder, folder.Text("*.*"), 0xFF);
+        folder.Write("\xC3\xA9");
+        std::vector<std::string> besideOne = Listed(folder, folder.Text("*.*"), 0xFF);
+        EXPECT_EQ(std::erase(besideOne, "\xC3\xA9"), 1U);
+        EXPECT_EQ(alone, besideOne) << locale;
+        std::filesystem::remove(folder.Path("\xC3\xA9"));
+    }
 }
 
 }  // namespace

@@ -1,8 +1,13 @@
 #include "RkUtilities/platform/icu/IcuParts.h"
 
+#include <algorithm>
 #include <climits>
+#include <map>
 #include <new>
+#include <optional>
 #include <unicode/coll.h>
+#include <utility>
+#include <vector>
 
 namespace rk::platform {
 
@@ -25,30 +30,75 @@ std::unique_ptr<const icu::Collator> MakeCollator(const std::string& locale)
     return collator;
 }
 
+void AppendKeyOf(const icu::Collator& collator, std::u16string_view text, std::string& keys)
+{
+    if (text.size() > INT_MAX)
+        throw std::bad_alloc();
+    constexpr std::int32_t kRoomOfMost = 64;
+    const std::size_t start = keys.size();
+    for (std::int32_t room = 0, size = kRoomOfMost; size > room;) {
+        room = size;
+        keys.resize(start + static_cast<std::size_t>(room));
+        size = collator.getSortKey(text.data(), static_cast<std::int32_t>(text.size()),
+                                   reinterpret_cast<std::uint8_t*>(keys.data() + start), room);
+        if (size <= 0)
+            throw std::bad_alloc();
+        keys.resize(start + static_cast<std::size_t>(std::min(size, room)));
+    }
+}
+
+bool Has(const icu::Collator& collator, UColAttribute attribute, UColAttributeValue value)
+{
+    UErrorCode error = U_ZERO_ERROR;
+    return collator.getAttribute(attribute, error) == value && U_SUCCESS(error) != 0;
+}
+
+/// The root's order knows no groups of ASCII characters ("ch") and none that stands for two; where nothing is changed
+/// but the order of the characters, each of them has one place.
+bool IsRootOrder(const icu::Collator& collator)
+{
+    UErrorCode error = U_ZERO_ERROR;
+    return *collator.getLocale(ULOC_ACTUAL_LOCALE, error).getLanguage() == '\0' && U_SUCCESS(error) != 0 &&
+           Has(collator, UCOL_NUMERIC_COLLATION, UCOL_OFF) && Has(collator, UCOL_CASE_LEVEL, UCOL_OFF);
+}
+
+AsciiPlaces PlacesOf(const icu::Collator& collator)
+{
+    const auto keyOf = [&](std::u16string_view text) {
+        std::string key;
+        AppendKeyOf(collator, text, key);
+        return key;
+    };
+    const std::string keyOfNothing = keyOf(u"");
+    AsciiPlaces places{};
+    std::map<std::string, std::vector<std::size_t>> characters;
+    for (char16_t character = 0; character < places.size(); ++character) {
+        if (std::string key = keyOf({&character, 1}); key != keyOfNothing)
+            characters[std::move(key)].push_back(character);
+    }
+    std::uint8_t place = 0;
+    for (const auto& [key, alike] : characters) {
+        ++place;
+        for (const std::size_t character : alike)
+            places[character] = place;
+    }
+    return places;
+}
+
 class IcuNameOrder final : public NameOrder {
 public:
-    explicit IcuNameOrder(const std::string& locale) : m_collator(MakeCollator(locale)) {}
-
-    std::string Key(std::u16string_view text) const override
+    explicit IcuNameOrder(const std::string& locale) : m_collator(MakeCollator(locale))
     {
-        if (text.size() > INT_MAX)
-            throw std::bad_alloc();
-        const auto length = static_cast<std::int32_t>(text.size());
-        std::string key(64, '\0');
-        for (;;) {
-            const auto room = static_cast<std::int32_t>(key.size());
-            const std::int32_t size =
-                m_collator->getSortKey(text.data(), length, reinterpret_cast<std::uint8_t*>(key.data()), room);
-            if (size <= 0)
-                throw std::bad_alloc();
-            key.resize(static_cast<std::size_t>(size));
-            if (size <= room)
-                return key;
-        }
+        if (IsRootOrder(*m_collator))
+            m_places = PlacesOf(*m_collator);
     }
+
+    void AppendKey(std::u16string_view text, std::string& keys) const override { AppendKeyOf(*m_collator, text, keys); }
+    const AsciiPlaces* PlacesOfAscii() const noexcept override { return m_places ? &*m_places : nullptr; }
 
 private:
     std::unique_ptr<const icu::Collator> m_collator;
+    std::optional<AsciiPlaces> m_places;
 };
 
 }  // namespace

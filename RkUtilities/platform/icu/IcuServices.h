@@ -6,6 +6,7 @@
 #include "RkUtilities/platform/ModuleStamp.h"
 #include "RkUtilities/platform/NumberFormats.h"
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -15,12 +16,17 @@
 /// and throws `std::bad_alloc` only.
 namespace rk::platform {
 
+using AsciiPlaces = std::array<std::uint8_t, 128>;
+
 /// A locale's order of names.
 class NameOrder {
 public:
     virtual ~NameOrder() = default;
-    /// As `CollationKey`.
-    [[nodiscard]] virtual std::string Key(std::u16string_view text) const = 0;
+    /// Appends the key of a text: keys compare byte by byte as the texts compare. Lone surrogates have a place too.
+    virtual void AppendKey(std::u16string_view text, std::string& keys) const = 0;
+    /// Where ASCII texts compare as the sequences of their characters' places do: the place of each character, 0 for
+    /// one that does not count. Null in orders that are not so simple.
+    [[nodiscard]] virtual const AsciiPlaces* PlacesOfAscii() const noexcept = 0;
 };
 
 /// A date format for a locale, with the days before 1582 Gregorian too.
