@@ -40,26 +40,27 @@ CaseSources CaseTable::SourcesOf(char16_t mapped) const noexcept
     return sources;
 }
 
-// The module is asked for before the guard of a table is held.
+// The module is asked for before the guard of a table is held. Tables are never destroyed: a static object's destructor
+// may still ask.
 
 const CaseTable& UpperCase()
 {
     const IcuServices& icu = Icu();
-    static const CaseTable table(icu.upperCase);
+    static const auto& table = *new CaseTable(icu.upperCase);
     return table;
 }
 
 const CaseTable& LowerCase()
 {
     const IcuServices& icu = Icu();
-    static const CaseTable table(icu.lowerCase);
+    static const auto& table = *new CaseTable(icu.lowerCase);
     return table;
 }
 
 const CaseTable& FoldedCase()
 {
     const IcuServices& icu = Icu();
-    static const CaseTable table(icu.foldedCase);
+    static const auto& table = *new CaseTable(icu.foldedCase);
     return table;
 }
 
