@@ -4,12 +4,10 @@
 #include "RkUtilities/platform/xml/XmlServices.h"
 
 #include <array>
-#include <cerrno>
 #include <climits>
 #include <dlfcn.h>
 #include <filesystem>
 #include <link.h>
-#include <new>
 #include <system_error>
 
 namespace rk::platform {
@@ -36,12 +34,9 @@ std::array<std::string, 2> OwnFolders()
 /// The entry of a module; null with the reason when there is none.
 void* LoadEntry(const std::string& file, const std::string& entry, std::string& fault)
 {
-    errno = 0;
     void* const module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     void* const address = module != nullptr ? dlsym(module, entry.c_str()) : nullptr;
     if (address == nullptr) {
-        if (errno == ENOMEM)
-            throw std::bad_alloc();
         const char* const reason = dlerror();
         fault = reason != nullptr ? reason : "unknown error";
         if (!fault.starts_with(file))

@@ -7,8 +7,8 @@
 /// needs them: a program that does not, or not yet, does not pay for loading those libraries. The static library holds
 /// the modules itself.
 ///
-/// A module that is not there, or of another version, is an incomplete installation: the program says so on standard
-/// error and ends (`std::abort`), as one does whose shared library is missing. Where memory runs out: `std::bad_alloc`.
+/// A module that is not there, of another version, or cannot be loaded for lack of memory, ends the program (`std::abort`)
+/// with a line on standard error, as a missing shared library does.
 ///
 /// Loading takes the lock of the system's loader, and whoever holds that may be in a static initialiser that calls us:
 /// so no lock of ours, nor the guard of a local static, may be held when a module is asked for the first time.
