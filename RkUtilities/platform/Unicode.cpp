@@ -9,22 +9,12 @@ namespace rk::platform {
 
 CaseTable::CaseTable(std::int32_t (*mapping)(std::int32_t codePoint))
 {
-    for (unsigned first = 0; first < 0x10000; first += kBlockUnits) {
-        std::array<char16_t, kBlockUnits> offsets{};
-        for (unsigned i = 0; i < kBlockUnits; ++i) {
-            const std::int32_t mapped = mapping(static_cast<std::int32_t>(first + i));
-            if (mapped > 0xFFFF)
-                continue;  // one unit stays one unit
-            offsets[i] = static_cast<char16_t>(static_cast<unsigned>(mapped) - (first + i));
-            if (offsets[i] != 0)
-                m_changed.emplace_back(static_cast<char16_t>(mapped), static_cast<char16_t>(first + i));
-        }
-        auto known = m_offsets.begin();
-        while (known != m_offsets.end() && !std::equal(offsets.begin(), offsets.end(), known))
-            known += kBlockUnits;
-        m_blockStarts[first >> kBlockBits] = static_cast<std::uint16_t>(known - m_offsets.begin());
-        if (known == m_offsets.end())
-            m_offsets.insert(known, offsets.begin(), offsets.end());
+    for (unsigned unit = 0; unit < m_mapped.size(); ++unit) {
+        const std::int32_t mapped = mapping(static_cast<std::int32_t>(unit));
+        m_mapped[unit] =
+            static_cast<char16_t>(mapped > 0xFFFF ? unit : static_cast<unsigned>(mapped));  // one unit stays one
+        if (m_mapped[unit] != unit)
+            m_changed.emplace_back(m_mapped[unit], static_cast<char16_t>(unit));
     }
     std::sort(m_changed.begin(), m_changed.end());
 }

@@ -25,20 +25,12 @@ public:
 
     explicit CaseTable(std::int32_t (*mapping)(std::int32_t codePoint));
 
-    char16_t operator[](char16_t unit) const noexcept
-    {
-        const std::size_t offset = m_blockStarts[unit >> kBlockBits] + (unit & (kBlockUnits - 1U));
-        return static_cast<char16_t>(unit + m_offsets[offset]);
-    }
+    char16_t operator[](char16_t unit) const noexcept { return m_mapped[unit]; }
     /// Every unit that maps to `mapped`.
     [[nodiscard]] CaseSources SourcesOf(char16_t mapped) const noexcept;
 
 private:
-    static constexpr unsigned kBlockBits = 6;
-    static constexpr unsigned kBlockUnits = 1U << kBlockBits;
-
-    std::array<std::uint16_t, 0x10000 / kBlockUnits> m_blockStarts{};
-    std::vector<char16_t> m_offsets;                       // added to a unit, modulo 65536; equal blocks stand once
+    std::array<char16_t, 0x10000> m_mapped{};              // one load a unit, for 128 KB
     std::vector<std::pair<char16_t, char16_t>> m_changed;  // (mapped, unit) of the units that change, ascending
 };
 
