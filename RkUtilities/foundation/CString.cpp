@@ -2,11 +2,13 @@
 
 #include "RkUtilities/foundation/SharedUnits.h"
 #include "RkUtilities/foundation/TextBuilder.h"
+#include "RkUtilities/foundation/UnitBlock.h"
 #include "RkUtilities/foundation/Utf8.h"
 #include "RkUtilities/platform/Environment.h"
 #include "RkUtilities/platform/StringTableText.h"
 
 #include <algorithm>
+#include <cstring>
 #include <ostream>
 #include <stdexcept>
 
@@ -58,7 +60,7 @@ CString::CString(Utf16Tag, std::u16string_view text) : CString()
     if (text.size() > kInlineUnits)
         Adopt(rk::SharedUnits::Allocate(CheckedLength(text.size())), 0);
     char16_t* const units = MutableUnits();
-    std::copy(text.begin(), text.end(), units);
+    rk::CopyUnits(text.data(), text.size(), units);
     units[text.size()] = 0;
     m_length = static_cast<int>(text.size());
 }
@@ -85,6 +87,11 @@ void CString::Adopt(const char16_t* units, int length) noexcept
     m_kind = Kind::Shared;
 }
 
+bool CString::IsOwn() const noexcept
+{
+    return m_kind == Kind::Inline || (m_kind == Kind::Shared && rk::SharedUnits::IsUnique(m_storage.pointer));
+}
+
 char16_t* CString::MutableUnits() noexcept
 {
     return m_kind == Kind::Inline ? m_storage.units : const_cast<char16_t*>(m_storage.pointer);
@@ -92,8 +99,7 @@ char16_t* CString::MutableUnits() noexcept
 
 char16_t* CString::Writable()
 {
-    const bool own = m_kind == Kind::Inline || (m_kind == Kind::Shared && rk::SharedUnits::IsUnique(m_storage.pointer));
-    if (!own)
+    if (!IsOwn())
         *this = CString(Utf16, View());
     return MutableUnits();
 }
@@ -156,9 +162,21 @@ CString CString::Mid(int start, int unitCount) const
 {
     start = std::clamp(start, 0, m_length);
     unitCount = std::clamp(unitCount, 0, m_length - start);
-    if (unitCount == m_length)
+    return Part(static_cast<std::size_t>(start), static_cast<std::size_t>(unitCount));
+}
+
+CString CString::Part(std::size_t start, std::size_t unitCount) const
+{
+    const std::u16string_view text = View();
+    if (unitCount == text.size())
         return *this;
-    return {Utf16, View().substr(static_cast<std::size_t>(start), static_cast<std::size_t>(unitCount))};
+    if (unitCount > kInlineUnits || text.size() - start < kInlineUnits)
+        return {Utf16, text.substr(start, unitCount)};
+    CString part;  // all the units that it has room for, since a copy of fixed size takes neither call nor branch
+    std::memcpy(part.m_storage.units, text.data() + start, sizeof part.m_storage.units);
+    part.m_storage.units[unitCount] = 0;
+    part.m_length = static_cast<int>(unitCount);
+    return part;
 }
 
 // --- Changing
@@ -174,9 +192,8 @@ CString& CString::Append(const CString& text)
 CString& CString::AppendUnits(std::u16string_view text)
 {
     const auto length = static_cast<std::size_t>(m_length);
-    const bool own = m_kind == Kind::Inline || (m_kind == Kind::Shared && rk::SharedUnits::IsUnique(m_storage.pointer));
     const std::size_t capacity = m_kind == Kind::Shared ? rk::SharedUnits::Capacity(m_storage.pointer) : kInlineUnits;
-    if (own && text.size() <= capacity - length) {
+    if (IsOwn() && text.size() <= capacity - length) {
         char16_t* const end = MutableUnits() + length;
         std::copy(text.begin(), text.end(), end);
         Truncate(static_cast<int>(length + text.size()));

@@ -17,6 +17,10 @@
 
 class CString;
 
+namespace rk::platform {
+class CaseTable;
+}
+
 namespace rk {
 
 /// What is UTF-16 text without being a `CString`: literals, views and zero-terminated texts of either unit type.
@@ -347,6 +351,8 @@ private:
     static std::u16string_view ViewOf(unsigned short const* text) noexcept { return ViewOf(rk::AsChar16(text)); }
 
     static CString Joined(std::u16string_view a, std::u16string_view b);
+    /// `unitCount` units from `start` on, all of them in the text.
+    [[nodiscard]] CString Part(std::size_t start, std::size_t unitCount) const;
 
     [[nodiscard]] const char16_t* Units() const noexcept
     {
@@ -362,12 +368,16 @@ private:
     }
     /// Takes over memory of rk::SharedUnits.
     void Adopt(const char16_t* units, int length) noexcept;
+    /// Whether the units are this text's alone and may be written to.
+    [[nodiscard]] bool IsOwn() const noexcept;
     char16_t* MutableUnits() noexcept;
     /// The units, this text's own from now on.
     char16_t* Writable();
     /// Ends own units after `length`.
     void Truncate(int length) noexcept;
     CString& AppendUnits(std::u16string_view text);
+    /// `firstLetter` is the first ASCII letter that the table changes.
+    CString& ChangeCase(const rk::platform::CaseTable& (*table)(), char16_t firstLetter);
     void FormatList(const CString& format, const rk::FormatArgument* arguments, std::size_t count);
 
     Storage m_storage{.units = {}};

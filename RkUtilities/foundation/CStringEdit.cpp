@@ -6,44 +6,78 @@
 #include "RkUtilities/platform/Unicode.h"
 
 #include <algorithm>
+#include <cstring>
 #include <vector>
 
 namespace {
 
-/// A case mapping with the ASCII letters that it changes, so that blocks of ASCII need no table.
-struct CaseChange {
-    const rk::platform::CaseTable& table;
-    char16_t firstAscii;
-};
+/// A change of case. ASCII needs no table, so that none is asked for before another unit is met.
+class CaseChange {
+public:
+    CaseChange(const rk::platform::CaseTable& (*table)(), char16_t firstLetter)
+        : m_findTable(table), m_firstLetter(firstLetter)
+    {}
 
-rk::UnitBlock ChangedAscii(rk::UnitBlock block, char16_t firstLetter)
-{
-    const rk::UnitBlock first = rk::FilledBlock(firstLetter);
-    const rk::UnitBlock letters = rk::FilledBlock(26);
-    const auto isLetter = reinterpret_cast<rk::UnitBlock>((block - first) < letters);
-    return block ^ (isLetter & rk::FilledBlock(0x20));
-}
-
-bool Changes(std::u16string_view text, const CaseChange& change)
-{
-    return std::any_of(text.begin(), text.end(), [&](char16_t unit) { return change.table[unit] != unit; });
-}
-
-void ChangeCase(char16_t* units, std::size_t count, const CaseChange& change)
-{
-    std::size_t i = 0;
-    for (; i + rk::kBlockUnits <= count; i += rk::kBlockUnits) {
-        const rk::UnitBlock block = rk::LoadBlock(units + i);
-        if (rk::IsAsciiBlock(block)) {
-            rk::StoreBlock(units + i, ChangedAscii(block, change.firstAscii));
-            continue;
+    /// The first unit that changes; the text's length when none does.
+    std::size_t FirstIn(std::u16string_view text)
+    {
+        std::size_t i = 0;
+        for (; i + rk::kBlockUnits <= text.size(); i += rk::kBlockUnits) {
+            const rk::UnitBlock block = rk::LoadBlock(text.data() + i);
+            if (!rk::IsAsciiBlock(block))
+                break;
+            if (const std::size_t lane = rk::FirstLane(block != ChangedAscii(block)); lane < rk::kBlockUnits)
+                return i + lane;
         }
-        for (std::size_t j = i; j < i + rk::kBlockUnits; ++j)
-            units[j] = change.table[units[j]];
+        while (i < text.size() && Changed(text[i]) == text[i])
+            ++i;
+        return i;
     }
-    for (; i < count; ++i)
-        units[i] = change.table[units[i]];
-}
+
+    /// Writes the changed units to `to`, which may be `from`.
+    void Apply(const char16_t* from, std::size_t count, char16_t* to)
+    {
+        constexpr std::size_t kGroupUnits = 4 * rk::kBlockUnits;
+        std::size_t i = 0;
+        for (; i + kGroupUnits <= count; i += kGroupUnits) {
+            rk::UnitBlock blocks[kGroupUnits / rk::kBlockUnits];
+            std::memcpy(&blocks, from + i, sizeof blocks);
+            if (rk::IsAsciiBlock(blocks[0] | blocks[1] | blocks[2] | blocks[3])) {
+                for (rk::UnitBlock& block : blocks)
+                    block = ChangedAscii(block);
+                std::memcpy(to + i, &blocks, sizeof blocks);
+            } else {
+                const rk::platform::CaseTable& table = Table();
+                for (std::size_t j = i; j < i + kGroupUnits; ++j)
+                    to[j] = table[from[j]];
+            }
+        }
+        for (; i < count; ++i)
+            to[i] = Changed(from[i]);
+    }
+
+private:
+    [[nodiscard]] rk::UnitBlock ChangedAscii(rk::UnitBlock block) const
+    {
+        return rk::WithAsciiCaseChanged(block, m_firstLetter);
+    }
+    char16_t Changed(char16_t unit)
+    {
+        if (unit >= 0x80)
+            return Table()[unit];
+        return unit >= m_firstLetter && unit < m_firstLetter + 26 ? static_cast<char16_t>(unit ^ 0x20) : unit;
+    }
+    const rk::platform::CaseTable& Table()
+    {
+        if (m_table == nullptr)
+            m_table = &m_findTable();
+        return *m_table;
+    }
+
+    const rk::platform::CaseTable& (*m_findTable)();
+    const rk::platform::CaseTable* m_table = nullptr;
+    char16_t m_firstLetter;
+};
 
 }  // namespace
 
@@ -90,15 +124,20 @@ int CString::Replace(const CString& before, const CString& after)
     }
     if (count == 0)
         return 0;
-    rk::TextBuilder builder(View().size() - count * sought.size() + count * after.View().size());
+    const std::u16string_view text = View();
+    const std::u16string_view inserted = after.View();
+    const std::size_t length = text.size() - count * sought.size() + count * inserted.size();
+    rk::TextBuilder builder(length);
+    char16_t* to = builder.Extend(length);
     std::size_t end = 0;
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t at = i < places.size() ? static_cast<std::size_t>(places[i]) : search.From(end);
-        builder.Append(View().substr(end, at - end));
-        builder.Append(after.View());
+        rk::CopyUnits(text.data() + end, at - end, to);
+        rk::CopyUnits(inserted.data(), inserted.size(), to + (at - end));
+        to += at - end + inserted.size();
         end = at + sought.size();
     }
-    builder.Append(View().substr(end));
+    rk::CopyUnits(text.data() + end, text.size() - end, to);
     *this = builder.Take();
     return static_cast<int>(count);
 }
@@ -122,18 +161,29 @@ void CString::RemoveLineFeeds()
 
 CString& CString::MakeUpper()
 {
-    const CaseChange change{rk::platform::UpperCase(), u'a'};
-    if (Changes(View(), change))
-        ChangeCase(Writable(), static_cast<std::size_t>(m_length), change);
-    return *this;
+    return ChangeCase(&rk::platform::UpperCase, u'a');
 }
 
 CString& CString::MakeLower()
 {
-    const CaseChange change{rk::platform::LowerCase(), u'A'};
-    if (Changes(View(), change))
-        ChangeCase(Writable(), static_cast<std::size_t>(m_length), change);
-    return *this;
+    return ChangeCase(&rk::platform::LowerCase, u'A');
+}
+
+CString& CString::ChangeCase(const rk::platform::CaseTable& (*table)(), char16_t firstLetter)
+{
+    CaseChange change(table, firstLetter);
+    const std::u16string_view text = View();
+    const std::size_t first = change.FirstIn(text);
+    if (first == text.size())
+        return *this;
+    if (IsOwn()) {
+        change.Apply(text.data() + first, text.size() - first, MutableUnits() + first);
+        return *this;
+    }
+    rk::TextBuilder builder(text.size());
+    builder.Append(text.substr(0, first));
+    change.Apply(text.data() + first, text.size() - first, builder.Extend(text.size() - first));
+    return *this = builder.Take();
 }
 
 CString& CString::Trim()

@@ -1,6 +1,7 @@
 #include "RkUtilities/foundation/CString.h"
 
 #include "RkUtilities/foundation/TextSearch.h"
+#include "RkUtilities/foundation/UnitBlock.h"
 #include "RkUtilities/platform/Unicode.h"
 
 #include <algorithm>
@@ -15,6 +16,34 @@ std::size_t StartOf(int start)
 int IndexOf(std::size_t position)
 {
     return position == std::u16string_view::npos ? -1 : static_cast<int>(position);
+}
+
+/// A unit's case folding; ASCII needs no table.
+char16_t Folded(char16_t unit)
+{
+    if (unit >= 0x80)
+        return rk::platform::FoldedCase()[unit];
+    return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit | 0x20) : unit;
+}
+
+/// The first of `count` units whose case foldings differ; `count` when none do.
+std::size_t FirstFoldedDifference(const char16_t* a, const char16_t* b, std::size_t count)
+{
+    std::size_t i = 0;
+    while (i < count && Folded(a[i]) == Folded(b[i]))
+        ++i;
+    return i;
+}
+
+/// The same in one block.
+std::size_t FirstFoldedDifferenceInBlock(const char16_t* a, const char16_t* b)
+{
+    const rk::UnitBlock blockA = rk::LoadBlock(a);
+    const rk::UnitBlock blockB = rk::LoadBlock(b);
+    if (rk::IsAsciiBlock(blockA | blockB))
+        return rk::FirstLane(rk::WithAsciiCaseChanged(blockA, u'A') != rk::WithAsciiCaseChanged(blockB, u'A'));
+    const std::size_t first = rk::FirstLane(blockA != blockB);
+    return first + FirstFoldedDifference(a + first, b + first, rk::kBlockUnits - first);
 }
 
 }  // namespace
@@ -61,21 +90,27 @@ CString CString::Tokenize(const CString& delimiters, int& position) const
     }
     const std::size_t end = set.FirstIn(text, begin);
     position = static_cast<int>(std::min(end + 1, text.size()));
-    return Mid(static_cast<int>(begin), static_cast<int>(end - begin));
+    return Part(begin, end - begin);
 }
 
 int CString::CompareNoCase(const CString& other) const
 {
-    const std::u16string_view a = View();
-    const std::u16string_view b = other.View();
-    const std::size_t count = std::min(a.size(), b.size());
-    for (std::size_t i = 0; i < count; ++i) {
-        if (a[i] == b[i])
-            continue;
-        const rk::platform::CaseTable& folded = rk::platform::FoldedCase();
-        const int difference = folded[a[i]] - folded[b[i]];
-        if (difference != 0)
-            return difference;
+    const char16_t* const a = Units();
+    const char16_t* const b = other.Units();
+    const auto count = static_cast<std::size_t>(std::min(m_length, other.m_length));
+    std::size_t i = 0;
+    if (count < rk::kBlockUnits) {
+        i = FirstFoldedDifference(a, b, count);
+    } else {
+        while (i < count) {
+            const std::size_t begin = std::min(i, count - rk::kBlockUnits);  // the last block may look twice at a unit
+            const std::size_t first = FirstFoldedDifferenceInBlock(a + begin, b + begin);
+            i = begin + first;
+            if (first < rk::kBlockUnits)
+                break;
+        }
     }
+    if (i < count)
+        return Folded(a[i]) - Folded(b[i]);
     return m_length < other.m_length ? -1 : static_cast<int>(m_length > other.m_length);
 }

@@ -32,6 +32,15 @@ public:
     void Append(std::size_t count, char16_t unit) { std::fill_n(Extend(count), count, unit); }
     void AppendAscii(std::string_view characters);
     void AppendUtf8(std::string_view bytes);
+    /// Makes the text longer by `count` units, to be written at once.
+    char16_t* Extend(std::size_t count)
+    {
+        if (count > m_capacity - m_length)
+            Grow(m_length + count);
+        char16_t* const end = m_units + m_length;
+        m_length += count;
+        return end;
+    }
     /// The text; the builder is empty afterwards.
     [[nodiscard]] CString Take();
 
@@ -46,15 +55,6 @@ private:
     }
     void MoveToRoomFor(std::size_t unitCount);
     void Grow(std::size_t leastUnitCount);
-    /// Makes the text longer by `count` units, to be written at once.
-    char16_t* Extend(std::size_t count)
-    {
-        if (count > m_capacity - m_length)
-            Grow(m_length + count);
-        char16_t* const end = m_units + m_length;
-        m_length += count;
-        return end;
-    }
 
     char16_t* m_units = m_short;  // otherwise memory of SharedUnits with one owner
     std::size_t m_length = 0;

@@ -2,7 +2,9 @@
 
 #include "RkUtilities/foundation/CharacterTypes.h"
 #include "RkUtilities/foundation/StUTF8Buffer.h"
+#include "RkUtilities/foundation/TextSearch.h"
 
+#include <algorithm>
 #include <climits>
 #include <gtest/gtest.h>
 #include <random>
@@ -57,6 +59,7 @@ TEST(String, CopiesMayBeUsedFromManyThreads)
 {
     const CString text = kLong;
     std::vector<std::jthread> threads;
+    threads.reserve(4);
     for (int t = 0; t < 4; ++t)
         threads.emplace_back([copy = text]() mutable {
             for (int i = 0; i < 2000; ++i) {
@@ -191,7 +194,18 @@ std::size_t Naive(std::u16string_view text, std::u16string_view sought, std::siz
     return std::u16string_view::npos;
 }
 
-TEST(String, FindsAndReplacesAsTheObviousWayDoes)
+/// Searches take one path while this lives.
+struct ScopedSearchPath {
+    explicit ScopedSearchPath(rk::SearchPath path) { rk::ChooseSearchPath(path); }
+    ~ScopedSearchPath() { rk::ChooseSearchPath(rk::SearchPath::Fastest); }
+};
+
+class Searching : public testing::TestWithParam<rk::SearchPath> {
+    ScopedSearchPath m_path{GetParam()};
+};
+INSTANTIATE_TEST_SUITE_P(Paths, Searching, testing::Values(rk::SearchPath::Plain, rk::SearchPath::Fastest));
+
+TEST_P(Searching, FindsAndReplacesAsTheObviousWayDoes)
 {
     std::mt19937 random(7);
     const std::u16string_view alphabet = u"aAbkK\u212AsSſθΘϑϴιΙ\u0345\u1FBE";  // units with up to four case forms
@@ -203,13 +217,20 @@ TEST(String, FindsAndReplacesAsTheObviousWayDoes)
     };
     for (int round = 0; round < 4000; ++round) {
         const std::size_t letters = 2 + random() % (alphabet.size() - 2);
-        const std::u16string text = any(random() % 90, letters);
+        const std::u16string text = any(random() % (round % 4 == 0 ? 800 : 90), letters);
         const std::u16string sought = any(random() % 5, letters);
         const std::u16string after = any(random() % 4, letters);
-        const int start = static_cast<int>(random() % 20);
+        const int start = static_cast<int>(random() % (text.size() / 4 + 20));
         const auto from = static_cast<std::size_t>(start);
         EXPECT_EQ(CString(text).Find(sought, start), static_cast<int>(Naive(text, sought, from, false)));
         EXPECT_EQ(CString(text).FindNoCase(sought, start), static_cast<int>(Naive(text, sought, from, true)));
+        const std::u16string set = any(random() % 7, alphabet.size());
+        EXPECT_EQ(CString(text).FindOneOf(set, start), static_cast<int>(text.find_first_of(set, from)));
+        const std::size_t begin = std::min(text.find_first_not_of(set, from), text.size());
+        const std::size_t end = std::min(text.find_first_of(set, begin), text.size());
+        int position = start;
+        EXPECT_EQ(CString(text).Tokenize(set, position), text.substr(begin, end - begin));
+        EXPECT_EQ(position, begin == text.size() ? -1 : static_cast<int>(std::min(end + 1, text.size())));
         std::u16string replaced = text;
         for (std::size_t at = 0; !sought.empty() && (at = replaced.find(sought, at)) != std::u16string::npos;) {
             replaced.replace(at, sought.size(), after);
@@ -221,7 +242,36 @@ TEST(String, FindsAndReplacesAsTheObviousWayDoes)
     }
 }
 
-TEST(String, FindsInLinearTimeWhereEveryPlaceAlmostMatches)
+TEST(String, ComparesAndChangesCaseInBlocksAsUnitByUnit)
+{
+    std::mt19937 random(9);
+    const std::u16string_view alphabet = u"azAZ@[`{k\u007F\u0080\u212AéÉяЯß";  // the neighbours of letters, too
+    const auto folded = [](char16_t unit) { return u_foldCase(unit, U_FOLD_CASE_DEFAULT); };
+    for (int round = 0; round < 4000; ++round) {
+        const std::size_t length = random() % 80;
+        std::u16string a;
+        while (a.size() < length)
+            a += alphabet[random() % (round % 2 == 0 ? 9 : alphabet.size())];
+        std::u16string b = a;
+        for (char16_t& unit : b)
+            unit = static_cast<char16_t>(random() % 2 == 0 ? unit : u_toupper(unit));
+        for (auto changes = random() % 3; changes > 0 && !b.empty(); --changes)
+            b[random() % b.size()] = alphabet[random() % alphabet.size()];
+        b.resize(b.size() + random() % 2, u'.');
+        int expected = a.size() < b.size() ? -1 : 0;
+        for (std::size_t i = a.size(); i-- > 0;)
+            expected = folded(a[i]) == folded(b[i]) ? expected : folded(a[i]) - folded(b[i]);
+        ASSERT_EQ(CString(a).CompareNoCase(b), expected) << CString(a) << " / " << CString(b);
+        const CString shared = a;
+        CString own = a;
+        own.SetAt(0, own.GetAt(0));
+        std::transform(a.begin(), a.end(), a.begin(), [](char16_t unit) { return u_toupper(unit); });
+        ASSERT_TRUE(CString(shared).MakeUpper() == a && own.MakeUpper() == a && CString(shared).MakeUpper() == own);
+        ASSERT_EQ(CString(a).MakeUpper(), a);
+    }
+}
+
+TEST_P(Searching, TakesLinearTimeWhereEveryPlaceAlmostMatches)
 {
     const std::u16string text(400000, u'a');
     const std::u16string sought = std::u16string(100000, u'a') + u'b' + std::u16string(99999, u'a');
