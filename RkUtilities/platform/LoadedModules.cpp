@@ -21,7 +21,7 @@ std::array<std::string, 2> OwnFolders()
     static const char inThisFile = 0;
     Dl_info own{};
     void* file = nullptr;
-    std::array<char, 4 * PATH_MAX> folder{};
+    std::array<char, 4UL * PATH_MAX> folder{};
     if (dladdr1(&inThisFile, &own, &file, RTLD_DL_LINKMAP) == 0 || dlinfo(file, RTLD_DI_ORIGIN, folder.data()) != 0)
         return {};
     const std::filesystem::path found(folder.data());
@@ -52,7 +52,7 @@ const Services* Find(const std::string& name, std::string& fault)
     for (const std::string& folder : OwnFolders()) {
         if (folder.empty())
             continue;
-        const std::string file = folder + "/lib" + name + RKUTILITIES_MODULE_SUFFIX;
+        const std::string file = std::string(folder).append("/lib").append(name).append(RKUTILITIES_MODULE_SUFFIX);
         void* const entry = LoadEntry(file, name, fault);
         if (entry == nullptr)
             continue;

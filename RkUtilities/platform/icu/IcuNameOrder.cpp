@@ -72,8 +72,9 @@ AsciiPlaces PlacesOf(const icu::Collator& collator)
     const std::string keyOfNothing = keyOf(u"");
     AsciiPlaces places{};
     std::map<std::string, std::vector<std::size_t>> characters;
-    for (char16_t character = 0; character < places.size(); ++character) {
-        if (std::string key = keyOf({&character, 1}); key != keyOfNothing)
+    for (std::size_t character = 0; character < places.size(); ++character) {
+        const auto unit = static_cast<char16_t>(character);
+        if (std::string key = keyOf({&unit, 1}); key != keyOfNothing)
             characters[std::move(key)].push_back(character);
     }
     std::uint8_t place = 0;

@@ -9,7 +9,6 @@
 #include <sqlite3.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
-#include <sys/vfs.h>
 #include <unistd.h>
 #include <vector>
 

@@ -1,5 +1,6 @@
-#include "RkUtilities/platform/Modules.h"
 #include "RkUtilities/platform/NumberFormats.h"
+
+#include "RkUtilities/platform/Modules.h"
 #include "RkUtilities/platform/PerThread.h"
 #include "RkUtilities/platform/icu/IcuServices.h"
 

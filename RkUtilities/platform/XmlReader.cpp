@@ -1,6 +1,7 @@
+#include "RkUtilities/platform/XmlReader.h"
+
 #include "RkUtilities/platform/FileCalls.h"
 #include "RkUtilities/platform/Modules.h"
-#include "RkUtilities/platform/XmlReader.h"
 #include "RkUtilities/platform/xml/XmlServices.h"
 
 #include <algorithm>
@@ -14,7 +15,7 @@ namespace rk::platform {
 namespace {
 
 constexpr std::int64_t kSmallestBlock = 1024;  // the length of a file may be a lie
-constexpr std::int64_t kLargestBlock = 32 * 1024;
+constexpr std::int64_t kLargestBlock = std::int64_t{32} * 1024;
 
 }  // namespace
 
