@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <cstring>
 #include <ostream>
-#include <stdexcept>
 
 namespace {
 
@@ -19,8 +18,7 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 std::size_t CheckedLength(std::size_t unitCount)
 {
-    if (unitCount >= INT_MAX)
-        throw std::length_error("a text holds at most INT_MAX - 1 code units");
+    rk::TextBuilder::CheckLength(unitCount);
     return unitCount;
 }
 
@@ -209,10 +207,10 @@ CString& CString::AppendUnits(std::u16string_view text)
 
 CString CString::Joined(std::u16string_view a, std::u16string_view b)
 {
-    rk::TextBuilder builder(a.size() + b.size());
-    builder.Append(a);
-    builder.Append(b);
-    return builder.Take();
+    return rk::TextBuilder::Written(a.size() + b.size(), [&](char16_t* units) {
+        rk::CopyUnits(a.data(), a.size(), units);
+        rk::CopyUnits(b.data(), b.size(), units + a.size());
+    });
 }
 
 // --- Texts from elsewhere

@@ -41,14 +41,18 @@ CString TextBuilder::Take()
 
 void TextBuilder::MoveToRoomFor(std::size_t unitCount)
 {
-    if (unitCount >= INT_MAX)
-        throw std::length_error("a text holds at most INT_MAX - 1 code units");
+    CheckLength(unitCount);
     char16_t* const units = SharedUnits::Allocate(unitCount);
     std::copy_n(m_units, m_length, units);
     if (!IsShort())
         SharedUnits::Release(m_units);
     m_units = units;
     m_capacity = unitCount;
+}
+
+void TextBuilder::ThrowTooLong()
+{
+    throw std::length_error("a text holds at most INT_MAX - 1 code units");
 }
 
 void TextBuilder::Grow(std::size_t leastUnitCount)

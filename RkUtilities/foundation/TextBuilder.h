@@ -4,6 +4,7 @@
 #include "RkUtilities/foundation/SharedUnits.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstddef>
 #include <string_view>
 
@@ -44,8 +45,34 @@ public:
     /// The text; the builder is empty afterwards.
     [[nodiscard]] CString Take();
 
+    /// A text of exactly `unitCount` units, all of which `write` writes to the place that it is given.
+    template <class Write>
+    [[nodiscard]] static CString Written(std::size_t unitCount, const Write& write)
+    {
+        CheckLength(unitCount);
+        CString text;
+        char16_t* units = text.m_storage.units;
+        if (unitCount > CString::kInlineUnits) {
+            units = SharedUnits::Allocate(unitCount);
+            text.m_storage.pointer = units;
+            text.m_kind = CString::Kind::Shared;
+        }
+        write(units);
+        units[unitCount] = 0;
+        text.m_length = static_cast<int>(unitCount);
+        return text;
+    }
+    /// Throws `std::length_error` for more units than a text holds.
+    static void CheckLength(std::size_t unitCount)
+    {
+        if (unitCount >= INT_MAX) [[unlikely]]
+            ThrowTooLong();
+    }
+
 private:
     static constexpr std::size_t kShortUnits = 64;
+
+    [[noreturn]] static void ThrowTooLong();
 
     [[nodiscard]] bool IsShort() const noexcept { return m_units == m_short; }
     void Reserve(std::size_t unitCount)
