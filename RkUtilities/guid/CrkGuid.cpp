@@ -1,8 +1,9 @@
 #include "RkUtilities/guid/CrkGuid.h"
 
+#include "RkUtilities/foundation/TextBuilder.h"
+#include "RkUtilities/foundation/UnitBlock.h"
 #include "RkUtilities/platform/Random.h"
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -18,15 +19,6 @@ constexpr std::array<std::size_t, 4> kHyphenUnits = {8, 13, 18, 23};
 /// byte first.
 constexpr std::array<std::size_t, 16> kDigitUnits = {6, 4, 2, 0, 11, 9, 16, 14, 19, 21, 24, 26, 28, 30, 32, 34};
 
-using DigitPair = std::array<char16_t, 2>;
-constexpr auto kDigitPairs = [] {
-    constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
-    std::array<DigitPair, 256> pairs = {};
-    for (std::size_t byte = 0; byte < pairs.size(); ++byte)
-        pairs[byte] = {kDigits[byte >> 4], kDigits[byte & 0xF]};
-    return pairs;
-}();
-
 constexpr std::uint8_t kNoDigit = 0xFF;
 constexpr auto kDigitValues = [] {
     std::array<std::uint8_t, 256> values = {};
@@ -37,11 +29,62 @@ constexpr auto kDigitValues = [] {
     return values;
 }();
 
+// Signed, since processors compare signed bytes best.
+using ByteBlock [[gnu::vector_size(16)]] = std::int8_t;
+
+ByteBlock InterleavedFront(ByteBlock a, ByteBlock b)
+{
+    return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+}
+ByteBlock InterleavedBack(ByteBlock a, ByteBlock b)
+{
+    return __builtin_shufflevector(a, b, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
+}
+
+/// The digits of bytes below 16.
+ByteBlock DigitsOf(rk::UnitBlock values)
+{
+    const auto bytes = reinterpret_cast<ByteBlock>(values);
+    return bytes + '0' + ((bytes > 9) & ('A' - '0' - 10));
+}
+
+constexpr bool kLowByteFirst = std::endian::native == std::endian::little;
+
+/// The first eight of sixteen ASCII characters as units, and the last eight.
+rk::UnitBlock FrontUnits(ByteBlock ascii)
+{
+    const ByteBlock none{};
+    return reinterpret_cast<rk::UnitBlock>(kLowByteFirst ? InterleavedFront(ascii, none)
+                                                         : InterleavedFront(none, ascii));
+}
+rk::UnitBlock BackUnits(ByteBlock ascii)
+{
+    const ByteBlock none{};
+    return reinterpret_cast<rk::UnitBlock>(kLowByteFirst ? InterleavedBack(ascii, none) : InterleavedBack(none, ascii));
+}
+
+/// Writes four units, leaves one out and writes the other four; the four that follow are overwritten.
+void StoreSplit(rk::UnitBlock units, char16_t* text)
+{
+    rk::StoreBlock(text, units);
+    rk::StoreBlock(text + 5, __builtin_shufflevector(units, units, 4, 5, 6, 7, 4, 5, 6, 7));
+}
+
 void WriteText(const CFUUIDBytes& record, char16_t* text)
 {
-    const auto bytes = std::bit_cast<ByteArray>(record);
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        std::copy_n(kDigitPairs[bytes[i]].data(), 2, text + kDigitUnits[i]);
+    // The first three groups are numbers, stored least significant byte first. Here are the bytes in the text's order:
+    const auto stored = std::bit_cast<rk::UnitBlock>(record);
+    const rk::UnitBlock swapped = stored << 8 | stored >> 8;
+    const rk::UnitBlock bytes = __builtin_shufflevector(swapped, stored, 1, 0, 2, 3, 12, 13, 14, 15);
+
+    const ByteBlock high = DigitsOf(bytes >> 4 & rk::FilledBlock(0x0F0F));
+    const ByteBlock low = DigitsOf(bytes & rk::FilledBlock(0x0F0F));
+    const ByteBlock front = InterleavedFront(high, low);
+    const ByteBlock back = InterleavedBack(high, low);
+    rk::StoreBlock(text, FrontUnits(front));
+    StoreSplit(BackUnits(front), text + 9);
+    StoreSplit(FrontUnits(back), text + 19);
+    rk::StoreBlock(text + 28, BackUnits(back));
     for (const std::size_t unit : kHyphenUnits)
         text[unit] = u'-';
 }
@@ -83,16 +126,14 @@ CFUUIDBytes CrkGuid::StringToGuid(const CString& text) noexcept
 
 CString CrkGuid::GuidToString(const CFUUIDBytes& bytes)
 {
-    std::array<char16_t, kTextUnitCount> text;
-    WriteText(bytes, text.data());
-    return std::u16string_view(text.data(), text.size());
+    return rk::TextBuilder::Written(kTextUnitCount, [&](char16_t* text) { WriteText(bytes, text); });
 }
 
 CString CrkGuid::GuidToStringWithBraces(const CFUUIDBytes& bytes)
 {
-    std::array<char16_t, kTextUnitCount + 2> text;
-    text.front() = u'{';
-    WriteText(bytes, text.data() + 1);
-    text.back() = u'}';
-    return std::u16string_view(text.data(), text.size());
+    return rk::TextBuilder::Written(kTextUnitCount + 2, [&](char16_t* text) {
+        text[0] = u'{';
+        WriteText(bytes, text + 1);
+        text[kTextUnitCount + 1] = u'}';
+    });
 }
