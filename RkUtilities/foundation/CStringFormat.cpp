@@ -1,13 +1,23 @@
 #include "RkUtilities/foundation/CString.h"
 
+#include "RkUtilities/foundation/FormatOutput.h"
 #include "RkUtilities/foundation/FormatRenderer.h"
 #include "RkUtilities/foundation/TextBuilder.h"
 
 void CString::FormatList(const CString& format, const rk::FormatArgument* arguments, std::size_t count)
 {
-    rk::TextBuilder text;
-    rk::RenderFormat(format.View(), {arguments, count}, text);
-    *this = text.Take();
+    char16_t shortUnits[128];
+    rk::FormatOutput output(shortUnits);
+    rk::RenderFormat(format.View(), {arguments, count}, output);
+    if (output.Fits()) {
+        *this = CString(Utf16, {shortUnits, output.UnitCount()});
+        return;
+    }
+    const std::size_t unitCount = output.UnitCount();
+    *this = rk::TextBuilder::Written(unitCount, [&](char16_t* units) {
+        rk::FormatOutput whole({units, unitCount});
+        rk::RenderFormat(format.View(), {arguments, count}, whole);
+    });
 }
 
 void CString::FormatV(const CString& format, std::va_list arguments)

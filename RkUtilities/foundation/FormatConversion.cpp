@@ -11,9 +11,6 @@ namespace {
 
 using Length = FormatConversion::Length;
 
-constexpr std::string_view kIntegerTypes = "duoxX";
-constexpr std::string_view kFloatingTypes = "fFeEgGaA";
-
 bool IsDigit(char16_t unit)
 {
     return unit >= u'0' && unit <= u'9';
@@ -113,21 +110,34 @@ Length TakeLength(std::u16string_view& format)
     return TakeIf(format, u'L') ? Length::LongDouble : Length::None;
 }
 
-bool IsOneOf(char type, std::string_view types)
-{
-    return types.find(type) != std::string_view::npos;
-}
-
 /// Whether C gives the pair of length and type a meaning that 8-bit arguments can have.
 bool IsKnown(Length length, char type)
 {
-    if (IsOneOf(type, kIntegerTypes))
+    switch (type) {
+    case 'd':
+    case 'u':
+    case 'o':
+    case 'x':
+    case 'X':
         return length != Length::LongDouble;
-    if (IsOneOf(type, kFloatingTypes))
+    case 'f':
+    case 'F':
+    case 'e':
+    case 'E':
+    case 'g':
+    case 'G':
+    case 'a':
+    case 'A':
         return length == Length::None || length == Length::Long || length == Length::LongDouble;
-    if (type == 'c')
+    case 'c':
         return length == Length::None || length == Length::Long;
-    return IsOneOf(type, "sp%") && length == Length::None;
+    case 's':
+    case 'p':
+    case '%':
+        return length == Length::None;
+    default:
+        return false;
+    }
 }
 
 }  // namespace
@@ -136,8 +146,8 @@ FormatConversion TakeConversion(std::u16string_view& format)
 {
     format.remove_prefix(1);  // the "%"
     FormatConversion conversion;
-    const bool isPlain = !format.empty() && format.front() >= u'A';  // what comes before a letter is no letter
-    if (!isPlain)
+    conversion.isPlain = !format.empty() && format.front() >= u'A';  // what comes before a letter is no letter
+    if (!conversion.isPlain)
         TakeLayout(format, conversion);
     conversion.length = TakeLength(format);
     if (format.empty())

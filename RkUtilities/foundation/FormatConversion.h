@@ -21,6 +21,7 @@ struct FormatCount {
 struct FormatConversion {
     enum class Length { None, Char, Short, Long, LongLong, Max, Size, Difference, LongDouble };
 
+    bool isPlain = false;  // nothing stands between "%" and the length
     bool leftAligned = false;
     bool plusSign = false;
     bool blankSign = false;

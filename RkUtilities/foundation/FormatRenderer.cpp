@@ -1,7 +1,7 @@
 #include "RkUtilities/foundation/FormatRenderer.h"
 
 #include "RkUtilities/foundation/FormatConversion.h"
-#include "RkUtilities/foundation/TextBuilder.h"
+#include "RkUtilities/foundation/FormatOutput.h"
 #include "RkUtilities/platform/CFormat.h"
 
 #include <algorithm>
@@ -64,6 +64,8 @@ int ReadCount(const FormatCount& count, ArgumentList& arguments, int absent)
 Layout ReadLayout(const FormatConversion& conversion, ArgumentList& arguments)
 {
     Layout layout;
+    if (conversion.isPlain)
+        return layout;
     const int width = ReadCount(conversion.width, arguments, 0);
     layout.width = std::abs(width);
     layout.leftAligned = conversion.leftAligned || width < 0;  // C: a negative width is the flag "-"
@@ -73,20 +75,20 @@ Layout ReadLayout(const FormatConversion& conversion, ArgumentList& arguments)
 
 /// Appends what `append` appends, `shownUnits` wide by C's count, padded with blanks to the width.
 template <class Append>
-void Pad(TextBuilder& text, const Layout& layout, std::size_t shownUnits, const Append& append)
+void Pad(FormatOutput& output, const Layout& layout, std::size_t shownUnits, const Append& append)
 {
     const auto width = static_cast<std::size_t>(layout.width);
     const std::size_t blanks = width > shownUnits ? width - shownUnits : 0;
     if (!layout.leftAligned)
-        text.Append(blanks, u' ');
+        output.Append(blanks, u' ');
     append();
     if (layout.leftAligned)
-        text.Append(blanks, u' ');
+        output.Append(blanks, u' ');
 }
 
-void AppendPadded(TextBuilder& text, const Layout& layout, std::string_view ascii)
+void AppendPadded(FormatOutput& output, const Layout& layout, std::string_view ascii)
 {
-    Pad(text, layout, ascii.size(), [&] { text.AppendAscii(ascii); });
+    Pad(output, layout, ascii.size(), [&] { output.AppendAscii(ascii); });
 }
 
 // --- Integers
@@ -156,7 +158,7 @@ std::string_view PrefixOf(const FormatConversion& conversion, const Integer& int
     return conversion.type == 'X' ? "0X" : "";
 }
 
-void AppendInteger(TextBuilder& text, const FormatConversion& conversion, Layout layout, const Integer& integer)
+void AppendInteger(FormatOutput& output, const FormatConversion& conversion, Layout layout, const Integer& integer)
 {
     char digits[CHAR_BIT * sizeof integer.magnitude];
     const int base = conversion.type == 'o' ? 8 : (conversion.type == 'x' || conversion.type == 'X') ? 16 : 10;
@@ -176,18 +178,28 @@ void AppendInteger(TextBuilder& text, const FormatConversion& conversion, Layout
         least = std::max(least, width - std::min(width, sign.size() + prefix.size()));
     }
     const std::size_t zeros = least > shown.size() ? least - shown.size() : 0;
-    Pad(text, layout, sign.size() + prefix.size() + zeros + shown.size(), [&] {
-        text.AppendAscii(sign);
-        text.AppendAscii(prefix);
-        text.Append(zeros, u'0');
-        text.AppendAscii(shown);
+    Pad(output, layout, sign.size() + prefix.size() + zeros + shown.size(), [&] {
+        output.AppendAscii(sign);
+        output.AppendAscii(prefix);
+        output.Append(zeros, u'0');
+        output.AppendAscii(shown);
     });
+}
+
+/// The same for a decimal number that is asked for as it is.
+void AppendDecimal(FormatOutput& output, const Integer& integer)
+{
+    char characters[24] = {'-'};
+    char* const digits = characters + 1;
+    const char* const end = std::to_chars(digits, std::end(characters), integer.magnitude).ptr;
+    const char* const first = integer.negative ? characters : digits;
+    output.AppendAscii({first, static_cast<std::size_t>(end - first)});
 }
 
 // --- Floating-point numbers
 // ----------------------------------------------------------------------------------------------
 
-void AppendFloating(TextBuilder& text, const FormatConversion& conversion, const Layout& layout,
+void AppendFloating(FormatOutput& output, const FormatConversion& conversion, const Layout& layout,
                     const FormatArgument& argument)
 {
     const bool wide = conversion.length == Length::LongDouble;
@@ -206,12 +218,12 @@ void AppendFloating(TextBuilder& text, const FormatConversion& conversion, const
     plain += wide ? "*.*L" : "*.*";
     plain += conversion.type;
     if (!wide)
-        text.AppendAscii(platform::FormatNumber(plain, layout.width, layout.precision, argument.Floating()));
+        output.AppendAscii(platform::FormatNumber(plain, layout.width, layout.precision, argument.Floating()));
     else if (argument.GetKind() == Kind::LongFloating)
-        text.AppendAscii(platform::FormatNumber(plain, layout.width, layout.precision, argument.LongFloating()));
+        output.AppendAscii(platform::FormatNumber(plain, layout.width, layout.precision, argument.LongFloating()));
     else
-        text.AppendAscii(platform::FormatNumber(plain, layout.width, layout.precision,
-                                                static_cast<long double>(argument.Floating())));
+        output.AppendAscii(platform::FormatNumber(plain, layout.width, layout.precision,
+                                                  static_cast<long double>(argument.Floating())));
 }
 
 // --- Texts, characters, pointers
@@ -243,16 +255,16 @@ std::string_view TextOf(const FormatArgument& argument, std::size_t most)
     return {utf8, most == std::string_view::npos ? std::strlen(utf8) : strnlen(utf8, most)};
 }
 
-void AppendText(TextBuilder& text, const Layout& layout, const FormatArgument& argument)
+void AppendText(FormatOutput& output, const Layout& layout, const FormatArgument& argument)
 {
     const std::size_t most = layout.precision < 0 ? std::string_view::npos : static_cast<std::size_t>(layout.precision);
     std::string_view bytes = TextOf(argument, most);
     if (bytes.size() == most)
         bytes = WithoutCutCharacter(bytes);
-    Pad(text, layout, bytes.size(), [&] { text.AppendUtf8(bytes); });
+    Pad(output, layout, bytes.size(), [&] { output.AppendUtf8(bytes); });
 }
 
-void AppendCharacter(TextBuilder& text, const FormatConversion& conversion, const Layout& layout,
+void AppendCharacter(FormatOutput& output, const FormatConversion& conversion, const Layout& layout,
                      const FormatArgument& argument)
 {
     if (!IsInteger(argument))
@@ -263,43 +275,46 @@ void AppendCharacter(TextBuilder& text, const FormatConversion& conversion, cons
     const long long most = conversion.length == Length::Long ? 0x10FFFF : 0xFFFF;
     if (codePoint < 0 || codePoint > most)
         throw FormatError("\"%c\" has an argument that is no character");
-    Pad(text, layout, 1, [&] {
+    Pad(output, layout, 1, [&] {
         if (codePoint > 0xFFFF)
-            text.Append(static_cast<char16_t>(0xD7C0 + (codePoint >> 10)));
-        text.Append(static_cast<char16_t>(codePoint > 0xFFFF ? 0xDC00 | (codePoint & 0x3FF) : codePoint));
+            output.Append(static_cast<char16_t>(0xD7C0 + (codePoint >> 10)));
+        output.Append(static_cast<char16_t>(codePoint > 0xFFFF ? 0xDC00 | (codePoint & 0x3FF) : codePoint));
     });
 }
 
-void AppendPointer(TextBuilder& text, const Layout& layout, const FormatArgument& argument)
+void AppendPointer(FormatOutput& output, const Layout& layout, const FormatArgument& argument)
 {
     const void* pointer = argument.GetKind() == Kind::Text ? argument.Text() : argument.Pointer();
     if (argument.GetKind() != Kind::Text && argument.GetKind() != Kind::Pointer)
         throw FormatError("\"%p\" has an argument that is no pointer");
     if (pointer == nullptr)
-        return AppendPadded(text, layout, "(nil)");
+        return AppendPadded(output, layout, "(nil)");
     char digits[2 + 2 * sizeof pointer] = {'0', 'x'};
     char* const end = std::to_chars(digits + 2, std::end(digits), reinterpret_cast<std::uintptr_t>(pointer), 16).ptr;
-    AppendPadded(text, layout, {digits, static_cast<std::size_t>(end - digits)});
+    AppendPadded(output, layout, {digits, static_cast<std::size_t>(end - digits)});
 }
 
-void AppendArgument(TextBuilder& text, const FormatConversion& conversion, const Layout& layout,
+void AppendArgument(FormatOutput& output, const FormatConversion& conversion, const Layout& layout,
                     const FormatArgument& argument)
 {
     switch (conversion.type) {
     case 's':
-        return AppendText(text, layout, argument);
+        return AppendText(output, layout, argument);
     case 'c':
-        return AppendCharacter(text, conversion, layout, argument);
+        return AppendCharacter(output, conversion, layout, argument);
     case 'p':
-        return AppendPointer(text, layout, argument);
+        return AppendPointer(output, layout, argument);
     case 'd':
     case 'u':
+        if (conversion.isPlain)
+            return AppendDecimal(output, ReadInteger(conversion, argument));
+        [[fallthrough]];
     case 'o':
     case 'x':
     case 'X':
-        return AppendInteger(text, conversion, layout, ReadInteger(conversion, argument));
+        return AppendInteger(output, conversion, layout, ReadInteger(conversion, argument));
     default:
-        return AppendFloating(text, conversion, layout, argument);
+        return AppendFloating(output, conversion, layout, argument);
     }
 }
 
@@ -379,17 +394,17 @@ private:
 
 }  // namespace
 
-void RenderFormat(std::u16string_view format, std::span<const FormatArgument> arguments, TextBuilder& text)
+void RenderFormat(std::u16string_view format, std::span<const FormatArgument> arguments, FormatOutput& output)
 {
     ArgumentList list(arguments);
     Walk(
-        format, [&](std::u16string_view literal) { text.Append(literal); },
+        format, [&](std::u16string_view literal) { output.Append(literal); },
         [&](const FormatConversion& conversion) {
             const Layout layout = ReadLayout(conversion, list);
             if (conversion.type == '%')
-                text.Append(u'%');
+                output.Append(u'%');
             else
-                AppendArgument(text, conversion, layout, list.At(conversion.place));
+                AppendArgument(output, conversion, layout, list.At(conversion.place));
         });
 }
 
