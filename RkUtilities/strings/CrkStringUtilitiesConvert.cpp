@@ -3,6 +3,7 @@
 #include "RkUtilities/foundation/NumberScan.h"
 #include "RkUtilities/foundation/StUTF8Buffer.h"
 #include "RkUtilities/foundation/TextBuilder.h"
+#include "RkUtilities/foundation/UnitBlock.h"
 #include "RkUtilities/platform/Unicode.h"
 
 #include <algorithm>
@@ -28,6 +29,11 @@ std::u16string_view WithoutLeadingWhiteSpace(std::u16string_view text)
     return text.substr(static_cast<std::size_t>(first - text.begin()));
 }
 
+bool IsSurrogate(char16_t unit)
+{
+    return (unit & 0xF800) == 0xD800;
+}
+
 /// The number to show of a byte count and its unit.
 struct ByteNumber {
     double number;
@@ -50,10 +56,15 @@ ByteNumber InLargestUnit(double byteCount)
 
 CString CrkStringUtilities::AppendInt(unsigned short const* text, int value)
 {
-    char digits[24];
-    rk::TextBuilder result;
-    result.AppendUtf8(CString(text).ToUtf8().append(Decimal(value, digits)));  // what "%s%d" makes, lone surrogates too
-    return result.Take();
+    const std::u16string_view front = text != nullptr ? std::u16string_view(rk::AsChar16(text)) : std::u16string_view();
+    char buffer[24];
+    const std::string_view digits = Decimal(value, buffer);
+    if (std::any_of(front.begin(), front.end(), IsSurrogate))  // lone ones become U+FFFD, as "%s" makes them
+        return CString(CString(front).ToUtf8().append(digits));
+    return rk::TextBuilder::Written(front.size() + digits.size(), [&](char16_t* units) {
+        rk::CopyUnits(front.data(), front.size(), units);
+        std::copy(digits.begin(), digits.end(), units + front.size());
+    });
 }
 
 CString CrkStringUtilities::MakeByteString(unsigned long byteCount)
