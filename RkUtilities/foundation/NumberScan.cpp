@@ -8,12 +8,24 @@
 #include <cstdint>
 #include <iterator>
 #include <limits>
+#include <optional>
 
 namespace rk {
 
 namespace {
 
 constexpr int kNoDigit = -1;
+
+// A number of that many digits, times or through such a power of ten, takes one step on exact operands: it rounds right.
+constexpr std::int64_t kExactDigits = 15;
+constexpr std::int64_t kExactExponent = 22;
+constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+constexpr bool IsAsciiDigit(char16_t unit)
+{
+    return unit >= u'0' && unit <= u'9';
+}
 
 /// Takes signs, digits and separators off the front of a text.
 class Reader {
@@ -56,10 +68,7 @@ public:
     }
 
 private:
-    [[nodiscard]] bool NextDigitIsAscii() const noexcept
-    {
-        return !m_rest.empty() && m_rest.front() >= u'0' && m_rest.front() <= u'9';
-    }
+    [[nodiscard]] bool NextDigitIsAscii() const noexcept { return !m_rest.empty() && IsAsciiDigit(m_rest.front()); }
     int TakeLocalDigit() noexcept
     {
         char32_t character = m_rest.front();
@@ -99,7 +108,7 @@ public:
         if (wholeDigits < -kMostWholeDigits)
             return 0;
         if (m_length <= kExactDigits && m_exponent <= kExactExponent && m_exponent >= -kExactExponent) {
-            const auto digits = static_cast<double>(m_digits);  // both operands are exact: one step rounds
+            const auto digits = static_cast<double>(m_digits);
             return m_exponent < 0 ? digits / kPowersOfTen[-m_exponent] : digits * kPowersOfTen[m_exponent];
         }
         m_text[m_length] = 'e';
@@ -113,10 +122,6 @@ public:
 private:
     static constexpr std::int64_t kMostDigits = 770;       // a tie between two doubles has at most 767
     static constexpr std::int64_t kMostWholeDigits = 400;  // doubles have fewer than 310, and -323 at least
-    static constexpr std::int64_t kExactDigits = 15;
-    static constexpr std::int64_t kExactExponent = 22;
-    static constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                              1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
     /// Whether the digit shifts those before it: leading zeros do, digits that are not kept do not.
     bool Add(int digit) noexcept
@@ -137,6 +142,30 @@ private:
     std::int64_t m_exponent = 0;
     bool m_digitsLost = false;
 };
+
+/// The number without a sign at the start of a text, if it is a common one: a few ASCII digits, without an exponent.
+std::optional<double> CommonNumber(std::u16string_view text, std::u16string_view decimalSeparator) noexcept
+{
+    std::uint64_t digits = 0;
+    std::size_t at = 0;
+    const auto takeDigits = [&] {
+        const std::size_t start = at;
+        for (; at < text.size() && IsAsciiDigit(text[at]); ++at)
+            digits = digits * 10 + (text[at] - u'0');
+        return at - start;
+    };
+    std::size_t digitCount = takeDigits();
+    std::size_t decimalCount = 0;
+    if (!decimalSeparator.empty() && text.substr(at, decimalSeparator.size()) == decimalSeparator) {
+        at += decimalSeparator.size();
+        decimalCount = takeDigits();
+        digitCount += decimalCount;
+    }
+    const bool mayGoOn = at < text.size() && (text[at] >= 0x80 || text[at] == u'e' || text[at] == u'E');
+    if (digitCount == 0 || digitCount > kExactDigits || mayGoOn)
+        return std::nullopt;
+    return static_cast<double>(digits) / kPowersOfTen[decimalCount];
+}
 
 /// Takes an exponent if all of it is there.
 std::int64_t TakeExponent(Reader& reader)
@@ -163,6 +192,10 @@ bool ScanDouble(std::u16string_view text, const NumberSpelling& spelling, double
 {
     Reader reader(text, spelling);
     const bool negative = reader.TakeMinus();
+    if (const std::optional<double> common = CommonNumber(reader.Rest(), spelling.decimalSeparator)) {
+        value = negative ? -*common : *common;
+        return true;
+    }
     Decimal decimal;
     bool anyDigit = false;
     for (int digit = reader.TakeDigit(); digit != kNoDigit; digit = reader.TakeDigit()) {

@@ -48,6 +48,8 @@ std::u16string_view Trimmed(std::u16string_view text)
 
 void DigitRun::AppendTo(TextBuilder& builder, std::size_t start, std::size_t count) const
 {
+    if (leadingZeros == 0 && start <= first.size() && count <= first.size() - start)
+        return builder.Append(first.substr(start, count));  // the common case
     const auto take = [&](std::size_t length, const auto& append) {
         const std::size_t skipped = std::min(start, length);
         const std::size_t taken = std::min(count, length - skipped);
@@ -81,12 +83,16 @@ std::optional<SplitNumber> Split(const CString& text, std::u16string_view decima
     if (number.negative || rest.front() == u'+')
         rest.remove_prefix(1);
 
-    std::size_t exponentAt = rest.find(u'e');
+    const auto isDigit = [](char16_t unit) { return unit >= u'0' && unit <= u'9'; };
+    const auto digitsEnd = std::find_if_not(rest.begin(), rest.end(), isDigit);
+    const auto wholeDigits = static_cast<std::size_t>(digitsEnd - rest.begin());  // hold neither point nor exponent
+    std::size_t exponentAt = rest.find(u'e', wholeDigits);
     if (exponentAt == std::u16string_view::npos)
-        exponentAt = rest.find(u'E');
+        exponentAt = rest.find(u'E', wholeDigits);
     const std::u16string_view digits = rest.substr(0, exponentAt);
 
-    const std::size_t pointAt = decimalPoint.empty() ? std::u16string_view::npos : digits.find(decimalPoint);
+    const std::size_t pointAt =
+        decimalPoint.empty() ? std::u16string_view::npos : digits.find(decimalPoint, wholeDigits);
     number.integer.first = digits.substr(0, pointAt);
     number.fraction.first = fractionBefore;
     if (pointAt != std::u16string_view::npos && pointAt + decimalPoint.size() < digits.size())
@@ -111,11 +117,21 @@ void AppendDecimals(TextBuilder& builder, const DigitRun& fraction, std::size_t 
 void AppendGrouped(TextBuilder& builder, const DigitRun& integer, std::u16string_view separator)
 {
     const std::size_t length = integer.Length();
-    std::size_t groupUnits = length % kGroupUnits == 0 ? kGroupUnits : length % kGroupUnits;
-    for (std::size_t at = 0; at < length; at += groupUnits, groupUnits = kGroupUnits) {
-        if (at != 0)
-            builder.Append(separator);
-        integer.AppendTo(builder, at, groupUnits);
+    if (length <= kGroupUnits)
+        return integer.AppendTo(builder, 0, length);
+    if (integer.first.size() != length) {  // a run with zeros or of two stretches, which an exponent has made
+        const CString digits = integer.Text();
+        return AppendGrouped(builder, DigitRun(digits), separator);
+    }
+    const std::size_t separatorCount = (length - 1) / kGroupUnits;
+    char16_t* group = builder.Extend(length + separatorCount * separator.size());
+    const char16_t* digit = integer.first.data();
+    group = std::copy_n(digit, length - separatorCount * kGroupUnits, group);
+    digit += length - separatorCount * kGroupUnits;
+    for (std::size_t i = 0; i < separatorCount; ++i, digit += kGroupUnits) {
+        for (const char16_t unit : separator)
+            *group++ = unit;
+        group = std::copy_n(digit, kGroupUnits, group);
     }
 }
 

@@ -59,7 +59,7 @@ bool IsAlphaNumeric(char16_t unit)
     return Icu().isAlphaNumeric(unit);
 }
 
-bool IsWhiteSpace(char16_t unit)
+bool IsWhiteSpaceBeyondAscii(char16_t unit)
 {
     return Icu().isWhiteSpace(unit);
 }

@@ -41,7 +41,12 @@ const CaseTable& FoldedCase();
 
 /// Categories L* and Nd.
 bool IsAlphaNumeric(char16_t unit);
+/// The property White_Space, of units from 0x80 on.
+bool IsWhiteSpaceBeyondAscii(char16_t unit);
 /// The property White_Space.
-bool IsWhiteSpace(char16_t unit);
+inline bool IsWhiteSpace(char16_t unit)
+{
+    return unit < 0x80 ? unit == u' ' || (unit >= u'\t' && unit <= u'\r') : IsWhiteSpaceBeyondAscii(unit);
+}
 
 }  // namespace rk::platform
