@@ -1,6 +1,7 @@
 #include "RkUtilities/foundation/TextBuilder.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace {
@@ -11,12 +12,12 @@ constexpr char16_t kQuote = u'"';
 
 CString WithExtension(std::u16string_view name, std::u16string_view extension)
 {
-    rk::TextBuilder builder(name.size() + 1 + extension.size());
-    builder.Append(name);
-    if (!extension.empty() && extension.front() != u'.')
-        builder.Append(u'.');
-    builder.Append(extension);
-    return builder.Take();
+    const std::size_t dotUnits = !extension.empty() && extension.front() != u'.' ? 1 : 0;
+    return rk::TextBuilder::Written(name.size() + dotUnits + extension.size(), [&](char16_t* units) {
+        std::copy(name.begin(), name.end(), units);
+        std::fill_n(units + name.size(), dotUnits, u'.');
+        std::copy(extension.begin(), extension.end(), units + name.size() + dotUnits);
+    });
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/foundation/TextBuilder.h"
+#include "RkUtilities/foundation/UnitBlock.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
 #include "RkUtilities/paths/PathNames.h"
 #include "RkUtilities/platform/NameCompare.h"
@@ -21,6 +22,23 @@ std::u16string_view ElementAt(std::u16string_view path, std::size_t start)
 
 // In these functions a clean path is "" for the root, else a "/" before each element: no element is empty, "." or "..".
 
+// Whether no "/" is followed by another one or by ".": a quick look that most paths pass.
+bool HasOrdinaryElements(std::u16string_view path)
+{
+    constexpr std::size_t kLookedAt = rk::kBlockUnits + 1;
+    if (path.size() < kLookedAt)
+        return false;
+    const auto isOrdinaryAt = [units = path.data()](std::size_t at) {
+        const rk::UnitBlock following = rk::LoadBlock(units + at + 1);
+        const auto isOdd = (following == rk::FilledBlock(u'/')) | (following == rk::FilledBlock(u'.'));
+        return !rk::AnyLane((rk::LoadBlock(units + at) == rk::FilledBlock(u'/')) & isOdd);
+    };
+    std::size_t at = 0;
+    while (at + kLookedAt < path.size() && isOrdinaryAt(at))
+        at += rk::kBlockUnits;
+    return at + kLookedAt >= path.size() && isOrdinaryAt(path.size() - kLookedAt) && path.back() != u'/';
+}
+
 // The part of `path` that is its clean form, if it has one as it stands: one "/" at the end is left out.
 std::optional<std::u16string_view> CleanAsItStands(std::u16string_view path)
 {
@@ -28,6 +46,8 @@ std::optional<std::u16string_view> CleanAsItStands(std::u16string_view path)
         return std::nullopt;
     if (path.ends_with(u'/'))
         path.remove_suffix(1);
+    if (HasOrdinaryElements(path))
+        return path;
     for (std::size_t slash = 0; slash < path.size(); slash = std::min(path.find(u'/', slash + 1), path.size())) {
         const char16_t next = slash + 1 < path.size() ? path[slash + 1] : u'/';
         if (next != u'/' && next != u'.')
@@ -81,6 +101,20 @@ private:
     std::optional<std::u16string_view> m_view;
 };
 
+std::size_t CommonUnits(std::u16string_view first, std::u16string_view second)
+{
+    const std::size_t most = std::min(first.size(), second.size());
+    std::size_t common = 0;
+    for (; common + rk::kBlockUnits <= most; common += rk::kBlockUnits) {
+        const auto differ = rk::LoadBlock(first.data() + common) != rk::LoadBlock(second.data() + common);
+        if (rk::AnyLane(differ))
+            return common + rk::FirstLane(differ);
+    }
+    while (common < most && first[common] == second[common])
+        ++common;
+    return common;
+}
+
 // How far two clean paths lead through the same folders: what follows is "" or begins with "/".
 struct CommonPart {
     std::size_t ofTarget;
@@ -89,8 +123,7 @@ struct CommonPart {
 
 CommonPart FindCommonPart(std::u16string_view target, std::u16string_view base)
 {
-    const auto [targetEnd, baseEnd] = std::mismatch(target.begin(), target.end(), base.begin(), base.end());
-    auto common = static_cast<std::size_t>(targetEnd - target.begin());
+    std::size_t common = CommonUnits(target, base);
     const auto elementEndsAt = [common](std::u16string_view path) {
         return common == path.size() || path[common] == u'/';
     };
@@ -123,10 +156,12 @@ CString CrkPathUtilities::CalcRelativePathname(CString target, CString baseFolde
     const std::u16string_view left = cleanBase.View()->substr(common.ofBase);
     const auto upCount = static_cast<std::size_t>(std::count(left.begin(), left.end(), u'/'));
 
-    rk::TextBuilder relative(3 * upCount + 1 + down.size());
-    relative.Append(upCount == 0 ? u"." : u"..");
-    for (std::size_t i = 1; i < upCount; ++i)
-        relative.Append(u"/..");
-    relative.Append(down);
-    return relative.Take();
+    const std::size_t upUnits = upCount == 0 ? 1 : 3 * upCount - 1;
+    return rk::TextBuilder::Written(upUnits + down.size(), [&](char16_t* units) {
+        char16_t* end = units;
+        for (std::size_t i = 0; i < upCount; ++i)
+            end = std::copy_n(u"../", 3, end);
+        units[upUnits - 1] = u'.';  // where there is no step up
+        rk::CopyUnits(down.data(), down.size(), units + upUnits);
+    });
 }

@@ -168,7 +168,7 @@ TEST(Paths, LeadToTheTargetWhateverTheCaseAndTheComposition)
 
 TEST(Paths, LeadToTheTargetAsTheStandardLibraryReadsThem)
 {
-    constexpr std::string_view kElements[] = {"a", "b", "aa", ".", "..", "", "..."};
+    constexpr std::string_view kElements[] = {"a", "b", "aa", ".", "..", "", "...", "long name"};
     std::mt19937 random(3);
     const auto makePath = [&] {
         std::string path = "/";
