@@ -157,17 +157,30 @@ private:
 
     void MoveElementsTo(Storage& wider, std::size_t addedCount)
     {
+        if constexpr (std::is_nothrow_move_constructible_v<T>) {
+            for (std::size_t i = 0; i < m_count;
+                 ++i) {  // one after the other, so that what a move leaves is not stored
+                std::construct_at(wider.m_elements + i, std::move(m_storage.m_elements[i]));
+                std::destroy_at(m_storage.m_elements + i);
+            }
+        } else {
+            CopyOrMoveElementsTo(wider, addedCount);
+            std::destroy_n(m_storage.m_elements, m_count);
+        }
+        SwapStorage(wider);
+    }
+
+    void CopyOrMoveElementsTo(Storage& wider, std::size_t addedCount)
+    {
         try {
-            if constexpr (std::is_nothrow_move_constructible_v<T> || !std::is_copy_constructible_v<T>)
-                std::uninitialized_move_n(m_storage.m_elements, m_count, wider.m_elements);
-            else
+            if constexpr (std::is_copy_constructible_v<T>)
                 std::uninitialized_copy_n(m_storage.m_elements, m_count, wider.m_elements);
+            else
+                std::uninitialized_move_n(m_storage.m_elements, m_count, wider.m_elements);
         } catch (...) {
             std::destroy_n(wider.m_elements + m_count, addedCount);
             throw;
         }
-        std::destroy_n(m_storage.m_elements, m_count);
-        SwapStorage(wider);
     }
 
     void SwapStorage(Storage& other) noexcept
