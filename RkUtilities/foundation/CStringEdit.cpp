@@ -144,7 +144,7 @@ int CString::Replace(const CString& before, const CString& after)
 
 int CString::Remove(unsigned short unit)
 {
-    const auto count = std::count(begin(), end(), static_cast<char16_t>(unit));
+    const std::size_t count = rk::CountUnits(View(), static_cast<char16_t>(unit));
     if (count == 0)
         return 0;
     char16_t* const units = Writable();

@@ -2,6 +2,7 @@
 
 #include "RkUtilities/foundation/CharacterTypes.h"
 #include "RkUtilities/foundation/TextSearch.h"
+#include "RkUtilities/foundation/UnitBlock.h"
 #include "RkUtilities/platform/Unicode.h"
 
 #include <algorithm>
@@ -137,7 +138,7 @@ unsigned short CrkStringUtilities::GetLastChar(CString text, bool trimFirst)
 
 int CrkStringUtilities::CountOccurrences(const CString& text, unsigned short unit)
 {
-    return static_cast<int>(std::count(text.begin(), text.end(), static_cast<char16_t>(unit)));
+    return static_cast<int>(rk::CountUnits(text.View(), static_cast<char16_t>(unit)));
 }
 
 int CrkStringUtilities::ReverseFindOneOf(const CString& text, const CString& set)

@@ -1,6 +1,8 @@
 #include "RkUtilities/strings/CrkStringUtilities.h"
 
 #include "RkUtilities/foundation/TextBuilder.h"
+#include "RkUtilities/foundation/TextSearch.h"
+#include "RkUtilities/foundation/UnitBlock.h"
 
 #include <algorithm>
 #include <climits>
@@ -19,10 +21,10 @@ bool IsBlankView(std::u16string_view text)
 
 std::u16string_view WithoutLeadingBlankLines(std::u16string_view text)
 {
-    for (std::size_t feed = text.find(u'\n'); feed != std::u16string_view::npos && IsBlankView(text.substr(0, feed));
-         feed = text.find(u'\n'))
-        text.remove_prefix(feed + 1);
-    return text;
+    const auto isBlank = [](char16_t unit) { return unit <= 0x20; };
+    const auto firstText = std::find_if_not(text.begin(), text.end(), isBlank);
+    const std::size_t feed = text.substr(0, static_cast<std::size_t>(firstText - text.begin())).rfind(u'\n');
+    return feed == std::u16string_view::npos ? text : text.substr(feed + 1);
 }
 
 /// The units that the wrapped text is likely to have, so that it hardly ever outgrows its memory while it is made: a
@@ -31,13 +33,10 @@ std::size_t LikelyUnits(std::u16string_view text, std::u16string_view separator,
 {
     const auto lineUnits = static_cast<std::size_t>(std::max(width, 0));
     const auto mostLines = static_cast<std::size_t>(std::max(maximumLines, 0));
-    const auto feeds = [](std::u16string_view units) {
-        return static_cast<std::size_t>(std::count(units.begin(), units.end(), u'\n'));
-    };
-    std::size_t lines = 1 + feeds(text);
+    std::size_t lines = 1 + rk::CountUnits(text, u'\n');
     std::size_t most = std::min<std::size_t>(2 * text.size() + kEllipsis.size(), INT_MAX - 1);
     if (lineUnits > separator.size()) {
-        lines += text.size() / ((lineUnits - separator.size()) * 3 / 4 + 1) * (1 + feeds(separator));
+        lines += text.size() / ((lineUnits - separator.size()) * 3 / 4 + 1) * (1 + rk::CountUnits(separator, u'\n'));
         most = std::min(most, mostLines * (lineUnits + separator.size() + 1) + kEllipsis.size());
     }
     return std::min(text.size() + std::min(lines, mostLines) * separator.size() + kEllipsis.size(), most);
@@ -74,10 +73,13 @@ private:
     [[nodiscard]] std::size_t LineEnd() const
     {
         const std::size_t enough = CanBreak() ? std::min(Left(), m_width + 1) : Left();
-        std::size_t end = std::min<std::size_t>(1, Left());
-        while (end < enough && At(end) != u'\n')
-            ++end;
-        return end;
+        constexpr char16_t kFeed = u'\n';
+        const std::u16string_view leftOver = std::u16string_view(m_leftOver).substr(0, enough);
+        const std::size_t end = rk::FirstOf<1>(&kFeed, leftOver, std::min<std::size_t>(1, Left()));
+        if (end < leftOver.size() || leftOver.size() == enough)
+            return end;
+        const std::u16string_view rest = m_rest.substr(0, enough - leftOver.size());
+        return leftOver.size() + rk::FirstOf<1>(&kFeed, rest, end - leftOver.size());
     }
     [[nodiscard]] bool CanBreak() const { return m_width > m_separator.size(); }
 
@@ -120,10 +122,11 @@ private:
     /// Moves units to the result.
     void Place(std::size_t count)
     {
+        char16_t* const to = m_result.Extend(count);
         const std::size_t ofLeftOver = std::min(count, m_leftOver.size());
-        m_result.Append(std::u16string_view(m_leftOver).substr(0, ofLeftOver));
+        rk::CopyUnits(m_leftOver.data(), ofLeftOver, to);
+        rk::CopyUnits(m_rest.data(), count - ofLeftOver, to + ofLeftOver);
         m_leftOver.erase(0, ofLeftOver);
-        m_result.Append(m_rest.substr(0, count - ofLeftOver));
         m_rest.remove_prefix(count - ofLeftOver);
     }
 
