@@ -132,6 +132,11 @@ CommonPart FindCommonPart(std::u16string_view target, std::u16string_view base)
 
     CommonPart part{common, common};
     while (part.ofTarget < target.size() && part.ofBase < base.size()) {
+        const char16_t targetUnit = target[part.ofTarget + 1];  // elements are not empty
+        const char16_t baseUnit = base[part.ofBase + 1];
+        const bool bothAscii = (targetUnit | baseUnit) < 0x80;
+        if (bothAscii && ((targetUnit ^ baseUnit) & ~0x20) != 0)
+            break;  // more than the case tells their first letters apart
         const std::u16string_view targetElement = ElementAt(target, part.ofTarget + 1);
         const std::u16string_view baseElement = ElementAt(base, part.ofBase + 1);
         if (!IsSameName(targetElement, baseElement))
