@@ -55,9 +55,12 @@ CString::CString(char const* bytes, unsigned long byteCount, unsigned int encodi
 
 CString::CString(Utf16Tag, std::u16string_view text) : CString()
 {
-    if (text.size() > kInlineUnits)
-        Adopt(rk::SharedUnits::Allocate(CheckedLength(text.size())), 0);
-    char16_t* const units = MutableUnits();
+    char16_t* units = m_storage.units;
+    if (text.size() > kInlineUnits) {
+        units = rk::SharedUnits::Allocate(CheckedLength(text.size()));
+        m_storage.pointer = units;
+        m_kind = Kind::Shared;
+    }
     rk::CopyUnits(text.data(), text.size(), units);
     units[text.size()] = 0;
     m_length = static_cast<int>(text.size());
