@@ -11,27 +11,44 @@ namespace {
 
 bool Is(unsigned short unit, unsigned classes) noexcept
 {
-    return (rk::kXmlCharacters.ClassesOf(unit) & classes) != 0;
+    return (rk::kXmlClasses[unit] & classes) != 0;
 }
 
-/// What a name may begin with and what may follow.
+/// What a name may begin with and what may follow; what may begin may follow too.
 struct NameRule {
-    unsigned following;  // classes
+    rk::XmlCharacterClass following;
     bool colonBegins;
 
     [[nodiscard]] bool Begins(char16_t unit) const noexcept
     {
-        return Is(unit, rk::XmlLetter) || unit == u'_' || (colonBegins && unit == u':');
+        return Is(unit, rk::XmlNcNameStart) || (colonBegins && unit == u':');
     }
     [[nodiscard]] bool Follows(char16_t unit) const noexcept { return Is(unit, following); }
 };
 constexpr NameRule kName{rk::XmlNameChar, true};
 constexpr NameRule kNcName{rk::XmlNcNameChar, false};
 
+/// Whether four units may stand in a name, with one decision for all.
+bool FollowFour(const char16_t* units, const NameRule& rule) noexcept
+{
+    const auto& classes = rk::kXmlClasses;
+    return (classes[units[0]] & classes[units[1]] & classes[units[2]] & classes[units[3]] & rule.following) != 0;
+}
+
 bool IsValid(std::u16string_view text, const NameRule& rule) noexcept
 {
-    return !text.empty() && rule.Begins(text.front()) &&
-           std::all_of(text.begin() + 1, text.end(), [&](char16_t unit) { return rule.Follows(unit); });
+    constexpr std::size_t kStep = 4;
+    if (text.empty() || !rule.Begins(text.front()))
+        return false;
+    if (text.size() < kStep)
+        return std::all_of(text.begin() + 1, text.end(), [&](char16_t unit) { return rule.Follows(unit); });
+    // The last four are looked at once more rather than what is left of them one by one.
+    const char16_t* const last = text.data() + text.size() - kStep;
+    for (const char16_t* units = text.data(); units < last; units += kStep) {
+        if (!FollowFour(units, rule))
+            return false;
+    }
+    return FollowFour(last, rule);
 }
 
 template <class Accepts>
@@ -71,7 +88,7 @@ bool CrkXmlUtilities::IsChar(unsigned short unit) noexcept
 
 bool CrkXmlUtilities::IsLetter(unsigned short unit) noexcept
 {
-    return Is(unit, rk::XmlLetter);
+    return Is(unit, rk::XmlBaseChar | rk::XmlIdeographic);
 }
 
 bool CrkXmlUtilities::IsBaseChar(unsigned short unit) noexcept

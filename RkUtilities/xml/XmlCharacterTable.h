@@ -1,40 +1,23 @@
 #pragma once
 
-#include <cstddef>
+#include <array>
 #include <cstdint>
 
 namespace rk {
 
-/// The classes of a code unit, a bit each.
+/// What a code unit is, a bit each. The last three sum up where it may stand, so that asking for a name is one test.
 enum XmlCharacterClass : std::uint8_t {
     XmlBaseChar = 1,
     XmlIdeographic = 2,
     XmlCombiningChar = 4,
     XmlDigit = 8,
     XmlExtender = 16,
-    XmlNcNamePunctuation = 32,  // ".", "-", "_"
-    XmlColon = 64,
-    XmlLetter = XmlBaseChar | XmlIdeographic,
-    XmlNcNameChar = XmlLetter | XmlCombiningChar | XmlDigit | XmlExtender | XmlNcNamePunctuation,
-    XmlNameChar = XmlNcNameChar | XmlColon,
+    XmlNcNameStart = 32,  // a letter or "_"
+    XmlNcNameChar = 64,
+    XmlNameChar = 128,  // an NCNameChar or ":"
 };
 
-/// The classes of all code units, in two stages: equal blocks stand once, so that about 10 KB serve 65,536 units.
-struct XmlCharacterTable {
-    static constexpr unsigned kBlockBits = 7;
-    static constexpr std::size_t kBlockUnits = std::size_t{1} << kBlockBits;
-    static constexpr std::size_t kMostDifferentBlocks = 80;
-
-    std::uint8_t blocks[0x10000 / kBlockUnits]{};  // which block of classes a unit's high bits name
-    std::uint8_t classes[kMostDifferentBlocks * kBlockUnits]{};
-
-    [[nodiscard]] constexpr unsigned ClassesOf(unsigned short unit) const noexcept
-    {
-        const std::size_t block = blocks[unit >> kBlockBits];
-        return classes[block * kBlockUnits + unit % kBlockUnits];
-    }
-};
-
-extern const XmlCharacterTable kXmlCharacters;
+/// The classes of all code units. Flat: a text touches only the lines of its own script.
+extern const std::array<std::uint8_t, 0x10000> kXmlClasses;
 
 }  // namespace rk

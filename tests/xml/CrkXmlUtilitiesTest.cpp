@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <libxml/chvalid.h>
 
+#include <string>
+
 namespace {
 
 using Xml = CrkXmlUtilities;
@@ -27,6 +29,21 @@ TEST(XmlCharacters, AreThoseOfAppendixBForEveryCodeUnit)
         const CString first(u);
         ASSERT_EQ(Xml::IsValidNCName(first + u"a"), letter || unit == '_') << std::hex << unit;
         ASSERT_EQ(Xml::IsValidName(u"a" + first), ncName || unit == ':') << std::hex << unit;
+    }
+}
+
+TEST(XmlNames, AreLookedAtInEveryPlace)
+{
+    for (std::size_t length = 1; length < 14; ++length) {
+        std::u16string name(length, u'a');
+        EXPECT_TRUE(Xml::IsValidName(name) && Xml::IsValidNCName(name));
+        for (char16_t& unit : name) {
+            unit = u':';
+            EXPECT_TRUE(Xml::IsValidName(name) && !Xml::IsValidNCName(name)) << length;
+            unit = u' ';
+            EXPECT_FALSE(Xml::IsValidName(name) || Xml::IsValidNCName(name)) << length;
+            unit = u'a';
+        }
     }
 }
 
