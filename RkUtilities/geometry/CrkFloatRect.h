@@ -58,16 +58,14 @@ struct RK_EXPORT CrkFloatRect {
 inline bool CrkFloatRect::Intersect(CrkFloatRect& result, const CrkFloatRect& a, const CrkFloatRect& b) noexcept
 {
     // The lanes hold x and y of a, then of b.
-    const rk::FloatLanes fieldsOfA = rk::LoadLanes(&a), fieldsOfB = rk::LoadLanes(&b);
-    const rk::FloatLanes origins = __builtin_shufflevector(fieldsOfA, fieldsOfB, 0, 1, 4, 5);
-    const rk::FloatLanes opposites = origins + __builtin_shufflevector(fieldsOfA, fieldsOfB, 2, 3, 6, 7);
+    const rk::FloatLanes origins = rk::LoadLanes(&a, &b);
+    const rk::FloatLanes opposites = origins + rk::LoadLanes(&a, &b, 2);
     const rk::FloatLanes minima = rk::Smaller(opposites, origins), maxima = rk::Larger(opposites, origins);
-    const rk::FloatLanes corner = rk::Larger(__builtin_shufflevector(minima, minima, 2, 3, 2, 3), minima);
-    const rk::FloatLanes size = rk::Smaller(__builtin_shufflevector(maxima, maxima, 2, 3, 2, 3), maxima) - corner;
+    // What is not a number in b reaches the corner, what is none in a the other one, and so each of them the size.
+    const rk::FloatLanes corner = rk::Larger(rk::UpperLanes(minima), minima);
+    const rk::FloatLanes size = rk::Smaller(maxima, rk::UpperLanes(maxima)) - corner;
     const rk::FloatLanes fields = __builtin_shufflevector(corner, size, 0, 1, 4, 5);
     std::memcpy(static_cast<void*>(&result), &fields, sizeof result);
-
-    // What is not a number in b has reached the size, what is none in a has not.
-    return rk::HoldsInLanes0And1((size > 0) & (opposites == opposites));
+    return rk::HoldsInLanes0And1(size > 0);
 }
 static_assert(sizeof(CrkFloatRect) == sizeof(rk::FloatLanes));

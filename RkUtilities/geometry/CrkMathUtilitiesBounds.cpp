@@ -38,22 +38,31 @@ CrkFloatRect CrkMathUtilities::CalculatePointsBoundingRectangle(const CrkFloatPo
 
 namespace {
 
-/// x and y in double precision.
+/// x and y in double precision, and in single.
 using DoubleLanes [[gnu::vector_size(16)]] = double;
+using FloatPair [[gnu::vector_size(8)]] = float;
 
-CrkFloatPoint Narrowed(DoubleLanes point)
+DoubleLanes Widened(FloatLanes lanes)
 {
-    return {static_cast<float>(point[0]), static_cast<float>(point[1])};
+    return __builtin_convertvector(__builtin_shufflevector(lanes, lanes, 0, 1), DoubleLanes);
+}
+
+FloatPair Narrowed(DoubleLanes point)
+{
+    return __builtin_convertvector(point, FloatPair);
 }
 
 /// The bounding rectangle by its definition: four corners, one after the other.
-CrkFloatRect BoundsOfMappedCorners(const double (&xs)[2], const double (&ys)[2], const CGAffineTransform& t)
+[[gnu::noinline]] CrkFloatRect BoundsOfMappedCorners(const CrkFloatRect& rectangle, const CGAffineTransform& t)
 {
     const auto mapped = [&](double x, double y) {
-        return Narrowed(DoubleLanes{t.a, t.b} * x + DoubleLanes{t.c, t.d} * y + DoubleLanes{t.tx, t.ty});
+        const FloatPair point =
+            Narrowed(DoubleLanes{t.a, t.b} * x + DoubleLanes{t.c, t.d} * y + DoubleLanes{t.tx, t.ty});
+        return CrkFloatPoint{point[0], point[1]};
     };
-    const CrkFloatPoint corners[] = {mapped(xs[0], ys[0]), mapped(xs[1], ys[0]), mapped(xs[1], ys[1]),
-                                     mapped(xs[0], ys[1])};
+    const double left = rectangle.MinX(), right = rectangle.MaxX(), top = rectangle.MinY(), bottom = rectangle.MaxY();
+    const CrkFloatPoint corners[] = {mapped(left, top), mapped(right, top), mapped(right, bottom),
+                                     mapped(left, bottom)};
     return CrkMathUtilities::CalculatePointsBoundingRectangle(corners, 4);
 }
 
@@ -64,16 +73,18 @@ CrkFloatRect CrkMathUtilities::CalculateTransformedRectBoundingRectangle(const C
 {
     if (CGAffineTransformIsIdentity(transform))
         return rectangle;
-    const double xs[] = {rectangle.MinX(), rectangle.MaxX()}, ys[] = {rectangle.MinY(), rectangle.MaxY()};
+    const FloatLanes origin = LoadLanes(&rectangle), opposite = origin + rk::UpperLanes(origin);
+    const DoubleLanes near = Widened(Smaller(opposite, origin)), far = Widened(Larger(opposite, origin));
 
     // Each step rounds, and rounding keeps the order: the sum of the smaller products, rounded step by step, is the
     // smallest of the corners to the last bit. That is no longer so once infinities meet, which leaves no finite size.
     const DoubleLanes forX{transform.a, transform.b}, forY{transform.c, transform.d}, shift{transform.tx, transform.ty};
-    const DoubleLanes x0 = forX * xs[0], x1 = forX * xs[1], y0 = forY * ys[0], y1 = forY * ys[1];
-    const CrkFloatPoint low = Narrowed((x1 < x0 ? x1 : x0) + (y1 < y0 ? y1 : y0) + shift);
-    const CrkFloatPoint high = Narrowed((x1 > x0 ? x1 : x0) + (y1 > y0 ? y1 : y0) + shift);
-    const CrkFloatRect bounds{low.x, low.y, high.x - low.x, high.y - low.y};
-    if (std::isfinite(bounds.width) && std::isfinite(bounds.height))
-        return bounds;
-    return BoundsOfMappedCorners(xs, ys, transform);
+    const DoubleLanes x0 = forX * near[0], x1 = forX * far[0], y0 = forY * near[1], y1 = forY * far[1];
+    const FloatPair low = Narrowed((x1 < x0 ? x1 : x0) + (y1 < y0 ? y1 : y0) + shift);
+    const FloatPair high = Narrowed((x1 > x0 ? x1 : x0) + (y1 > y0 ? y1 : y0) + shift);
+    const FloatLanes corners = __builtin_shufflevector(low, high, 0, 1, 2, 3);
+    const FloatLanes size = rk::UpperLanes(corners) - corners;
+    if (!rk::HoldsInLanes0And1(size - size == 0)) [[unlikely]]
+        return BoundsOfMappedCorners(rectangle, transform);
+    return {low[0], low[1], size[0], size[1]};
 }

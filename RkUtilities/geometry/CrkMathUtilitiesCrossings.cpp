@@ -4,36 +4,28 @@
 
 using rk::FloatLanes;
 
-bool CrkMathUtilities::IsLineCrossingLine(const CrkFloatPoint& firstStart, const CrkFloatPoint& firstEnd,
-                                          const CrkFloatPoint& secondStart, const CrkFloatPoint& secondEnd) noexcept
+bool CrkMathUtilities::IsCrossingWithinBounds(FloatLanes starts, FloatLanes ends) noexcept
 {
-    // The lanes hold x and y of the first segment, then of the second.
-    const FloatLanes starts = rk::LoadLanes(&firstStart, &secondStart), ends = rk::LoadLanes(&firstEnd, &secondEnd);
-    const FloatLanes low = rk::Smaller(starts, ends), high = rk::Larger(starts, ends);
-    const bool isFirstVertical = firstStart.x == firstEnd.x, isSecondVertical = secondStart.x == secondEnd.x;
-    // Most segments of a map lie apart: they are told before the divisions.
-    if (rk::HoldsInAnyLane(low > __builtin_shufflevector(high, high, 2, 3, 0, 1)))
-        return isFirstVertical && isSecondVertical && firstStart.x == secondStart.x;
-
     // The slope and intercept of each segment stand in its x lane. Those of a vertical one mean nothing and are not
     // looked at.
     const FloatLanes delta = ends - starts;
     const FloatLanes slopes =
         __builtin_shufflevector(delta, delta, 1, 1, 3, 3) / __builtin_shufflevector(delta, delta, 0, 0, 2, 2);
     const FloatLanes intercepts = __builtin_shufflevector(starts, starts, 1, 1, 3, 3) - starts * slopes;
-    float x = firstStart.x, y = 0;
+    const bool isFirstVertical = starts[0] == ends[0], isSecondVertical = starts[2] == ends[2];
+    float x = starts[0], y = 0;
     if (isFirstVertical) {
         if (isSecondVertical)
-            return x == secondStart.x;
+            return x == starts[2];
         y = slopes[2] * x + intercepts[2];
     } else {
-        x = isSecondVertical ? secondStart.x : (intercepts[2] - intercepts[0]) / (slopes[0] - slopes[2]);
+        x = isSecondVertical ? starts[2] : (intercepts[2] - intercepts[0]) / (slopes[0] - slopes[2]);
         y = slopes[0] * x + intercepts[0];
     }
 
-    const FloatLanes crossing{x, y, x, y};
-    // A start that is not a number is a bound that holds nothing; an end that is none must be looked for.
-    const auto isInRange = (low <= crossing) & (crossing <= high) & (ends == ends);
+    // A start that is not a number stays in the lower bound, an end in the upper one: nothing is in such a range.
+    const FloatLanes crossing{x, y, x, y}, low = rk::Smaller(starts, ends), high = rk::Larger(ends, starts);
+    const auto isInRange = (low <= crossing) & (crossing <= high);
     return rk::HoldsInLanes0And1(isInRange & __builtin_shufflevector(isInRange, isInRange, 2, 3, 2, 3));
 }
 
