@@ -101,12 +101,6 @@ private:
     std::string m_text;
 };
 
-bool Lists(const Categories& categories, const CString& category)
-{
-    const auto* const entry = categories.Lookup(category);
-    return entry != nullptr && entry->m_value;
-}
-
 }  // namespace
 
 CrkLogSettings::CrkLogSettings(const CString& settingsPath)
@@ -125,13 +119,3 @@ CrkLogSettings::CrkLogSettings(const CString& settingsPath)
 }
 
 CrkLogSettings::~CrkLogSettings() = default;
-
-bool CrkLogSettings::IsIncluded(const CString& category) const
-{
-    return Lists(m_includeCategories, category);
-}
-
-bool CrkLogSettings::IsExcluded(const CString& category) const
-{
-    return Lists(m_excludeCategories, category);
-}

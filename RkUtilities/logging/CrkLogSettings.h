@@ -41,9 +41,9 @@ public:
     ~CrkLogSettings() override;
 
     /// Whether the category itself is listed as included; "*" does not count.
-    [[nodiscard]] bool IsIncluded(const CString& category) const;
+    [[nodiscard]] bool IsIncluded(const CString& category) const { return Lists(m_includeCategories, category); }
     /// Whether the category is listed as excluded.
-    [[nodiscard]] bool IsExcluded(const CString& category) const;
+    [[nodiscard]] bool IsExcluded(const CString& category) const { return Lists(m_excludeCategories, category); }
 
     bool m_enable = false;      ///< "ls:Enable": logging is on
     bool m_stdOut = false;      ///< "ls:StdOut": each message is also written to standard error
@@ -51,4 +51,11 @@ public:
     CAtlMap<CString, bool> m_includeCategories;
     CAtlMap<CString, bool> m_excludeCategories;
     rk::ErkLogLevel m_level = rk::LogDebug;  ///< "ls:Level": the least severe level that is written
+
+private:
+    [[nodiscard]] static bool Lists(const CAtlMap<CString, bool>& categories, const CString& category)
+    {
+        const auto* const entry = categories.Lookup(category);
+        return entry != nullptr && entry->m_value;
+    }
 };

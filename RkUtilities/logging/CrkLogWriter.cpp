@@ -25,10 +25,9 @@ constinit bool CrkLogWriter::m_isInitialized = false;
 constinit CrkLogWriter::ErkLogLevel CrkLogWriter::m_logLevel = LogDebug;
 constinit std::uint64_t CrkLogWriter::m_maxFileLength = 20'000'000;
 constinit std::mutex CrkLogWriter::m_mutex;
+constinit const CString CrkLogWriter::c_generalCategory = CString::Literal(u"General");
 
 namespace {
-
-constinit const CString kGeneralCategory = CString::Literal(u"General");
 
 // The file that ended with a whole entry when we left it, and its length then: as long as both are the same, it still
 // does. Guarded by CrkLogWriter::m_mutex.
@@ -95,17 +94,6 @@ void CrkLogWriter::Uninitialize()
     const std::lock_guard lock(m_mutex);
     m_isInitialized = false;
     delete std::exchange(m_pLogSettings, nullptr);
-}
-
-bool CrkLogWriter::Admits(ErkLogLevel level, const CString& category)
-{
-    return CanLog(level) && !m_pLogSettings->IsExcluded(category) &&
-           (m_pLogSettings->m_includeAll || m_pLogSettings->IsIncluded(category));
-}
-
-const CString& CrkLogWriter::CategoryOrGeneral(const CString& category)
-{
-    return category.IsEmpty() ? kGeneralCategory : category;
 }
 
 void CrkLogWriter::LogInternal(ErkLogLevel level, const CString& message, const CString& category,

@@ -77,33 +77,33 @@ public:
     static void Log(ErkLogLevel level, const CString& message)
     {
         if (CanLog(level))
-            LogInternal(level, message, CategoryOrGeneral({}), {}, CrkGuid::c_nullGuid);
+            LogInternal(level, message, c_generalCategory, {}, CrkGuid::c_nullGuid);
     }
     static void Log(ErkLogLevel level, const CString& message, CFUUIDBytes id)
     {
         if (CanLog(level))
-            LogInternal(level, message, CategoryOrGeneral({}), {}, id);
+            LogInternal(level, message, c_generalCategory, {}, id);
     }
     static void Log(ErkLogLevel level, const CString& message, const CString& category)
     {
-        if (CanLog(level))
-            LogInternal(level, message, CategoryOrGeneral(category), {}, CrkGuid::c_nullGuid);
+        if (const CString& name = CategoryOrGeneral(category); Admits(level, name))
+            LogInternal(level, message, name, {}, CrkGuid::c_nullGuid);
     }
     static void Log(ErkLogLevel level, const CString& message, const CString& category, CFUUIDBytes id)
     {
-        if (CanLog(level))
-            LogInternal(level, message, CategoryOrGeneral(category), {}, id);
+        if (const CString& name = CategoryOrGeneral(category); Admits(level, name))
+            LogInternal(level, message, name, {}, id);
     }
     static void Log(ErkLogLevel level, const CString& message, const CString& category, const CString& description)
     {
-        if (CanLog(level))
-            LogInternal(level, message, CategoryOrGeneral(category), description, CrkGuid::c_nullGuid);
+        if (const CString& name = CategoryOrGeneral(category); Admits(level, name))
+            LogInternal(level, message, name, description, CrkGuid::c_nullGuid);
     }
     static void Log(ErkLogLevel level, const CString& message, const CString& category, const CString& description,
                     CFUUIDBytes id)
     {
-        if (CanLog(level))
-            LogInternal(level, message, CategoryOrGeneral(category), description, id);
+        if (const CString& name = CategoryOrGeneral(category); Admits(level, name))
+            LogInternal(level, message, name, description, id);
     }
 
     /// `Log` with all its arguments; here an empty category stays empty and is admitted or not under that name.
@@ -167,6 +167,16 @@ private:
     enum class Outcome { Done, FolderWasMissing };
     [[nodiscard]] static Outcome TryToLog(ErkLogLevel level, const CString& message, const CString& category,
                                           const CString& description, const CFUUIDBytes& id);
-    [[nodiscard]] static bool Admits(ErkLogLevel level, const CString& category);
-    [[nodiscard]] static const CString& CategoryOrGeneral(const CString& category);
+    // Here, so that what is dropped costs no call into the library.
+    [[nodiscard]] static bool Admits(ErkLogLevel level, const CString& category)
+    {
+        return CanLog(level) && !m_pLogSettings->IsExcluded(category) &&
+               (m_pLogSettings->m_includeAll || m_pLogSettings->IsIncluded(category));
+    }
+    [[nodiscard]] static const CString& CategoryOrGeneral(const CString& category)
+    {
+        return category.IsEmpty() ? c_generalCategory : category;
+    }
+
+    static const CString c_generalCategory;  // "General"
 };
