@@ -218,7 +218,9 @@ private:
 
     static std::uint32_t BucketOf(std::uint32_t hash, const std::vector<Node*>& buckets) noexcept
     {
-        return hash % static_cast<std::uint32_t>(buckets.size());
+        const auto count = static_cast<std::uint32_t>(buckets.size());
+        const std::uint32_t mask = count - 1;
+        return (count & mask) == 0 ? hash & mask : hash % count;  // a division costs as much as the hash of a name
     }
     std::uint32_t BucketOf(std::uint32_t hash) const noexcept { return BucketOf(hash, m_buckets); }
 

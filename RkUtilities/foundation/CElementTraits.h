@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -25,7 +26,13 @@ struct CElementTraits {
     }
 
     /// `==`; texts are equal when they have the same code units.
-    static bool CompareElements(INARGTYPE left, INARGTYPE right) { return left == right; }
+    static bool CompareElements(INARGTYPE left, INARGTYPE right)
+    {
+        if constexpr (kIsText)  // as bytes, where the view's own comparison goes unit by unit
+            return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin());
+        else
+            return left == right;
+    }
 };
 
 /// Numbers are hashed so that a map of whole numbers is walked in their order modulo the bucket count.
