@@ -29,18 +29,37 @@ constinit const CString CrkLogWriter::c_generalCategory = CString::Literal(u"Gen
 
 namespace {
 
-// The file that ended with a whole entry when we left it, and its length then: as long as both are the same, it still
-// does. Guarded by CrkLogWriter::m_mutex.
-struct KnownEnd {
-    rk::platform::AppendFile::Identity file;
-    std::uint64_t byteCount = 0;
-    friend bool operator==(const KnownEnd&, const KnownEnd&) = default;
-};
-constinit KnownEnd lastEnd;
+// The file's length when we left it, with a whole entry at its end. Guarded by CrkLogWriter::m_mutex.
+constinit std::uint64_t lastByteCount = 0;
 
-KnownEnd EndOf(const rk::platform::AppendFile& file)
+// The active file's path in bytes, made again when its text has changed, and each time when it depends on the
+// environment, as one that begins with "~" does.
+struct ActivePath {
+    CString folder;
+    CString name;
+    std::string native = rk::NativePath(folder + name);
+
+    [[nodiscard]] bool IsOf(const CString& otherFolder, const CString& otherName) const
+    {
+        return !folder.IsEmpty() && folder.GetAt(0) != u'~' && IsAlike(folder, otherFolder) && IsAlike(name, otherName);
+    }
+
+    // A text that is still the one we copied shares its units with the copy.
+    static bool IsAlike(const CString& kept, const CString& text)
+    {
+        return kept.begin() == text.begin() ? kept.GetLength() == text.GetLength() : kept == text;
+    }
+};
+// Guarded by CrkLogWriter::m_mutex. Destroyed when CrkLogWriter::m_path is.
+[[gnu::init_priority(101)]] constinit std::unique_ptr<const ActivePath> activePath;
+
+const std::string& NativeActivePath()
 {
-    return {.file = file.WhichFile(), .byteCount = file.ByteCount()};
+    const CString& folder = CrkLogWriter::m_path;
+    const CString& name = CrkLogWriter::m_activeFileName;
+    if (activePath == nullptr || !activePath->IsOf(folder, name))
+        activePath = std::make_unique<const ActivePath>(ActivePath{.folder = folder, .name = name});
+    return activePath->native;
 }
 
 void Echo(const CString& message)
@@ -57,10 +76,11 @@ bool IsMissingFolder(const std::error_code& error, const std::string& path)
     return CFileException::ErrnoToException(error.value()) == CFileException::badPath;
 }
 
-void ThrowIfFailed(const std::error_code& error, const CString& path)
+void ThrowIfFailed(const std::error_code& error)
 {
     if (error)
-        throw new CFileException(CFileException::ErrnoToException(error.value()), error.value(), path);
+        throw new CFileException(CFileException::ErrnoToException(error.value()), error.value(),
+                                 CrkLogWriter::m_path + CrkLogWriter::m_activeFileName);
 }
 
 }  // namespace
@@ -114,10 +134,10 @@ CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& m
     if (m_pLogSettings->m_stdOut)
         Echo(message);
 
-    const CString path = m_path + m_activeFileName;
-    const std::string nativePath = rk::NativePath(path);
+    const std::string& nativePath = NativeActivePath();
     rk::platform::AppendFile file;
-    if (const std::error_code error = file.Open(nativePath, m_maxFileLength)) {
+    const rk::platform::AppendFile::Tail asWeLeftIt{.byteCount = lastByteCount, .bytes = rk::kEntryFooter};
+    if (const std::error_code error = file.Open(nativePath, m_maxFileLength, asWeLeftIt)) {
         if (!IsMissingFolder(error, nativePath))
             return Outcome::Done;
         if (!CrkPathUtilities::AssurePathExists(m_path))
@@ -125,16 +145,17 @@ CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& m
         return Outcome::FolderWasMissing;
     }
 
-    if (EndOf(file) != lastEnd)
+    if (!file.EndsAsExpected())
         rk::RemoveTornEntry(file);
-    const CString entry = rk::LogEntryText(message, category, level, description, id);
-    ThrowIfFailed(file.Append(entry.ToUtf8()), path);
-    lastEnd = EndOf(file);
+    rk::EntryBytes entry;
+    rk::AppendEntry(entry, message, category, level, description, id);
+    ThrowIfFailed(file.Append(entry.View()));
+    lastByteCount = file.ByteCount();
 
     // Still under the file's lock: nobody else writes to it or moves it. But it may have been moved before we had the
     // lock.
     if (file.ByteCount() > m_maxFileLength && file.StandsAt(nativePath))
         Bak();
-    ThrowIfFailed(file.Close(), path);
+    ThrowIfFailed(file.Close());
     return Outcome::Done;
 }

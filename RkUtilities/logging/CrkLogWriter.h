@@ -73,7 +73,7 @@ public:
     ///
     /// @throws CrkLogException    the log folder is missing and cannot be created
     /// @throws CFileException*    the entry could not be written whole (`diskFull`); nothing of it is left in the file
-    /// @throws std::bad_alloc, std::length_error  no memory for the entry, or a text of more than INT_MAX units
+    /// @throws std::bad_alloc     no memory for the entry
     static void Log(ErkLogLevel level, const CString& message)
     {
         if (CanLog(level))

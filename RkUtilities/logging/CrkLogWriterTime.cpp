@@ -1,4 +1,5 @@
 #include "RkUtilities/logging/CrkLogWriter.h"
+#include "RkUtilities/logging/LogEntryText.h"
 #include "RkUtilities/platform/DateText.h"
 #include "RkUtilities/platform/PerThread.h"
 #include "RkUtilities/platform/UserLocaleName.h"
@@ -48,9 +49,15 @@ const DateTextFormat* FormatOf(CFDateFormatterStyle style)
 
 }  // namespace
 
+std::u16string_view rk::LocalTimeText(std::chrono::system_clock::time_point time, CFDateFormatterStyle style)
+{
+    const DateTextFormat* const format = FormatOf(style);
+    if (format == nullptr)
+        return {};
+    return format->Text(std::chrono::floor<std::chrono::seconds>(time.time_since_epoch()).count());
+}
+
 CString CrkLogWriter::CurrentTimeString(CFDateFormatterStyle style)
 {
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    const DateTextFormat* const format = FormatOf(style);
-    return format != nullptr ? CString(format->Text(std::chrono::floor<std::chrono::seconds>(now).count())) : CString();
+    return CString(rk::LocalTimeText(std::chrono::system_clock::now(), style));
 }

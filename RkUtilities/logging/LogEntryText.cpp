@@ -1,6 +1,7 @@
 #include "RkUtilities/logging/LogEntryText.h"
 
 #include "RkUtilities/foundation/TextBuilder.h"
+#include "RkUtilities/foundation/TextSearch.h"
 #include "RkUtilities/logging/CrkLogWriter.h"
 #include "RkUtilities/platform/Threads.h"
 
@@ -16,105 +17,115 @@ namespace rk {
 namespace {
 
 // Indexed by level.
-constexpr std::u16string_view kSeverities[] = {u"Emergency", u"Critical", u"Error", u"Warning",
-                                               u"Notice",    u"Info",     u"Debug"};
+constexpr std::string_view kSeverities[] = {"Emergency", "Critical", "Error", "Warning", "Notice", "Info", "Debug"};
 
 // The markup of a header, body and footer around the values, and the values of fixed or nearly fixed length.
 constexpr std::size_t kUsualOverhead = 400;
 
-std::u16string_view SeverityText(ErkLogLevel level)
+std::string_view SeverityText(ErkLogLevel level)
 {
     const auto index = static_cast<unsigned>(level);
-    return index < std::size(kSeverities) ? kSeverities[index] : std::u16string_view();
+    return index < std::size(kSeverities) ? kSeverities[index] : std::string_view();
 }
 
-void AppendEscaped(TextBuilder& target, std::u16string_view text)
+// A text is built as UTF-16 for callers and as UTF-8 for the file, both from the same pieces: a target is a TextBuilder
+// or EntryBytes. All markup and what is replaced by it is ASCII, so no pair of surrogates is split between pieces.
+
+template <class Target>
+void AppendEscaped(Target& target, std::u16string_view text)
 {
-    for (std::size_t at = text.find(u'&'); at != std::u16string_view::npos; at = text.find(u'&')) {
+    const UnitSet ampersand(u"&");
+    for (std::size_t at = ampersand.FirstIn(text, 0); at < text.size(); at = ampersand.FirstIn(text, 0)) {
         target.Append(text.substr(0, at));
-        target.Append(u"&amp;");
+        target.AppendAscii("&amp;");
         text.remove_prefix(at + 1);
     }
     target.Append(text);
 }
 
-void AppendPreparedMessage(TextBuilder& target, std::u16string_view message)
+// What follows the first "?>"; all when there is none. Escaping neither makes nor breaks one, so it may be looked for
+// before.
+std::u16string_view WithoutDeclaration(std::u16string_view message)
 {
-    // Escaping neither makes nor breaks a "?>", so it may as well be looked for before.
-    constexpr std::u16string_view kDeclarationEnd = u"?>";
-    if (const std::size_t at = message.find(kDeclarationEnd); at != std::u16string_view::npos)
-        message.remove_prefix(at + kDeclarationEnd.size());
-    AppendEscaped(target, message);
+    const UnitSet questionMark(u"?");
+    for (std::size_t at = questionMark.FirstIn(message, 0); at + 1 < message.size();
+         at = questionMark.FirstIn(message, at + 1)) {
+        if (message[at + 1] == u'>')
+            return message.substr(at + 2);
+    }
+    return message;
 }
 
-template <class Number>
-void AppendNumber(TextBuilder& target, Number number, int base)
+template <class Target>
+void AppendPreparedMessage(Target& target, std::u16string_view message)
+{
+    AppendEscaped(target, WithoutDeclaration(message));
+}
+
+template <class Target, class Number>
+void AppendNumber(Target& target, Number number, int base)
 {
     std::array<char, 24> digits;
     const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number, base);
     target.AppendAscii({digits.data(), result.ptr});
 }
 
-void AppendUuid(TextBuilder& target, const CFUUIDBytes& id)
+template <class Target>
+void AppendUuid(Target& target, const CFUUIDBytes& id)
 {
-    constexpr char16_t kDigits[] = u"0123456789ABCDEF";
-    std::array<char16_t, 36> text;
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::array<char, 36> text;
     auto* next = text.begin();
     std::size_t index = 0;
     for (const std::uint8_t byte : std::bit_cast<std::array<std::uint8_t, 16>>(id)) {
         if (index == 4 || index == 6 || index == 8 || index == 10)
-            *next++ = u'-';
+            *next++ = '-';
         *next++ = kDigits[byte >> 4];
         *next++ = kDigits[byte & 0xF];
         ++index;
     }
-    target.Append({text.data(), text.size()});
+    target.AppendAscii({text.data(), text.size()});
 }
 
-std::int32_t SecondsSince2001()
+std::int32_t SecondsSince2001(std::chrono::system_clock::time_point time)
 {
     using namespace std::chrono;
     constexpr sys_days kReferenceDate = 2001y / January / 1;
-    return static_cast<std::int32_t>(duration_cast<seconds>(system_clock::now() - kReferenceDate).count());
+    return static_cast<std::int32_t>(duration_cast<seconds>(time - kReferenceDate).count());
 }
 
-void AppendHeader(TextBuilder& target, const CString& category, ErkLogLevel level, const CString& description,
+template <class Target>
+void AppendHeader(Target& target, const CString& category, ErkLogLevel level, const CString& description,
                   const CFUUIDBytes& id)
 {
+    const auto now = std::chrono::system_clock::now();
     target.AppendAscii(kEntryStart);
-    target.Append(CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle));
-    target.Append(u':');
-    AppendNumber(target, std::int64_t{SecondsSince2001()} - CrkLogWriter::m_seconds, 10);
-    target.Append(u"</l:Timestamp><l:Tid>");
+    target.Append(LocalTimeText(now, kCFDateFormatterShortStyle));
+    target.AppendAscii(":");
+    AppendNumber(target, std::int64_t{SecondsSince2001(now)} - CrkLogWriter::m_seconds, 10);
+    target.AppendAscii("</l:Timestamp><l:Tid>");
     AppendNumber(target, platform::CurrentThreadHandle(), 16);
-    target.Append(u"</l:Tid><l:Category>");
+    target.AppendAscii("</l:Tid><l:Category>");
     AppendEscaped(target, category);
-    target.Append(u"</l:Category><l:Severity>");
-    target.Append(SeverityText(level));
-    target.Append(u"</l:Severity><l:Id>");
+    target.AppendAscii("</l:Category><l:Severity>");
+    target.AppendAscii(SeverityText(level));
+    target.AppendAscii("</l:Severity><l:Id>");
     AppendUuid(target, id);
-    target.Append(u"</l:Id><l:Description>");
+    target.AppendAscii("</l:Id><l:Description>");
     AppendEscaped(target, description);
-    target.Append(u"</l:Description>");
-}
-
-std::size_t UnitsOf(const CString& text)
-{
-    return static_cast<std::size_t>(text.GetLength());
+    target.AppendAscii("</l:Description>");
 }
 
 }  // namespace
 
-CString LogEntryText(const CString& message, const CString& category, ErkLogLevel level, const CString& description,
-                     const CFUUIDBytes& id)
+void AppendEntry(EntryBytes& entry, const CString& message, const CString& category, ErkLogLevel level,
+                 const CString& description, const CFUUIDBytes& id)
 {
-    TextBuilder entry(kUsualOverhead + UnitsOf(message) + UnitsOf(category) + UnitsOf(description));
     AppendHeader(entry, category, level, description, id);
-    entry.Append(u"<l:Body>");
+    entry.AppendAscii("<l:Body>");
     AppendPreparedMessage(entry, message);
-    entry.Append(u"</l:Body>");
+    entry.AppendAscii("</l:Body>");
     entry.AppendAscii(kEntryFooter);
-    return entry.Take();
 }
 
 }  // namespace rk
@@ -127,7 +138,7 @@ namespace {
 // already.
 [[gnu::constructor(101)]] void NoteWhenTheLibraryWasLoaded()
 {
-    CrkLogWriter::m_seconds = rk::SecondsSince2001();
+    CrkLogWriter::m_seconds = rk::SecondsSince2001(std::chrono::system_clock::now());
 }
 
 }  // namespace
@@ -147,7 +158,7 @@ CString CrkLogWriter::EntryFooter()
 
 CString CrkLogWriter::PrepareXml(const CString& message)
 {
-    rk::TextBuilder body(rk::UnitsOf(message));
+    rk::TextBuilder body(static_cast<std::size_t>(message.GetLength()));
     rk::AppendPreparedMessage(body, message);
     return body.Take();
 }

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "RkUtilities/foundation/CFDateFormatterStyle.h"
 #include "RkUtilities/foundation/CFUUIDBytes.h"
 #include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/logging/EntryBytes.h"
 #include "RkUtilities/logging/ErkLogLevel.h"
 
+#include <chrono>
 #include <string_view>
 
 namespace rk {
@@ -12,8 +15,11 @@ namespace rk {
 inline constexpr std::string_view kEntryStart = "<l:LogEntry><l:Timestamp>";
 inline constexpr std::string_view kEntryFooter = "</l:LogEntry>\n";
 
-/// The whole text of an entry: its header, body and footer, as `CrkLogWriter` describes them.
-CString LogEntryText(const CString& message, const CString& category, ErkLogLevel level, const CString& description,
-                     const CFUUIDBytes& id);
+/// Appends a whole entry: its header, body and footer, as `CrkLogWriter` describes them.
+void AppendEntry(EntryBytes& entry, const CString& message, const CString& category, ErkLogLevel level,
+                 const CString& description, const CFUUIDBytes& id);
+
+/// `CrkLogWriter::CurrentTimeString` of another time than now. Valid until the thread's next text of a date or a time.
+std::u16string_view LocalTimeText(std::chrono::system_clock::time_point time, CFDateFormatterStyle style);
 
 }  // namespace rk

@@ -21,23 +21,27 @@ namespace rk::platform {
 /// descriptor is closed on `exec`. An object is used by one thread at a time.
 class AppendFile {
 public:
-    /// Tells files apart; also a file from another that took its name.
-    struct Identity {
-        std::uint64_t device = 0;
-        std::uint64_t inode = 0;
-        friend bool operator==(const Identity&, const Identity&) = default;
+    static constexpr std::size_t kMostTailBytes = 64;
+
+    /// How a file ends: its length, and its last bytes, one to `kMostTailBytes`.
+    struct Tail {
+        std::uint64_t byteCount = 0;
+        std::string_view bytes;
     };
 
     /// Opens the file for reading and writing, making it when it is missing, and waits until it is ours alone.
     ///
     /// Who held the lock before may have moved the file away or removed it meanwhile: then the one that now has the
     /// name is taken. A removed file is always noticed, one of more than `fullAboveByteCount` bytes is looked up in
-    /// its folder, and a shorter one is taken as not moved.
-    [[nodiscard]] std::error_code Open(const std::string& path, std::uint64_t fullAboveByteCount);
+    /// its folder, and a shorter one is taken as not moved. So is one that ends as `expected`: nobody has written to
+    /// it then, and who moves files writes before.
+    [[nodiscard]] std::error_code Open(const std::string& path, std::uint64_t fullAboveByteCount, const Tail& expected);
 
+    /// Whether the file has the length and the last bytes that `Open` was to expect. May be false for one of more
+    /// than `fullAboveByteCount` bytes that has.
+    [[nodiscard]] bool EndsAsExpected() const noexcept { return m_endsAsExpected; }
     /// The length as of `Open` and our own changes since.
     [[nodiscard]] std::uint64_t ByteCount() const noexcept { return m_byteCount; }
-    [[nodiscard]] const Identity& WhichFile() const noexcept { return m_identity; }
 
     /// Whether the file of this path is the open one.
     [[nodiscard]] bool StandsAt(const std::string& path) const;
@@ -46,7 +50,8 @@ public:
     std::size_t ReadAt(std::uint64_t offset, char* buffer, std::size_t byteCount, std::error_code& error) const;
 
     /// Appends all bytes or none: after a failure (a full disk, a limit on file sizes) the file is cut back to what
-    /// it was. The signal SIGXFSZ is not let through.
+    /// it was. The signal SIGXFSZ is not let through; only a limit that was set within the last second, at or below
+    /// the length that the file has already, may not have been seen yet.
     [[nodiscard]] std::error_code Append(std::string_view bytes);
 
     /// Drops everything behind the first `byteCount` bytes.
@@ -56,12 +61,13 @@ public:
     [[nodiscard]] std::error_code Close();
 
 private:
-    [[nodiscard]] std::error_code OpenOnce(const std::string& path);
-    [[nodiscard]] std::error_code AppendAll(std::string_view bytes) const;
+    // False leaves the reason in errno.
+    [[nodiscard]] bool OpenOnce(const std::string& path);
+    [[nodiscard]] bool AppendAll(std::string_view bytes) const;
+    [[nodiscard]] bool EndsAs(const Tail& expected) const;
 
     FileHandle m_file;
-    bool m_isRemoved = false;
-    Identity m_identity;
+    bool m_endsAsExpected = false;
     std::uint64_t m_byteCount = 0;
 };
 

@@ -25,11 +25,6 @@ bool IsPending() noexcept
 
 }  // namespace
 
-FileHandle::~FileHandle()
-{
-    Close();
-}
-
 std::error_code FileHandle::Close() noexcept
 {
     if (m_descriptor < 0)
@@ -41,7 +36,8 @@ std::error_code FileHandle::Close() noexcept
 FileSizeSignalGuard::FileSizeSignalGuard() noexcept
 {
     rlimit limit{};
-    if (getrlimit(RLIMIT_FSIZE, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY || IsPending())
+    m_foundLimit = getrlimit(RLIMIT_FSIZE, &limit) != 0 || limit.rlim_cur != RLIM_INFINITY;
+    if (!m_foundLimit || IsPending())
         return;
     const sigset_t set = FileSizeSignal();
     m_holding = pthread_sigmask(SIG_BLOCK, &set, &m_previousMask) == 0;

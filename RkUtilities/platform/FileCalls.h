@@ -46,7 +46,11 @@ class FileHandle {
 public:
     FileHandle() noexcept = default;
     explicit FileHandle(int descriptor) noexcept : m_descriptor(descriptor) {}
-    ~FileHandle();
+    ~FileHandle()
+    {
+        if (m_descriptor >= 0)
+            Close();
+    }
     FileHandle(FileHandle&& other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
     FileHandle& operator=(FileHandle&& other) noexcept
     {
@@ -72,7 +76,10 @@ public:
     FileSizeSignalGuard(const FileSizeSignalGuard&) = delete;
     FileSizeSignalGuard& operator=(const FileSizeSignalGuard&) = delete;
 
+    [[nodiscard]] bool FoundLimit() const noexcept { return m_foundLimit; }
+
 private:
+    bool m_foundLimit = false;
     bool m_holding = false;
     sigset_t m_previousMask{};
 };

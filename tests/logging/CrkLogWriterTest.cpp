@@ -5,6 +5,7 @@
 #include "LogFolder.h"
 
 #include <climits>
+#include <cstdlib>
 #include <gmock/gmock.h>
 #include <pthread.h>
 #include <sstream>
@@ -94,6 +95,50 @@ TEST(LogWriter, FillsInWhatIsNotGivenAndWritesAnyTextAsUtf8)
                                      "\xEF\xBF\xBD"
                                      "AB" +
                                          std::string(1, '\0') + "\xEF\xBF\xBDz\xE4\xB8\xAD\xF0\x9F\x98\x80"));
+}
+
+TEST(LogWriter, WritesWhatThePublicTextsSayAtAnyLength)
+{
+    const LogFolder folder;
+    const auto afterTime = [](const std::string& entry) {
+        return entry.substr(std::min(entry.find("<l:Tid>"), entry.size()));
+    };
+    std::u16string text = u"<?\xD83D\xDE00&?";
+    for (int length = 0; length < 14; ++length, text += text + u"&a\xE9\x4E2D\xD800") {
+        const CString message = u"?" + text + (length % 2 == 0 ? u"?>&\xDC00" : u""), category(text + u"c");
+        folder.Write(folder.Active());
+        Writer::Log(kLevel, message, category, text);
+        const CString expected = Writer::EntryHeader(category, kLevel, text, {}) + u"<l:Body>" +
+                                 Writer::PrepareXml(message) + u"</l:Body>" + Writer::EntryFooter();
+        ASSERT_EQ(afterTime(folder.Read(folder.Active())), afterTime(expected.ToUtf8())) << length;
+    }
+}
+
+TEST(LogWriter, FollowsItsFolderItsNameAndTheHomeFolder)
+{
+    const LogFolder folder;
+    folder.MakeFolder("one");
+    folder.MakeFolder("two");
+    const CString path = Writer::m_path, name = Writer::m_activeFileName;
+    const std::string home = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "";
+    for (const char* const at : {"one", "two"}) {
+        setenv("HOME", folder.Path(at).c_str(), 1);
+        Writer::m_path = u"~/";
+        Writer::Log(kLevel, u"home");
+        Writer::m_path = folder.Text(std::string(at) + "/");
+        Writer::m_activeFileName = u"x";  // as short as texts that are held in place
+        Writer::Log(kLevel, u"x");
+        Writer::m_activeFileName.SetAt(0, u'y');
+        Writer::Log(kLevel, u"y");
+        Writer::m_activeFileName = name;
+    }
+    Writer::m_path = path;
+    setenv("HOME", home.c_str(), 1);
+    for (const std::string at : {"one/", "two/"}) {
+        EXPECT_THAT(Entries(folder.Read(at + "messages.xml")), ElementsAre("General/Info/home"));
+        EXPECT_THAT(Entries(folder.Read(at + "x")), ElementsAre("General/Info/x"));
+        EXPECT_THAT(Entries(folder.Read(at + "y")), ElementsAre("General/Info/y"));
+    }
 }
 
 TEST(LogWriter, GoesOnFromWhateverTheFileHolds)

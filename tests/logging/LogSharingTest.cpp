@@ -80,6 +80,8 @@ TEST(LogSharing, PutsTheFileBackWhenASizeLimitStrikesAndGoesOnAfterwards)
     const LogFolder folder;
     Writer::Log(Writer::LogInfo, u"0");
     const std::string entry = folder.Read(folder.Active());
+    const ScopedFileSizeLimit farAway(std::size_t{1} << 30);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1010));  // a new limit is seen after a second at the latest
     // In the middle of an entry, between two, and behind the limit already.
     for (const std::size_t limit : {entry.size() * 7 / 2, entry.size() * 2, entry.size(), entry.size() / 2}) {
         folder.Write(folder.Active(), entry);
