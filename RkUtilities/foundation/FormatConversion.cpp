@@ -160,7 +160,7 @@ FormatConversion TakeConversion(std::u16string_view& format)
     return conversion;
 }
 
-void PlacementRule::Check(const FormatConversion& conversion)
+void PlacementRule::CheckParts(const FormatConversion& conversion)
 {
     if (conversion.width.source == FormatCount::Source::Argument)
         Note(conversion.width.place);

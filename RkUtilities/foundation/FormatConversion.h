@@ -43,9 +43,16 @@ FormatConversion TakeConversion(std::u16string_view& format);
 /// Whether conversions name their arguments by position; a format may not do both. Throws `FormatError`.
 class PlacementRule {
 public:
-    void Check(const FormatConversion& conversion);
+    void Check(const FormatConversion& conversion)
+    {
+        if (conversion.isPlain)
+            Note(std::nullopt);
+        else
+            CheckParts(conversion);
+    }
 
 private:
+    void CheckParts(const FormatConversion& conversion);
     void Note(const ArgumentPlace& place);
 
     std::optional<bool> m_positional;

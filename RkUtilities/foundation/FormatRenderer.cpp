@@ -324,11 +324,12 @@ void Walk(std::u16string_view format, const OnText& onText, const OnConversion& 
 {
     PlacementRule rule;
     while (!format.empty()) {
-        const std::u16string_view literal = format.substr(0, format.find(u'%'));
-        onText(literal);
-        format.remove_prefix(literal.size());
-        if (format.empty())
-            return;
+        if (format.front() != u'%') {
+            const std::u16string_view literal = format.substr(0, format.find(u'%'));
+            onText(literal);
+            format.remove_prefix(literal.size());
+            continue;
+        }
         const FormatConversion conversion = TakeConversion(format);
         rule.Check(conversion);
         onConversion(conversion);
@@ -400,6 +401,8 @@ void RenderFormat(std::u16string_view format, std::span<const FormatArgument> ar
     Walk(
         format, [&](std::u16string_view literal) { output.Append(literal); },
         [&](const FormatConversion& conversion) {
+            if (conversion.isPlain && conversion.type == 's')  // the commonest one
+                return output.AppendUtf8(TextOf(list.At({}), std::string_view::npos));
             const Layout layout = ReadLayout(conversion, list);
             if (conversion.type == '%')
                 output.Append(u'%');
