@@ -29,7 +29,7 @@ FileKind KindOfEntry(unsigned char type) noexcept
 template <class Visitor>
 std::error_code VisitOpenFolder(int descriptor, const Visitor& visit)
 {
-    constexpr std::size_t kPieceByteCount = 64 * 1024;
+    constexpr std::size_t kPieceByteCount = 65536;
     const auto piece = std::make_unique_for_overwrite<char[]>(kPieceByteCount);
     for (;;) {
         const ssize_t byteCount = getdents64(descriptor, piece.get(), kPieceByteCount);
