@@ -123,17 +123,7 @@ std::string CString::ToUtf8() const
 
 void CString::AppendUtf8To(std::string& bytes) const
 {
-    constexpr std::size_t kUnitsAtOnce = 2048;
-    std::u16string_view rest = View();
-    bytes.reserve(bytes.size() + rk::LikelyEncodedBytes(rest));
-    while (!rest.empty()) {
-        char block[3 * kUnitsAtOnce];
-        std::size_t count = std::min(rest.size(), kUnitsAtOnce);
-        if (count < rest.size() && (rest[count - 1] & 0xFC00) == 0xD800)
-            --count;  // a pair stays together
-        bytes.append(block, rk::EncodeUtf8(rest.substr(0, count), block));
-        rest.remove_prefix(count);
-    }
+    rk::AppendUtf8(View(), bytes);
 }
 
 std::ostream& operator<<(std::ostream& stream, const CString& text)

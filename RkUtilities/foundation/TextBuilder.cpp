@@ -16,13 +16,16 @@ void TextBuilder::AppendAscii(std::string_view characters)
 void TextBuilder::AppendUtf8(std::string_view bytes)
 {
     constexpr std::size_t kBytesAtOnce = 1024;
+    constexpr std::size_t kMostOver = 3;  // units beyond the bytes asked for
     if (bytes.size() > m_capacity - m_length)
         Reserve(m_length + LikelyDecodedUnits(bytes));
     while (!bytes.empty()) {
-        if (m_capacity - m_length >= std::min(bytes.size(), kBytesAtOnce + 3)) {
-            m_length += DecodeUtf8(bytes, kBytesAtOnce, m_units + m_length);
+        const std::size_t room = m_capacity - m_length;
+        if (room >= std::min(bytes.size(), kBytesAtOnce + kMostOver)) {
+            const std::size_t byteCount = room >= bytes.size() ? bytes.size() : room - kMostOver;
+            m_length += DecodeUtf8(bytes, byteCount, m_units + m_length);
         } else {
-            char16_t units[kBytesAtOnce + 3];
+            char16_t units[kBytesAtOnce + kMostOver];
             Append({units, DecodeUtf8(bytes, kBytesAtOnce, units)});
         }
     }

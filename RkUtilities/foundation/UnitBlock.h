@@ -51,6 +51,12 @@ inline UnitBlock FilledBlock(char16_t unit) noexcept
     return UnitBlock{u, u, u, u, u, u, u, u};
 }
 
+/// The units so that each lies in memory with its low byte first.
+inline UnitBlock InByteOrder(UnitBlock block) noexcept
+{
+    return std::endian::native == std::endian::little ? block : block << 8 | block >> 8;
+}
+
 template <class Block>
 bool AnyLane(Block block) noexcept
 {

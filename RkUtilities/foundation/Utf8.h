@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 /// UTF-8 to UTF-16 and back, in blocks.
@@ -11,17 +12,18 @@ namespace rk {
 std::size_t LikelyDecodedUnits(std::string_view utf8) noexcept;
 
 /// Decodes at least one and at most about `byteCount` bytes from the front of `utf8`, takes them off and returns how
-/// many units were written: at most `byteCount` + 3, at most as many as bytes were taken. Every maximal part that is no
-/// UTF-8 gives one U+FFFD.
+/// many units were written: at most `byteCount` + 3, at most as many as bytes were taken. Room for so many may be used
+/// whole on the way. Every maximal part that is no UTF-8 gives one U+FFFD.
 std::size_t DecodeUtf8(std::string_view& utf8, std::size_t byteCount, char16_t* units) noexcept;
 
 /// The bytes that the units encode to.
 std::size_t CountEncodedBytes(std::u16string_view units) noexcept;
 
-/// The same, but where the first quarter of a long text is ASCII the rest counts as ASCII, unseen.
-std::size_t LikelyEncodedBytes(std::u16string_view units) noexcept;
-
-/// Encodes all units; a lone surrogate gives U+FFFD. Returns the end of what was written.
+/// Encodes all units; a lone surrogate gives U+FFFD. Returns the end of what was written, and writes nothing behind it.
 char* EncodeUtf8(std::u16string_view units, char* bytes) noexcept;
+
+/// The same, to the end of `bytes`. What is made whole takes the memory that it needs and no more; what grows by parts
+/// is taken room for as `std::string` does. Throws `std::length_error`, `std::bad_alloc`.
+void AppendUtf8(std::u16string_view units, std::string& bytes);
 
 }  // namespace rk
