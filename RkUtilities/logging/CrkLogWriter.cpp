@@ -136,8 +136,7 @@ CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& m
 
     const std::string& nativePath = NativeActivePath();
     rk::platform::AppendFile file;
-    const rk::platform::AppendFile::Tail asWeLeftIt{.byteCount = lastByteCount, .bytes = rk::kEntryFooter};
-    if (const std::error_code error = file.Open(nativePath, m_maxFileLength, asWeLeftIt)) {
+    if (const std::error_code error = file.Open(nativePath, m_maxFileLength, lastByteCount)) {
         if (!IsMissingFolder(error, nativePath))
             return Outcome::Done;
         if (!CrkPathUtilities::AssurePathExists(m_path))
@@ -145,7 +144,7 @@ CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& m
         return Outcome::FolderWasMissing;
     }
 
-    if (!file.EndsAsExpected())
+    if (!file.IsAsLeft())
         rk::RemoveTornEntry(file);
     rk::EntryBytes entry;
     rk::AppendEntry(entry, message, category, level, description, id);

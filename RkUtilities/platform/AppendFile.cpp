@@ -1,9 +1,9 @@
 #include "RkUtilities/platform/AppendFile.h"
 
-#include <array>
 #include <atomic>
 #include <ctime>
 #include <fcntl.h>
+#include <limits>
 #include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -15,14 +15,33 @@ namespace {
 // A file that is moved away again and again just before we lock it is taken as it is in the end.
 constexpr int kMostReopenings = 100;
 
-// Waits for a lock that belongs to the open file (not to the process, whose other descriptors would release it).
-// Where the file system has none we go on without.
-void Lock(int descriptor)
+// The lock belongs to the open file, not to the process, whose other descriptors would release it.
+int Lock(int descriptor, int command, off_t start, off_t byteCount, short whence)
 {
-    struct flock wholeFile {};
-    wholeFile.l_type = F_WRLCK;
-    wholeFile.l_whence = SEEK_SET;
-    static_cast<void>(Uninterrupted([&] { return fcntl(descriptor, F_OFD_SETLKW, &wholeFile); }));
+    struct flock region {};
+    region.l_type = F_WRLCK;
+    region.l_whence = whence;
+    region.l_start = start;
+    region.l_len = byteCount;
+    return Uninterrupted([&] { return fcntl(descriptor, command, &region); });
+}
+
+// Where the file system has no locks we go on without.
+void WaitForLock(int descriptor)
+{
+    constexpr off_t kToTheLastByte = 0;
+    static_cast<void>(Lock(descriptor, F_OFD_SETLKW, 0, kToTheLastByte, SEEK_SET));
+}
+
+// Takes the lock when it is free and the file has this length, and compares both in one call: a region that begins at
+// the file's end plus `kMost - byteCount` would overflow in a longer file (EOVERFLOW), and the bytes before it would
+// reach below 0 in a shorter one (EINVAL, both by POSIX). In one of this length they are all bytes but the last that
+// an offset can name.
+bool LockIfAsLong(int descriptor, std::uint64_t byteCount)
+{
+    constexpr auto kMost = std::numeric_limits<off_t>::max();
+    return byteCount <= static_cast<std::uint64_t>(kMost) &&
+           Lock(descriptor, F_OFD_SETLK, kMost - static_cast<off_t>(byteCount), -kMost, SEEK_END) == 0;
 }
 
 /// Holds back the signal of a limit on file sizes. A look at the limit is a system call, an eighth of what an entry of
@@ -47,18 +66,21 @@ constinit std::atomic<std::time_t> LimitGuard::secondWithoutLimit = -1;
 
 }  // namespace
 
-std::error_code AppendFile::Open(const std::string& path, std::uint64_t fullAboveByteCount, const Tail& expected)
+std::error_code AppendFile::Open(const std::string& path, std::uint64_t fullAboveByteCount, std::uint64_t leftByteCount)
 {
     for (int reopenings = 0;; ++reopenings) {
-        if (!OpenOnce(path))
+        if (!OpenUnlocked(path))
             return LastError();
-        m_endsAsExpected = expected.byteCount <= fullAboveByteCount && EndsAs(expected);
-        if (m_endsAsExpected) {
-            m_byteCount = expected.byteCount;
+        const int descriptor = m_file.Descriptor();
+        const bool mayBeAsLeft = leftByteCount > 0 && leftByteCount <= fullAboveByteCount;
+        m_isAsLeft = mayBeAsLeft && LockIfAsLong(descriptor, leftByteCount);
+        if (m_isAsLeft) {
+            m_byteCount = leftByteCount;
             return {};
         }
+        WaitForLock(descriptor);
         struct stat facts {};
-        if (fstat(m_file.Descriptor(), &facts) != 0)
+        if (fstat(descriptor, &facts) != 0)
             return LastError();
         m_byteCount = static_cast<std::uint64_t>(facts.st_size);
         const bool mayBeGone = facts.st_nlink == 0 || m_byteCount > fullAboveByteCount;
@@ -67,29 +89,14 @@ std::error_code AppendFile::Open(const std::string& path, std::uint64_t fullAbov
     }
 }
 
-bool AppendFile::OpenOnce(const std::string& path)
+bool AppendFile::OpenUnlocked(const std::string& path)
 {
     m_file = FileHandle();  // closes a file that was moved away; nothing of ours was written to it
     // O_NONBLOCK: a pipe of that name must not stop the program when nobody reads it.
     constexpr int kFlags = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     constexpr mode_t kForWhomTheUmaskAllows = 0666;
     m_file = FileHandle(Uninterrupted([&] { return open(SystemPath(path), kFlags, kForWhomTheUmaskAllows); }));
-    if (m_file)
-        Lock(m_file.Descriptor());
     return static_cast<bool>(m_file);
-}
-
-// Asks for one byte more than there should be: one call tells the length and the bytes, and is cheaper than fstat.
-bool AppendFile::EndsAs(const Tail& expected) const
-{
-    std::array<char, kMostTailBytes + 1> bytes;
-    const std::size_t byteCount = expected.bytes.size();
-    if (byteCount > kMostTailBytes || byteCount > expected.byteCount)
-        return false;
-    const auto at = static_cast<off_t>(expected.byteCount - byteCount);
-    const ssize_t readCount =
-        Uninterrupted([&] { return pread(m_file.Descriptor(), bytes.data(), byteCount + 1, at); });
-    return readCount >= 0 && expected.bytes == std::string_view(bytes.data(), static_cast<std::size_t>(readCount));
 }
 
 bool AppendFile::StandsAt(const std::string& path) const

@@ -21,25 +21,18 @@ namespace rk::platform {
 /// descriptor is closed on `exec`. An object is used by one thread at a time.
 class AppendFile {
 public:
-    static constexpr std::size_t kMostTailBytes = 64;
-
-    /// How a file ends: its length, and its last bytes, one to `kMostTailBytes`.
-    struct Tail {
-        std::uint64_t byteCount = 0;
-        std::string_view bytes;
-    };
-
     /// Opens the file for reading and writing, making it when it is missing, and waits until it is ours alone.
     ///
     /// Who held the lock before may have moved the file away or removed it meanwhile: then the one that now has the
     /// name is taken. A removed file is always noticed, one of more than `fullAboveByteCount` bytes is looked up in
-    /// its folder, and a shorter one is taken as not moved. So is one that ends as `expected`: nobody has written to
-    /// it then, and who moves files writes before.
-    [[nodiscard]] std::error_code Open(const std::string& path, std::uint64_t fullAboveByteCount, const Tail& expected);
+    /// its folder, and a shorter one is taken as not moved. So is one that is exactly as long as we left it,
+    /// `leftByteCount` (0 when we did not): nobody has written to it since, and who moves files writes before.
+    [[nodiscard]] std::error_code Open(const std::string& path, std::uint64_t fullAboveByteCount,
+                                       std::uint64_t leftByteCount);
 
-    /// Whether the file has the length and the last bytes that `Open` was to expect. May be false for one of more
-    /// than `fullAboveByteCount` bytes that has.
-    [[nodiscard]] bool EndsAsExpected() const noexcept { return m_endsAsExpected; }
+    /// Whether the file has the length with which we left it. May be false for one that has when another waits for it,
+    /// or when it has more than `fullAboveByteCount` bytes.
+    [[nodiscard]] bool IsAsLeft() const noexcept { return m_isAsLeft; }
     /// The length as of `Open` and our own changes since.
     [[nodiscard]] std::uint64_t ByteCount() const noexcept { return m_byteCount; }
 
@@ -62,12 +55,11 @@ public:
 
 private:
     // False leaves the reason in errno.
-    [[nodiscard]] bool OpenOnce(const std::string& path);
+    [[nodiscard]] bool OpenUnlocked(const std::string& path);
     [[nodiscard]] bool AppendAll(std::string_view bytes) const;
-    [[nodiscard]] bool EndsAs(const Tail& expected) const;
 
     FileHandle m_file;
-    bool m_endsAsExpected = false;
+    bool m_isAsLeft = false;
     std::uint64_t m_byteCount = 0;
 };
 

@@ -167,6 +167,12 @@ TEST(LogWriter, GoesOnFromWhateverTheFileHolds)
     fs::remove_all(folder.Path("log"));  // the folder is made again, and the file
     Writer::Log(kLevel, u"first");
     EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre("General/Info/first"));
+    folder.Write(folder.Active(), folder.Read(folder.Active()) + "<");  // one byte more than we left, and one less
+    Writer::Log(kLevel, u"more");
+    EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre("General/Info/first", "General/Info/more"));
+    fs::resize_file(folder.ActivePath(), fs::file_size(folder.ActivePath()) - 1);
+    Writer::Log(kLevel, u"less");
+    EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre("General/Info/first", "General/Info/less"));
 }
 
 TEST(LogWriter, ReportsOrDropsWhatCannotBeWrittenAndReleasesItsMutex)
