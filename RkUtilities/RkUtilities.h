@@ -29,6 +29,7 @@
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/foundation/NodePool.h"
 #include "RkUtilities/foundation/POSITION.h"
+#include "RkUtilities/foundation/SharedUnits.h"
 #include "RkUtilities/foundation/StUTF8Buffer.h"
 #include "RkUtilities/geometry/CGAffineTransform.h"
 #include "RkUtilities/geometry/CrkFloatMargin.h"

@@ -69,11 +69,6 @@ CString::CString(Utf16Tag, std::u16string_view text) : CString()
 // --- Storage
 // ------------------------------------------------------------------------------------------------------------
 
-void CString::Retain() const noexcept
-{
-    rk::SharedUnits::Retain(m_storage.pointer);
-}
-
 void CString::Release() noexcept
 {
     rk::SharedUnits::Release(m_storage.pointer);

@@ -2,6 +2,7 @@
 
 #include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/FormatArgument.h"
+#include "RkUtilities/foundation/SharedUnits.h"
 
 #include <array>
 #include <climits>
@@ -358,7 +359,8 @@ private:
     {
         return m_kind == Kind::Inline ? m_storage.units : m_storage.pointer;
     }
-    void Retain() const noexcept;
+    // Here, as a call would double what it costs.
+    void Retain() const noexcept { rk::SharedUnits::Retain(m_storage.pointer); }
     void Release() noexcept;
     constexpr void Forget() noexcept
     {

@@ -82,13 +82,13 @@ CString CString::Tokenize(const CString& delimiters, int& position) const
     const std::u16string_view text = View();
     const rk::UnitSet set(delimiters.View());
     std::size_t begin = position < 0 ? text.size() : StartOf(position);
-    while (begin < text.size() && set.Contains(text[begin]))
+    std::size_t end = begin;
+    while (begin < text.size() && (end = set.FirstIn(text, begin)) == begin)
         ++begin;
     if (begin >= text.size()) {
         position = -1;
         return {};
     }
-    const std::size_t end = set.FirstIn(text, begin);
     position = static_cast<int>(std::min(end + 1, text.size()));
     return Part(begin, end - begin);
 }
