@@ -36,7 +36,8 @@ void WaitForLock(int descriptor)
 // Takes the lock when it is free and the file has this length, and compares both in one call: a region that begins at
 // the file's end plus `kMost - byteCount` would overflow in a longer file (EOVERFLOW), and the bytes before it would
 // reach below 0 in a shorter one (EINVAL, both by POSIX). In one of this length they are all bytes but the last that
-// an offset can name.
+// an offset can name. The length is looked at first: whoever holds the lock in between and lets go of it again, within
+// that instant, is not noticed.
 bool LockIfAsLong(int descriptor, std::uint64_t byteCount)
 {
     constexpr auto kMost = std::numeric_limits<off_t>::max();
@@ -126,27 +127,38 @@ std::size_t AppendFile::ReadAt(std::uint64_t offset, char* buffer, std::size_t b
 
 std::error_code AppendFile::Append(std::string_view bytes)
 {
-    if (!AppendAll(bytes)) {
+    std::size_t writtenCount = 0;
+    if (!AppendAll(bytes, writtenCount)) {
         const std::error_code error = LastError();
-        static_cast<void>(CutTo(m_byteCount));
+        TakeBack(writtenCount);
         return error;
     }
-    m_byteCount += bytes.size();
+    m_byteCount += writtenCount;
     return {};
 }
 
-bool AppendFile::AppendAll(std::string_view bytes) const
+bool AppendFile::AppendAll(std::string_view bytes, std::size_t& writtenCount) const
 {
     LimitGuard guard;
     for (;;) {
-        const ssize_t piece = Uninterrupted([&] { return write(m_file.Descriptor(), bytes.data(), bytes.size()); });
+        const std::string_view rest = bytes.substr(writtenCount);
+        const ssize_t piece = Uninterrupted([&] { return write(m_file.Descriptor(), rest.data(), rest.size()); });
         if (piece < 0)
             return false;
-        bytes.remove_prefix(static_cast<std::size_t>(piece));
-        if (bytes.empty())
+        writtenCount += static_cast<std::size_t>(piece);
+        if (writtenCount == bytes.size())
             return true;
         guard.Look();  // a limit cuts a write short first and sends the signal for the next one
     }
+}
+
+// Asks for the length: ours may lack what another appended just before we had the lock.
+void AppendFile::TakeBack(std::size_t writtenCount) const
+{
+    struct stat facts {};
+    if (writtenCount > 0 && fstat(m_file.Descriptor(), &facts) == 0)
+        static_cast<void>(Uninterrupted(
+            [&] { return ftruncate(m_file.Descriptor(), facts.st_size - static_cast<off_t>(writtenCount)); }));
 }
 
 std::error_code AppendFile::CutTo(std::uint64_t byteCount)

@@ -24,16 +24,18 @@ public:
     /// Opens the file for reading and writing, making it when it is missing, and waits until it is ours alone.
     ///
     /// Who held the lock before may have moved the file away or removed it meanwhile: then the one that now has the
-    /// name is taken. A removed file is always noticed, one of more than `fullAboveByteCount` bytes is looked up in
-    /// its folder, and a shorter one is taken as not moved. So is one that is exactly as long as we left it,
-    /// `leftByteCount` (0 when we did not): nobody has written to it since, and who moves files writes before.
+    /// name is taken. One that is exactly as long as we left it, `leftByteCount` (0 when we did not), is taken as not
+    /// moved: nobody has written to it since, and who moves files writes before. Of the others a removed one is always
+    /// noticed, one of more than `fullAboveByteCount` bytes is looked up in its folder, and a shorter one is taken as not
+    /// moved.
     [[nodiscard]] std::error_code Open(const std::string& path, std::uint64_t fullAboveByteCount,
                                        std::uint64_t leftByteCount);
 
-    /// Whether the file has the length with which we left it. May be false for one that has when another waits for it,
-    /// or when it has more than `fullAboveByteCount` bytes.
+    /// Whether the file has the length with which we left it. May be false for one that has when another had it locked,
+    /// or when it has more than `fullAboveByteCount` bytes. An entry that another appended in the instant before we had
+    /// the lock may have been missed; it is kept all the same.
     [[nodiscard]] bool IsAsLeft() const noexcept { return m_isAsLeft; }
-    /// The length as of `Open` and our own changes since.
+    /// The length as of `Open` and our own appends and cuts since.
     [[nodiscard]] std::uint64_t ByteCount() const noexcept { return m_byteCount; }
 
     /// Whether the file of this path is the open one.
@@ -56,7 +58,8 @@ public:
 private:
     // False leaves the reason in errno.
     [[nodiscard]] bool OpenUnlocked(const std::string& path);
-    [[nodiscard]] bool AppendAll(std::string_view bytes) const;
+    [[nodiscard]] bool AppendAll(std::string_view bytes, std::size_t& writtenCount) const;
+    void TakeBack(std::size_t writtenCount) const;
 
     FileHandle m_file;
     bool m_isAsLeft = false;
