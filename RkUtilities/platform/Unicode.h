@@ -3,8 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <utility>
-#include <vector>
 
 /// Unicode's data about single UTF-16 code units, from ICU, as tables that cost one look-up. Built by the first call
 /// that needs them, never changed afterwards, safe from any thread. Surrogates are neither cased nor letters nor
@@ -21,19 +19,25 @@ struct CaseSources {
 /// A mapping of code units to code units.
 class CaseTable {
 public:
-    static constexpr std::size_t kMostSources = CaseSources::kMost;
-
-    explicit CaseTable(std::int32_t (*mapping)(std::int32_t codePoint));
+    explicit CaseTable(std::int32_t (*mapping)(std::int32_t codePoint)) noexcept;
 
     char16_t operator[](char16_t unit) const noexcept { return m_mapped[unit]; }
     /// Every unit that maps to `mapped`.
     [[nodiscard]] CaseSources SourcesOf(char16_t mapped) const noexcept;
 
 private:
-    std::array<char16_t, 0x10000> m_mapped{};              // one load a unit, for 128 KB
-    std::vector<std::pair<char16_t, char16_t>> m_changed;  // (mapped, unit) of the units that change, ascending
+    struct Change {
+        char16_t mapped;
+        char16_t unit;
+    };
+    static constexpr std::size_t kMostChanged = 4096;  // Unicode 15 has fewer than 1500
+
+    std::array<char16_t, 0x10000> m_mapped{};      // one load a unit, for 128 KB
+    std::array<Change, kMostChanged> m_changed{};  // the units that change, ascending by what they map to
+    std::size_t m_changedCount = 0;
 };
 
+// A table takes no memory from the heap, so that making one does not fail while a text is being changed.
 const CaseTable& UpperCase();
 const CaseTable& LowerCase();
 /// Simple case folding: texts whose folded units are equal differ in case only.
