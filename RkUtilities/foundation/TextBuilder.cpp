@@ -16,9 +16,9 @@ void TextBuilder::AppendAscii(std::string_view characters)
 void TextBuilder::AppendUtf8(std::string_view bytes)
 {
     constexpr std::size_t kBytesAtOnce = 1024;
-    constexpr std::size_t kMostOver = 3;  // units beyond the bytes asked for
-    if (bytes.size() > m_capacity - m_length)
-        Reserve(m_length + LikelyDecodedUnits(bytes));
+    constexpr std::size_t kMostOver = 3;       // units beyond the bytes asked for
+    if (bytes.size() > m_capacity - m_length)  // where more are likely than a text holds, so many may still do
+        Reserve(std::min<std::size_t>(m_length + LikelyDecodedUnits(bytes), INT_MAX - 1));
     while (!bytes.empty()) {
         const std::size_t room = m_capacity - m_length;
         if (room >= std::min(bytes.size(), kBytesAtOnce + kMostOver)) {
