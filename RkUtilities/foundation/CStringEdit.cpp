@@ -116,7 +116,7 @@ int CString::Replace(const CString& before, const CString& after)
         return 0;
     rk::TextSearch search(View(), sought, rk::kExactUnits);
     const std::size_t mostKept = View().size() / 8;
-    std::vector<int> places;  // no more than a quarter of the text's memory; places beyond it are looked for again
+    std::vector<int> places;  // a quarter of the text's memory at most, half with room; others are looked for again
     std::size_t count = 0;
     for (std::size_t at = search.From(0); at != std::u16string_view::npos; at = search.From(at + sought.size())) {
         if (++count <= mostKept)
