@@ -73,7 +73,7 @@ int main(int argc, char** argv)
     for (const auto& row : kChanges)
         Sizes(benchmark::RegisterBenchmark(row.name, ChangeOurs<void (*)(CString&)>, kNotes, row.change));
     const auto measureCalls = [](benchmark::State& state, auto* call) {
-        const CString text = Repeated(kNotes, state.range(0));
+        const CString text = Shuffled(kNotes, state.range(0));
         TimeOurs(state, [&] { return call(text); });
     };
     for (const auto& row : kMakers)

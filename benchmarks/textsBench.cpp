@@ -21,29 +21,29 @@ namespace {
 
 void CopyUnits(benchmark::State& state)  // the floor of whatever makes a new text
 {
-    const std::u16string text = Repeated(kWords, state.range(0));
+    const std::u16string text = Shuffled(kWords, state.range(0));
     Time(state, [&] { return std::u16string(text); });
 }
 
 void FindMissing(benchmark::State& state)
 {
-    const CString text = Repeated(kWords, state.range(0));
+    const CString text = Shuffled(kWords, state.range(0));
     const CString sought = u"the quick brown cat";
     TimeOurs(state, [&] { return text.Find(sought); });
 }
 void FindMissingStd(benchmark::State& state)
 {
-    const std::u16string text = Repeated(kWords, state.range(0));
+    const std::u16string text = Shuffled(kWords, state.range(0));
     Time(state, [&] { return text.find(u"the quick brown cat"); });
 }
 void FindMissingNoCase(benchmark::State& state, std::u16string_view words, std::u16string_view sought)
 {
-    const CString text = Repeated(words, state.range(0));
+    const CString text = Shuffled(words, state.range(0));
     TimeOurs(state, [&, sought = CString(sought)] { return text.FindNoCase(sought); });
 }
 void FindMissingNoCaseIcu(benchmark::State& state)  // folds a copy, then searches
 {
-    const std::u16string text = Repeated(kMixedWords, state.range(0));
+    const std::u16string text = Shuffled(kMixedWords, state.range(0));
     Time(state, [&] {
         std::u16string folded(text.size() * 2, u'\0');
         UErrorCode error = U_ZERO_ERROR;
@@ -59,7 +59,7 @@ void Replace(benchmark::State& state)
 }
 void ReplaceStd(benchmark::State& state)
 {
-    const std::u16string text = Repeated(kWords, state.range(0));
+    const std::u16string text = Shuffled(kWords, state.range(0));
     Time(state, [&] {
         std::u16string result;
         std::size_t from = 0;
@@ -71,7 +71,7 @@ void ReplaceStd(benchmark::State& state)
 
 void Tokenize(benchmark::State& state)
 {
-    const CString text = Repeated(kWords, state.range(0));
+    const CString text = Shuffled(kWords, state.range(0));
     const CString delimiters = u" ;";
     TimeOurs(state, [&] {
         CAtlArray<CString> tokens;
@@ -84,7 +84,7 @@ void Tokenize(benchmark::State& state)
 }
 void TokenizeStd(benchmark::State& state)
 {
-    const std::u16string text = Repeated(kWords, state.range(0));
+    const std::u16string text = Shuffled(kWords, state.range(0));
     Time(state, [&] {
         std::vector<std::u16string> tokens;
         for (std::size_t end = 0, begin = 0; (begin = text.find_first_not_of(u" ;", end)) != std::u16string::npos;) {
@@ -101,7 +101,7 @@ void Upper(benchmark::State& state, std::u16string_view words)
 }
 void UpperIcu(benchmark::State& state, std::u16string_view words)
 {
-    const std::u16string text = Repeated(words, state.range(0));
+    const std::u16string text = Shuffled(words, state.range(0));
     Time(state, [&] {
         std::u16string upper(text.size() * 2, u'\0');  // "ß" becomes "SS"
         UErrorCode error = U_ZERO_ERROR;
@@ -114,12 +114,12 @@ void UpperIcu(benchmark::State& state, std::u16string_view words)
 
 void Decode(benchmark::State& state, std::u16string_view words)
 {
-    const std::string bytes = CString(Repeated(words, state.range(0))).ToUtf8();
+    const std::string bytes = CString(Shuffled(words, state.range(0))).ToUtf8();
     TimeOurs(state, [&] { return CString(bytes); });
 }
 void DecodeIcu(benchmark::State& state, std::u16string_view words)
 {
-    const std::string bytes = CString(Repeated(words, state.range(0))).ToUtf8();
+    const std::string bytes = CString(Shuffled(words, state.range(0))).ToUtf8();
     Time(state, [&] {
         std::u16string units(bytes.size(), u'\0');
         std::int32_t length = 0;
@@ -133,7 +133,7 @@ void DecodeIcu(benchmark::State& state, std::u16string_view words)
 
 void Encode(benchmark::State& state, std::u16string_view words)
 {
-    const CString text = Repeated(words, state.range(0));
+    const CString text = Shuffled(words, state.range(0));
     TimeOurs(state, [&] {
         std::string bytes;
         GetStdStringFromCString(text, bytes);
@@ -142,7 +142,7 @@ void Encode(benchmark::State& state, std::u16string_view words)
 }
 void EncodeIcu(benchmark::State& state, std::u16string_view words)
 {
-    const std::u16string text = Repeated(words, state.range(0));
+    const std::u16string text = Shuffled(words, state.range(0));
     Time(state, [&] {
         std::string bytes(text.size() * 3, '\0');
         std::int32_t length = 0;
@@ -160,7 +160,7 @@ void SanitiseNotes(benchmark::State& state)
 }
 void SanitiseNotesStd(benchmark::State& state)
 {
-    const std::u16string text = Repeated(kNotes, state.range(0));
+    const std::u16string text = Shuffled(kNotes, state.range(0));
     Time(state, [&] {
         std::u16string clean = text;
         std::erase_if(clean, [](char16_t unit) {
@@ -175,13 +175,13 @@ void SanitiseTooltip(benchmark::State& state)
 }
 void SanitiseTopic(benchmark::State& state)
 {
-    const CString text = Repeated(kNotes, state.range(0));
+    const CString text = Shuffled(kNotes, state.range(0));
     TimeOurs(state, [&] { return CrkStringUtilities::ReplaceInvalidTopicTextCharacters(text); });
 }
 
 void LineFeedsToPairs(benchmark::State& state)
 {
-    const CString text = Repeated(kNotes, state.range(0));
+    const CString text = Shuffled(kNotes, state.range(0));
     TimeOurs(state, [&] { return CrkStringUtilities::ConvertLFsToCRLFPairs(text); });
 }
 
@@ -199,7 +199,7 @@ void WrapToThreeLines(benchmark::State& state)
 }
 void WrapStd(benchmark::State& state)  // the last space of each 60 units, and no other rule
 {
-    const std::u16string text = Repeated(kMixedWords, state.range(0));
+    const std::u16string text = Shuffled(kMixedWords, state.range(0));
     Time(state, [&] {
         std::u16string result;
         result.reserve(text.size() + text.size() / 32);
