@@ -1,9 +1,9 @@
 // Any bytes, as each kind of outline and as each field of a topic: a reason with a line, or a map that is overlap-free and well-formed.
 #include "../tests/mindmap/MapInvariants.h"
 #include "Require.h"
-#include "mindmap/MapCheck.h"
-#include "mindmap/OpmlReader.h"
-#include "mindmap/TextOutlineReader.h"
+#include "mindmap/layout/MapCheck.h"
+#include "mindmap/read/OpmlReader.h"
+#include "mindmap/read/TextOutlineReader.h"
 
 #include <cstdint>
 

@@ -1,4 +1,4 @@
-#include "mindmap/Program.h"
+#include "mindmap/program/Program.h"
 
 #include <clocale>
 #include <iostream>

@@ -1,11 +1,11 @@
 #include "../support/ScopedUserLocale.h"
 #include "../support/ScopedVariable.h"
-#include "mindmap/BranchSums.h"
-#include "mindmap/Dates.h"
-#include "mindmap/Link.h"
-#include "mindmap/Placeholders.h"
-#include "mindmap/Tooltip.h"
-#include "mindmap/TopicIds.h"
+#include "mindmap/measure/BranchSums.h"
+#include "mindmap/measure/Dates.h"
+#include "mindmap/read/Link.h"
+#include "mindmap/read/Placeholders.h"
+#include "mindmap/write/Tooltip.h"
+#include "mindmap/write/TopicIds.h"
 
 #include <RkUtilities/dates/CrkDateUtilities.h>
 #include <RkUtilities/xml/CrkXmlUtilities.h>

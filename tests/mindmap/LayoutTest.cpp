@@ -1,7 +1,7 @@
 #include "MapInvariants.h"
 
-#include "mindmap/MapCheck.h"
-#include "mindmap/Style.h"
+#include "mindmap/layout/MapCheck.h"
+#include "mindmap/measure/Style.h"
 
 #include <gtest/gtest.h>
 

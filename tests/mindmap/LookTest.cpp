@@ -1,8 +1,8 @@
 #include "../support/ScopedUserLocale.h"
 #include "MapInvariants.h"
 
-#include "mindmap/BranchColors.h"
-#include "mindmap/Style.h"
+#include "mindmap/measure/Style.h"
+#include "mindmap/write/BranchColors.h"
 
 #include <array>
 #include <cmath>

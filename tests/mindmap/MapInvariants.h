@@ -1,7 +1,7 @@
 #pragma once
 
-#include "mindmap/Layout.h"
-#include "mindmap/SvgWriter.h"
+#include "mindmap/layout/Layout.h"
+#include "mindmap/write/SvgWriter.h"
 
 #include <expat.h>
 

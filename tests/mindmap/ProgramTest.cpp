@@ -1,4 +1,4 @@
-#include "mindmap/Program.h"
+#include "mindmap/program/Program.h"
 #include "../support/InChild.h"
 #include "../support/ScopedCurrentFolder.h"
 #include "../support/ScopedFileSizeLimit.h"

@@ -1,5 +1,5 @@
-#include "mindmap/OpmlReader.h"
-#include "mindmap/TextOutlineReader.h"
+#include "mindmap/read/OpmlReader.h"
+#include "mindmap/read/TextOutlineReader.h"
 
 #include <gtest/gtest.h>
 

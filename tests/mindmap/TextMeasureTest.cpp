@@ -1,6 +1,6 @@
-#include "mindmap/TextMeasure.h"
+#include "mindmap/measure/TextMeasure.h"
 
-#include "mindmap/CodePoints.h"
+#include "mindmap/read/CodePoints.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "mindmap/read/Outline.h"
+
+#include <vector>
+
+namespace mindmap {
+
+/// What the figures below a topic come to, one sum for each unit, in the order in which the units first occur.
+struct BranchSum {
+    std::vector<Figure> figures;
+    /// False when there would be more than kMaximumUnitCount of them or one is too large to be added up exactly: then
+    /// neither this topic nor any above it has a sum, unless a figure of its own stands between.
+    bool isKnown = true;
+};
+
+inline constexpr std::size_t kMaximumUnitCount = 8;
+
+/// The sums of all topics, in the outline's order. A topic with a figure of its own counts with that one, whatever is
+/// below it; any other topic with the sum of its branch.
+std::vector<BranchSum> SumBranches(const Outline& outline);
+
+/// What a topic is worth in the user's locale: its own figure; or its amount as it was written; or "Σ" and the sums of
+/// its branch; "" when there is none.
+CString ShownAmount(const Topic& topic, const BranchSum& sum);
+
+/// "Σ" and the sums of a branch in the user's locale; "" when there are none.
+CString ShownSum(const BranchSum& sum);
+
+}  // namespace mindmap

@@ -1,0 +1,213 @@
+#include "mindmap/program/Program.h"
+
+#include "mindmap/layout/MapCheck.h"
+#include "mindmap/program/Options.h"
+#include "mindmap/program/ProgressLine.h"
+#include "mindmap/program/RunLog.h"
+#include "mindmap/program/Settings.h"
+#include "mindmap/read/FileError.h"
+#include "mindmap/read/OutlineFile.h"
+#include "mindmap/write/BranchColors.h"
+#include "mindmap/write/MapFile.h"
+#include "mindmap/write/SvgWriter.h"
+
+#include <RkUtilities/foundation/NativePath.h>
+#include <RkUtilities/guid/CrkGuid.h>
+#include <RkUtilities/logging/CrkLogTypes.h>
+#include <RkUtilities/paths/CrkPathUtilities.h>
+#include <RkUtilities/paths/SECFileSystem.h>
+#include <RkUtilities/platform/ApplicationName.h>
+#include <RkUtilities/platform/UserLocale.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <new>
+#include <ostream>
+#include <string>
+#include <system_error>
+
+namespace mindmap {
+
+namespace {
+
+/// "dir/plan.opml" and "svg" give "dir/plan.svg"; a name that is all extension, ".plan", is kept: ".plan.svg".
+CString WithExtension(const CString& path, const CString& extension)
+{
+    const CString base = CrkPathUtilities::FileWithoutExtensionFromFilename(path);
+    const CString name = base.IsEmpty() ? CrkPathUtilities::FileWithExtensionFromFilename(path) : base;
+    return CrkPathUtilities::PathFromFilename(path) + CrkPathUtilities::AddExtension(name, extension);
+}
+
+/// The user's locale, as long as the object lives; the environment's when the name is empty.
+class UserLocale {
+public:
+    explicit UserLocale(const CString& name) { rk::platform::SetUserLocale(name.ToUtf8()); }
+    ~UserLocale() { rk::platform::SetUserLocale({}); }
+    UserLocale(const UserLocale&) = delete;
+    UserLocale& operator=(const UserLocale&) = delete;
+};
+
+/// The path of an outline that the command names. One without a folder may also be where the last one was.
+CString FindOutline(const CString& path)
+{
+    const SECFileSystem files;
+    if (!CrkPathUtilities::PathFromFilename(path).IsEmpty() || files.FileExists(path) || LastFolder().IsEmpty())
+        return path;
+    const CString there = CrkPathUtilities::AppendToPath(LastFolder(), path);
+    return CrkPathUtilities::FileNotDirectoryExists(there) ? there : path;
+}
+
+/// Fills in the paths that the command leaves out.
+///
+/// @throws UsageError
+void CompletePaths(Options& options)
+{
+    options.outlinePath = FindOutline(options.outlinePath);
+    if (options.mapPath.IsEmpty())
+        options.mapPath = WithExtension(options.outlinePath, u"svg");
+    if (options.logFolder.IsEmpty())
+        options.logFolder = WithExtension(options.mapPath, u"log");
+    std::error_code absent;  // then nothing is lost
+    if (std::filesystem::equivalent(rk::NativePath(options.mapPath), rk::NativePath(options.outlinePath), absent))
+        throw UsageError{u"the map would take the outline's place"};
+}
+
+/// "plan.opml:12: mismatched tag"
+CString Described(const CString& path, const OutlineError& error)
+{
+    CString text = path + u":";
+    if (error.line > 0)
+        text += CString(std::to_string(error.line)) + u":";
+    return text + u" " + error.reason;
+}
+
+CString Counted(std::size_t count, const CString& noun)
+{
+    return CString(std::to_string(count)) + u" " + noun + (count == 1 ? u"" : u"s");
+}
+
+/// Gives every topic its GUID, and tells the log which of them are not shown in full.
+std::vector<CString> NameTopics(const Outline& outline, const MapLayout& map, RunLog& log)
+{
+    std::vector<CString> ids;
+    ids.reserve(outline.topics.size());
+    for (std::size_t i = 0; i < outline.topics.size(); ++i) {
+        const CFUUIDBytes id = CrkGuid::CreateGuid();
+        ids.push_back(CrkGuid::GuidToString(id));
+        if (map.shapes[i].text.isShortened)
+            log.Write(CrkLogWriter::LogNotice,
+                      CString(u"Shortened ") + ids.back() + u", which begins in line " +
+                          CString(std::to_string(outline.topics[i].line)),
+                      u"Layout", id);
+    }
+    return ids;
+}
+
+/// Reads, lays out, checks and writes; returns what came of it in a line.
+CString Draw(const Options& options, RunLog& log)
+{
+    ProgressLine progressLine;
+    const ProgressHook progress = progressLine.Hook();
+
+    const Outline outline = ReadOutlineFile(options.outlinePath);
+    log.Write(CrkLogWriter::LogInfo,
+              CString(u"Read ") + Counted(outline.topics.size(), u"topic") + u" from " + options.outlinePath);
+    if (outline.leftOutCount > 0)
+        log.Write(CrkLogWriter::LogNotice,
+                  Counted(static_cast<std::size_t>(outline.leftOutCount), u"topic") + u" left out as commented out");
+
+    const MapLayout map = LayOut(outline, progress);
+    if (!CheckMap(outline, map, progress).AreNone())
+        throw OutlineError{0, u"the topics cannot be placed without touching each other"};
+
+    const Legend legend = MakeLegend(outline, map);
+    MapFile file(options.mapPath, options.mayReplaceMap ? Overwrite::Allowed : Overwrite::Never);
+    WriteSvg(
+        outline, map, legend, ChosenDesign(), NameTopics(outline, map, log),
+        [&](const CString& piece) { file.Write(piece); }, progress);
+    const CString mapPath = file.Commit();
+    RememberFolderOf(options.outlinePath);
+
+    const auto deepest = std::max_element(outline.topics.begin(), outline.topics.end(),
+                                          [](const Topic& a, const Topic& b) { return a.level < b.level; });
+    CString summary;
+    summary.Format(u": %zu topics on %d levels, %.0f by %.0f units", outline.topics.size(), deepest->level + 1,
+                   static_cast<double>(legend.bounds.width), static_cast<double>(legend.bounds.height));
+    if (mapPath != options.mapPath)
+        summary += u"; " + options.mapPath + u" stays as it was (see --replace)";
+    return mapPath + summary;
+}
+
+int Run(const Options& options, std::ostream& out, std::ostream& err)
+{
+    RunLog log(options.logFolder);
+    const auto fail = [&](const CString& reason) {
+        log.Write(CrkLogWriter::LogError, reason);
+        err << "mindmap: " << reason << '\n';
+        return 1;
+    };
+    log.Write(CrkLogWriter::LogInfo, CString(u"Drawing ") + options.outlinePath, CrkLogTypes::LogTypeApplicationStart);
+    try {
+        const CString summary = Draw(options, log);
+        log.Write(CrkLogWriter::LogInfo, CString(u"Wrote ") + summary, CrkLogTypes::LogTypeApplicationExit);
+        out << summary << '\n';
+    } catch (const OutlineError& error) {
+        return fail(Described(options.outlinePath, error));
+    } catch (const FileError& error) {
+        return fail(error.path + u": " + error.reason);
+    } catch (const std::bad_alloc&) {
+        return fail(options.outlinePath + u": not enough memory");
+    }
+    if (const CString trouble = TroubleWithSettings(); !trouble.IsEmpty())
+        log.Write(CrkLogWriter::LogNotice, trouble);
+    if (log.IsBroken())
+        err << "mindmap: no log: " << log.FilePath() << " cannot be written\n";
+    else if (CrkPathUtilities::FileNotDirectoryExists(log.FilePath()))  // the settings may switch it off
+        out << "Log: " << log.FilePath() << '\n';
+    return 0;
+}
+
+/// Changes settings, and shows them when that is wanted or there is no outline to draw.
+int RunSettings(const Options& options, const SettingList& changes, std::ostream& out, std::ostream& err)
+{
+    ChangeSettings(changes);
+    if (options.wantsSettings || options.outlinePath.IsEmpty()) {
+        for (const auto& [name, value] : AllSettings())
+            out << name << '=' << value << '\n';
+        if (!PlaceOfSettings().IsEmpty())
+            out << "Kept in " << PlaceOfSettings() << '\n';
+    }
+    const CString trouble = TroubleWithSettings();
+    if (trouble.IsEmpty())
+        return 0;
+    err << "mindmap: " << trouble << '\n';
+    return 1;
+}
+
+}  // namespace
+
+int RunProgram(const std::vector<std::string_view>& arguments, std::ostream& out, std::ostream& err)
+{
+    const ScopedColorNames colorNames;
+    rk::platform::SetApplicationName("mindmap");
+    try {
+        Options options = ReadOptions(arguments);
+        if (options.wantsHelp) {
+            out << kHelp;
+            return 0;
+        }
+        const SettingList changes = ReadSettings(options.assignments);
+        const bool isAboutSettings = options.wantsSettings || !changes.empty();
+        const int settingsStatus = isAboutSettings ? RunSettings(options, changes, out, err) : 0;
+        if (options.outlinePath.IsEmpty())
+            return settingsStatus;
+        CompletePaths(options);
+        const UserLocale locale(options.locale);
+        return Run(options, out, err);
+    } catch (const UsageError& error) {
+        err << "mindmap: " << error.reason << "; see mindmap --help\n";
+        return 2;
+    }
+}
+
+}  // namespace mindmap

@@ -1,0 +1,80 @@
+#include "mindmap/program/RunLog.h"
+
+#include <RkUtilities/foundation/CFile.h>
+#include <RkUtilities/foundation/CFileException.h>
+#include <RkUtilities/logging/CrkLogException.h>
+#include <RkUtilities/paths/SECFileSystem.h>
+
+#include <utility>
+
+namespace mindmap {
+
+namespace {
+
+constexpr char16_t kSettings[] = uR"(<?xml version="1.0" encoding="UTF-8"?>
+<settings xmlns:ls="urn:mindmap:log-settings">
+  <ls:Enable>true</ls:Enable>
+  <!-- LogEmergency, LogCritical, LogError, LogWarning, LogNotice, LogInfo or LogDebug: less severe entries are dropped. -->
+  <ls:Level>LogInfo</ls:Level>
+  <ls:IncludeCategory>*</ls:IncludeCategory>
+</settings>
+)";
+
+}  // namespace
+
+RunLog::RunLog(CString folder) : m_folder(std::move(folder))
+{
+    if (!m_folder.IsEmpty() && m_folder.Right(1) != u"/")
+        m_folder += u"/";
+    const CString settingsPath = m_folder + u"settings.xml";
+    try {
+        ProvideSettings(settingsPath);
+        CrkLogWriter::Init(settingsPath, m_folder);
+    } catch (CFileException* failure) {
+        failure->Delete();
+        m_isBroken = true;
+    }
+}
+
+RunLog::~RunLog()
+{
+    CrkLogWriter::Uninitialize();
+}
+
+void RunLog::ProvideSettings(const CString& path)
+{
+    const SECFileSystem files;
+    if (files.FileExists(path))
+        return;
+    if (!files.DirectoryExists(m_folder))
+        files.MakeDirectory(m_folder);
+    CFileException failure;
+    CFile file;
+    m_isBroken = !file.Open(path, CFile::modeReadWrite | CFile::modeCreate, &failure);
+    if (m_isBroken)
+        return;
+    try {
+        file.WriteString(kSettings);
+        file.Close();
+    } catch (CFileException*) {
+        files.DeleteFile(path);  // half of the settings would switch the log off in every later run
+        throw;
+    }
+}
+
+void RunLog::Write(CrkLogWriter::ErkLogLevel level, const CString& message, const CString& category,
+                   const CFUUIDBytes& topicId)
+{
+    if (m_isBroken)
+        return;
+    try {
+        CrkLogWriter::Log(level, message, category, topicId);
+    } catch (const CrkLogException&) {
+        m_isBroken = true;
+    } catch (CFileException* failure) {
+        failure->Delete();
+        m_isBroken = true;
+    }
+}
+
+}  // namespace mindmap

@@ -1,0 +1,220 @@
+#include "mindmap/write/SvgWriter.h"
+
+#include "mindmap/measure/Style.h"
+#include "mindmap/read/CleanText.h"
+#include "mindmap/read/Link.h"
+#include "mindmap/write/Tooltip.h"
+#include "mindmap/write/TopicIds.h"
+#include "mindmap/write/XmlStream.h"
+
+#include <string>
+#include <string_view>
+
+namespace mindmap {
+
+namespace {
+
+constexpr float kIconRise = 10;  // from an icon's top to the baseline of its text
+
+// Signs of 12 by 12 units, drawn with the stroke of whoever uses them.
+constexpr char16_t kIcons[] = uR"(<defs>
+<g id="icon-date" fill="none" stroke-width="1.2"><path d="M1.5 3h9v7.5h-9zM1.5 5.5h9M4 1.2v2.6M8 1.2v2.6"/></g>
+<g id="icon-amount" fill="none" stroke-width="1.2"><path d="M.8 3h10.4v6.6H.8z"/><circle cx="6" cy="6.3" r="1.5"/></g>
+<g id="icon-link" fill="none" stroke-width="1.2"><path d="M5 2.6H1.8v7.6h7.6V7M7 1.6h3.4V5M10.2 1.8 5.6 6.4"/></g>
+</defs>
+)";
+
+std::u16string_view IconOf(TextRole role)
+{
+    switch (role) {
+    case TextRole::Date:
+        return u"#icon-date";
+    case TextRole::Amount:
+        return u"#icon-amount";
+    default:
+        return u"#icon-link";
+    }
+}
+
+class SvgDocument {
+public:
+    SvgDocument(const Outline& outline, const MapLayout& map, const Legend& legend, const Design& design,
+                const TextSink& sink)
+        : m_topics(outline.topics), m_map(map), m_legend(legend), m_design(design), m_xml(sink)
+    {}
+
+    void Begin()
+    {
+        const CrkFloatRect& r = m_legend.bounds;
+        m_xml << u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" "
+                 u"xmlns:xlink=\"http://www.w3.org/1999/xlink\" width=\""
+              << r.width << u"\" height=\"" << r.height << u"\" viewBox=\"" << r.x << u" " << r.y << u" " << r.width
+              << u" " << r.height << u"\" font-family=\"" << kFontFamily << u"\">\n<title>";
+        m_xml.Text(ShortenForTooltip(m_topics.front().text), Place::Content)
+            << u"</title>\n"
+            << kIcons << u"<rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width << u"\" height=\""
+            << r.height << u"\" fill=\"" << Color{PageOf(m_design.theme).paper}
+            << u"\"/>\n<g fill=\"none\" stroke-linecap=\"round\">\n";
+    }
+
+    void WriteConnection(std::size_t index)
+    {
+        const Connection& c = m_map.connections[index];
+        m_xml << u"<path d=\"M" << c.start.x << u" " << c.start.y << u"C" << c.firstControl.x << u" "
+              << c.firstControl.y << u" " << c.secondControl.x << u" " << c.secondControl.y << u" " << c.end.x << u" "
+              << c.end.y << u"\" stroke=\"" << Color{LineColorOf(m_design.theme, m_map.shapes[index].branch)}
+              << u"\" stroke-width=\"" << StyleOf(m_topics[index].level).lineWidth << u"\"/>\n";
+        m_xml.HandOnPieces();
+    }
+
+    void EndConnections() { m_xml << u"</g>\n"; }
+
+    void WriteTopic(std::size_t index, const CString& guid)
+    {
+        const Topic& topic = m_topics[index];
+        const TopicShape& shape = m_map.shapes[index];
+        const Look look = LookOf(m_design.theme, topic.level, shape.branch);
+        const CString target = ReadLink(topic.link).target;
+
+        m_xml << u"<g id=\"" << m_ids.Make(topic.text) << u"\" data-guid=\"" << guid << u"\">";
+        if (!target.IsEmpty()) {
+            m_xml << u"<a xlink:href=\"";
+            m_xml.Text(target, Place::Attribute) << u"\">";
+        }
+        m_xml << u"<title>";
+        m_xml.Text(ComposeTooltip(topic, m_map.sums[index]), Place::Content) << u"</title>";
+        WriteShape(shape, look, topic.level);
+        for (const TextRun& run : shape.text.runs)
+            WriteRun(run, shape, look, StyleOf(topic.level).font);
+        m_xml << (target.IsEmpty() ? u"</g>\n" : u"</a></g>\n");
+        m_xml.HandOnPieces();
+    }
+
+    void WriteLegend()
+    {
+        if (m_legend.entries.empty())
+            return;
+        const Page& page = PageOf(m_design.theme);
+        const CrkFloatRect& r = m_legend.box;
+        m_xml << u"<g id=\"legend\"><rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width
+              << u"\" height=\"" << r.height << u"\" rx=\""
+              << CornerRadiusOf(m_design.shapes, 1, 2 * StyleOf(1).cornerRadius) << u"\" fill=\"" << Color{page.boxFill}
+              << u"\" stroke=\"" << Color{page.boxEdge} << u"\"/>\n";
+        for (const LegendEntry& entry : m_legend.entries) {
+            const CrkFloatPoint& o = entry.origin;
+            m_xml << u"<rect x=\"" << o.x << u"\" y=\"" << o.y + kSwatchTop << u"\" width=\"" << kSwatchSize
+                  << u"\" height=\"" << kSwatchSize << u"\" rx=\"" << CornerRadiusOf(m_design.shapes, 3, kSwatchSize)
+                  << u"\" fill=\"" << Color{entry.color} << u"\"/>";
+            WriteLegendLine(entry.name, kLegendFont, page.ink, o.x, o.y + Ascent(kLegendFont));
+            WriteLegendLine(entry.topics, kDetailFont, page.quietInk, o.x,
+                            o.y + LineHeight(kLegendFont) + Ascent(kDetailFont));
+            m_xml << u"\n";
+        }
+        m_xml << u"</g>\n";
+    }
+
+    void End()
+    {
+        m_xml << u"</svg>\n";
+        m_xml.HandOnAll();
+    }
+
+private:
+    void WriteShape(const TopicShape& shape, const Look& look, int level)
+    {
+        const CrkFloatRect& r = shape.bounds;
+        if (shape.side == Side::Centre)
+            m_xml << u"<ellipse cx=\"" << r.x + r.width / 2 << u"\" cy=\"" << r.y + r.height / 2 << u"\" rx=\""
+                  << r.width / 2 << u"\" ry=\"" << r.height / 2;
+        else
+            m_xml << u"<rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width << u"\" height=\""
+                  << r.height << u"\" rx=\"" << CornerRadiusOf(m_design.shapes, level, static_cast<int>(r.height));
+        m_xml << u"\" fill=\"" << Color{look.fill};
+        if (look.edgeWidth > 0)
+            m_xml << u"\" stroke=\"" << Color{look.edge} << u"\" stroke-width=\"" << look.edgeWidth;
+        m_xml << u"\"/>";
+    }
+
+    void WriteRun(const TextRun& run, const TopicShape& shape, const Look& look, Font titleFont)
+    {
+        const bool isTitle = run.role == TextRole::Title;
+        const Font font = isTitle ? titleFont : kDetailFont;
+        const bool isAccent = run.role == TextRole::Amount || run.role == TextRole::Link;
+        const Color color{isTitle ? look.title : isAccent ? look.accent : look.detail};
+        const bool isMiddle = shape.text.isCentred && !run.hasIcon;
+        const bool beginsRight = shape.text.direction == Direction::RightToLeft;
+        const float towardsEnd = beginsRight ? -1.0F : 1.0F;
+        const float start = shape.textOrigin.x + towardsEnd * static_cast<float>(run.start);
+        const float baseline = shape.textOrigin.y + static_cast<float>(run.baseline);
+
+        if (run.hasIcon)
+            m_xml << u"<use xlink:href=\"" << IconOf(run.role) << u"\" x=\""
+                  << (beginsRight ? start + kIconGap : start - kIconGap - kIconSize) << u"\" y=\""
+                  << baseline - kIconRise << u"\" stroke=\"" << color << u"\"/>";
+        m_xml << u"<text x=\"" << (isMiddle ? shape.bounds.x + shape.bounds.width / 2 : start) << u"\" y=\"" << baseline
+              << u"\" font-size=\"" << font.size << u"\" fill=\"" << color;
+        if (font.weight == Weight::Bold)
+            m_xml << u"\" font-weight=\"bold";
+        if (run.direction == Direction::RightToLeft)
+            m_xml << u"\" direction=\"rtl\" unicode-bidi=\"embed";
+        if (isMiddle)
+            m_xml << u"\" text-anchor=\"middle";
+        else if (run.direction != shape.text.direction)
+            m_xml << u"\" text-anchor=\"end";
+        m_xml << u"\">";
+        WriteFontParts(run.text);
+        m_xml << u"</text>";
+    }
+
+    /// Begins right of the square of color, whatever the text's direction is.
+    void WriteLegendLine(const CString& text, Font font, std::uint32_t color, float cellX, float baseline)
+    {
+        m_xml << u"<text x=\"" << cellX + kSwatchSize + kSwatchGap << u"\" y=\"" << baseline << u"\" font-size=\""
+              << font.size << u"\" fill=\"" << Color{color};
+        if (DirectionOf(text) == Direction::RightToLeft)
+            m_xml << u"\" direction=\"rtl\" unicode-bidi=\"embed\" text-anchor=\"end";
+        m_xml << u"\">";
+        WriteFontParts(text);
+        m_xml << u"</text>";
+    }
+
+    void WriteFontParts(std::u16string_view text)
+    {
+        while (!text.empty()) {
+            const FontPart part = FirstFontPart(text);
+            if (part.isPicture)
+                m_xml << u"<tspan font-family=\"" << kPictureFontFamily << u"\" font-weight=\"normal\">";
+            m_xml.Text(part.text, Place::Content);
+            if (part.isPicture)
+                m_xml << u"</tspan>";
+            text.remove_prefix(part.text.size());
+        }
+    }
+
+    const std::vector<Topic>& m_topics;
+    const MapLayout& m_map;
+    const Legend& m_legend;
+    const Design m_design;
+    XmlStream m_xml;
+    TopicIds m_ids;
+};
+
+}  // namespace
+
+void WriteSvg(const Outline& outline, const MapLayout& map, const Legend& legend, const Design& design,
+              const std::vector<CString>& topicGuids, const TextSink& sink, const ProgressHook& progress)
+{
+    SvgDocument document(outline, map, legend, design, sink);
+    document.Begin();
+    for (std::size_t i = outline.topics.size(); i-- > 1;)  // heavier lines last, over the ends of lighter ones
+        document.WriteConnection(i);
+    document.EndConnections();
+    for (std::size_t i = 0; i < outline.topics.size(); ++i) {
+        Tell(progress, "drawing", i, outline.topics.size());
+        document.WriteTopic(i, topicGuids[i]);
+    }
+    document.WriteLegend();
+    document.End();
+}
+
+}  // namespace mindmap
