@@ -1,7 +1,7 @@
 // Date texts beside ICU's formatter alone and the C library's strftime: the same time again and again, as a log asks for,
 // and another day each time, as a list of tasks does.
 #include "RkUtilities/dates/CrkDateUtilities.h"
-#include "RkUtilities/platform/UserLocale.h"
+#include "RkUtilities/foundation/UserLocale.h"
 
 #include <array>
 #include <benchmark/benchmark.h>
@@ -24,7 +24,7 @@ std::time_t TimeAt(std::int64_t round, const benchmark::State& state)
 
 void Ours(benchmark::State& state, CString (*make)(const CTime&))
 {
-    rk::platform::SetUserLocale("de_DE");
+    rk::SetUserLocale("de_DE");
     std::int64_t round = 0;
     for (auto _ : state) {
         const CTime time = CTime::FromCFAbsoluteTime(static_cast<double>(TimeAt(round++, state) - 978307200));

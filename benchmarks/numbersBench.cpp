@@ -1,7 +1,7 @@
 // Numbers beside the C library, ICU with a kept formatter, and the charconv of the standard library as the floor.
+#include "RkUtilities/foundation/UserLocale.h"
 #include "RkUtilities/numbers/CrkLocaleUtilities.h"
 #include "RkUtilities/numbers/CrkStringConversionUtilities.h"
-#include "RkUtilities/platform/UserLocale.h"
 
 #include <benchmark/benchmark.h>
 
@@ -164,7 +164,7 @@ BENCHMARK(ScanDigits)->RangeMultiplier(10)->Range(10, 1'000'000)->Complexity(ben
 
 int main(int argc, char** argv)
 {
-    rk::platform::SetUserLocale("de_DE");
+    rk::SetUserLocale("de_DE");
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
 }

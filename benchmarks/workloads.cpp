@@ -323,7 +323,7 @@ int main(int argc, char** argv)
     setenv("XDG_CONFIG_HOME", ScratchPath().c_str(), 1);
     setenv("TZ", "UTC", 1);
     tzset();
-    rk::platform::SetUserLocale("de_DE");
+    rk::SetUserLocale("de_DE");
     if (command == "first" && argc > 2)
         return PrintFirstCall(argv[2]);
     if (command != "measure")

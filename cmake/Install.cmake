@@ -1,21 +1,33 @@
-# What an installation holds: the library with its modules beside it, the public headers, the CMake package and the pkg-config file.
+# What an installation holds: the library, the public headers with what they include, the CMake package and the pkg-config file.
 include(CMakePackageConfigHelpers)
 set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/RkUtilities)
 
 install(TARGETS RkUtilities EXPORT RkUtilitiesTargets)
-get_property(modules DIRECTORY ${PROJECT_SOURCE_DIR} PROPERTY RK_MODULES)
-if(modules)
-    install(TARGETS ${modules} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-endif()
-foreach(header IN LISTS publicHeaders)
-    get_filename_component(area ${header} DIRECTORY)
-    install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/RkUtilities/${area})
+# Public headers, and each private header that one of them includes, whichever it is.
+set(installedHeaders)
+set(foundHeaders ${publicHeaders})
+while(foundHeaders)
+    list(POP_FRONT foundHeaders header)
+    if(NOT header IN_LIST installedHeaders)
+        list(APPEND installedHeaders ${header})
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${header})
+        file(STRINGS ${header} includes REGEX "^#include \"RkUtilities/")
+        list(TRANSFORM includes REPLACE "^#include \"RkUtilities/(.*)\".*" "\\1")
+        list(APPEND foundHeaders ${includes})
+    endif()
+endwhile()
+foreach(header IN LISTS installedHeaders)
+    if(header MATCHES "^platform/")
+        message(FATAL_ERROR "A public header includes the private ${header}")
+    endif()
+    get_filename_component(room ${header} DIRECTORY)
+    install(FILES ${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/RkUtilities/${room})
 endforeach()
 
 install(EXPORT RkUtilitiesTargets NAMESPACE RkUtilities:: DESTINATION ${packageFolder})
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/RkUtilitiesConfig.cmake.in RkUtilitiesConfig.cmake
     INSTALL_DESTINATION ${packageFolder})
-write_basic_package_version_file(RkUtilitiesConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+write_basic_package_version_file(RkUtilitiesConfigVersion.cmake COMPATIBILITY SameMinorVersion)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/RkUtilitiesConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/RkUtilitiesConfigVersion.cmake DESTINATION ${packageFolder})
 

@@ -1,7 +1,7 @@
 // Whatever a text is: formats keep their argument or the text, repaired texts are sound, parsers agree with one another.
+#include "RkUtilities/foundation/UserLocale.h"
 #include "RkUtilities/numbers/CrkLocaleUtilities.h"
 #include "RkUtilities/numbers/CrkStringConversionUtilities.h"
-#include "RkUtilities/platform/UserLocale.h"
 #include "RkUtilities/strings/CrkStringUtilities.h"
 #include "RkUtilities/xml/CrkXmlUtilities.h"
 
@@ -88,7 +88,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const char* const kLocales[] = {"en_US", "de_DE", "ar_EG", "fa_IR", "fr_CH", "ff_Adlm", "pt_CV", "hi_IN"};
     if (size < 2)
         return 0;
-    rk::platform::SetUserLocale(kLocales[data[0] % std::size(kLocales)]);
+    rk::SetUserLocale(kLocales[data[0] % std::size(kLocales)]);
     const int number = data[1] - 4;
     const CString text(std::string_view(reinterpret_cast<const char*>(data) + 2, size - 2));
     CheckFormat(text, data);

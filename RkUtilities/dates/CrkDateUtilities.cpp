@@ -1,6 +1,6 @@
 #include "RkUtilities/dates/CrkDateUtilities.h"
 
-#include "RkUtilities/platform/LocalTime.h"
+#include "RkUtilities/platform/process/LocalTime.h"
 
 #include <chrono>
 #include <tuple>

@@ -1,5 +1,5 @@
 #include "RkUtilities/dates/CrkDateUtilities.h"
-#include "RkUtilities/numbers/NumberScanner.h"
+#include "RkUtilities/numbers/detail/NumberScanner.h"
 
 #include <algorithm>
 #include <array>

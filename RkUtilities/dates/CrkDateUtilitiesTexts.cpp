@@ -1,7 +1,7 @@
 #include "RkUtilities/dates/CrkDateUtilities.h"
-#include "RkUtilities/platform/DateText.h"
-#include "RkUtilities/platform/LocalTime.h"
-#include "RkUtilities/platform/UserLocaleName.h"
+#include "RkUtilities/platform/locale/DateText.h"
+#include "RkUtilities/platform/locale/UserLocale.h"
+#include "RkUtilities/platform/process/LocalTime.h"
 
 #include <cmath>
 

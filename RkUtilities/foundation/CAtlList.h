@@ -1,8 +1,8 @@
 #pragma once
 
 #include "RkUtilities/foundation/AtlThrow.h"
-#include "RkUtilities/foundation/NodePool.h"
 #include "RkUtilities/foundation/POSITION.h"
+#include "RkUtilities/foundation/detail/NodePool.h"
 
 #include <algorithm>
 #include <cstddef>

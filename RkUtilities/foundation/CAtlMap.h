@@ -2,8 +2,8 @@
 
 #include "RkUtilities/foundation/AtlThrow.h"
 #include "RkUtilities/foundation/CElementTraits.h"
-#include "RkUtilities/foundation/NodePool.h"
 #include "RkUtilities/foundation/POSITION.h"
+#include "RkUtilities/foundation/detail/NodePool.h"
 
 #include <algorithm>
 #include <concepts>

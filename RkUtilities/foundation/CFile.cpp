@@ -1,10 +1,10 @@
 #include "RkUtilities/foundation/CFile.h"
 
-#include "RkUtilities/foundation/FileAttributes.h"
 #include "RkUtilities/foundation/NativePath.h"
-#include "RkUtilities/platform/Environment.h"
-#include "RkUtilities/platform/FileTrees.h"
-#include "RkUtilities/platform/Files.h"
+#include "RkUtilities/foundation/detail/FileAttributes.h"
+#include "RkUtilities/platform/files/FileTrees.h"
+#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/process/Environment.h"
 
 #include <cerrno>
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "RkUtilities/foundation/COleDateTime.h"
 
-#include "RkUtilities/foundation/DateValue.h"
-#include "RkUtilities/platform/LocalTime.h"
+#include "RkUtilities/foundation/detail/DateValue.h"
+#include "RkUtilities/platform/process/LocalTime.h"
 
 #include <cmath>
 

@@ -1,11 +1,11 @@
 #include "RkUtilities/foundation/CString.h"
 
-#include "RkUtilities/foundation/SharedUnits.h"
-#include "RkUtilities/foundation/TextBuilder.h"
-#include "RkUtilities/foundation/UnitBlock.h"
-#include "RkUtilities/foundation/Utf8.h"
-#include "RkUtilities/platform/Environment.h"
-#include "RkUtilities/platform/StringTableText.h"
+#include "RkUtilities/foundation/detail/SharedUnits.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
+#include "RkUtilities/foundation/detail/UnitBlock.h"
+#include "RkUtilities/foundation/detail/Utf8.h"
+#include "RkUtilities/platform/locale/StringTables.h"
+#include "RkUtilities/platform/process/Environment.h"
 
 #include <algorithm>
 #include <cstring>

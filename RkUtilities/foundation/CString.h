@@ -1,8 +1,9 @@
 #pragma once
 
 #include "RkUtilities/RkExport.h"
-#include "RkUtilities/foundation/FormatArgument.h"
-#include "RkUtilities/foundation/SharedUnits.h"
+#include "RkUtilities/foundation/FormatError.h"
+#include "RkUtilities/foundation/detail/FormatArgument.h"
+#include "RkUtilities/foundation/detail/SharedUnits.h"
 
 #include <array>
 #include <climits>

@@ -1,9 +1,9 @@
 #include "RkUtilities/foundation/CString.h"
 
-#include "RkUtilities/foundation/TextBuilder.h"
-#include "RkUtilities/foundation/TextSearch.h"
-#include "RkUtilities/foundation/UnitBlock.h"
-#include "RkUtilities/platform/Unicode.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
+#include "RkUtilities/foundation/detail/TextSearch.h"
+#include "RkUtilities/foundation/detail/UnitBlock.h"
+#include "RkUtilities/platform/locale/Unicode.h"
 
 #include <algorithm>
 #include <cstring>

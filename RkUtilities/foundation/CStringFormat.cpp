@@ -1,8 +1,8 @@
 #include "RkUtilities/foundation/CString.h"
 
-#include "RkUtilities/foundation/FormatOutput.h"
-#include "RkUtilities/foundation/FormatRenderer.h"
-#include "RkUtilities/foundation/TextBuilder.h"
+#include "RkUtilities/foundation/detail/FormatOutput.h"
+#include "RkUtilities/foundation/detail/FormatRenderer.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
 
 void CString::FormatList(const CString& format, const rk::FormatArgument* arguments, std::size_t count)
 {

@@ -1,8 +1,8 @@
 #include "RkUtilities/foundation/CString.h"
 
-#include "RkUtilities/foundation/TextSearch.h"
-#include "RkUtilities/foundation/UnitBlock.h"
-#include "RkUtilities/platform/Unicode.h"
+#include "RkUtilities/foundation/detail/TextSearch.h"
+#include "RkUtilities/foundation/detail/UnitBlock.h"
+#include "RkUtilities/platform/locale/Unicode.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "RkUtilities/foundation/CharacterTypes.h"
 
 #include "RkUtilities/foundation/CString.h"
-#include "RkUtilities/platform/Unicode.h"
+#include "RkUtilities/platform/locale/Unicode.h"
 
 #include <climits>
 

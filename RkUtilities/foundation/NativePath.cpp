@@ -1,7 +1,7 @@
 #include "RkUtilities/foundation/NativePath.h"
 
-#include "RkUtilities/platform/PathBytes.h"
-#include "RkUtilities/platform/UserFolders.h"
+#include "RkUtilities/platform/files/PathBytes.h"
+#include "RkUtilities/platform/files/UserFolders.h"
 
 namespace rk {
 namespace {

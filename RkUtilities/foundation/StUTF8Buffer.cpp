@@ -1,6 +1,6 @@
 #include "RkUtilities/foundation/StUTF8Buffer.h"
 
-#include "RkUtilities/foundation/Utf8.h"
+#include "RkUtilities/foundation/detail/Utf8.h"
 
 StUTF8Buffer::StUTF8Buffer(const CString& text)
     : m_bytes(std::make_unique_for_overwrite<char[]>(rk::CountEncodedBytes(text.View()) + 1))

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "RkUtilities/RkExport.h"
-#include "RkUtilities/geometry/FloatLanes.h"
+#include "RkUtilities/geometry/detail/FloatLanes.h"
 
 #include <limits>
 

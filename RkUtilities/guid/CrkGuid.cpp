@@ -1,8 +1,8 @@
 #include "RkUtilities/guid/CrkGuid.h"
 
-#include "RkUtilities/foundation/TextBuilder.h"
-#include "RkUtilities/foundation/UnitBlock.h"
-#include "RkUtilities/platform/Random.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
+#include "RkUtilities/foundation/detail/UnitBlock.h"
+#include "RkUtilities/platform/process/Random.h"
 
 #include <array>
 #include <bit>

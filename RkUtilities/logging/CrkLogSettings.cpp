@@ -1,7 +1,7 @@
 #include "RkUtilities/logging/CrkLogSettings.h"
 
 #include "RkUtilities/foundation/NativePath.h"
-#include "RkUtilities/platform/XmlReader.h"
+#include "RkUtilities/platform/xml/XmlReader.h"
 
 #include <algorithm>
 #include <iterator>

@@ -3,13 +3,13 @@
 #include "RkUtilities/foundation/CFileException.h"
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/logging/CrkLogException.h"
-#include "RkUtilities/logging/LogEntryText.h"
-#include "RkUtilities/logging/LogFileTail.h"
+#include "RkUtilities/logging/detail/LogEntryText.h"
+#include "RkUtilities/logging/detail/LogFileTail.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
-#include "RkUtilities/platform/AppendFile.h"
-#include "RkUtilities/platform/DateText.h"
-#include "RkUtilities/platform/Files.h"
-#include "RkUtilities/platform/Threads.h"
+#include "RkUtilities/platform/files/AppendFile.h"
+#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/locale/DateText.h"
+#include "RkUtilities/platform/process/Threads.h"
 
 #include <cstdio>
 #include <memory>

@@ -1,8 +1,8 @@
 #include "RkUtilities/logging/CrkLogWriter.h"
-#include "RkUtilities/logging/LogEntryText.h"
-#include "RkUtilities/platform/DateText.h"
-#include "RkUtilities/platform/PerThread.h"
-#include "RkUtilities/platform/UserLocaleName.h"
+#include "RkUtilities/logging/detail/LogEntryText.h"
+#include "RkUtilities/platform/locale/DateText.h"
+#include "RkUtilities/platform/locale/UserLocale.h"
+#include "RkUtilities/platform/process/PerThread.h"
 
 #include <chrono>
 #include <memory>

@@ -1,7 +1,7 @@
 #include "RkUtilities/numbers/CrkLocaleUtilities.h"
 
-#include "RkUtilities/numbers/NumberText.h"
-#include "RkUtilities/platform/NumberFormats.h"
+#include "RkUtilities/numbers/detail/NumberText.h"
+#include "RkUtilities/platform/locale/NumberFormats.h"
 
 using rk::platform::LocaleUse;
 using rk::platform::NumberFormats;

@@ -1,8 +1,8 @@
 // Truth values and integers to text, and texts that are a number as a whole.
 #include "RkUtilities/numbers/CrkStringConversionUtilities.h"
 
-#include "RkUtilities/foundation/TextBuilder.h"
-#include "RkUtilities/platform/NumberFormats.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
+#include "RkUtilities/platform/locale/NumberFormats.h"
 
 #include <algorithm>
 #include <charconv>

@@ -2,8 +2,8 @@
 #include "RkUtilities/numbers/CrkStringConversionUtilities.h"
 
 #include "RkUtilities/foundation/CharacterTypes.h"
-#include "RkUtilities/numbers/NumberText.h"
-#include "RkUtilities/platform/NumberFormats.h"
+#include "RkUtilities/numbers/detail/NumberText.h"
+#include "RkUtilities/platform/locale/NumberFormats.h"
 
 #include <algorithm>
 #include <iterator>

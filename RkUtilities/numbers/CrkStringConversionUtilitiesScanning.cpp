@@ -1,8 +1,8 @@
 // The number at the start of a text.
 #include "RkUtilities/numbers/CrkStringConversionUtilities.h"
 
-#include "RkUtilities/numbers/NumberScanner.h"
-#include "RkUtilities/numbers/NumberText.h"
+#include "RkUtilities/numbers/detail/NumberScanner.h"
+#include "RkUtilities/numbers/detail/NumberText.h"
 
 bool CrkStringConversionUtilities::StringToDouble(const CString& text, double& value)
 {

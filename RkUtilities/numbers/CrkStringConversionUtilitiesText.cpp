@@ -1,8 +1,8 @@
 // Number text: made from a double, taken apart, cut and grouped.
 #include "RkUtilities/numbers/CrkStringConversionUtilities.h"
 
-#include "RkUtilities/numbers/NumberText.h"
-#include "RkUtilities/platform/NumberFormats.h"
+#include "RkUtilities/numbers/detail/NumberText.h"
+#include "RkUtilities/platform/locale/NumberFormats.h"
 
 #include <bit>
 #include <charconv>

@@ -1,7 +1,7 @@
 #include "RkUtilities/paths/CrkPathUtilities.h"
 
-#include "RkUtilities/foundation/TextBuilder.h"
-#include "RkUtilities/paths/PathNames.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
+#include "RkUtilities/paths/detail/PathNames.h"
 
 #include <algorithm>
 #include <string_view>

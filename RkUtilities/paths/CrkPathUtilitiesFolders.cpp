@@ -1,11 +1,11 @@
 #include "RkUtilities/foundation/CFileException.h"
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
-#include "RkUtilities/platform/CanonicalPath.h"
-#include "RkUtilities/platform/Files.h"
-#include "RkUtilities/platform/OwnerWrite.h"
-#include "RkUtilities/platform/TemporaryFolder.h"
-#include "RkUtilities/platform/UserFolders.h"
+#include "RkUtilities/platform/files/CanonicalPath.h"
+#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/OwnerWrite.h"
+#include "RkUtilities/platform/files/TemporaryFolder.h"
+#include "RkUtilities/platform/files/UserFolders.h"
 
 #include <optional>
 #include <string>

@@ -1,4 +1,4 @@
-#include "RkUtilities/foundation/TextBuilder.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "RkUtilities/foundation/NativePath.h"
-#include "RkUtilities/foundation/TextBuilder.h"
-#include "RkUtilities/foundation/UnitBlock.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
+#include "RkUtilities/foundation/detail/UnitBlock.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
-#include "RkUtilities/paths/PathNames.h"
-#include "RkUtilities/platform/NameCompare.h"
+#include "RkUtilities/paths/detail/PathNames.h"
+#include "RkUtilities/platform/locale/NameCompare.h"
 
 #include <algorithm>
 #include <optional>

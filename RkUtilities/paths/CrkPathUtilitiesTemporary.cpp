@@ -1,6 +1,6 @@
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
-#include "RkUtilities/platform/TemporaryFolder.h"
+#include "RkUtilities/platform/files/TemporaryFolder.h"
 
 #include <string>
 #include <system_error>

@@ -1,9 +1,9 @@
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
-#include "RkUtilities/paths/PathNames.h"
-#include "RkUtilities/platform/Files.h"
-#include "RkUtilities/platform/FreeNames.h"
-#include "RkUtilities/platform/PathBytes.h"
+#include "RkUtilities/paths/detail/PathNames.h"
+#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/FreeNames.h"
+#include "RkUtilities/platform/files/PathBytes.h"
 
 namespace {
 

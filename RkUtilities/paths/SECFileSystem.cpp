@@ -2,8 +2,8 @@
 
 #include "RkUtilities/foundation/CFile.h"
 #include "RkUtilities/foundation/NativePath.h"
-#include "RkUtilities/platform/FileTrees.h"
-#include "RkUtilities/platform/Files.h"
+#include "RkUtilities/platform/files/FileTrees.h"
+#include "RkUtilities/platform/files/Files.h"
 
 #include <algorithm>
 #include <cstddef>

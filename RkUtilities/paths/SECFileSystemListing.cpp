@@ -1,11 +1,11 @@
-#include "RkUtilities/foundation/FileAttributes.h"
 #include "RkUtilities/foundation/NativePath.h"
-#include "RkUtilities/paths/PathNames.h"
+#include "RkUtilities/foundation/detail/FileAttributes.h"
 #include "RkUtilities/paths/SECFileSystem.h"
-#include "RkUtilities/platform/Collation.h"
-#include "RkUtilities/platform/FileTrees.h"
-#include "RkUtilities/platform/Files.h"
-#include "RkUtilities/platform/PathBytes.h"
+#include "RkUtilities/paths/detail/PathNames.h"
+#include "RkUtilities/platform/files/FileTrees.h"
+#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/PathBytes.h"
+#include "RkUtilities/platform/locale/Collation.h"
 
 #include <algorithm>
 #include <cstdint>

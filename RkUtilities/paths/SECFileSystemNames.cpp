@@ -1,7 +1,7 @@
 #include "RkUtilities/foundation/NativePath.h"
-#include "RkUtilities/paths/PathNames.h"
 #include "RkUtilities/paths/SECFileSystem.h"
-#include "RkUtilities/platform/Environment.h"
+#include "RkUtilities/paths/detail/PathNames.h"
+#include "RkUtilities/platform/process/Environment.h"
 
 CString SECFileSystem::GetFileName(const CString& path) const
 {

@@ -1,6 +1,6 @@
 #include "RkUtilities/preferences/SECRegistry.h"
 
-#include "RkUtilities/platform/PreferenceStore.h"
+#include "RkUtilities/platform/storage/PreferenceStore.h"
 
 #include <string_view>
 #include <utility>

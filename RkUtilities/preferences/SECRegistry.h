@@ -25,7 +25,7 @@
 ///   seconds, no home): values stay readable in the process and the next synchronisation tries again. What was stored
 ///   before is read also from a folder that may not be written. A damaged database is put aside under a dated name, and
 ///   a new one begun with what the process knows; so is one in place of a database that is moved or deleted meanwhile.
-///   `rk::platform::GetPreferenceState` tells how the storage fares.
+///   `rk::GetPreferenceState` tells how the storage fares.
 /// - Any text is kept exactly: empty, lone surrogates, U+0000 inside a value, up to 1 GB. A larger value stays in the
 ///   process, and what is written after it with it, until a smaller one replaces it.
 /// - Different objects may be used from different threads at once. A read costs no file access. Memory exhausted is

@@ -1,10 +1,10 @@
 #include "RkUtilities/strings/CrkStringUtilities.h"
 
-#include "RkUtilities/foundation/NumberScan.h"
 #include "RkUtilities/foundation/StUTF8Buffer.h"
-#include "RkUtilities/foundation/TextBuilder.h"
-#include "RkUtilities/foundation/UnitBlock.h"
-#include "RkUtilities/platform/Unicode.h"
+#include "RkUtilities/foundation/detail/NumberScan.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
+#include "RkUtilities/foundation/detail/UnitBlock.h"
+#include "RkUtilities/platform/locale/Unicode.h"
 
 #include <algorithm>
 #include <charconv>

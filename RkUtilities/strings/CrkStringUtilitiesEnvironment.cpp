@@ -1,6 +1,6 @@
 #include "RkUtilities/strings/CrkStringUtilities.h"
 
-#include "RkUtilities/foundation/TextBuilder.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
 
 #include <algorithm>
 #include <cstdint>

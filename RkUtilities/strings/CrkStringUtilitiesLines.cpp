@@ -1,8 +1,8 @@
 #include "RkUtilities/strings/CrkStringUtilities.h"
 
-#include "RkUtilities/foundation/TextBuilder.h"
-#include "RkUtilities/foundation/TextSearch.h"
-#include "RkUtilities/foundation/UnitBlock.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
+#include "RkUtilities/foundation/detail/TextSearch.h"
+#include "RkUtilities/foundation/detail/UnitBlock.h"
 
 #include <algorithm>
 #include <climits>

@@ -1,7 +1,7 @@
 #include "RkUtilities/strings/CrkStringUtilities.h"
 
-#include "RkUtilities/foundation/TextBuilder.h"
-#include "RkUtilities/platform/Unicode.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
+#include "RkUtilities/platform/locale/Unicode.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #include "RkUtilities/strings/CrkStringUtilities.h"
 
-#include "RkUtilities/foundation/TextBuilder.h"
-#include "RkUtilities/foundation/UnitBlock.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
+#include "RkUtilities/foundation/detail/UnitBlock.h"
 
 #include <string_view>
 

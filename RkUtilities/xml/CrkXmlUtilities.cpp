@@ -1,8 +1,8 @@
 #include "RkUtilities/xml/CrkXmlUtilities.h"
 
-#include "RkUtilities/foundation/TextBuilder.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
 #include "RkUtilities/guid/CrkGuid.h"
-#include "RkUtilities/xml/XmlCharacterTable.h"
+#include "RkUtilities/xml/detail/XmlCharacterTable.h"
 
 #include <algorithm>
 #include <string_view>

@@ -1,6 +1,6 @@
 #include "RkUtilities/color/CrkBaseColorTable.h"
 #include "RkUtilities/color/CrkColorConverter.h"
-#include "RkUtilities/platform/StringTables.h"
+#include "RkUtilities/foundation/StringTables.h"
 
 #include "tests/support/ScopedFolder.h"
 #include "tests/support/ScopedUserLocale.h"
@@ -72,7 +72,7 @@ TEST(Colors, AreNamedInTheUsersLanguage)
     const ScopedUserLocale austrian("de_AT");
     EXPECT_EQ(CrkBaseColorTable::GetColorText(0x000080FF), u"{FF,80,00}");  // no tables named
     EXPECT_EQ(Loaded("Sky", path.c_str()), u"Sky blue");                    // ICU's fallback to the root
-    rk::platform::SetStringTables(path);
+    rk::SetStringTables(path);
     EXPECT_EQ(CrkBaseColorTable::GetColorText(0x770080FF), std::u16string_view(u"Apfel\0sine", 10));
     EXPECT_EQ(CrkBaseColorTable::GetColorText(0x00000000), u"{00,00,00}");
     EXPECT_TRUE(Loaded("No such key").IsEmpty() && Loaded(nullptr).IsEmpty() && Loaded("Sky", "/none").IsEmpty());
@@ -81,7 +81,7 @@ TEST(Colors, AreNamedInTheUsersLanguage)
         CrkBaseColorTable::Set(none);
         EXPECT_EQ(CrkBaseColorTable::GetColorText(0x000080FF), u"{FF,80,00}");
     }
-    rk::platform::SetStringTables("");
+    rk::SetStringTables("");
     EXPECT_EQ(Loaded("Sky"), u"");
 }
 

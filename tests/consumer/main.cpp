@@ -2,14 +2,9 @@
 #include <RkUtilities/RkUtilities.h>
 
 #include <iostream>
-#include <string>
 
 int main()
 {
-    if (const std::string fault = rk::platform::LoadServices(); !fault.empty()) {
-        std::cerr << fault << '\n';
-        return 1;
-    }
     CString text;
     text.Format(u"%s has %d topics", "Łódź", 12);
     try {

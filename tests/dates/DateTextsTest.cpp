@@ -148,7 +148,7 @@ TEST(DateTexts, KeepTheLocaleOfTheFirstCallOfTheirKind)
         const CTime time = At(1794862325);
         std::string seen;
         for (const char* const locale : {"de_DE", "en_US", "fr_FR"}) {
-            rk::platform::SetUserLocale(locale);
+            rk::SetUserLocale(locale);
             seen += CrkDateUtilities::ShortDateString(time).ToUtf8() + ' ';
             if (seen.size() > 10)  // the times are asked for one locale later
                 seen += CrkDateUtilities::ShortTimeString(time).ToUtf8() + '|';

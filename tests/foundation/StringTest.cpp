@@ -2,7 +2,7 @@
 
 #include "RkUtilities/foundation/CharacterTypes.h"
 #include "RkUtilities/foundation/StUTF8Buffer.h"
-#include "RkUtilities/foundation/TextSearch.h"
+#include "RkUtilities/foundation/detail/TextSearch.h"
 
 #include <algorithm>
 #include <climits>

@@ -2,22 +2,15 @@
 // argument is a step, and the first that fails ends it with status 1.
 //
 //     NAME           the first use of a family: case, names, numbers, dates, preferences, settings
-//     load           prints what LoadServices says
-//     mapped         prints which of the libraries below are mapped, and whether the modules are
 //     threads        all uses by many threads at once
 //     child          all uses in a child after a fork
 //     late           all uses in the destructor of a static object; with RK_EARLY set also in its constructor
-//     in FOLDER      changes to the folder
-//     plugin FILE NAME  loads a plug-in that makes the use while it is loaded, as another thread does
 #include "RkUtilities/RkUtilities.h"
 
 #include <algorithm>
 #include <atomic>
 #include <barrier>
-#include <chrono>
 #include <cstdlib>
-#include <dlfcn.h>
-#include <fstream>
 #include <iostream>
 #include <iterator>
 #include <string>
@@ -38,7 +31,7 @@ constexpr Use kUses[] = {
     {"names", [] { return CrkPathUtilities::CalcRelativePathname(u"/É/a", u"/é") == u"./a"; }},
     {"numbers", [] { return CrkLocaleUtilities::GetDecimalPoint() == u"."; }},
     {"dates", [] { return CrkDateUtilities::ShortDateString(CTime(2026, 11, 16, 12, 0, 0)) == u"11/16/26"; }},
-    {"preferences", [] { return SECRegistry().Close() && rk::platform::GetPreferenceState().lastFailure.empty(); }},
+    {"preferences", [] { return SECRegistry().Close() && rk::GetPreferenceState().lastFailure.empty(); }},
     {"settings", [] { return !CrkLogSettings(u"/proc/self/status").m_enable; }},
 };
 
@@ -64,7 +57,7 @@ bool UseInThreads()
         for (std::size_t i = 0; i < kThreads; ++i)
             threads.emplace_back([&, i] {
                 start.arrive_and_wait();
-                if (i % 4 == 3 ? rk::platform::LoadServices().empty() : UseAll(i))
+                if (UseAll(i))
                     ++successCount;
             });
     }
@@ -95,56 +88,15 @@ struct Static {
     bool isWanted = false;
 } lastObject;
 
-void PrintMapped()
+bool Make(std::string_view step)
 {
-    std::ifstream file("/proc/self/maps");
-    const std::string maps(std::istreambuf_iterator<char>(file), {});
-    for (const std::string_view name :
-         {"libicuuc", "libexpat", "libsqlite3", "libRkUtilitiesIcu", "libRkUtilitiesXml", "libRkUtilitiesStorage"}) {
-        if (maps.find(name) != std::string::npos)
-            std::cout << name << '\n';
-    }
-}
-
-const Use* pluginUse = nullptr;
-std::atomic<bool> isPluginLoading = false;
-std::atomic<bool> pluginSucceeds = false;
-
-bool UseWhileLoading(const char* file, std::string_view name)
-{
-    pluginUse = std::find_if(std::begin(kUses), std::end(kUses), [&](const Use& use) { return use.name == name; });
-    bool otherSucceeds = false;
-    {
-        const std::jthread other([&] {
-            isPluginLoading.wait(false);
-            otherSucceeds = pluginUse->succeeds();  // waits for the loader, which the plug-in's thread holds
-        });
-        if (dlopen(file, RTLD_NOW) == nullptr) {
-            std::cerr << dlerror() << '\n';
-            _exit(1);
-        }
-    }
-    return otherSucceeds && pluginSucceeds;
-}
-
-bool Make(std::string_view step, char**& arguments)
-{
-    if (step == "load")
-        std::cout << rk::platform::LoadServices() << '\n';
-    else if (step == "mapped")
-        PrintMapped();
-    else if (step == "threads")
+    if (step == "threads")
         return UseInThreads();
     else if (step == "child")
         return UseInChild();
     else if (step == "late")
         lastObject.isWanted = true;
-    else if (step == "in")
-        return chdir(*++arguments) == 0;
-    else if (step == "plugin") {
-        const char* const file = *++arguments;
-        return UseWhileLoading(file, *++arguments);
-    } else {
+    else {
         const auto* const use =
             std::find_if(std::begin(kUses), std::end(kUses), [&](const Use& each) { return each.name == step; });
         return use != std::end(kUses) && use->succeeds();
@@ -154,22 +106,11 @@ bool Make(std::string_view step, char**& arguments)
 
 }  // namespace
 
-/// Called by the plug-in's static initialiser.
-extern "C" __attribute__((visibility("default"))) void RkPluginIsLoading()
-{
-    if (pluginUse == nullptr)
-        return;
-    isPluginLoading = true;
-    isPluginLoading.notify_one();
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));  // until the other thread waits
-    pluginSucceeds = pluginUse->succeeds();
-}
-
 int main(int, char** arguments)
 {
     alarm(60);  // ends a run that hangs
     while (*++arguments != nullptr) {
-        if (!Make(*arguments, arguments))
+        if (!Make(*arguments))
             return 1;
     }
 }

@@ -1,4 +1,4 @@
-#include "RkUtilities/platform/UserLocale.h"
+#include "RkUtilities/foundation/UserLocale.h"
 
 #include "RkUtilities/logging/CrkLogWriter.h"
 
@@ -80,7 +80,7 @@ TEST(UserLocale, TakesHostileNamesForTheRootLocale)
         "../../../../tmp/evil",   "/etc/passwd",  std::string(100, 'a'), std::string(5000, '@'),
         std::string("de\0DE", 5), "\xFF\xFE\x80", std::string(101, '_'), "%s%n"};
     for (const std::string& name : names) {
-        rk::platform::SetUserLocale(name);
+        rk::SetUserLocale(name);
         EXPECT_TRUE(IsLocaleNow("root")) << name;
     }
     std::mt19937 random(5);
@@ -89,10 +89,10 @@ TEST(UserLocale, TakesHostileNamesForTheRootLocale)
         std::string name = round % 2 == 0 ? "de_DE@" : "";
         for (auto length = random() % 110; name.size() < length;)
             name += kUnits[random() % kUnits.size()];
-        rk::platform::SetUserLocale(name);
+        rk::SetUserLocale(name);
         ASSERT_FALSE(CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle).IsEmpty()) << name;
     }
-    rk::platform::SetUserLocale("");
+    rk::SetUserLocale("");
 }
 
 TEST(UserLocale, MayChangeWhileOtherThreadsAsk)
@@ -108,10 +108,10 @@ TEST(UserLocale, MayChangeWhileOtherThreadsAsk)
                     ++(now().Find(u'.') == 2 ? germanCount : otherCount);
             });
         for (int i = 0; i < 2000 || germanCount == 0 || otherCount == 0; ++i)
-            rk::platform::SetUserLocale(i % 2 == 0 ? "de_DE" : "en_US");
+            rk::SetUserLocale(i % 2 == 0 ? "de_DE" : "en_US");
         isOver = true;
     }
-    rk::platform::SetUserLocale("");
+    rk::SetUserLocale("");
     EXPECT_EQ(now().Find(u'.'), -1);
 }
 

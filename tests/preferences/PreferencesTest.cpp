@@ -1,6 +1,6 @@
-#include "RkUtilities/platform/ApplicationName.h"
-#include "RkUtilities/platform/PreferenceState.h"
+#include "RkUtilities/preferences/ApplicationName.h"
 #include "RkUtilities/preferences/CrkRegistry.h"
+#include "RkUtilities/preferences/PreferenceState.h"
 #include "RkUtilities/preferences/SECRegistry.h"
 
 #include "tests/support/InChild.h"
@@ -60,10 +60,7 @@ void Set(std::uint32_t rootKey, const CString& name, const CString& value)
 
 class Preferences : public testing::Test {
 protected:
-    Preferences() : m_home("XDG_CONFIG_HOME", m_folder.Path("config").c_str())
-    {
-        rk::platform::SetApplicationName("mind/maps");
-    }
+    Preferences() : m_home("XDG_CONFIG_HOME", m_folder.Path("config").c_str()) { rk::SetApplicationName("mind/maps"); }
 
     ScopedFolder m_folder;
     ScopedVariable m_home;
@@ -201,10 +198,10 @@ TEST_F(Preferences, WaitInTheProcessWhileTheStorageFails)
     InAProcess([this] {
         Set(kThisHost, u"name", u"kept");
         EXPECT_EQ(TextOf(u"name"), u"kept");
-        EXPECT_NE(rk::platform::GetPreferenceState().lastFailure, "");
+        EXPECT_NE(rk::GetPreferenceState().lastFailure, "");
         std::filesystem::remove(m_folder.Path("config"));
         SECRegistry().Close();
-        EXPECT_EQ(rk::platform::GetPreferenceState().lastFailure, "");
+        EXPECT_EQ(rk::GetPreferenceState().lastFailure, "");
     });
     InAProcess([this] {
         const ScopedNobody nobody(m_folder);
@@ -213,7 +210,7 @@ TEST_F(Preferences, WaitInTheProcessWhileTheStorageFails)
         Set(kAnyHost, u"other", u"kept too");
         SECRegistry().Close();
         EXPECT_EQ(TextOf(u"other"), u"kept too");
-        EXPECT_NE(rk::platform::GetPreferenceState().lastFailure, "");
+        EXPECT_NE(rk::GetPreferenceState().lastFailure, "");
         m_folder.SetMode("config/mind_maps", 0700);
     });
     InAProcess([] {
@@ -221,7 +218,7 @@ TEST_F(Preferences, WaitInTheProcessWhileTheStorageFails)
         {
             const ScopedFileSizeLimit noSpace(0);
             Set(kThisHost, u"third", u"kept as well");
-            EXPECT_NE(rk::platform::GetPreferenceState().lastFailure, "");
+            EXPECT_NE(rk::GetPreferenceState().lastFailure, "");
         }
         EXPECT_TRUE(TextOf(u"name") == u"kept" && TextOf(u"other") == u"kept too");
     });
@@ -256,7 +253,7 @@ TEST_F(Preferences, BeginANewDatabaseWithWhatTheProcessKnows)
             const CString large = std::u16string(100000, u'x');
             Set(kAnyHost, u"large", large);
             Set(kThisHost, u"large", large);
-            const rk::platform::PreferenceState state = rk::platform::GetPreferenceState();
+            const rk::PreferenceState state = rk::GetPreferenceState();
             EXPECT_EQ(state.lastFailure, "");
             EXPECT_EQ(std::filesystem::exists(state.damagedDatabase), isDamage);
         });
@@ -270,7 +267,7 @@ TEST_F(Preferences, PutEachDamagedDatabaseAside)
         m_folder.Write(m_database, std::string(5000, static_cast<char>('a' + round)));
         InAProcess([&] {
             Set(kAnyHost, u"name", u"new");
-            std::ifstream aside(rk::platform::GetPreferenceState().damagedDatabase, std::ios::binary);
+            std::ifstream aside(rk::GetPreferenceState().damagedDatabase, std::ios::binary);
             EXPECT_EQ(aside.get(), 'a' + round);
         });
         EXPECT_EQ(m_folder.EntryCount("config/mind_maps"), 1U + static_cast<unsigned>(round));

@@ -362,13 +362,13 @@ std::unique_ptr<PreferenceDatabase> MakeDatabase()
     return std::make_unique<SqliteDatabase>();
 }
 
-constexpr StorageServices kServices{.stamp = {.servicesByteCount = sizeof(StorageServices)}, .database = &MakeDatabase};
+constexpr StorageServices kServices{.database = &MakeDatabase};
 
 }  // namespace
 
-}  // namespace rk::platform
-
-const rk::platform::StorageServices* RkUtilitiesStorage() noexcept
+const StorageServices& Storage()
 {
-    return &rk::platform::kServices;
+    return kServices;
 }
+
+}  // namespace rk::platform

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "RkUtilities/RkExport.h"
-#include "RkUtilities/platform/ModuleStamp.h"
-#include "RkUtilities/platform/PreferenceDatabase.h"
+#include "RkUtilities/platform/storage/PreferenceDatabase.h"
 
 #include <memory>
 
@@ -10,11 +8,10 @@
 namespace rk::platform {
 
 struct StorageServices {
-    ModuleStamp stamp;
     /// A database that is not open yet.
     std::unique_ptr<PreferenceDatabase> (*database)();
 };
 
-}  // namespace rk::platform
+const StorageServices& Storage();
 
-extern "C" RK_EXPORT const rk::platform::StorageServices* RkUtilitiesStorage() noexcept;
+}  // namespace rk::platform

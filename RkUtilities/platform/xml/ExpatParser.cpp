@@ -138,13 +138,13 @@ std::unique_ptr<XmlParser> MakeParser(XmlReceiver& receiver)
     return std::make_unique<Reading>(receiver);
 }
 
-constexpr XmlServices kServices{.stamp = {.servicesByteCount = sizeof(XmlServices)}, .parser = &MakeParser};
+constexpr XmlServices kServices{.parser = &MakeParser};
 
 }  // namespace
 
-}  // namespace rk::platform
-
-const rk::platform::XmlServices* RkUtilitiesXml() noexcept
+const XmlServices& Xml()
 {
-    return &rk::platform::kServices;
+    return kServices;
 }
+
+}  // namespace rk::platform

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "RkUtilities/RkExport.h"
-#include "RkUtilities/platform/ModuleStamp.h"
-#include "RkUtilities/platform/XmlReader.h"
+#include "RkUtilities/platform/xml/XmlReader.h"
 
 #include <memory>
 
@@ -22,10 +20,9 @@ public:
 };
 
 struct XmlServices {
-    ModuleStamp stamp;
     std::unique_ptr<XmlParser> (*parser)(XmlReceiver& receiver);
 };
 
-}  // namespace rk::platform
+const XmlServices& Xml();
 
-extern "C" RK_EXPORT const rk::platform::XmlServices* RkUtilitiesXml() noexcept;
+}  // namespace rk::platform

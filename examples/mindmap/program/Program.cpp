@@ -12,12 +12,12 @@
 #include "mindmap/write/SvgWriter.h"
 
 #include <RkUtilities/foundation/NativePath.h>
+#include <RkUtilities/foundation/UserLocale.h>
 #include <RkUtilities/guid/CrkGuid.h>
 #include <RkUtilities/logging/CrkLogTypes.h>
 #include <RkUtilities/paths/CrkPathUtilities.h>
 #include <RkUtilities/paths/SECFileSystem.h>
-#include <RkUtilities/platform/ApplicationName.h>
-#include <RkUtilities/platform/UserLocale.h>
+#include <RkUtilities/preferences/ApplicationName.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -41,8 +41,8 @@ CString WithExtension(const CString& path, const CString& extension)
 /// The user's locale, as long as the object lives; the environment's when the name is empty.
 class UserLocale {
 public:
-    explicit UserLocale(const CString& name) { rk::platform::SetUserLocale(name.ToUtf8()); }
-    ~UserLocale() { rk::platform::SetUserLocale({}); }
+    explicit UserLocale(const CString& name) { rk::SetUserLocale(name.ToUtf8()); }
+    ~UserLocale() { rk::SetUserLocale({}); }
     UserLocale(const UserLocale&) = delete;
     UserLocale& operator=(const UserLocale&) = delete;
 };
@@ -189,7 +189,7 @@ int RunSettings(const Options& options, const SettingList& changes, std::ostream
 int RunProgram(const std::vector<std::string_view>& arguments, std::ostream& out, std::ostream& err)
 {
     const ScopedColorNames colorNames;
-    rk::platform::SetApplicationName("mindmap");
+    rk::SetApplicationName("mindmap");
     try {
         Options options = ReadOptions(arguments);
         if (options.wantsHelp) {

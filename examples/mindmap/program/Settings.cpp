@@ -5,8 +5,8 @@
 
 #include <RkUtilities/foundation/NativePath.h>
 #include <RkUtilities/paths/CrkPathUtilities.h>
-#include <RkUtilities/platform/PreferenceState.h>
 #include <RkUtilities/preferences/CrkRegistry.h>
+#include <RkUtilities/preferences/PreferenceState.h>
 #include <RkUtilities/preferences/SECRegistry.h>
 
 #include <algorithm>
@@ -141,12 +141,12 @@ void RememberFolderOf(const CString& path)
 
 CString PlaceOfSettings()
 {
-    return rk::PathText(rk::platform::GetPreferenceState().database);
+    return rk::PathText(rk::GetPreferenceState().database);
 }
 
 CString TroubleWithSettings()
 {
-    const rk::platform::PreferenceState state = rk::platform::GetPreferenceState();
+    const rk::PreferenceState state = rk::GetPreferenceState();
     if (!state.lastFailure.empty())
         return u"the settings cannot be kept: " + CString(state.lastFailure);
     if (state.damagedDatabase.empty())

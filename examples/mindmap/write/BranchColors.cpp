@@ -1,7 +1,7 @@
 #include "mindmap/write/BranchColors.h"
 
 #include <RkUtilities/color/CrkColorConverter.h>
-#include <RkUtilities/platform/StringTables.h>
+#include <RkUtilities/foundation/StringTables.h>
 
 #include <filesystem>
 #include <system_error>
@@ -41,13 +41,13 @@ ScopedColorNames::ScopedColorNames()
 {
     static BranchColorTable table;
     CrkBaseColorTable::Set(&table);
-    rk::platform::SetStringTables((ProgramFolder() / MINDMAP_TEXTS).lexically_normal().string());
+    rk::SetStringTables((ProgramFolder() / MINDMAP_TEXTS).lexically_normal().string());
 }
 
 ScopedColorNames::~ScopedColorNames()
 {
     CrkBaseColorTable::Set(nullptr);
-    rk::platform::SetStringTables("");
+    rk::SetStringTables("");
 }
 
 }  // namespace mindmap

@@ -1,0 +1,7 @@
+#include "RkUtilities/foundation/FormatError.h"
+
+namespace rk {
+
+FormatError::~FormatError() = default;
+
+}  // namespace rk

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "RkUtilities/RkExport.h"
+
+#include <stdexcept>
+
+namespace rk {
+
+/// A format that cannot be carried out: what() says which conversion and why. Thrown by `CString::Format` and
+/// `FormatV`.
+class RK_EXPORT FormatError : public std::runtime_error {
+public:
+    explicit FormatError(const char* reason) : std::runtime_error(reason) {}
+    ~FormatError() override;
+};
+
+}  // namespace rk

@@ -1,0 +1,233 @@
+#include "RkUtilities/foundation/detail/NumberScan.h"
+
+#include "RkUtilities/platform/locale/Unicode.h"
+
+#include <algorithm>
+#include <charconv>
+#include <climits>
+#include <cstdint>
+#include <iterator>
+#include <limits>
+#include <optional>
+
+namespace rk {
+
+namespace {
+
+constexpr int kNoDigit = -1;
+
+// A number of that many digits, times or through such a power of ten, takes one step on exact operands: it rounds right.
+constexpr std::int64_t kExactDigits = 15;
+constexpr std::int64_t kExactExponent = 22;
+constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+constexpr bool IsAsciiDigit(char16_t unit)
+{
+    return unit >= u'0' && unit <= u'9';
+}
+
+/// Takes signs, digits and separators off the front of a text.
+class Reader {
+public:
+    Reader(std::u16string_view text, const NumberSpelling& spelling) : m_rest(text), m_spelling(spelling)
+    {
+        while (!m_rest.empty() && platform::IsWhiteSpace(m_rest.front()))
+            m_rest.remove_prefix(1);
+    }
+
+    [[nodiscard]] std::u16string_view Rest() const noexcept { return m_rest; }
+    void GoBackTo(std::u16string_view rest) noexcept { m_rest = rest; }
+
+    bool Take(std::u16string_view units) noexcept
+    {
+        const bool here = !units.empty() && m_rest.substr(0, units.size()) == units;
+        m_rest.remove_prefix(here ? units.size() : 0);
+        return here;
+    }
+    bool TakeDecimalSeparator() noexcept { return Take(m_spelling.decimalSeparator); }
+    bool TakeExponentLetter() noexcept { return Take(u"e") || Take(u"E"); }
+    /// Takes a sign if there is one; whether it is a minus.
+    bool TakeMinus() noexcept
+    {
+        if (NextDigitIsAscii())
+            return false;
+        if (Take(u"-") || Take(m_spelling.minusSigns[0]) || Take(m_spelling.minusSigns[1]))
+            return true;
+        static_cast<void>(Take(u"+") || Take(m_spelling.plusSign));
+        return false;
+    }
+    int TakeDigit() noexcept
+    {
+        if (NextDigitIsAscii()) {
+            const int digit = m_rest.front() - u'0';
+            m_rest.remove_prefix(1);
+            return digit;
+        }
+        return m_rest.empty() || m_rest.front() < 0x80 || m_spelling.digits == nullptr ? kNoDigit : TakeLocalDigit();
+    }
+
+private:
+    [[nodiscard]] bool NextDigitIsAscii() const noexcept { return !m_rest.empty() && IsAsciiDigit(m_rest.front()); }
+    int TakeLocalDigit() noexcept
+    {
+        char32_t character = m_rest.front();
+        const bool isPair = m_rest.size() > 1 && (m_rest[0] & 0xFC00) == 0xD800 && (m_rest[1] & 0xFC00) == 0xDC00;
+        if (isPair)
+            character = 0x10000 + ((character & 0x3FF) << 10) + (m_rest[1] & 0x3FFU);
+        const auto* const known = std::find(m_spelling.digits->begin(), m_spelling.digits->end(), character);
+        if (known == m_spelling.digits->end())
+            return kNoDigit;
+        m_rest.remove_prefix(isPair ? 2 : 1);
+        return static_cast<int>(known - m_spelling.digits->begin());
+    }
+
+    std::u16string_view m_rest;
+    const NumberSpelling& m_spelling;
+};
+
+/// A decimal number of any length, kept as the digits that decide its `double`: digits times ten to an exponent.
+class Decimal {
+public:
+    void AddWholeDigit(int digit) noexcept { m_exponent += Add(digit) ? 0 : 1; }
+    void AddFractionDigit(int digit) noexcept { m_exponent -= Add(digit) ? 1 : 0; }
+    void AddExponent(std::int64_t exponent) noexcept { m_exponent += exponent; }
+
+    /// Correctly rounded; infinity and 0 beyond the range.
+    [[nodiscard]] double Value() noexcept
+    {
+        if (m_length == 0)
+            return 0;
+        if (m_digitsLost) {
+            m_text[m_length++] = '1';  // any digit after those kept tells which side of a tie the number is on
+            --m_exponent;
+        }
+        const std::int64_t wholeDigits = m_length + m_exponent;
+        if (wholeDigits > kMostWholeDigits)
+            return std::numeric_limits<double>::infinity();
+        if (wholeDigits < -kMostWholeDigits)
+            return 0;
+        if (m_length <= kExactDigits && m_exponent <= kExactExponent && m_exponent >= -kExactExponent) {
+            const auto digits = static_cast<double>(m_digits);
+            return m_exponent < 0 ? digits / kPowersOfTen[-m_exponent] : digits * kPowersOfTen[m_exponent];
+        }
+        m_text[m_length] = 'e';
+        const char* const end = std::to_chars(m_text + m_length + 1, std::end(m_text), m_exponent).ptr;
+        double value = 0;
+        if (std::from_chars(m_text, end, value).ec == std::errc::result_out_of_range)
+            value = wholeDigits > 0 ? std::numeric_limits<double>::infinity() : 0;
+        return value;
+    }
+
+private:
+    static constexpr std::int64_t kMostDigits = 770;       // a tie between two doubles has at most 767
+    static constexpr std::int64_t kMostWholeDigits = 400;  // doubles have fewer than 310, and -323 at least
+
+    /// Whether the digit shifts those before it: leading zeros do, digits that are not kept do not.
+    bool Add(int digit) noexcept
+    {
+        if (m_length == kMostDigits) {
+            m_digitsLost = m_digitsLost || digit != 0;
+            return false;
+        }
+        if (m_length != 0 || digit != 0)
+            m_text[m_length++] = static_cast<char>('0' + digit);
+        m_digits = m_digits * 10 + static_cast<unsigned>(digit);
+        return true;
+    }
+
+    char m_text[kMostDigits + 32];
+    std::int64_t m_length = 0;
+    std::uint64_t m_digits = 0;  // their number, as long as there are no more than kExactDigits
+    std::int64_t m_exponent = 0;
+    bool m_digitsLost = false;
+};
+
+/// The number without a sign at the start of a text, if it is a common one: a few ASCII digits, without an exponent.
+std::optional<double> CommonNumber(std::u16string_view text, std::u16string_view decimalSeparator) noexcept
+{
+    std::uint64_t digits = 0;
+    std::size_t at = 0;
+    const auto takeDigits = [&] {
+        const std::size_t start = at;
+        for (; at < text.size() && IsAsciiDigit(text[at]); ++at)
+            digits = digits * 10 + (text[at] - u'0');
+        return at - start;
+    };
+    std::size_t digitCount = takeDigits();
+    std::size_t decimalCount = 0;
+    if (!decimalSeparator.empty() && text.substr(at, decimalSeparator.size()) == decimalSeparator) {
+        at += decimalSeparator.size();
+        decimalCount = takeDigits();
+        digitCount += decimalCount;
+    }
+    const bool mayGoOn = at < text.size() && (text[at] >= 0x80 || text[at] == u'e' || text[at] == u'E');
+    if (digitCount == 0 || digitCount > kExactDigits || mayGoOn)
+        return std::nullopt;
+    return static_cast<double>(digits) / kPowersOfTen[decimalCount];
+}
+
+/// Takes an exponent if all of it is there.
+std::int64_t TakeExponent(Reader& reader)
+{
+    constexpr std::int64_t kMostExponent = 1'000'000'000'000;  // outweighs the digits of any text
+    const std::u16string_view before = reader.Rest();
+    if (!reader.TakeExponentLetter())
+        return 0;
+    const bool negative = reader.TakeMinus();
+    int digit = reader.TakeDigit();
+    if (digit == kNoDigit) {
+        reader.GoBackTo(before);
+        return 0;
+    }
+    std::int64_t exponent = 0;
+    for (; digit != kNoDigit; digit = reader.TakeDigit())
+        exponent = std::min(exponent * 10 + digit, kMostExponent);
+    return negative ? -exponent : exponent;
+}
+
+}  // namespace
+
+bool ScanDouble(std::u16string_view text, const NumberSpelling& spelling, double& value)
+{
+    Reader reader(text, spelling);
+    const bool negative = reader.TakeMinus();
+    if (const std::optional<double> common = CommonNumber(reader.Rest(), spelling.decimalSeparator)) {
+        value = negative ? -*common : *common;
+        return true;
+    }
+    Decimal decimal;
+    bool anyDigit = false;
+    for (int digit = reader.TakeDigit(); digit != kNoDigit; digit = reader.TakeDigit()) {
+        decimal.AddWholeDigit(digit);
+        anyDigit = true;
+    }
+    if (reader.TakeDecimalSeparator()) {
+        for (int digit = reader.TakeDigit(); digit != kNoDigit; digit = reader.TakeDigit()) {
+            decimal.AddFractionDigit(digit);
+            anyDigit = true;
+        }
+    }
+    if (!anyDigit)
+        return false;
+    decimal.AddExponent(TakeExponent(reader));
+    value = negative ? -decimal.Value() : decimal.Value();
+    return true;
+}
+
+bool ScanInteger(std::u16string_view text, const NumberSpelling& spelling, int& value)
+{
+    Reader reader(text, spelling);
+    const bool negative = reader.TakeMinus();
+    int digit = reader.TakeDigit();
+    if (digit == kNoDigit)
+        return false;
+    const std::int64_t most = negative ? -std::int64_t{INT_MIN} : INT_MAX;
+    std::int64_t magnitude = 0;
+    for (; digit != kNoDigit; digit = reader.TakeDigit())
+        magnitude = std::min(magnitude * 10 + digit, most);
+    value = static_cast<int>(negative ? -magnitude : magnitude);
+    return true;
+}
+
+}  // namespace rk

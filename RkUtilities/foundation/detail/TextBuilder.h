@@ -1,0 +1,92 @@
+#pragma once
+
+#include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/detail/SharedUnits.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstddef>
+#include <string_view>
+
+namespace rk {
+
+/// Builds a text by appending. A short one grows in the builder itself and is copied out at its final size; a longer
+/// one grows in one piece of memory that the text then takes over.
+///
+/// Throws `std::length_error` where the text would grow beyond what `CString` holds, `std::bad_alloc` without memory.
+class TextBuilder {
+public:
+    /// Room for `unitCount` units without another allocation.
+    explicit TextBuilder(std::size_t unitCount = 0) { Reserve(unitCount); }
+    TextBuilder(const TextBuilder&) = delete;
+    TextBuilder& operator=(const TextBuilder&) = delete;
+    ~TextBuilder()
+    {
+        if (!IsShort())
+            SharedUnits::Release(m_units);
+    }
+
+    [[nodiscard]] std::size_t Length() const noexcept { return m_length; }
+    [[nodiscard]] std::u16string_view View() const noexcept { return {m_units, m_length}; }
+    void Append(std::u16string_view units) { std::copy(units.begin(), units.end(), Extend(units.size())); }
+    void Append(char16_t unit) { *Extend(1) = unit; }
+    void Append(std::size_t count, char16_t unit) { std::fill_n(Extend(count), count, unit); }
+    void AppendAscii(std::string_view characters);
+    void AppendUtf8(std::string_view bytes);
+    /// Makes the text longer by `count` units, to be written at once.
+    char16_t* Extend(std::size_t count)
+    {
+        if (count > m_capacity - m_length)
+            Grow(m_length + count);
+        char16_t* const end = m_units + m_length;
+        m_length += count;
+        return end;
+    }
+    /// The text; the builder is empty afterwards.
+    [[nodiscard]] CString Take();
+
+    /// A text of exactly `unitCount` units, all of which `write` writes to the place that it is given.
+    template <class Write>
+    [[nodiscard]] static CString Written(std::size_t unitCount, const Write& write)
+    {
+        CheckLength(unitCount);
+        CString text;
+        char16_t* units = text.m_storage.units;
+        if (unitCount > CString::kInlineUnits) {
+            units = SharedUnits::Allocate(unitCount);
+            text.m_storage.pointer = units;
+            text.m_kind = CString::Kind::Shared;
+        }
+        write(units);
+        units[unitCount] = 0;
+        text.m_length = static_cast<int>(unitCount);
+        return text;
+    }
+    /// Throws `std::length_error` for more units than a text holds.
+    static void CheckLength(std::size_t unitCount)
+    {
+        if (unitCount >= INT_MAX) [[unlikely]]
+            ThrowTooLong();
+    }
+
+private:
+    static constexpr std::size_t kShortUnits = 64;
+
+    [[noreturn]] static void ThrowTooLong();
+
+    [[nodiscard]] bool IsShort() const noexcept { return m_units == m_short; }
+    void Reserve(std::size_t unitCount)
+    {
+        if (unitCount > m_capacity)
+            MoveToRoomFor(unitCount);
+    }
+    void MoveToRoomFor(std::size_t unitCount);
+    void Grow(std::size_t leastUnitCount);
+
+    char16_t* m_units = m_short;  // otherwise memory of SharedUnits with one owner
+    std::size_t m_length = 0;
+    std::size_t m_capacity = kShortUnits;
+    char16_t m_short[kShortUnits];
+};
+
+}  // namespace rk

@@ -1,0 +1,245 @@
+#include "RkUtilities/foundation/detail/TextSearch.h"
+
+#include <algorithm>
+#include <atomic>
+#include <bit>
+#include <cstring>
+#include <type_traits>
+#include <vector>
+
+namespace rk {
+
+namespace {
+
+constexpr std::size_t kNotFound = std::u16string_view::npos;
+
+struct Vectors16 {
+    using Units [[gnu::vector_size(16)]] = std::uint16_t;
+    using Words [[gnu::vector_size(16)]] = std::uint64_t;
+};
+
+/// Goes from `at` over groups of four blocks of places while none of them may begin a match. Returns the first place of
+/// the group that stopped it, or of the rest that is no whole group. Inlined, so that each caller's processor decides how
+/// a block is made.
+template <class Vectors>
+[[gnu::always_inline]] inline std::size_t SkipGroups(const SearchPlaces& places, std::size_t at)
+{
+    using Units = typename Vectors::Units;
+    using Words = typename Vectors::Words;
+    constexpr std::size_t kUnits = sizeof(Units) / sizeof(char16_t);
+    constexpr std::size_t kWords = sizeof(Words) / sizeof(std::uint64_t);
+    constexpr std::size_t kGroupBlocks = 4;
+
+    const Units firstAnyBits = Units{} + static_cast<std::uint16_t>(places.first.AnyBits());
+    const Units firstValue = Units{} + static_cast<std::uint16_t>(places.first.Value());
+    const Units lastAnyBits = Units{} + static_cast<std::uint16_t>(places.last.AnyBits());
+    const Units lastValue = Units{} + static_cast<std::uint16_t>(places.last.Value());
+    for (; at + kGroupBlocks * kUnits <= places.end; at += kGroupBlocks * kUnits) {
+        Words candidates{};
+        for (std::size_t i = 0; i < kGroupBlocks; ++i) {
+            Units firsts;
+            Units lasts;
+            std::memcpy(&firsts, places.units + at + i * kUnits, sizeof firsts);
+            std::memcpy(&lasts, places.units + at + i * kUnits + places.lastOffset, sizeof lasts);
+            candidates |=
+                reinterpret_cast<Words>(((firsts | firstAnyBits) == firstValue) & ((lasts | lastAnyBits) == lastValue));
+        }
+        std::uint64_t any = 0;
+        for (std::size_t i = 0; i < kWords; ++i)
+            any |= candidates[i];
+        if (any != 0)
+            break;
+    }
+    return at;
+}
+
+std::size_t SkipPlain(const SearchPlaces& places, std::size_t at)
+{
+    return SkipGroups<Vectors16>(places, at);
+}
+
+#if defined(__x86_64__)
+struct Vectors32 {
+    using Units [[gnu::vector_size(32)]] = std::uint16_t;
+    using Words [[gnu::vector_size(32)]] = std::uint64_t;
+};
+
+// Blocks of 64 bytes were no faster where the processor has them: memory is the limit.
+[[gnu::target("avx2")]] std::size_t SkipAvx2(const SearchPlaces& places, std::size_t at)
+{
+    return SkipGroups<Vectors32>(places, at);
+}
+
+bool HasAvx2() noexcept
+{
+    return __builtin_cpu_supports("avx2") != 0;
+}
+#else
+constexpr auto& SkipAvx2 = SkipPlain;
+
+bool HasAvx2() noexcept
+{
+    return false;
+}
+#endif
+
+std::atomic<SearchPath> chosenPath = SearchPath::Fastest;
+
+/// Goes on to a place from which on a match may be near, or to the last few places.
+std::size_t Skip(const SearchPlaces& places, std::size_t at)
+{
+    const bool isFast = HasAvx2() && chosenPath.load(std::memory_order_relaxed) == SearchPath::Fastest;
+    return isFast ? SkipAvx2(places, at) : SkipPlain(places, at);
+}
+
+/// The bits of eight rows of eight, the first row lowest, as columns.
+std::uint64_t Transposed(std::uint64_t bits)
+{
+    const auto swap = [&](unsigned distance, std::uint64_t mask) {
+        const std::uint64_t changed = (bits ^ (bits >> distance)) & mask;
+        bits ^= changed ^ (changed << distance);
+    };
+    swap(7, 0x00AA00AA00AA00AA);
+    swap(14, 0x0000CCCC0000CCCC);
+    swap(28, 0x00000000F0F0F0F0);
+    return bits;
+}
+
+/// Of up to eight blocks of places, a bit for each where a match may begin, the first place lowest.
+[[gnu::always_inline]] inline std::uint64_t CandidatesIn(const SearchPlaces& places, std::size_t at,
+                                                         std::size_t blockCount)
+{
+    const UnitBlock firstAnyBits = FilledBlock(places.first.AnyBits());
+    const UnitBlock firstValue = FilledBlock(places.first.Value());
+    const UnitBlock lastAnyBits = FilledBlock(places.last.AnyBits());
+    const UnitBlock lastValue = FilledBlock(places.last.Value());
+    UnitBlock blockBit = FilledBlock(1);
+    UnitBlock found{};  // a lane for each place of a block, a bit for each block
+    for (std::size_t i = 0; i < blockCount; ++i) {
+        const char16_t* const units = places.units + at + i * kBlockUnits;
+        const UnitMask candidates = ((LoadBlock(units) | firstAnyBits) == firstValue) &
+                                    ((LoadBlock(units + places.lastOffset) | lastAnyBits) == lastValue);
+        found |= reinterpret_cast<UnitBlock>(candidates) & blockBit;
+        blockBit += blockBit;
+    }
+    return Transposed(LaneBytes(found));
+}
+
+/// Of eight blocks: with a number that the compiler knows.
+std::uint64_t AllCandidatesIn(const SearchPlaces& places, std::size_t at)
+{
+    return CandidatesIn(places, at, kBlockUnits);
+}
+
+}  // namespace
+
+void ChooseSearchPath(SearchPath path) noexcept
+{
+    chosenPath = path;
+}
+
+template <class Map>
+TextSearch<Map>::TextSearch(std::u16string_view text, std::u16string_view sought, const Map& map) noexcept
+    : m_text(text), m_sought(sought), m_map(map)
+{
+    if (sought.empty())
+        return;
+    m_places = {text.data(), text.size() < sought.size() ? 0 : text.size() - sought.size() + 1, sought.size() - 1,
+                UnitPattern(map.SourcesOf(map[sought.front()])), UnitPattern(map.SourcesOf(map[sought.back()]))};
+}
+
+template <class Map>
+std::size_t TextSearch<Map>::From(std::size_t start)
+{
+    if (m_sought.empty())
+        return start <= m_text.size() ? start : kNotFound;
+    if (start >= m_places.end)
+        return kNotFound;
+    m_origin = std::min(m_origin, start);
+    for (std::size_t at = start;;) {
+        if (at - m_group.begin >= m_group.count) {  // before the group, too
+            const std::size_t blockCount = std::min((m_places.end - at) / kBlockUnits, kBlockUnits);
+            if (blockCount == 0)
+                return Among(at);
+            m_group = {at, blockCount * kBlockUnits,
+                       blockCount == kBlockUnits ? AllCandidatesIn(m_places, at)
+                                                 : CandidatesIn(m_places, at, blockCount)};
+        }
+        for (std::uint64_t candidates = m_group.candidates >> (at - m_group.begin) << (at - m_group.begin);
+             candidates != 0; candidates &= candidates - 1) {
+            const std::size_t place = m_group.begin + static_cast<std::size_t>(std::countr_zero(candidates));
+            if (MatchesAt(place))
+                return place;
+            if (m_compared > 8 * (place - m_origin) + kFreeUnits)
+                return FindLinear(place + 1);
+        }
+        at = m_group.begin + m_group.count;
+        if (m_group.candidates == 0)  // else the next one is likely to be near
+            at = Skip(m_places, at);
+    }
+}
+
+template <class Map>
+std::size_t TextSearch<Map>::Among(std::size_t begin)
+{
+    for (std::size_t at = begin; at < m_places.end; ++at) {
+        if (m_places.first.Fits(m_text[at]) && m_places.last.Fits(m_text[at + m_places.lastOffset]) && MatchesAt(at))
+            return at;
+    }
+    return kNotFound;
+}
+
+template <class Map>
+bool TextSearch<Map>::MatchesAt(std::size_t at)
+{
+    // Patterns of single units leave nothing to compare at the ends.
+    constexpr std::size_t kEnds = std::is_same_v<Map, ExactUnits> ? 1 : 0;
+    for (std::size_t i = kEnds; i + kEnds < m_sought.size(); ++i) {
+        if (m_map[m_text[at + i]] != m_map[m_sought[i]]) {
+            m_compared += i + 1;
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Knuth, Morris and Pratt: linear for every text, used where candidates turn out to be many and false.
+template <class Map>
+std::size_t TextSearch<Map>::FindLinear(std::size_t start) const
+{
+    std::vector<std::size_t> border(m_sought.size() + 1,
+                                    0);  // of the first i units, the longest that begins and ends them
+    for (std::size_t i = 1, length = 0; i < m_sought.size(); ++i) {
+        while (length > 0 && m_map[m_sought[i]] != m_map[m_sought[length]])
+            length = border[length];
+        if (m_map[m_sought[i]] == m_map[m_sought[length]])
+            ++length;
+        border[i + 1] = length;
+    }
+    for (std::size_t i = start, matched = 0; i < m_text.size(); ++i) {
+        const char16_t unit = m_map[m_text[i]];
+        while (matched > 0 && unit != m_map[m_sought[matched]])
+            matched = border[matched];
+        if (unit == m_map[m_sought[matched]])
+            ++matched;
+        if (matched == m_sought.size())
+            return i + 1 - matched;
+    }
+    return kNotFound;
+}
+
+template class TextSearch<ExactUnits>;
+template class TextSearch<platform::CaseTable>;
+
+std::size_t FindUnits(std::u16string_view text, std::u16string_view sought, std::size_t start)
+{
+    return TextSearch(text, sought, kExactUnits).From(start);
+}
+
+std::size_t FindMappedUnits(std::u16string_view text, std::u16string_view sought, std::size_t start,
+                            const platform::CaseTable& table)
+{
+    return TextSearch(text, sought, table).From(start);
+}
+
+}  // namespace rk

@@ -1,0 +1,149 @@
+#include "RkUtilities/platform/files/CopyItem.h"
+
+#include "RkUtilities/platform/files/FileCalls.h"
+#include "RkUtilities/platform/files/FileContent.h"
+
+#include <climits>
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace rk::platform {
+namespace {
+
+constexpr mode_t kPermissions = S_IRWXU | S_IRWXG | S_IRWXO;
+
+std::error_code CopyFileTo(Place from, Place to, mode_t extraPermissions)
+{
+    // Not a pipe or a link that took the file's place meanwhile: neither is waited for nor followed.
+    const FileHandle source(Uninterrupted(
+        [&] { return openat(from.folder, from.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+    struct stat status {};
+    if (!source || fstat(source.Descriptor(), &status) != 0)
+        return LastError();
+    if (!S_ISREG(status.st_mode))
+        return ErrorOf(EINVAL);
+    // For the owner alone until the content is complete.
+    FileHandle target(Uninterrupted([&] {
+        return openat(to.folder, to.name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                      status.st_mode & S_IRWXU);
+    }));
+    if (!target)
+        return LastError();
+    std::error_code error = CopyContent(source.Descriptor(), target.Descriptor(),
+                                        {status.st_size, status.st_blocks < status.st_size / 512});
+    if (!error) {
+        SetPermissionsAndTimes(target.Descriptor(), status, extraPermissions);
+        error = target.Close();
+    }
+    if (error)
+        unlinkat(to.folder, to.name, 0);
+    return error;
+}
+
+void SetTimes(Place place, const struct stat& source)
+{
+    const timespec times[] = {source.st_atim, source.st_mtim};
+    (void)utimensat(place.folder, place.name, times, AT_SYMLINK_NOFOLLOW);
+}
+
+std::error_code CopyLinkTo(Place from, Place to)
+{
+    char target[PATH_MAX];
+    const ssize_t length = readlinkat(from.folder, from.name, target, sizeof target);
+    struct stat status {};
+    if (length < 0 || fstatat(from.folder, from.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return LastError();
+    if (length == sizeof target)
+        return ErrorOf(ENAMETOOLONG);
+    target[length] = '\0';
+    if (symlinkat(target, to.folder, to.name) != 0)
+        return LastError();
+    SetTimes(to, status);
+    return {};
+}
+
+/// Opening one could wait forever or have effects.
+std::error_code CopyNodeTo(Place from, Place to)
+{
+    struct stat status {};
+    if (fstatat(from.folder, from.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return LastError();
+    if (mknodat(to.folder, to.name, status.st_mode & (S_IFMT | kPermissions), status.st_rdev) != 0)
+        return LastError();
+    SetTimes(to, status);
+    return {};
+}
+
+std::error_code MakeWritable(Place place)
+{
+    struct stat status {};
+    if (fstatat(place.folder, place.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return LastError();
+    if (S_ISLNK(status.st_mode))
+        return {};  // the link is what goes; what it leads to is nobody's concern
+    return Outcome(fchmodat(place.folder, place.name, (status.st_mode & 07777) | S_IWUSR, 0));
+}
+
+}  // namespace
+
+std::error_code KindAt(Place place, FileKind& kind)
+{
+    struct stat status {};
+    if (fstatat(place.folder, place.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return LastError();
+    kind = S_ISREG(status.st_mode)   ? FileKind::File
+           : S_ISDIR(status.st_mode) ? FileKind::Folder
+           : S_ISLNK(status.st_mode) ? FileKind::Link
+                                     : FileKind::Other;
+    return {};
+}
+
+void SetPermissionsAndTimes(int descriptor, const struct stat& source, mode_t extraPermissions)
+{
+    const timespec times[] = {source.st_atim, source.st_mtim};
+    (void)fchmod(descriptor, (source.st_mode & kPermissions) | extraPermissions);
+    (void)futimens(descriptor, times);
+}
+
+std::error_code CopyItem(Place from, Place to, FileKind kind, mode_t extraPermissions)
+{
+    switch (kind) {
+    case FileKind::File:
+        return CopyFileTo(from, to, extraPermissions);
+    case FileKind::Link:
+        return CopyLinkTo(from, to);
+    default:
+        return CopyNodeTo(from, to);
+    }
+}
+
+std::error_code ReplaceWithCopy(Place from, Place to, FileKind kind, mode_t extraPermissions)
+{
+    const std::string copy = TemporaryNeighbour(to.name);
+    std::error_code error = CopyItem(from, {to.folder, copy.c_str()}, kind, extraPermissions);
+    if (error)
+        return error;
+    error = Outcome(renameat(to.folder, copy.c_str(), to.folder, to.name));
+    if (error)
+        unlinkat(to.folder, copy.c_str(), 0);
+    return error;
+}
+
+std::error_code Decide(Place to, const CopyRules& rules, Decision& decision)
+{
+    struct stat status {};
+    decision = Decision::Free;
+    if (fstatat(to.folder, to.name, &status, 0) != 0 && fstatat(to.folder, to.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return errno == ENOENT ? std::error_code() : LastError();
+    const bool isReadOnly = (status.st_mode & S_IWUSR) == 0;
+    if (S_ISDIR(status.st_mode))
+        decision = Decision::Folder;
+    else if (isReadOnly)
+        decision = rules.replaceReadOnly ? Decision::Replace : Decision::Stay;
+    else
+        decision = rules.keepWritable ? Decision::Stay : Decision::Replace;
+    return isReadOnly && rules.replaceReadOnly ? MakeWritable(to) : std::error_code();
+}
+
+}  // namespace rk::platform

@@ -1,0 +1,98 @@
+#include "RkUtilities/platform/files/Files.h"
+
+#include "RkUtilities/platform/files/FileCalls.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace rk::platform {
+namespace {
+
+/// Refuses what cannot be read and written at positions, and undoes for devices what kept the opening from waiting.
+std::error_code Accept(int descriptor, int openFlags)
+{
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0)
+        return LastError();
+    if (S_ISREG(status.st_mode))
+        return {};
+    if (S_ISDIR(status.st_mode))
+        return ErrorOf(EISDIR);
+    if (S_ISCHR(status.st_mode) || S_ISBLK(status.st_mode))
+        return Outcome(fcntl(descriptor, F_SETFL, openFlags & ~O_NONBLOCK));
+    return ErrorOf(ENXIO);
+}
+
+std::error_code Lock(int descriptor, Access access)
+{
+    const int operation = (access == Access::Read ? LOCK_SH : LOCK_EX) | LOCK_NB;
+    if (Uninterrupted([&] { return flock(descriptor, operation); }) == 0 || errno != EWOULDBLOCK)
+        return {};  // without locks on this file system everybody may have the file
+    return LastError();
+}
+
+}  // namespace
+
+int OpenFile(const std::string& path, Access access, WhenMissing whenMissing, Sharing sharing, std::error_code& error)
+{
+    // A pipe would make the opening wait for its other end, were it not for O_NONBLOCK.
+    const int flags = (access == Access::Read ? O_RDONLY : O_RDWR) | O_CLOEXEC | O_NOCTTY | O_NONBLOCK |
+                      (whenMissing == WhenMissing::Create ? O_CREAT : 0);
+    FileHandle file(Uninterrupted([&] { return open(SystemPath(path), flags, 0666); }));
+    error = file ? Accept(file.Descriptor(), flags) : LastError();
+    if (!error && sharing == Sharing::DenyWrite)
+        error = Lock(file.Descriptor(), access);
+    return error ? -1 : file.Release();
+}
+
+std::error_code CloseFile(int descriptor)
+{
+    return FileHandle(descriptor).Close();
+}
+
+std::size_t ReadFile(int descriptor, void* buffer, std::size_t byteCount, std::error_code& error)
+{
+    error.clear();
+    std::size_t done = 0;
+    while (done < byteCount) {
+        const ssize_t count =
+            Uninterrupted([&] { return read(descriptor, static_cast<char*>(buffer) + done, byteCount - done); });
+        if (count < 0)
+            error = LastError();
+        if (count <= 0)
+            break;
+        done += static_cast<std::size_t>(count);
+    }
+    return done;
+}
+
+std::error_code WriteFile(int descriptor, std::string_view bytes)
+{
+    const FileSizeSignalGuard guard;
+    while (!bytes.empty()) {
+        const ssize_t count = Uninterrupted([&] { return write(descriptor, bytes.data(), bytes.size()); });
+        if (count <= 0)
+            return count < 0 ? LastError() : ErrorOf(EIO);
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return {};
+}
+
+std::int64_t SeekFile(int descriptor, std::int64_t offset, SeekFrom from, std::error_code& error)
+{
+    constexpr int kWhence[] = {SEEK_SET, SEEK_CUR, SEEK_END};
+    const off_t position = lseek(descriptor, offset, kWhence[static_cast<int>(from)]);
+    error = position < 0 ? LastError() : std::error_code();
+    return position;
+}
+
+std::int64_t LengthOfFile(int descriptor, std::error_code& error)
+{
+    struct stat status {};
+    error = Outcome(fstat(descriptor, &status));
+    return status.st_size;
+}
+
+}  // namespace rk::platform

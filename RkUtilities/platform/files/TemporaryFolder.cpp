@@ -1,0 +1,130 @@
+#include "RkUtilities/platform/files/TemporaryFolder.h"
+
+#include "RkUtilities/platform/files/FileCalls.h"
+#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/UserFolders.h"
+#include "RkUtilities/platform/process/Environment.h"
+#include "RkUtilities/platform/process/Random.h"
+
+#include <fcntl.h>
+#include <optional>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace rk::platform {
+namespace {
+
+enum class Missing { StaysMissing, IsMade };
+
+const char* const kSystemFolder = "/tmp";
+
+constexpr mode_t kOthersMayWrite = S_IWGRP | S_IWOTH;
+constexpr mode_t kAnybodyMayAnything = S_IRWXU | S_IRWXG | S_IRWXO;
+
+std::optional<struct stat> FolderFacts(const std::string& path)
+{
+    struct stat facts {};
+    if (path.empty() || stat(path.c_str(), &facts) != 0 || !S_ISDIR(facts.st_mode))
+        return std::nullopt;
+    return facts;
+}
+
+// $TMPDIR without trailing "/"; "" unless it is an absolute path.
+std::string FolderOfEnvironment()
+{
+    std::string folder = EnvironmentVariable("TMPDIR").value_or("");
+    while (folder.size() > 1 && folder.back() == '/')
+        folder.pop_back();
+    return folder.starts_with('/') ? folder : std::string();
+}
+
+bool BelongsToUserAlone(const std::string& folder)
+{
+    const std::optional<struct stat> facts = FolderFacts(folder);
+    return facts && facts->st_uid == geteuid() && (facts->st_mode & kOthersMayWrite) == 0 &&
+           access(folder.c_str(), W_OK | X_OK) == 0;
+}
+
+// Whether nobody but its owner and the system can rename or remove what the user makes in the folder.
+bool KeepsWhatIsMadeInIt(const std::string& folder)
+{
+    const std::optional<struct stat> facts = FolderFacts(folder);
+    return facts && (facts->st_uid == 0 || facts->st_uid == geteuid()) &&
+           ((facts->st_mode & kOthersMayWrite) == 0 || (facts->st_mode & S_ISVTX) != 0);
+}
+
+// Whether `folder` is, or was made, a real folder of the user that is closed to everybody else.
+bool IsPrivateFolder(const std::string& folder, Missing missing)
+{
+    if (missing == Missing::IsMade && mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST)
+        return false;
+    const FileHandle handle(
+        Uninterrupted([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+    struct stat facts {};
+    if (!handle || fstat(handle.Descriptor(), &facts) != 0 || facts.st_uid != geteuid())
+        return false;
+    return (facts.st_mode & kAnybodyMayAnything) == S_IRWXU || fchmod(handle.Descriptor(), S_IRWXU) == 0;
+}
+
+std::string PrivateFolder(Missing missing)
+{
+    const std::string name = "/RkUtilities-" + std::to_string(geteuid());
+    for (const std::string& parent : {FolderOfEnvironment(), std::string(kSystemFolder)}) {
+        if (KeepsWhatIsMadeInIt(parent) && IsPrivateFolder(parent + name, missing))
+            return parent + name;
+    }
+    const std::string caches = UserFolderPath(UserFolder::Caches);
+    const std::string parent = caches + "/RkUtilities";
+    if (caches.empty() || (missing == Missing::IsMade && MakeFolders(parent) && !FolderFacts(parent)))
+        return {};
+    const std::string folder = parent + "/temporary";
+    return KeepsWhatIsMadeInIt(parent) && IsPrivateFolder(folder, missing) ? folder : std::string();
+}
+
+std::string TemporaryFolder(Missing missing)
+{
+    const std::string folder = FolderOfEnvironment();
+    return BelongsToUserAlone(folder) ? folder : PrivateFolder(missing);
+}
+
+}  // namespace
+
+std::string FindTemporaryFolder()
+{
+    return TemporaryFolder(Missing::StaysMissing);
+}
+
+std::string MakeTemporaryFolder()
+{
+    const std::string folder = TemporaryFolder(Missing::IsMade);
+    return folder.empty() ? kSystemFolder : folder;
+}
+
+std::string MakeTemporaryFile(const std::string& path, std::error_code& error)
+try {
+    constexpr std::string_view kCharacters = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    constexpr std::size_t kCharacterCount = 8;
+    constexpr int kMostTries = 1000;
+    for (int tries = 0; tries < kMostTries; ++tries) {
+        std::string name = path;
+        const auto random = RandomBytes();
+        for (std::size_t i = 0; i < kCharacterCount; ++i)
+            name += kCharacters[random[i] % kCharacters.size()];
+        const FileHandle file(Uninterrupted(
+            [&] { return open(SystemPath(name), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR); }));
+        if (file) {
+            error.clear();
+            return name;
+        }
+        error = LastError();
+        if (error != std::errc::file_exists)
+            break;
+    }
+    return {};
+} catch (const std::system_error& noRandomBytes) {
+    error = noRandomBytes.code();
+    return {};
+}
+
+}  // namespace rk::platform

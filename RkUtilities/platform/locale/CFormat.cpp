@@ -1,0 +1,65 @@
+#include "RkUtilities/platform/locale/CFormat.h"
+
+#include <clocale>
+#include <cstdio>
+#include <locale.h>
+#include <new>
+
+namespace rk::platform {
+
+namespace {
+
+/// The thread's locale is "C" as long as this lives.
+class ScopedCLocale {
+public:
+    ScopedCLocale() : m_previous(uselocale(Plain())) {}
+    ~ScopedCLocale() { uselocale(m_previous); }
+    ScopedCLocale(const ScopedCLocale&) = delete;
+    ScopedCLocale& operator=(const ScopedCLocale&) = delete;
+
+private:
+    static locale_t Plain()
+    {
+        static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+        if (locale == nullptr)
+            throw std::bad_alloc();
+        return locale;
+    }
+
+    locale_t m_previous;
+};
+
+template <class Number>
+std::string Format(const std::string& conversion, int width, int precision, Number value)
+{
+    const ScopedCLocale plain;
+    const char* const format = conversion.c_str();
+    std::string text(64, '\0');
+    for (;;) {
+        // The format is built by the caller from checked flags and one of the conversions for floating-point numbers.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+        const int length = std::snprintf(text.data(), text.size() + 1, format, width, precision, value);
+#pragma GCC diagnostic pop
+        if (length < 0)
+            throw std::bad_alloc();
+        const bool whole = static_cast<std::size_t>(length) <= text.size();
+        text.resize(static_cast<std::size_t>(length));
+        if (whole)
+            return text;
+    }
+}
+
+}  // namespace
+
+std::string FormatNumber(const std::string& conversion, int width, int precision, double value)
+{
+    return Format(conversion, width, precision, value);
+}
+
+std::string FormatNumber(const std::string& conversion, int width, int precision, long double value)
+{
+    return Format(conversion, width, precision, value);
+}
+
+}  // namespace rk::platform

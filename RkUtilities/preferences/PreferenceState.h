@@ -1,0 +1,28 @@
+#pragma once
+
+#include "RkUtilities/RkExport.h"
+
+#include <string>
+
+namespace rk {
+
+/// How the storage of the preferences fares; what `SECRegistry`'s results cannot tell.
+struct PreferenceState {
+    /// The database file; "" when there is no folder for one, so that values live as long as the process.
+    std::string database;
+    /// Why the last synchronisation failed; "" when it did not. What was not stored waits for the next one.
+    std::string lastFailure;
+    /// Where this process last put a damaged database aside, under the date of that day; "" when it did not.
+    std::string damagedDatabase;
+};
+
+/// The state after the last synchronisation. Safe from any thread.
+RK_EXPORT PreferenceState GetPreferenceState();
+
+}  // namespace rk
+
+/// The names by which existing calling code knows them.
+namespace rk::platform {
+using rk::GetPreferenceState;
+using rk::PreferenceState;
+}  // namespace rk::platform
