@@ -1,5 +1,13 @@
 #pragma once
 
+#if __cplusplus < 202002L
+#    error "RkUtilities needs C++20: compile with -std=c++20 or later."
+#elif !defined(__cpp_exceptions)
+#    error "RkUtilities reports errors by exceptions: compile without -fno-exceptions."
+#elif !defined(__LP64__)
+#    error "RkUtilities needs a 64-bit target."
+#endif
+
 /// Marks what belongs to the documented interface of the library; everything else stays hidden in the shared library.
 ///
 /// RKUTILITIES_STATIC is defined for (and by) the static library, RKUTILITIES_BUILDING while the shared one is built.

@@ -31,6 +31,7 @@
 #include "RkUtilities/foundation/StUTF8Buffer.h"
 #include "RkUtilities/foundation/StringTables.h"
 #include "RkUtilities/foundation/UserLocale.h"
+#include "RkUtilities/foundation/Version.h"
 #include "RkUtilities/geometry/CGAffineTransform.h"
 #include "RkUtilities/geometry/CrkFloatMargin.h"
 #include "RkUtilities/geometry/CrkFloatPoint.h"

@@ -33,7 +33,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/RkUtilitiesConfig.cmake
 
 # pkg-config wants the files of Requires.private to be there even for a mere compilation, so the shared library, whose
 # users need no development package of ours, lists none. The prefix is relative: an installation may be moved.
-if(NOT BUILD_SHARED_LIBS)
+if(NOT RKUTILITIES_SHARED)
     set(pcStaticFlag " -DRKUTILITIES_STATIC")
     set(pcRequires " icu-i18n icu-uc expat sqlite3")
     set(pcLibraries " -lstdc++ -lm")

@@ -6,7 +6,7 @@ function(rk_own_target target)
     # Geometry promises exact single and double steps: no fused multiply-add may join two of them.
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffp-contract=off
-        $<$<BOOL:${RKUTILITIES_WARNINGS_AS_ERRORS}>:-Werror>)
+        $<$<BOOL:${RKUTILITIES_WERROR}>:-Werror>)
     # g++ 12 warns of overlapping copies inside std::string where there are none (its bug 105329).
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
         target_compile_options(${target} PRIVATE -Wno-restrict)
