@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-/// What the library computes several lanes at once or rejects early, written down step by step: the alternatives that
+/// What the library computes for x and y at once or rejects early, written down step by step: the alternatives that
 /// the benchmarks race, and what the tests and the fuzzer compare with.
 namespace plain {
 

@@ -1,4 +1,4 @@
-// On any floats: what is computed in lanes agrees with the plain steps, and results stay where their headers say.
+// On any floats: what is computed for x and y at once agrees with the plain steps, and results stay where their headers say.
 #include "fuzz/Require.h"
 #include "tests/geometry/Agreement.h"
 

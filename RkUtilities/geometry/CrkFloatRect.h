@@ -1,7 +1,7 @@
 #pragma once
 
 #include "RkUtilities/RkExport.h"
-#include "RkUtilities/geometry/detail/FloatLanes.h"
+#include "RkUtilities/geometry/detail/FloatPair.h"
 
 #include <limits>
 
@@ -57,15 +57,12 @@ struct RK_EXPORT CrkFloatRect {
 
 inline bool CrkFloatRect::Intersect(CrkFloatRect& result, const CrkFloatRect& a, const CrkFloatRect& b) noexcept
 {
-    // The lanes hold x and y of a, then of b.
-    const rk::FloatLanes origins = rk::LoadLanes(&a, &b);
-    const rk::FloatLanes opposites = origins + rk::LoadLanes(&a, &b, 2);
-    const rk::FloatLanes minima = rk::Smaller(opposites, origins), maxima = rk::Larger(opposites, origins);
-    // What is not a number in b reaches the corner, what is none in a the other one, and so each of them the size.
-    const rk::FloatLanes corner = rk::Larger(rk::UpperLanes(minima), minima);
-    const rk::FloatLanes size = rk::Smaller(maxima, rk::UpperLanes(maxima)) - corner;
-    const rk::FloatLanes fields = __builtin_shufflevector(corner, size, 0, 1, 4, 5);
-    std::memcpy(static_cast<void*>(&result), &fields, sizeof result);
-    return rk::HoldsInLanes0And1(size > 0);
+    using rk::FloatPair, rk::LoadPair, rk::Smaller, rk::Larger;
+    const FloatPair originA = LoadPair(&a.x), oppositeA = originA + LoadPair(&a.width);
+    const FloatPair originB = LoadPair(&b.x), oppositeB = originB + LoadPair(&b.width);
+    // Where a bound is not a number, the one corner keeps that of b and the other that of a: so it reaches the size.
+    const FloatPair low = Larger(Smaller(oppositeB, originB), Smaller(oppositeA, originA));
+    const FloatPair size = Smaller(Larger(oppositeA, originA), Larger(oppositeB, originB)) - low;
+    result = {low[0], low[1], size[0], size[1]};
+    return rk::HoldsForBoth(size > 0);
 }
-static_assert(sizeof(CrkFloatRect) == sizeof(rk::FloatLanes));

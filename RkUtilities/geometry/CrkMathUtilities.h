@@ -262,8 +262,9 @@ public:
                                                                   const CGAffineTransform& transform) noexcept;
 
 private:
-    /// IsLineCrossingLine of segments whose bounds meet. The lanes hold x and y of the first, then of the second.
-    static bool IsCrossingWithinBounds(rk::FloatLanes starts, rk::FloatLanes ends) noexcept;
+    /// IsLineCrossingLine of segments whose bounds meet.
+    static bool IsCrossingWithinBounds(rk::FloatPair start, rk::FloatPair end, rk::FloatPair otherStart,
+                                       rk::FloatPair otherEnd) noexcept;
 };
 
 inline int CrkMathUtilities::RoundToNearestInt(double value) noexcept
@@ -278,12 +279,15 @@ inline bool CrkMathUtilities::IsLineCrossingLine(const CrkFloatPoint& firstStart
                                                  const CrkFloatPoint& secondStart,
                                                  const CrkFloatPoint& secondEnd) noexcept
 {
-    // Most segments of a map lie apart: here, and before any arithmetic, that is told without a call.
-    const rk::FloatLanes starts = rk::LoadLanes(&firstStart, &secondStart), ends = rk::LoadLanes(&firstEnd, &secondEnd);
-    const rk::FloatLanes low = rk::Smaller(starts, ends), high = rk::Larger(starts, ends);
-    if (!rk::HoldsInAnyLane(low > __builtin_shufflevector(high, high, 2, 3, 0, 1)))
-        return IsCrossingWithinBounds(starts, ends);
-    return starts[0] == ends[0] && starts[2] == ends[2] && starts[0] == starts[2];
+    // Most segments of a map lie apart. That is told here, before any arithmetic and without a call.
+    using rk::FloatPair, rk::LoadPair, rk::Smaller, rk::Larger;
+    const FloatPair start = LoadPair(&firstStart.x), end = LoadPair(&firstEnd.x);
+    const FloatPair otherStart = LoadPair(&secondStart.x), otherEnd = LoadPair(&secondEnd.x);
+    const auto isApart =
+        (Larger(start, end) < Smaller(otherStart, otherEnd)) | (Larger(otherStart, otherEnd) < Smaller(start, end));
+    if (rk::HoldsForEither(isApart))
+        return firstStart.x == firstEnd.x && secondStart.x == secondEnd.x && firstStart.x == secondStart.x;
+    return IsCrossingWithinBounds(start, end, otherStart, otherEnd);
 }
 
 inline bool CrkMathUtilities::IsPointInRect(const CrkFloatPoint& point, const CrkFloatRect& rectangle) noexcept

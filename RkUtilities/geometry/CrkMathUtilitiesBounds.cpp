@@ -1,90 +1,74 @@
 #include "RkUtilities/geometry/CrkMathUtilities.h"
 
-using rk::FloatLanes;
+using rk::FloatPair;
 using rk::Larger;
-using rk::LoadLanes;
 using rk::Smaller;
-
-CrkFloatRect CrkMathUtilities::CalculatePointsBoundingRectangle(const CrkFloatPoint* points, int count) noexcept
-{
-    static_assert(2 * sizeof(CrkFloatPoint) == sizeof(FloatLanes));
-    if (!points || count <= 0)
-        return {};
-
-    // Two points a load, and four of each so that none waits for the one before. Every lane starts with the first
-    // point: that is what a first coordinate that is not a number asks for, as nothing ever replaces it.
-    const FloatLanes first{points->x, points->y, points->x, points->y};
-    FloatLanes low0 = first, low1 = first, low2 = first, low3 = first;
-    FloatLanes high0 = first, high1 = first, high2 = first, high3 = first;
-    const CrkFloatPoint* const end = points + count;
-    for (; end - points >= 8; points += 8) {
-        const FloatLanes v0 = LoadLanes(points), v1 = LoadLanes(points + 2);
-        const FloatLanes v2 = LoadLanes(points + 4), v3 = LoadLanes(points + 6);
-        low0 = Smaller(low0, v0), high0 = Larger(high0, v0);
-        low1 = Smaller(low1, v1), high1 = Larger(high1, v1);
-        low2 = Smaller(low2, v2), high2 = Larger(high2, v2);
-        low3 = Smaller(low3, v3), high3 = Larger(high3, v3);
-    }
-    for (; points != end; ++points) {
-        const FloatLanes v{points->x, points->y, points->x, points->y};
-        low0 = Smaller(low0, v), high0 = Larger(high0, v);
-    }
-    const FloatLanes low = Smaller(Smaller(low0, low1), Smaller(low2, low3));
-    const FloatLanes high = Larger(Larger(high0, high1), Larger(high2, high3));
-    const FloatLanes corner = Smaller(low, __builtin_shufflevector(low, low, 2, 3, 2, 3));
-    const FloatLanes size = Larger(high, __builtin_shufflevector(high, high, 2, 3, 2, 3)) - corner;
-    return {corner[0], corner[1], size[0], size[1]};
-}
 
 namespace {
 
-/// x and y in double precision, and in single.
-using DoubleLanes [[gnu::vector_size(16)]] = double;
-using FloatPair [[gnu::vector_size(8)]] = float;
+using TwoPoints [[gnu::vector_size(16)]] = float;
+/// x and y in double precision.
+using DoublePair [[gnu::vector_size(16)]] = double;
 
-DoubleLanes Widened(FloatLanes lanes)
+FloatPair Narrowed(DoublePair pair)
 {
-    return __builtin_convertvector(__builtin_shufflevector(lanes, lanes, 0, 1), DoubleLanes);
+    return __builtin_convertvector(pair, FloatPair);
 }
 
-FloatPair Narrowed(DoubleLanes point)
+CrkFloatRect RectBetween(FloatPair low, FloatPair high)
 {
-    return __builtin_convertvector(point, FloatPair);
-}
-
-/// The bounding rectangle by its definition: four corners, one after the other.
-[[gnu::noinline]] CrkFloatRect BoundsOfMappedCorners(const CrkFloatRect& rectangle, const CGAffineTransform& t)
-{
-    const auto mapped = [&](double x, double y) {
-        const FloatPair point =
-            Narrowed(DoubleLanes{t.a, t.b} * x + DoubleLanes{t.c, t.d} * y + DoubleLanes{t.tx, t.ty});
-        return CrkFloatPoint{point[0], point[1]};
-    };
-    const double left = rectangle.MinX(), right = rectangle.MaxX(), top = rectangle.MinY(), bottom = rectangle.MaxY();
-    const CrkFloatPoint corners[] = {mapped(left, top), mapped(right, top), mapped(right, bottom),
-                                     mapped(left, bottom)};
-    return CrkMathUtilities::CalculatePointsBoundingRectangle(corners, 4);
+    const FloatPair size = high - low;
+    return {low[0], low[1], size[0], size[1]};
 }
 
 }  // namespace
 
-CrkFloatRect CrkMathUtilities::CalculateTransformedRectBoundingRectangle(const CrkFloatRect& rectangle,
-                                                                         const CGAffineTransform& transform) noexcept
+CrkFloatRect CrkMathUtilities::CalculatePointsBoundingRectangle(const CrkFloatPoint* points, int count) noexcept
 {
-    if (CGAffineTransformIsIdentity(transform))
-        return rectangle;
-    const FloatLanes origin = LoadLanes(&rectangle), opposite = origin + rk::UpperLanes(origin);
-    const DoubleLanes near = Widened(Smaller(opposite, origin)), far = Widened(Larger(opposite, origin));
+    if (!points || count <= 0)
+        return {};
+    // Two points a load, and four of each bound so that no comparison waits for the one before. Each bound starts with
+    // the first point: a coordinate of it that is not a number stays, since nothing is smaller or larger.
+    const TwoPoints first{points->x, points->y, points->x, points->y};
+    TwoPoints low[] = {first, first, first, first}, high[] = {first, first, first, first};
+    const CrkFloatPoint* const end = points + count;
+    for (; end - points >= 8; points += 8) {
+        for (int i = 0; i < 4; ++i) {
+            TwoPoints next;
+            std::memcpy(&next, points + 2 * i, sizeof next);
+            low[i] = Smaller(low[i], next);
+            high[i] = Larger(high[i], next);
+        }
+    }
+    for (; points != end; ++points) {
+        const TwoPoints next{points->x, points->y, points->x, points->y};
+        low[0] = Smaller(low[0], next);
+        high[0] = Larger(high[0], next);
+    }
+    const TwoPoints least = Smaller(Smaller(low[0], low[1]), Smaller(low[2], low[3]));
+    const TwoPoints most = Larger(Larger(high[0], high[1]), Larger(high[2], high[3]));
+    return RectBetween(Smaller(FloatPair{least[0], least[1]}, FloatPair{least[2], least[3]}),
+                       Larger(FloatPair{most[0], most[1]}, FloatPair{most[2], most[3]}));
+}
 
-    // Each step rounds, and rounding keeps the order: the sum of the smaller products, rounded step by step, is the
-    // smallest of the corners to the last bit. That is no longer so once infinities meet, which leaves no finite size.
-    const DoubleLanes forX{transform.a, transform.b}, forY{transform.c, transform.d}, shift{transform.tx, transform.ty};
-    const DoubleLanes x0 = forX * near[0], x1 = forX * far[0], y0 = forY * near[1], y1 = forY * far[1];
-    const FloatPair low = Narrowed((x1 < x0 ? x1 : x0) + (y1 < y0 ? y1 : y0) + shift);
-    const FloatPair high = Narrowed((x1 > x0 ? x1 : x0) + (y1 > y0 ? y1 : y0) + shift);
-    const FloatLanes corners = __builtin_shufflevector(low, high, 0, 1, 2, 3);
-    const FloatLanes size = rk::UpperLanes(corners) - corners;
-    if (!rk::HoldsInLanes0And1(size - size == 0)) [[unlikely]]
-        return BoundsOfMappedCorners(rectangle, transform);
-    return {low[0], low[1], size[0], size[1]};
+CrkFloatRect CrkMathUtilities::CalculateTransformedRectBoundingRectangle(const CrkFloatRect& rectangle,
+                                                                         const CGAffineTransform& t) noexcept
+{
+    if (CGAffineTransformIsIdentity(t))
+        return rectangle;
+    const double left = rectangle.MinX(), right = rectangle.MaxX(), top = rectangle.MinY(), bottom = rectangle.MaxY();
+    const DoublePair forX{t.a, t.b}, forY{t.c, t.d}, shift{t.tx, t.ty};
+    const DoublePair x0 = forX * left, x1 = forX * right, y0 = forY * top, y1 = forY * bottom;
+    // Each step rounds, and rounding keeps the order. So the sum of the smaller products is the smallest of the four
+    // corners to the last bit, unless infinities meet, which leaves no finite size.
+    const CrkFloatRect bounds = RectBetween(Narrowed(Smaller(x0, x1) + Smaller(y0, y1) + shift),
+                                            Narrowed(Larger(x0, x1) + Larger(y0, y1) + shift));
+    if (std::isfinite(bounds.width) && std::isfinite(bounds.height))
+        return bounds;
+    const FloatPair corners[] = {Narrowed(x0 + y0 + shift), Narrowed(x1 + y0 + shift), Narrowed(x1 + y1 + shift),
+                                 Narrowed(x0 + y1 + shift)};
+    FloatPair low = corners[0], high = corners[0];
+    for (const FloatPair corner : corners)
+        low = Smaller(low, corner), high = Larger(high, corner);
+    return RectBetween(low, high);
 }

@@ -2,31 +2,27 @@
 
 #include <algorithm>
 
-using rk::FloatLanes;
-
-bool CrkMathUtilities::IsCrossingWithinBounds(FloatLanes starts, FloatLanes ends) noexcept
+bool CrkMathUtilities::IsCrossingWithinBounds(rk::FloatPair start, rk::FloatPair end, rk::FloatPair otherStart,
+                                              rk::FloatPair otherEnd) noexcept
 {
-    // The slope and intercept of each segment stand in its x lane. Those of a vertical one mean nothing and are not
-    // looked at.
-    const FloatLanes delta = ends - starts;
-    const FloatLanes slopes =
-        __builtin_shufflevector(delta, delta, 1, 1, 3, 3) / __builtin_shufflevector(delta, delta, 0, 0, 2, 2);
-    const FloatLanes intercepts = __builtin_shufflevector(starts, starts, 1, 1, 3, 3) - starts * slopes;
-    const bool isFirstVertical = starts[0] == ends[0], isSecondVertical = starts[2] == ends[2];
-    float x = starts[0], y = 0;
-    if (isFirstVertical) {
-        if (isSecondVertical)
-            return x == starts[2];
-        y = slopes[2] * x + intercepts[2];
-    } else {
-        x = isSecondVertical ? starts[2] : (intercepts[2] - intercepts[0]) / (slopes[0] - slopes[2]);
-        y = slopes[0] * x + intercepts[0];
-    }
+    const bool isVertical = start[0] == end[0], isOtherVertical = otherStart[0] == otherEnd[0];
+    if (isVertical && isOtherVertical)
+        return start[0] == otherStart[0];
+    // The slope and the intercept of a vertical segment mean nothing and are not looked at.
+    const rk::FloatPair delta = end - start, otherDelta = otherEnd - otherStart;
+    const float slope = delta[1] / delta[0], otherSlope = otherDelta[1] / otherDelta[0];
+    const float intercept = start[1] - start[0] * slope, otherIntercept = otherStart[1] - otherStart[0] * otherSlope;
+    const float x = isVertical        ? start[0]
+                    : isOtherVertical ? otherStart[0]
+                                      : (otherIntercept - intercept) / (slope - otherSlope);
+    const float y = isVertical ? otherSlope * x + otherIntercept : slope * x + intercept;
 
-    // A start that is not a number stays in the lower bound, an end in the upper one: nothing is in such a range.
-    const FloatLanes crossing{x, y, x, y}, low = rk::Smaller(starts, ends), high = rk::Larger(ends, starts);
-    const auto isInRange = (low <= crossing) & (crossing <= high);
-    return rk::HoldsInLanes0And1(isInRange & __builtin_shufflevector(isInRange, isInRange, 2, 3, 2, 3));
+    // A start that is not a number stays the lower bound and an end the upper one, and then nothing is in the range.
+    const rk::FloatPair crossing{x, y};
+    const auto isInBoth = (rk::Smaller(start, end) <= crossing) & (crossing <= rk::Larger(end, start)) &
+                          (rk::Smaller(otherStart, otherEnd) <= crossing) &
+                          (crossing <= rk::Larger(otherEnd, otherStart));
+    return rk::HoldsForBoth(isInBoth);
 }
 
 bool CrkMathUtilities::IsLineCrossingRect(const CrkFloatPoint& lineStart, const CrkFloatPoint& lineEnd,

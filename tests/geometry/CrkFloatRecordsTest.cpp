@@ -44,7 +44,7 @@ TEST(Vectors, CalculateAndCompareByDistance)
     EXPECT_TRUE(x != CrkFloatVector2D(1, 1e-6f) && std::isinf((x / 0).x) && std::isnan((x / 0).y));
 }
 
-TEST(Lanes, AgreeWithThePlainStepsOnEdgesAndExtremes)
+TEST(Pairs, AgreeWithThePlainStepsOnEdgesAndExtremes)
 {
     const float extremes[] = {-0.0f, kInfinity, -kInfinity, kNan, 3.4e38f, -3.4e38f, 1e-45f, 1e19f, -1e-23f};
     std::mt19937 random(1);

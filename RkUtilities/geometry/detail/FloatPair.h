@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstring>
+
+/// Two floats that are calculated with at once: the x and y of a point, or the width and height of a size.
+namespace rk {
+
+using FloatPair [[gnu::vector_size(8)]] = float;
+
+inline FloatPair LoadPair(const float* first) noexcept
+{
+    FloatPair pair;
+    std::memcpy(&pair, first, sizeof pair);
+    return pair;
+}
+
+/// The smaller or larger of each; `a` where both are equal or one is not a number.
+template <class Pair>
+inline Pair Smaller(Pair a, Pair b) noexcept
+{
+    return b < a ? b : a;
+}
+template <class Pair>
+inline Pair Larger(Pair a, Pair b) noexcept
+{
+    return b > a ? b : a;
+}
+
+/// Whether a comparison of pairs holds for one of them, or for both.
+template <class Comparison>
+inline bool HoldsForEither(Comparison comparison) noexcept
+{
+    static_assert(sizeof comparison == sizeof(long long));
+    long long bits = 0;  // all of a half are set where it holds
+    std::memcpy(&bits, &comparison, sizeof bits);
+    return bits != 0;
+}
+template <class Comparison>
+inline bool HoldsForBoth(Comparison comparison) noexcept
+{
+    return !HoldsForEither(~comparison);
+}
+
+}  // namespace rk
