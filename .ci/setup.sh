@@ -4,8 +4,6 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 run_packages=(g++ cmake ninja-build libicu-dev icu-devtools libexpat1-dev libsqlite3-dev)
 test_packages=("${run_packages[@]}" libgtest-dev libgmock-dev libxml2-dev locales tzdata)
-ci_packages=("${test_packages[@]}" clang libclang-rt-dev clang-format-14 clang-tidy-14
-             libbenchmark-dev pkgconf valgrind)
 
 # Installs those of the packages that are missing; where that is not allowed, says what to ask for and ends the script.
 # RK_INSTALL=no keeps it from installing anything.
@@ -33,12 +31,32 @@ require_packages() {
         apt-get -q install -y --no-install-recommends "${missing[@]}" </dev/null
 }
 
-# Configures and builds one preset: build PRESET [cmake option...]. A ccache on the machine is used. Warnings are errors
-# only where RK_WERROR=ON, which .ci/run sets: a newer compiler or library must not stop a user.
+# Configures and builds one preset: build PRESET [target]. A ccache on the machine is used. Warnings are errors only where
+# RK_WERROR=ON, which .ci/run sets: a newer compiler or library must not stop a user.
 build() {
-    local preset=$1 launcher=
-    launcher=$(command -v ccache || true)
-    cmake --preset "$preset" -DCMAKE_CXX_COMPILER_LAUNCHER="$launcher" -DRKUTILITIES_WERROR="${RK_WERROR:-OFF}" "${@:2}" \
-        >/dev/null
-    cmake --build "build/$preset" --parallel "$(nproc)"
+    cmake --preset "$1" -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache || true)" \
+        -DRKUTILITIES_WERROR="${RK_WERROR:-OFF}" "${build_options[@]}" >/dev/null
+    cmake --build "build/$1" --parallel "$(nproc)" --target "${2:-all}"
+}
+build_options=()
+
+# The newest version of clang that the machine has packages for: a number.
+newest_clang() {
+    local names
+    names=$(apt-cache pkgnames clang-tidy- 2>/dev/null; compgen -c clang-tidy- || true)
+    sed -nE 's/^clang-tidy-([0-9]+)$/\1/p' <<<"$names" | sort -n | tail -1
+}
+
+# Installs these packages of LLVM in the newest version and says it in $clang: require_clang clang clang-tidy.
+require_clang() {
+    clang=$(newest_clang)
+    if [[ -z $clang && $(id -u) -eq 0 && ${RK_INSTALL:-yes} != no ]]; then
+        apt-get -q update
+        clang=$(newest_clang)
+    fi
+    require_packages "${@/%/-${clang:=14}}"
+}
+build_clang() {
+    local build_options=(-DCMAKE_CXX_COMPILER="clang++-$clang")
+    build "$@"
 }
