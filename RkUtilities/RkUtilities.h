@@ -30,6 +30,7 @@
 #include "RkUtilities/foundation/POSITION.h"
 #include "RkUtilities/foundation/StUTF8Buffer.h"
 #include "RkUtilities/foundation/StringTables.h"
+#include "RkUtilities/foundation/TextView.h"
 #include "RkUtilities/foundation/UserLocale.h"
 #include "RkUtilities/foundation/Version.h"
 #include "RkUtilities/geometry/CGAffineTransform.h"

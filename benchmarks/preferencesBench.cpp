@@ -36,9 +36,9 @@ const std::vector<CString>& Names()
 SECRegistry Store(unsigned rootKey)
 {
     SECRegistry store;
-    store.Open(rk::AsUnsignedShort(u"Software"), kRead);
+    store.Open(u"Software", kRead);
     for (const CString& name : Names())
-        store.SetValue(name.GetUTF16Ptr(), name);
+        store.SetValue(name, name);
     store.Close();
     store.Connect(rootKey, nullptr, false);
     return store;
@@ -49,7 +49,7 @@ void Read(benchmark::State& state)
     const SECRegistry store = Store(kAnyMachine);
     CString value;
     for (std::size_t i = 0; auto _ : state)
-        benchmark::DoNotOptimize(store.GetValue(Names()[i++ % kNames].GetUTF16Ptr(), value));
+        benchmark::DoNotOptimize(store.GetValue(Names()[i++ % kNames], value));
 }
 
 void ReadMap(benchmark::State& state)
@@ -68,7 +68,7 @@ void Write(benchmark::State& state)
     SECRegistry store = Store(kAnyMachine);
     for (std::size_t i = 0; auto _ : state) {
         const CString& name = Names()[i++ % kNames];
-        benchmark::DoNotOptimize(store.SetValue(name.GetUTF16Ptr(), static_cast<std::uint32_t>(i)));
+        benchmark::DoNotOptimize(store.SetValue(name, static_cast<std::uint32_t>(i)));
     }
     state.SetItemsProcessed(state.iterations());
 }
@@ -90,7 +90,7 @@ void WriteAndClose(benchmark::State& state)
     for (std::uint32_t round = 0; auto _ : state) {
         ++round;
         for (std::int64_t i = 0; i < state.range(0); ++i)
-            store.SetValue(Names()[static_cast<std::size_t>(i)].GetUTF16Ptr(), round);
+            store.SetValue(Names()[static_cast<std::size_t>(i)], round);
         store.Close();
     }
     state.SetItemsProcessed(state.iterations() * state.range(0));
@@ -100,7 +100,7 @@ void WriteThisMachine(benchmark::State& state)
 {
     SECRegistry store = Store(kThisMachine);
     for (std::uint32_t round = 0; auto _ : state)
-        store.SetValue(Names()[7].GetUTF16Ptr(), ++round);
+        store.SetValue(Names()[7], ++round);
     state.SetItemsProcessed(state.iterations());
 }
 

@@ -210,12 +210,12 @@ constexpr auto kRead = static_cast<SECRegistry::CreatePermissions>(0x20019);
 void Preferences()
 {
     SECRegistry store;
-    store.Open(rk::AsUnsignedShort(u"Software"), kRead);
+    store.Open(u"Software", kRead);
     CString text;
     for (int i = 0; i < 20; ++i) {
         const CString name = CrkStringUtilities::AppendInt(rk::AsUnsignedShort(u"Setting "), i);
-        store.SetValue(name.GetUTF16Ptr(), text);
-        store.GetValue(name.GetUTF16Ptr(), text);
+        store.SetValue(name, text);
+        store.GetValue(name, text);
         text += u"value";
     }
     store.Close();

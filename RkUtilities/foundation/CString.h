@@ -2,6 +2,7 @@
 
 #include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/FormatError.h"
+#include "RkUtilities/foundation/TextView.h"
 #include "RkUtilities/foundation/detail/FormatArgument.h"
 #include "RkUtilities/foundation/detail/SharedUnits.h"
 
@@ -33,18 +34,6 @@ concept Utf16Text =
 /// A single UTF-16 code unit: exactly one of the two unit types, so that no number passes for one.
 template <class T>
 concept CodeUnit = std::same_as<T, char16_t> || std::same_as<T, unsigned short>;
-
-/// Looks at units of one type through the other. The barrier tells the optimiser that both name the same memory.
-inline unsigned short const* AsUnsignedShort(const char16_t* units) noexcept
-{
-    asm volatile("" : : "rm"(units) : "memory");
-    return reinterpret_cast<unsigned short const*>(units);
-}
-inline const char16_t* AsChar16(unsigned short const* units) noexcept
-{
-    asm volatile("" : : "rm"(units) : "memory");
-    return reinterpret_cast<const char16_t*>(units);
-}
 
 }  // namespace rk
 

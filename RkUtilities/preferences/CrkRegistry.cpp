@@ -4,8 +4,7 @@
 
 CrkRegistry::~CrkRegistry() = default;
 
-CString CrkRegistry::GetRegKeyString(std::uint32_t /*rootKey*/, unsigned short const* keyPath,
-                                     unsigned short const* name)
+CString CrkRegistry::GetRegKeyString(std::uint32_t /*rootKey*/, rk::TextView keyPath, rk::TextView name)
 {
     constexpr auto kRead = static_cast<SECRegistry::CreatePermissions>(0x20019);
     SECRegistry registry;
@@ -15,8 +14,7 @@ CString CrkRegistry::GetRegKeyString(std::uint32_t /*rootKey*/, unsigned short c
     return value;
 }
 
-CString CrkRegistry::GetUserOrMachineRegKeyString(unsigned short const* keyPath, unsigned short const* name,
-                                                  bool* found)
+CString CrkRegistry::GetUserOrMachineRegKeyString(rk::TextView keyPath, rk::TextView name, bool* found)
 {
     CString value = GetRegKeyString(0, keyPath, name);
     if (found != nullptr)

@@ -3,6 +3,7 @@
 #include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CObject.h"
 #include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/TextView.h"
 
 #include <cstdint>
 
@@ -14,7 +15,7 @@ public:
     ~CrkRegistry() override;
 
     /// The string stored under the name; "" when there is none or it is of another type. Root key and key path do not matter.
-    static CString GetRegKeyString(std::uint32_t rootKey, unsigned short const* keyPath, unsigned short const* name);
+    static CString GetRegKeyString(std::uint32_t rootKey, rk::TextView keyPath, rk::TextView name);
     /// The same; with `found`, also whether it is a string that is not empty.
-    static CString GetUserOrMachineRegKeyString(unsigned short const* keyPath, unsigned short const* name, bool* found);
+    static CString GetUserOrMachineRegKeyString(rk::TextView keyPath, rk::TextView name, bool* found);
 };

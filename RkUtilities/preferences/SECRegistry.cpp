@@ -2,7 +2,6 @@
 
 #include "RkUtilities/platform/storage/PreferenceStore.h"
 
-#include <string_view>
 #include <utility>
 
 namespace {
@@ -11,11 +10,6 @@ using rk::platform::PreferenceScope;
 using rk::platform::PreferenceView;
 
 constexpr std::uint32_t kThisHostRootKey = 1;
-
-std::u16string_view KeyOf(unsigned short const* name)
-{
-    return name != nullptr ? std::u16string_view(rk::AsChar16(name)) : std::u16string_view();
-}
 
 PreferenceView ViewOf(const SECRegistry::Value& value)
 {
@@ -26,15 +20,14 @@ PreferenceView ViewOf(const SECRegistry::Value& value)
     return std::get<CString>(value).View();
 }
 
-void Write(std::uint32_t rootKey, unsigned short const* name, const PreferenceView& value)
+void Write(std::uint32_t rootKey, rk::TextView name, const PreferenceView& value)
 {
-    const std::u16string_view key = KeyOf(name);
     if (rootKey == kThisHostRootKey) {
-        rk::platform::SetPreference(PreferenceScope::ThisHost, key, value);
+        rk::platform::SetPreference(PreferenceScope::ThisHost, name, value);
         if (rk::platform::SynchronizePreferences())
             return;
     }
-    rk::platform::SetPreference(PreferenceScope::AnyHost, key, value);
+    rk::platform::SetPreference(PreferenceScope::AnyHost, name, value);
 }
 
 /// A value as the wanted type; only a number becomes something else, a boolean.
@@ -58,23 +51,23 @@ std::optional<SECRegistry::Value> As(SECRegistry::ErkValueType type, const Prefe
 
 SECRegistry::~SECRegistry() = default;
 
-bool SECRegistry::Connect(std::uint32_t rootKey, unsigned short const* /*machine*/, bool /*flag*/)
+bool SECRegistry::Connect(std::uint32_t rootKey, rk::TextView /*machine*/, bool /*flag*/)
 {
     m_rootKey = rootKey;
     return true;
 }
 
-bool SECRegistry::Open(unsigned short const* keyPath, CreatePermissions permissions)
+bool SECRegistry::Open(rk::TextView keyPath, CreatePermissions permissions)
 {
     Create(keyPath, nullptr, {}, permissions, nullptr);
     rk::platform::SynchronizePreferences();
     return true;
 }
 
-bool SECRegistry::Create(unsigned short const* keyPath, unsigned short const* /*className*/, CreateOptions /*options*/,
+bool SECRegistry::Create(rk::TextView keyPath, rk::TextView /*className*/, CreateOptions /*options*/,
                          CreatePermissions permissions, CreationDisposition* /*disposition*/)
 {
-    m_keyName = CString(keyPath);
+    m_keyName = keyPath;
     m_permissions = permissions;
     return true;
 }
@@ -90,7 +83,7 @@ bool SECRegistry::EnumerateKeys(std::uint32_t /*index*/, CString& /*name*/) cons
     return false;
 }
 
-bool SECRegistry::GetValue(unsigned short const* name, bool& value) const
+bool SECRegistry::GetValue(rk::TextView name, bool& value) const
 {
     const std::optional<Value> found = GetValueFromSystem(name, Boolean);
     if (found)
@@ -98,17 +91,17 @@ bool SECRegistry::GetValue(unsigned short const* name, bool& value) const
     return found.has_value();
 }
 
-bool SECRegistry::GetValue(unsigned short const* name, std::uint32_t& value) const
+bool SECRegistry::GetValue(rk::TextView name, std::uint32_t& value) const
 {
     return GetDoubleWordValue(name, value);
 }
 
-bool SECRegistry::GetValue(unsigned short const* name, CString& value) const
+bool SECRegistry::GetValue(rk::TextView name, CString& value) const
 {
     return GetStringValue(name, value);
 }
 
-bool SECRegistry::GetDoubleWordValue(unsigned short const* name, std::uint32_t& value) const
+bool SECRegistry::GetDoubleWordValue(rk::TextView name, std::uint32_t& value) const
 {
     const std::optional<Value> found = GetValueFromSystem(name, Number);
     if (found)
@@ -116,7 +109,7 @@ bool SECRegistry::GetDoubleWordValue(unsigned short const* name, std::uint32_t& 
     return found.has_value();
 }
 
-bool SECRegistry::GetStringValue(unsigned short const* name, CString& value) const
+bool SECRegistry::GetStringValue(rk::TextView name, CString& value) const
 {
     std::optional<Value> found = GetValueFromSystem(name, String);
     if (found)
@@ -124,47 +117,31 @@ bool SECRegistry::GetStringValue(unsigned short const* name, CString& value) con
     return found.has_value();
 }
 
-bool SECRegistry::SetValue(unsigned short const* name, bool value)
-{
-    WriteValueToSystem(name, value);
-    return true;
-}
-
-bool SECRegistry::SetValue(unsigned short const* name, std::uint32_t value)
-{
-    return SetDoubleWordValue(name, value);
-}
-
-bool SECRegistry::SetValue(unsigned short const* name, CString const& value)
-{
-    return SetStringValue(name, value);
-}
-
-bool SECRegistry::SetDoubleWordValue(unsigned short const* name, std::uint32_t value)
+bool SECRegistry::SetDoubleWordValue(rk::TextView name, std::uint32_t value)
 {
     WriteValueToSystem(name, static_cast<std::int32_t>(value));
     return true;
 }
 
-bool SECRegistry::SetStringValue(unsigned short const* name, CString const& value)
+bool SECRegistry::SetStringValue(rk::TextView name, CString const& value)
 {
     Write(m_rootKey, name, value.View());
     return true;
 }
 
-std::optional<SECRegistry::Value> SECRegistry::GetValueFromSystem(unsigned short const* name, ErkValueType type) const
+std::optional<SECRegistry::Value> SECRegistry::GetValueFromSystem(rk::TextView name, ErkValueType type) const
 {
     std::optional<Value> result;
-    rk::platform::FindPreference(KeyOf(name), [&](const PreferenceView& value) { result = As(type, value); });
+    rk::platform::FindPreference(name, [&](const PreferenceView& value) { result = As(type, value); });
     return result;
 }
 
-void SECRegistry::WriteValueToSystem(unsigned short const* name, const Value& value)
+void SECRegistry::WriteValueToSystem(rk::TextView name, const Value& value)
 {
     Write(m_rootKey, name, ViewOf(value));
 }
 
-CString SECRegistry::GetFullKey(unsigned short const* name) const
+CString SECRegistry::GetFullKey(rk::TextView name) const
 {
-    return {name};
+    return name;
 }

@@ -2,10 +2,22 @@
 
 #include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/foundation/TextView.h"
 
+#include <concepts>
 #include <cstdint>
 #include <optional>
 #include <variant>
+
+namespace rk {
+
+/// Integers that the 32 bits of a stored number hold, characters aside.
+template <class T>
+concept StoredNumber = std::integral<T> && sizeof(T) <= sizeof(std::int32_t) && !std::same_as<T, bool> &&
+                       !std::same_as<T, char> && !std::same_as<T, wchar_t> && !std::same_as<T, char8_t> &&
+                       !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
+
+}  // namespace rk
 
 /// The application's preferences behind the interface of a registry: named booleans, 32-bit numbers and strings.
 ///
@@ -47,12 +59,12 @@ public:
     virtual ~SECRegistry();
 
     /// Sets the root key; true. The text and the flag are ignored.
-    bool Connect(std::uint32_t rootKey, unsigned short const* machine, bool flag);
+    bool Connect(std::uint32_t rootKey, rk::TextView machine, bool flag);
     /// Records key path and permissions and synchronises; true, also when the storage fails.
-    bool Open(unsigned short const* keyPath, CreatePermissions permissions);
+    bool Open(rk::TextView keyPath, CreatePermissions permissions);
     /// Records key path and permissions; true. The rest is ignored.
-    bool Create(unsigned short const* keyPath, unsigned short const* className, CreateOptions options,
-                CreatePermissions permissions, CreationDisposition* disposition);
+    bool Create(rk::TextView keyPath, rk::TextView className, CreateOptions options, CreatePermissions permissions,
+                CreationDisposition* disposition);
     /// Synchronises; true, also when the storage fails.
     bool Close();
     /// False: there is no key at any index. The name is not changed.
@@ -60,24 +72,36 @@ public:
 
     /// Reads a value; false and the output untouched when there is none or one of another type. A number reads as a
     /// boolean (not 0); nothing else is converted. A number is stored as a signed one and read with the same bits.
-    bool GetValue(unsigned short const* name, bool& value) const;
-    bool GetValue(unsigned short const* name, std::uint32_t& value) const;
-    bool GetValue(unsigned short const* name, CString& value) const;
-    bool GetDoubleWordValue(unsigned short const* name, std::uint32_t& value) const;
-    bool GetStringValue(unsigned short const* name, CString& value) const;
+    bool GetValue(rk::TextView name, bool& value) const;
+    bool GetValue(rk::TextView name, std::uint32_t& value) const;
+    bool GetValue(rk::TextView name, CString& value) const;
+    bool GetDoubleWordValue(rk::TextView name, std::uint32_t& value) const;
+    bool GetStringValue(rk::TextView name, CString& value) const;
 
     /// Writes a value; true. With root key 1, when it cannot be stored at once, it is also set for any machine.
-    bool SetValue(unsigned short const* name, bool value);
-    bool SetValue(unsigned short const* name, std::uint32_t value);
-    bool SetValue(unsigned short const* name, CString const& value);
-    bool SetDoubleWordValue(unsigned short const* name, std::uint32_t value);
-    bool SetStringValue(unsigned short const* name, CString const& value);
+    ///
+    /// A `bool` is stored as a boolean, an integer of at most 32 bits as a number, and what a `CString` is made of as a
+    /// string; nothing else compiles.
+    template <std::same_as<bool> T>
+    bool SetValue(rk::TextView name, T value)
+    {
+        WriteValueToSystem(name, value);
+        return true;
+    }
+    template <rk::StoredNumber T>
+    bool SetValue(rk::TextView name, T value)
+    {
+        return SetDoubleWordValue(name, static_cast<std::uint32_t>(value));
+    }
+    bool SetValue(rk::TextView name, CString const& value) { return SetStringValue(name, value); }
+    bool SetDoubleWordValue(rk::TextView name, std::uint32_t value);
+    bool SetStringValue(rk::TextView name, CString const& value);
 
     /// The stored value as the wanted type; none when there is none or it is of another one.
-    [[nodiscard]] std::optional<Value> GetValueFromSystem(unsigned short const* name, ErkValueType type) const;
-    void WriteValueToSystem(unsigned short const* name, const Value& value);
+    [[nodiscard]] std::optional<Value> GetValueFromSystem(rk::TextView name, ErkValueType type) const;
+    void WriteValueToSystem(rk::TextView name, const Value& value);
     /// The name itself.
-    [[nodiscard]] CString GetFullKey(unsigned short const* name) const;
+    [[nodiscard]] CString GetFullKey(rk::TextView name) const;
 
 private:
     std::uint32_t m_rootKey = 0;

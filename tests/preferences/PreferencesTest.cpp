@@ -44,10 +44,10 @@ void InAProcess(const Step& step)
     ExpectItEndsWell(Start(step));
 }
 
-CString TextOf(const char16_t* name)
+CString TextOf(rk::TextView name)
 {
     CString value = u"(none)";
-    SECRegistry().GetValue(CString(name).GetUTF16Ptr(), value);
+    SECRegistry().GetValue(name, value);
     return value;
 }
 
@@ -55,7 +55,7 @@ void Set(std::uint32_t rootKey, const CString& name, const CString& value)
 {
     SECRegistry registry;
     registry.Connect(rootKey, nullptr, false);
-    registry.SetValue(name.GetUTF16Ptr(), value);
+    registry.SetValue(name, value);
 }
 
 class Preferences : public testing::Test {
@@ -69,42 +69,78 @@ protected:
 
 TEST_F(Preferences, KeepTypesAndEveryTextFromOneProcessToTheNext)
 {
-    const CString odd = std::u16string_view(u"\0a\xD800\n\U0001F600", 6);
+    const std::u16string_view texts[] = {u"", {u"\0a\xD800\n\U0001F600", 6}};
     const CString large = std::u16string(1U << 20U, u'ä');
     InAProcess([&] {
         SECRegistry registry;
-        EXPECT_TRUE(registry.Connect(kAnyHost, nullptr, true) &&
-                    registry.Open(CString(u"Any\\Path").GetUTF16Ptr(), kRead));
-        registry.SetValue(CString(u"number").GetUTF16Ptr(), 4294967295U);
-        registry.SetValue(CString(u"zero").GetUTF16Ptr(), 0U);
-        registry.SetValue(CString(u"flag").GetUTF16Ptr(), true);
-        registry.SetValue(CString(u"\xD800").GetUTF16Ptr(), odd);
-        registry.SetValue(CString(u"").GetUTF16Ptr(), large);
-        registry.SetValue(CString(u"empty").GetUTF16Ptr(), CString());
-        EXPECT_EQ(TextOf(u"\xD800"), odd);  // seen at once
+        EXPECT_TRUE(registry.Connect(kAnyHost, nullptr, true));
+        EXPECT_TRUE(registry.Open(u"Any\\Path", kRead));
+        registry.SetValue(u"number", 4294967295U);
+        registry.SetValue(u"zero", 0);
+        registry.SetValue(u"flag", true);
+        for (const std::u16string_view text : texts)
+            registry.SetValue(text, text);
+        registry.SetValue(u"large", large);
+        EXPECT_EQ(TextOf(texts[1]), texts[1]);  // seen at once
     });
     InAProcess([&] {
-        SECRegistry registry;
+        const SECRegistry registry;
         std::uint32_t number = 5;
         bool flag = false;
         CString text = u"untouched";
-        EXPECT_TRUE(registry.GetValue(CString(u"number").GetUTF16Ptr(), number) && number == 4294967295U);
-        EXPECT_TRUE(registry.GetValue(CString(u"number").GetUTF16Ptr(), flag) && flag);
-        EXPECT_TRUE(registry.GetValue(CString(u"zero").GetUTF16Ptr(), flag) && !flag);
-        EXPECT_TRUE(registry.GetValue(CString(u"flag").GetUTF16Ptr(), flag) && flag);
-        EXPECT_FALSE(registry.GetValue(CString(u"flag").GetUTF16Ptr(), number));
-        EXPECT_FALSE(registry.GetValue(CString(u"number").GetUTF16Ptr(), text) ||
-                     registry.GetValue(CString(u"no").GetUTF16Ptr(), text));
-        EXPECT_TRUE(number == 4294967295U && text == u"untouched");
-        EXPECT_EQ(TextOf(u"\xD800"), odd);
-        EXPECT_EQ(TextOf(u""), large);
+        EXPECT_FALSE(registry.GetValue(u"flag", number));
+        EXPECT_FALSE(registry.GetValue(u"number", text));
+        EXPECT_FALSE(registry.GetValue(u"no", text));
+        EXPECT_EQ(number, 5U);
+        EXPECT_EQ(text, u"untouched");
+        EXPECT_TRUE(registry.GetValue(u"number", number));
+        EXPECT_EQ(number, 4294967295U);
+        for (const auto& [name, value] : {std::pair{u"number", true}, {u"zero", false}, {u"flag", true}}) {
+            EXPECT_TRUE(registry.GetValue(name, flag));
+            EXPECT_EQ(flag, value) << CString(name);
+        }
+        for (const std::u16string_view exact : texts)
+            EXPECT_EQ(TextOf(exact), exact);
+        EXPECT_EQ(TextOf(u"large"), large);
         EXPECT_FALSE(registry.EnumerateKeys(0, text));
-        EXPECT_EQ(registry.GetFullKey(CString(u"number").GetUTF16Ptr()), u"number");
+        EXPECT_EQ(registry.GetFullKey(u"number"), u"number");
         bool found = true;
-        EXPECT_EQ(CrkRegistry::GetUserOrMachineRegKeyString(nullptr, CString(u"empty").GetUTF16Ptr(), &found), u"");
+        EXPECT_EQ(CrkRegistry::GetUserOrMachineRegKeyString(nullptr, u"", &found), u"");
         EXPECT_FALSE(found);
     });
     EXPECT_EQ(m_folder.Mode(m_database), 0600U);
+}
+
+template <class T>
+concept Settable = requires(SECRegistry& registry, const T& value)
+{
+    registry.SetValue(u"name", value);
+};
+static_assert(Settable<bool> && Settable<int> && Settable<std::uint8_t> && Settable<unsigned short const*> &&
+              Settable<char16_t[5]> && Settable<char[5]> && Settable<std::u16string_view>);
+// Neither a cut number nor a pointer as a boolean.
+static_assert(!Settable<long> && !Settable<double> && !Settable<void*> && !Settable<std::nullptr_t> &&
+              !Settable<wchar_t>);
+
+TEST_F(Preferences, AreOfTheTypeThatIsWritten)
+{
+    InAProcess([] {
+        SECRegistry registry;
+        const CString jane = u"Jane";
+        const auto kept = [&](auto name, auto value) {
+            registry.SetValue(name, value);
+            return CrkRegistry::GetRegKeyString(0, u"path", name);
+        };
+        EXPECT_EQ(kept(u"literal", u"Jane"), jane);
+        EXPECT_EQ(kept(std::u16string(u"bytes"), "Jane"), jane);
+        EXPECT_EQ(kept(jane, std::u16string_view(u"Jane Doe", 4)), jane);
+        EXPECT_EQ(kept(jane.GetUTF16Ptr(), jane.GetUTF16Ptr()), jane);
+        registry.SetValue(u"count", -5);
+        registry.WriteValueToSystem(u"written", u"Jane");
+        EXPECT_EQ(registry.GetValueFromSystem(u"count", SECRegistry::Number), SECRegistry::Value(-5));
+        EXPECT_EQ(registry.GetValueFromSystem(u"written", SECRegistry::String), SECRegistry::Value(jane));
+        EXPECT_EQ(registry.GetValueFromSystem(u"written", SECRegistry::Boolean), std::nullopt);
+    });
 }
 
 TEST_F(Preferences, OfThisHostComeFirst)
@@ -154,7 +190,7 @@ TEST_F(Preferences, OfManyProcessesAndThreadsAreAllKept)
             for (int i = 0; i < valueCount; ++i) {
                 CString name;
                 name.Format(u"%d.%d", process, i);
-                ASSERT_EQ(TextOf(std::u16string(name.View()).c_str()), name);
+                ASSERT_EQ(TextOf(name), name);
             }
         }
     });
@@ -170,7 +206,7 @@ TEST_F(Preferences, ReportedAsStoredSurviveAKill)
             SECRegistry registry;
             registry.Connect(kThisHost, nullptr, false);
             for (std::uint32_t i = 1;; ++i) {
-                registry.SetValue(CString(u"count").GetUTF16Ptr(), i);
+                registry.SetValue(u"count", i);
                 if (write(reports[1], &i, sizeof i) != sizeof i)
                     return;
             }
@@ -186,7 +222,7 @@ TEST_F(Preferences, ReportedAsStoredSurviveAKill)
         waitpid(writer, nullptr, 0);
         InAProcess([stored] {
             std::uint32_t found = 0;
-            EXPECT_TRUE(SECRegistry().GetValue(CString(u"count").GetUTF16Ptr(), found));
+            EXPECT_TRUE(SECRegistry().GetValue(u"count", found));
             EXPECT_TRUE(found == stored || found == stored + 1) << found << " after " << stored;
         });
     }

@@ -54,7 +54,7 @@ std::size_t IndexOf(std::span<const std::string_view> values, const CString& val
 
 CString Remembered(std::string_view name)
 {
-    return CrkRegistry::GetRegKeyString(kAnyMachine, CString(kKeyPath).GetUTF16Ptr(), CString(name).GetUTF16Ptr());
+    return CrkRegistry::GetRegKeyString(kAnyMachine, kKeyPath, CString(name));
 }
 
 /// The absolute path without links and "..".
@@ -107,8 +107,8 @@ void ChangeSettings(const SettingList& changes)
     for (const auto& [name, value] : changes) {
         SECRegistry registry;
         registry.Connect(RuleOf(name).rootKey, nullptr, false);
-        registry.Open(CString(kKeyPath).GetUTF16Ptr(), {});
-        registry.SetStringValue(name.GetUTF16Ptr(), value);
+        registry.Open(kKeyPath, {});
+        registry.SetStringValue(name, value);
         registry.Close();
     }
 }

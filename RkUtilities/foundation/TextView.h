@@ -1,0 +1,39 @@
+#pragma once
+
+#include <concepts>
+#include <cstddef>
+#include <string_view>
+
+namespace rk {
+
+/// Looks at units of one type through the other. The barrier tells the optimiser that both name the same memory.
+inline unsigned short const* AsUnsignedShort(const char16_t* units) noexcept
+{
+    asm volatile("" : : "rm"(units) : "memory");
+    return reinterpret_cast<unsigned short const*>(units);
+}
+inline const char16_t* AsChar16(unsigned short const* units) noexcept
+{
+    asm volatile("" : : "rm"(units) : "memory");
+    return reinterpret_cast<const char16_t*>(units);
+}
+
+/// A UTF-16 text as a parameter, which a function only looks at during the call.
+///
+/// It takes a `u"..."` literal, a `CString`, a view, a `std::u16string` and a zero-terminated text of either unit type.
+/// A null pointer is the empty text. A view is taken whole, a unit 0 inside it too; a pointer's text ends at the first 0.
+class TextView : public std::u16string_view {
+public:
+    constexpr TextView(std::nullptr_t) noexcept {}
+    constexpr TextView(const char16_t* text) noexcept
+        : std::u16string_view(text != nullptr ? std::u16string_view(text) : std::u16string_view())
+    {}
+    TextView(unsigned short const* text) noexcept : TextView(AsChar16(text)) {}
+    template <class T>
+    requires(std::convertible_to<const T&, std::u16string_view> &&
+             !std::convertible_to<const T&, const char16_t*>) constexpr TextView(const T& text) noexcept
+        : std::u16string_view(text)
+    {}
+};
+
+}  // namespace rk
