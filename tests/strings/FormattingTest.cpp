@@ -254,10 +254,10 @@ TEST(Placeholders, AreExpandedUntilNoneIsLeft)
                                        {u"100% of %RKA%", u"100RKA%"},
                                        {u"%RKC%-%RKA%", u"%RKC%x-/u"},  // leads back to itself
                                        {u"%RKS%%RKS%", u"%RKSRKS"},     // does not: its marks come from two expansions
-                                       {u"%RKD% %RKA%", u"<%RKD%> /u"}};
+                                       {u"%RKD% %RKA%", u"%RKE% /u"}};
     for (const auto& row : rows)
         EXPECT_EQ(Expanded(row[0]), row[1]) << CString(row[0]);
-    EXPECT_EQ(Expanded(u"%RKBIG%"), u"%RKBIG%%RKBIG%");
+    EXPECT_EQ(Expanded(u"%RKBIG%"), u"%RKBIG2%%RKBIG2%");
 }
 
 /// The passes as they are defined; only for texts whose expansion ends.
