@@ -1,9 +1,9 @@
 #include "RkUtilities/guid/CrkGuid.h"
 
 #include "RkUtilities/foundation/detail/TextBuilder.h"
-#include "RkUtilities/foundation/detail/UnitBlock.h"
 #include "RkUtilities/platform/process/Random.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -29,62 +29,19 @@ constexpr auto kDigitValues = [] {
     return values;
 }();
 
-// Signed, since processors compare signed bytes best.
-using ByteBlock [[gnu::vector_size(16)]] = std::int8_t;
-
-ByteBlock InterleavedFront(ByteBlock a, ByteBlock b)
-{
-    return __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
-}
-ByteBlock InterleavedBack(ByteBlock a, ByteBlock b)
-{
-    return __builtin_shufflevector(a, b, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
-}
-
-/// The digits of bytes below 16.
-ByteBlock DigitsOf(rk::UnitBlock values)
-{
-    const auto bytes = reinterpret_cast<ByteBlock>(values);
-    return bytes + '0' + ((bytes > 9) & ('A' - '0' - 10));
-}
-
-constexpr bool kLowByteFirst = std::endian::native == std::endian::little;
-
-/// The first eight of sixteen ASCII characters as units, and the last eight.
-rk::UnitBlock FrontUnits(ByteBlock ascii)
-{
-    const ByteBlock none{};
-    return reinterpret_cast<rk::UnitBlock>(kLowByteFirst ? InterleavedFront(ascii, none)
-                                                         : InterleavedFront(none, ascii));
-}
-rk::UnitBlock BackUnits(ByteBlock ascii)
-{
-    const ByteBlock none{};
-    return reinterpret_cast<rk::UnitBlock>(kLowByteFirst ? InterleavedBack(ascii, none) : InterleavedBack(none, ascii));
-}
-
-/// Writes four units, leaves one out and writes the other four; the four that follow are overwritten.
-void StoreSplit(rk::UnitBlock units, char16_t* text)
-{
-    rk::StoreBlock(text, units);
-    rk::StoreBlock(text + 5, __builtin_shufflevector(units, units, 4, 5, 6, 7, 4, 5, 6, 7));
-}
+/// The two digits of every byte.
+constexpr auto kDigitPairs = [] {
+    std::array<std::array<char16_t, 2>, 256> pairs = {};
+    for (std::size_t byte = 0; byte < pairs.size(); ++byte)
+        pairs[byte] = {u"0123456789ABCDEF"[byte >> 4], u"0123456789ABCDEF"[byte & 0xF]};
+    return pairs;
+}();
 
 void WriteText(const CFUUIDBytes& record, char16_t* text)
 {
-    // The first three groups are numbers, stored least significant byte first. Here are the bytes in the text's order:
-    const auto stored = std::bit_cast<rk::UnitBlock>(record);
-    const rk::UnitBlock swapped = stored << 8 | stored >> 8;
-    const rk::UnitBlock bytes = __builtin_shufflevector(swapped, stored, 1, 0, 2, 3, 12, 13, 14, 15);
-
-    const ByteBlock high = DigitsOf(bytes >> 4 & rk::FilledBlock(0x0F0F));
-    const ByteBlock low = DigitsOf(bytes & rk::FilledBlock(0x0F0F));
-    const ByteBlock front = InterleavedFront(high, low);
-    const ByteBlock back = InterleavedBack(high, low);
-    rk::StoreBlock(text, FrontUnits(front));
-    StoreSplit(BackUnits(front), text + 9);
-    StoreSplit(FrontUnits(back), text + 19);
-    rk::StoreBlock(text + 28, BackUnits(back));
+    const auto bytes = std::bit_cast<ByteArray>(record);
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        std::copy_n(kDigitPairs[bytes[i]].data(), 2, text + kDigitUnits[i]);
     for (const std::size_t unit : kHyphenUnits)
         text[unit] = u'-';
 }
