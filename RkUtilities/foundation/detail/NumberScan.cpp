@@ -1,6 +1,7 @@
 #include "RkUtilities/foundation/detail/NumberScan.h"
 
 #include "RkUtilities/platform/locale/Unicode.h"
+#include "RkUtilities/platform/locale/Utf.h"
 
 #include <algorithm>
 #include <charconv>
@@ -8,19 +9,12 @@
 #include <cstdint>
 #include <iterator>
 #include <limits>
-#include <optional>
 
 namespace rk {
 
 namespace {
 
 constexpr int kNoDigit = -1;
-
-// A number of that many digits, times or through such a power of ten, takes one step on exact operands: it rounds right.
-constexpr std::int64_t kExactDigits = 15;
-constexpr std::int64_t kExactExponent = 22;
-constexpr double kPowersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
-                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
 
 constexpr bool IsAsciiDigit(char16_t unit)
 {
@@ -71,14 +65,12 @@ private:
     [[nodiscard]] bool NextDigitIsAscii() const noexcept { return !m_rest.empty() && IsAsciiDigit(m_rest.front()); }
     int TakeLocalDigit() noexcept
     {
-        char32_t character = m_rest.front();
-        const bool isPair = m_rest.size() > 1 && (m_rest[0] & 0xFC00) == 0xD800 && (m_rest[1] & 0xFC00) == 0xDC00;
-        if (isPair)
-            character = 0x10000 + ((character & 0x3FF) << 10) + (m_rest[1] & 0x3FFU);
+        const char16_t* next = m_rest.data();
+        const char32_t character = platform::TakeCodePoint(next, m_rest.data() + m_rest.size());
         const auto* const known = std::find(m_spelling.digits->begin(), m_spelling.digits->end(), character);
         if (known == m_spelling.digits->end())
             return kNoDigit;
-        m_rest.remove_prefix(isPair ? 2 : 1);
+        m_rest.remove_prefix(static_cast<std::size_t>(next - m_rest.data()));
         return static_cast<int>(known - m_spelling.digits->begin());
     }
 
@@ -107,10 +99,6 @@ public:
             return std::numeric_limits<double>::infinity();
         if (wholeDigits < -kMostWholeDigits)
             return 0;
-        if (m_length <= kExactDigits && m_exponent <= kExactExponent && m_exponent >= -kExactExponent) {
-            const auto digits = static_cast<double>(m_digits);
-            return m_exponent < 0 ? digits / kPowersOfTen[-m_exponent] : digits * kPowersOfTen[m_exponent];
-        }
         m_text[m_length] = 'e';
         const char* const end = std::to_chars(m_text + m_length + 1, std::end(m_text), m_exponent).ptr;
         double value = 0;
@@ -132,40 +120,14 @@ private:
         }
         if (m_length != 0 || digit != 0)
             m_text[m_length++] = static_cast<char>('0' + digit);
-        m_digits = m_digits * 10 + static_cast<unsigned>(digit);
         return true;
     }
 
     char m_text[kMostDigits + 32];
     std::int64_t m_length = 0;
-    std::uint64_t m_digits = 0;  // their number, as long as there are no more than kExactDigits
     std::int64_t m_exponent = 0;
     bool m_digitsLost = false;
 };
-
-/// The number without a sign at the start of a text, if it is a common one: a few ASCII digits, without an exponent.
-std::optional<double> CommonNumber(std::u16string_view text, std::u16string_view decimalSeparator) noexcept
-{
-    std::uint64_t digits = 0;
-    std::size_t at = 0;
-    const auto takeDigits = [&] {
-        const std::size_t start = at;
-        for (; at < text.size() && IsAsciiDigit(text[at]); ++at)
-            digits = digits * 10 + (text[at] - u'0');
-        return at - start;
-    };
-    std::size_t digitCount = takeDigits();
-    std::size_t decimalCount = 0;
-    if (!decimalSeparator.empty() && text.substr(at, decimalSeparator.size()) == decimalSeparator) {
-        at += decimalSeparator.size();
-        decimalCount = takeDigits();
-        digitCount += decimalCount;
-    }
-    const bool mayGoOn = at < text.size() && (text[at] >= 0x80 || text[at] == u'e' || text[at] == u'E');
-    if (digitCount == 0 || digitCount > kExactDigits || mayGoOn)
-        return std::nullopt;
-    return static_cast<double>(digits) / kPowersOfTen[decimalCount];
-}
 
 /// Takes an exponent if all of it is there.
 std::int64_t TakeExponent(Reader& reader)
@@ -192,10 +154,6 @@ bool ScanDouble(std::u16string_view text, const NumberSpelling& spelling, double
 {
     Reader reader(text, spelling);
     const bool negative = reader.TakeMinus();
-    if (const std::optional<double> common = CommonNumber(reader.Rest(), spelling.decimalSeparator)) {
-        value = negative ? -*common : *common;
-        return true;
-    }
     Decimal decimal;
     bool anyDigit = false;
     for (int digit = reader.TakeDigit(); digit != kNoDigit; digit = reader.TakeDigit()) {
