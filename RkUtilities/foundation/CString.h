@@ -26,6 +26,8 @@ class CaseTable;
 
 namespace rk {
 
+class TextBuilder;
+
 /// What is UTF-16 text without being a `CString`: literals, views and zero-terminated texts of either unit type.
 template <class T>
 concept Utf16Text =
@@ -286,9 +288,10 @@ public:
     ///
     /// - Conversions d i u o x X c s p f F e E g G a A and %%, flags "-", "+", " ", "#", "0", width, precision, "*",
     ///   lengths hh h l ll j z t L, and positions ("%2$s", "%1$*2$d").
-    /// - "%s" takes a zero-terminated UTF-8 text (`StUTF8Buffer`) or a `std::string_view` of UTF-8; its width and precision
-    ///   count UTF-8 bytes as in C, and a precision cuts between characters only. Null prints "(null)".
-    /// - "%c" takes a code unit 0 to 0xFFFF, "%lc" a code point.
+    /// - "%s" takes a UTF-16 text (`CString`, `u"..."`, a view), or a UTF-8 text, zero-terminated or a `std::string_view`.
+    ///   Width and precision count the text's own units, UTF-8's bytes as in C; a precision cuts between characters only.
+    ///   Null prints "(null)".
+    /// - "%c" takes a code unit 0 to 0xFFFF, "%lc" a code point; a `char` beyond ASCII gives U+FFFD.
     /// - An integer argument serves every integer conversion: converted as C does when its type is no wider than the
     ///   conversion's, else it must fit.
     ///
@@ -299,7 +302,7 @@ public:
     void Format(const CString& format, const Arguments&... arguments)
     {
         const std::array<rk::FormatArgument, sizeof...(Arguments)> list{rk::FormatArgument(arguments)...};
-        FormatList(format, list.data(), list.size());
+        *this = rk::FormattedText(format.View(), list.data(), list.size());
     }
     /// The same with C's argument list, whose kinds must be those that the conversions name. A position that no
     /// conversion uses, below one that is used, is a failure: nothing tells its kind.
@@ -370,7 +373,6 @@ private:
     CString& AppendUnits(std::u16string_view text);
     /// `firstLetter` is the first ASCII letter that the table changes.
     CString& ChangeCase(const rk::platform::CaseTable& (*table)(), char16_t firstLetter);
-    void FormatList(const CString& format, const rk::FormatArgument* arguments, std::size_t count);
 
     Storage m_storage{.units = {}};
     int m_length = 0;

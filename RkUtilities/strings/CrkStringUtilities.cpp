@@ -12,11 +12,6 @@ namespace {
 
 constexpr std::size_t kNotFound = std::u16string_view::npos;
 
-std::u16string_view ViewOf(unsigned short const* text)
-{
-    return text != nullptr ? std::u16string_view(rk::AsChar16(text)) : std::u16string_view();
-}
-
 /// A search for a text, in upper case when case does not count.
 class WordSearch {
 public:
@@ -72,10 +67,9 @@ bool IsSame(const CString& a, const CString& b, bool ignoreCase)
 
 }  // namespace
 
-int CrkStringUtilities::FindSubstring(unsigned short const* text, unsigned short const* sought, bool matchCase,
-                                      bool wholeWord, int start)
+int CrkStringUtilities::FindSubstring(rk::TextView text, rk::TextView sought, bool matchCase, bool wholeWord, int start)
 {
-    return FindIn(ViewOf(text), ViewOf(sought), matchCase, wholeWord, start);
+    return FindIn(text, sought, matchCase, wholeWord, start);
 }
 
 bool CrkStringUtilities::FindInString(CString text, CString sought, bool matchCase, bool wholeWord, int start)

@@ -7,6 +7,9 @@
 #include "RkUtilities/foundation/CElementTraits.h"
 #include "RkUtilities/foundation/CString.h"
 
+#include <array>
+#include <string_view>
+
 /// What an application asks of topic texts, names and lists of names, and makes of them.
 ///
 /// - Texts are sequences of UTF-16 code units; an index counts units from 0 and -1 means not found. A negative start counts
@@ -23,7 +26,7 @@ class RK_EXPORT CrkStringUtilities {
 public:
     // --- Searching in a text -------------------------------------------------------------------------------------
 
-    /// Where `sought` stands in `text`, both zero-terminated; null counts as the empty text.
+    /// Where `sought` stands in `text`.
     ///
     /// With `wholeWord`, a match counts only between units that are no word characters. The unit before a match at the
     /// very start of a pass is not looked at; the first pass starts at `start`, and one that follows a rejected match
@@ -36,8 +39,7 @@ public:
     ///
     /// An empty text is found at `start`. With `wholeWord` it is found there only if no word character follows, else
     /// nowhere.
-    static int FindSubstring(unsigned short const* text, unsigned short const* sought, bool matchCase, bool wholeWord,
-                             int start);
+    static int FindSubstring(rk::TextView text, rk::TextView sought, bool matchCase, bool wholeWord, int start);
     /// Whether `FindSubstring` finds `sought` in `text`.
     static bool FindInString(CString text, CString sought, bool matchCase, bool wholeWord, int start);
     /// Where `sought` stands in `text` at or after `start`, in any case.
@@ -96,17 +98,17 @@ public:
     /// Formats as `CString::Format` does, whose conversions they share; "" when the format cannot be carried out (a missing
     /// or wrong argument, "%n", memory exhausted): nothing is thrown. The two are the same.
     template <class... Arguments>
-    static CString Format(unsigned short const* format, const Arguments&... arguments) noexcept
+    static CString Format(rk::TextView format, const Arguments&... arguments) noexcept
     {
-        return FormatSafely(CString(format), arguments...);
+        return FormatSafely(format, arguments...);
     }
     template <class... Arguments>
-    static CString FormatOrdered(unsigned short const* format, const Arguments&... arguments) noexcept
+    static CString FormatOrdered(rk::TextView format, const Arguments&... arguments) noexcept
     {
-        return FormatSafely(CString(format), arguments...);
+        return FormatSafely(format, arguments...);
     }
-    /// The zero-terminated text followed by the number, as "%s%d" gives them: "Topic-2".
-    static CString AppendInt(unsigned short const* text, int value);
+    /// The text followed by the number, as "%s%d" gives them: "Topic-2".
+    static CString AppendInt(rk::TextView text, int value);
     /// A byte count for people: "999 bytes", "1.50 KB", "100 KB".
     ///
     /// A unit is 1024 of the one below and is used from 1000 of them on: 1000 bytes are "0.97 KB". Three digits are shown, cut
@@ -198,22 +200,20 @@ public:
     static int FindEnvironmentVariable(const CString& text, CString* placeholder);
     /// Replaces every occurrence of the placeholder by the value of the variable it names, "" when that is not set.
     static void ReplaceEnvironmentVariable(CString* text, const CString& placeholder);
-    /// Replaces placeholders, first one first and each with all its occurrences, until there is none; those that values bring in, or
-    /// that arise where a value meets its neighbours, too.
+    /// Replaces placeholders, first one first and each with all its occurrences, until there is none; those that values bring
+    /// in, or that arise where a value meets its neighbours, too.
     ///
-    /// A placeholder that stands whole in what its own expansion brought in would go on without end: it stays as it is. Before
-    /// the values brought in more than 4,194,304 units together (they may double at each step) the expansion ends, and what is
-    /// left stays as it is.
+    /// When that does not end after 64 placeholders, as where a value holds its own name, or would bring in more than
+    /// 4,194,304 units, the text is expanded once instead: placeholders from left to right, values as they are. Linear time.
     static void ReplaceEnvironmentVariables(CString* text);
 
 private:
     template <class... Arguments>
-    static CString FormatSafely(const CString& format, const Arguments&... arguments) noexcept
+    static CString FormatSafely(std::u16string_view format, const Arguments&... arguments) noexcept
     {
         try {
-            CString text;
-            text.Format(format, arguments...);
-            return text;
+            const std::array<rk::FormatArgument, sizeof...(Arguments)> list{rk::FormatArgument(arguments)...};
+            return rk::FormattedText(format, list.data(), list.size());
         } catch (...) {
             return {};
         }

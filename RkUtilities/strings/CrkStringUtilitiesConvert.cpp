@@ -5,6 +5,7 @@
 #include "RkUtilities/foundation/detail/TextBuilder.h"
 #include "RkUtilities/foundation/detail/UnitBlock.h"
 #include "RkUtilities/platform/locale/Unicode.h"
+#include "RkUtilities/platform/locale/Utf.h"
 
 #include <algorithm>
 #include <charconv>
@@ -29,11 +30,6 @@ std::u16string_view WithoutLeadingWhiteSpace(std::u16string_view text)
     return text.substr(static_cast<std::size_t>(first - text.begin()));
 }
 
-bool IsSurrogate(char16_t unit)
-{
-    return (unit & 0xF800) == 0xD800;
-}
-
 /// The number to show of a byte count and its unit.
 struct ByteNumber {
     double number;
@@ -54,12 +50,13 @@ ByteNumber InLargestUnit(double byteCount)
 
 }  // namespace
 
-CString CrkStringUtilities::AppendInt(unsigned short const* text, int value)
+CString CrkStringUtilities::AppendInt(rk::TextView text, int value)
 {
-    const std::u16string_view front = text != nullptr ? std::u16string_view(rk::AsChar16(text)) : std::u16string_view();
+    const std::u16string_view front = text;
     char buffer[24];
     const std::string_view digits = Decimal(value, buffer);
-    if (std::any_of(front.begin(), front.end(), IsSurrogate))  // lone ones become U+FFFD, as "%s" makes them
+    if (std::any_of(front.begin(), front.end(),
+                    rk::platform::IsSurrogate))  // lone ones become U+FFFD, as "%s" makes them
         return CString(CString(front).ToUtf8().append(digits));
     return rk::TextBuilder::Written(front.size() + digits.size(), [&](char16_t* units) {
         rk::CopyUnits(front.data(), front.size(), units);

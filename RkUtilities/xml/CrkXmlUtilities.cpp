@@ -2,6 +2,7 @@
 
 #include "RkUtilities/foundation/detail/TextBuilder.h"
 #include "RkUtilities/guid/CrkGuid.h"
+#include "RkUtilities/platform/locale/Utf.h"
 #include "RkUtilities/xml/detail/XmlCharacterTable.h"
 
 #include <algorithm>
@@ -83,7 +84,8 @@ CString MadeValid(const CString& text, unsigned short replacement, bool insertUn
 
 bool CrkXmlUtilities::IsChar(unsigned short unit) noexcept
 {
-    return unit >= 0x20 ? unit <= 0xFFFD && (unit & 0xF800) != 0xD800 : unit == u'\t' || unit == u'\n' || unit == u'\r';
+    return unit >= 0x20 ? unit <= 0xFFFD && !rk::platform::IsSurrogate(unit)
+                        : unit == u'\t' || unit == u'\n' || unit == u'\r';
 }
 
 bool CrkXmlUtilities::IsLetter(unsigned short unit) noexcept

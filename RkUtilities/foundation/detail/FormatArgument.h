@@ -1,24 +1,29 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
+#include "RkUtilities/foundation/TextView.h"
+
 #include <concepts>
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <type_traits>
 
-namespace rk {
+class CString;
 
-class TextBuilder;
+namespace rk {
 
 /// One argument of a format, with its kind. Built by `CString::Format`; texts and pointers are not copied.
 class FormatArgument {
 public:
-    enum class Kind { Signed, Unsigned, Floating, LongFloating, Text, SizedText, Pointer };
+    enum class Kind { Signed, Unsigned, Floating, LongFloating, Text, SizedText, Utf16Text, Pointer };
 
     template <std::integral T>
     explicit constexpr FormatArgument(T value) noexcept : m_byteCount(sizeof(T))
     {
-        if constexpr (std::is_signed_v<T>) {
+        if constexpr (std::same_as<T, char>) {  // signed on every processor
+            *this = FormatArgument(static_cast<signed char>(value));
+        } else if constexpr (std::is_signed_v<T>) {
             m_kind = Kind::Signed;
             m_value.integer = static_cast<unsigned long long>(static_cast<long long>(value));
         } else {
@@ -51,17 +56,26 @@ public:
     {
         m_value.pointer = pointer;
     }
-    explicit FormatArgument(const char16_t*) = delete;        // "%s" takes UTF-8: convert with StUTF8Buffer
-    explicit FormatArgument(unsigned short const*) = delete;  // likewise
+    /// A UTF-16 text; null is a null UTF-8 text.
+    explicit FormatArgument(TextView text) noexcept : m_kind(Kind::Utf16Text), m_byteCount(text.size())
+    {
+        m_value.units = text.data();
+    }
+    explicit FormatArgument(const char16_t* text) noexcept
+        : FormatArgument(text != nullptr ? FormatArgument(TextView(text))
+                                         : FormatArgument(static_cast<const char*>(nullptr)))
+    {}
+    explicit FormatArgument(unsigned short const* text) noexcept : FormatArgument(AsChar16(text)) {}
 
     [[nodiscard]] constexpr Kind GetKind() const noexcept { return m_kind; }
     /// The bits of an integer, sign-extended when it is signed.
     [[nodiscard]] constexpr unsigned long long Integer() const noexcept { return m_value.integer; }
-    /// The width of an integer's type; the length of a sized text.
+    /// The width of an integer's type; the length of a sized text, in its units.
     [[nodiscard]] constexpr std::size_t ByteCount() const noexcept { return m_byteCount; }
     [[nodiscard]] constexpr double Floating() const noexcept { return m_value.floating; }
     [[nodiscard]] constexpr long double LongFloating() const noexcept { return m_value.longFloating; }
     [[nodiscard]] constexpr const char* Text() const noexcept { return m_value.text; }
+    [[nodiscard]] std::u16string_view Units() const noexcept { return {m_value.units, m_byteCount}; }
     [[nodiscard]] constexpr const void* Pointer() const noexcept { return m_value.pointer; }
 
 private:
@@ -72,8 +86,12 @@ private:
         double floating;
         long double longFloating;
         const char* text;
+        const char16_t* units;
         const void* pointer;
     } m_value{};
 };
+
+/// The text that a format makes of its arguments, as `CString::Format` says. Throws `FormatError`.
+RK_EXPORT CString FormattedText(std::u16string_view format, const FormatArgument* arguments, std::size_t count);
 
 }  // namespace rk

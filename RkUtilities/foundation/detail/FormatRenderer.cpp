@@ -2,8 +2,9 @@
 
 #include "RkUtilities/foundation/FormatError.h"
 #include "RkUtilities/foundation/detail/FormatConversion.h"
-#include "RkUtilities/foundation/detail/FormatOutput.h"
+#include "RkUtilities/foundation/detail/TextBuilder.h"
 #include "RkUtilities/platform/locale/CFormat.h"
+#include "RkUtilities/platform/locale/Utf.h"
 
 #include <algorithm>
 #include <charconv>
@@ -74,7 +75,7 @@ Layout ReadLayout(const FormatConversion& conversion, ArgumentList& arguments)
 
 /// Appends what `append` appends, `shownUnits` wide by C's count, padded with blanks to the width.
 template <class Append>
-void Pad(FormatOutput& output, const Layout& layout, std::size_t shownUnits, const Append& append)
+void Pad(TextBuilder& output, const Layout& layout, std::size_t shownUnits, const Append& append)
 {
     const auto width = static_cast<std::size_t>(layout.width);
     const std::size_t blanks = width > shownUnits ? width - shownUnits : 0;
@@ -85,7 +86,7 @@ void Pad(FormatOutput& output, const Layout& layout, std::size_t shownUnits, con
         output.Append(blanks, u' ');
 }
 
-void AppendPadded(FormatOutput& output, const Layout& layout, std::string_view ascii)
+void AppendPadded(TextBuilder& output, const Layout& layout, std::string_view ascii)
 {
     Pad(output, layout, ascii.size(), [&] { output.AppendAscii(ascii); });
 }
@@ -157,7 +158,7 @@ std::string_view PrefixOf(const FormatConversion& conversion, const Integer& int
     return conversion.type == 'X' ? "0X" : "";
 }
 
-void AppendInteger(FormatOutput& output, const FormatConversion& conversion, Layout layout, const Integer& integer)
+void AppendInteger(TextBuilder& output, const FormatConversion& conversion, Layout layout, const Integer& integer)
 {
     char digits[CHAR_BIT * sizeof integer.magnitude];
     const int base = conversion.type == 'o' ? 8 : (conversion.type == 'x' || conversion.type == 'X') ? 16 : 10;
@@ -186,7 +187,7 @@ void AppendInteger(FormatOutput& output, const FormatConversion& conversion, Lay
 }
 
 /// The same for a decimal number that is asked for as it is.
-void AppendDecimal(FormatOutput& output, const Integer& integer)
+void AppendDecimal(TextBuilder& output, const Integer& integer)
 {
     char characters[24] = {'-'};
     char* const digits = characters + 1;
@@ -198,7 +199,7 @@ void AppendDecimal(FormatOutput& output, const Integer& integer)
 // --- Floating-point numbers
 // ----------------------------------------------------------------------------------------------
 
-void AppendFloating(FormatOutput& output, const FormatConversion& conversion, const Layout& layout,
+void AppendFloating(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
                     const FormatArgument& argument)
 {
     const bool wide = conversion.length == Length::LongDouble;
@@ -249,13 +250,27 @@ std::string_view TextOf(const FormatArgument& argument, std::size_t most)
     if (argument.GetKind() == Kind::SizedText)
         return std::string_view(argument.Text(), argument.ByteCount()).substr(0, most);
     if (argument.GetKind() != Kind::Text)
-        throw FormatError("\"%s\" has an argument that is no UTF-8 text");
+        throw FormatError("\"%s\" has an argument that is no text");
     const char* const utf8 = argument.Text() != nullptr ? argument.Text() : "(null)";
     return {utf8, most == std::string_view::npos ? std::strlen(utf8) : strnlen(utf8, most)};
 }
 
-void AppendText(FormatOutput& output, const Layout& layout, const FormatArgument& argument)
+void AppendUnits(TextBuilder& output, const Layout& layout, std::u16string_view units)
 {
+    if (layout.precision >= 0 && units.size() > static_cast<std::size_t>(layout.precision)) {
+        units = units.substr(0, static_cast<std::size_t>(layout.precision));
+        if (!units.empty() && platform::IsHighSurrogate(units.back()))
+            units.remove_suffix(1);
+    }
+    Pad(output, layout, units.size(), [&] { output.Append(units); });
+}
+
+void AppendText(TextBuilder& output, const Layout& layout, const FormatArgument& argument)
+{
+    if (argument.GetKind() == Kind::Utf16Text)
+        return AppendUnits(output, layout, argument.Units());
+    if (layout.precision < 0 && layout.width == 0)  // the commonest one
+        return output.AppendUtf8(TextOf(argument, std::string_view::npos));
     const std::size_t most = layout.precision < 0 ? std::string_view::npos : static_cast<std::size_t>(layout.precision);
     std::string_view bytes = TextOf(argument, most);
     if (bytes.size() == most)
@@ -263,7 +278,7 @@ void AppendText(FormatOutput& output, const Layout& layout, const FormatArgument
     Pad(output, layout, bytes.size(), [&] { output.AppendUtf8(bytes); });
 }
 
-void AppendCharacter(FormatOutput& output, const FormatConversion& conversion, const Layout& layout,
+void AppendCharacter(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
                      const FormatArgument& argument)
 {
     if (!IsInteger(argument))
@@ -274,14 +289,12 @@ void AppendCharacter(FormatOutput& output, const FormatConversion& conversion, c
     const long long most = conversion.length == Length::Long ? 0x10FFFF : 0xFFFF;
     if (codePoint < 0 || codePoint > most)
         throw FormatError("\"%c\" has an argument that is no character");
-    Pad(output, layout, 1, [&] {
-        if (codePoint > 0xFFFF)
-            output.Append(static_cast<char16_t>(0xD7C0 + (codePoint >> 10)));
-        output.Append(static_cast<char16_t>(codePoint > 0xFFFF ? 0xDC00 | (codePoint & 0x3FF) : codePoint));
-    });
+    char16_t units[2];
+    const char16_t* const end = platform::WriteUtf16(static_cast<char32_t>(codePoint), units);
+    Pad(output, layout, 1, [&] { output.Append({units, end}); });
 }
 
-void AppendPointer(FormatOutput& output, const Layout& layout, const FormatArgument& argument)
+void AppendPointer(TextBuilder& output, const Layout& layout, const FormatArgument& argument)
 {
     const void* pointer = argument.GetKind() == Kind::Text ? argument.Text() : argument.Pointer();
     if (argument.GetKind() != Kind::Text && argument.GetKind() != Kind::Pointer)
@@ -293,7 +306,7 @@ void AppendPointer(FormatOutput& output, const Layout& layout, const FormatArgum
     AppendPadded(output, layout, {digits, static_cast<std::size_t>(end - digits)});
 }
 
-void AppendArgument(FormatOutput& output, const FormatConversion& conversion, const Layout& layout,
+void AppendArgument(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
                     const FormatArgument& argument)
 {
     switch (conversion.type) {
@@ -394,14 +407,12 @@ private:
 
 }  // namespace
 
-void RenderFormat(std::u16string_view format, std::span<const FormatArgument> arguments, FormatOutput& output)
+void RenderFormat(std::u16string_view format, std::span<const FormatArgument> arguments, TextBuilder& output)
 {
     ArgumentList list(arguments);
     Walk(
         format, [&](std::u16string_view literal) { output.Append(literal); },
         [&](const FormatConversion& conversion) {
-            if (conversion.isPlain && conversion.type == 's')  // the commonest one
-                return output.AppendUtf8(TextOf(list.At({}), std::string_view::npos));
             const Layout layout = ReadLayout(conversion, list);
             if (conversion.type == '%')
                 output.Append(u'%');

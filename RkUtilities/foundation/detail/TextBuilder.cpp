@@ -16,9 +16,10 @@ void TextBuilder::AppendAscii(std::string_view characters)
 void TextBuilder::AppendUtf8(std::string_view bytes)
 {
     constexpr std::size_t kBytesAtOnce = 1024;
-    constexpr std::size_t kMostOver = 3;       // units beyond the bytes asked for
-    if (bytes.size() > m_capacity - m_length)  // where more are likely than a text holds, so many may still do
-        Reserve(std::min<std::size_t>(m_length + LikelyDecodedUnits(bytes), INT_MAX - 1));
+    constexpr std::size_t kMostOver = 3;  // units beyond the bytes asked for
+    if (bytes.size() >
+        m_capacity - m_length)  // where more bytes come than a text holds units, their units may still fit
+        Reserve(std::min<std::size_t>(m_length + bytes.size(), INT_MAX - 1));
     while (!bytes.empty()) {
         const std::size_t room = m_capacity - m_length;
         if (room >= std::min(bytes.size(), kBytesAtOnce + kMostOver)) {
@@ -35,6 +36,8 @@ CString TextBuilder::Take()
 {
     if (IsShort())
         return {CString::Utf16, {m_units, std::exchange(m_length, 0)}};
+    if (m_capacity - m_length > m_capacity / 4)
+        MoveToRoomFor(m_length);  // as texts of few ASCII characters leave much of the room for their bytes
     m_units[m_length] = 0;
     m_capacity = kShortUnits;
     CString text;

@@ -7,10 +7,6 @@
 /// UTF-8 to UTF-16 and back, in blocks.
 namespace rk {
 
-/// How many units `utf8` likely decodes to, at most its bytes. Exact for well-formed UTF-8, but for a long text with an
-/// ASCII first quarter: its bytes are then not all looked at and their count is the answer, at most twice what is needed.
-std::size_t LikelyDecodedUnits(std::string_view utf8) noexcept;
-
 /// Decodes at least one and at most about `byteCount` bytes from the front of `utf8`, takes them off and returns how
 /// many units were written: at most `byteCount` + 3, at most as many as bytes were taken. Room for so many may be used
 /// whole on the way. Every maximal part that is no UTF-8 gives one U+FFFD.

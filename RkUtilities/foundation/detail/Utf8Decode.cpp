@@ -1,5 +1,6 @@
 #include "RkUtilities/foundation/detail/UnitBlock.h"
 #include "RkUtilities/foundation/detail/Utf8.h"
+#include "RkUtilities/platform/locale/Utf.h"
 
 #include <algorithm>
 #include <array>
@@ -9,9 +10,6 @@
 namespace rk {
 
 namespace {
-
-constexpr char16_t kReplacement = 0xFFFD;
-constexpr std::size_t kLongText = 1024;  // from here on a look at a quarter decides how much memory is taken
 
 constexpr std::size_t kWindowBytes = 64;    // bytes decoded at a time, a bit of a mask for each
 constexpr std::size_t kWindowLooksAt = 66;  // the last sequence that a window decodes begins two bytes before its end
@@ -52,16 +50,6 @@ bool IsAsciiWindow(const unsigned char* bytes) noexcept
     return ((halves[0] | halves[1]) & kHighBits) == 0;
 }
 
-/// Whether the first quarter of a long text is ASCII, but for less than 64 bytes of it.
-bool BeginsAscii(std::string_view utf8) noexcept
-{
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(utf8.data());
-    std::size_t i = 0;
-    while (i < utf8.size() / 4 && IsAsciiWindow(bytes + i))
-        i += kWindowBytes;
-    return i >= utf8.size() / 4;
-}
-
 /// Eight bytes as units.
 UnitBlock WidenedBlock(const unsigned char* bytes) noexcept
 {
@@ -92,77 +80,11 @@ void WidenAscii(const unsigned char*& in, const unsigned char* stop, char16_t*& 
     }
 }
 
-bool IsContinuation(unsigned byte) noexcept
-{
-    return (byte & 0xC0U) == 0x80U;
-}
-
-std::uint8_t UnitsBegunBy(char byte) noexcept
-{
-    const auto value = static_cast<unsigned char>(byte);
-    return static_cast<std::uint8_t>((IsContinuation(value) ? 0 : 1) + (value >= 0xF0 ? 1 : 0));
-}
-
-/// What a lead byte asks of the second byte, after Unicode's table of well-formed sequences; length 0 is no lead byte.
-struct Lead {
-    unsigned length;
-    unsigned secondLow;
-    unsigned secondHigh;
-};
-
-constexpr Lead LeadOf(unsigned byte)
-{
-    if (byte >= 0xC2 && byte <= 0xDF)
-        return {2, 0x80, 0xBF};
-    if (byte >= 0xE0 && byte <= 0xEF)
-        return {3, byte == 0xE0 ? 0xA0U : 0x80U, byte == 0xED ? 0x9FU : 0xBFU};
-    if (byte >= 0xF0 && byte <= 0xF4)
-        return {4, byte == 0xF0 ? 0x90U : 0x80U, byte == 0xF4 ? 0x8FU : 0xBFU};
-    return {0, 0, 0};
-}
-
-/// Decodes a well-formed sequence of two or three bytes, the common ones; false and nothing moved for any other.
-bool DecodeShortSequence(const unsigned char*& in, const unsigned char* end, char16_t*& out) noexcept
-{
-    if (end - in < 3 || !IsContinuation(in[1]))
-        return false;
-    const unsigned first = in[0];
-    if (first >= 0xC2 && first <= 0xDF) {
-        *out++ = static_cast<char16_t>((first & 0x1FU) << 6 | (in[1] & 0x3FU));
-        in += 2;
-        return true;
-    }
-    const unsigned unit = (first & 0xFU) << 12 | (in[1] & 0x3FU) << 6 | (in[2] & 0x3FU);
-    if ((first & 0xF0U) != 0xE0 || !IsContinuation(in[2]) || unit < 0x800 || (unit & 0xF800U) == 0xD800)
-        return false;
-    *out++ = static_cast<char16_t>(unit);
-    in += 3;
-    return true;
-}
-
-/// Decodes one sequence that does not begin with ASCII; moves both pointers.
+/// Decodes one sequence, or a part that is no UTF-8; moves both pointers.
 void DecodeSequence(const unsigned char*& in, const unsigned char* end, char16_t*& out) noexcept
 {
-    const unsigned first = *in++;
-    const Lead lead = LeadOf(first);
-    if (lead.length == 0 || in == end || *in < lead.secondLow || *in > lead.secondHigh) {
-        *out++ = kReplacement;
-        return;
-    }
-    char32_t codePoint = (first & (0x7FU >> lead.length)) << 6 | (*in++ & 0x3FU);
-    for (unsigned i = 2; i < lead.length; ++i) {
-        if (in == end || !IsContinuation(*in)) {
-            *out++ = kReplacement;
-            return;
-        }
-        codePoint = codePoint << 6 | (*in++ & 0x3FU);
-    }
-    if (codePoint > 0xFFFF) {
-        *out++ = static_cast<char16_t>(0xD7C0U + (codePoint >> 10));
-        *out++ = static_cast<char16_t>(0xDC00U | (codePoint & 0x3FFU));
-    } else {
-        *out++ = static_cast<char16_t>(codePoint);
-    }
+    const char32_t codePoint = platform::TakeUtf8(in, end);
+    out = platform::WriteUtf16(codePoint != platform::kNoCodePoint ? codePoint : platform::kReplacementCharacter, out);
 }
 
 /// Decodes what begins before `stop`; moves both pointers.
@@ -170,16 +92,13 @@ void DecodeOneByOne(const unsigned char*& in, const unsigned char* stop, const u
                     char16_t*& out) noexcept
 {
     while (in < stop) {
-        if (*in >= 0x80) {
-            if (!DecodeShortSequence(in, end, out))
-                DecodeSequence(in, end, out);
-        } else if (stop - in >= 8) {
+        if (*in < 0x80 && stop - in >= 8) {
             StoreBlock(out, WidenedBlock(in));  // what follows the ASCII ones is overwritten
             const std::size_t count = AsciiBytesBefore(EightBytes(in));
             in += count;
             out += count;
         } else {
-            *out++ = *in++;
+            DecodeSequence(in, end, out);
         }
     }
 }
@@ -274,24 +193,6 @@ bool DecodeWindow(const unsigned char*& in, char16_t*& out) noexcept
 }
 
 }  // namespace
-
-std::size_t LikelyDecodedUnits(std::string_view utf8) noexcept
-{
-    if (utf8.size() >= kLongText && BeginsAscii(utf8))
-        return utf8.size();
-    constexpr std::size_t kChunk = 64;  // its sum fits eight bits, so that sixteen bytes are added at once
-    std::size_t count = 0;
-    std::size_t i = 0;
-    for (; i + kChunk <= utf8.size(); i += kChunk) {
-        std::uint8_t inChunk = 0;
-        for (std::size_t j = i; j < i + kChunk; ++j)
-            inChunk = static_cast<std::uint8_t>(inChunk + UnitsBegunBy(utf8[j]));
-        count += inChunk;
-    }
-    for (; i < utf8.size(); ++i)
-        count += UnitsBegunBy(utf8[i]);
-    return std::min(count, utf8.size());
-}
 
 std::size_t DecodeUtf8(std::string_view& utf8, std::size_t byteCount, char16_t* units) noexcept
 {

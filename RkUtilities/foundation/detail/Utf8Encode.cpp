@@ -1,5 +1,6 @@
 #include "RkUtilities/foundation/detail/UnitBlock.h"
 #include "RkUtilities/foundation/detail/Utf8.h"
+#include "RkUtilities/platform/locale/Utf.h"
 
 #include <algorithm>
 #include <array>
@@ -9,24 +10,10 @@ namespace rk {
 
 namespace {
 
-constexpr char16_t kReplacement = 0xFFFD;
 constexpr std::size_t kAsciiStep = 8 * kBlockUnits;  // units narrowed at a time
 constexpr std::size_t kShortText = 2 * kAsciiStep;   // so many units are encoded without being counted before
 
 using ByteBlock [[gnu::vector_size(16)]] = std::uint8_t;
-
-constexpr bool IsSurrogate(unsigned unit)
-{
-    return (unit & 0xF800U) == 0xD800U;
-}
-constexpr bool IsHighSurrogate(unsigned unit)
-{
-    return (unit & 0xFC00U) == 0xD800U;
-}
-constexpr bool IsLowSurrogate(unsigned unit)
-{
-    return (unit & 0xFC00U) == 0xDC00U;
-}
 
 template <class To, class Block>
 void Store(To* to, const Block& block) noexcept
@@ -71,26 +58,7 @@ UnitMask PairsIn(UnitBlock block, UnitBlock following) noexcept
 /// Encodes what begins at `in`, which moves behind it: a unit, or both of a pair.
 char* EncodeNext(const char16_t*& in, const char16_t* end, char* out) noexcept
 {
-    const char32_t unit = *in++;
-    const auto tail = [](char32_t bits) { return static_cast<char>(0x80U | (bits & 0x3FU)); };
-    if (unit < 0x80) {
-        *out++ = static_cast<char>(unit);
-    } else if (unit < 0x800) {
-        *out++ = static_cast<char>(0xC0U | unit >> 6);
-        *out++ = tail(unit);
-    } else if (IsHighSurrogate(unit) && in != end && IsLowSurrogate(*in)) {
-        const char32_t codePoint = 0x10000U + ((unit & 0x3FFU) << 10 | (*in++ & 0x3FFU));
-        *out++ = static_cast<char>(0xF0U | codePoint >> 18);
-        *out++ = tail(codePoint >> 12);
-        *out++ = tail(codePoint >> 6);
-        *out++ = tail(codePoint);
-    } else {
-        const char32_t whole = IsSurrogate(unit) ? kReplacement : unit;
-        *out++ = static_cast<char>(0xE0U | whole >> 12);
-        *out++ = tail(whole >> 6);
-        *out++ = tail(whole);
-    }
-    return out;
+    return platform::WriteUtf8(platform::TakeCodePoint(in, end), out);
 }
 
 constexpr std::size_t kStoredBytes = 4;  // whatever a unit gives; the next unit's overwrite the surplus
@@ -173,7 +141,8 @@ std::size_t CountEncodedBytes(std::u16string_view units) noexcept
             count += static_cast<std::size_t>(static_cast<std::ptrdiff_t>(surplus[lane]));
     }
     for (; i < units.size(); ++i) {
-        const bool isPair = IsHighSurrogate(units[i]) && i + 1 < units.size() && IsLowSurrogate(units[i + 1]);
+        const bool isPair =
+            platform::IsHighSurrogate(units[i]) && i + 1 < units.size() && platform::IsLowSurrogate(units[i + 1]);
         count += (units[i] >= 0x80 ? 1U : 0U) + (units[i] >= 0x800 ? 1U : 0U) - (isPair ? 2U : 0U);
     }
     return count;

@@ -1,7 +1,6 @@
 #include "RkUtilities/platform/files/PathBytes.h"
 
-#include <unicode/utf16.h>
-#include <unicode/utf8.h>
+#include "RkUtilities/platform/locale/Utf.h"
 
 namespace rk::platform {
 namespace {
@@ -16,32 +15,21 @@ constexpr bool IsEscapedByte(char16_t unit)
     return unit >= kEscape + 0x80 && unit <= kEscape + 0xFF;
 }
 
-constexpr char32_t kReplacement = 0xFFFD;
-
 }  // namespace
 
 std::string BytesOfPath(std::u16string_view path)
 {
     std::string bytes;
     bytes.resize(path.size() * 3);  // no unit takes more: a pair has four bytes
-    auto* out = reinterpret_cast<unsigned char*>(bytes.data());
-    std::size_t byteCount = 0;
-    for (std::size_t i = 0; i < path.size();) {
-        const char16_t unit = path[i++];
-        if (U8_IS_SINGLE(unit) && unit < 0x80) {
-            out[byteCount++] = static_cast<unsigned char>(unit);
-        } else if (IsEscapedByte(unit)) {
-            out[byteCount++] = static_cast<unsigned char>(unit - kEscape);
-        } else {
-            char32_t point = unit;
-            if (U16_IS_LEAD(unit) && i < path.size() && U16_IS_TRAIL(path[i]))
-                point = static_cast<char32_t>(U16_GET_SUPPLEMENTARY(unit, path[i++]));
-            else if (U16_IS_SURROGATE(unit))
-                point = kReplacement;
-            U8_APPEND_UNSAFE(out, byteCount, point);
-        }
+    char* out = bytes.data();
+    const char16_t* const end = path.data() + path.size();
+    for (const char16_t* in = path.data(); in != end;) {
+        if (IsEscapedByte(*in))
+            *out++ = static_cast<char>(*in++ - kEscape);
+        else
+            out = WriteUtf8(TakeCodePoint(in, end), out);
     }
-    bytes.resize(byteCount);
+    bytes.resize(static_cast<std::size_t>(out - bytes.data()));
     return bytes;
 }
 
@@ -49,20 +37,19 @@ std::u16string PathOfBytes(std::string_view bytes)
 {
     std::u16string path;
     path.resize(bytes.size());  // no byte becomes more than one unit
+    char16_t* out = path.data();
     const auto* in = reinterpret_cast<const unsigned char*>(bytes.data());
-    std::size_t unitCount = 0;
-    for (std::size_t i = 0; i < bytes.size();) {
-        const std::size_t start = i;
-        UChar32 point = 0;
-        U8_NEXT(in, i, bytes.size(), point);
-        if (point < 0) {
-            i = start + 1;  // one byte at a time: a wrong part of several bytes is several escapes
-            path[unitCount++] = static_cast<char16_t>(kEscape + in[start]);
+    for (const unsigned char* const end = in + bytes.size(); in != end;) {
+        const unsigned char* next = in;
+        const char32_t codePoint = TakeUtf8(next, end);
+        if (codePoint != kNoCodePoint) {
+            out = WriteUtf16(codePoint, out);
+            in = next;
         } else {
-            U16_APPEND_UNSAFE(path.data(), unitCount, point);
+            *out++ = static_cast<char16_t>(kEscape + *in++);  // a wrong part of several bytes is several escapes
         }
     }
-    path.resize(unitCount);
+    path.resize(static_cast<std::size_t>(out - path.data()));
     return path;
 }
 
