@@ -3,70 +3,72 @@
 #include "RkUtilities/platform/locale/UserLocale.h"
 #include "RkUtilities/platform/process/LocalTime.h"
 
+#include <atomic>
 #include <cmath>
+#include <memory>
+#include <string>
 
 namespace {
 
 using rk::platform::DateStyle;
-using rk::platform::DateTextFormat;
 
-/// The short and the long format of a kind, made together for the locale of the first call.
-struct FormatPair {
-    std::shared_ptr<const DateTextFormat> shortFormat;
-    std::shared_ptr<const DateTextFormat> longFormat;
+std::int64_t UtcSeconds(const CTime& time)
+{
+    return static_cast<std::int64_t>(std::floor(time.GetCFAbsoluteTime())) + rk::platform::kUtcSecondsOf2001;
+}
+
+/// The locale of the first call, which stays that of all texts of a kind. Never destroyed: a static object's destructor
+/// may still ask.
+class FirstLocale {
+public:
+    const std::string& Name()
+    {
+        const std::string* name = m_name.load(std::memory_order_acquire);
+        if (name == nullptr) {
+            auto first =
+                std::make_unique<const std::string>(rk::platform::UserLocaleName(rk::platform::LocaleUse::Time));
+            if (m_name.compare_exchange_strong(name, first.get(), std::memory_order_acq_rel))
+                name = first.release();
+        }
+        return *name;
+    }
+
+private:
+    std::atomic<const std::string*> m_name = nullptr;
 };
+constinit FirstLocale dateLocale;
+constinit FirstLocale timeLocale;
 
-const std::string& Locale()
+std::u16string_view DateText(const CTime& time, DateStyle style)
 {
-    return rk::platform::UserLocaleName(rk::platform::LocaleUse::Time);
+    return rk::platform::LocalDateText(dateLocale.Name(), style, DateStyle::None, UtcSeconds(time));
 }
 
-// Neither pair is ever destroyed: a static object's destructor may still ask.
-const FormatPair& DateFormats()
+std::u16string_view TimeText(const CTime& time, DateStyle style)
 {
-    DateTextFormat::Prepare();
-    static const auto& formats =
-        *new FormatPair{.shortFormat = DateTextFormat::For(Locale(), DateStyle::Short, DateStyle::None),
-                        .longFormat = DateTextFormat::For(Locale(), DateStyle::Long, DateStyle::None)};
-    return formats;
-}
-
-const FormatPair& TimeFormats()
-{
-    DateTextFormat::Prepare();
-    static const auto& formats =
-        *new FormatPair{.shortFormat = DateTextFormat::For(Locale(), DateStyle::None, DateStyle::Short),
-                        .longFormat = DateTextFormat::For(Locale(), DateStyle::None, DateStyle::Long)};
-    return formats;
-}
-
-/// Valid until the thread's next text; "" when there is no such format.
-std::u16string_view Text(const std::shared_ptr<const DateTextFormat>& format, const CTime& time)
-{
-    const auto seconds = static_cast<std::int64_t>(std::floor(time.GetCFAbsoluteTime()));
-    return format != nullptr ? format->Text(seconds + rk::platform::kUtcSecondsOf2001) : std::u16string_view();
+    return rk::platform::LocalDateText(timeLocale.Name(), DateStyle::None, style, UtcSeconds(time));
 }
 
 }  // namespace
 
 CString CrkDateUtilities::ShortDateString(const CTime& time)
 {
-    return Text(DateFormats().shortFormat, time);
+    return DateText(time, DateStyle::Short);
 }
 
 CString CrkDateUtilities::LongDateString(const CTime& time)
 {
-    return Text(DateFormats().longFormat, time);
+    return DateText(time, DateStyle::Long);
 }
 
 CString CrkDateUtilities::ShortTimeString(const CTime& time)
 {
-    return Text(TimeFormats().shortFormat, time);
+    return TimeText(time, DateStyle::Short);
 }
 
 CString CrkDateUtilities::LongTimeString(const CTime& time)
 {
-    return Text(TimeFormats().longFormat, time);
+    return TimeText(time, DateStyle::Long);
 }
 
 CString CrkDateUtilities::CurrentShortDateString()

@@ -8,7 +8,6 @@
 #include "RkUtilities/paths/CrkPathUtilities.h"
 #include "RkUtilities/platform/files/AppendFile.h"
 #include "RkUtilities/platform/files/Files.h"
-#include "RkUtilities/platform/locale/DateText.h"
 #include "RkUtilities/platform/process/Threads.h"
 
 #include <cstdio>
@@ -98,7 +97,8 @@ void CrkLogWriter::Init(const CString& settingsPath, const CString& logFolder)
     auto settings = std::make_unique<CrkLogSettings>(settingsPath);
     const bool isEnabled = settings->m_enable;
     if (isEnabled)
-        rk::platform::DateTextFormat::Prepare();  // an entry's time is made while the lock is held
+        static_cast<void>(
+            CurrentTimeString(kCFDateFormatterShortStyle));  // the format of an entry's time, while there is memory
     {
         const std::lock_guard lock(m_mutex);
         m_path = logFolder;

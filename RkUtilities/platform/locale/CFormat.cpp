@@ -18,9 +18,10 @@ public:
     ScopedCLocale& operator=(const ScopedCLocale&) = delete;
 
 private:
+    // The C library has this locale ready: nothing is made.
     static locale_t Plain()
     {
-        static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+        const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
         if (locale == nullptr)
             throw std::bad_alloc();
         return locale;

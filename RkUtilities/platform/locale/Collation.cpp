@@ -1,31 +1,125 @@
 #include "RkUtilities/platform/locale/Collation.h"
 
-#include "RkUtilities/platform/locale/IcuServices.h"
+#include "RkUtilities/platform/locale/MadeWhole.h"
 #include "RkUtilities/platform/locale/UserLocale.h"
-#include "RkUtilities/platform/process/PerThread.h"
+#include "RkUtilities/platform/process/KeptByName.h"
+#include "RkUtilities/platform/process/Threads.h"
 
 #include <algorithm>
+#include <array>
+#include <climits>
+#include <cstdint>
+#include <map>
 #include <memory>
+#include <mutex>
+#include <new>
+#include <optional>
+#include <unicode/coll.h>
+#include <utility>
 
 namespace rk::platform {
 
 namespace {
 
-struct Known {
-    std::string locale;
-    std::unique_ptr<const NameOrder> order;
+std::unique_ptr<const icu::Collator> MakeCollator(const std::string& locale)
+{
+    // The order of "C" is that of code units, upper case first; without regard to case only the root's is left.
+    const icu::Locale order =
+        locale == "en_US_POSIX" ? icu::Locale::getRoot() : icu::Locale::createCanonical(locale.c_str());
+    return MadeWhole([&] {
+        UErrorCode error = U_ZERO_ERROR;
+        std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(order, error));
+        if (U_FAILURE(error) != 0 && error != U_MEMORY_ALLOCATION_ERROR) {
+            error = U_ZERO_ERROR;
+            collator.reset(icu::Collator::createInstance(icu::Locale::getRoot(), error));
+        }
+        if (collator == nullptr || U_FAILURE(error) != 0)
+            throw std::bad_alloc();
+        collator->setStrength(icu::Collator::SECONDARY);
+        return std::unique_ptr<const icu::Collator>(std::move(collator));
+    });
+}
+
+void AppendKeyOf(const icu::Collator& collator, std::u16string_view text, std::string& keys)
+{
+    if (text.size() > INT_MAX)
+        throw std::bad_alloc();
+    constexpr std::int32_t kRoomOfMost = 64;
+    const std::size_t start = keys.size();
+    for (std::int32_t room = 0, size = kRoomOfMost; size > room;) {
+        room = size;
+        keys.resize(start + static_cast<std::size_t>(room));
+        size = collator.getSortKey(text.data(), static_cast<std::int32_t>(text.size()),
+                                   reinterpret_cast<std::uint8_t*>(keys.data() + start), room);
+        if (size <= 0)
+            throw std::bad_alloc();
+        keys.resize(start + static_cast<std::size_t>(std::min(size, room)));
+    }
+}
+
+bool Has(const icu::Collator& collator, UColAttribute attribute, UColAttributeValue value)
+{
+    UErrorCode error = U_ZERO_ERROR;
+    return collator.getAttribute(attribute, error) == value && U_SUCCESS(error) != 0;
+}
+
+/// The root's order knows no groups of ASCII characters ("ch") and none that stands for two; where nothing is changed
+/// but the order of the characters, each of them has one place.
+bool IsRootOrder(const icu::Collator& collator)
+{
+    UErrorCode error = U_ZERO_ERROR;
+    return *collator.getLocale(ULOC_ACTUAL_LOCALE, error).getLanguage() == '\0' && U_SUCCESS(error) != 0 &&
+           Has(collator, UCOL_NUMERIC_COLLATION, UCOL_OFF) && Has(collator, UCOL_CASE_LEVEL, UCOL_OFF);
+}
+
+/// Where ASCII texts compare as the sequences of their characters' places do: the place of each character, 0 for one that
+/// does not count.
+using AsciiPlaces = std::array<std::uint8_t, 128>;
+
+AsciiPlaces PlacesOf(const icu::Collator& collator)
+{
+    const auto keyOf = [&](std::u16string_view text) {
+        std::string key;
+        AppendKeyOf(collator, text, key);
+        return key;
+    };
+    const std::string keyOfNothing = keyOf(u"");
+    AsciiPlaces places{};
+    std::map<std::string, std::vector<std::size_t>> characters;
+    for (std::size_t character = 0; character < places.size(); ++character) {
+        const auto unit = static_cast<char16_t>(character);
+        if (std::string key = keyOf({&unit, 1}); key != keyOfNothing)
+            characters[std::move(key)].push_back(character);
+    }
+    std::uint8_t place = 0;
+    for (const auto& [key, alike] : characters) {
+        ++place;
+        for (const std::size_t character : alike)
+            places[character] = place;
+    }
+    return places;
+}
+
+/// A locale's order of names. The places are empty in orders that are not so simple.
+struct NameOrder {
+    std::unique_ptr<const icu::Collator> collator;
+    std::optional<AsciiPlaces> places;
+
+    explicit NameOrder(const std::string& locale) : collator(MakeCollator(locale))
+    {
+        std::string ignored;
+        AppendKeyOf(*collator, u"e\u0301", ignored);  // with what ICU makes at the first use, while the lock is held
+        if (IsRootOrder(*collator))
+            places = PlacesOf(*collator);
+    }
 };
 
-/// The thread's order, made again when the locale has changed.
-const NameOrder& UserOrder()
+std::shared_ptr<const NameOrder> OrderOf(const std::string& locale)
 {
-    auto& known = PerThread<Known>();
-    const std::string& locale = UserLocaleName(LocaleUse::Order);
-    if (known.order == nullptr || known.locale != locale) {
-        known.order = Icu().nameOrder(locale);
-        known.locale = locale;
-    }
-    return *known.order;
+    constexpr std::size_t kMostOrders = 16;
+    static constinit KeptByName<std::shared_ptr<const NameOrder>, kMostOrders> orders;
+    const std::lock_guard lock(MutexOf(Lock::Locale));
+    return orders.Of(locale, [&] { return std::make_shared<const NameOrder>(locale); });
 }
 
 bool IsAscii(std::u16string_view text) noexcept
@@ -48,16 +142,15 @@ void AppendPlaces(const AsciiPlaces& places, std::u16string_view text, std::stri
 
 CollationKeys CollationKeysOf(const std::vector<std::u16string_view>& texts)
 {
-    const NameOrder& order = UserOrder();
-    const AsciiPlaces* const places = order.PlacesOfAscii();
-    const bool placesDecide = places != nullptr && std::all_of(texts.begin(), texts.end(), IsAscii);
+    const std::shared_ptr<const NameOrder> order = OrderOf(UserLocaleName(LocaleUse::Order));
+    const bool placesDecide = order->places && std::all_of(texts.begin(), texts.end(), IsAscii);
     CollationKeys keys;
     keys.ends.reserve(texts.size());
     for (const std::u16string_view text : texts) {
         if (placesDecide)
-            AppendPlaces(*places, text, keys.bytes);
+            AppendPlaces(*order->places, text, keys.bytes);
         else
-            order.AppendKey(text, keys.bytes);
+            AppendKeyOf(*order->collator, text, keys.bytes);
         keys.ends.push_back(keys.bytes.size());
     }
     return keys;

@@ -1,178 +1,174 @@
 #include "RkUtilities/platform/locale/DateText.h"
 
-#include "RkUtilities/platform/locale/DatePattern.h"
-#include "RkUtilities/platform/locale/IcuServices.h"
+#include "RkUtilities/platform/locale/MadeWhole.h"
+#include "RkUtilities/platform/process/KeptByName.h"
 #include "RkUtilities/platform/process/LocalTime.h"
 #include "RkUtilities/platform/process/PerThread.h"
+#include "RkUtilities/platform/process/SameAsLast.h"
+#include "RkUtilities/platform/process/Threads.h"
 
 #include <array>
-#include <atomic>
-#include <map>
+#include <limits>
+#include <memory>
 #include <mutex>
-#include <optional>
 #include <tuple>
+#include <unicode/gregocal.h>
+#include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
 
 namespace rk::platform {
 
 namespace {
 
+constexpr double kMillisecondsASecond = 1000;
 constexpr std::int64_t kSecondsAMinute = 60;
-constexpr std::int64_t kSecondsADay = 86400;
 // Since 1 June 1972 every zone is ahead of UTC by whole minutes and changes on a whole minute.
 constexpr std::int64_t kWholeMinutesSince = 76204800;
+constexpr std::array kIcuStyles = {icu::DateFormat::kNone, icu::DateFormat::kShort, icu::DateFormat::kMedium,
+                                   icu::DateFormat::kLong, icu::DateFormat::kFull};
+constexpr std::size_t kStyleCount = kIcuStyles.size();
 
-std::int64_t FloorDivide(std::int64_t dividend, std::int64_t divisor)
-{
-    return dividend / divisor - static_cast<std::int64_t>(dividend % divisor < 0);
-}
+struct StylePair {
+    DateStyle date;
+    DateStyle time;
 
-/// A text that a thread has made, and until when it holds.
-struct MadeText {
-    std::uint64_t formatId = 0;
-    std::uint64_t zoneGeneration = 0;
-    std::int64_t utcMinute = 0;
-    std::int64_t localPeriod = 0;
-    std::u16string text;
+    [[nodiscard]] std::size_t Index() const
+    {
+        return static_cast<std::size_t>(date) * kStyleCount + static_cast<std::size_t>(time);
+    }
+    [[nodiscard]] bool ShowsSeconds() const { return time >= DateStyle::Medium; }
+    [[nodiscard]] bool ShowsZone() const { return time >= DateStyle::Long; }
 };
 
-/// The last texts of a thread, so that a few formats in turn do not drive each other out.
-MadeText& MadeTextOf(std::uint64_t formatId)
+/// The object; ICU gives null where it has no memory for it.
+template <class Object>
+std::unique_ptr<Object> Owned(Object* object)
 {
-    auto& texts = PerThread<std::array<MadeText, 8>>();
-    return texts[formatId % texts.size()];
+    if (object == nullptr)
+        throw std::bad_alloc();
+    return std::unique_ptr<Object>(object);
 }
+
+// --- The four below are called with Lock::Locale held: ICU has locks of its own, and its formats change while they are used.
+
+std::unique_ptr<icu::TimeZone> ZoneNamed(const std::string& name)
+{
+    return MadeWhole([&] {
+        return std::unique_ptr<icu::TimeZone>(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(name)));
+    });
+}
+
+std::unique_ptr<icu::TimeZone> ZoneOfOffset(int utcOffset)
+{
+    const int size = utcOffset < 0 ? -utcOffset : utcOffset;
+    const auto digits = [](int value) { return (value < 10 ? "0" : "") + std::to_string(value); };
+    return ZoneNamed(std::string("GMT") + (utcOffset < 0 ? '-' : '+') + digits(size / 3600) + ':' +
+                     digits(size / 60 % 60) + ':' + digits(size % 60));
+}
+
+/// ICU's zone of the C library's zone's name where it has the offset at that time, else one of that offset.
+std::unique_ptr<icu::TimeZone> ZoneAt(std::int64_t utcSeconds, int utcOffset, const std::string& zoneName)
+{
+    constexpr std::size_t kMostZones = 16;
+    static constinit KeptByName<std::unique_ptr<icu::TimeZone>, kMostZones> zones;
+    const icu::TimeZone& named = *zones.Of(zoneName, [&] { return ZoneNamed(zoneName); });
+    std::int32_t standard = 0;
+    std::int32_t daylight = 0;
+    UErrorCode error = U_ZERO_ERROR;
+    named.getOffset(static_cast<UDate>(utcSeconds) * kMillisecondsASecond, 0, standard, daylight, error);
+    const bool agrees =
+        U_SUCCESS(error) != 0 && (standard + daylight) / 1000 == utcOffset && !(named == icu::TimeZone::getUnknown());
+    return agrees ? Owned(named.clone()) : ZoneOfOffset(utcOffset);
+}
+
+/// A format of ICU's and the calendar that it is given, days before 1582 Gregorian too.
+struct Format {
+    std::unique_ptr<const icu::DateFormat> format;
+    std::unique_ptr<icu::Calendar> calendar;
+
+    static Format Make(const std::string& locale, StylePair styles)
+    {
+        const auto style = [](DateStyle ours) { return kIcuStyles[static_cast<std::size_t>(ours)]; };
+        Format made;
+        made.format = MadeWhole([&] {
+            return std::unique_ptr<const icu::DateFormat>(icu::DateFormat::createDateTimeInstance(
+                style(styles.date), style(styles.time), icu::Locale::createCanonical(locale.c_str())));
+        });
+        made.calendar = Owned(made.format->getCalendar()->clone());
+        made.calendar->adoptTimeZone(Owned(icu::TimeZone::getGMT()->clone()).release());
+        UErrorCode error = U_ZERO_ERROR;
+        if (auto* const gregorian = dynamic_cast<icu::GregorianCalendar*>(made.calendar.get()))
+            gregorian->setGregorianChange(-std::numeric_limits<double>::max(), error);
+        MadeWhole([&] { return made.Text(0); });  // with what ICU makes at the first use
+        return made;
+    }
+
+    /// The text in the calendar's zone.
+    [[nodiscard]] std::u16string Text(std::int64_t seconds) const
+    {
+        UErrorCode error = U_ZERO_ERROR;
+        calendar->setTime(static_cast<UDate>(seconds) * kMillisecondsASecond, error);
+        icu::UnicodeString text;
+        icu::FieldPosition ignored;
+        format->format(*calendar, text, ignored);
+        if (text.isBogus() != 0 || error == U_MEMORY_ALLOCATION_ERROR)
+            throw std::bad_alloc();
+        return {text.getBuffer(), static_cast<std::size_t>(text.length())};
+    }
+};
+
+// --------------------------------------------------------------------------------------------------------------------------
 
 /// The zone's name, found out again when the zone has changed.
-const std::string& KnownZoneName(std::uint64_t zoneGeneration)
+const std::string& LastZoneName(std::uint64_t zoneGeneration)
 {
-    struct Known {
-        std::uint64_t generation = 0;
-        std::string name;
+    struct Last {
+        SameAsLast<std::uint64_t, std::string> name;
     };
-    auto& known = PerThread<Known>();
-    if (known.generation != zoneGeneration) {
-        known.name = ZoneName();
-        known.generation = zoneGeneration;
-    }
-    return known.name;
+    return PerThread<Last>().name.For(zoneGeneration, ZoneName);
 }
 
-/// Locales have rules that no pattern shows (other digits for a field, say), so the texts of a sample of times decide.
-bool Agree(const DatePattern& pattern, const DateFormat& format)
+std::u16string MadeText(const std::string& locale, StylePair styles, std::int64_t utcSeconds, int utcOffset,
+                        std::uint64_t zoneGeneration)
 {
-    constexpr int kSampleCount = 150;  // all months, days of the week and hours are among them
-    constexpr std::int64_t kStep = (kLastCalendarSecond - kFirstCalendarSecond) / kSampleCount;
-    for (std::int64_t seconds = kFirstCalendarSecond; seconds <= kLastCalendarSecond; seconds += kStep) {
-        std::u16string text;
-        pattern.AppendTo(text, UtcCalendar(seconds));
-        if (text != format.Text(seconds, 0))
-            return false;
-    }
-    return true;
-}
-
-/// The format without ICU, where it can do without.
-std::optional<DatePattern> PatternOf(const DateFormat& format)
-{
-    const std::u16string pattern = format.Pattern();
-    const DateWords* const words = format.Words();
-    if (pattern.empty() || words == nullptr)
-        return std::nullopt;
-    std::optional<DatePattern> parsed = DatePattern::Parse(pattern, *words);
-    return parsed && Agree(*parsed, format) ? parsed : std::nullopt;
-}
-
-class KeptDateTextFormat final : public DateTextFormat {
-public:
-    KeptDateTextFormat(std::unique_ptr<const DateFormat> format, DateStyle time)
-        : m_format(std::move(format)), m_pattern(PatternOf(*m_format)),
-          m_showsZone(time == DateStyle::Long || time == DateStyle::Full), m_showsSeconds(time >= DateStyle::Medium),
-          m_periodSeconds(time == DateStyle::None ? kSecondsADay : kSecondsAMinute), m_id(NextId())
-    {}
-
-    std::u16string_view Text(std::int64_t utcSeconds) const override
-    {
-        MadeText& made = MadeTextOf(m_id);
-        const std::uint64_t zone = ZoneGeneration();
-        const std::int64_t utcMinute = FloorDivide(utcSeconds, kSecondsAMinute);
-        const bool holds = made.formatId == m_id && made.zoneGeneration == zone;
-        if (holds && made.utcMinute == utcMinute)
-            return made.text;
-        const CalendarTime fields = LocalCalendar(utcSeconds);
-        const std::int64_t period = FloorDivide(utcSeconds + fields.utcOffset, m_periodSeconds);
-        if (!holds || made.localPeriod != period) {
-            made.formatId = 0;  // nothing is kept if making fails
-            Make(made.text, utcSeconds, fields, zone);
-        }
-        const bool isKept =
-            !m_showsSeconds && utcSeconds >= kWholeMinutesSince && fields.utcOffset % kSecondsAMinute == 0;
-        made.formatId = isKept ? m_id : 0;
-        made.zoneGeneration = zone;
-        made.utcMinute = utcMinute;
-        made.localPeriod = period;
-        return made.text;
-    }
-
-private:
-    static std::uint64_t NextId()
-    {
-        static std::atomic<std::uint64_t> next{1};
-        return next.fetch_add(1, std::memory_order_relaxed);
-    }
-
-    void Make(std::u16string& text, std::int64_t utcSeconds, const CalendarTime& fields,
-              std::uint64_t zoneGeneration) const
-    {
-        if (m_pattern) {
-            text.clear();
-            m_pattern->AppendTo(text, fields);
-        } else if (m_showsZone) {
-            text = m_format->TextWithZone(utcSeconds, fields.utcOffset, KnownZoneName(zoneGeneration));
-        } else {
-            text = m_format->Text(utcSeconds, fields.utcOffset);
-        }
-    }
-
-    std::unique_ptr<const DateFormat> m_format;
-    std::optional<DatePattern> m_pattern;
-    bool m_showsZone;
-    bool m_showsSeconds;
-    std::int64_t m_periodSeconds;
-    std::uint64_t m_id;
-};
-
-std::shared_ptr<const DateTextFormat> Make(const IcuServices& icu, const std::string& locale, DateStyle date,
-                                           DateStyle time)
-{
-    if (date == DateStyle::None && time == DateStyle::None)
-        return nullptr;
-    auto format = icu.dateFormat(locale, date, time);
-    return format != nullptr ? std::make_shared<KeptDateTextFormat>(std::move(format), time) : nullptr;
+    constexpr std::size_t kMostFormats = 256;
+    static constinit KeptByName<Format, kMostFormats> formats;
+    const std::string* const zoneName = styles.ShowsZone() ? &LastZoneName(zoneGeneration) : nullptr;
+    const std::lock_guard lock(MutexOf(Lock::Locale));
+    const Format& format =
+        formats.Of(locale + '/' + std::to_string(styles.Index()), [&] { return Format::Make(locale, styles); });
+    if (zoneName == nullptr)
+        return format.Text(utcSeconds + utcOffset);  // in UTC
+    format.calendar->adoptTimeZone(ZoneAt(utcSeconds, utcOffset, *zoneName).release());
+    return format.Text(utcSeconds);
 }
 
 }  // namespace
 
-void DateTextFormat::Prepare()
+std::u16string_view LocalDateText(const std::string& locale, DateStyle date, DateStyle time, std::int64_t utcSeconds)
 {
-    Icu();
-}
-
-std::shared_ptr<const DateTextFormat> DateTextFormat::For(const std::string& locale, DateStyle date, DateStyle time)
-{
-    constexpr std::size_t kMostFormats = 256;  // more are hostile names; they are let go together
-    static std::mutex mutex;
-    // Never destroyed: a static object's destructor may still ask.
-    static auto& formats =
-        *new std::map<std::tuple<std::string, DateStyle, DateStyle>, std::shared_ptr<const DateTextFormat>>;
-    const IcuServices& icu = Icu();  // before a lock is held
-    const std::tuple key(locale, date, time);
-    const std::lock_guard lock(mutex);
-    const auto known = formats.find(key);
-    if (known != formats.end())
-        return known->second;
-    if (formats.size() >= kMostFormats)
-        formats.clear();
-    return formats.emplace(key, Make(icu, locale, date, time)).first->second;
+    const StylePair styles{date, time};
+    if (styles.Index() == 0)
+        return {};
+    // By locale, zone and moment: the second, or the first one of the minute.
+    using LastText = SameAsLast<std::tuple<std::string, std::uint64_t, std::int64_t>, std::u16string>;
+    struct LastTexts {
+        std::array<LastText, kStyleCount * kStyleCount> byStyles;
+    };
+    LastText& last = PerThread<LastTexts>().byStyles[styles.Index()];
+    const std::uint64_t zone = ZoneGeneration();
+    const std::int64_t second = (utcSeconds % kSecondsAMinute + kSecondsAMinute) % kSecondsAMinute;
+    bool isKept = true;
+    const std::u16string& text =
+        last.For(std::forward_as_tuple(locale, zone, styles.ShowsSeconds() ? utcSeconds : utcSeconds - second), [&] {
+            const CalendarTime fields = LocalCalendar(utcSeconds);
+            isKept = zone != 0 && (styles.ShowsSeconds() ||
+                                   (utcSeconds >= kWholeMinutesSince && fields.second == static_cast<int>(second)));
+            return MadeText(locale, styles, utcSeconds, fields.utcOffset, zone);
+        });
+    if (!isKept)
+        last.AskAgain();
+    return text;
 }
 
 }  // namespace rk::platform

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -11,21 +10,12 @@ namespace rk::platform {
 /// CLDR's lengths of a date or a time.
 enum class DateStyle { None, Short, Medium, Long, Full };
 
-/// One locale's format for a pair of styles. Immutable and kept per locale name: asking again costs no new ICU
-/// formatter.
-class DateTextFormat {
-public:
-    /// Null when ICU has no such format (both styles None, a name it refuses).
-    static std::shared_ptr<const DateTextFormat> For(const std::string& locale, DateStyle date, DateStyle time);
-    /// To be called before a lock, or the guard of a local static, is held under which formats are asked for.
-    static void Prepare();
-    virtual ~DateTextFormat() = default;
-
-    /// The text of a time, seconds since 1970 UTC in the years 1 to 9999. Valid until the thread's next text.
-    ///
-    /// Calendar fields are those of the C library's zone, Gregorian also before 1582; locales whose calendar is another
-    /// one get theirs. A text of the same minute, or of the same day where only the day shows, is not made again.
-    [[nodiscard]] virtual std::u16string_view Text(std::int64_t utcSeconds) const = 0;
-};
+/// The text of a time, seconds since 1970 UTC in the years 1 to 9999, in a locale of `UserLocaleName`; "" with both styles
+/// None. Valid until the thread's next text of the same styles.
+///
+/// Calendar fields are those of the C library's zone, Gregorian also before 1582; locales whose calendar is another one get
+/// theirs. The last text of each pair of styles is kept for its minute, or its second where seconds show. Without memory
+/// `std::bad_alloc` is thrown, and the next call makes the text. Safe from any thread.
+std::u16string_view LocalDateText(const std::string& locale, DateStyle date, DateStyle time, std::int64_t utcSeconds);
 
 }  // namespace rk::platform

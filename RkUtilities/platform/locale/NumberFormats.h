@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -18,20 +19,23 @@ struct WholeNumber {
 
 /// What a locale says about numbers, money and the week: CLDR's data as ICU gives them. Immutable.
 ///
-/// A locale's data are made once and kept by its name; a name that ICU does not know gets those it falls back to.
+/// A locale's data are made once and kept by its name; a name that ICU does not know gets those it falls back to. Without
+/// memory for them `std::bad_alloc` is thrown, and the next call makes them.
 class NumberFormats {
 public:
     /// Those of the user's locale for that use, at this moment. Valid until the thread's next call for the same use.
     /// Costs neither an ICU object nor an allocation while the locale is the one of the thread's call before.
     static const NumberFormats& Of(LocaleUse use);
 
-    virtual ~NumberFormats() = default;
+    explicit NumberFormats(const std::string& locale);
+    ~NumberFormats();
+    NumberFormats(const NumberFormats&) = delete;
+    NumberFormats& operator=(const NumberFormats&) = delete;
 
     /// The number that is the whole of `text` in the locale's plain decimal format. A fraction is cut off, and what is
     /// beyond a `WholeNumber` becomes the largest of its sign; infinity and "not a number" are none.
-    [[nodiscard]] virtual std::optional<WholeNumber> ReadWhole(std::u16string_view text) const = 0;
+    [[nodiscard]] std::optional<WholeNumber> ReadWhole(std::u16string_view text) const;
 
-    std::string locale;
     std::u16string decimalSeparator;
     std::u16string minusSign;
     std::u16string plusSign;
@@ -42,8 +46,9 @@ public:
     int currencyFractionDigits = 0;
     int firstWeekday = 0;  // 1 is Sunday, 7 Saturday
 
-protected:
-    NumberFormats() = default;
+private:
+    struct Parser;  // ICU's
+    std::unique_ptr<const Parser> m_parser;
 };
 
 }  // namespace rk::platform

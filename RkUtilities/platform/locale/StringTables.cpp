@@ -1,50 +1,51 @@
 #include "RkUtilities/platform/locale/StringTables.h"
 
-#include "RkUtilities/platform/locale/IcuServices.h"
 #include "RkUtilities/platform/locale/UserLocale.h"
+#include "RkUtilities/platform/process/Threads.h"
 
+#include <memory>
 #include <mutex>
+#include <new>
+#include <unicode/ures.h>
+#include <utility>
 
 namespace rk::platform {
 
 namespace {
 
-struct Folder {
-    std::mutex mutex;
-    std::string path;
+// Null without a folder; guarded by `Lock::Locale`. Never destroyed: a static object's destructor may still load a text.
+constinit const std::string* ownFolder = nullptr;
+
+struct CloseBundle {
+    void operator()(UResourceBundle* bundle) const { ures_close(bundle); }
 };
-
-Folder& TheFolder()
-{
-    static auto& folder = *new Folder;  // never destroyed: a static object's destructor may still load a text
-    return folder;
-}
-
-std::string FolderOf(const char* bundle)
-{
-    if (bundle != nullptr)
-        return bundle;
-    Folder& folder = TheFolder();
-    const std::lock_guard lock(folder.mutex);
-    return folder.path;
-}
 
 }  // namespace
 
 void NameStringTables(std::string_view folder)
 {
-    std::string path(folder);
-    Folder& own = TheFolder();
-    const std::lock_guard lock(own.mutex);
-    own.path = std::move(path);
+    std::unique_ptr<const std::string> copy(folder.empty() ? nullptr : new std::string(folder));
+    const std::lock_guard lock(MutexOf(Lock::Locale));
+    delete std::exchange(ownFolder, copy.release());
 }
 
 std::u16string StringTableText(const char* key, const char* bundle)
 {
-    const std::string folder = FolderOf(bundle);
-    if (folder.empty())
+    const std::string& locale = UserLocaleName(LocaleUse::Texts);
+    const std::lock_guard lock(MutexOf(Lock::Locale));
+    if (bundle == nullptr)
+        bundle = ownFolder != nullptr ? ownFolder->c_str() : "";
+    if (*bundle == '\0')
         return {};  // ICU would take it for its own data
-    return Icu().tableText(folder, UserLocaleName(LocaleUse::Texts), key);
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<UResourceBundle, CloseBundle> table(ures_open(bundle, locale.c_str(), &error));
+    std::int32_t length = 0;
+    const UChar* const text = ures_getStringByKey(table.get(), key, &length, &error);
+    if (error == U_MEMORY_ALLOCATION_ERROR)
+        throw std::bad_alloc();
+    if (U_FAILURE(error) != 0)
+        return {};
+    return {text, static_cast<std::size_t>(length)};
 }
 
 }  // namespace rk::platform

@@ -1,19 +1,58 @@
 #include "RkUtilities/platform/locale/Unicode.h"
 
-#include "RkUtilities/platform/locale/IcuServices.h"
+#include "RkUtilities/platform/process/Threads.h"
 
 #include <algorithm>
+#include <mutex>
+#include <unicode/uchar.h>
 
 namespace rk::platform {
 
-CaseTable::CaseTable(std::int32_t (*mapping)(std::int32_t codePoint)) noexcept
+namespace {
+
+std::int32_t SimpleFolding(std::int32_t codePoint)
 {
-    for (unsigned unit = 0; unit < m_mapped.size(); ++unit) {
-        const std::int32_t mapped = mapping(static_cast<std::int32_t>(unit));
-        m_mapped[unit] =
-            static_cast<char16_t>(mapped > 0xFFFF ? unit : static_cast<unsigned>(mapped));  // one unit stays one
-        if (m_mapped[unit] != unit && m_changedCount < kMostChanged)
-            m_changed[m_changedCount++] = {m_mapped[unit], static_cast<char16_t>(unit)};
+    return u_foldCase(codePoint, U_FOLD_CASE_DEFAULT);
+}
+
+constinit CaseTable upperCase(&u_toupper);
+constinit CaseTable lowerCase(&u_tolower);
+constinit CaseTable foldedCase(&SimpleFolding);
+
+/// Ideographs; syllables of Hangul, surrogates and the private use area: blocks of Unicode that never have case.
+constexpr bool IsCaseless(unsigned unit)
+{
+    return (unit >= 0x3400 && unit < 0xA000) || (unit >= 0xAC00 && unit < 0xF900);
+}
+
+}  // namespace
+
+const CaseTable& CaseTable::Made() noexcept
+{
+    if (!m_isMade.load(std::memory_order_acquire)) {
+        const std::lock_guard lock(MutexOf(Lock::CaseTables));
+        if (!m_isMade.load(std::memory_order_relaxed))
+            Make();
+        m_isMade.store(true, std::memory_order_release);
+    }
+    return *this;
+}
+
+void CaseTable::Make() noexcept
+{
+    std::uint8_t block = 0;  // the last one that changes something
+    for (unsigned unit = 0; unit < 0x10000; ++unit) {
+        if (IsCaseless(unit))
+            continue;
+        const std::int32_t mapped = m_mapping(static_cast<std::int32_t>(unit));
+        if (mapped > 0xFFFF || mapped == static_cast<std::int32_t>(unit))  // one unit stays one
+            continue;
+        std::uint8_t& place = m_blocks[unit / kBlockUnits];
+        if (place == 0)
+            place = ++block;
+        m_offsets[place][unit % kBlockUnits] = static_cast<char16_t>(static_cast<unsigned>(mapped) - unit);
+        if (m_changedCount < kMostChanged)
+            m_changed[m_changedCount++] = {static_cast<char16_t>(mapped), static_cast<char16_t>(unit)};
     }
     std::sort(
         m_changed.begin(), m_changed.begin() + static_cast<std::ptrdiff_t>(m_changedCount),
@@ -33,38 +72,24 @@ CaseSources CaseTable::SourcesOf(char16_t mapped) const noexcept
     return sources;
 }
 
-// The module is asked for before the guard of a table is held. A table has no destructor: a static object's one may
-// still ask.
-
-const CaseTable& UpperCase()
+const CaseTable& UpperCase() noexcept
 {
-    const IcuServices& icu = Icu();
-    static const CaseTable table(icu.upperCase);
-    return table;
+    return upperCase.Made();
 }
 
-const CaseTable& LowerCase()
+const CaseTable& LowerCase() noexcept
 {
-    const IcuServices& icu = Icu();
-    static const CaseTable table(icu.lowerCase);
-    return table;
+    return lowerCase.Made();
 }
 
-const CaseTable& FoldedCase()
+const CaseTable& FoldedCase() noexcept
 {
-    const IcuServices& icu = Icu();
-    static const CaseTable table(icu.foldedCase);
-    return table;
+    return foldedCase.Made();
 }
 
-bool IsAlphaNumeric(char16_t unit)
+bool IsAlphaNumeric(char16_t unit) noexcept
 {
-    return Icu().isAlphaNumeric(unit);
-}
-
-bool IsWhiteSpaceBeyondAscii(char16_t unit)
-{
-    return Icu().isWhiteSpace(unit);
+    return (U_GET_GC_MASK(unit) & (U_GC_L_MASK | U_GC_ND_MASK)) != 0;
 }
 
 }  // namespace rk::platform

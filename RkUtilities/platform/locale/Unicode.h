@@ -1,12 +1,12 @@
 #pragma once
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 
-/// Unicode's data about single UTF-16 code units, from ICU, as tables that cost one look-up. Built by the first call
-/// that needs them, never changed afterwards, safe from any thread. Surrogates are neither cased nor letters nor
-/// blanks.
+/// Unicode's data about single UTF-16 code units, from ICU. Safe from any thread. Surrogates are neither cased nor letters
+/// nor blanks.
 namespace rk::platform {
 
 /// The code units that a table maps to one.
@@ -16,12 +16,18 @@ struct CaseSources {
     std::size_t count = 0;
 };
 
-/// A mapping of code units to code units.
+/// A mapping of code units to code units, in blocks: most have no case and share one. Made by the first call that needs
+/// it, in its own memory, so that making it does not fail while a text is being changed; never changed afterwards.
 class CaseTable {
 public:
-    explicit CaseTable(std::int32_t (*mapping)(std::int32_t codePoint)) noexcept;
+    constexpr explicit CaseTable(std::int32_t (*mapping)(std::int32_t codePoint)) noexcept : m_mapping(mapping) {}
+    /// The table with its content.
+    const CaseTable& Made() noexcept;
 
-    char16_t operator[](char16_t unit) const noexcept { return m_mapped[unit]; }
+    char16_t operator[](char16_t unit) const noexcept
+    {
+        return static_cast<char16_t>(unit + m_offsets[m_blocks[unit / kBlockUnits]][unit % kBlockUnits]);
+    }
     /// Every unit that maps to `mapped`.
     [[nodiscard]] CaseSources SourcesOf(char16_t mapped) const noexcept;
 
@@ -30,27 +36,35 @@ private:
         char16_t mapped;
         char16_t unit;
     };
+    static constexpr unsigned kBlockUnits = 128;
+    static constexpr std::size_t kMostBlocks = 145;    // those that may have case, and the one of all others
     static constexpr std::size_t kMostChanged = 4096;  // Unicode 15 has fewer than 1500
 
-    std::array<char16_t, 0x10000> m_mapped{};      // one load a unit, for 128 KB
+    void Make() noexcept;
+
+    std::int32_t (*m_mapping)(std::int32_t codePoint);
+    std::atomic<bool> m_isMade = false;
+    std::array<std::uint8_t, 0x10000 / kBlockUnits> m_blocks{};
+    std::array<std::array<char16_t, kBlockUnits>, kMostBlocks> m_offsets{};  // modulo 65,536
     std::array<Change, kMostChanged> m_changed{};  // the units that change, ascending by what they map to
     std::size_t m_changedCount = 0;
 };
 
-// A table takes no memory from the heap, so that making one does not fail while a text is being changed.
-const CaseTable& UpperCase();
-const CaseTable& LowerCase();
+const CaseTable& UpperCase() noexcept;
+const CaseTable& LowerCase() noexcept;
 /// Simple case folding: texts whose folded units are equal differ in case only.
-const CaseTable& FoldedCase();
+const CaseTable& FoldedCase() noexcept;
 
 /// Categories L* and Nd.
-bool IsAlphaNumeric(char16_t unit);
-/// The property White_Space, of units from 0x80 on.
-bool IsWhiteSpaceBeyondAscii(char16_t unit);
+bool IsAlphaNumeric(char16_t unit) noexcept;
+
 /// The property White_Space.
-inline bool IsWhiteSpace(char16_t unit)
+constexpr bool IsWhiteSpace(char16_t unit) noexcept
 {
-    return unit < 0x80 ? unit == u' ' || (unit >= u'\t' && unit <= u'\r') : IsWhiteSpaceBeyondAscii(unit);
+    if (unit < 0x80)
+        return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
+    return unit == 0x85 || unit == 0xA0 || unit == 0x1680 || (unit >= 0x2000 && unit <= 0x200A) || unit == 0x2028 ||
+           unit == 0x2029 || unit == 0x202F || unit == 0x205F || unit == 0x3000;
 }
 
 }  // namespace rk::platform

@@ -1,13 +1,18 @@
 #include "RkUtilities/platform/locale/UserLocale.h"
 
-#include "RkUtilities/platform/locale/IcuServices.h"
+#include "RkUtilities/platform/locale/MadeWhole.h"
 #include "RkUtilities/platform/process/PerThread.h"
+#include "RkUtilities/platform/process/SameAsLast.h"
+#include "RkUtilities/platform/process/Threads.h"
 
 #include <array>
 #include <atomic>
 #include <clocale>
 #include <cstdint>
+#include <memory>
 #include <mutex>
+#include <tuple>
+#include <unicode/locid.h>
 #include <utility>
 
 namespace rk::platform {
@@ -16,18 +21,10 @@ namespace {
 
 constexpr std::size_t kMostNameBytes = 100;  // names of CLDR are far shorter
 
-/// The chosen name; readers look at its generation first, which costs no lock.
-struct Choice {
-    std::mutex mutex;
-    std::string name;
-    std::atomic<std::uint64_t> generation{1};
-};
-
-Choice& TheChoice()
-{
-    static auto& choice = *new Choice;  // never destroyed: a static object's destructor may still ask
-    return choice;
-}
+// The chosen name, null without a choice; guarded by `Lock::Locale`.
+constinit const std::string* chosenName = nullptr;
+// Another number for each choice, odd while there is one: readers look at it without a lock.
+constinit std::atomic<std::uint64_t> choice{0};
 
 constexpr std::array<int, 5> kCategories = {LC_MONETARY, LC_NUMERIC, LC_TIME, LC_MESSAGES, LC_COLLATE};
 
@@ -65,48 +62,50 @@ bool IsHarmless(std::string_view name)
 std::string CanonicalName(std::string_view name)
 {
     const std::string icuName = IcuName(name);
-    return IsHarmless(icuName) ? Icu().canonicalLocale(icuName) : "root";
+    if (!IsHarmless(icuName))
+        return "root";
+    const std::lock_guard lock(MutexOf(Lock::Locale));
+    const icu::Locale locale = MadeWhole([&] { return icu::Locale::createCanonical(icuName.c_str()); });
+    return locale.isBogus() != 0 ? "root" : locale.getName();
 }
 
-/// What a thread last found for one use.
-struct Known {
-    std::uint64_t generation = 0;
-    bool chosen = false;
-    std::string category;  // as setlocale tells it
-    std::string name;
-};
+std::string CategoryName(LocaleUse use)
+{
+    const char* const name = std::setlocale(kCategories[static_cast<std::size_t>(use)], nullptr);
+    return name != nullptr ? name : "C";
+}
+
+/// The chosen name, as long as there still is one.
+std::string ChosenName(LocaleUse use)
+{
+    const std::lock_guard lock(MutexOf(Lock::Locale));
+    return chosenName != nullptr ? *chosenName : CategoryName(use);
+}
 
 }  // namespace
 
 void NameUserLocale(std::string_view name)
 {
-    Choice& choice = TheChoice();
-    std::string copy(name);
-    const std::lock_guard lock(choice.mutex);
-    choice.name = std::move(copy);
-    choice.generation.fetch_add(1, std::memory_order_release);
+    std::unique_ptr<const std::string> copy(name.empty() ? nullptr : new std::string(name));
+    const std::uint64_t isChosen = copy != nullptr ? 1 : 0;
+    const std::lock_guard lock(MutexOf(Lock::Locale));
+    delete std::exchange(chosenName, copy.release());
+    choice.store(((choice.load(std::memory_order_relaxed) | 1) + 1) | isChosen, std::memory_order_release);
 }
 
 const std::string& UserLocaleName(LocaleUse use)
 {
-    auto& knownByUse = PerThread<std::array<Known, kCategories.size()>>();
-    Known& known = knownByUse[static_cast<std::size_t>(use)];
-    Choice& choice = TheChoice();
-    if (known.generation != choice.generation.load(std::memory_order_acquire)) {
-        const std::lock_guard lock(choice.mutex);
-        known.chosen = !choice.name.empty();
-        known.category.clear();
-        known.name = known.chosen ? CanonicalName(choice.name) : "en_US_POSIX";
-        known.generation = choice.generation.load(std::memory_order_relaxed);
-    }
-    if (known.chosen)
-        return known.name;
+    using LastName = SameAsLast<std::tuple<std::uint64_t, std::string>, std::string>;  // by choice and category
+    struct LastNames {
+        std::array<LastName, kCategories.size()> byUse;
+    };
+    LastName& last = PerThread<LastNames>().byUse[static_cast<std::size_t>(use)];
+    const std::uint64_t now = choice.load(std::memory_order_acquire);
+    if (now % 2 != 0)
+        return last.For(std::tuple(now, ""), [use] { return CanonicalName(ChosenName(use)); });
     const char* const category = std::setlocale(kCategories[static_cast<std::size_t>(use)], nullptr);
-    if (category != nullptr && known.category != category) {
-        known.name = CanonicalName(category);
-        known.category = category;
-    }
-    return known.name;
+    return last.For(std::tuple(now, category != nullptr ? category : "C"),
+                    [use] { return CanonicalName(CategoryName(use)); });
 }
 
 }  // namespace rk::platform

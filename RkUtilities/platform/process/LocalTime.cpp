@@ -1,12 +1,14 @@
 #include "RkUtilities/platform/process/LocalTime.h"
 
+#include "RkUtilities/platform/process/Threads.h"
+
 #include <algorithm>
 #include <array>
-#include <atomic>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
 #include <mutex>
+#include <new>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -19,44 +21,26 @@ namespace {
 constexpr std::int64_t kSecondsADay = 86400;
 constexpr const char* kSystemZone = "/etc/localtime";
 
-/// The zone that the C library has read last.
-struct ReadZone {
-    std::mutex mutex;
-    std::string source;  // where it came from
-    std::atomic<std::uint64_t> generation{0};
-};
-
-ReadZone& TheReadZone()
-{
-    static auto& zone = *new ReadZone;  // never destroyed: a static object's destructor may still ask
-    return zone;
-}
-
 /// What must change for the zone to have changed: `TZ`, or the file of the system's zone.
-std::string SourceOf(const char* variable)
-{
-    if (variable != nullptr)
-        return std::string("TZ=") + variable;
-    struct stat file {};
-    if (stat(kSystemZone, &file) != 0)
-        return "none";
-    return std::to_string(file.st_dev) + ' ' + std::to_string(file.st_ino) + ' ' + std::to_string(file.st_mtime);
-}
-
-/// What a thread saw when it last looked closely.
-struct SeenZone {
-    std::uint64_t generation = 0;
-    std::time_t second = 0;
+struct ZoneSource {
     bool isVariable = false;
-    std::array<char, 40> variable{};  // longer ones are looked at closely each time
+    std::array<char, 256> variable{};
+    dev_t device = 0;
+    ino_t file = 0;
+    std::time_t fileTime = 0;
+
+    bool operator==(const ZoneSource&) const = default;
 };
 
-bool IsUnchanged(const SeenZone& seen, const char* variable, std::time_t now)
-{
-    return seen.generation == TheReadZone().generation.load(std::memory_order_acquire) &&
-           seen.isVariable == (variable != nullptr) &&
-           (variable != nullptr ? variable == std::string_view(seen.variable.data()) : now == seen.second);
-}
+/// The zone that the C library has read last. Guarded by `Lock::Zone`, since the C library has a lock for it that no fork
+/// looks at. Nothing here takes memory: asking for a calendar field must not fail.
+struct ReadZone {
+    std::uint64_t generation = 0;
+    bool isKnown = false;  // whether `source` is where it came from
+    ZoneSource source;
+    std::time_t lookedAt = 0;  // when the system's zone was looked at last
+};
+constinit ReadZone zone;
 
 std::time_t CoarseSeconds()
 {
@@ -65,31 +49,49 @@ std::time_t CoarseSeconds()
     return now.tv_sec;
 }
 
-/// localtime_r reads the zone once, and a changed one only after tzset.
-std::uint64_t UpToDateZone()
+/// The C library takes a zone for which it has no memory for UTC, and stays with that.
+bool HasMemoryForZone()
 {
-    thread_local SeenZone seen;
+    constexpr std::size_t kByteCount = std::size_t{64} * 1024;  // more than any zone takes
+    void* const memory = ::operator new(kByteCount, std::nothrow);
+    ::operator delete(memory);
+    return memory != nullptr;
+}
+
+/// localtime_r reads the zone once, and a changed one only after tzset. False when a zone should be read and cannot be now.
+bool UpdateZone()
+{
     const char* const variable = std::getenv("TZ");
-    const std::time_t now = variable != nullptr ? 0 : CoarseSeconds();
-    if (IsUnchanged(seen, variable, now))
-        return seen.generation;
-    ReadZone& zone = TheReadZone();
-    std::string source = SourceOf(variable);
-    const std::lock_guard lock(zone.mutex);
-    if (zone.source != source) {
-        tzset();
-        zone.source = std::move(source);
-        zone.generation.fetch_add(1, std::memory_order_release);
-    }
     const std::string_view value(variable != nullptr ? variable : "");
-    seen = {.generation = zone.generation.load(std::memory_order_relaxed),
-            .second = now,
-            .isVariable = variable != nullptr};
-    if (value.size() < seen.variable.size())
-        value.copy(seen.variable.data(), value.size());
-    else
-        seen.generation = 0;
-    return zone.generation.load(std::memory_order_relaxed);
+    ZoneSource source;
+    source.isVariable = variable != nullptr;
+    const bool fits = value.size() < source.variable.size();  // a longer one counts as changed each time
+    const bool isSameKind = zone.isKnown && zone.source.isVariable == source.isVariable;
+    if (source.isVariable && fits) {
+        if (isSameKind && value == zone.source.variable.data())
+            return true;
+        value.copy(source.variable.data(), value.size());
+    } else if (!source.isVariable) {
+        const std::time_t now = CoarseSeconds();
+        if (isSameKind && now == zone.lookedAt)
+            return true;
+        struct stat facts {};
+        if (stat(kSystemZone, &facts) == 0) {
+            source.device = facts.st_dev;
+            source.file = facts.st_ino;
+            source.fileTime = facts.st_mtime;
+        }
+        zone.lookedAt = now;
+        if (isSameKind && zone.source == source)
+            return true;
+    }
+    if (!HasMemoryForZone())
+        return false;
+    tzset();
+    zone.source = source;
+    zone.isKnown = fits;
+    ++zone.generation;
+    return true;
 }
 
 CalendarTime FieldsOf(const std::tm& fields)
@@ -118,9 +120,11 @@ CalendarTime UtcCalendar(std::int64_t utcSeconds)
 
 CalendarTime LocalCalendar(std::int64_t utcSeconds)
 {
-    UpToDateZone();
     const auto time = static_cast<std::time_t>(utcSeconds);
     std::tm fields{};
+    const std::lock_guard lock(MutexOf(Lock::Zone));
+    if (!UpdateZone())
+        return UtcCalendar(utcSeconds);
     localtime_r(&time, &fields);
     return FieldsOf(fields);
 }
@@ -165,7 +169,8 @@ std::int64_t LocalToUtc(std::int64_t localSeconds, DaylightTime daylight)
 
 std::uint64_t ZoneGeneration()
 {
-    return UpToDateZone();
+    const std::lock_guard lock(MutexOf(Lock::Zone));
+    return UpdateZone() ? zone.generation : 0;
 }
 
 std::string ZoneName()

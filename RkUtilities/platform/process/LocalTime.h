@@ -5,7 +5,8 @@
 
 /// The calendar, in UTC and in the C library's local time (`TZ`, else the system's zone). Gregorian on both sides of
 /// 1582, as the C library counts. A changed `TZ` is seen by the next call, a changed system's zone within a second.
-/// Safe from any thread as long as none changes the environment meanwhile.
+/// A zone for which there is no memory counts as UTC in that call only. Safe from any thread as long as none changes the
+/// environment meanwhile.
 namespace rk::platform {
 
 /// Calendar fields.
@@ -49,7 +50,8 @@ enum class DaylightTime { Decide, Standard, Daylight };
 /// The result may lie outside the range.
 std::int64_t LocalToUtc(std::int64_t localSeconds, DaylightTime daylight);
 
-/// Changes whenever the zone that local times are read in has changed: for what is kept about local times.
+/// Changes whenever the zone that local times are read in has changed: for what is kept about local times. 0 as long as no
+/// zone could be read for lack of memory.
 std::uint64_t ZoneGeneration();
 
 /// The zone's name in the zone database ("Europe/Berlin"), as far as `TZ` or the system's link into the database tell;

@@ -1,27 +1,27 @@
 #pragma once
 
+#include <memory>
+#include <utility>
+
 namespace rk::platform {
+
+/// Has `end` called when the calling thread ends, after the destructors of its thread-local objects. Throws
+/// `std::bad_alloc` when that cannot be arranged.
+void AtThreadEnd(void (*end)() noexcept);
 
 /// An object that each thread has of its own, made when the thread first asks for it; one for each type.
 ///
-/// It goes when the thread ends. Who asks later than that gets another, which stays: the destructor of a static
-/// object runs when what the main thread had is gone already, and may still log or make a date's text.
+/// It goes when the thread ends; the main thread's stays to the end of the process, so that the destructor of a static
+/// object may still log or make a date's text. Only a trivial pointer is thread-local: the C library ends a program that
+/// has no memory for the destructor of a thread-local object.
 template <class Object>
 Object& PerThread()
 {
-    // Trivial, so it can be looked at for as long as there is a thread.
-    static thread_local Object* object = nullptr;
-    struct Reaper {
-        ~Reaper()
-        {
-            delete object;
-            object = nullptr;
-        }
-    };
+    static constinit thread_local Object* object = nullptr;
     if (object == nullptr) {
-        static thread_local const Reaper reaper;
-        static_cast<void>(&reaper);
-        object = new Object;
+        auto made = std::make_unique<Object>();
+        AtThreadEnd([]() noexcept { delete std::exchange(object, nullptr); });
+        object = made.release();
     }
     return *object;
 }

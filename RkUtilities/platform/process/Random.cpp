@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <new>
+#include <pthread.h>
 #include <span>
 #include <system_error>
 
@@ -41,13 +42,25 @@ std::atomic<std::uint32_t>* MapForkMark() noexcept
     return ::new (page) std::atomic<std::uint32_t>(0);
 }
 
+constinit std::atomic<std::uint32_t>* forkMark = nullptr;
+
+// When the library is loaded. The second sign of a fork is for kernels that say that they wipe pages and do not.
+[[gnu::constructor(101)]] void WatchForForks()
+{
+    forkMark = MapForkMark();
+    const auto inChild = [] {
+        if (forkMark != nullptr)
+            forkMark->store(0, std::memory_order_relaxed);
+    };
+    static_cast<void>(pthread_atfork(nullptr, nullptr, inChild));
+}
+
 /// The number of the process among its forefathers, from 1; 0 means that no stock may be kept.
 ///
 /// Two threads of a new process may count at once. Then it gets two numbers, and what was stocked under the first is
 /// thrown away for nothing.
 std::uint32_t ProcessGeneration() noexcept
 {
-    static std::atomic<std::uint32_t>* const forkMark = MapForkMark();
     static constinit std::atomic<std::uint32_t> lastGeneration = 0;  // a fork leaves it as it is
     if (!forkMark)
         return 0;

@@ -1,23 +1,52 @@
 #include "RkUtilities/platform/process/Threads.h"
 
+#include <array>
+#include <atomic>
+#include <ctime>
 #include <pthread.h>
-#include <system_error>
 
 namespace rk::platform {
 
 namespace {
 
-std::mutex* heldAcrossForks = nullptr;
-std::once_flag isRegistered;
+constexpr std::size_t kLockCount = static_cast<std::size_t>(Lock::CaseTables) + 1;
+constexpr std::time_t kLongestWaitSeconds = 2;
+
+constinit std::array<std::mutex, kLockCount> mutexes{};
+constinit std::atomic<std::mutex*> logMutex = &mutexes[0];
+constinit std::array<std::mutex*, kLockCount> heldByFork{};  // by the thread that holds the last one
+
+bool LockUntil(std::mutex& mutex, const timespec& deadline)
+{
+    return pthread_mutex_timedlock(mutex.native_handle(), &deadline) == 0;
+}
 
 void BeforeFork()
 {
-    heldAcrossForks->lock();
+    timespec deadline{};
+    clock_gettime(CLOCK_REALTIME, &deadline);
+    deadline.tv_sec += kLongestWaitSeconds;
+    std::array<std::mutex*, kLockCount> held{};
+    for (std::size_t i = 0; i < kLockCount; ++i) {
+        std::mutex& mutex = MutexOf(static_cast<Lock>(i));
+        held[i] = LockUntil(mutex, deadline) ? &mutex : nullptr;
+    }
+    heldByFork = held;
 }
 
 void AfterFork()
 {
-    heldAcrossForks->unlock();
+    const std::array<std::mutex*, kLockCount> held = heldByFork;
+    for (std::mutex* const mutex : held) {
+        if (mutex != nullptr)
+            mutex->unlock();
+    }
+}
+
+// When the library is loaded. Without memory for it, which a program that starts has, forks are as they are.
+[[gnu::constructor(101)]] void WatchForks()
+{
+    static_cast<void>(pthread_atfork(&BeforeFork, &AfterFork, &AfterFork));
 }
 
 }  // namespace
@@ -28,13 +57,14 @@ std::uintptr_t CurrentThreadHandle() noexcept
     return static_cast<std::uintptr_t>(pthread_self());
 }
 
-void HoldAcrossForks(std::mutex& mutex)
+std::mutex& MutexOf(Lock lock) noexcept
 {
-    std::call_once(isRegistered, [&mutex] {
-        heldAcrossForks = &mutex;
-        if (const int error = pthread_atfork(&BeforeFork, &AfterFork, &AfterFork); error != 0)
-            throw std::system_error(error, std::generic_category());
-    });
+    return lock == Lock::Log ? *logMutex.load(std::memory_order_acquire) : mutexes[static_cast<std::size_t>(lock)];
+}
+
+void HoldAcrossForks(std::mutex& mutex) noexcept
+{
+    logMutex.store(&mutex, std::memory_order_release);
 }
 
 }  // namespace rk::platform

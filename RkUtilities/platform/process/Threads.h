@@ -8,9 +8,21 @@ namespace rk::platform {
 /// The system's handle of the calling thread, as a number.
 std::uintptr_t CurrentThreadHandle() noexcept;
 
-/// From now on the mutex is held by whoever forks while it does, so that a child never inherits it locked by a thread
-/// that the child does not have, nor what is guarded by it half done. For one mutex in the process, which must
-/// outlive all forks; later calls change nothing. Throws `std::system_error` without memory. Safe from any thread.
-void HoldAcrossForks(std::mutex& mutex);
+/// The library's locks in the order in which they are taken: a thread that holds one of them takes only later ones.
+///
+/// A thread that forks holds all of them meanwhile, so that its child never inherits one locked by a thread that the child
+/// does not have, nor what is guarded by it half done. It waits two seconds at most, for a handler of a crash inside one.
+enum class Lock {
+    Log,         ///< the one given to `HoldAcrossForks`
+    Locale,      ///< the user's locale, and all of ICU that has locks of its own
+    Zone,        ///< the C library's time zone, which it locks too
+    CaseTables,  ///< while a table of Unicode is made
+};
+
+/// The mutex of a lock. It may be used before main and after it.
+std::mutex& MutexOf(Lock lock) noexcept;
+
+/// From now on the mutex is `Lock::Log`; it must outlive all forks. Safe from any thread.
+void HoldAcrossForks(std::mutex& mutex) noexcept;
 
 }  // namespace rk::platform
