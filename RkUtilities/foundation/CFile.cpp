@@ -2,12 +2,16 @@
 
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/foundation/detail/FileAttributes.h"
-#include "RkUtilities/platform/files/FileTrees.h"
+#include "RkUtilities/platform/files/FileFacts.h"
+#include "RkUtilities/platform/files/FileNames.h"
 #include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/MoveTree.h"
+#include "RkUtilities/platform/files/NewFile.h"
 #include "RkUtilities/platform/process/Environment.h"
 
 #include <cerrno>
 #include <cmath>
+#include <limits>
 #include <optional>
 #include <utility>
 
@@ -85,19 +89,23 @@ CString FullName(const CString& path, const std::string& nativePath)
 
 // --- An open file --------------------------------------------------------------------------------------------------
 
+CFile::CFile() noexcept = default;
+
 CFile::~CFile()
 {
-    if (IsOpen())
+    if (IsOpen() && !m_new)
         (void)platform::CloseFile(m_hFile);
 }
 
-CFile::CFile(CFile&& other) noexcept : m_hFile(std::exchange(other.m_hFile, -1)), m_path(std::move(other.m_path))
+CFile::CFile(CFile&& other) noexcept
+    : m_hFile(std::exchange(other.m_hFile, -1)), m_new(std::move(other.m_new)), m_path(std::move(other.m_path))
 {}
 
 CFile& CFile::operator=(CFile&& other) noexcept
 {
     CFile taken(std::move(other));
     std::swap(m_hFile, taken.m_hFile);
+    std::swap(m_new, taken.m_new);
     swap(m_path, taken.m_path);
     return *this;
 }
@@ -111,21 +119,65 @@ bool CFile::Open(const CString& path, unsigned int flags, CFileException* error)
 {
     *this = CFile();
     const std::string nativePath = rk::NativePath(path);
-    constexpr unsigned int kKnownFlags = modeReadWrite | shareDenyWrite | shareDenyNone | modeCreate;
+    constexpr unsigned int kKnownFlags = modeReadWrite | shareDenyWrite | shareDenyNone | modeCreate | modeTruncate;
     constexpr unsigned int kSharing = shareDenyWrite | shareDenyNone;
+    constexpr unsigned int kTruncating = modeTruncate | modeReadWrite;
+    const auto has = [flags](unsigned int flag) { return (flags & flag) != 0; };
     std::error_code failure;
-    if ((flags & ~kKnownFlags) != 0 || (flags & kSharing) == kSharing)
+    if (has(~kKnownFlags) || (flags & kSharing) == kSharing || (flags & kTruncating) == modeTruncate)
         failure = std::make_error_code(std::errc::invalid_argument);
     else
         m_hFile = platform::OpenFile(
-            nativePath, (flags & modeReadWrite) != 0 ? platform::Access::ReadWrite : platform::Access::Read,
-            (flags & modeCreate) != 0 ? platform::WhenMissing::Create : platform::WhenMissing::Fail,
-            (flags & shareDenyWrite) != 0 ? platform::Sharing::DenyWrite : platform::Sharing::Free, failure);
+            nativePath,
+            {.access = has(modeReadWrite) ? platform::Access::ReadWrite : platform::Access::Read,
+             .whenMissing = has(modeCreate) ? platform::WhenMissing::Create : platform::WhenMissing::Fail,
+             .sharing = has(shareDenyWrite) ? platform::Sharing::DenyWrite : platform::Sharing::Free,
+             .content = has(modeTruncate) ? platform::Content::Drop : platform::Content::Keep},
+            failure);
+    return Opened(path, nativePath, failure, error);
+}
+
+bool CFile::OpenNew(const CString& path, CFileException* error)
+{
+    *this = CFile();
+    const std::string nativePath = rk::NativePath(path);
+    auto file = std::make_unique<platform::NewFile>();
+    const std::error_code failure = file->Make(nativePath);
+    if (!failure) {
+        m_hFile = file->Descriptor();
+        m_new = std::move(file);
+    }
+    return Opened(path, nativePath, failure, error);
+}
+
+bool CFile::Opened(const CString& path, const std::string& nativePath, const std::error_code& failure,
+                   CFileException* error)
+{
     if (!failure)
         m_path = path;
     else if (error != nullptr)
         *error = CFileException(CauseOf(failure, nativePath), failure.value(), path);
     return !failure;
+}
+
+void CFile::CommitAs(const CString& path)
+{
+    Commit(path, false);
+}
+
+void CFile::CommitOver(const CString& path)
+{
+    Commit(path, true);
+}
+
+void CFile::Commit(const CString& path, bool isReplacing)
+{
+    if (!m_new)
+        ThrowIfSet(std::make_error_code(std::errc::bad_file_descriptor), path);
+    const std::string nativePath = rk::NativePath(path);
+    const auto taken = isReplacing ? platform::Taken::IsReplaced : platform::Taken::Stays;
+    ThrowIfSet(platform::PublishForGood(*m_new, nativePath, taken), path, nativePath);
+    *this = CFile();
 }
 
 unsigned int CFile::Read(void* buffer, unsigned int byteCount)
@@ -173,6 +225,14 @@ unsigned long long CFile::GetLength() const
     return static_cast<unsigned long long>(length);
 }
 
+void CFile::SetLength(unsigned long long byteCount)
+{
+    constexpr unsigned long long kMost = std::numeric_limits<std::int64_t>::max();
+    ThrowIfSet(byteCount <= kMost ? platform::SetLengthOfFile(m_hFile, static_cast<std::int64_t>(byteCount))
+                                  : std::make_error_code(std::errc::file_too_large),
+               m_path);
+}
+
 void CFile::Flush()
 {
     if (!IsOpen())
@@ -181,6 +241,8 @@ void CFile::Flush()
 
 void CFile::Close()
 {
+    if (m_new)
+        *this = CFile();
     if (IsOpen())
         ThrowIfSet(platform::CloseFile(std::exchange(m_hFile, -1)), m_path);
 }
@@ -211,13 +273,12 @@ void CFile::SetStatus(unsigned short const* path, const CFileStatus& status)
 void CFile::SetStatus(const CString& path, const CFileStatus& status)
 {
     const std::string nativePath = rk::NativePath(path);
-    platform::FileChanges changes;
-    if (const auto present = platform::Inspect(nativePath)) {
-        changes.ownerMayWrite = (status.m_attribute & CFileStatus::readOnly) == 0;
-        changes.modified = NewTime(status.m_mtime, present->modified);
-        changes.accessed = NewTime(status.m_atime, present->accessed);
-    }
-    ThrowIfSet(platform::Change(nativePath, changes), path, nativePath);
+    const auto changesFor = [&status](const platform::FileFacts& present) {
+        return platform::FileChanges{.ownerMayWrite = (status.m_attribute & CFileStatus::readOnly) == 0,
+                                     .modified = NewTime(status.m_mtime, present.modified),
+                                     .accessed = NewTime(status.m_atime, present.accessed)};
+    };
+    ThrowIfSet(platform::Change(nativePath, changesFor), path, nativePath);
 }
 
 void CFile::Remove(const CString& path)
@@ -233,4 +294,13 @@ void CFile::Rename(const CString& oldPath, const CString& newPath)
     const std::error_code error = platform::MoveTree(from, to);
     const int cause = CauseOf(error, from);
     ThrowIfSet(error, cause == CFileException::fileNotFound ? CauseOf(error, to) : cause, oldPath);
+}
+
+void CFile::ReplaceFile(const CString& temporary, const CString& target)
+{
+    const std::string from = rk::NativePath(temporary);
+    const std::string to = rk::NativePath(target);
+    const std::error_code error = platform::ReplaceForGood(from, to);
+    const bool isTemporaryMissing = error && !platform::KindOf(from);
+    ThrowIfSet(error, isTemporaryMissing ? temporary : target, isTemporaryMissing ? from : to);
 }

@@ -5,6 +5,14 @@
 #include "RkUtilities/foundation/CFileStatus.h"
 #include "RkUtilities/foundation/CString.h"
 
+#include <memory>
+#include <string>
+#include <system_error>
+
+namespace rk::platform {
+class NewFile;
+}
+
 /// An open file, and what can be done to a file by its path.
 ///
 /// - Paths are native ones in UTF-16, absolute or relative to the current folder, of any content; a leading "~/" is
@@ -14,10 +22,12 @@
 ///   catcher disposes of with `Delete()`. Exhausted memory throws `std::bad_alloc`.
 /// - A call that a signal interrupts goes on. A descriptor is never handed to programs that the process starts.
 /// - Links are followed, except by `Remove` and `Rename`, which act on the link itself.
+/// - Saving safely is `OpenNew`, `Write` and `CommitOver`, or `ReplaceFile` for a file that was written elsewhere. Whoever
+///   opens a document that exists and writes over it may lose both versions to a full disk or a power cut.
 /// - An object is used by one thread at a time; the static members are safe from any thread.
 class RK_EXPORT CFile {
 public:
-    /// Flags of `Open`: one of the first two, one of the next two or none (as `shareDenyNone`), and `modeCreate` if
+    /// Flags of `Open`: one of the first two, one of the next two or none (as `shareDenyNone`), and the last two if
     /// wanted.
     enum OpenFlags : unsigned int {
         modeRead = 0x0000,
@@ -29,13 +39,18 @@ public:
         shareDenyWrite = 0x0020,
         /// No restriction: nothing is asked for and nobody is refused.
         shareDenyNone = 0x0040,
-        /// Makes the file when it is missing (readable and writable for whom the process's umask allows); an existing
-        /// one is opened with its content.
+        /// Makes the file when it is missing (readable and writable for whom the process's umask allows).
+        ///
+        /// Careful: **an existing file keeps its content**, unlike in other libraries. Writing a shorter text leaves the
+        /// end of the old one behind it; with `modeTruncate`, or `SetLength` afterwards, it does not.
         modeCreate = 0x1000,
+        /// Drops the content of an existing file, once it is opened and not refused by another's `shareDenyWrite`. Only
+        /// together with `modeReadWrite`.
+        modeTruncate = 0x0100,
     };
 
     /// A closed file.
-    CFile() noexcept = default;
+    CFile() noexcept;
     /// Closes an open file. A failure to write back what was written goes unnoticed here: call `Close` to learn of
     /// it.
     ~CFile();
@@ -54,6 +69,24 @@ public:
     bool Open(const CString& path, unsigned int flags, CFileException* error = nullptr);
     bool Open(unsigned short const* path, unsigned int flags, CFileException* error = nullptr);
 
+    /// Opens a new, empty file for reading and writing that has no name before `CommitAs` or `CommitOver`.
+    ///
+    /// It lies on the file system of the folder in which `path` will stand. Closed without a commit it is gone, and so it
+    /// is when the process is killed: nothing is left of it. On a file system that knows only files with names (FAT, some
+    /// network file systems) a killed process leaves a hidden folder ".rk-new-0" to "-7", which the next commit or copy
+    /// in that folder removes. Results and `error` as with `Open`.
+    bool OpenNew(const CString& path, CFileException* error = nullptr);
+    /// Gives the file of `OpenNew` its name and closes it. A name that is taken fails with `accessDenied` (EEXIST) and is
+    /// never replaced; the file stays open then, to be given another name in the same folder.
+    ///
+    /// The content is on the disk before the name is, and the name before this returns: after a power cut there is the
+    /// whole file or none. A failure of the disk after the naming is thrown too.
+    void CommitAs(const CString& path);
+    /// The same, in the place of what has the name: other programs and a power cut see the whole old file or the whole new
+    /// one. The new file takes over the permissions of the old one. A link is followed; one that leads nowhere fails with
+    /// `fileNotFound`. A file without permission to write is replaced as any other, since the folder's permission decides.
+    void CommitOver(const CString& path);
+
     [[nodiscard]] bool IsOpen() const noexcept { return m_hFile >= 0; }
 
     /// Reads up to `byteCount` bytes at the position; fewer come back only where the file ends, 0 at its end.
@@ -69,6 +102,8 @@ public:
     unsigned long long Seek(long long offset, unsigned int from);
     [[nodiscard]] unsigned long long GetPosition() const;
     [[nodiscard]] unsigned long long GetLength() const;
+    /// Cuts the file to a length in bytes, or lengthens it with zero bytes. The position stays.
+    void SetLength(unsigned long long byteCount);
 
     /// What was written is with the system, where every other program sees it, as soon as `Write` returns; nothing is
     /// kept here, so this only fails for a closed file. It does not wait until the bytes would survive a power cut.
@@ -88,6 +123,7 @@ public:
     /// Writes what may be changed of a status: the read-only bit and the times of the last change and access.
     ///
     /// - Read-only is the owner's write permission; the other permissions stay. The other bits are not looked at.
+    /// - One descriptor serves for looking and for changing: what is moved to the path meanwhile is not touched.
     /// - A time that equals the present one as `CTime` tells times apart, or the null time, leaves the file's time
     ///   alone, to the nanosecond: a status just read and written back moves no time.
     /// - The time a file was made, its size and its name are not looked at.
@@ -99,11 +135,27 @@ public:
 
     /// Gives a file, folder or link another name. A name that is taken fails with `accessDenied` (EEXIST) and is
     /// never replaced, also when it comes to exist meanwhile; a file system that cannot promise the latter is asked
-    /// just before. Across file systems it is copied and removed; a failure of the copy leaves the old one whole and
-    /// no new one, one of the removal a complete new one.
+    /// just before.
+    ///
+    /// Across file systems it is copied, written to the disk, given its name and then removed at the old place. A failure
+    /// before the removal, also for lack of memory, leaves the old one whole and no new one; a failure of the removal
+    /// leaves a complete new one.
     static void Rename(const CString& oldPath, const CString& newPath);
 
+    /// Puts a complete file in the place of another, or of nothing, as `CommitOver` does: whole, durable and atomic, with
+    /// the permissions of the file that is replaced, links of `target` followed. `temporary` is gone afterwards.
+    ///
+    /// Both have to be on one file system (else `genericException`, EXDEV), so write the temporary file beside the target.
+    /// What is no ordinary file is refused (`genericException`, EINVAL). After a failure the target is the whole old file,
+    /// unless the disk failed after the replacing.
+    static void ReplaceFile(const CString& temporary, const CString& target);
+
 private:
+    bool Opened(const CString& path, const std::string& nativePath, const std::error_code& failure,
+                CFileException* error);
+    void Commit(const CString& path, bool isReplacing);
+
     int m_hFile = -1;
-    CString m_path;  // as given to Open: failures name it
+    std::unique_ptr<rk::platform::NewFile> m_new;  // of OpenNew; it owns the descriptor then
+    CString m_path;                                // as given to Open: failures name it
 };

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <iterator>
+#include <system_error>
 #include <utility>
 
 namespace {
@@ -43,6 +45,24 @@ constexpr std::array kCauses = {
     CauseOfError{EFBIG, CFileException::diskFull},
 };
 
+/// By cause.
+constexpr const char* kWords[] = {"no failure",
+                                  "failed",
+                                  "not found",
+                                  "a folder on the path does not exist",
+                                  "too many open files",
+                                  "access denied",
+                                  "not an open file",
+                                  "the folder is in use",
+                                  "the folder is full",
+                                  "no such position in the file",
+                                  "the device failed",
+                                  "in use by another program",
+                                  "locked by another program",
+                                  "the disk is full",
+                                  "the file ends too early"};
+static_assert(std::size(kWords) == CFileException::endOfFile + 1);
+
 }  // namespace
 
 CFileException::CFileException(int cause, int osError, unsigned short const* fileName)
@@ -54,6 +74,16 @@ CFileException::CFileException(int cause, int osError, CString fileName)
 {}
 
 CFileException::~CFileException() = default;
+
+CString CFileException::GetErrorMessage() const
+{
+    const bool isKnown = m_cause >= none && m_cause <= endOfFile;
+    CString message = m_strFileName.IsEmpty() ? CString() : m_strFileName + u": ";
+    message += CString(kWords[isKnown ? m_cause : genericException]);
+    if (m_lOsError != 0)
+        message += u" (" + CString(std::generic_category().message(static_cast<int>(m_lOsError))) + u")";
+    return message;
+}
 
 int CFileException::ErrnoToException(int osError) noexcept
 {

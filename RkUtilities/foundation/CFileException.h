@@ -48,6 +48,14 @@ public:
     /// only who knows the path can tell it from `badPath`, as all members of `CFile` do.
     static int ErrnoToException(int osError) noexcept;
 
+    /// What failed and why, in English, for people and logs: the path, the cause in words and the system's reason.
+    ///
+    ///     /maps/plan.map: not found (No such file or directory)
+    ///     /maps: access denied (Is a directory)
+    ///
+    /// A part that is not known is left out. Texts of an application's own go by `m_cause`.
+    [[nodiscard]] CString GetErrorMessage() const;
+
     int m_cause;
     /// The system's error number behind the cause, 0 when there is none.
     long m_lOsError;

@@ -7,7 +7,7 @@
 #include "RkUtilities/logging/detail/LogFileTail.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
 #include "RkUtilities/platform/files/AppendFile.h"
-#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/FileFacts.h"
 #include "RkUtilities/platform/process/Threads.h"
 
 #include <cstdio>

@@ -1,7 +1,7 @@
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/logging/CrkLogWriter.h"
-#include "RkUtilities/platform/files/FileTrees.h"
-#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/CopyTree.h"
+#include "RkUtilities/platform/files/FileNames.h"
 
 #include <filesystem>
 #include <string>

@@ -203,9 +203,12 @@ public:
 
     // --- Free names, on disk
     //
-    // The first free one of "Map.ext", "Map (2).ext", "Map (3).ext" ... is found, also when a later one is taken; in a
-    // folder that may not be entered every name counts as free. Nothing is made: somebody else may take the name before
-    // its use.
+    // The first free one of "Map.ext", "Map (2).ext", "Map (3).ext" ... is found, also when a later one is taken. A name of
+    // more than 255 bytes has its base cut between characters, before the number. Nothing is made: somebody else may take
+    // the name before its use.
+    //
+    // A name is free only when nothing is there. Where looking fails (the folder may not be entered, the device fails), no
+    // name is free and the result is "".
 
     /// The path itself when nothing has it; else its folder and what `MakeNameUnique` gives for its parts, which is ""
     /// for a path without a folder, and the folder alone for a name without a base (".profile").

@@ -2,8 +2,8 @@
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
 #include "RkUtilities/platform/files/CanonicalPath.h"
-#include "RkUtilities/platform/files/Files.h"
-#include "RkUtilities/platform/files/OwnerWrite.h"
+#include "RkUtilities/platform/files/FileFacts.h"
+#include "RkUtilities/platform/files/FileNames.h"
 #include "RkUtilities/platform/files/TemporaryFolder.h"
 #include "RkUtilities/platform/files/UserFolders.h"
 

@@ -1,7 +1,7 @@
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
 #include "RkUtilities/paths/detail/PathNames.h"
-#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/FileFacts.h"
 #include "RkUtilities/platform/files/FreeNames.h"
 #include "RkUtilities/platform/files/PathBytes.h"
 
@@ -10,19 +10,29 @@ namespace {
 using rk::platform::BytesOfPath;
 using rk::platform::TakenBy;
 
+/// "" when no name is free.
 CString FreeName(const CString& folder, const CString& start, const CString& end, TakenBy takenBy)
 {
     // A name "~" in a folder is no home folder. All parts meet at ASCII characters, so that their bytes may be joined.
-    const std::int64_t number = FirstFreeNumber(rk::NativePath(folder), BytesOfPath(start), BytesOfPath(end), takenBy);
-    return start + CString(rk::platform::NumberedName("", number, "")) + end;
+    const rk::platform::NumberedName name{BytesOfPath(start), BytesOfPath(end)};
+    std::error_code error;
+    const std::int64_t number = FirstFreeNumber(rk::NativePath(folder), name, takenBy, error);
+    if (error)
+        return {};
+    const std::size_t startUnits = rk::PathText(name.start.substr(0, name.StartByteCount(number))).View().size();
+    const CString suffix = number == 1 ? CString() : CString(" (" + std::to_string(number) + ")");
+    return start.Left(static_cast<int>(startUnits)) + suffix + end;
 }
 
 }  // namespace
 
 CString CrkPathUtilities::GetUniqueFilename(const CString& path)
 {
-    if (!rk::platform::KindOf(rk::NativePath(path)))
+    std::error_code error;
+    if (!rk::platform::KindOf(rk::NativePath(path), error) && !error)
         return path;
+    if (error && error != std::errc::filename_too_long)
+        return {};
     CString folder = rk::FolderOf(path);
     AssureTrailingSlash(&folder);
     return folder + MakeNameUnique(folder, rk::BaseNameOf(path), rk::ExtensionOf(path));

@@ -2,8 +2,12 @@
 
 #include "RkUtilities/foundation/CFile.h"
 #include "RkUtilities/foundation/NativePath.h"
-#include "RkUtilities/platform/files/FileTrees.h"
-#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/CopyTree.h"
+#include "RkUtilities/platform/files/FileFacts.h"
+#include "RkUtilities/platform/files/FileNames.h"
+#include "RkUtilities/platform/files/FolderList.h"
+#include "RkUtilities/platform/files/MoveTree.h"
+#include "RkUtilities/platform/files/RemoveTree.h"
 
 #include <algorithm>
 #include <cstddef>

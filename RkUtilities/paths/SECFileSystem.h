@@ -17,6 +17,7 @@ struct CFileStatus;
 ///   Names are of any bytes: one that is no UTF-8 comes from `GetFileList` as a text that leads back to the same
 ///   file.
 /// - A link is followed, unless a member says otherwise; one that leads nowhere exists and is no folder.
+/// - What makes a file writable changes the very file that it looked at, never what is moved to the path meanwhile.
 /// - Failures are false or 0 and nothing is logged. Only `RenameFile` throws a `CFileException*`.
 class RK_EXPORT SECFileSystem : public CObject {
 public:
@@ -88,9 +89,10 @@ public:
     /// when there is no such file or the new name is taken. A failure of the renaming itself is thrown as
     /// `CFile::Rename` does.
     bool RenameFile(const CString& oldPath, const CString& newPath) const;
-    /// Moves a file, link or folder, across file systems too. False when the new name is taken; after a failure the
-    /// old one is whole and there is no new one; only where everything was copied to another file system and the old
-    /// tree cannot be removed wholly, the new one is complete and the old one may have lost files.
+    /// Moves a file, link or folder, across file systems too, where the copy is on the disk before the old one goes.
+    /// False when the new name is taken. After a failure, and after `std::bad_alloc`, the old one is whole and there is no
+    /// new one. Only where the old tree cannot be removed wholly from another file system, the new one is complete and the
+    /// old one may have lost files. A killed process leaves one of them complete.
     bool RenameDirectory(const CString& oldPath, const CString& newPath) const;
 
     /// Removes a file or a link itself, never a folder.
@@ -118,7 +120,10 @@ public:
     ///
     /// - A read-only destination, a folder too, stays without flags 0x2 and 0x4 (result 1); a writable file stays with
     ///   0x1 (result 1) and is replaced without; any other folder that exists is a failure. A file is replaced when its
-    ///   copy is complete: after a failure the old one is there, and no part of a new one.
+    ///   copy is complete: after a failure or a kill the old one is there, and no part of a new one. A new file too
+    ///   appears when it is complete, and a folder with all that could be copied of it.
+    /// - A killed process leaves at most a hidden folder ".rk-new-0" to "-7" beside the destination. The next copy beside
+    ///   it removes that; where the file system has no locks (`flock`) it stays.
     /// - A link is copied as a link. A pipe, socket or device is made anew and never opened. Permissions (read, write
     ///   and execute for owner, group and others) and the times of the last change and access are kept; owner,
     ///   extended attributes and the set-user-id bits are not.

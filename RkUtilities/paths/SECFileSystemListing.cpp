@@ -2,8 +2,8 @@
 #include "RkUtilities/foundation/detail/FileAttributes.h"
 #include "RkUtilities/paths/SECFileSystem.h"
 #include "RkUtilities/paths/detail/PathNames.h"
-#include "RkUtilities/platform/files/FileTrees.h"
-#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/FileFacts.h"
+#include "RkUtilities/platform/files/FolderList.h"
 #include "RkUtilities/platform/files/PathBytes.h"
 #include "RkUtilities/platform/locale/Collation.h"
 

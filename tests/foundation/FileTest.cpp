@@ -11,6 +11,8 @@
 
 namespace {
 
+namespace fs = std::filesystem;
+
 struct Failure {
     int cause = CFileException::none;
     long osError = 0;
@@ -115,6 +117,71 @@ TEST(File, ReadsWritesAndSeeksWhereItStands)
     EXPECT_EQ(status.m_size, static_cast<std::int64_t>(kBeyondFourGibibytes + 3));
 }
 
+TEST(File, IsCutAndEmptied)
+{
+    const ScopedFolder folder;
+    const CString path = folder.Write("file", "content");
+    CFile file = Opened(path, CFile::modeReadWrite);
+    file.Seek(5, 0);
+    for (const auto& [length, content] :
+         {std::pair(3U, std::string("con")), {6U, std::string("con\0\0\0", 6)}, {0U, ""}}) {
+        file.SetLength(length);
+        EXPECT_EQ(folder.Read("file"), content);
+        EXPECT_EQ(file.GetPosition(), 5U);
+    }
+    EXPECT_EQ(CauseOf([&] { file.SetLength(ULLONG_MAX); }), CFileException::diskFull);
+    folder.Write("file", "content");
+    constexpr unsigned kTruncate = CFile::modeReadWrite | CFile::modeTruncate;
+    {
+        const CFile reader = Opened(path, CFile::shareDenyWrite);
+        EXPECT_FALSE(CFile().Open(path, kTruncate | CFile::shareDenyWrite));
+        EXPECT_FALSE(CFile().Open(path, CFile::modeTruncate));  // without writing
+        EXPECT_EQ(folder.Read("file"), "content");
+    }
+    EXPECT_TRUE(CFile().Open(path, kTruncate) && CFile().Open(u"/dev/null", kTruncate));
+    EXPECT_EQ(folder.Read("file"), "");
+}
+
+TEST(File, AppearsWhenItIsComplete)
+{
+    const ScopedFolder folder;
+    folder.Make({"0640 old=old", "to-old>old", "nowhere>missing", "0400 readonly=ro", "sub/"});
+    CFile file;
+    const auto write = [&](const CString& text) {
+        EXPECT_TRUE(file.OpenNew(folder.Text("new")));
+        file.WriteString(text);
+    };
+    write(u"dropped");
+    file.Close();
+    write(u"1");
+    EXPECT_EQ(CauseOf([&] { file.CommitAs(folder.Text("old")); }), CFileException::accessDenied);
+    EXPECT_EQ(folder.EntryCount(), 5U);  // no part of it has a name
+    file.CommitAs(folder.Text("new"));
+    EXPECT_FALSE(file.IsOpen());
+    write(u"2");
+    file.CommitOver(folder.Text("to-old"));
+    write(u"3");
+    file.CommitOver(folder.Text("readonly"));
+    for (const auto& [name, cause] : {std::pair("nowhere", CFileException::fileNotFound),
+                                      {"sub", CFileException::accessDenied},
+                                      {"sub/missing/x", CFileException::badPath}}) {
+        write(u"4");
+        EXPECT_EQ(CauseOf([&, n = name] { file.CommitOver(folder.Text(n)); }), cause) << name;
+    }
+    CFile::ReplaceFile(folder.Write("temporary", "5"), folder.Text("free"));
+    CFile::ReplaceFile(folder.Write("temporary", "6"), folder.Text("free"));
+    for (const auto& [from, to] : {std::pair("missing", "free"), {"to-old", "free"}, {"sub", "free"}, {"free", "sub"}})
+        EXPECT_NE(CauseOf([&, f = from, t = to] { CFile::ReplaceFile(folder.Text(f), folder.Text(t)); }), 0) << from;
+    EXPECT_EQ(folder.Read("new") + folder.Read("old") + folder.Read("readonly") + folder.Read("free"), "1236");
+    EXPECT_EQ(folder.Mode("old"), 0640U);
+    EXPECT_EQ(folder.Mode("readonly"), 0400U);
+    EXPECT_EQ(fs::read_symlink(folder.Path("to-old")), "old");
+    file.Close();
+    EXPECT_EQ(folder.EntryCount(), 7U);
+    EXPECT_EQ(CauseOf([&] { file.CommitAs(folder.Text("x")); }), CFileException::invalidFile);
+    EXPECT_FALSE(file.OpenNew(folder.Text("none/new")) || file.OpenNew(u""));
+}
+
 TEST(File, SharesByAgreement)
 {
     const ScopedFolder folder;
@@ -167,6 +234,16 @@ TEST(File, ThatIsClosedRefusesEverythingButClosing)
     for (const auto& call : calls)
         EXPECT_EQ(CauseOf(call), CFileException::invalidFile);
     EXPECT_EQ(CauseOf([&] { file.Close(); }), CFileException::none);
+}
+
+TEST(FileException, TellsWhatAndWhyInWords)
+{
+    const CFileException kCases[] = {{CFileException::fileNotFound, ENOENT, CString(u"/a")},
+                                     {99, 0, CString()},
+                                     {CFileException::diskFull, 0, CString(u"b")}};
+    const char16_t* const words[] = {u"/a: not found (No such file or directory)", u"failed", u"b: the disk is full"};
+    for (std::size_t i = 0; i < std::size(words); ++i)
+        EXPECT_EQ(kCases[i].GetErrorMessage(), words[i]);
 }
 
 TEST(FileStatus, KnowsEachKind)

@@ -122,7 +122,16 @@ TEST(FreeNames, TakeTheFirstGap)
             EXPECT_EQ(P::MakeNameUnique(in, c.base, c.extension), c.result) << CString(c.base);
     EXPECT_EQ(P::MakeNameUnique(u"", u"Map", u"ext"), u"");
     EXPECT_EQ(P::MakeNameUnique(folder.Text("none"), u"Map", u"ext"), u"Map.ext");
-    EXPECT_EQ(P::MakeNameUnique(folder.Text(), std::u16string(300, u'n'), u"ext").GetLength(), 304);
+    // No name is longer than the 255 bytes that file systems take, and none ends within a character.
+    const std::u16string longest(250, u'n'), wide(125, u'\u00E9');
+    for (const auto& [base, first, second] : {std::tuple(longest, longest, longest.substr(0, 247)),
+                                              std::tuple(longest + u"nn", longest + u'n', longest.substr(0, 247)),
+                                              std::tuple(wide, wide, wide.substr(0, 123))}) {
+        EXPECT_EQ(P::MakeNameUnique(folder.Text(), base, u"ext"), CString(first) + u".ext");
+        folder.Write(CString(first + u".ext").ToUtf8());
+        EXPECT_EQ(P::GetUniqueFilename(folder.Text() + base + u".ext"), folder.Text() + second + u" (2).ext");
+    }
+    EXPECT_EQ(P::MakeNameUnique(folder.Text(), u"Map", std::u16string(255, u'e')), u"");
     EXPECT_EQ(P::MakeNameUnique(folder.Text() + u'\0', u"Map", u"ext"), u"Map.ext");
 
     EXPECT_EQ(P::MakeFolderNameUnique(folder.Text(), u"Notes.old"), u"Notes.old (2)");
@@ -165,8 +174,9 @@ TEST(FreeNames, EndInAFolderThatMayNotBeListedOrEntered)
     const ScopedNobody nobody(folder);
     fs::permissions(folder.Path("d"), fs::perms::owner_exec | fs::perms::owner_write);  // no listing
     EXPECT_EQ(P::MakeNameUnique(folder.Text("d"), u"Map", u"x"), u"Map (50).x");
-    fs::permissions(folder.Path("d"), fs::perms::owner_read);  // names alone
-    EXPECT_EQ(P::MakeNameUnique(folder.Text("d"), u"Map", u"x"), u"Map.x");
+    fs::permissions(folder.Path("d"), fs::perms::owner_read);           // names alone
+    EXPECT_EQ(P::MakeNameUnique(folder.Text("d"), u"Map", u"x"), u"");  // it may be taken
+    EXPECT_EQ(P::GetUniqueFilename(folder.Text("d/New.x")), u"");
     fs::permissions(folder.Path("d"), fs::perms::owner_all);
 }
 

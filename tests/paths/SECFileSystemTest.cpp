@@ -1,6 +1,8 @@
 #include "RkUtilities/paths/SECFileSystem.h"
 #include "RkUtilities/foundation/CFile.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
+#include "tests/support/FaultInjection.h"
+#include "tests/support/InChild.h"
 #include "tests/support/ScopedFileSizeLimit.h"
 #include "tests/support/ScopedFolder.h"
 
@@ -9,6 +11,8 @@
 #include <deque>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <random>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <vector>
@@ -319,6 +323,10 @@ TEST(FileSystem, FindsAnotherWayWhereTheKernelHasNoneOrIsInterrupted)
     EXPECT_FALSE(files.RenameDirectory(folder.Text("a"), folder.Text("b")));
     failures = {EINVAL};
     EXPECT_TRUE(files.RenameDirectory(folder.Text("a"), folder.Text("c")));
+    failures = {EPERM};  // as in a sandbox
+    EXPECT_TRUE(files.RenameDirectory(folder.Text("c"), folder.Text("e")));
+    failures = {ENOSYS};
+    EXPECT_TRUE(files.RenameDirectory(folder.Text("e"), folder.Text("c")));
     failures = {EINTR, EXDEV};  // then no copying inside the kernel
     EXPECT_EQ(files.CopyFile(folder.Text("c"), folder.Text("d"), 0, nullptr), 1);
     EXPECT_TRUE(failures.empty());
@@ -326,6 +334,59 @@ TEST(FileSystem, FindsAnotherWayWhereTheKernelHasNoneOrIsInterrupted)
     EXPECT_EQ(files.CopyFile(folder.Text("b"), folder.Text("d"), 0, nullptr), 0);
     EXPECT_EQ(folder.Read("b") + folder.Read("c") + folder.Read("d"), "BAA");
     EXPECT_EQ(folder.EntryCount(), 3U);
+}
+
+TEST(FileSystem, LeavesNoPartOfACopyThatIsKilled)
+{
+    const ScopedFolder folder;
+    folder.Make({"from=" + std::string(1 << 20, 'x'), "old=old", "new/"});
+    std::mt19937 random(1);
+    for (int i = 0; i < 20; ++i) {
+        const pid_t child = StartChild([&] {
+            for (int n = 0;; ++n) {
+                files.CopyFile(folder.Text("from"), folder.Text("old"), 0, nullptr);
+                files.CopyFile(folder.Text("from"), folder.Text("new/" + std::to_string(n)), 0, nullptr);
+            }
+        });
+        usleep(static_cast<useconds_t>(1000 + random() % 20'000));
+        kill(child, SIGKILL);
+        EXPECT_EQ(waitpid(child, nullptr, 0), child);
+        for (const auto& entry : fs::directory_iterator(folder.Path("new"))) {
+            EXPECT_EQ(entry.file_size(), 1U << 20) << entry;
+            fs::remove(entry);
+        }
+        EXPECT_EQ(fs::file_size(folder.Path("old")) % (1U << 20), fs::file_size(folder.Path("old")) == 3 ? 3U : 0U);
+    }
+    // What a killed process had no time to remove, what a living one works in, and what is not ours.
+    folder.Make({".rk-new-0/item=left", ".rk-new-1/item=alive", ".rk-new-2=other", ".rk-new-3>new"});
+    const int alive = open(folder.Path(".rk-new-1").c_str(), O_RDONLY);
+    EXPECT_EQ(flock(alive, LOCK_EX), 0);
+    EXPECT_EQ(files.CopyFile(folder.Text("from"), folder.Text("old"), 0, nullptr), 1);
+    EXPECT_EQ(close(alive), 0);
+    EXPECT_FALSE(folder.Has(".rk-new-0"));
+    EXPECT_EQ(folder.Read(".rk-new-1/item") + folder.Read(".rk-new-2"), "aliveother");
+    EXPECT_EQ(folder.EntryCount(), 6U);
+}
+
+TEST(FileSystem, MovesWhollyOrNotAtAllWithoutMemory)
+{
+    const ScopedFolder folder, other("/dev/shm");
+    if (folder.Status("").st_dev == other.Status("").st_dev)
+        GTEST_SKIP() << "no second file system at /dev/shm";
+    folder.Make({"tree/a/b/file=content", "tree/c=c"});
+    const CString from = folder.Text("tree"), to = other.Text("tree");
+    bool isMoved = false;
+    for (std::size_t failing = 1; !isMoved; ++failing) {
+        test::Arm(failing);
+        try {
+            isMoved = files.RenameDirectory(from, to);
+        } catch (const std::bad_alloc&) {
+        }
+        test::Arm(0);
+        EXPECT_NE(folder.Has("tree"), other.Has("tree")) << failing;
+        EXPECT_EQ(other.EntryCount(), isMoved ? 1U : 0U) << failing;
+    }
+    EXPECT_EQ(other.Read("tree/a/b/file") + other.Read("tree/c"), "contentc");
 }
 
 TEST(FileSystem, CopiesHolesAndMadeUpFiles)

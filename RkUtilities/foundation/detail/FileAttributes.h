@@ -1,7 +1,7 @@
 #pragma once
 
 #include "RkUtilities/foundation/CFileStatus.h"
-#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/FileFacts.h"
 
 #include <string_view>
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr mode_t kPermissions = S_IRWXU | S_IRWXG | S_IRWXO;
 
-std::error_code CopyFileTo(Place from, Place to, mode_t extraPermissions)
+std::error_code CopyFileTo(Place from, Place to, const ItemCopy& copy)
 {
     // Not a pipe or a link that took the file's place meanwhile: neither is waited for nor followed.
     const FileHandle source(Uninterrupted(
@@ -23,19 +23,28 @@ std::error_code CopyFileTo(Place from, Place to, mode_t extraPermissions)
         return LastError();
     if (!S_ISREG(status.st_mode))
         return ErrorOf(EINVAL);
-    // For the owner alone until the content is complete.
-    FileHandle target(Uninterrupted([&] {
-        return openat(to.folder, to.name, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                      status.st_mode & S_IRWXU);
-    }));
+    const mode_t ownerAlone = status.st_mode & S_IRWXU;  // until the content is complete
+    const auto fill = [&](int target) {
+        const ContentExtent extent{status.st_size, status.st_blocks < status.st_size / 512};
+        const std::error_code error = CopyContent(source.Descriptor(), target, extent);
+        if (!error)
+            SetPermissionsAndTimes(target, status, copy.extraPermissions);
+        return error;
+    };
+    if (copy.isSeen) {
+        NewFile target;
+        std::error_code error = target.Make(to, ownerAlone);
+        if (!error)
+            error = fill(target.Descriptor());
+        return error ? error : target.Publish(to, copy.taken);
+    }
+    constexpr int kNew = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+    FileHandle target(Uninterrupted([&] { return openat(to.folder, to.name, kNew, ownerAlone); }));
     if (!target)
         return LastError();
-    std::error_code error = CopyContent(source.Descriptor(), target.Descriptor(),
-                                        {status.st_size, status.st_blocks < status.st_size / 512});
-    if (!error) {
-        SetPermissionsAndTimes(target.Descriptor(), status, extraPermissions);
+    std::error_code error = fill(target.Descriptor());
+    if (!error)
         error = target.Close();
-    }
     if (error)
         unlinkat(to.folder, to.name, 0);
     return error;
@@ -75,14 +84,9 @@ std::error_code CopyNodeTo(Place from, Place to)
     return {};
 }
 
-std::error_code MakeWritable(Place place)
+std::error_code CopyLinkOrNodeTo(Place from, Place to, FileKind kind)
 {
-    struct stat status {};
-    if (fstatat(place.folder, place.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
-        return LastError();
-    if (S_ISLNK(status.st_mode))
-        return {};  // the link is what goes; what it leads to is nobody's concern
-    return Outcome(fchmodat(place.folder, place.name, (status.st_mode & 07777) | S_IWUSR, 0));
+    return kind == FileKind::Link ? CopyLinkTo(from, to) : CopyNodeTo(from, to);
 }
 
 }  // namespace
@@ -92,10 +96,7 @@ std::error_code KindAt(Place place, FileKind& kind)
     struct stat status {};
     if (fstatat(place.folder, place.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return LastError();
-    kind = S_ISREG(status.st_mode)   ? FileKind::File
-           : S_ISDIR(status.st_mode) ? FileKind::Folder
-           : S_ISLNK(status.st_mode) ? FileKind::Link
-                                     : FileKind::Other;
+    kind = KindOfMode(status.st_mode);
     return {};
 }
 
@@ -106,28 +107,17 @@ void SetPermissionsAndTimes(int descriptor, const struct stat& source, mode_t ex
     (void)futimens(descriptor, times);
 }
 
-std::error_code CopyItem(Place from, Place to, FileKind kind, mode_t extraPermissions)
+std::error_code CopyItem(Place from, Place to, const ItemCopy& copy)
 {
-    switch (kind) {
-    case FileKind::File:
-        return CopyFileTo(from, to, extraPermissions);
-    case FileKind::Link:
-        return CopyLinkTo(from, to);
-    default:
-        return CopyNodeTo(from, to);
-    }
-}
-
-std::error_code ReplaceWithCopy(Place from, Place to, FileKind kind, mode_t extraPermissions)
-{
-    const std::string copy = TemporaryNeighbour(to.name);
-    std::error_code error = CopyItem(from, {to.folder, copy.c_str()}, kind, extraPermissions);
-    if (error)
-        return error;
-    error = Outcome(renameat(to.folder, copy.c_str(), to.folder, to.name));
-    if (error)
-        unlinkat(to.folder, copy.c_str(), 0);
-    return error;
+    if (copy.kind == FileKind::File)
+        return CopyFileTo(from, to, copy);
+    if (copy.taken == Taken::Stays)
+        return CopyLinkOrNodeTo(from, to, copy.kind);
+    WorkFolder work;
+    std::error_code error = work.Make(to);
+    if (!error)
+        error = CopyLinkOrNodeTo(from, work.Item(), copy.kind);
+    return error ? error : PutInPlace(work.Item(), to, Taken::IsReplaced);
 }
 
 std::error_code Decide(Place to, const CopyRules& rules, Decision& decision)
@@ -138,12 +128,15 @@ std::error_code Decide(Place to, const CopyRules& rules, Decision& decision)
         return errno == ENOENT ? std::error_code() : LastError();
     const bool isReadOnly = (status.st_mode & S_IWUSR) == 0;
     if (S_ISDIR(status.st_mode))
-        decision = Decision::Folder;
+        decision = isReadOnly && !rules.replaceReadOnly ? Decision::ReadOnlyFolder : Decision::Folder;
     else if (isReadOnly)
         decision = rules.replaceReadOnly ? Decision::Replace : Decision::Stay;
     else
         decision = rules.keepWritable ? Decision::Stay : Decision::Replace;
-    return isReadOnly && rules.replaceReadOnly ? MakeWritable(to) : std::error_code();
+    std::error_code error;
+    if (isReadOnly && rules.replaceReadOnly)
+        ChangeOwnerWrite(to.folder, to.name, OwnerWrite::Allow, error);
+    return error;
 }
 
 }  // namespace rk::platform

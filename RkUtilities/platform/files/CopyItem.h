@@ -1,18 +1,14 @@
 #pragma once
 
-#include "RkUtilities/platform/files/FileTrees.h"
+#include "RkUtilities/platform/files/CopyTree.h"
+#include "RkUtilities/platform/files/FileFacts.h"
+#include "RkUtilities/platform/files/NewFile.h"
 
 #include <sys/stat.h>
 #include <system_error>
 
 /// The steps of copying a tree: one entry that is no folder, and the rules on names that are taken.
 namespace rk::platform {
-
-/// A name as system calls take it: relative to an open folder, or a path when that is AT_FDCWD.
-struct Place {
-    int folder;
-    const char* name;
-};
 
 /// The kind of what stands at a place, links not followed.
 std::error_code KindAt(Place place, FileKind& kind);
@@ -21,12 +17,17 @@ std::error_code KindAt(Place place, FileKind& kind);
 /// files too.
 void SetPermissionsAndTimes(int descriptor, const struct stat& source, mode_t extraPermissions);
 
-/// Copies an ordinary file, a link as a link, or makes a pipe, socket or device anew. EEXIST when the name is taken.
-std::error_code CopyItem(Place from, Place to, FileKind kind, mode_t extraPermissions);
-/// The same over a name that is taken, once the copy is complete.
-std::error_code ReplaceWithCopy(Place from, Place to, FileKind kind, mode_t extraPermissions);
+struct ItemCopy {
+    FileKind kind;
+    Taken taken;  ///< what happens to what has the name: it stays (EEXIST), or goes when the copy is complete
+    mode_t extraPermissions;
+    bool isSeen = true;  ///< other programs may look meanwhile, so a file has to appear whole
+};
+/// Copies an ordinary file, a link as a link, or makes a pipe, socket or device anew.
+std::error_code CopyItem(Place from, Place to, const ItemCopy& copy);
 
-enum class Decision { Free, Stay, Replace, Folder };
+/// `ReadOnlyFolder` is one that the rules leave read-only.
+enum class Decision { Free, Stay, Replace, Folder, ReadOnlyFolder };
 /// What the rules say about a destination name. Makes what is read-only writable where they want that.
 std::error_code Decide(Place to, const CopyRules& rules, Decision& decision);
 

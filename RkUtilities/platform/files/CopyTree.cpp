@@ -1,6 +1,6 @@
+#include "RkUtilities/platform/files/CopyTree.h"
+
 #include "RkUtilities/platform/files/CopyItem.h"
-#include "RkUtilities/platform/files/FileCalls.h"
-#include "RkUtilities/platform/files/FileTrees.h"
 #include "RkUtilities/platform/files/FolderChain.h"
 
 #include <fcntl.h>
@@ -16,6 +16,11 @@ using Use = FolderChain::Use;
 
 enum class FolderState { New, Merged };
 
+Taken TakenFor(Decision decision)
+{
+    return decision == Decision::Replace ? Taken::IsReplaced : Taken::Stays;
+}
+
 class TreeCopier {
 public:
     TreeCopier(const CopyRules& rules, mode_t permissionsInNewFolders)
@@ -23,27 +28,40 @@ public:
           m_permissionsInNewFolders(permissionsInNewFolders)
     {}
 
-    std::error_code CopyFolder(const std::string& from, const std::string& to, Decision decision)
+    /// The whole tree appears at once, with what could be copied of it.
+    std::error_code CopyFolder(Place from, Place to, Taken taken)
     {
+        WorkFolder work;
+        FileIdentity workIdentity;
         std::error_code error = m_from.Start(from, Links::DoNotFollow, Use::List);
-        if (!error && decision == Decision::Replace)
-            error = Outcome(unlink(to.c_str()));
         if (!error)
-            error = Outcome(mkdir(to.c_str(), S_IRWXU));
+            error = work.Make(to);
         if (!error)
-            error = m_to.Start(to, Links::DoNotFollow, Use::List);
+            error = IdentityOf(work.Item().folder, workIdentity);
+        if (!error)
+            error = Outcome(mkdirat(work.Item().folder, work.Item().name, S_IRWXU));
+        if (!error)
+            error = m_to.Start(work.Item(), Links::DoNotFollow, Use::List);
         if (!error)
             error = Begin(FolderState::New);
-        return error ? error : CopyAll();
+        if (error)
+            return error;
+        m_made.insert(workIdentity);
+        m_isSeen = false;
+        const std::error_code incomplete = CopyAll();
+        if (taken == Taken::IsReplaced && unlinkat(to.folder, to.name, 0) != 0)
+            return LastError();
+        error = PutInPlace(work.Item(), to, Taken::Stays);
+        return error ? error : incomplete;
     }
 
     std::error_code CopyContents(const std::string& from, const std::string& to)
     {
         FileIdentity source;
         FileIdentity target;
-        std::error_code error = m_from.Start(from, Links::Follow, Use::List);
+        std::error_code error = m_from.Start({AT_FDCWD, SystemPath(from)}, Links::Follow, Use::List);
         if (!error)
-            error = m_to.Start(to, Links::Follow, Use::PassThrough);
+            error = m_to.Start({AT_FDCWD, SystemPath(to)}, Links::Follow, Use::PassThrough);
         if (!error)
             error = IdentityOf(m_from.Current(), source);
         if (!error)
@@ -115,16 +133,15 @@ private:
             return error;
         if (entry.kind == FileKind::Folder)
             return CopySubfolder(entry.name);
-        const mode_t permissions = IsNew() ? m_permissionsInNewFolders : m_permissions;
-        error = CopyItem(source, target, entry.kind, permissions);
-        if (error != std::errc::file_exists || IsNew())
-            return error;
-        Decision decision{};
-        error = Decide(target, m_rules, decision);
+        Decision decision = Decision::Free;
+        if (!IsNew())
+            error = Decide(target, m_rules, decision);
         if (error || decision == Decision::Stay)
             return error;
-        return decision == Decision::Folder ? ErrorOf(EEXIST)
-                                            : ReplaceWithCopy(source, target, entry.kind, permissions);
+        if (decision == Decision::Folder || decision == Decision::ReadOnlyFolder)
+            return ErrorOf(EEXIST);
+        const mode_t permissions = IsNew() ? m_permissionsInNewFolders : m_permissions;
+        return CopyItem(source, target, {entry.kind, TakenFor(decision), permissions, m_isSeen});
     }
 
     std::error_code CopySubfolder(const char* name)
@@ -165,7 +182,7 @@ private:
         std::error_code error = Decide({m_to.Current(), name}, m_rules, decision);
         if (error || decision == Decision::Stay)
             return error;
-        if (decision == Decision::Folder) {
+        if (decision != Decision::Replace) {
             state = FolderState::Merged;
             return m_to.Enter(name, Links::Follow, Use::PassThrough);
         }
@@ -179,6 +196,7 @@ private:
     CopyRules m_rules;
     mode_t m_permissions;
     mode_t m_permissionsInNewFolders;
+    bool m_isSeen = true;
     FolderChain m_from;
     FolderChain m_to;
     std::vector<Level> m_levels;
@@ -190,32 +208,30 @@ private:
 
 std::error_code CopyTree(const std::string& from, const std::string& to, const CopyRules& rules, CopyOutcome& outcome)
 {
-    const FileSizeSignalGuard guard;
     const std::string source = WithoutClosingSlashes(from);
     const std::string target = WithoutClosingSlashes(to);
-    const Place sourcePlace{AT_FDCWD, SystemPath(source)};
-    const Place targetPlace{AT_FDCWD, SystemPath(target)};
+    return CopyTree({AT_FDCWD, SystemPath(source)}, {AT_FDCWD, SystemPath(target)}, rules, outcome);
+}
+
+std::error_code CopyTree(Place from, Place to, const CopyRules& rules, CopyOutcome& outcome)
+{
+    const FileSizeSignalGuard guard;
     Decision decision{};
-    std::error_code error = Decide(targetPlace, rules, decision);
-    outcome = decision == Decision::Stay ? CopyOutcome::Stayed : CopyOutcome::Copied;
-    if (error || decision == Decision::Stay)
+    std::error_code error = Decide(to, rules, decision);
+    const bool stays = decision == Decision::Stay || decision == Decision::ReadOnlyFolder;
+    outcome = stays ? CopyOutcome::Stayed : CopyOutcome::Copied;
+    if (error || stays)
         return error;
-    if (decision == Decision::Folder) {
-        const std::optional<FileFacts> folder = Inspect(target);
-        if (rules.replaceReadOnly || !folder || folder->ownerMayWrite)
-            return ErrorOf(EEXIST);
-        outcome = CopyOutcome::Stayed;
-        return {};
-    }
+    if (decision == Decision::Folder)
+        return ErrorOf(EEXIST);
     FileKind kind{};
-    error = KindAt(sourcePlace, kind);
+    error = KindAt(from, kind);
     if (error)
         return error;
+    if (kind == FileKind::Folder)
+        return TreeCopier(rules, 0).CopyFolder(from, to, TakenFor(decision));
     const mode_t permissions = rules.makeWritable ? S_IWUSR : 0;
-    if (kind != FileKind::Folder)
-        return decision == Decision::Replace ? ReplaceWithCopy(sourcePlace, targetPlace, kind, permissions)
-                                             : CopyItem(sourcePlace, targetPlace, kind, permissions);
-    return TreeCopier(rules, 0).CopyFolder(source, target, decision);
+    return CopyItem(from, to, {kind, TakenFor(decision), permissions});
 }
 
 std::error_code CopyContents(const std::string& from, const std::string& to, const CopyRules& rules)

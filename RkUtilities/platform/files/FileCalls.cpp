@@ -1,7 +1,5 @@
 #include "RkUtilities/platform/files/FileCalls.h"
 
-#include "RkUtilities/platform/process/Random.h"
-
 #include <algorithm>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -67,15 +65,6 @@ std::string FolderPart(const std::string& path)
     const std::size_t last = path.find_last_not_of('/');
     const std::size_t slash = last == std::string::npos ? last : path.find_last_of('/', last);
     return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
-}
-
-std::string TemporaryNeighbour(const std::string& path)
-{
-    constexpr char kDigits[] = "0123456789abcdef";
-    std::string name = FolderPart(path) + ".rk-";
-    for (const unsigned byte : RandomBytes())
-        name.append({kDigits[byte / 16], kDigits[byte % 16]});
-    return name;
 }
 
 }  // namespace rk::platform

@@ -6,7 +6,7 @@
 #include <system_error>
 #include <utility>
 
-/// What the sources of Files.h and FileTrees.h share around system calls.
+/// What the sources of this room share around system calls.
 namespace rk::platform {
 
 /// The path for a system call. One with a zero byte would be cut there, so it becomes "", which every call refuses
@@ -41,6 +41,12 @@ auto Uninterrupted(Call call)
     }
 }
 
+/// A name as system calls take it: relative to an open folder, or a path when that is AT_FDCWD.
+struct Place {
+    int folder;
+    const char* name;
+};
+
 /// Owns a descriptor.
 class FileHandle {
 public:
@@ -59,6 +65,8 @@ public:
     }
     explicit operator bool() const noexcept { return m_descriptor >= 0; }
     [[nodiscard]] int Descriptor() const noexcept { return m_descriptor; }
+    /// A path that leads to the very file, wherever its name is by now. Needs /proc.
+    [[nodiscard]] std::string Path() const { return "/proc/self/fd/" + std::to_string(m_descriptor); }
     [[nodiscard]] int Release() noexcept { return std::exchange(m_descriptor, -1); }
     std::error_code Close() noexcept;
 
@@ -88,7 +96,5 @@ private:
 std::string WithoutClosingSlashes(const std::string& path);
 /// The part of a path up to the last slash before its last element, "" when there is none.
 std::string FolderPart(const std::string& path);
-/// A new hidden name in the same folder, random enough to be free.
-std::string TemporaryNeighbour(const std::string& path);
 
 }  // namespace rk::platform

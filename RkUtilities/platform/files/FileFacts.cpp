@@ -1,5 +1,6 @@
+#include "RkUtilities/platform/files/FileFacts.h"
+
 #include "RkUtilities/platform/files/FileCalls.h"
-#include "RkUtilities/platform/files/Files.h"
 
 #include <algorithm>
 #include <fcntl.h>
@@ -8,19 +9,7 @@
 namespace rk::platform {
 namespace {
 
-FileKind KindOfMode(unsigned mode) noexcept
-{
-    switch (mode & S_IFMT) {
-    case S_IFREG:
-        return FileKind::File;
-    case S_IFDIR:
-        return FileKind::Folder;
-    case S_IFLNK:
-        return FileKind::Link;
-    default:
-        return FileKind::Other;
-    }
-}
+constexpr unsigned kAllFacts = STATX_BASIC_STATS | STATX_BTIME;
 
 FileTime TimeOf(const struct statx_timestamp& time) noexcept
 {
@@ -49,6 +38,24 @@ bool Status(const char* path, Links links, unsigned mask, struct statx& status) 
            (links == Links::DoNotFollow || S_ISLNK(status.stx_mode));
 }
 
+/// Names what stands at a place, whatever is moved there later. Needs no permission on it and has no effect on it.
+FileHandle Held(int folder, const char* name, Links links)
+{
+    const int flags = O_PATH | O_CLOEXEC | (links == Links::Follow ? 0 : O_NOFOLLOW);
+    return FileHandle(Uninterrupted([&] { return openat(folder, name, flags); }));
+}
+
+std::error_code SetOwnerWrite(const FileHandle& held, bool mayWrite)
+{
+    struct stat status {};
+    if (fstat(held.Descriptor(), &status) != 0)
+        return LastError();
+    if (((status.st_mode & S_IWUSR) != 0) == mayWrite)
+        return {};
+    // fchmod refuses a descriptor that only names a file; the link to the same descriptor does not.
+    return Outcome(chmod(held.Path().c_str(), (status.st_mode & 07777) ^ S_IWUSR));
+}
+
 timespec TimeToSet(const std::optional<FileTime>& time) noexcept
 {
     if (!time)
@@ -58,20 +65,43 @@ timespec TimeToSet(const std::optional<FileTime>& time) noexcept
 
 }  // namespace
 
+FileKind KindOfMode(unsigned mode) noexcept
+{
+    switch (mode & S_IFMT) {
+    case S_IFREG:
+        return FileKind::File;
+    case S_IFDIR:
+        return FileKind::Folder;
+    case S_IFLNK:
+        return FileKind::Link;
+    default:
+        return FileKind::Other;
+    }
+}
+
 std::optional<FileFacts> Inspect(const std::string& path, Links links)
 {
     struct statx status {};
-    if (!Status(SystemPath(path), links, STATX_BASIC_STATS | STATX_BTIME, status))
+    if (!Status(SystemPath(path), links, kAllFacts, status))
         return std::nullopt;
     return FactsOf(status);
 }
 
+std::optional<FileKind> KindOf(const std::string& path, std::error_code& error)
+{
+    error.clear();
+    struct statx status {};
+    if (Status(SystemPath(path), Links::Follow, STATX_TYPE, status))
+        return KindOfMode(status.stx_mode);
+    if (errno != ENOENT && errno != ENOTDIR)
+        error = LastError();
+    return std::nullopt;
+}
+
 std::optional<FileKind> KindOf(const std::string& path)
 {
-    struct statx status {};
-    if (!Status(SystemPath(path), Links::Follow, STATX_TYPE, status))
-        return std::nullopt;
-    return KindOfMode(status.stx_mode);
+    std::error_code ignored;
+    return KindOf(path, ignored);
 }
 
 bool HasExistingFolder(const std::string& path)
@@ -80,19 +110,38 @@ bool HasExistingFolder(const std::string& path)
     return KindOf(folder.empty() ? "." : folder) == FileKind::Folder;
 }
 
-std::error_code Change(const std::string& path, const FileChanges& changes)
+std::error_code Change(const std::string& path, const std::function<FileChanges(const FileFacts& present)>& changesFor)
 {
-    const char* systemPath = SystemPath(path);
-    struct stat status {};
-    if (stat(systemPath, &status) != 0)
+    const FileHandle held = Held(AT_FDCWD, SystemPath(path), Links::Follow);
+    struct statx status {};
+    if (!held || statx(held.Descriptor(), "", AT_EMPTY_PATH, kAllFacts, &status) != 0)
         return LastError();
+    const FileChanges changes = changesFor(FactsOf(status));
     const timespec times[] = {TimeToSet(changes.accessed), TimeToSet(changes.modified)};
-    if ((changes.accessed || changes.modified) && utimensat(AT_FDCWD, systemPath, times, 0) != 0)
+    if ((changes.accessed || changes.modified) && utimensat(AT_FDCWD, held.Path().c_str(), times, 0) != 0)
         return LastError();
-    const bool mayWrite = (status.st_mode & S_IWUSR) != 0;
-    if (changes.ownerMayWrite.value_or(mayWrite) == mayWrite)
-        return {};
-    return Outcome(chmod(systemPath, (status.st_mode ^ S_IWUSR) & 07777));
+    return changes.ownerMayWrite ? SetOwnerWrite(held, *changes.ownerMayWrite) : std::error_code();
+}
+
+bool ChangeOwnerWrite(const std::string& path, OwnerWrite wanted, std::error_code& error)
+{
+    return ChangeOwnerWrite(AT_FDCWD, SystemPath(path), wanted, error);
+}
+
+bool ChangeOwnerWrite(int folder, const char* name, OwnerWrite wanted, std::error_code& error)
+{
+    error.clear();
+    const bool mayWrite = wanted == OwnerWrite::Allow;
+    const FileHandle held = Held(folder, name, Links::DoNotFollow);
+    struct stat status {};
+    const auto isAsWanted = [&] {
+        return fstat(held.Descriptor(), &status) != 0 || S_ISLNK(status.st_mode) ||
+               ((status.st_mode & S_IWUSR) != 0) == mayWrite;
+    };
+    if (!held || isAsWanted())
+        return false;
+    error = SetOwnerWrite(held, mayWrite);
+    return !error && isAsWanted();
 }
 
 }  // namespace rk::platform

@@ -1,5 +1,6 @@
+#include "RkUtilities/platform/files/FileNames.h"
+
 #include "RkUtilities/platform/files/FileCalls.h"
-#include "RkUtilities/platform/files/Files.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -63,17 +64,20 @@ std::error_code RemoveFile(const std::string& path)
 
 std::error_code Rename(const std::string& from, const std::string& to)
 {
-    const char* oldName = SystemPath(from);
-    const char* newName = SystemPath(to);
-    if (renameat2(AT_FDCWD, oldName, AT_FDCWD, newName, RENAME_NOREPLACE) == 0)
+    return Rename(AT_FDCWD, SystemPath(from), AT_FDCWD, SystemPath(to));
+}
+
+std::error_code Rename(int fromFolder, const char* from, int toFolder, const char* to) noexcept
+{
+    if (renameat2(fromFolder, from, toFolder, to, RENAME_NOREPLACE) == 0)
         return {};
-    if (errno != EINVAL && errno != ENOSYS)
+    // EINVAL: not on this file system. ENOSYS, EPERM: not in this kernel or sandbox.
+    if (errno != EINVAL && errno != ENOSYS && errno != EPERM)
         return LastError();
-    // This file system has no renaming that leaves a taken name alone.
     struct stat status {};
-    if (lstat(newName, &status) == 0)
+    if (fstatat(toFolder, to, &status, AT_SYMLINK_NOFOLLOW) == 0)
         return ErrorOf(EEXIST);
-    return Outcome(rename(oldName, newName));
+    return errno == ENOENT ? Outcome(renameat(fromFolder, from, toFolder, to)) : LastError();
 }
 
 }  // namespace rk::platform

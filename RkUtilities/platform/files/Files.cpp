@@ -25,6 +25,12 @@ std::error_code Accept(int descriptor, int openFlags)
     return ErrorOf(ENXIO);
 }
 
+bool IsDevice(int descriptor)
+{
+    struct stat status {};
+    return fstat(descriptor, &status) == 0 && !S_ISREG(status.st_mode);
+}
+
 std::error_code Lock(int descriptor, Access access)
 {
     const int operation = (access == Access::Read ? LOCK_SH : LOCK_EX) | LOCK_NB;
@@ -35,15 +41,19 @@ std::error_code Lock(int descriptor, Access access)
 
 }  // namespace
 
-int OpenFile(const std::string& path, Access access, WhenMissing whenMissing, Sharing sharing, std::error_code& error)
+int OpenFile(const std::string& path, const Opening& opening, std::error_code& error)
 {
     // A pipe would make the opening wait for its other end, were it not for O_NONBLOCK.
-    const int flags = (access == Access::Read ? O_RDONLY : O_RDWR) | O_CLOEXEC | O_NOCTTY | O_NONBLOCK |
-                      (whenMissing == WhenMissing::Create ? O_CREAT : 0);
+    const int flags = (opening.access == Access::Read ? O_RDONLY : O_RDWR) | O_CLOEXEC | O_NOCTTY | O_NONBLOCK |
+                      (opening.whenMissing == WhenMissing::Create ? O_CREAT : 0);
     FileHandle file(Uninterrupted([&] { return open(SystemPath(path), flags, 0666); }));
     error = file ? Accept(file.Descriptor(), flags) : LastError();
-    if (!error && sharing == Sharing::DenyWrite)
-        error = Lock(file.Descriptor(), access);
+    if (!error && opening.sharing == Sharing::DenyWrite)
+        error = Lock(file.Descriptor(), opening.access);
+    // Not with O_TRUNC: a file that another one has locked keeps its content.
+    if (!error && opening.content == Content::Drop && ftruncate(file.Descriptor(), 0) != 0 &&
+        !IsDevice(file.Descriptor()))
+        error = LastError();
     return error ? -1 : file.Release();
 }
 
@@ -93,6 +103,12 @@ std::int64_t LengthOfFile(int descriptor, std::error_code& error)
     struct stat status {};
     error = Outcome(fstat(descriptor, &status));
     return status.st_size;
+}
+
+std::error_code SetLengthOfFile(int descriptor, std::int64_t byteCount)
+{
+    const FileSizeSignalGuard guard;
+    return Outcome(Uninterrupted([&] { return ftruncate(descriptor, byteCount); }));
 }
 
 }  // namespace rk::platform

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "RkUtilities/platform/files/FileCalls.h"
-#include "RkUtilities/platform/files/FileTrees.h"
+#include "RkUtilities/platform/files/FileFacts.h"
+#include "RkUtilities/platform/files/FolderList.h"
 
 #include <cstdint>
-#include <string>
-#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -19,27 +18,6 @@ struct FileIdentity {
 };
 std::error_code IdentityOf(int descriptor, FileIdentity& identity);
 
-/// The entries of one folder as they were when it was read, so that changing the folder does not disturb the walk.
-class EntryList {
-public:
-    struct Entry {
-        const char* name;
-        FileKind kind;
-    };
-    std::error_code Read(int folderDescriptor);
-    /// The next entry, valid until the list goes; its name is null after the last one.
-    Entry Next() noexcept;
-
-private:
-    struct Item {
-        std::size_t nameStart;
-        FileKind kind;
-    };
-    std::vector<char> m_names;  // each with its zero; unlike a string's, they stay in place when the list is moved
-    std::vector<Item> m_items;
-    std::size_t m_next = 0;
-};
-
 /// The folders from a starting point down to the current one. All but the deepest few are closed and are opened again
 /// from below on the way up, so that a tree of any depth needs few descriptors; one that was moved away meanwhile is
 /// an error (ESTALE).
@@ -47,7 +25,7 @@ class FolderChain {
 public:
     enum class Use { List, PassThrough };  ///< PassThrough needs no permission to read the folder
 
-    std::error_code Start(const std::string& path, Links links, Use use);
+    std::error_code Start(Place place, Links links, Use use);
     /// Goes down into a folder of the current one.
     std::error_code Enter(const char* name, Links links, Use use);
     std::error_code Leave();
@@ -61,7 +39,7 @@ private:
         bool throughLink;       // ".." of such a folder is not the one it was entered from
         FileIdentity identity;  // known once the folder was closed
     };
-    std::error_code Open(int from, const char* name, Links links, Use use);
+    std::error_code Open(Place place, Links links, Use use);
     std::error_code CloseFarLevel();
 
     std::vector<Level> m_levels;

@@ -1,7 +1,9 @@
 #include "RkUtilities/platform/files/FreeNames.h"
 
-#include "RkUtilities/platform/files/FileTrees.h"
+#include "RkUtilities/platform/files/FileFacts.h"
+#include "RkUtilities/platform/files/FolderList.h"
 
+#include <algorithm>
 #include <charconv>
 #include <optional>
 #include <string_view>
@@ -10,60 +12,78 @@
 namespace rk::platform {
 namespace {
 
-// The number of a name with one, written as NumberedName writes it.
-std::optional<std::uint64_t> NumberOf(std::string_view name, std::string_view start, std::string_view end)
+constexpr std::size_t kMostBytes = 255;
+
+std::string Suffix(std::int64_t number)
 {
-    constexpr std::string_view kOpening = " (", kClosing = ")";
-    const auto take = [&name](std::string_view part) {
-        const bool isThere = name.starts_with(part);
-        name.remove_prefix(isThere ? part.size() : 0);
-        return isThere;
-    };
-    std::uint64_t number = 0;
-    if (!take(start) || !take(kOpening) || name.starts_with('0'))
-        return std::nullopt;
-    const auto [digitsEnd, error] = std::from_chars(name.data(), name.data() + name.size(), number);
-    if (error != std::errc())
-        return std::nullopt;
-    name.remove_prefix(static_cast<std::size_t>(digitsEnd - name.data()));
-    return take(kClosing) && name == end ? std::optional(number) : std::nullopt;
+    return number == 1 ? std::string() : " (" + std::to_string(number) + ")";
 }
 
-// Which numbers a listing shows as taken. One past those listed is always among them, as free.
-std::vector<bool> ListedNumbers(const std::string& folder, const std::string& start, const std::string& end,
-                                TakenBy takenBy)
+/// The number that a listed name has.
+std::optional<std::int64_t> NumberOf(std::string_view listed, const NumberedName& name)
 {
-    std::vector<std::uint64_t> numbers;
+    constexpr std::string_view kOpening = " (", kClosing = ")";
+    const std::size_t opening = listed.rfind(kOpening);
+    if (opening == std::string_view::npos)
+        return std::nullopt;
+    const char* const digits = listed.data() + opening + kOpening.size();
+    std::int64_t number = 0;
+    const char* const end = std::from_chars(digits, listed.data() + listed.size(), number).ptr;
+    const bool isOurs =
+        number > 1 && *digits != '0' && listed.substr(end - listed.data()).starts_with(kClosing) &&
+        listed.substr(end - listed.data() + 1) == name.end &&
+        listed.substr(0, opening) == std::string_view(name.start).substr(0, name.StartByteCount(number));
+    return isOurs ? std::optional(number) : std::nullopt;
+}
+
+/// Which numbers a listing shows as taken. One past those listed is always among them, as free.
+std::vector<bool> ListedNumbers(const std::string& folder, const NumberedName& name, TakenBy takenBy)
+{
+    std::vector<std::int64_t> numbers;
     // What a listing could not tell is asked for later, one by one.
-    static_cast<void>(VisitFolder(folder, [&](std::string_view name, FileKind kind) {
-        const std::optional<std::uint64_t> number = NumberOf(name, start, end);
+    (void)VisitFolder(folder, [&](std::string_view listed, FileKind kind) {
+        const std::optional<std::int64_t> number = NumberOf(listed, name);
         if (number && (takenBy == TakenBy::Anything || kind == FileKind::Folder))
             numbers.push_back(*number);
         return Visit::Continue;
-    }));
+    });
     std::vector<bool> taken(numbers.size() + 3);
-    for (const std::uint64_t number : numbers) {
-        if (number < taken.size())
-            taken[number] = true;
+    for (const std::int64_t number : numbers) {
+        if (static_cast<std::size_t>(number) < taken.size())
+            taken[static_cast<std::size_t>(number)] = true;
     }
     return taken;
 }
 
 }  // namespace
 
-std::string NumberedName(const std::string& start, std::int64_t number, const std::string& end)
+std::size_t NumberedName::StartByteCount(std::int64_t number) const
 {
-    return number == 1 ? start + end : start + " (" + std::to_string(number) + ")" + end;
+    const std::size_t otherBytes = Suffix(number).size() + end.size();
+    std::size_t byteCount = std::min(start.size(), kMostBytes - std::min(kMostBytes, otherBytes));
+    const auto isWithinCharacter = [&] {
+        return byteCount < start.size() && (static_cast<unsigned char>(start[byteCount]) & 0xC0U) == 0x80;
+    };
+    while (byteCount > 0 && isWithinCharacter())
+        --byteCount;
+    return byteCount;
 }
 
-std::int64_t FirstFreeNumber(const std::string& folder, const std::string& start, const std::string& end,
-                             TakenBy takenBy)
+std::string NumberedName::WithNumber(std::int64_t number) const
 {
-    const std::string pathStart = folder + '/' + start;
+    return start.substr(0, StartByteCount(number)) + Suffix(number) + end;
+}
+
+std::int64_t FirstFreeNumber(const std::string& folder, const NumberedName& name, TakenBy takenBy,
+                             std::error_code& error)
+{
+    error.clear();
     const auto isTaken = [&](std::int64_t number) {
-        const std::string path = NumberedName(pathStart, number, end);
-        return takenBy == TakenBy::Anything ? Inspect(path, Links::DoNotFollow).has_value()
-                                            : KindOf(path) == FileKind::Folder;
+        if (name.StartByteCount(number) == 0 && !name.start.empty())
+            error = std::make_error_code(std::errc::filename_too_long);
+        const std::optional<FileKind> kind =
+            error ? std::nullopt : KindOf(folder + '/' + name.WithNumber(number), error);
+        return kind && (takenBy == TakenBy::Anything || kind == FileKind::Folder);
     };
     constexpr std::int64_t kAskedFirst = 8;  // before the folder is listed, which may hold much else
     std::int64_t number = 1;
@@ -71,7 +91,7 @@ std::int64_t FirstFreeNumber(const std::string& folder, const std::string& start
         if (!isTaken(number))
             return number;
     }
-    const std::vector<bool> listed = ListedNumbers(folder, start, end, takenBy);
+    const std::vector<bool> listed = ListedNumbers(folder, name, takenBy);
     const auto isListed = [&](std::int64_t candidate) {
         return static_cast<std::size_t>(candidate) < listed.size() && listed[static_cast<std::size_t>(candidate)];
     };

@@ -2,21 +2,29 @@
 
 #include <cstdint>
 #include <string>
+#include <system_error>
 
 namespace rk::platform {
 
 enum class TakenBy { Anything, Folders };
 
-/// Looks for a name that nothing, or no folder, has: `start` + `end`, then `start` + " (2)" + `end`, " (3)" and so on.
-/// Returns the number, 1 for the name without one. Links are followed for folders; a link that leads nowhere is
-/// something.
-///
-/// The least free number is found, in time linear in the entries of the folder. Numbers count as free in a folder that
-/// cannot be entered, and when the name is too long for the file system.
-std::int64_t FirstFreeNumber(const std::string& folder, const std::string& start, const std::string& end,
-                             TakenBy takenBy);
+/// The parts of a name with a number: `start` + `end`, then `start` + " (2)" + `end`, " (3)" and so on. A name of more
+/// than 255 bytes, which no file system of ours takes, has its start cut between characters.
+struct NumberedName {
+    std::string start;
+    std::string end;
 
-/// The name for a number.
-std::string NumberedName(const std::string& start, std::int64_t number, const std::string& end);
+    /// How many bytes of the start the name with a number has.
+    [[nodiscard]] std::size_t StartByteCount(std::int64_t number) const;
+    [[nodiscard]] std::string WithNumber(std::int64_t number) const;
+};
+
+/// Looks for the first name in the folder that nothing, or no folder, has. Returns its number, 1 for the name without a
+/// number. Links are followed for folders; a link that leads nowhere is something.
+///
+/// The least free number is found, in time linear in the entries of the folder. With `error` set there is no free name:
+/// the folder may not be entered, say, or nothing is left of the start.
+std::int64_t FirstFreeNumber(const std::string& folder, const NumberedName& name, TakenBy takenBy,
+                             std::error_code& error);
 
 }  // namespace rk::platform

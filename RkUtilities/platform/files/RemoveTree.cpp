@@ -1,7 +1,9 @@
-#include "RkUtilities/platform/files/FileCalls.h"
-#include "RkUtilities/platform/files/FileTrees.h"
-#include "RkUtilities/platform/files/FolderChain.h"
+#include "RkUtilities/platform/files/RemoveTree.h"
 
+#include "RkUtilities/platform/files/FileNames.h"
+#include "RkUtilities/platform/files/FolderList.h"
+
+#include <charconv>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,7 +13,7 @@ namespace {
 
 enum class Removed { Yes, NotEmpty, Failed };
 
-Removed RemoveEntry(int folder, const char* name, FileKind kind)
+Removed RemoveEntry(int folder, const char* name, FileKind kind) noexcept
 {
     if (kind != FileKind::Folder) {
         if (unlinkat(folder, name, 0) == 0 || errno == ENOENT)
@@ -24,37 +26,11 @@ Removed RemoveEntry(int folder, const char* name, FileKind kind)
     return errno == ENOTEMPTY || errno == EEXIST ? Removed::NotEmpty : Removed::Failed;
 }
 
-/// Removes what a folder holds, deepest first.
-class FolderEmptier {
+class TreeRemover {
 public:
-    std::error_code Empty(const std::string& path)
+    std::error_code Remove(Place item, FileKind kind, int depth) noexcept
     {
-        std::error_code error = m_chain.Start(path, Links::DoNotFollow, FolderChain::Use::List);
-        if (!error)
-            error = List("");
-        while (!error && !m_levels.empty())
-            error = Step();
-        return error;
-    }
-
-private:
-    struct Level {
-        const char* name;  // in the level above, whose list holds it
-        EntryList entries;
-    };
-
-    std::error_code List(const char* name)
-    {
-        m_levels.push_back({name, {}});
-        return m_levels.back().entries.Read(m_chain.Current());
-    }
-
-    std::error_code Step()
-    {
-        const EntryList::Entry entry = m_levels.back().entries.Next();
-        if (entry.name == nullptr)
-            return Finish();
-        switch (RemoveEntry(m_chain.Current(), entry.name, entry.kind)) {
+        switch (RemoveEntry(item.folder, item.name, kind)) {
         case Removed::Yes:
             return {};
         case Removed::Failed:
@@ -62,22 +38,56 @@ private:
         case Removed::NotEmpty:
             break;
         }
-        const std::error_code error = m_chain.Enter(entry.name, Links::DoNotFollow, FolderChain::Use::List);
-        return error ? error : List(entry.name);
+        if (depth > kMostDepth)
+            return MoveUp(item);
+        const FileHandle folder = OpenFolder(item, O_RDONLY | O_NOFOLLOW);
+        if (!folder)
+            return LastError();
+        if (depth == 0)
+            m_top = folder.Descriptor();
+        const std::error_code error = Empty(folder.Descriptor(), depth + 1);
+        return error ? error : Outcome(unlinkat(item.folder, item.name, AT_REMOVEDIR));
     }
 
-    std::error_code Finish()
+private:
+    static constexpr int kMostDepth = 16;
+    static constexpr std::size_t kPieceByteCount = 2048;  // on the stack, once for each level
+
+    /// Reads the folder again until it has nothing more to remove: some file systems pass over entries while others are
+    /// removed, and folders may have been moved up into this one.
+    std::error_code Empty(int folder, int depth) noexcept
     {
-        const char* const name = m_levels.back().name;
-        m_levels.pop_back();
-        if (m_levels.empty())
-            return {};
-        const std::error_code error = m_chain.Leave();
-        return error ? error : Outcome(unlinkat(m_chain.Current(), name, AT_REMOVEDIR));
+        std::error_code error;
+        for (bool foundSome = true; foundSome && !error;) {
+            foundSome = false;
+            if (lseek(folder, 0, SEEK_SET) != 0)
+                return LastError();
+            alignas(dirent64) char piece[kPieceByteCount];
+            const std::error_code unread = VisitEntries(folder, piece, [&](const char* name, FileKind kind) {
+                foundSome = true;
+                error = Remove({folder, name}, kind, depth);
+                return error ? Visit::Stop : Visit::Continue;
+            });
+            if (unread)
+                return unread;
+        }
+        return error;
     }
 
-    FolderChain m_chain;
-    std::vector<Level> m_levels;
+    std::error_code MoveUp(Place item) noexcept
+    {
+        for (;;) {
+            char name[32] = ".rk-deep-";
+            *std::to_chars(name + 9, name + sizeof name - 1, m_movedUp++).ptr = '\0';
+            if (renameat(item.folder, item.name, m_top, name) == 0)
+                return {};
+            if (errno != EEXIST && errno != ENOTEMPTY && errno != ENOTDIR)
+                return LastError();
+        }
+    }
+
+    int m_top = -1;
+    unsigned m_movedUp = 0;
 };
 
 bool NamesFolderFromInside(const std::string& path)
@@ -91,19 +101,15 @@ bool NamesFolderFromInside(const std::string& path)
 std::error_code RemoveTree(const std::string& path)
 {
     const std::string item = WithoutClosingSlashes(path);
-    if (NamesFolderFromInside(item))
-        return ErrorOf(EINVAL);
+    return NamesFolderFromInside(item) ? ErrorOf(EINVAL) : RemoveTree({AT_FDCWD, SystemPath(item)});
+}
+
+std::error_code RemoveTree(Place item) noexcept
+{
     struct stat status {};
-    if (lstat(SystemPath(item), &status) != 0)
+    if (fstatat(item.folder, item.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return LastError();
-    if (!S_ISDIR(status.st_mode))
-        return RemoveFile(item);
-    if (rmdir(item.c_str()) == 0)
-        return {};
-    if (errno != ENOTEMPTY && errno != EEXIST)
-        return LastError();
-    const std::error_code error = FolderEmptier().Empty(item);
-    return error ? error : Outcome(rmdir(item.c_str()));
+    return TreeRemover().Remove(item, KindOfMode(status.st_mode), 0);
 }
 
 std::error_code RemoveEmptyFolder(const std::string& path)

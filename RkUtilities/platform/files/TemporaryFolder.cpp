@@ -1,7 +1,7 @@
 #include "RkUtilities/platform/files/TemporaryFolder.h"
 
 #include "RkUtilities/platform/files/FileCalls.h"
-#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/FileNames.h"
 #include "RkUtilities/platform/files/UserFolders.h"
 #include "RkUtilities/platform/process/Environment.h"
 #include "RkUtilities/platform/process/Random.h"

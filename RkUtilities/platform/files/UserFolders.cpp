@@ -1,11 +1,12 @@
 #include "RkUtilities/platform/files/UserFolders.h"
 
+#include "RkUtilities/platform/files/FileCalls.h"
+#include "RkUtilities/platform/files/FileFacts.h"
+#include "RkUtilities/platform/files/Files.h"
 #include "RkUtilities/platform/process/Environment.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <filesystem>
-#include <fstream>
 #include <optional>
 #include <pwd.h>
 #include <string_view>
@@ -111,17 +112,33 @@ std::optional<std::string> ValueOfLine(std::string_view line, std::string_view n
     return WithoutTrailingSlashes(std::move(path));
 }
 
+/// "" when there is no such ordinary file.
+std::string ContentOf(const std::string& path)
+{
+    std::string content;
+    if (KindOf(path) != FileKind::File)
+        return content;
+    std::error_code error;
+    const FileHandle file(OpenFile(path, {}, error));
+    constexpr std::size_t kBlock = 4096;
+    for (std::size_t done = 0, count = kBlock; !error && count == kBlock; done += count) {
+        content.resize(done + kBlock);
+        count = ReadFile(file.Descriptor(), content.data() + done, kBlock, error);
+        content.resize(done + count);
+    }
+    return content;
+}
+
 std::string ConfiguredFolder(std::string_view name, std::string_view defaultInHome)
 {
     const std::string settings = BaseFolder("XDG_CONFIG_HOME", ".config") + "/user-dirs.dirs";
     std::string path = InHome(defaultInHome);
-    std::error_code ignored;
-    if (!std::filesystem::is_regular_file(settings, ignored))
-        return path;
-    std::ifstream file(settings);
-    for (std::string line; std::getline(file, line);) {
-        if (std::optional<std::string> value = ValueOfLine(line, name))
+    const std::string lines = ContentOf(settings);
+    for (std::size_t start = 0; start < lines.size();) {
+        const std::size_t end = std::min(lines.find('\n', start), lines.size());
+        if (std::optional<std::string> value = ValueOfLine(std::string_view(lines).substr(start, end - start), name))
             path = std::move(*value);
+        start = end + 1;
     }
     return path == WithoutTrailingSlashes(HomeFolder()) ? std::string() : path;
 }

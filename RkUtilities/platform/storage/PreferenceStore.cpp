@@ -54,9 +54,10 @@ std::string DatedName(const std::string& path)
     char date[32];
     const std::size_t length = std::strftime(date, sizeof date, "-damaged-%Y%m%d-%H%M%S", &fields);
     const std::size_t nameStart = path.rfind('/') + 1;
-    const std::string name = path.substr(nameStart) + std::string(date, length);
+    const NumberedName name{path.substr(nameStart) + std::string(date, length), ""};
     const std::string folder = path.substr(0, nameStart);
-    return folder + NumberedName(name, FirstFreeNumber(folder, name, "", TakenBy::Anything), "");
+    std::error_code ignored;  // then the name that cannot be looked at is not taken either
+    return folder + name.WithNumber(FirstFreeNumber(folder, name, TakenBy::Anything, ignored));
 }
 
 /// Keeps other processes from putting the same database aside, or opening it meanwhile.

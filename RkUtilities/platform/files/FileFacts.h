@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <system_error>
+
+/// What stands at a path, and changing that. The rules of Files.h hold.
+namespace rk::platform {
+
+/// A point in time as file systems keep it: seconds since 1970-01-01 00:00 UTC and 0 to 999,999,999 nanoseconds.
+struct FileTime {
+    std::int64_t unixSeconds = 0;
+    std::int32_t nanoseconds = 0;
+    friend auto operator<=>(const FileTime&, const FileTime&) = default;
+};
+
+enum class FileKind : unsigned char {
+    File,
+    Folder,
+    Link,
+    Other,    ///< a pipe, socket or device
+    Unknown,  ///< a listing did not tell
+};
+
+struct FileFacts {
+    FileKind kind = FileKind::Unknown;  ///< `Link` only when links were not followed or this one leads nowhere
+    bool ownerMayWrite = false;         ///< the owner's permission bit, whoever asks
+    std::int64_t size = 0;              ///< bytes
+    FileTime created;                   ///< birth where the file system knows it, else the oldest of the others
+    FileTime modified;
+    FileTime accessed;
+};
+
+enum class Links { Follow, DoNotFollow };
+
+FileKind KindOfMode(unsigned mode) noexcept;
+
+/// The facts of what stands at a path. A link that leads nowhere is described itself, also with `Links::Follow`.
+std::optional<FileFacts> Inspect(const std::string& path, Links links = Links::Follow);
+
+/// The kind alone, links followed as above. No kind with `error` clear: nothing is there. No kind with `error` set:
+/// looking failed, so something may be there.
+std::optional<FileKind> KindOf(const std::string& path, std::error_code& error);
+/// The same for callers to whom a failure means that nothing is there.
+std::optional<FileKind> KindOf(const std::string& path);
+
+/// True when the folder that holds the path's last element exists.
+bool HasExistingFolder(const std::string& path);
+
+/// The new state of a file; what is not given stays.
+struct FileChanges {
+    std::optional<bool> ownerMayWrite;
+    std::optional<FileTime> modified;
+    std::optional<FileTime> accessed;
+};
+
+// What changes something looks at it and changes it through one descriptor. What is moved to the path meanwhile is never
+// hit. Needs /proc.
+
+/// Changes what stands at a path, links followed, as `changesFor` says of its facts.
+[[nodiscard]] std::error_code Change(const std::string& path,
+                                     const std::function<FileChanges(const FileFacts& present)>& changesFor);
+
+enum class OwnerWrite { Allow, Deny };
+/// Gives or takes the owner's permission to write. Other permissions, times and content stay, and so does a link with
+/// what it leads to.
+/// @return true when this call changed it. False with `error` clear: it was as wanted, nothing that can be looked at
+/// stands there, it is a link, or the file system ignored the change. False with `error` set: the change failed.
+bool ChangeOwnerWrite(const std::string& path, OwnerWrite wanted, std::error_code& error);
+bool ChangeOwnerWrite(int folder, const char* name, OwnerWrite wanted, std::error_code& error);
+
+}  // namespace rk::platform

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <system_error>
+
+/// Names of files and folders: make, remove, change. The rules of Files.h hold.
+namespace rk::platform {
+
+/// Makes one folder, readable, writable and searchable for whom the process's umask allows.
+[[nodiscard]] std::error_code MakeFolder(const std::string& path);
+/// Makes a folder and all missing ones above it. EEXIST when it is there already.
+[[nodiscard]] std::error_code MakeFolders(const std::string& path);
+/// Removes anything but a folder (EISDIR); a link itself.
+[[nodiscard]] std::error_code RemoveFile(const std::string& path);
+/// Gives a new name that is free (else EEXIST), within one file system (else EXDEV). A file system that cannot promise
+/// to leave a taken name alone is asked just before.
+[[nodiscard]] std::error_code Rename(const std::string& from, const std::string& to);
+/// The same between open folders.
+[[nodiscard]] std::error_code Rename(int fromFolder, const char* from, int toFolder, const char* to) noexcept;
+
+}  // namespace rk::platform

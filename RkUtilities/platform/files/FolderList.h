@@ -1,0 +1,67 @@
+#pragma once
+
+#include "RkUtilities/platform/files/FileCalls.h"
+#include "RkUtilities/platform/files/FileFacts.h"
+
+#include <dirent.h>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+/// What a folder holds. The rules of Files.h hold.
+namespace rk::platform {
+
+enum class Visit { Continue, Stop };
+/// Calls `visit` with the name and kind of each entry but "." and "..", in no order. The name is valid during the
+/// call.
+[[nodiscard]] std::error_code VisitFolder(const std::string& path,
+                                          const std::function<Visit(std::string_view name, FileKind kind)>& visit);
+
+/// The entries of one folder as they were when it was read, so that changing the folder does not disturb the walk.
+class EntryList {
+public:
+    struct Entry {
+        const char* name;
+        FileKind kind;
+    };
+    std::error_code Read(int folderDescriptor);
+    /// The next entry, valid until the list goes; its name is null after the last one.
+    Entry Next() noexcept;
+
+private:
+    struct Item {
+        std::size_t nameStart;
+        FileKind kind;
+    };
+    std::vector<char> m_names;  // each with its zero; unlike a string's, they stay in place when the list is moved
+    std::vector<Item> m_items;
+    std::size_t m_next = 0;
+};
+
+FileHandle OpenFolder(Place place, int flags) noexcept;
+
+FileKind KindOfEntry(unsigned char type) noexcept;
+
+/// The same for an open folder, from its position on. Reads into `piece`, which is larger than what `readdir` uses and
+/// needs neither its lock for each name nor its looks at the descriptor.
+template <class Visitor>
+std::error_code VisitEntries(int folder, std::span<char> piece, const Visitor& visit)
+{
+    for (;;) {
+        const ssize_t byteCount = getdents64(folder, piece.data(), piece.size());
+        if (byteCount <= 0)
+            return byteCount == 0 || errno == ENOENT ? std::error_code() : LastError();  // ENOENT: removed meanwhile
+        for (ssize_t position = 0; position < byteCount;) {
+            const auto* const entry = reinterpret_cast<const dirent64*>(piece.data() + position);
+            position += entry->d_reclen;
+            const std::string_view name = entry->d_name;
+            if (name != "." && name != ".." && visit(entry->d_name, KindOfEntry(entry->d_type)) == Visit::Stop)
+                return {};
+        }
+    }
+}
+
+}  // namespace rk::platform

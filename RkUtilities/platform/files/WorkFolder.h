@@ -1,0 +1,36 @@
+#pragma once
+
+#include "RkUtilities/platform/files/FileCalls.h"
+
+#include <string>
+#include <system_error>
+
+namespace rk::platform {
+
+/// A hidden folder for what is not complete yet, beside the place where it will stand.
+///
+/// Only the user may look into it and change it, so no neighbour swaps what is made there. It goes with the object and
+/// with all that it still holds. A process that is killed leaves its folder; the next one that works in the same folder
+/// removes it. A lock (`flock`) on the folder tells whether its process still lives; where a file system has no such
+/// locks, what was left stays.
+class WorkFolder {
+public:
+    WorkFolder() = default;
+    ~WorkFolder();
+    WorkFolder(WorkFolder&&) = delete;
+    WorkFolder& operator=(WorkFolder&&) = delete;
+
+    std::error_code Make(Place target);
+    explicit operator bool() const noexcept { return static_cast<bool>(m_folder); }
+    /// The name to make something under; the folder holds nothing else.
+    [[nodiscard]] Place Item() const noexcept { return {m_folder.Descriptor(), "item"}; }
+
+private:
+    std::error_code Take(Place place);
+
+    int m_parent = -1;
+    std::string m_name;
+    FileHandle m_folder;
+};
+
+}  // namespace rk::platform
