@@ -1,6 +1,7 @@
 #pragma once
 
 #include "mindmap/layout/Layout.h"
+#include "mindmap/measure/Style.h"
 #include "mindmap/write/SvgWriter.h"
 
 #include <expat.h>
@@ -23,6 +24,10 @@ struct Box {
     [[nodiscard]] bool Overlaps(const Box& o) const
     {
         return left < o.right && o.left < right && top < o.bottom && o.top < bottom;
+    }
+    [[nodiscard]] bool Touches(const Box& o) const
+    {
+        return left <= o.right && o.left <= right && top <= o.bottom && o.top <= bottom;
     }
     [[nodiscard]] bool Holds(double x, double y) const { return x >= left && x <= right && y >= top && y <= bottom; }
 };
@@ -52,34 +57,48 @@ inline bool TextStaysInShape(const TopicShape& shape)
     return true;
 }
 
-/// A point of the curve, by repeated halving of its control polygon.
-inline void PointAt(const Connection& line, double t, double& x, double& y)
+/// A point of a cubic curve, by repeated halving of its control polygon.
+inline CrkFloatPoint PointAt(std::vector<CrkFloatPoint> points, float t)
 {
-    double xs[] = {line.start.x, line.firstControl.x, line.secondControl.x, line.end.x};
-    double ys[] = {line.start.y, line.firstControl.y, line.secondControl.y, line.end.y};
-    for (int count = 3; count > 0; --count)
-        for (int i = 0; i < count; ++i) {
-            xs[i] += (xs[i + 1] - xs[i]) * t;
-            ys[i] += (ys[i + 1] - ys[i]) * t;
+    for (std::size_t count = points.size(); --count > 0;)
+        for (std::size_t i = 0; i < count; ++i) {
+            points[i].x += (points[i + 1].x - points[i].x) * t;
+            points[i].y += (points[i + 1].y - points[i].y) * t;
         }
-    x = xs[0];
-    y = ys[0];
+    return points.front();
 }
 
-inline bool EndsOnEdges(const Connection& line, const TopicShape& parent, const TopicShape& child)
+inline bool IsOnEdge(const CrkFloatPoint& point, const TopicShape& shape)
 {
-    const Box from(parent.bounds);
-    const Box to(child.bounds);
-    const bool goesRight = child.side == Side::Right;
-    const double middle = (to.top + to.bottom) / 2;
-    if (double{line.end.x} != (goesRight ? to.left : to.right) || double{line.end.y} != middle)
-        return false;
-    if (parent.side != Side::Centre)
-        return double{line.start.x} == (goesRight ? from.right : from.left) &&
-               double{line.start.y} == (from.top + from.bottom) / 2;
-    const double u = 2 * double{line.start.x} / (from.right - from.left);
-    const double v = 2 * double{line.start.y} / (from.bottom - from.top);
-    return std::abs(u * u + v * v - 1) < 1e-5;
+    const Box box(shape.bounds);
+    const double x = double{point.x};
+    const double y = double{point.y};
+    if (shape.side == Side::Centre) {
+        const double u = 2 * x / (box.right - box.left);
+        const double v = 2 * y / (box.bottom - box.top);
+        return std::abs(u * u + v * v - 1) < 1e-5;
+    }
+    return box.Holds(x, y) && (x == box.left || x == box.right || y == box.top || y == box.bottom);
+}
+
+/// Boxes around the straight pieces of a line, or points of a curve.
+inline std::vector<Box> PiecesOf(const Connection& line)
+{
+    const std::vector<CrkFloatPoint>& points = line.points;
+    std::vector<Box> pieces;
+    if (line.isCurve) {
+        for (int step = 0; step <= 24; ++step) {
+            const CrkFloatPoint point = PointAt(line.points, static_cast<float>(step) / 24);
+            pieces.emplace_back(CrkFloatRect{point.x, point.y, 0, 0});
+        }
+        return pieces;
+    }
+    for (std::size_t i = 0; i + 1 < points.size(); ++i) {
+        const auto [left, right] = std::minmax(points[i].x, points[i + 1].x);
+        const auto [top, bottom] = std::minmax(points[i].y, points[i + 1].y);
+        pieces.emplace_back(CrkFloatRect{left, top, right - left, bottom - top});
+    }
+    return pieces;
 }
 
 /// What is wrong with a map, "" for nothing. Every pair of topics is looked at, so only for maps of some hundred.
@@ -101,18 +120,39 @@ inline std::string FaultOf(const Outline& outline, const MapLayout& map)
         if (i == 0)
             continue;
         const auto parent = static_cast<std::size_t>(outline.topics[i].parent);
-        if (!EndsOnEdges(map.connections[i], map.shapes[parent], map.shapes[i]))
+        const Connection& line = map.connections[i];
+        if (!IsOnEdge(line.points.front(), map.shapes[parent]) || !IsOnEdge(line.points.back(), map.shapes[i]))
             return name + " has a line that ends elsewhere";
-        for (int step = 0; step <= 24; ++step) {
-            double x = 0;
-            double y = 0;
-            PointAt(map.connections[i], step / 24.0, x, y);
+        for (const Box& piece : PiecesOf(line))
             for (std::size_t j = 0; j < count; ++j)
-                if (j != i && j != parent && boxes[j].Holds(x, y))
+                if (j != i && j != parent && boxes[j].Touches(piece))
                     return name + " has a line through topic " + std::to_string(j);
-        }
     }
     return {};
+}
+
+/// How much of the map inside its outline is topics and the gaps beside them. The outline goes from the leftmost to the
+/// rightmost topic at each height.
+inline double FillOf(const Outline& outline, const MapLayout& map)
+{
+    constexpr int kStep = 4;
+    const Box whole(map.bounds);
+    std::vector<std::pair<double, double>> rows(static_cast<std::size_t>(map.bounds.height) / kStep + 1, {1e9, -1e9});
+    double filled = 0;
+    for (std::size_t i = 0; i < map.shapes.size(); ++i) {
+        const Box box(map.shapes[i].bounds);
+        const LevelStyle& style = StyleOf(std::max(outline.topics[i].level, 1));
+        filled += (box.right - box.left + style.childGap) * (box.bottom - box.top + style.siblingGap);
+        for (double y = box.top; y < box.bottom; y += kStep) {
+            auto& [left, right] = rows[static_cast<std::size_t>((y - whole.top) / kStep)];
+            left = std::min(left, box.left);
+            right = std::max(right, box.right);
+        }
+    }
+    double area = 0;
+    for (const auto& [left, right] : rows)
+        area += std::max(0.0, right - left) * kStep;
+    return filled / area;
 }
 
 inline std::string SvgOf(const Outline& outline, const MapLayout& map)

@@ -1,5 +1,6 @@
 #include "mindmap/layout/Layout.h"
 
+#include "mindmap/layout/Placement.h"
 #include "mindmap/measure/Style.h"
 
 #include <RkUtilities/geometry/CrkFloatMargin.h>
@@ -7,39 +8,16 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <cstdlib>
-#include <limits>
 
 namespace mindmap {
 
 namespace {
 
-using Units = std::int64_t;
-
-/// What is known of a topic's place while it is sought.
-struct Place {
-    int width = 0;
-    int height = 0;
-    Units bandHeight = 0;      // of the topic with all its descendants
-    Units childrenHeight = 0;  // of its children's bands and the gaps between them
-    Units bandTop = 0;
-    Units nextChildTop = 0;
-    Units near = 0;    // x of the side towards the centre, as a distance from the centre
-    Units middle = 0;  // y
-    Units firstChildMiddle = std::numeric_limits<Units>::max();
-    Units lastChildMiddle = std::numeric_limits<Units>::min();
-};
-
-constexpr Units DownToGrid(Units value)
-{
-    return value >= 0 ? value / kGrid * kGrid : -((-value + kGrid - 1) / kGrid * kGrid);
-}
-
 class Layouter {
 public:
     Layouter(const Outline& outline, const ProgressHook& progress)
-        : m_topics(outline.topics), m_progress(progress), m_places(m_topics.size())
+        : m_topics(outline.topics), m_progress(progress), m_boxes(m_topics.size())
     {
         m_map.shapes.resize(m_topics.size());
         m_map.connections.resize(m_topics.size());
@@ -49,10 +27,7 @@ public:
     MapLayout Run()
     {
         ComposeTexts();
-        MeasureBands();
-        ShareOutSides();
-        PlaceBands();
-        PlaceMiddles();
+        m_placement = PlaceBoxes(m_boxes);
         MakeShapes();
         Connect();
         FindBounds();
@@ -60,8 +35,6 @@ public:
     }
 
 private:
-    Place& PlaceOf(std::size_t index) { return m_places[index]; }
-    Place& ParentPlaceOf(std::size_t index) { return m_places[static_cast<std::size_t>(m_topics[index].parent)]; }
     const LevelStyle& LevelOf(std::size_t index) const { return StyleOf(m_topics[index].level); }
 
     void ComposeTexts()
@@ -71,8 +44,11 @@ private:
             TopicText& text = m_map.shapes[i].text = ComposeText(m_topics[i], m_map.sums[i]);
             const LevelStyle& style = LevelOf(i);
             text.height = std::max(text.height, LineHeight(style.font));
-            PlaceOf(i).width = OnGrid(std::max(text.width, style.font.size) + 2 * style.horizontalPadding);
-            PlaceOf(i).height = OnGrid(text.height + 2 * style.verticalPadding);
+            const int width = OnGrid(std::max(text.width, style.font.size) + 2 * style.horizontalPadding);
+            const int height = OnGrid(text.height + 2 * style.verticalPadding);
+            m_boxes[i] = {static_cast<double>(width), static_cast<double>(height), m_topics[i].parent,
+                          static_cast<double>(style.siblingGap),
+                          static_cast<double>(i == 0 ? 0 : StyleOf(m_topics[i].level).childGap)};
         }
         MakeEllipse();
     }
@@ -84,118 +60,25 @@ private:
             return OnGrid(static_cast<int>(std::ceil((side + kCentralPadding) * std::sqrt(2.0) / 2))) * 2;
         };
         const TopicText& text = m_map.shapes.front().text;
-        Place& centre = PlaceOf(0);
-        centre.width = axis(std::max(text.width, LevelOf(0).font.size));
-        centre.height = axis(text.height);
-    }
-
-    void MeasureBands()
-    {
-        for (std::size_t i = m_topics.size(); i-- > 1;) {
-            Place& place = PlaceOf(i);
-            place.bandHeight = std::max<Units>(place.height, place.childrenHeight);
-            Units& sum = ParentPlaceOf(i).childrenHeight;
-            sum += place.bandHeight + (sum > 0 ? LevelOf(i).siblingGap : 0);
-        }
-    }
-
-    /// Splits the main topics between right and left and gives each its band.
-    void ShareOutSides()
-    {
-        std::vector<std::size_t> mains;
-        Units total = 0;
-        for (std::size_t i = 1; i < m_topics.size(); ++i)
-            if (m_topics[i].level == 1) {
-                mains.push_back(i);
-                total += PlaceOf(i).bandHeight;
-            }
-        std::size_t rightCount = 0;
-        Units rightHeight = 0;
-        while (rightCount < mains.size()) {
-            const Units withNext = rightHeight + PlaceOf(mains[rightCount]).bandHeight;
-            if (rightCount > 0 && std::abs(2 * withNext - total) > std::abs(2 * rightHeight - total))
-                break;
-            rightHeight = withNext;
-            ++rightCount;
-        }
-        const auto split = mains.begin() + static_cast<std::ptrdiff_t>(rightCount);
-        std::vector<std::size_t> left(split, mains.end());
-        std::reverse(left.begin(), left.end());
-        mains.erase(split, mains.end());
-        m_centralGap = OnGrid(static_cast<int>(std::clamp<Units>(std::max(StackHeight(mains), StackHeight(left)) / 10,
-                                                                 kMinimumCentralGap, kMaximumCentralGap)));
-        Stack(mains, Side::Right);
-        Stack(left, Side::Left);
-        for (std::size_t i = 1, branch = 0; i < m_topics.size(); ++i)
-            m_map.shapes[i].branch = static_cast<int>(m_topics[i].level == 1 ? branch++ : branch - 1);
-    }
-
-    Units StackHeight(const std::vector<std::size_t>& mains)
-    {
-        Units height = mains.empty() ? 0 : static_cast<Units>(mains.size() - 1) * kLevels[1].siblingGap;
-        for (const std::size_t i : mains)
-            height += PlaceOf(i).bandHeight;
-        return height;
-    }
-
-    void Stack(const std::vector<std::size_t>& mains, Side side)
-    {
-        Units top = DownToGrid(-StackHeight(mains) / 2);
-        for (const std::size_t i : mains) {
-            PlaceOf(i).bandTop = top;
-            m_map.shapes[i].side = side;
-            top += PlaceOf(i).bandHeight + kLevels[1].siblingGap;
-        }
-    }
-
-    void PlaceBands()
-    {
-        for (std::size_t i = 1; i < m_topics.size(); ++i) {
-            Place& place = PlaceOf(i);
-            Place& parent = ParentPlaceOf(i);
-            if (m_topics[i].level == 1) {
-                place.near = PlaceOf(0).width / 2 + m_centralGap;
-            } else {
-                m_map.shapes[i].side = m_map.shapes[static_cast<std::size_t>(m_topics[i].parent)].side;
-                place.near = parent.near + parent.width + StyleOf(m_topics[i].level - 1).childGap;
-                place.bandTop = parent.nextChildTop;
-                parent.nextChildTop += place.bandHeight + LevelOf(i).siblingGap;
-            }
-            place.nextChildTop = place.bandTop + DownToGrid((place.bandHeight - place.childrenHeight) / 2);
-        }
-    }
-
-    /// A topic stands in the middle of its first and last child, as far as its band lets it.
-    void PlaceMiddles()
-    {
-        for (std::size_t i = m_topics.size(); i-- > 1;) {
-            Place& place = PlaceOf(i);
-            const bool isLeaf = place.childrenHeight == 0;
-            const Units wanted =
-                isLeaf ? place.bandTop + place.bandHeight / 2 : (place.firstChildMiddle + place.lastChildMiddle) / 2;
-            const Units top = std::clamp(DownToGrid(wanted - place.height / 2), place.bandTop,
-                                         place.bandTop + place.bandHeight - place.height);
-            place.middle = top + place.height / 2;
-            Place& parent = ParentPlaceOf(i);
-            parent.firstChildMiddle = std::min(parent.firstChildMiddle, place.middle);
-            parent.lastChildMiddle = std::max(parent.lastChildMiddle, place.middle);
-        }
+        m_boxes.front().width = axis(std::max(text.width, LevelOf(0).font.size));
+        m_boxes.front().height = axis(text.height);
     }
 
     void MakeShapes()
     {
+        int branch = -1;
         for (std::size_t i = 0; i < m_topics.size(); ++i) {
-            const Place& place = PlaceOf(i);
+            const PlainPlace& place = m_placement.places[i];
+            const PlainBox& box = m_boxes[i];
             TopicShape& shape = m_map.shapes[i];
-            const Units far = place.near + place.width;
-            const Units top = place.middle - place.height / 2;
-            if (std::max({far, std::abs(top), std::abs(top + place.height)}) > kMaximumExtent)
+            if (std::max({std::abs(place.x), std::abs(place.x + box.width), std::abs(place.y),
+                          std::abs(place.y + box.height)}) > kMaximumExtent)
                 throw OutlineError{m_topics[i].line, u"the map would be wider or taller than 67,108,864 units"};
-            const Units x = shape.side == Side::Centre  ? -place.width / 2
-                            : shape.side == Side::Right ? place.near
-                                                        : -far;
-            shape.bounds = {static_cast<float>(x), static_cast<float>(top), static_cast<float>(place.width),
-                            static_cast<float>(place.height)};
+            shape.side = i == 0 ? Side::Centre : place.isLeft ? Side::Left : Side::Right;
+            branch += m_topics[i].level == 1 ? 1 : 0;
+            shape.branch = std::max(branch, 0);
+            shape.bounds = {static_cast<float>(place.x), static_cast<float>(place.y), static_cast<float>(box.width),
+                            static_cast<float>(box.height)};
             PlaceText(shape);
         }
     }
@@ -210,12 +93,19 @@ private:
 
     void Connect()
     {
-        for (std::size_t i = 1; i < m_topics.size(); ++i)
-            m_map.connections[i] =
-                ConnectShapes(m_map.shapes[static_cast<std::size_t>(m_topics[i].parent)], m_map.shapes[i]);
+        for (std::size_t i = 1; i < m_topics.size(); ++i) {
+            const PlainPlace& place = m_placement.places[i];
+            const auto first = m_placement.points.begin() + static_cast<std::ptrdiff_t>(place.firstPoint);
+            Connection& line = m_map.connections[i];
+            for (auto point = first; point != first + static_cast<std::ptrdiff_t>(place.pointCount); ++point)
+                line.points.push_back({static_cast<float>(point->x), static_cast<float>(point->y)});
+            line.isCurve = place.isCurved;
+            if (line.isCurve)
+                line.points = Curve(m_map.shapes[static_cast<std::size_t>(m_topics[i].parent)], m_map.shapes[i]);
+        }
     }
 
-    static Connection ConnectShapes(const TopicShape& parent, const TopicShape& child)
+    static std::vector<CrkFloatPoint> Curve(const TopicShape& parent, const TopicShape& child)
     {
         const float outward = child.side == Side::Right ? 1.0F : -1.0F;
         const CrkFloatPoint end = CrkMathUtilities::GetRectangleEdgePoint(child.bounds, {-outward, 0}, 0);
@@ -249,8 +139,8 @@ private:
 
     const std::vector<Topic>& m_topics;
     const ProgressHook& m_progress;
-    std::vector<Place> m_places;
-    Units m_centralGap = kMinimumCentralGap;
+    std::vector<PlainBox> m_boxes;
+    Placement m_placement;
     MapLayout m_map;
 };
 
@@ -263,20 +153,22 @@ MapLayout LayOut(const Outline& outline, const ProgressHook& progress)
 
 std::vector<CrkFloatPoint> Flatten(const Connection& connection, int segmentCount)
 {
-    std::vector<CrkFloatPoint> points;
-    points.reserve(static_cast<std::size_t>(segmentCount) + 1);
-    points.push_back(connection.start);
+    if (!connection.isCurve)
+        return connection.points;
+    const CrkFloatPoint& a = connection.points[0];
+    const CrkFloatPoint& b = connection.points[1];
+    const CrkFloatPoint& c = connection.points[2];
+    const CrkFloatPoint& d = connection.points[3];
+    std::vector<CrkFloatPoint> points = {a};
     for (int i = 1; i < segmentCount; ++i) {
         const float t = static_cast<float>(i) / static_cast<float>(segmentCount);
         const float s = 1 - t;
-        const auto mix = [s, t](float a, float b, float c, float d) {
-            return s * s * s * a + 3 * s * s * t * b + 3 * s * t * t * c + t * t * t * d;
+        const auto mix = [s, t](float p, float q, float r, float o) {
+            return s * s * s * p + 3 * s * s * t * q + 3 * s * t * t * r + t * t * t * o;
         };
-        points.push_back(
-            {mix(connection.start.x, connection.firstControl.x, connection.secondControl.x, connection.end.x),
-             mix(connection.start.y, connection.firstControl.y, connection.secondControl.y, connection.end.y)});
+        points.push_back({mix(a.x, b.x, c.x, d.x), mix(a.y, b.y, c.y, d.y)});
     }
-    points.push_back(connection.end);
+    points.push_back(d);
     return points;
 }
 

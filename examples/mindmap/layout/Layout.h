@@ -23,12 +23,10 @@ struct TopicShape {
     CrkFloatPoint textOrigin;  ///< the top of the text block, on the side where its lines begin
 };
 
-/// The line from a topic's parent to the topic, a cubic curve. Both ends lie on the edges of the shapes.
+/// The line from a topic's parent to the topic. Both ends lie on the edges of the shapes.
 struct Connection {
-    CrkFloatPoint start;
-    CrkFloatPoint firstControl;
-    CrkFloatPoint secondControl;
-    CrkFloatPoint end;
+    bool isCurve = false;               ///< the points are those of one cubic curve; otherwise corners at right angles
+    std::vector<CrkFloatPoint> points;  ///< no two are the same
 };
 
 /// A map with the centre of the central topic at (0, 0); y grows downwards.
@@ -39,15 +37,12 @@ struct MapLayout {
     CrkFloatRect bounds;                  ///< of all shapes, with a margin
 };
 
-/// Places every topic. Main topics go clockwise around the centre, from the upper right to the upper left, split where
-/// both sides become about equally tall; each topic's descendants have a band of the height to themselves, beside it
-/// and away from the centre. So no shape overlaps another one and every line stays in the band of the topic it comes
-/// from. Linear in the number of topics.
+/// Composes the text of every topic and places it (Placement.h).
 ///
 /// @throws OutlineError when the map would reach further than kMaximumExtent from the centre.
 MapLayout LayOut(const Outline& outline, const ProgressHook& progress = {});
 
-/// The curve as `segmentCount` straight pieces.
+/// The straight pieces of a line; a curve becomes `segmentCount` of them.
 std::vector<CrkFloatPoint> Flatten(const Connection& connection, int segmentCount);
 
 }  // namespace mindmap

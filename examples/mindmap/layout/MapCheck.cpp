@@ -13,6 +13,7 @@ namespace mindmap {
 namespace {
 
 constexpr int kSegmentCount = 16;
+constexpr float kEdgeTolerance = 0.25F;  // less than between any two lines of the grid; the distances are rounded
 
 bool ShareArea(const CrkFloatRect& a, const CrkFloatRect& b)
 {
@@ -88,7 +89,7 @@ bool IsOnEdge(CrkFloatPoint point, const TopicShape& shape)
     const std::array<CrkFloatPoint, 5> outline = {
         {{r.x, r.y}, {r.x + r.width, r.y}, {r.x + r.width, r.y + r.height}, {r.x, r.y + r.height}, {r.x, r.y}}};
     return CrkMathUtilities::IsPointInRect(point, r) &&
-           CrkMathUtilities::IsPointOnPolyline(point, outline.data(), static_cast<int>(outline.size()), 0);
+           CrkMathUtilities::IsPointOnPolyline(point, outline.data(), static_cast<int>(outline.size()), kEdgeTolerance);
 }
 
 }  // namespace
@@ -104,19 +105,25 @@ MapFaults CheckMap(const Outline& outline, const MapLayout& map, const ProgressH
 
         const Connection& line = map.connections[i];
         const auto parent = static_cast<std::size_t>(outline.topics[i].parent);
-        faults.looseEndCount += IsOnEdge(line.start, shapes[parent]) ? 0 : 1;
-        faults.looseEndCount += IsOnEdge(line.end, shapes[i]) ? 0 : 1;
+        faults.looseEndCount += IsOnEdge(line.points.front(), shapes[parent]) ? 0 : 1;
+        faults.looseEndCount += IsOnEdge(line.points.back(), shapes[i]) ? 0 : 1;
 
-        const std::vector<CrkFloatPoint> points = Flatten(line, kSegmentCount);
-        const int pointCount = static_cast<int>(points.size());
-        const CrkFloatRect box = CrkMathUtilities::CalculatePointsBoundingRectangle(points.data(), pointCount);
         // Where two shapes lie on each other only these very two may be touched.
         const std::array<const TopicShape*, 2> ends = {&shapes[parent], &shapes[i]};
-        tree.ForEachIn(WithArea(box), [&](std::size_t other) {
-            if (!CorvaneNSArrayAdditions::containsObjectIdenticalTo(ends, &shapes[other]) &&
-                CrkMathUtilities::IsPolylineCrossingRect(points.data(), pointCount, shapes[other].bounds))
-                ++faults.crossingCount;
-        });
+        const auto check = [&](const CrkFloatPoint* points, int pointCount) {
+            const CrkFloatRect box = CrkMathUtilities::CalculatePointsBoundingRectangle(points, pointCount);
+            tree.ForEachIn(WithArea(box), [&](std::size_t other) {
+                if (!CorvaneNSArrayAdditions::containsObjectIdenticalTo(ends, &shapes[other]) &&
+                    CrkMathUtilities::IsPolylineCrossingRect(points, pointCount, shapes[other].bounds))
+                    ++faults.crossingCount;
+            });
+        };
+        const std::vector<CrkFloatPoint> points = Flatten(line, kSegmentCount);
+        if (line.isCurve)
+            check(points.data(), static_cast<int>(points.size()));
+        else  // piece by piece: the box around a line along many columns would hold them all
+            for (std::size_t p = 0; p + 1 < points.size(); ++p)
+                check(&points[p], 2);
     }
     return faults;
 }

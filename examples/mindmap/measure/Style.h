@@ -47,11 +47,9 @@ constexpr const LevelStyle& StyleOf(int level)
     return kLevels[std::min(static_cast<std::size_t>(level), kLevels.size() - 1)];
 }
 
-/// From the central topic to the main topics: wider for taller maps, so that the lines do not get too steep.
-inline constexpr int kMinimumCentralGap = 48;
-inline constexpr int kMaximumCentralGap = 64;
 inline constexpr int kCentralPadding = 8;
 inline constexpr int kMargin = 24;  ///< around the map
+inline constexpr float kMaximumSideRatio = 2.4F;
 
 inline constexpr Font kDetailFont = {12, Weight::Regular};
 inline constexpr int kNoteLineCount = 3;

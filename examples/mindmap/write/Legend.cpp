@@ -96,6 +96,15 @@ CrkFloatRect Around(const CrkFloatRect& map, CrkFloatRect box)
     return CrkMathUtilities::CalculatePointsBoundingRectangle(corners.data(), static_cast<int>(corners.size()));
 }
 
+/// Grown evenly on two sides until neither side is longer than kMaximumSideRatio times the other.
+CrkFloatRect WithinRatio(CrkFloatRect page)
+{
+    const float x = std::ceil(std::max(0.0F, page.height / kMaximumSideRatio - page.width) / 2);
+    const float y = std::ceil(std::max(0.0F, page.width / kMaximumSideRatio - page.height) / 2);
+    CrkFloatMargin{x, y, x, y}.InflateRect(page);
+    return page;
+}
+
 }  // namespace
 
 Legend MakeLegend(const Outline& outline, const MapLayout& map)
@@ -111,6 +120,7 @@ Legend MakeLegend(const Outline& outline, const MapLayout& map)
         Place(legend, map.bounds);
         legend.bounds = Around(map.bounds, legend.box);
     }
+    legend.bounds = WithinRatio(legend.bounds);
     return legend;
 }
 

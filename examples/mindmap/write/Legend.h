@@ -22,7 +22,8 @@ struct LegendEntry {
 struct Legend {
     std::vector<LegendEntry> entries;  ///< none for a map without branches
     CrkFloatRect box;
-    CrkFloatRect bounds;  ///< of map and box together, with a margin
+    CrkFloatRect bounds;  ///< of map and box together, with a margin; no side is longer than
+                          ///< kMaximumSideRatio times the other
 };
 
 /// The legend of a map, its names in the user's language (ScopedColorNames).

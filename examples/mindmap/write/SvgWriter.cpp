@@ -7,6 +7,8 @@
 #include "mindmap/write/TopicIds.h"
 #include "mindmap/write/XmlStream.h"
 
+#include <algorithm>
+#include <cmath>
 #include <string>
 #include <string_view>
 
@@ -14,6 +16,7 @@ namespace mindmap {
 
 namespace {
 
+constexpr float kTurnRadius = 6;
 constexpr float kIconRise = 10;  // from an icon's top to the baseline of its text
 
 // Signs of 12 by 12 units, drawn with the stroke of whoever uses them.
@@ -34,6 +37,17 @@ std::u16string_view IconOf(TextRole role)
     default:
         return u"#icon-link";
     }
+}
+
+/// Of two points above or beside each other.
+float HalfDistance(const CrkFloatPoint& a, const CrkFloatPoint& b)
+{
+    return (std::abs(a.x - b.x) + std::abs(a.y - b.y)) / 2;
+}
+CrkFloatPoint Towards(const CrkFloatPoint& from, const CrkFloatPoint& to, float distance)
+{
+    const auto step = [distance](float a, float b) { return b > a ? distance : b < a ? -distance : 0; };
+    return {from.x + step(from.x, to.x), from.y + step(from.y, to.y)};
 }
 
 class SvgDocument {
@@ -59,11 +73,15 @@ public:
 
     void WriteConnection(std::size_t index)
     {
-        const Connection& c = m_map.connections[index];
-        m_xml << u"<path d=\"M" << c.start.x << u" " << c.start.y << u"C" << c.firstControl.x << u" "
-              << c.firstControl.y << u" " << c.secondControl.x << u" " << c.secondControl.y << u" " << c.end.x << u" "
-              << c.end.y << u"\" stroke=\"" << Color{LineColorOf(m_design.theme, m_map.shapes[index].branch)}
-              << u"\" stroke-width=\"" << StyleOf(m_topics[index].level).lineWidth << u"\"/>\n";
+        const Connection& line = m_map.connections[index];
+        const CrkFloatPoint& start = line.points.front();
+        m_xml << u"<path d=\"M" << start.x << u" " << start.y;
+        if (line.isCurve)
+            WriteCurve(line.points);
+        else
+            WriteCorners(line.points);
+        m_xml << u"\" stroke=\"" << LineColor(index) << u"\" stroke-width=\""
+              << StyleOf(m_topics[index].level).lineWidth << u"\"/>\n";
         m_xml.HandOnPieces();
     }
 
@@ -120,6 +138,35 @@ public:
     }
 
 private:
+    void WriteCurve(const std::vector<CrkFloatPoint>& points)
+    {
+        char16_t sign = u'C';
+        for (std::size_t i = 1; i < points.size(); ++i, sign = u' ')
+            m_xml << std::u16string_view(&sign, 1) << points[i].x << u" " << points[i].y;
+    }
+
+    /// Straight lines with round corners.
+    void WriteCorners(const std::vector<CrkFloatPoint>& points)
+    {
+        for (std::size_t i = 1; i + 1 < points.size(); ++i) {
+            const CrkFloatPoint& corner = points[i];
+            const float radius =
+                std::min({kTurnRadius, HalfDistance(corner, points[i - 1]), HalfDistance(corner, points[i + 1])});
+            const CrkFloatPoint in = Towards(corner, points[i - 1], radius);
+            const CrkFloatPoint out = Towards(corner, points[i + 1], radius);
+            m_xml << u"L" << in.x << u" " << in.y << u"Q" << corner.x << u" " << corner.y << u" " << out.x << u" "
+                  << out.y;
+        }
+        m_xml << u"L" << points.back().x << u" " << points.back().y;
+    }
+
+    /// The lines to all main topics that leave the centre together have the centre's color.
+    Color LineColor(std::size_t index) const
+    {
+        const bool isShared = m_topics[index].level == 1 && !m_map.connections[index].isCurve;
+        return {isShared ? LookOf(m_design.theme, 0, 0).fill : LineColorOf(m_design.theme, m_map.shapes[index].branch)};
+    }
+
     void WriteShape(const TopicShape& shape, const Look& look, int level)
     {
         const CrkFloatRect& r = shape.bounds;
