@@ -1,0 +1,191 @@
+#include "rklog/DateReader.h"
+#include "rklog/DateRecognition.h"
+#include "rklog/EntryTimes.h"
+#include "rklog/PointInTime.h"
+
+#include "../support/ScopedFolder.h"
+#include "../support/ScopedUserLocale.h"
+#include "../support/ScopedVariable.h"
+
+#include <RkUtilities/logging/CrkLogWriter.h>
+
+#include <unicode/datefmt.h>
+#include <unicode/locid.h>
+
+using namespace rklog;
+
+namespace {
+
+constexpr Seconds kUtcOf2001 = 978307200;
+
+/// The short texts of a locale as ICU makes them.
+class ShortTexts {
+public:
+    ShortTexts(const icu::Locale& locale, icu::DateFormat::EStyle timeStyle)
+        : m_format(icu::DateFormat::createDateTimeInstance(icu::DateFormat::kShort, timeStyle, locale))
+    {}
+    std::string Of(Seconds utc) const
+    {
+        icu::UnicodeString text;
+        std::string utf8;
+        return m_format->format(static_cast<double>(utc) * 1000, text).toUTF8String(utf8);
+    }
+
+private:
+    std::unique_ptr<icu::DateFormat> m_format;
+};
+
+std::string EntryAt(std::string_view date, Seconds sinceLoad, std::string_view thread = "7f01",
+                    std::string_view category = "A", std::string_view message = "m")
+{
+    std::string text = "<l:LogEntry><l:Timestamp>";
+    text.append(date).append(":").append(std::to_string(sinceLoad)).append("</l:Timestamp><l:Tid>").append(thread);
+    text.append("</l:Tid><l:Category>")
+        .append(category)
+        .append("</l:Category><l:Severity>Info</l:Severity><l:Id></l:Id>");
+    return text.append("<l:Description></l:Description><l:Body>").append(message).append("</l:Body></l:LogEntry>\n");
+}
+
+constexpr std::string_view kLogStart =
+    R"(LogStart time="2026-11-16T21:52:05.123+01:00" loaded="2026-11-16T21:50:00+01:00" zone="CET" pid="47" host="desk" )"
+    R"(program="mind %22map%22" library="0.1.0" system="Linux 6.1.0 x86_64")";
+
+std::string TimeOf(EntryTimes& times, const Entry& entry)
+{
+    times.Notice(entry);
+    const EntryTime time = times.Of(entry);
+    return (time.time ? IsoText(*time.time) : "-") + (time.process ? " " + time.process->Name() : "");
+}
+
+Entry EntryOf(std::string_view timestamp, std::string_view thread, std::string_view category = "A",
+              std::string_view message = "m")
+{
+    Entry entry;
+    entry.timestamp = timestamp;
+    entry.thread = thread;
+    entry.category = category;
+    entry.message = message;
+    return entry;
+}
+
+}  // namespace
+
+TEST(Dates, OfEveryLocaleAreReadAtEveryHour)
+{
+    const ScopedVariable zone("TZ", "UTC");
+    int32_t count = 0;
+    const icu::Locale* const locales = icu::Locale::getAvailableLocales(count);
+    ASSERT_GT(count, 500);
+    for (int32_t i = 0; i < count; ++i) {
+        SCOPED_TRACE(locales[i].getName());
+        const ShortTexts dates(locales[i], icu::DateFormat::kNone), texts(locales[i], icu::DateFormat::kShort);
+        const DateReader reader(StyleOf([&](const CTime& time) {
+            return CString(dates.Of(static_cast<Seconds>(time.GetCFAbsoluteTime()) + kUtcOf2001));
+        }));
+        for (int hour = 0; hour < 24; ++hour) {  // with all months, and days that tell the orders apart and others
+            const Seconds utc = *WallOfDay(2024 + hour % 9, 1 + hour * 5 % 12, 1 + hour * 7 % 28) +
+                                hour * (kSecondsOfHour + 2 * kSecondsOfMinute);
+            ASSERT_EQ(reader.Read(texts.Of(utc)), utc) << texts.Of(utc);
+        }
+    }
+    for (const char* const name : {"en_US", "de_DE", "zh_TW", "fa_IR", "ee_TG"}) {  // the oracle writes as the log does
+        const ScopedUserLocale locale(name);
+        const ShortTexts texts(name, icu::DateFormat::kShort);
+        const std::string before = texts.Of(std::time(nullptr));
+        const std::string written = CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle).ToUtf8();
+        EXPECT_TRUE(written == before || written == texts.Of(std::time(nullptr))) << written;
+    }
+}
+
+TEST(Dates, ThatAreNoneAreRefused)
+{
+    const DateReader reader({.order = DateStyle::Order::MonthDayYear, .days = {}});
+    for (const char* const text : {"", ":", "11/16/26", "13/16/26, 9:52 PM", "2/30/26, 9:52 PM", "11/16/26, 24:52",
+                                   "11/16/26, 9:60", "1/1/1405, 9:52", "11/16/26, 9:52 PM 7", "11/16/20261, 9:52",
+                                   "99999999999999999999", "\xFF\xC0 1/1/26, 1:0\xE2\x80", "11/16/126, 9:52"})
+        EXPECT_EQ(reader.Read(text).has_value(), std::string_view(text).starts_with("\xFF")) << text;
+}
+
+TEST(Dates, AreRecognisedByWhatTheLogHolds)
+{
+    const ScopedVariable zone("TZ", "UTC");
+    using enum DateStyle::Order;
+    const ScopedFolder folder;
+    const DateStyle german{.order = DayMonthYear, .days = {}};
+    const struct {
+        std::string log;
+        DateStyle::Order order;
+        bool isAmbiguous;
+        bool isReadable = true;
+    } cases[] = {
+        {EntryAt("11/16/26, 9:52 PM", 0), MonthDayYear, false},                                  // no 16th month
+        {EntryAt("5/6/26, 9:52 PM", 0), DayMonthYear, true},                                     // the user's
+        {EntryAt("5/5/26, 9:52 PM", 0), DayMonthYear, true},                                     // 5 may be a year
+        {EntryAt("5/5/2026, 9:52 PM", 0), DayMonthYear, false},                                  // the same either way
+        {EntryAt("5/6/2026, 9:52", 0) + EntryAt("5/7/2026, 9:52", 86400), MonthDayYear, false},  // a day passed
+        {EntryAt("2026-05-06 21:52", 0), YearMonthDay, false},                                   //
+        {EntryAt("11/12/26, 9:52 PM", 125, "7f01", "Application Start",
+                 R"(LogStart time="" loaded="2026-11-12T21:50:00+01:00" pid="1")"),
+         MonthDayYear, false},                                        // the start tells it
+        {EntryAt("1448/5/25, 9:52", 0), DayMonthYear, false, false},  // another calendar
+        {"", DayMonthYear, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.log);
+        folder.Write("log.xml", c.log);
+        DateSamples samples;
+        samples.TakeFrom(folder.Path("log.xml"));
+        const DateSamples::Verdict verdict = samples.Recognise(german);
+        EXPECT_EQ(verdict.style.order, c.order);
+        EXPECT_EQ(verdict.isAmbiguous, c.isAmbiguous);
+        EXPECT_EQ(verdict.isReadable, c.isReadable);
+    }
+}
+
+TEST(Dates, AreExactForProcessesThatToldTheirStart)
+{
+    const ScopedVariable zone("TZ", "UTC");
+    EntryTimes times(DateReader({.order = DateStyle::Order::MonthDayYear, .days = {}}));
+    EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:51 PM:90", "1")), "2026-11-16T21:51");
+    EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:52 PM:125", "1", "Application Start", kLogStart)),
+              "2026-11-16T21:52:05+01:00 desk:mind \"map\"[47]");
+    EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:53 PM:185", "2")), "2026-11-16T21:53:05+01:00 desk:mind \"map\"[47]");
+    EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 10:53 PM:185", "2")),  // the clocks went forward meanwhile
+              "2026-11-16T22:53:05+02:00 desk:mind \"map\"[47]");
+    EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:53 PM:9", "2")), "2026-11-16T21:53");  // another process
+    EXPECT_EQ(TimeOf(times, EntryOf("25/5/1448, 9:53:190", "1")), "2026-11-16T21:53:10+01:00 desk:mind \"map\"[47]");
+    EXPECT_EQ(TimeOf(times, EntryOf("", "9")), "-");
+    EXPECT_EQ(times.Of(EntryOf("", "9")).utc, *WallOfDay(2026, 11, 16) + 20 * kSecondsOfHour + 53 * 60 + 10);
+    // A second process of the same minute: the thread decides where it is known.
+    const std::string second = std::string(kLogStart).replace(std::string(kLogStart).find("pid=\"47"), 7, "pid=\"48");
+    EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:52 PM:126", "3", "Application Start", second)).back(), ']');
+    EXPECT_NE(TimeOf(times, EntryOf("11/16/26, 9:54 PM:250", "3")).find("[48]"), std::string::npos);
+    EXPECT_NE(TimeOf(times, EntryOf("11/16/26, 9:54 PM:250", "1")).find("[47]"), std::string::npos);
+    EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:54 PM:250", "7")), "2026-11-16T21:54");
+}
+
+TEST(Dates, OfTheCommandLineAreStretches)
+{
+    const ScopedVariable zone("TZ", "CET-1");
+    const Seconds day = *WallOfDay(2026, 11, 16), now = day + 11 * kSecondsOfHour + 125;
+    const struct {
+        const char* text;
+        Seconds first, length;
+    } cases[] = {{"2026-11-16", day - 3600, 86400},
+                 {"2026-11-16T21:52", day + 20 * 3600 + 52 * 60, 60},
+                 {"2026-11-16 21:52:07Z", day + 21 * 3600 + 52 * 60 + 7, 1},
+                 {"2026-11-16T21:52-02:30", day + 24 * 3600 + 22 * 60, 60},
+                 {"00:01", day - 3600 + 60, 60},
+                 {"2h", now - 7200, 1},
+                 {"0s", now, 1},
+                 {"3d", now - 3 * 86400, 1}};
+    for (const auto& c : cases) {
+        const std::optional<Stretch> stretch = ReadPointInTime(c.text, now);
+        ASSERT_TRUE(stretch) << c.text;
+        EXPECT_EQ(stretch->first, c.first) << c.text;
+        EXPECT_EQ(stretch->last - stretch->first + 1, c.length) << c.text;
+    }
+    for (const char* const text : {"", "2026", "2026-02-30", "2026-11-16T25:00", "2026-11-16T21", "9999999999d", "h",
+                                   "-2h", "2026-11-16T21:52+1"})
+        EXPECT_FALSE(ReadPointInTime(text, now)) << text;
+}

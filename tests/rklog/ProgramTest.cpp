@@ -1,0 +1,222 @@
+#include "rklog/Program.h"
+#include "rklog/FollowedSource.h"
+#include "rklog/LogFiles.h"
+
+#include "../logging/LogFolder.h"
+
+#include <chrono>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <libxml/parser.h>
+#include <libxml/tree.h>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using namespace rklog;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace {
+
+struct Outcome {
+    int status;
+    std::string out, err;
+};
+
+Outcome Rklog(const std::vector<std::string>& arguments, bool isTerminal = false)
+{
+    std::ostringstream out, err;
+    const int status = RunProgram({arguments.begin(), arguments.end()}, isTerminal, out, err);
+    return {status, out.str(), err.str()};
+}
+
+std::string EntryAt(std::string_view date, std::string_view message, std::string_view level = "Info",
+                    std::string_view category = "General")
+{
+    std::string text = "<l:LogEntry><l:Timestamp>";
+    text.append(date).append(":7</l:Timestamp><l:Tid>7f01</l:Tid><l:Category>").append(category);
+    text.append("</l:Category><l:Severity>").append(level);
+    text.append(
+        "</l:Severity><l:Id>00000000-0000-0000-0000-000000000000</l:Id><l:Description></l:Description><l:Body>");
+    return text.append(message).append("</l:Body></l:LogEntry>\n");
+}
+
+void SetAge(const std::string& path, int minutes)
+{
+    std::filesystem::last_write_time(path,
+                                     std::filesystem::file_time_type::clock::now() - std::chrono::minutes(minutes));
+}
+
+/// The messages that a source has for now, one after the other.
+std::string MessagesOf(EntrySource& source)
+{
+    std::string messages;
+    for (Entry entry; source.Next(entry);)
+        messages += (entry.wholeness == Wholeness::Whole ? "" : "!") + std::string(entry.message) + " ";
+    return messages;
+}
+
+// What no output may let through: markup, quotes, separators, control characters, what is no UTF-8, U+FFFF.
+constexpr std::string_view kNasty =
+    "<b>&amp;\"',;\n</script><l:x>\x1B[31m\xC2\x9B\xE2\x80\xAE\xFF\xEF\xBF\xBF\x01\rend";
+
+}  // namespace
+
+TEST(Program, FindsWhatIsAskedFor)
+{
+    const LogFolder folder;
+    const CFUUIDBytes id = CrkGuid::StringToGuid(u"00112233-4455-6677-8899-AABBCCDDEEFF");
+    CrkLogWriter::Log(CrkLogWriter::LogError, u"Disk full & retrying", u"A & B", u"of Überfahrt", id);
+    CrkLogWriter::Log(CrkLogWriter::LogWarning, u"first\nSecond line", u"Cache");
+    CrkLogWriter::Log(CrkLogWriter::LogDebug, u"chatter");
+    CrkLogWriter::Log(static_cast<CrkLogWriter::ErkLogLevel>(-1), u"of no level");
+    const struct {
+        std::vector<std::string> arguments;
+        int count;
+    } cases[] = {
+        {{}, 4},
+        {{"--level", "Warning"}, 2},
+        {{"--level=logerror"}, 1},
+        {{"--level", "6"}, 3},
+        {{"--category", "A & B"}, 1},
+        {{"--category", "Cache", "--category=General"}, 3},
+        {{"--text", "full & r"}, 1},
+        {{"--text", "&amp;"}, 0},
+        {{"--text", "ÜBERFAHRT"}, 0},
+        {{"-i", "--text", "ÜBERFAHRT"}, 1},
+        {{"--text", "Disk", "--text", "first"}, 0},
+        {{"--regex", "^Second|full.*ing$"}, 2},
+        {{"--regex", "(x", "--level", "Error"}, -1},
+        {{"--id", "{00112233-4455-6677-8899-aabbccddeeff}"}, 1},  // as CrkGuid tells it
+        {{"--id", "33221100-5544-7766-8899-AABBCCDDEEFF"}, 1},    // as the log does
+        {{"--id", "12"}, -1},
+        {{"--thread", "0x1"}, 0},
+        {{"--since", "1h"}, 4},
+        {{"--until", "1h"}, 0},
+        {{"--since", "2200-01-01"}, 0},
+        {{"--level", "Loud"}, -1},
+        {{"--format", "pdf"}, -1},
+        {{"--count", "--stats"}, -1},
+        {{"--follow", "--stats"}, -1},
+        {{"--last"}, -1},
+        {{"--nonsense"}, -1},
+    };
+    for (const auto& c : cases) {
+        std::vector<std::string> arguments = c.arguments;
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        arguments.push_back(folder.Path("log"));
+        if (c.count >= 0)
+            arguments.emplace_back("--count");
+        const auto [status, out, err] = Rklog(arguments);
+        EXPECT_EQ(status, c.count < 0 ? 2 : c.count == 0 ? 1 : 0);
+        EXPECT_EQ(out, c.count < 0 ? "" : std::to_string(c.count) + "\n");
+        EXPECT_EQ(err.empty(), c.count >= 0);
+    }
+    EXPECT_THAT(Rklog({"--last", "2", folder.Path("log")}).out, Not(HasSubstr("Second")));
+    EXPECT_EQ(Rklog({folder.Path("none"), folder.Path("log"), "--count"}).status, 2);
+    EXPECT_EQ(Rklog({folder.Path("none"), folder.Path("log"), "--count"}).out, "4\n");
+    EXPECT_THAT(Rklog({"--level", "Error", folder.Path("log")}, /*isTerminal=*/true).out, HasSubstr("\x1B[31mError"));
+}
+
+TEST(Program, KnowsBackupsAndMergesByTime)
+{
+    const ScopedFolder folder;
+    folder.Write("a/messages.xml", EntryAt("11/18/26, 9:52 PM", "a3"));
+    folder.Write("a/11-16-26, 9-52 PM.xml", EntryAt("11/16/26, 9:52 PM", "a1") + EntryAt("11/16/26, 9:50 PM", "a1b"));
+    folder.Write("a/11-17-26, 9-52 AM.xml", EntryAt("11/17/26, 9:52 AM", "a2"));
+    folder.Write("a/settings.xml", "<settings/>");
+    folder.Write("b.xml", EntryAt("11/16/26, 11:00 PM", "b1") + "stray\n" + EntryAt("11/18/26, 11:00 PM", "b2"));
+    const auto order = [&](std::vector<std::string> arguments) {
+        std::string messages;
+        std::istringstream lines(Rklog(arguments).out);
+        for (std::string line; std::getline(lines, line);)
+            messages += line.substr(line.rfind(' ') + 1) + " ";
+        return messages;
+    };
+    for (const bool areCopied : {false, true}) {  // a copy may have lost the times of the last changes
+        SetAge(folder.Path("a/messages.xml"), areCopied ? 30 : 0);
+        SetAge(folder.Path("a/11-17-26, 9-52 AM.xml"), areCopied ? 10 : 20);
+        SetAge(folder.Path("a/11-16-26, 9-52 PM.xml"), areCopied ? 0 : 30);
+        EXPECT_EQ(order({folder.Path("a")}), "a1 a1b a2 a3 ") << areCopied;
+        EXPECT_EQ(order({folder.Path("b.xml"), folder.Path("a")}), "a1 a1b b1 stray a2 a3 b2 ");
+    }
+    EXPECT_EQ(order({folder.Path("b.xml"), folder.Path("a"), "--since", "2026-11-17", "--until=2026-11-18T21:52"}),
+              "a2 a3 ");
+}
+
+TEST(Program, WritesWhatNoMessageCanBreak)
+{
+    const ScopedFolder folder;
+    const CString path =
+        folder.Write("log.xml", EntryAt("11/16/26, 9:52 PM", kNasty) + EntryAt("11/16/26, 9:53 PM", "next"));
+    const auto run = [&](const char* format) { return Rklog({"--format", format, path.ToUtf8()}).out; };
+
+    EXPECT_EQ(run("text"), "2026-11-16 21:52  Info       General  <b>&\"',;\n    "
+                           "</script><l:x>\\x1B[31m\\x9B\\u202E\uFFFD\uFFFF\\x01\\x0Dend\n"
+                           "2026-11-16 21:53  Info       General  next\n");
+    const std::string json = run("json");
+    EXPECT_THAT(json, HasSubstr(R"("message":"<b>&\"',;\n</script><l:x>\u001b[31m)"));
+    EXPECT_EQ(std::count(json.begin(), json.end(), '\n'), 2);
+    EXPECT_THAT(
+        json, HasSubstr(R"("description":"","id":"","thread":"7f01","timestamp":"11/16/26, 9:52 PM:7","seconds":7,)"));
+    EXPECT_THAT(run("csv"), HasSubstr("\"<b>&\"\"',;\n</script>"));
+
+    const std::string xml = run("xml");
+    const std::unique_ptr<xmlDoc, void (*)(xmlDoc*)> document(
+        xmlReadMemory(xml.data(), static_cast<int>(xml.size()), "", nullptr, XML_PARSE_NONET), xmlFreeDoc);
+    ASSERT_TRUE(document);
+    EXPECT_EQ(xmlChildElementCount(xmlDocGetRootElement(document.get())), 2U);
+    EXPECT_THAT(xml, HasSubstr("<message>&lt;b&gt;&amp;\"',;\n&lt;/script&gt;"));
+
+    const std::string page = run("html");
+    EXPECT_THAT(page, HasSubstr(R"(\u003cb>&\"',;\n\u003c/script>)"));
+    EXPECT_THAT(page, Not(HasSubstr("<b>")));
+    EXPECT_THAT(page, Not(HasSubstr("NONCE")));
+    EXPECT_NE(page, run("html"));  // a new nonce
+
+    const std::string stats = Rklog({"--stats", path.ToUtf8()}).out;
+    EXPECT_THAT(stats, HasSubstr("2 entries\n"));
+    EXPECT_THAT(stats, HasSubstr("1  2026-11-16T21:53\n"));
+    EXPECT_THAT(stats, HasSubstr("60  seconds, from 2026-11-16T21:52 to 2026-11-16T21:53"));
+}
+
+TEST(Program, FollowsALogThroughWhateverHappensToIt)
+{
+    const LogFolder folder(LogFolder::kEverything, "logs/");
+    std::ostringstream err;
+    Trouble trouble(err);
+    FollowedSource source(folder.Path("logs"), trouble);
+    FollowedSource late(folder.Path("not/yet"), trouble);
+    EXPECT_EQ(MessagesOf(source) + MessagesOf(late), "");
+
+    CrkLogWriter::Log(CrkLogWriter::LogInfo, u"1");
+    EXPECT_EQ(MessagesOf(source), "1 ");
+    EXPECT_EQ(MessagesOf(source), "");
+    // Rolled over between two looks, with an entry before and after, and once more.
+    CrkLogWriter::Log(CrkLogWriter::LogInfo, u"2");
+    std::filesystem::rename(folder.ActivePath(), folder.Path("logs/x1.xml"));
+    CrkLogWriter::Log(CrkLogWriter::LogInfo, u"3");
+    std::filesystem::rename(folder.ActivePath(), folder.Path("logs/x2.xml"));
+    CrkLogWriter::Log(CrkLogWriter::LogInfo, u"4");
+    std::string messages = MessagesOf(source);
+    EXPECT_EQ(messages += MessagesOf(source), "2 3 4 ");
+    // A torn entry is waited for, and the writer puts another in its place.
+    std::ofstream(folder.ActivePath(), std::ios::app)
+        << "<l:LogEntry><l:Timestamp>11/16/26, 9:52 PM:1</l:Timestamp><l:Tid>";
+    EXPECT_EQ(MessagesOf(source), "");
+    CrkLogWriter::Log(CrkLogWriter::LogInfo, u"5");
+    EXPECT_EQ(MessagesOf(source), "5 ");
+    std::filesystem::resize_file(folder.ActivePath(), 0);
+    CrkLogWriter::Log(CrkLogWriter::LogInfo, u"6");
+    EXPECT_EQ(MessagesOf(source), "6 ");
+    std::filesystem::remove_all(folder.Path("logs"));
+    messages = MessagesOf(source);
+    CrkLogWriter::Log(CrkLogWriter::LogInfo, u"7");
+    messages += MessagesOf(source);
+    EXPECT_EQ(messages += MessagesOf(source), "7 ");
+
+    folder.Write("not/yet/messages.xml", EntryAt("", "8"));
+    EXPECT_EQ(MessagesOf(late), "8 ");
+    EXPECT_EQ(err.str(), "");
+}

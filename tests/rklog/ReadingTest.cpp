@@ -1,0 +1,118 @@
+#include "rklog/EntryReader.h"
+#include "rklog/EntryText.h"
+#include "rklog/Levels.h"
+
+#include "../logging/LogFolder.h"
+
+#include <string>
+#include <vector>
+
+using namespace rklog;
+
+namespace {
+
+// "category/severity/message" of whole entries, "torn:message" and "stray:message" of the others.
+std::string Told(const Entry& entry)
+{
+    const std::string message = Unescaped(entry.message);
+    if (entry.wholeness != Wholeness::Whole)
+        return (entry.wholeness == Wholeness::Torn ? "torn:" : "stray:") + message;
+    return Unescaped(entry.category) + "/" + std::string(NameOf(entry.level)) + "/" + message;
+}
+
+std::vector<std::string> Scanned(std::string_view log, std::size_t blockByteCount, std::size_t longest = 1 << 28)
+{
+    EntryScanner scanner(longest);
+    std::vector<std::string> told;
+    std::uint64_t end = 0;
+    Entry entry;
+    const auto take = [&] {
+        while (scanner.Next(entry)) {
+            EXPECT_EQ(entry.offset, end);
+            end = scanner.Offset();
+            told.push_back(Told(entry));
+        }
+    };
+    for (; !log.empty(); log.remove_prefix(std::min(log.size(), blockByteCount))) {
+        const std::string_view block = log.substr(0, blockByteCount);
+        block.copy(scanner.Room(), block.size());
+        scanner.Took(block.size());
+        take();
+    }
+    scanner.Finish();
+    take();
+    return told;
+}
+
+std::string EntryOf(std::string_view message)
+{
+    return "<l:LogEntry><l:Timestamp>11/16/26, 9:52 PM:125</l:Timestamp><l:Tid>7f01</l:Tid><l:Category>A</l:Category>"
+           "<l:Severity>Info</l:Severity><l:Id>00000000-0000-0000-0000-000000000000</l:Id><l:Description></"
+           "l:Description>"
+           "<l:Body>" +
+           std::string(message) + "</l:Body></l:LogEntry>\n";
+}
+
+}  // namespace
+
+TEST(Reading, GivesBackWhateverTheWriterWrote)
+{
+    const LogFolder folder;
+    const std::string messages[] = {"plain & simple &amp;",
+                                    "",
+                                    "a < b > c </l:Body> <l:Body>",
+                                    "two\nlines\r\n",
+                                    std::string("\0\x01\x1B[31m\x7F", 8),
+                                    "<map><topic text='x'/></map>",
+                                    "</l:Description><l:Body>",
+                                    "quoted: " + EntryOf("inner"),
+                                    "</l:Body></l:LogEntry>\nand on",
+                                    std::string(3 << 20, 'x'),
+                                    "Ł\U0001F600"};
+    std::vector<std::string> expected;
+    for (const std::string& message : messages) {
+        CrkLogWriter::LogInternal(CrkLogWriter::LogWarning, CString(message), u"<C> & </l:Category>", u"d</l:Id>",
+                                  CrkGuid::c_nullGuid);
+        expected.push_back("<C> & </l:Category>/Warning/" + message);
+    }
+    CrkLogWriter::Log(static_cast<CrkLogWriter::ErkLogLevel>(-1), u"of no level");
+    expected.emplace_back("General//of no level");
+
+    std::vector<std::string> read;
+    EntryReader reader(folder.ActivePath());
+    for (Entry entry; reader.Next(entry);) {
+        read.push_back(Told(entry));
+        EXPECT_EQ(entry.description.substr(0, 2), entry.level ? "d<" : "");
+    }
+    // What stands behind a footer inside a message cannot be told from text behind an entry; nothing of it is lost.
+    expected[7] = "<C> & </l:Category>/Warning/quoted: " + EntryOf("inner");
+    EXPECT_EQ(read, expected);
+}
+
+TEST(Reading, LosesNothingOfDamagedLogsHoweverTheBlocksFall)
+{
+    const std::string whole = EntryOf("one");
+    const struct {
+        std::string log;
+        std::vector<std::string> told;
+    } cases[] = {
+        {whole + whole, {"A/Info/one", "A/Info/one"}},
+        {whole + whole.substr(0, whole.size() - 1), {"A/Info/one", "torn:one</l:Body></l:LogEntry>"}},
+        {whole + whole.substr(0, 60), {"A/Info/one", "torn:"}},
+        {whole + "<l:LogEntry><l:Time", {"A/Info/one", "stray:<l:LogEntry><l:Time"}},
+        {whole.substr(0, 200) + "\n" + whole, {"torn:", "A/Info/one"}},
+        {"junk\n" + whole + "more\njunk\n" + whole, {"stray:junk\n", "A/Info/one", "stray:more\njunk\n", "A/Info/one"}},
+        {std::string(40, '\0') + "\n" + whole, {"stray:" + std::string(40, '\0') + "\n", "A/Info/one"}},
+        {"", {}},
+        {"\n", {"stray:\n"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.log);
+        for (std::size_t block = 1; block < 600; block = block * 3 / 2 + 1)
+            EXPECT_EQ(Scanned(c.log, block), c.told) << block;
+    }
+    // An entry without end comes in pieces.
+    const std::vector<std::string> pieces = Scanned(EntryOf(std::string(100, 'x')), 50, /*longest=*/150);
+    ASSERT_GT(pieces.size(), 1U);
+    EXPECT_TRUE(pieces[0].starts_with("torn:") && pieces[1].starts_with("stray:"));
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace rklog {
+
+/// Counts texts in constant memory: when too many different ones are there, the rarer half is forgotten.
+class Tally {
+public:
+    using Row = std::pair<std::string, std::uint64_t>;
+
+    explicit Tally(std::size_t mostTexts = 200'000) : m_mostTexts(mostTexts) {}
+
+    void Count(std::string_view text);
+    /// The rows with the highest counts, the highest first, then by text.
+    [[nodiscard]] std::vector<Row> Highest(std::size_t rowCount) const;
+    /// How many a count may be too low by, and a text that is not there may have had.
+    [[nodiscard]] std::uint64_t PossibleError() const { return m_possibleError; }
+    [[nodiscard]] std::size_t RowCount() const { return m_counts.size(); }
+
+private:
+    struct Hash : std::hash<std::string_view> {
+        using is_transparent = void;
+    };
+    void ForgetRarer();
+
+    std::size_t m_mostTexts;
+    std::unordered_map<std::string, std::uint64_t, Hash, std::equal_to<>> m_counts;
+    std::uint64_t m_possibleError = 0;
+};
+
+}  // namespace rklog
