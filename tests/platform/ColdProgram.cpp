@@ -1,9 +1,10 @@
-// A program that links the library and nothing else, for what only a fresh process shows; ServicesTest runs it. Each
+// A program that links the library and nothing else, for what only a fresh process shows; FirstUseTest runs it. Each
 // argument is a step, and the first that fails ends it with status 1.
 //
 //     NAME           the first use of a family: case, names, numbers, dates, preferences, settings
 //     threads        all uses by many threads at once
 //     child          all uses in a child after a fork
+//     forks          children of many forks while threads ask for other locales' texts and numbers
 //     late           all uses in the destructor of a static object; with RK_EARLY set also in its constructor
 #include "RkUtilities/RkUtilities.h"
 
@@ -73,6 +74,43 @@ bool UseInChild()
     return waitpid(child, &status, 0) == child && status == 0;
 }
 
+/// Texts and numbers of a locale that others may ask for at once; each name is another one, so that ICU makes its objects.
+void UseLocale(unsigned name)
+{
+    rk::SetUserLocale((name % 2 == 0 ? "de_DE@x=" : "ja_JP@x=") + std::to_string(name % 100));
+    long number = 0;
+    static_cast<void>(CrkStringConversionUtilities::StringToLong(u"1E3", number));
+    static_cast<void>(CrkLogWriter::CurrentTimeString(kCFDateFormatterFullStyle));
+    static_cast<void>(CTime(2026, 11, 16, 12, 0, 0).GetHour());
+    static_cast<void>(CrkPathUtilities::CalcRelativePathname(u"/\u00C9/a", u"/\u00E9"));
+}
+
+bool ForkWhileThreadsWork()
+{
+    constexpr int kForks = 150;
+    std::atomic<bool> isOver = false;
+    std::vector<std::jthread> threads;
+    for (unsigned i = 0; i < 3; ++i)
+        threads.emplace_back([&isOver, i] {
+            for (unsigned name = i; !isOver; name += 7)
+                UseLocale(name);
+        });
+    int ended = 0;
+    for (unsigned i = 0; i < kForks; ++i) {
+        const pid_t child = fork();
+        if (child == 0) {
+            alarm(20);  // ends one that hangs
+            UseLocale(i);
+            static_cast<void>(CString(u"\u00FCber").MakeUpper());
+            _exit(0);
+        }
+        int status = -1;
+        ended += waitpid(child, &status, 0) == child && status == 0 ? 1 : 0;
+    }
+    isOver = true;
+    return ended == kForks;
+}
+
 /// Made before main and destroyed after it.
 struct Static {
     Static()
@@ -94,6 +132,8 @@ bool Make(std::string_view step)
         return UseInThreads();
     else if (step == "child")
         return UseInChild();
+    else if (step == "forks")
+        return ForkWhileThreadsWork();
     else if (step == "late")
         lastObject.isWanted = true;
     else {

@@ -150,8 +150,8 @@ std::u16string_view LocalDateText(const std::string& locale, DateStyle date, Dat
     const StylePair styles{date, time};
     if (styles.Index() == 0)
         return {};
-    // By locale, zone and moment: the second, or the first one of the minute.
-    using LastText = SameAsLast<std::tuple<std::string, std::uint64_t, std::int64_t>, std::u16string>;
+    // By moment (the second, or the first one of the minute), zone and locale.
+    using LastText = SameAsLast<std::tuple<std::int64_t, std::uint64_t, std::string>, std::u16string>;
     struct LastTexts {
         std::array<LastText, kStyleCount * kStyleCount> byStyles;
     };
@@ -160,7 +160,7 @@ std::u16string_view LocalDateText(const std::string& locale, DateStyle date, Dat
     const std::int64_t second = (utcSeconds % kSecondsAMinute + kSecondsAMinute) % kSecondsAMinute;
     bool isKept = true;
     const std::u16string& text =
-        last.For(std::forward_as_tuple(locale, zone, styles.ShowsSeconds() ? utcSeconds : utcSeconds - second), [&] {
+        last.For(std::forward_as_tuple(styles.ShowsSeconds() ? utcSeconds : utcSeconds - second, zone, locale), [&] {
             const CalendarTime fields = LocalCalendar(utcSeconds);
             isKept = zone != 0 && (styles.ShowsSeconds() ||
                                    (utcSeconds >= kWholeMinutesSince && fields.second == static_cast<int>(second)));

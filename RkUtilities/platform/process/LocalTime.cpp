@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <mutex>
@@ -58,33 +59,36 @@ bool HasMemoryForZone()
     return memory != nullptr;
 }
 
+/// Whether the C library's zone is that of `TZ`, or of the system as it was seen within this second.
+bool IsUpToDate(const char* variable)
+{
+    if (!zone.isKnown || zone.source.isVariable != (variable != nullptr))
+        return false;
+    return variable != nullptr ? std::strcmp(variable, zone.source.variable.data()) == 0
+                               : CoarseSeconds() == zone.lookedAt;
+}
+
 /// localtime_r reads the zone once, and a changed one only after tzset. False when a zone should be read and cannot be now.
 bool UpdateZone()
 {
     const char* const variable = std::getenv("TZ");
-    const std::string_view value(variable != nullptr ? variable : "");
+    if (IsUpToDate(variable))
+        return true;
     ZoneSource source;
     source.isVariable = variable != nullptr;
+    const std::string_view value(variable != nullptr ? variable : "");
     const bool fits = value.size() < source.variable.size();  // a longer one counts as changed each time
-    const bool isSameKind = zone.isKnown && zone.source.isVariable == source.isVariable;
+    struct stat facts {};
     if (source.isVariable && fits) {
-        if (isSameKind && value == zone.source.variable.data())
-            return true;
         value.copy(source.variable.data(), value.size());
-    } else if (!source.isVariable) {
-        const std::time_t now = CoarseSeconds();
-        if (isSameKind && now == zone.lookedAt)
-            return true;
-        struct stat facts {};
-        if (stat(kSystemZone, &facts) == 0) {
-            source.device = facts.st_dev;
-            source.file = facts.st_ino;
-            source.fileTime = facts.st_mtime;
-        }
-        zone.lookedAt = now;
-        if (isSameKind && zone.source == source)
-            return true;
+    } else if (!source.isVariable && stat(kSystemZone, &facts) == 0) {
+        source.device = facts.st_dev;
+        source.file = facts.st_ino;
+        source.fileTime = facts.st_mtime;
     }
+    zone.lookedAt = CoarseSeconds();
+    if (zone.isKnown && zone.source == source)
+        return true;
     if (!HasMemoryForZone())
         return false;
     tzset();

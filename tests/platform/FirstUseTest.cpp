@@ -23,11 +23,17 @@ std::string PrintedBy(const std::string& steps, const std::string& variables = "
     return status == 0 ? output : output + "status " + std::to_string(status);
 }
 
-TEST(Services, MayBeUsedFirstByAnyThreadAtAnyTime)
+TEST(FirstUse, MayBeMadeByAnyThreadAtAnyTime)
 {
     for (const char* const steps : {"threads", "threads threads", "child", "late", "threads late", "case late"})
         EXPECT_EQ(PrintedBy(steps), "") << steps;
     EXPECT_EQ(PrintedBy("late", "RK_EARLY=1"), "");
+}
+
+TEST(Fork, LeavesNoLockHeldInAChild)
+{
+    for (const char* const variables : {"TZ=Europe/Berlin", "TZ=UTC RK_EARLY=1"})
+        EXPECT_EQ(PrintedBy("forks", variables), "") << variables;
 }
 
 }  // namespace
