@@ -3,6 +3,7 @@
 #include "mindmap/measure/Style.h"
 #include "mindmap/read/CleanText.h"
 #include "mindmap/read/Link.h"
+#include "mindmap/write/RunPlace.h"
 #include "mindmap/write/Tooltip.h"
 #include "mindmap/write/TopicIds.h"
 #include "mindmap/write/XmlStream.h"
@@ -17,15 +18,6 @@ namespace mindmap {
 namespace {
 
 constexpr float kTurnRadius = 6;
-constexpr float kIconRise = 10;  // from an icon's top to the baseline of its text
-
-// Signs of 12 by 12 units, drawn with the stroke of whoever uses them.
-constexpr char16_t kIcons[] = uR"(<defs>
-<g id="icon-date" fill="none" stroke-width="1.2"><path d="M1.5 3h9v7.5h-9zM1.5 5.5h9M4 1.2v2.6M8 1.2v2.6"/></g>
-<g id="icon-amount" fill="none" stroke-width="1.2"><path d="M.8 3h10.4v6.6H.8z"/><circle cx="6" cy="6.3" r="1.5"/></g>
-<g id="icon-link" fill="none" stroke-width="1.2"><path d="M5 2.6H1.8v7.6h7.6V7M7 1.6h3.4V5M10.2 1.8 5.6 6.4"/></g>
-</defs>
-)";
 
 std::u16string_view IconOf(TextRole role)
 {
@@ -188,25 +180,20 @@ private:
         const Font font = isTitle ? titleFont : kDetailFont;
         const bool isAccent = run.role == TextRole::Amount || run.role == TextRole::Link;
         const Color color{isTitle ? look.title : isAccent ? look.accent : look.detail};
-        const bool isMiddle = shape.text.isCentred && !run.hasIcon;
-        const bool beginsRight = shape.text.direction == Direction::RightToLeft;
-        const float towardsEnd = beginsRight ? -1.0F : 1.0F;
-        const float start = shape.textOrigin.x + towardsEnd * static_cast<float>(run.start);
-        const float baseline = shape.textOrigin.y + static_cast<float>(run.baseline);
+        const RunPlace place = PlaceOf(run, shape);
 
         if (run.hasIcon)
-            m_xml << u"<use xlink:href=\"" << IconOf(run.role) << u"\" x=\""
-                  << (beginsRight ? start + kIconGap : start - kIconGap - kIconSize) << u"\" y=\""
-                  << baseline - kIconRise << u"\" stroke=\"" << color << u"\"/>";
-        m_xml << u"<text x=\"" << (isMiddle ? shape.bounds.x + shape.bounds.width / 2 : start) << u"\" y=\"" << baseline
-              << u"\" font-size=\"" << font.size << u"\" fill=\"" << color;
+            m_xml << u"<use xlink:href=\"" << IconOf(run.role) << u"\" x=\"" << place.iconX << u"\" y=\""
+                  << place.iconTop << u"\" stroke=\"" << color << u"\"/>";
+        m_xml << u"<text x=\"" << place.x << u"\" y=\"" << place.baseline << u"\" font-size=\"" << font.size
+              << u"\" fill=\"" << color;
         if (font.weight == Weight::Bold)
             m_xml << u"\" font-weight=\"bold";
         if (run.direction == Direction::RightToLeft)
             m_xml << u"\" direction=\"rtl\" unicode-bidi=\"embed";
-        if (isMiddle)
+        if (place.anchor == Anchor::Middle)
             m_xml << u"\" text-anchor=\"middle";
-        else if (run.direction != shape.text.direction)
+        else if (place.anchor == Anchor::End)
             m_xml << u"\" text-anchor=\"end";
         m_xml << u"\">";
         WriteFontParts(run.text);

@@ -1,8 +1,7 @@
 #include "mindmap/write/Tooltip.h"
 
-#include "mindmap/measure/Dates.h"
 #include "mindmap/read/CleanText.h"
-#include "mindmap/read/Link.h"
+#include "mindmap/write/TopicFacts.h"
 
 #include <RkUtilities/strings/CrkStringUtilities.h>
 
@@ -12,13 +11,9 @@ namespace mindmap {
 
 CString ComposeTooltip(const Topic& topic, const BranchSum& sum)
 {
-    const CString amount = ShownAmount(topic, sum);
-    const CString branchSum = ShownSum(sum);
-    const bool isOwnTheSum = branchSum == amount || branchSum == u"Σ " + amount;
-    const Link link = ReadLink(topic.link);
-    std::array<CString, 7> lines = {
-        topic.text,   topic.note,     DateTooltip(topic.date), amount, isOwnTheSum ? CString() : branchSum,
-        link.address, link.parameters};
+    const TopicFacts facts = FactsOf(topic, sum);
+    std::array<CString, 7> lines = {topic.text, topic.note,         facts.dates,          facts.amount,
+                                    facts.sum,  facts.link.address, facts.link.parameters};
     for (CString& line : lines)
         line = ShortenForTooltip(line);
     return WrapTooltip(CrkStringUtilities::Combine(u"\n", lines.data(), lines.size(), /*skipEmptyParts=*/true));

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "mindmap/measure/BranchSums.h"
+#include "mindmap/read/Link.h"
+
+namespace mindmap {
+
+/// All that is known of a topic in the user's locale, whole, beside its text and note. "" for what there is not.
+struct TopicFacts {
+    CString dates;   ///< in words, and the weeks they fall into (DateTooltip)
+    CString amount;  ///< its own, or the sum of its branch
+    CString sum;     ///< of its branch, where the amount is another one
+    Link link;
+};
+
+TopicFacts FactsOf(const Topic& topic, const BranchSum& sum);
+
+}  // namespace mindmap
