@@ -8,6 +8,7 @@
 #include "mindmap/read/FileError.h"
 #include "mindmap/read/OutlineFile.h"
 #include "mindmap/write/BranchColors.h"
+#include "mindmap/write/HtmlWriter.h"
 #include "mindmap/write/MapFile.h"
 #include "mindmap/write/SvgWriter.h"
 
@@ -36,6 +37,12 @@ CString WithExtension(const CString& path, const CString& extension)
     const CString base = CrkPathUtilities::FileWithoutExtensionFromFilename(path);
     const CString name = base.IsEmpty() ? CrkPathUtilities::FileWithExtensionFromFilename(path) : base;
     return CrkPathUtilities::PathFromFilename(path) + CrkPathUtilities::AddExtension(name, extension);
+}
+
+bool IsHtml(const CString& path)
+{
+    const CString extension = CrkPathUtilities::GetExtensionFromFileName(path);
+    return extension.CompareNoCase(u"html") == 0 || extension.CompareNoCase(u"htm") == 0;
 }
 
 /// The user's locale, as long as the object lives; the environment's when the name is empty.
@@ -122,9 +129,12 @@ CString Draw(const Options& options, RunLog& log)
 
     const Legend legend = MakeLegend(outline, map);
     MapFile file(options.mapPath, options.mayReplaceMap ? Overwrite::Allowed : Overwrite::Never);
-    WriteSvg(
-        outline, map, legend, ChosenDesign(), NameTopics(outline, map, log),
-        [&](const CString& piece) { file.Write(piece); }, progress);
+    const TextSink sink = [&](const CString& piece) { file.Write(piece); };
+    const std::vector<CString> guids = NameTopics(outline, map, log);
+    if (IsHtml(options.mapPath))
+        WriteHtml(outline, map, ChosenDesign().shapes, sink, progress);
+    else
+        WriteSvg(outline, map, legend, ChosenDesign(), guids, sink, progress);
     const CString mapPath = file.Commit();
     RememberFolderOf(options.outlinePath);
 
