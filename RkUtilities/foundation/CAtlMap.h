@@ -10,9 +10,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <iterator>
+#include <memory>
+#include <span>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 namespace rk {
 
@@ -89,7 +91,7 @@ public:
     /// The bucket count in use, or the one to start with.
     unsigned int GetHashTableSize() const noexcept
     {
-        return m_buckets.empty() ? m_firstBucketCount : static_cast<unsigned int>(m_buckets.size());
+        return m_buckets.count == 0 ? m_firstBucketCount : m_buckets.count;
     }
 
     std::size_t GetCount() const noexcept { return m_count; }
@@ -138,7 +140,7 @@ public:
         Node* const node = FindKey(key);
         if (!node)
             return false;
-        Node** link = &m_buckets[BucketOf(node->hash)];
+        Node** link = &m_buckets.first[BucketOf(node->hash)];
         while (*link != node)
             link = &(*link)->next;
         *link = node->next;
@@ -150,10 +152,10 @@ public:
     /// Removes all entries and frees the memory.
     void RemoveAll() noexcept
     {
-        const std::vector<Node*> buckets = std::exchange(m_buckets, {});
+        const Buckets buckets = std::exchange(m_buckets, {});
         m_count = 0;
         if constexpr (!std::is_trivially_destructible_v<CPair>) {
-            for (Node* node : buckets) {
+            for (Node* node : buckets.All()) {
                 while (node)
                     m_pool.Destroy(std::exchange(node, node->next));
             }
@@ -209,6 +211,30 @@ private:
         CPair entry;
     };
 
+    /// The first node of each bucket. No std::vector, whose layout changes with the checks of the standard library.
+    struct Buckets {
+        Buckets() = default;
+        explicit Buckets(std::uint32_t bucketCount) : first(std::make_unique<Node*[]>(bucketCount)), count(bucketCount) {}
+        Buckets(Buckets&& other) noexcept : first(std::move(other.first)), count(std::exchange(other.count, 0)) {}
+        Buckets& operator=(Buckets&& other) noexcept
+        {
+            first = std::move(other.first);
+            count = std::exchange(other.count, 0);
+            return *this;
+        }
+
+        std::span<Node*> All() const noexcept { return {first.get(), count}; }
+        std::uint32_t Of(std::uint32_t hash) const noexcept
+        {
+            const std::uint32_t mask = count - 1;
+            return (count & mask) == 0 ? hash & mask : hash % count;  // a division costs as much as the hash of a name
+        }
+        void Link(Node* node) noexcept { node->next = std::exchange(first[Of(node->hash)], node); }
+
+        std::unique_ptr<Node*[]> first;
+        std::uint32_t count = 0;
+    };
+
     static POSITION PositionOf(const Node* node) noexcept
     {
         return reinterpret_cast<POSITION>(const_cast<Node*>(node));  // a position says nothing about const
@@ -216,19 +242,13 @@ private:
     static Node* NodeAt(POSITION position) noexcept { return reinterpret_cast<Node*>(position); }
     static CPair& EntryAt(POSITION position) noexcept { return NodeAt(position)->entry; }
 
-    static std::uint32_t BucketOf(std::uint32_t hash, const std::vector<Node*>& buckets) noexcept
-    {
-        const auto count = static_cast<std::uint32_t>(buckets.size());
-        const std::uint32_t mask = count - 1;
-        return (count & mask) == 0 ? hash & mask : hash % count;  // a division costs as much as the hash of a name
-    }
-    std::uint32_t BucketOf(std::uint32_t hash) const noexcept { return BucketOf(hash, m_buckets); }
+    std::uint32_t BucketOf(std::uint32_t hash) const noexcept { return m_buckets.Of(hash); }
 
     POSITION FirstFromBucket(std::size_t bucket) const noexcept
     {
-        const auto found = std::find_if(m_buckets.begin() + static_cast<std::ptrdiff_t>(bucket), m_buckets.end(),
-                                        [](const Node* node) { return node != nullptr; });
-        return found == m_buckets.end() ? nullptr : PositionOf(*found);
+        const std::span<Node*> buckets = m_buckets.All().subspan(bucket);
+        const auto found = std::find_if(buckets.begin(), buckets.end(), [](const Node* node) { return node != nullptr; });
+        return found == buckets.end() ? nullptr : PositionOf(*found);
     }
     POSITION PositionAfter(POSITION position) const noexcept
     {
@@ -259,9 +279,9 @@ private:
 
     Node* Find(std::uint32_t hash, typename KTraits::INARGTYPE key) const
     {
-        if (m_buckets.empty())
+        if (m_buckets.count == 0)
             return nullptr;
-        for (Node* node = m_buckets[BucketOf(hash)]; node; node = node->next) {
+        for (Node* node = m_buckets.first[BucketOf(hash)]; node; node = node->next) {
             if (node->hash == hash && KTraits::CompareElements(node->entry.m_key, key))
                 return node;
         }
@@ -292,7 +312,7 @@ private:
             m_pool.Destroy(node);
             throw;
         }
-        Link(node, m_buckets);
+        m_buckets.Link(node);
         ++m_count;
         return node;
     }
@@ -300,16 +320,11 @@ private:
     /// Blocks grow with the map, up to a size from which an allocation hardly costs more for each node.
     std::size_t BlockNodeCount() const noexcept { return std::clamp<std::size_t>(m_count, 10, 250); }
 
-    static void Link(Node* node, std::vector<Node*>& buckets) noexcept
-    {
-        node->next = std::exchange(buckets[BucketOf(node->hash, buckets)], node);
-    }
-
     void MakeRoomForOneMore()
     {
-        if (m_buckets.empty())
-            m_buckets.resize(m_firstBucketCount);
-        else if (m_count >= 2 * m_buckets.size())
+        if (m_buckets.count == 0)
+            m_buckets = Buckets(m_firstBucketCount);
+        else if (m_count >= 2 * std::size_t{m_buckets.count})
             Grow();
     }
 
@@ -323,12 +338,12 @@ private:
         const auto* const wider = std::lower_bound(std::begin(kBucketCounts), std::end(kBucketCounts), 2 * m_count);
         if (wider == std::end(kBucketCounts))
             return;
-        std::vector<Node*> buckets(*wider);
-        for (Node* node : m_buckets) {
+        Buckets buckets(*wider);
+        for (Node* node : m_buckets.All()) {
             while (node)
-                Link(std::exchange(node, node->next), buckets);
+                buckets.Link(std::exchange(node, node->next));
         }
-        m_buckets.swap(buckets);
+        m_buckets = std::move(buckets);
     }
 
     void CopyEntries(const CAtlMap& other)
@@ -336,10 +351,10 @@ private:
         m_firstBucketCount = other.m_firstBucketCount;
         if (other.m_count == 0)
             return;
-        m_buckets.resize(other.m_buckets.size());
-        for (std::size_t bucket = 0; bucket < m_buckets.size(); ++bucket) {
-            Node** end = &m_buckets[bucket];
-            for (const Node* node = other.m_buckets[bucket]; node; node = node->next) {
+        m_buckets = Buckets(other.m_buckets.count);
+        for (std::size_t bucket = 0; bucket < m_buckets.count; ++bucket) {
+            Node** end = &m_buckets.first[bucket];
+            for (const Node* node = other.m_buckets.first[bucket]; node; node = node->next) {
                 *end = m_pool.Create(BlockNodeCount(), node->hash, node->entry.m_key, node->entry.m_value);
                 end = &(*end)->next;
                 ++m_count;
@@ -350,13 +365,13 @@ private:
     void Swap(CAtlMap& other) noexcept
     {
         m_pool.Swap(other.m_pool);
-        m_buckets.swap(other.m_buckets);
+        std::swap(m_buckets, other.m_buckets);
         std::swap(m_count, other.m_count);
         std::swap(m_firstBucketCount, other.m_firstBucketCount);
     }
 
     rk::NodePool<Node> m_pool;
-    std::vector<Node*> m_buckets;
+    Buckets m_buckets;
     std::size_t m_count = 0;
     unsigned int m_firstBucketCount = 17;
 };
