@@ -1,16 +1,14 @@
 #pragma once
 
 #include <algorithm>
-#include <bit>
 #include <concepts>
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <ranges>
 #include <set>
 #include <type_traits>
+#include <unordered_set>
 #include <utility>
-#include <vector>
 
 namespace rk {
 
@@ -67,40 +65,6 @@ concept EqualityComparable = requires(const Left& left, const Right& right)
         } -> std::convertible_to<bool>;
 };
 
-/// A set of addresses in one piece of memory: each stands in the first free slot from the one that it hashes to.
-class AddressSet {
-public:
-    /// Room for that many addresses, and always for a free slot where a search ends.
-    explicit AddressSet(std::size_t mostCount) : m_slots(std::bit_ceil(mostCount + mostCount / 2 + 2)) {}
-
-    void Add(std::uintptr_t address)
-    {
-        if (address == 0)
-            m_hasNull = true;
-        else
-            m_slots[SlotOf(address)] = address;
-    }
-    [[nodiscard]] bool Has(std::uintptr_t address) const
-    {
-        return address == 0 ? m_hasNull : m_slots[SlotOf(address)] == address;
-    }
-
-private:
-    /// The slot of the address, or the free one where it belongs.
-    [[nodiscard]] std::size_t SlotOf(std::uintptr_t address) const
-    {
-        constexpr std::uint64_t kGoldenRatio = 0x9E3779B97F4A7C15;  // spreads addresses with a common distance
-        const int bitCount = std::countr_zero(m_slots.size());
-        auto slot = static_cast<std::size_t>(address * kGoldenRatio >> (64 - bitCount));
-        while (m_slots[slot] != 0 && m_slots[slot] != address)
-            slot = (slot + 1) & (m_slots.size() - 1);
-        return slot;
-    }
-
-    std::vector<std::uintptr_t> m_slots;  // a power of 2 of them, 0 where free
-    bool m_hasNull = false;
-};
-
 }  // namespace rk
 
 /// Queries on arrays of references to objects: does one hold these very objects, and where are equal ones?
@@ -132,14 +96,10 @@ public:
     static bool containsAnyObjectsIdenticalTo(Array&& array, Objects&& objects)
     {
         using Common = rk::CommonAddress<rk::RangeReference<Array>, rk::RangeReference<Objects>>;
-        const auto addressOf = [](const auto& reference) {
-            const Common address = rk::AddressOf(reference);
-            return reinterpret_cast<std::uintptr_t>(address);
-        };
-        rk::AddressSet addresses(static_cast<std::size_t>(std::ranges::distance(array)));
+        std::unordered_set<Common> addresses(static_cast<std::size_t>(std::ranges::distance(array)));
         for (auto&& element : array)
-            addresses.Add(addressOf(element));
-        return std::ranges::any_of(objects, [&](const auto& object) { return addresses.Has(addressOf(object)); });
+            addresses.insert(rk::AddressOf(element));
+        return std::ranges::any_of(objects, [&](const auto& object) { return addresses.contains(rk::AddressOf(object)); });
     }
 
     /// The positions, from 0, of objects that are equal to one of `objects`: for each of those the lowest position
