@@ -11,7 +11,7 @@
 /// look-up. Nothing throws but `std::bad_alloc`. Safe from any thread.
 class RK_EXPORT CrkLocaleUtilities {
 public:
-    // --- Digits of numbers and amounts ---------------------------------------------------------------------------
+    // --- Digits of numbers and amounts
 
     /// The decimal separator of amounts of money: "." in en_US, "," in de_DE, "." in fr_CH, "$" in pt_CV.
     ///
@@ -23,7 +23,7 @@ public:
     /// What stands before and behind a negative number: "-" and "" whatever the user's locale is (CLDR's root locale).
     static void GetNegativeNumberPrefixSuffix(CString& prefix, CString& suffix);
 
-    // --- Money ---------------------------------------------------------------------------------------------------
+    // --- Money
 
     /// The symbol of the locale's currency: "$", "€", "CHF"; U+00A4 where a locale names no country.
     static CString GetCurrencySymbol();
@@ -34,7 +34,7 @@ public:
     /// Always 0: "($1.10)" (`CrkStringConversionUtilities::FormatNegativeCurrency`).
     static int GetNegativeCurrencyFormat();
 
-    // --- Lists and weeks -----------------------------------------------------------------------------------------
+    // --- Lists and weeks
 
     /// The decimal separator of plain numbers; no list separator is consulted. "," in de_DE and fr_CH, "." in en_US.
     static CString GetListSeparator();

@@ -16,7 +16,7 @@
 ///   any thread.
 class RK_EXPORT CrkStringConversionUtilities {
 public:
-    // --- Truth values and integers to text -----------------------------------------------------------------------
+    // --- Truth values and integers to text
 
     /// Exactly "true" or "false"; for other texts (" true", "True", "1") the result is false and `value` stays.
     static bool StringToBool(const CString& text, bool& value);
@@ -37,7 +37,6 @@ public:
     //
     // Grouping separators, "inf", "nan" and hexadecimal digits are no part of a number. Without one the result is false
     // and `value` stays. Time is linear in the length of the text.
-    // ------------------------------------------------------------------------------
 
     /// In en_US:
     ///
@@ -69,16 +68,16 @@ public:
     //
     // A fraction is cut off ("-1.5" -> -1). What is beyond the type stores its nearest value: a negative number 0 where
     // the type is unsigned. For other texts the result is false and `value` stays.
-    // -----------------------------------------------------------------------------
 
     static bool StringToUInteger(const CString& text, unsigned int& value);
+    /// Its namesake `CrkStringUtilities::StringToLong` reads what begins a text, in every locale alike, up to 32 bits.
     static bool StringToLong(const CString& text, long& value);
     /// `base` has no effect: numbers are decimal.
     static bool StringToULong(const CString& text, int base, unsigned long& value);
     static bool StringToULong(const CString& text, unsigned long& value);
     static bool IsStringULong(const CString& text);
 
-    // --- Number text ---------------------------------------------------------------------------------------------
+    // --- Number text
 
     /// The value as number text.
     ///
@@ -109,7 +108,7 @@ public:
     /// Puts the locale's grouping separator, however long, between groups of three units: "1234567" -> "1,234,567".
     static void Format1000Separator(CString& integerPart);
 
-    // --- Formatted numbers ---------------------------------------------------------------------------------------
+    // --- Formatted numbers
 
     /// How a negative number shows. Values beyond these count as `NoSign`.
     enum NegativeNumberRepresentation : int {

@@ -14,7 +14,7 @@ using rk::platform::LocaleUse;
 using rk::platform::NumberFormats;
 using Conversion = CrkStringConversionUtilities;
 
-// --- Patterns: "$" stands for the currency symbol, "n" for the number --------------------------------------------
+// --- Patterns: "$" stands for the currency symbol, "n" for the number
 
 constexpr std::u16string_view kPositivePatterns[] = {u"$n", u"n$", u"$ n", u"n $"};
 
@@ -87,7 +87,7 @@ void PlaceAmount(CString& text, std::u16string_view pattern, const CString& symb
     text = builder.Take();
 }
 
-// --- Numbers -----------------------------------------------------------------------------------------------------
+// --- Numbers
 
 struct Affixes {
     std::u16string_view before;

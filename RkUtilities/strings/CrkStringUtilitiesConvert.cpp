@@ -1,7 +1,7 @@
 #include "RkUtilities/strings/CrkStringUtilities.h"
 
 #include "RkUtilities/foundation/StUTF8Buffer.h"
-#include "RkUtilities/foundation/detail/NumberScan.h"
+#include "RkUtilities/foundation/detail/SpelledNumber.h"
 #include "RkUtilities/foundation/detail/TextBuilder.h"
 #include "RkUtilities/foundation/detail/UnitBlock.h"
 #include "RkUtilities/platform/locale/Unicode.h"
@@ -131,7 +131,7 @@ long CrkStringUtilities::StringToLong(const CString& text)
 double CrkStringUtilities::StringToDouble(const CString& text)
 {
     double value = 0;
-    rk::ScanDouble(text, rk::NumberSpelling(), value);
+    rk::ReadSpelledDouble(text, rk::NumberSpelling(), value);
     return value;
 }
 

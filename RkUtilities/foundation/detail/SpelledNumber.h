@@ -17,7 +17,7 @@ struct NumberSpelling {
 ///
 /// `value` is written when there is one, and the result tells whether. Correctly rounded, infinity or 0 beyond the range of
 /// `double`, INT_MAX or INT_MIN beyond that of `int`. Time is linear in the length of the text.
-bool ScanDouble(std::u16string_view text, const NumberSpelling& spelling, double& value);
-bool ScanInteger(std::u16string_view text, const NumberSpelling& spelling, int& value);
+bool ReadSpelledDouble(std::u16string_view text, const NumberSpelling& spelling, double& value);
+bool ReadSpelledInteger(std::u16string_view text, const NumberSpelling& spelling, int& value);
 
 }  // namespace rk

@@ -1,6 +1,6 @@
-#include "RkUtilities/numbers/detail/NumberScanner.h"
+#include "RkUtilities/numbers/detail/UserNumber.h"
 
-#include "RkUtilities/foundation/detail/NumberScan.h"
+#include "RkUtilities/foundation/detail/SpelledNumber.h"
 #include "RkUtilities/platform/locale/NumberFormats.h"
 
 namespace rk {
@@ -18,14 +18,14 @@ NumberSpelling UserSpelling()
 
 }  // namespace
 
-bool ScanDouble(std::u16string_view text, double& value)
+bool ReadUserDouble(std::u16string_view text, double& value)
 {
-    return ScanDouble(text, UserSpelling(), value);
+    return ReadSpelledDouble(text, UserSpelling(), value);
 }
 
-bool ScanInteger(std::u16string_view text, int& value)
+bool ReadUserInteger(std::u16string_view text, int& value)
 {
-    return ScanInteger(text, UserSpelling(), value);
+    return ReadSpelledInteger(text, UserSpelling(), value);
 }
 
 }  // namespace rk

@@ -1,4 +1,4 @@
-#include "RkUtilities/foundation/detail/NumberScan.h"
+#include "RkUtilities/foundation/detail/SpelledNumber.h"
 
 #include "RkUtilities/platform/locale/Unicode.h"
 #include "RkUtilities/platform/locale/Utf.h"
@@ -150,7 +150,7 @@ std::int64_t TakeExponent(Reader& reader)
 
 }  // namespace
 
-bool ScanDouble(std::u16string_view text, const NumberSpelling& spelling, double& value)
+bool ReadSpelledDouble(std::u16string_view text, const NumberSpelling& spelling, double& value)
 {
     Reader reader(text, spelling);
     const bool negative = reader.TakeMinus();
@@ -173,7 +173,7 @@ bool ScanDouble(std::u16string_view text, const NumberSpelling& spelling, double
     return true;
 }
 
-bool ScanInteger(std::u16string_view text, const NumberSpelling& spelling, int& value)
+bool ReadSpelledInteger(std::u16string_view text, const NumberSpelling& spelling, int& value)
 {
     Reader reader(text, spelling);
     const bool negative = reader.TakeMinus();
