@@ -54,7 +54,7 @@ constexpr struct {
     {"CompareNoCase", [](const CString& text) { return text.CompareNoCase(text); }},
     {"FindSubstring",
      [](const CString& text) {
-         return Strings::FindSubstring(text.GetUTF16Ptr(), rk::AsUnsignedShort(u"ABSENT"), /*matchCase=*/false,
+         return Strings::FindSubstring(text, u"ABSENT", /*matchCase=*/false,
                                        /*wholeWord=*/true, 0);
      }},
     {"FindCaseInsensitive", [](const CString& text) { return Strings::FindCaseInsensitive(u"ABSENT", text, 0); }},

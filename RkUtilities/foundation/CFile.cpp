@@ -21,7 +21,7 @@ namespace {
 
 constexpr double kUnixSecondsOf2001 = 978307200;
 
-// --- Failures ------------------------------------------------------------------------------------------------------
+// --- Failures
 
 /// The system says "not found" of a file and of its folder alike.
 int CauseOf(const std::error_code& error, const std::string& nativePath)
@@ -49,7 +49,7 @@ void ThrowIfSet(const std::error_code& error, const CString& path, const std::st
         ThrowIfSet(error, CauseOf(error, nativePath), path);
 }
 
-// --- Status --------------------------------------------------------------------------------------------------------
+// --- Status
 
 CTime TimeOf(const platform::FileTime& time)
 {
@@ -87,7 +87,7 @@ CString FullName(const CString& path, const std::string& nativePath)
 
 }  // namespace
 
-// --- An open file --------------------------------------------------------------------------------------------------
+// --- An open file
 
 CFile::CFile() noexcept = default;
 
@@ -247,7 +247,7 @@ void CFile::Close()
         ThrowIfSet(platform::CloseFile(std::exchange(m_hFile, -1)), m_path);
 }
 
-// --- By path -------------------------------------------------------------------------------------------------------
+// --- By path
 
 bool CFile::GetStatus(const CString& path, CFileStatus& status)
 {

@@ -59,7 +59,7 @@ public:
     CFile(const CFile&) = delete;
     CFile& operator=(const CFile&) = delete;
 
-    // --- An open file ----------------------------------------------------------------------------------------------
+    // --- An open file
 
     /// Opens an ordinary file or a device at position 0; a file that is still open in this object is closed first.
     ///
@@ -112,7 +112,7 @@ public:
     /// notices late, say) the file is closed all the same.
     void Close();
 
-    // --- By path ---------------------------------------------------------------------------------------------------
+    // --- By path
 
     /// Reads what is known of the file or folder; true when it could be read, else `status` is untouched.
     ///

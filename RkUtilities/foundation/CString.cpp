@@ -1,6 +1,5 @@
 #include "RkUtilities/foundation/CString.h"
 
-#include "RkUtilities/foundation/detail/SharedUnits.h"
 #include "RkUtilities/foundation/detail/TextBuilder.h"
 #include "RkUtilities/foundation/detail/UnitBlock.h"
 #include "RkUtilities/foundation/detail/Utf8.h"
@@ -16,12 +15,6 @@ namespace {
 constexpr unsigned int kEncodingUtf8 = 0x08000100;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-std::size_t CheckedLength(std::size_t unitCount)
-{
-    rk::TextBuilder::CheckLength(unitCount);
-    return unitCount;
-}
-
 CString FromUtf8(std::string_view bytes)
 {
     rk::TextBuilder builder;
@@ -32,9 +25,8 @@ CString FromUtf8(std::string_view bytes)
 }  // namespace
 
 // --- Construction
-// -------------------------------------------------------------------------------------------------------
 
-CString::CString(unsigned short const* text) : CString(Utf16, ViewOf(text))
+CString::CString(unsigned short const* text) : m_text(ViewOf(text))
 {}
 
 CString::CString(char const* utf8) : CString(utf8 != nullptr ? std::string_view(utf8) : std::string_view())
@@ -53,61 +45,7 @@ CString::CString(char const* bytes, unsigned long byteCount, unsigned int encodi
     *this = CString(utf8);
 }
 
-CString::CString(Utf16Tag, std::u16string_view text) : CString()
-{
-    char16_t* units = m_storage.units;
-    if (text.size() > kInlineUnits) {
-        units = rk::SharedUnits::Allocate(CheckedLength(text.size()));
-        m_storage.pointer = units;
-        m_kind = Kind::Shared;
-    }
-    rk::CopyUnits(text.data(), text.size(), units);
-    units[text.size()] = 0;
-    m_length = static_cast<int>(text.size());
-}
-
-// --- Storage
-// ------------------------------------------------------------------------------------------------------------
-
-void CString::Release() noexcept
-{
-    rk::SharedUnits::Release(m_storage.pointer);
-}
-
-void CString::Adopt(const char16_t* units, int length) noexcept
-{
-    if (m_kind == Kind::Shared)
-        Release();
-    m_storage.pointer = units;
-    m_length = length;
-    m_kind = Kind::Shared;
-}
-
-bool CString::IsOwn() const noexcept
-{
-    return m_kind == Kind::Inline || (m_kind == Kind::Shared && rk::SharedUnits::IsUnique(m_storage.pointer));
-}
-
-char16_t* CString::MutableUnits() noexcept
-{
-    return m_kind == Kind::Inline ? m_storage.units : const_cast<char16_t*>(m_storage.pointer);
-}
-
-char16_t* CString::Writable()
-{
-    if (!IsOwn())
-        *this = CString(Utf16, View());
-    return MutableUnits();
-}
-
-void CString::Truncate(int length) noexcept
-{
-    MutableUnits()[length] = 0;
-    m_length = length;
-}
-
 // --- Looking at the text
-// ------------------------------------------------------------------------------------------------
 
 std::string CString::ToUtf8() const
 {
@@ -127,7 +65,6 @@ std::ostream& operator<<(std::ostream& stream, const CString& text)
 }
 
 // --- Substrings
-// ---------------------------------------------------------------------------------------------------------
 
 CString CString::Left(int unitCount) const
 {
@@ -136,7 +73,7 @@ CString CString::Left(int unitCount) const
 
 CString CString::Right(int unitCount) const
 {
-    return Mid(m_length - std::clamp(unitCount, 0, m_length));
+    return Mid(GetLength() - std::clamp(unitCount, 0, GetLength()));
 }
 
 CString CString::Mid(int start) const
@@ -146,8 +83,8 @@ CString CString::Mid(int start) const
 
 CString CString::Mid(int start, int unitCount) const
 {
-    start = std::clamp(start, 0, m_length);
-    unitCount = std::clamp(unitCount, 0, m_length - start);
+    start = std::clamp(start, 0, GetLength());
+    unitCount = std::clamp(unitCount, 0, GetLength() - start);
     return Part(static_cast<std::size_t>(start), static_cast<std::size_t>(unitCount));
 }
 
@@ -156,40 +93,38 @@ CString CString::Part(std::size_t start, std::size_t unitCount) const
     const std::u16string_view text = View();
     if (unitCount == text.size())
         return *this;
-    if (unitCount > kInlineUnits || text.size() - start < kInlineUnits)
-        return {Utf16, text.substr(start, unitCount)};
+    constexpr std::size_t kMost = rk::TextStorage::kInlineUnits;
+    if (unitCount > kMost || text.size() - start < kMost)
+        return text.substr(start, unitCount);
     CString part;  // all the units that it has room for, since a copy of fixed size takes neither call nor branch
-    std::memcpy(part.m_storage.units, text.data() + start, sizeof part.m_storage.units);
-    part.m_storage.units[unitCount] = 0;
-    part.m_length = static_cast<int>(unitCount);
+    std::memcpy(part.m_text.OwnUnits(), text.data() + start, kMost * sizeof(char16_t));
+    part.m_text.SetLength(unitCount);
     return part;
 }
 
 // --- Changing
-// -----------------------------------------------------------------------------------------------------------
 
 CString& CString::Append(const CString& text)
 {
-    if (m_length == 0)
+    if (IsEmpty())
         return *this = text;
     return AppendUnits(text.View());
 }
 
 CString& CString::AppendUnits(std::u16string_view text)
 {
-    const auto length = static_cast<std::size_t>(m_length);
-    const std::size_t capacity = m_kind == Kind::Shared ? rk::SharedUnits::Capacity(m_storage.pointer) : kInlineUnits;
-    if (IsOwn() && text.size() <= capacity - length) {
-        char16_t* const end = MutableUnits() + length;
-        std::copy(text.begin(), text.end(), end);
-        Truncate(static_cast<int>(length + text.size()));
+    const std::size_t length = View().size();
+    const std::size_t grown = length + text.size();
+    if (m_text.IsOwn() && grown <= m_text.Capacity()) {
+        std::copy(text.begin(), text.end(), m_text.OwnUnits() + length);
+        m_text.SetLength(grown);
         return *this;
     }
-    const std::size_t grown = CheckedLength(length + text.size());
+    rk::TextStorage::CheckLength(grown);
     char16_t* const units =
         rk::SharedUnits::Allocate(std::max(grown, std::min<std::size_t>(length + length / 2, INT_MAX - 1)));
-    *std::copy(text.begin(), text.end(), std::copy(begin(), end(), units)) = 0;
-    Adopt(units, static_cast<int>(grown));
+    std::copy(text.begin(), text.end(), std::copy(begin(), end(), units));
+    m_text = rk::TextStorage::Adopting(units, grown);
     return *this;
 }
 
@@ -202,7 +137,6 @@ CString CString::Joined(std::u16string_view a, std::u16string_view b)
 }
 
 // --- Texts from elsewhere
-// -----------------------------------------------------------------------------------------------
 
 void CString::GetEnvironmentVariable(const CString& name)
 {

@@ -4,10 +4,9 @@
 #include "RkUtilities/foundation/FormatError.h"
 #include "RkUtilities/foundation/TextView.h"
 #include "RkUtilities/foundation/detail/FormatArgument.h"
-#include "RkUtilities/foundation/detail/SharedUnits.h"
+#include "RkUtilities/foundation/detail/TextStorage.h"
 
 #include <array>
-#include <climits>
 #include <compare>
 #include <concepts>
 #include <cstdarg>
@@ -17,12 +16,9 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 class CString;
-
-namespace rk::platform {
-class CaseTable;
-}
 
 namespace rk {
 
@@ -40,6 +36,12 @@ concept CodeUnit = std::same_as<T, char16_t> || std::same_as<T, unsigned short>;
 }  // namespace rk
 
 /// A text: a value that holds a sequence of UTF-16 code units.
+///
+///     CString title = u"  Überfahrt nach Łódź ";        // or UTF-8: CString("Überfahrt")
+///     title.Trim().Replace(u"nach", u"to");             // "Überfahrt to Łódź"
+///     if (title.FindNoCase(u"ŁÓDŹ") >= 0)
+///         title += CString(u", ") + title.Left(9).MakeUpper();
+///     std::cout << title;                               // Überfahrt to Łódź, ÜBERFAHRT
 ///
 /// - Lengths and indexes count code units from 0 and are `int`; -1 means not found. A text holds at most INT_MAX - 1
 ///   units; what would grow beyond throws `std::length_error`, exhausted memory `std::bad_alloc`, and the text stays as
@@ -64,51 +66,17 @@ public:
 
     /// The empty text.
     constexpr CString() noexcept = default;
-    constexpr CString(const CString& other) noexcept
-        : m_storage(other.m_storage), m_length(other.m_length), m_kind(other.m_kind)
-    {
-        if (m_kind == Kind::Shared)
-            Retain();
-    }
-    constexpr CString(CString&& other) noexcept
-        : m_storage(other.m_storage), m_length(other.m_length), m_kind(other.m_kind)
-    {
-        other.Forget();
-    }
-    constexpr ~CString()
-    {
-        if (m_kind == Kind::Shared)
-            Release();
-    }
-    CString& operator=(const CString& other) noexcept
-    {
-        CString copy(other);
-        swap(*this, copy);
-        return *this;
-    }
-    CString& operator=(CString&& other) noexcept
-    {
-        if (this == &other)
-            return *this;
-        if (m_kind == Kind::Shared)
-            Release();
-        m_storage = other.m_storage;
-        m_length = other.m_length;
-        m_kind = other.m_kind;
-        other.Forget();
-        return *this;
-    }
 
     /// The zero-terminated UTF-16 text; null gives the empty text.
     CString(unsigned short const* text);
     /// The UTF-16 text: a `u"..."` literal, a zero-terminated `char16_t` text (null: empty), a view or a
     /// `std::u16string`.
     template <rk::Utf16Text T>
-    CString(const T& text) : CString(Utf16, ViewOf(text))
+    CString(const T& text) : m_text(ViewOf(text))
     {}
     /// One code unit. Other integers do not convert.
     template <rk::CodeUnit T>
-    CString(const T& unit) : CString(Utf16, {AsUnit(&unit), 1})
+    CString(const T& unit) : m_text(std::u16string_view(AsUnit(&unit), 1))
     {}
     /// One character from one 8-bit character: ASCII; a byte of 0x80 or more is no UTF-8 by itself and gives U+FFFD.
     template <std::same_as<char> T>
@@ -131,34 +99,25 @@ public:
     static consteval CString Literal(const char16_t (&text)[N])
     {
         static_assert(N - 1 < INT_MAX);
-        CString result;
-        result.m_length = static_cast<int>(N - 1);
-        if (N - 1 <= kInlineUnits) {
-            for (std::size_t i = 0; i < N - 1; ++i)
-                result.m_storage.units[i] = text[i];
-        } else {
-            result.m_storage = {.pointer = text};
-            result.m_kind = Kind::Static;
-        }
-        return result;
+        return CString(rk::TextStorage(text, N - 1));
     }
 
     // --- Looking at the text
 
-    [[nodiscard]] int GetLength() const noexcept { return m_length; }
-    [[nodiscard]] bool IsEmpty() const noexcept { return m_length == 0; }
+    [[nodiscard]] int GetLength() const noexcept { return m_text.Length(); }
+    [[nodiscard]] bool IsEmpty() const noexcept { return m_text.Length() == 0; }
     /// The code unit at `index`; 0 outside the text.
     [[nodiscard]] unsigned short GetAt(long index) const noexcept
     {
-        return index >= 0 && index < m_length ? Units()[index] : static_cast<unsigned short>(0);
+        return index >= 0 && index < GetLength() ? Units()[index] : static_cast<unsigned short>(0);
     }
     /// The zero-terminated text, valid while this text is neither changed nor destroyed.
     [[nodiscard]] unsigned short const* GetUTF16Ptr() const noexcept { return rk::AsUnsignedShort(Units()); }
     /// The units, valid while this text is neither changed nor destroyed. Zero-terminated.
-    [[nodiscard]] std::u16string_view View() const noexcept { return {Units(), static_cast<std::size_t>(m_length)}; }
+    [[nodiscard]] std::u16string_view View() const noexcept { return {Units(), static_cast<std::size_t>(GetLength())}; }
     operator std::u16string_view() const noexcept { return View(); }
     [[nodiscard]] const_iterator begin() const noexcept { return Units(); }
-    [[nodiscard]] const_iterator end() const noexcept { return Units() + m_length; }
+    [[nodiscard]] const_iterator end() const noexcept { return Units() + GetLength(); }
     /// The UTF-8 bytes; a lone surrogate becomes U+FFFD (EF BF BD).
     [[nodiscard]] std::string ToUtf8() const;
     void AppendUtf8To(std::string& bytes) const;
@@ -191,8 +150,8 @@ public:
     /// The first unit at or after `start` that occurs in `set`.
     [[nodiscard]] int FindOneOf(const CString& set, int start = 0) const noexcept;
     /// The last occurrence that begins at or before `start`; a negative start (-1) asks for the last one of all. An
-    /// empty text is found at `start` or, there, at the end.
-    [[nodiscard]] int ReverseFind(const CString& sought, int start = -1) const noexcept;
+    /// empty text is found at `start` or, there, at the end. Linear as `Find` is.
+    [[nodiscard]] int ReverseFind(const CString& sought, int start = -1) const;
 
     // --- Comparing
 
@@ -314,69 +273,26 @@ public:
     /// with `rk::platform::SetStringTables`. ICU's fallback decides the language. The text is taken as it stands there.
     void LoadString(char const* key, char const* bundle = nullptr);
 
-    friend void swap(CString& a, CString& b) noexcept
-    {
-        std::swap(a.m_storage, b.m_storage);
-        std::swap(a.m_length, b.m_length);
-        std::swap(a.m_kind, b.m_kind);
-    }
+    friend void swap(CString& a, CString& b) noexcept { std::swap(a.m_text, b.m_text); }
 
 private:
     friend class rk::TextBuilder;
 
-    static constexpr std::size_t kInlineUnits = 11;
-    static constexpr struct Utf16Tag {
-    } Utf16{};
-    enum class Kind : std::uint32_t { Inline, Static, Shared };
-    union Storage {
-        char16_t units[kInlineUnits + 1];
-        const char16_t* pointer;  // Static: a literal; Shared: the units of a rk::SharedUnits
-    };
-
-    CString(Utf16Tag, std::u16string_view text);
+    explicit constexpr CString(rk::TextStorage&& text) noexcept : m_text(std::move(text)) {}
+    /// With that many units, all to be written at once.
+    CString(std::in_place_t, std::size_t unitCount) : m_text(unitCount) {}
 
     static const char16_t* AsUnit(const char16_t* unit) noexcept { return unit; }
     static const char16_t* AsUnit(unsigned short const* unit) noexcept { return rk::AsChar16(unit); }
-    static std::u16string_view ViewOf(std::u16string_view text) noexcept { return text; }
-    static std::u16string_view ViewOf(const char16_t* text) noexcept
-    {
-        return text != nullptr ? std::u16string_view(text) : std::u16string_view();
-    }
-    static std::u16string_view ViewOf(unsigned short const* text) noexcept { return ViewOf(rk::AsChar16(text)); }
+    static std::u16string_view ViewOf(rk::TextView text) noexcept { return text; }
 
     static CString Joined(std::u16string_view a, std::u16string_view b);
     /// `unitCount` units from `start` on, all of them in the text.
     [[nodiscard]] CString Part(std::size_t start, std::size_t unitCount) const;
-
-    [[nodiscard]] const char16_t* Units() const noexcept
-    {
-        return m_kind == Kind::Inline ? m_storage.units : m_storage.pointer;
-    }
-    // Here, as a call would double what it costs.
-    void Retain() const noexcept { rk::SharedUnits::Retain(m_storage.pointer); }
-    void Release() noexcept;
-    constexpr void Forget() noexcept
-    {
-        m_storage = {.units = {}};
-        m_length = 0;
-        m_kind = Kind::Inline;
-    }
-    /// Takes over memory of rk::SharedUnits.
-    void Adopt(const char16_t* units, int length) noexcept;
-    /// Whether the units are this text's alone and may be written to.
-    [[nodiscard]] bool IsOwn() const noexcept;
-    char16_t* MutableUnits() noexcept;
-    /// The units, this text's own from now on.
-    char16_t* Writable();
-    /// Ends own units after `length`.
-    void Truncate(int length) noexcept;
+    [[nodiscard]] const char16_t* Units() const noexcept { return m_text.Units(); }
     CString& AppendUnits(std::u16string_view text);
-    /// `firstLetter` is the first ASCII letter that the table changes.
-    CString& ChangeCase(const rk::platform::CaseTable& (*table)(), char16_t firstLetter);
 
-    Storage m_storage{.units = {}};
-    int m_length = 0;
-    Kind m_kind = Kind::Inline;
+    rk::TextStorage m_text;
 };
 
 /// Writes the text as UTF-8; a lone surrogate becomes U+FFFD. Width and fill of the stream apply to the bytes.

@@ -22,13 +22,6 @@ public:
     std::size_t FirstIn(std::u16string_view text)
     {
         std::size_t i = 0;
-        for (; i + rk::kBlockUnits <= text.size(); i += rk::kBlockUnits) {
-            const rk::UnitBlock block = rk::LoadBlock(text.data() + i);
-            if (!rk::IsAsciiBlock(block))
-                break;
-            if (const std::size_t lane = rk::FirstLane(block != ChangedAscii(block)); lane < rk::kBlockUnits)
-                return i + lane;
-        }
         while (i < text.size() && Changed(text[i]) == text[i])
             ++i;
         return i;
@@ -44,7 +37,7 @@ public:
             std::memcpy(&blocks, from + i, sizeof blocks);
             if (rk::IsAsciiBlock(blocks[0] | blocks[1] | blocks[2] | blocks[3])) {
                 for (rk::UnitBlock& block : blocks)
-                    block = ChangedAscii(block);
+                    block = rk::WithAsciiCaseChanged(block, m_firstLetter);
                 std::memcpy(to + i, &blocks, sizeof blocks);
             } else {
                 const rk::platform::CaseTable& table = Table();
@@ -57,10 +50,6 @@ public:
     }
 
 private:
-    [[nodiscard]] rk::UnitBlock ChangedAscii(rk::UnitBlock block) const
-    {
-        return rk::WithAsciiCaseChanged(block, m_firstLetter);
-    }
     char16_t Changed(char16_t unit)
     {
         if (unit >= 0x80)
@@ -76,37 +65,50 @@ private:
 
     const rk::platform::CaseTable& (*m_findTable)();
     const rk::platform::CaseTable* m_table = nullptr;
-    char16_t m_firstLetter;
+    char16_t m_firstLetter;  // the first ASCII letter that changes
 };
+
+/// The text after the change; the same one, sharing its memory, when nothing changes.
+CString InOtherCase(const CString& source, CaseChange change)
+{
+    const std::u16string_view text = source.View();
+    const std::size_t first = change.FirstIn(text);
+    if (first == text.size())
+        return source;
+    return rk::TextBuilder::Written(text.size(), [&](char16_t* units) {
+        rk::CopyUnits(text.data(), first, units);
+        change.Apply(text.data() + first, text.size() - first, units + first);
+    });
+}
 
 }  // namespace
 
 void CString::SetAt(int index, unsigned short unit)
 {
-    if (index >= 0 && index < m_length)
-        Writable()[index] = unit;
+    if (index >= 0 && index < GetLength())
+        m_text.MakeOwn()[index] = unit;
 }
 
 int CString::Insert(int index, const CString& text)
 {
-    const auto at = static_cast<std::size_t>(std::clamp(index, 0, m_length));
-    rk::TextBuilder builder(static_cast<std::size_t>(m_length) + text.View().size());
+    const auto at = static_cast<std::size_t>(std::clamp(index, 0, GetLength()));
+    rk::TextBuilder builder(View().size() + text.View().size());
     builder.Append(View().substr(0, at));
     builder.Append(text.View());
     builder.Append(View().substr(at));
     *this = builder.Take();
-    return m_length;
+    return GetLength();
 }
 
 int CString::Delete(int index, int unitCount)
 {
-    if (index < 0 || index >= m_length || unitCount <= 0)
-        return m_length;
-    char16_t* const units = Writable();
-    const int end = index + std::min(unitCount, m_length - index);
-    std::copy(units + end, units + m_length, units + index);
-    Truncate(m_length - (end - index));
-    return m_length;
+    if (index < 0 || index >= GetLength() || unitCount <= 0)
+        return GetLength();
+    char16_t* const units = m_text.MakeOwn();
+    const int end = index + std::min(unitCount, GetLength() - index);
+    std::copy(units + end, units + GetLength(), units + index);
+    m_text.SetLength(View().size() - static_cast<std::size_t>(end - index));
+    return GetLength();
 }
 
 int CString::Replace(const CString& before, const CString& after)
@@ -144,12 +146,12 @@ int CString::Replace(const CString& before, const CString& after)
 
 int CString::Remove(unsigned short unit)
 {
-    const std::size_t count = rk::CountUnits(View(), static_cast<char16_t>(unit));
+    const std::size_t count = std::count(begin(), end(), static_cast<char16_t>(unit));
     if (count == 0)
         return 0;
-    char16_t* const units = Writable();
-    static_cast<void>(std::remove(units, units + m_length, static_cast<char16_t>(unit)));
-    Truncate(m_length - static_cast<int>(count));
+    char16_t* const units = m_text.MakeOwn();
+    const char16_t* const end = std::remove(units, units + GetLength(), static_cast<char16_t>(unit));
+    m_text.SetLength(static_cast<std::size_t>(end - units));
     return static_cast<int>(count);
 }
 
@@ -161,44 +163,27 @@ void CString::RemoveLineFeeds()
 
 CString& CString::MakeUpper()
 {
-    return ChangeCase(&rk::platform::UpperCase, u'a');
+    return *this = InOtherCase(*this, {&rk::platform::UpperCase, u'a'});
 }
 
 CString& CString::MakeLower()
 {
-    return ChangeCase(&rk::platform::LowerCase, u'A');
-}
-
-CString& CString::ChangeCase(const rk::platform::CaseTable& (*table)(), char16_t firstLetter)
-{
-    CaseChange change(table, firstLetter);
-    const std::u16string_view text = View();
-    const std::size_t first = change.FirstIn(text);
-    if (first == text.size())
-        return *this;
-    if (IsOwn()) {
-        change.Apply(text.data() + first, text.size() - first, MutableUnits() + first);
-        return *this;
-    }
-    rk::TextBuilder builder(text.size());
-    builder.Append(text.substr(0, first));
-    change.Apply(text.data() + first, text.size() - first, builder.Extend(text.size() - first));
-    return *this = builder.Take();
+    return *this = InOtherCase(*this, {&rk::platform::LowerCase, u'A'});
 }
 
 CString& CString::Trim()
 {
     int first = 0;
-    while (first < m_length && rk::platform::IsWhiteSpace(GetAt(first)))
+    while (first < GetLength() && rk::platform::IsWhiteSpace(GetAt(first)))
         ++first;
     return (*this = Mid(first)).TrimRight();
 }
 
 CString& CString::TrimRight()
 {
-    int end = m_length;
+    int end = GetLength();
     while (end > 0 && rk::platform::IsWhiteSpace(GetAt(end - 1)))
         --end;
-    Delete(end, m_length - end);
+    Delete(end, GetLength() - end);
     return *this;
 }

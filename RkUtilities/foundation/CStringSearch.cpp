@@ -5,6 +5,7 @@
 #include "RkUtilities/platform/locale/Unicode.h"
 
 #include <algorithm>
+#include <string>
 
 namespace {
 
@@ -46,6 +47,14 @@ std::size_t FirstFoldedDifferenceInBlock(const char16_t* a, const char16_t* b)
     return first + FirstFoldedDifference(a + first, b + first, rk::kBlockUnits - first);
 }
 
+/// The last occurrence, in linear time.
+int FindFromEnd(std::u16string_view text, std::u16string_view sought)
+{
+    const std::size_t found =
+        rk::FindUnits(std::u16string(text.rbegin(), text.rend()), std::u16string(sought.rbegin(), sought.rend()), 0);
+    return found == std::u16string_view::npos ? -1 : static_cast<int>(text.size() - sought.size() - found);
+}
+
 }  // namespace
 
 int CString::Find(const CString& sought, int start) const
@@ -66,9 +75,25 @@ int CString::FindOneOf(const CString& set, int start) const noexcept
     return found < text.size() ? static_cast<int>(found) : -1;
 }
 
-int CString::ReverseFind(const CString& sought, int start) const noexcept
+int CString::ReverseFind(const CString& sought, int start) const
 {
-    return IndexOf(View().rfind(sought.View(), start < 0 ? std::u16string_view::npos : StartOf(start)));
+    constexpr std::size_t kFreeUnits = 4096;
+    const std::u16string_view units = sought.View();
+    if (units.size() > View().size())
+        return -1;
+    const std::size_t most = View().size() - units.size();
+    const std::size_t last = start < 0 ? most : std::min(most, StartOf(start));
+    std::size_t compared = 0;
+    for (std::size_t at = last + 1; at-- > 0;) {
+        const auto same = std::mismatch(units.begin(), units.end(), begin() + at).first - units.begin();
+        if (static_cast<std::size_t>(same) == units.size())
+            return static_cast<int>(at);
+        compared += static_cast<std::size_t>(same);
+        if (compared >
+            8 * (last - at) + kFreeUnits)  // almost every place matches: what is left, from its end to its start
+            return FindFromEnd(View().substr(0, at + units.size()), units);
+    }
+    return -1;
 }
 
 CString CString::SpanExcluding(const CString& set) const
@@ -97,7 +122,7 @@ int CString::CompareNoCase(const CString& other) const
 {
     const char16_t* const a = Units();
     const char16_t* const b = other.Units();
-    const auto count = static_cast<std::size_t>(std::min(m_length, other.m_length));
+    const auto count = static_cast<std::size_t>(std::min(GetLength(), other.GetLength()));
     std::size_t i = 0;
     if (count < rk::kBlockUnits) {
         i = FirstFoldedDifference(a, b, count);
@@ -112,5 +137,5 @@ int CString::CompareNoCase(const CString& other) const
     }
     if (i < count)
         return Folded(a[i]) - Folded(b[i]);
-    return m_length < other.m_length ? -1 : static_cast<int>(m_length > other.m_length);
+    return GetLength() < other.GetLength() ? -1 : static_cast<int>(GetLength() > other.GetLength());
 }

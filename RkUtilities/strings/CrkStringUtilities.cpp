@@ -2,7 +2,6 @@
 
 #include "RkUtilities/foundation/CharacterTypes.h"
 #include "RkUtilities/foundation/detail/TextSearch.h"
-#include "RkUtilities/foundation/detail/UnitBlock.h"
 #include "RkUtilities/platform/locale/Unicode.h"
 
 #include <algorithm>
@@ -86,7 +85,7 @@ int CrkStringUtilities::FindCaseInsensitive(const CString& sought, const CString
 
 POSITION CrkStringUtilities::FindCaseInsensitive(const CString& sought, const CAtlList<CString>* list)
 {
-    POSITION next = list->GetHeadPosition();
+    POSITION next = list != nullptr ? list->GetHeadPosition() : nullptr;
     while (next != nullptr) {
         const POSITION position = next;
         if (list->GetNext(next).CompareNoCase(sought) == 0)
@@ -97,6 +96,8 @@ POSITION CrkStringUtilities::FindCaseInsensitive(const CString& sought, const CA
 
 int CrkStringUtilities::Find(const CString& sought, const CAtlArray<CString>* array)
 {
+    if (array == nullptr)
+        return -1;
     const auto match = std::find(array->begin(), array->end(), sought);
     return match == array->end() ? -1 : static_cast<int>(match - array->begin());
 }
@@ -132,7 +133,7 @@ unsigned short CrkStringUtilities::GetLastChar(CString text, bool trimFirst)
 
 int CrkStringUtilities::CountOccurrences(const CString& text, unsigned short unit)
 {
-    return static_cast<int>(rk::CountUnits(text.View(), static_cast<char16_t>(unit)));
+    return static_cast<int>(std::count(text.begin(), text.end(), static_cast<char16_t>(unit)));
 }
 
 int CrkStringUtilities::ReverseFindOneOf(const CString& text, const CString& set)

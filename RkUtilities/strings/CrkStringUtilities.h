@@ -24,7 +24,7 @@
 ///   `std::bad_alloc`, and `std::length_error` for a result that a `CString` cannot hold.
 class RK_EXPORT CrkStringUtilities {
 public:
-    // --- Searching in a text -------------------------------------------------------------------------------------
+    // --- Searching in a text
 
     /// Where `sought` stands in `text`.
     ///
@@ -45,14 +45,14 @@ public:
     /// Where `sought` stands in `text` at or after `start`, in any case.
     static int FindCaseInsensitive(const CString& sought, const CString& text, int start);
 
-    // --- Searching in lists --------------------------------------------------------------------------------------
+    // --- Searching in lists: a null pointer is an empty list
 
     /// The position of the first element that equals `sought` in any case; a null position when there is none.
     static POSITION FindCaseInsensitive(const CString& sought, const CAtlList<CString>* list);
     /// The index of the first element that equals `sought` exactly.
     static int Find(const CString& sought, const CAtlArray<CString>* array);
 
-    // --- Beginnings and ends -------------------------------------------------------------------------------------
+    // --- Beginnings and ends
 
     /// Whether the text begins / ends with another one. Every text begins and ends with the empty text.
     static bool BeginsWith(const CString& text, const CString& prefix, bool ignoreCase);
@@ -63,7 +63,7 @@ public:
     static unsigned short GetFirstChar(CString text, bool trimFirst);
     static unsigned short GetLastChar(CString text, bool trimFirst);
 
-    // --- Single units --------------------------------------------------------------------------------------------
+    // --- Single units
 
     /// How many units of the text equal `unit`.
     static int CountOccurrences(const CString& text, unsigned short unit);
@@ -72,7 +72,7 @@ public:
     /// Whether all units are 0x20 or less, as in the empty text. A no-break space (0xA0) and DEL (0x7F) are not blank.
     static bool IsBlank(const CString& text);
 
-    // --- Making texts safe to show and to store ---------------------------------------------------------------------------
+    // --- Making texts safe to show and to store
 
     /// A note, in place: keeps tab, LF and CR, removes every other control character (0x00 to 0x1F) and DEL (0x7F).
     static void RemoveInvalidNotesCharacters(CString& text);
@@ -93,7 +93,7 @@ public:
     /// What stands before the first space, tab, CR or LF, followed by "..." when that is not all: "Hello..." for "Hello world".
     static CString CondenseString(const CString& text);
 
-    // --- Formatting ---------------------------------------------------------------------------------------------------------
+    // --- Formatting
 
     /// Formats as `CString::Format` does, whose conversions they share; "" when the format cannot be carried out (a missing
     /// or wrong argument, "%n", memory exhausted): nothing is thrown. The two are the same.
@@ -119,7 +119,7 @@ public:
     ///     "abcdefgh" to 5  ->  "ab..."        below 3 there is room for full stops only: to 2 -> "..", to 0 or less -> ""
     static CString ShortenString(const CString& text, int maximumLength);
 
-    // --- Lines ----------------------------------------------------------------------------------------------------------------
+    // --- Lines
 
     /// Wraps the text in place into at most `maximumLines` lines of at most `width` units, with the separator at every line end
     /// and "..." on the last line when text is left over.
@@ -142,7 +142,7 @@ public:
     /// The number of lines that are not empty; CR and LF end lines.
     static int GetLinesCount(const CString& text);
 
-    // --- Joining, sorting, measuring --------------------------------------------------------------------------------------------
+    // --- Joining, sorting, measuring
 
     /// The parts joined by the separator. With `skipEmptyParts` an empty part brings no separator. "" for null or no parts.
     static CString Combine(const CString& separator, CString const* parts, unsigned long count, bool skipEmptyParts);
@@ -158,11 +158,12 @@ public:
     /// there on), and 2 a unit. INT_MAX where it is more.
     static int StringSerializeSize(const CString& text);
 
-    // --- Numbers and encodings: the same in every locale ------------------------------------------------------------------------
+    // --- Numbers and encodings: the same in every locale
 
     static CString LongToString(long value);
     /// The integer at the start of the text, after white space and a sign; 0 when there is none. Beyond 32 bits 2147483647 or
-    /// -2147483647.
+    /// -2147483647. Its namesake `CrkStringConversionUtilities::StringToLong` reads the whole text as the user's locale writes
+    /// numbers, up to 64 bits, and tells whether it is one.
     static long StringToLong(const CString& text);
     /// The decimal number at the start of the text, after white space and a sign, with "." and an exponent; 0 when there is none.
     /// Correctly rounded; infinite when it is too large. "inf", "nan" and hexadecimal digits are no numbers.
@@ -174,7 +175,7 @@ public:
     /// The zero-terminated UTF-8 text; null gives "". With `externalRepresentation` a leading byte-order mark is dropped.
     static CString Utf8ToUnicode(char const* utf8, bool externalRepresentation);
 
-    // --- Links, addresses, environment variables --------------------------------------------------------------------------------
+    // --- Links, addresses, environment variables
 
     using ParameterMap = CAtlMap<CString, CString, CStringElementTraits<CString>>;
 

@@ -1,11 +1,9 @@
 #include "RkUtilities/strings/CrkStringUtilities.h"
 
 #include "RkUtilities/foundation/detail/TextBuilder.h"
-#include "RkUtilities/foundation/detail/TextSearch.h"
 #include "RkUtilities/foundation/detail/UnitBlock.h"
 
 #include <algorithm>
-#include <climits>
 #include <string>
 #include <string_view>
 
@@ -27,27 +25,12 @@ std::u16string_view WithoutLeadingBlankLines(std::u16string_view text)
     return feed == std::u16string_view::npos ? text : text.substr(feed + 1);
 }
 
-/// The units that the wrapped text is likely to have, so that it hardly ever outgrows its memory while it is made: a
-/// separator for each LF, those in separators included, and for each line, three quarters full of text on average.
-std::size_t LikelyUnits(std::u16string_view text, std::u16string_view separator, int width, int maximumLines)
-{
-    const auto lineUnits = static_cast<std::size_t>(std::max(width, 0));
-    const auto mostLines = static_cast<std::size_t>(std::max(maximumLines, 0));
-    std::size_t lines = 1 + rk::CountUnits(text, u'\n');
-    std::size_t most = std::min<std::size_t>(2 * text.size() + kEllipsis.size(), INT_MAX - 1);
-    if (lineUnits > separator.size()) {
-        lines += text.size() / ((lineUnits - separator.size()) * 3 / 4 + 1) * (1 + rk::CountUnits(separator, u'\n'));
-        most = std::min(most, mostLines * (lineUnits + separator.size() + 1) + kEllipsis.size());
-    }
-    return std::min(text.size() + std::min(lines, mostLines) * separator.size() + kEllipsis.size(), most);
-}
-
 /// A text on its way into lines. What is still to be placed begins with what separators have left over from earlier breaks.
 class LineWrap {
 public:
     LineWrap(std::u16string_view text, std::u16string_view separator, int width, int maximumLines)
         : m_rest(text), m_separator(separator), m_width(static_cast<std::size_t>(std::max(width, 0))),
-          m_maximumLines(maximumLines), m_result(LikelyUnits(text, separator, width, maximumLines))
+          m_maximumLines(maximumLines), m_result(text.size())
     {}
 
     CString Wrapped()
@@ -73,13 +56,12 @@ private:
     [[nodiscard]] std::size_t LineEnd() const
     {
         const std::size_t enough = CanBreak() ? std::min(Left(), m_width + 1) : Left();
-        constexpr char16_t kFeed = u'\n';
         const std::u16string_view leftOver = std::u16string_view(m_leftOver).substr(0, enough);
-        const std::size_t end = rk::FirstOf<1>(&kFeed, leftOver, std::min<std::size_t>(1, Left()));
+        const std::size_t end = std::min(leftOver.find(u'\n', 1), leftOver.size());
         if (end < leftOver.size() || leftOver.size() == enough)
             return end;
         const std::u16string_view rest = m_rest.substr(0, enough - leftOver.size());
-        return leftOver.size() + rk::FirstOf<1>(&kFeed, rest, end - leftOver.size());
+        return leftOver.size() + std::min(rest.find(u'\n', leftOver.empty() ? 1 : 0), rest.size());
     }
     [[nodiscard]] bool CanBreak() const { return m_width > m_separator.size(); }
 

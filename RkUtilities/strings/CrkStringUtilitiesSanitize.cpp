@@ -1,8 +1,9 @@
 #include "RkUtilities/strings/CrkStringUtilities.h"
 
 #include "RkUtilities/foundation/detail/TextBuilder.h"
-#include "RkUtilities/foundation/detail/UnitBlock.h"
+#include "RkUtilities/foundation/detail/TextSearch.h"
 
+#include <span>
 #include <string_view>
 
 namespace {
@@ -12,67 +13,20 @@ constexpr char16_t kCancel = 0x18;
 constexpr std::u16string_view kFourSpaces = u"    ";
 constexpr std::u16string_view kCrLf = u"\r\n";
 
-bool IsKeptControl(char16_t unit)
-{
-    return unit == u'\t' || unit == u'\n' || unit == u'\r';
-}
+// What each member looks at: all controls and DEL, without some or with more.
+constexpr rk::UnitRange kControls[] = {{0, 0x1F}, {kDelete, kDelete}};
+constexpr rk::UnitRange kControlsButBreaksAndTabs[] = {{0, 8}, {0xB, 0xC}, {0xE, 0x1F}, {kDelete, kDelete}};
+constexpr rk::UnitRange kControlsAndLess[] = {{0, 0x1F}, {u'<', u'<'}, {kDelete, kDelete}};
+constexpr rk::UnitRange kNoTopicText[] = {{0, 0x1F}, {kDelete, kDelete}, {0xD800, 0xDFFF}, {0xFFFE, 0xFFFF}};
 
-/// Units that a rule looks at; the others pass eight at a time. A rule answers for a block and for a unit, and may take a unit
-/// that it then leaves as it is.
-struct ControlsAndDelete {
-    static rk::UnitMask In(rk::UnitBlock block)
-    {
-        return (block < rk::FilledBlock(0x20)) | (block == rk::FilledBlock(kDelete));
-    }
-    static bool Is(char16_t unit) { return unit < 0x20 || unit == kDelete; }
-};
-
-struct ControlsAndDeleteButBreaksAndTabs {
-    static rk::UnitMask In(rk::UnitBlock block)
-    {
-        return ControlsAndDelete::In(block) & (block != rk::FilledBlock(u'\t')) & (block != rk::FilledBlock(u'\n')) &
-               (block != rk::FilledBlock(u'\r'));
-    }
-    static bool Is(char16_t unit) { return ControlsAndDelete::Is(unit) && !IsKeptControl(unit); }
-};
-
-struct ControlsDeleteAndLess {
-    static rk::UnitMask In(rk::UnitBlock block)
-    {
-        return ControlsAndDelete::In(block) | (block == rk::FilledBlock(u'<'));
-    }
-    static bool Is(char16_t unit) { return ControlsAndDelete::Is(unit) || unit == u'<'; }
-};
-
-struct NoTopicText {
-    static rk::UnitMask In(rk::UnitBlock block)
-    {
-        return ControlsAndDelete::In(block) | (block >= rk::FilledBlock(0xFFFE)) |
-               ((block & rk::FilledBlock(0xF800)) == rk::FilledBlock(0xD800));
-    }
-    static bool Is(char16_t unit) { return ControlsAndDelete::Is(unit) || unit >= 0xFFFE || (unit & 0xF800) == 0xD800; }
-};
-
-template <class Rule>
-std::size_t NextFor(std::u16string_view text, std::size_t at)
-{
-    for (; at + rk::kBlockUnits <= text.size(); at += rk::kBlockUnits) {
-        const rk::UnitMask found = Rule::In(rk::LoadBlock(text.data() + at));
-        if (rk::AnyLane(found))
-            return at + rk::FirstLane(found);
-    }
-    while (at < text.size() && !Rule::Is(text[at]))
-        ++at;
-    return at;
-}
-
-/// The text with what `append` writes in the place of each unit that the rule looks at; `append` gets the builder, the text and
-/// the unit's index, and returns how many units it took. There is room at once for a text that grows by `growth` units.
-template <class Rule, class Append>
-CString Rewritten(const CString& source, const Append& append, std::size_t growth = 0)
+/// The text with what `append` writes in the place of each unit in the ranges; `append` gets the builder, the text and the
+/// unit's index, and returns how many units it took. There is room at once for a text that grows by `growth` units.
+template <class Append>
+CString Rewritten(const CString& source, std::span<const rk::UnitRange> ranges, const Append& append,
+                  std::size_t growth = 0)
 {
     const std::u16string_view text = source.View();
-    std::size_t at = NextFor<Rule>(text, 0);
+    std::size_t at = rk::FirstInRanges(text, 0, ranges);
     if (at == text.size())
         return source;
     rk::TextBuilder result(text.size() + growth);
@@ -80,7 +34,7 @@ CString Rewritten(const CString& source, const Append& append, std::size_t growt
     while (at < text.size()) {
         result.Append(text.substr(done, at - done));
         done = at + append(result, text, at);
-        at = NextFor<Rule>(text, done);
+        at = rk::FirstInRanges(text, done, ranges);
     }
     result.Append(text.substr(done));
     return result.Take();
@@ -90,15 +44,13 @@ CString Rewritten(const CString& source, const Append& append, std::size_t growt
 
 void CrkStringUtilities::RemoveInvalidNotesCharacters(CString& text)
 {
-    text = Rewritten<ControlsAndDeleteButBreaksAndTabs>(
-        text, [](rk::TextBuilder&, std::u16string_view, std::size_t) { return 1U; });
+    text = Rewritten(text, kControlsButBreaksAndTabs, [](rk::TextBuilder&, std::u16string_view, std::size_t) { return 1U; });
 }
 
 void CrkStringUtilities::RemoveInvalidTooltipCharacters(CString& text)
 {
     constexpr std::u16string_view kBreak = u"<br>";
-    text = Rewritten<ControlsDeleteAndLess>(
-        text, [kBreak](rk::TextBuilder& result, std::u16string_view units, std::size_t at) -> std::size_t {
+    text = Rewritten(text, kControlsAndLess, [kBreak](rk::TextBuilder& result, std::u16string_view units, std::size_t at) -> std::size_t {
             const char16_t unit = units[at];
             if (units.substr(at, kBreak.size()) == kBreak) {
                 result.Append(u'\n');
@@ -118,9 +70,7 @@ void CrkStringUtilities::FixInvalidUnformattedTooltipCharacters(CString& text)
 {
     const auto less = static_cast<std::size_t>(CountOccurrences(text, u'<'));
     const auto tabs = static_cast<std::size_t>(CountOccurrences(text, u'\t'));
-    text = Rewritten<ControlsDeleteAndLess>(
-        text,
-        [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
+    text = Rewritten(text, kControlsAndLess, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
             const char16_t unit = units[at];
             if (unit == u'<')
                 result.Append(u"<<");
@@ -135,19 +85,19 @@ void CrkStringUtilities::FixInvalidUnformattedTooltipCharacters(CString& text)
 
 CString CrkStringUtilities::ReplaceInvalidTopicTextCharacters(const CString& text)
 {
-    return Rewritten<NoTopicText>(text, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
+    return Rewritten(text, kNoTopicText, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
         const char16_t unit = units[at];
         if (unit == u'\f')
             result.Append(kCrLf);
         else
-            result.Append(IsKeptControl(unit) ? unit : u' ');
+            result.Append(unit == u'\t' || unit == u'\n' || unit == u'\r' ? unit : u' ');
         return 1U;
     });
 }
 
 CString CrkStringUtilities::ConvertLFsToCRLFPairs(const CString& text)
 {
-    return Rewritten<ControlsAndDelete>(text, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
+    return Rewritten(text, kControls, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
         if (units[at] == u'\n' && (at == 0 || units[at - 1] != u'\r'))
             result.Append(u'\r');
         result.Append(units[at]);
@@ -164,7 +114,7 @@ CString CrkStringUtilities::RemoveCRLF(const CString& text)
 
 bool CrkStringUtilities::IsCharPrintable(unsigned short unit)
 {
-    return !ControlsAndDelete::Is(unit);
+    return unit >= 0x20 && unit != kDelete;
 }
 
 CString CrkStringUtilities::CondenseString(const CString& text)

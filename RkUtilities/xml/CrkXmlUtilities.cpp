@@ -29,27 +29,10 @@ struct NameRule {
 constexpr NameRule kName{rk::XmlNameChar, true};
 constexpr NameRule kNcName{rk::XmlNcNameChar, false};
 
-/// Whether four units may stand in a name, with one decision for all.
-bool FollowFour(const char16_t* units, const NameRule& rule) noexcept
-{
-    const auto& classes = rk::kXmlClasses;
-    return (classes[units[0]] & classes[units[1]] & classes[units[2]] & classes[units[3]] & rule.following) != 0;
-}
-
 bool IsValid(std::u16string_view text, const NameRule& rule) noexcept
 {
-    constexpr std::size_t kStep = 4;
-    if (text.empty() || !rule.Begins(text.front()))
-        return false;
-    if (text.size() < kStep)
-        return std::all_of(text.begin() + 1, text.end(), [&](char16_t unit) { return rule.Follows(unit); });
-    // The last four are looked at once more rather than what is left of them one by one.
-    const char16_t* const last = text.data() + text.size() - kStep;
-    for (const char16_t* units = text.data(); units < last; units += kStep) {
-        if (!FollowFour(units, rule))
-            return false;
-    }
-    return FollowFour(last, rule);
+    return !text.empty() && rule.Begins(text.front()) &&
+           std::all_of(text.begin() + 1, text.end(), [&](char16_t unit) { return rule.Follows(unit); });
 }
 
 template <class Accepts>

@@ -12,7 +12,7 @@
 /// - Every text is legal input, the empty one and U+0000 included. Nothing is kept: safe from any thread.
 class RK_EXPORT CrkXmlUtilities {
 public:
-    // --- Classes of one code unit -----------------------------------------------------------------------------------------
+    // --- Classes of one code unit
 
     /// Production Char: tab, LF, CR, U+0020 to U+D7FF, U+E000 to U+FFFD.
     static bool IsChar(unsigned short unit) noexcept;
@@ -28,7 +28,7 @@ public:
     /// NCNameChar or ":".
     static bool IsNameChar(unsigned short unit) noexcept;
 
-    // --- Whole texts --------------------------------------------------------------------------------------------------------
+    // --- Whole texts
 
     /// A Letter, "_" or ":", then NameChars. False for the empty text.
     static bool IsValidName(const CString& text) noexcept;
@@ -37,7 +37,7 @@ public:
     /// Not empty and without U+0020. Nothing else is looked at.
     static bool IsValidUri(const CString& text) noexcept;
 
-    // --- Repair -------------------------------------------------------------------------------------------------------------
+    // --- Repair
 
     /// The text with every unit that is no Char replaced. The replacement is taken as it is.
     static CString StringToXmlString(const CString& text, unsigned short replacement);

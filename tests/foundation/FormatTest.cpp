@@ -89,6 +89,9 @@ TEST(Format, PrintsTextsCharactersPointersAndPositions)
     const void* const null = nullptr;
     EXPECT_EQ(Formatted(u"%s|%5s|%-5s|%.2s|%.1s", "ü€", "ab", "ab", "ä€", "ä"), u"ü€|   ab|ab   |ä|");
     EXPECT_EQ(Formatted(u"%s", static_cast<const char*>(nullptr)), u"(null)");
+    EXPECT_EQ(Formatted(u"%s|%3s|%.2s|%.1s", CString(u"ü€"), u"ü", std::u16string_view(u"äöü"), u"\U0001F600"),
+              u"ü€|  ü|äö|");
+    EXPECT_EQ(Formatted(u"%s%s", static_cast<unsigned short const*>(nullptr), u"\xD800"), u"(null)\xD800");
     EXPECT_EQ(Formatted(u"%c%c%3c%lc%c", 'a', unit, u'→', 0x1F600, '\xE4'), u"aä  →\U0001F600\uFFFD");
     EXPECT_EQ(Formatted(u"%p %5p", null, null), u"(nil) (nil)");
     EXPECT_EQ(Formatted(u"%p", reinterpret_cast<const void*>(0xABC)), u"0xabc");

@@ -18,13 +18,13 @@ TEST(Formatting, NeverThrows)
 {
     const CString good = u"%s%d";
     const CString bad = u"%d %d";
-    EXPECT_EQ(Strings::Format(good.GetUTF16Ptr(), "ä", 3), u"ä3");
-    EXPECT_EQ(Strings::FormatOrdered(CString(u"%2$s %1$d").GetUTF16Ptr(), 5, "x"), u"x 5");
-    EXPECT_EQ(Strings::Format(bad.GetUTF16Ptr(), 1), u"");
-    EXPECT_EQ(Strings::Format(CString(u"%n").GetUTF16Ptr(), 1), u"");
+    EXPECT_EQ(Strings::Format(good, "ä", 3), u"ä3");
+    EXPECT_EQ(Strings::FormatOrdered(u"%2$s %1$d", 5, "x"), u"x 5");
+    EXPECT_EQ(Strings::Format(bad, 1), u"");
+    EXPECT_EQ(Strings::Format(u"%n", 1), u"");
     EXPECT_EQ(Strings::Format(nullptr), u"");
-    EXPECT_EQ(Strings::AppendInt(CString(u"a\xD800").GetUTF16Ptr(), 0), u"a\uFFFD0");
-    EXPECT_EQ(Strings::AppendInt(CString(u"100% Topic").GetUTF16Ptr(), INT_MIN), u"100% Topic-2147483648");
+    EXPECT_EQ(Strings::AppendInt(u"a\xD800", 0), u"a\uFFFD0");
+    EXPECT_EQ(Strings::AppendInt(u"100% Topic", INT_MIN), u"100% Topic-2147483648");
 }
 
 struct ByteRow {

@@ -39,9 +39,7 @@ TEST(Search, FindsTextsAndWholeWords)
         SCOPED_TRACE(CString(row.text).ToUtf8() + " / " + CString(row.sought).ToUtf8());
         const CString text(row.text);
         const CString sought(row.sought);
-        EXPECT_EQ(
-            Strings::FindSubstring(text.GetUTF16Ptr(), sought.GetUTF16Ptr(), row.matchCase, row.wholeWord, row.start),
-            row.index);
+        EXPECT_EQ(Strings::FindSubstring(text, sought, row.matchCase, row.wholeWord, row.start), row.index);
         EXPECT_EQ(Strings::FindInString(text, sought, row.matchCase, row.wholeWord, row.start), row.index != -1);
     }
     EXPECT_EQ(Strings::FindSubstring(nullptr, nullptr, true, false, 0), 0);
@@ -85,7 +83,7 @@ TEST(Search, TakesTheSamePassesOverRandomTexts)
         const CString sought = any(random() % 3);
         const bool matchCase = random() % 2 == 0;
         const int start = static_cast<int>(random() % 6);
-        ASSERT_EQ(Strings::FindSubstring(text.GetUTF16Ptr(), sought.GetUTF16Ptr(), matchCase, kWholeWord, start),
+        ASSERT_EQ(Strings::FindSubstring(text, sought, matchCase, kWholeWord, start),
                   Passes(text, sought, matchCase, start))
             << text << " / " << sought;
     }
@@ -101,6 +99,8 @@ TEST(Search, LooksThroughListsAndArrays)
     list.GetNext(second);
     EXPECT_EQ(Strings::FindCaseInsensitive(u"b", &list), second);
     EXPECT_EQ(Strings::FindCaseInsensitive(u"c", &list), nullptr);
+    EXPECT_EQ(Strings::Find(u"", nullptr), -1);
+    EXPECT_EQ(Strings::FindCaseInsensitive(u"", nullptr), nullptr);
 }
 
 TEST(Search, LooksAtBeginningsEndsAndSingleUnits)

@@ -92,7 +92,6 @@ void AppendPadded(TextBuilder& output, const Layout& layout, std::string_view as
 }
 
 // --- Integers
-// -----------------------------------------------------------------------------------------------------------
 
 unsigned BitsOf(Length length)
 {
@@ -197,7 +196,6 @@ void AppendDecimal(TextBuilder& output, const Integer& integer)
 }
 
 // --- Floating-point numbers
-// ----------------------------------------------------------------------------------------------
 
 void AppendFloating(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
                     const FormatArgument& argument)
@@ -227,7 +225,6 @@ void AppendFloating(TextBuilder& output, const FormatConversion& conversion, con
 }
 
 // --- Texts, characters, pointers
-// ------------------------------------------------------------------------------------------
 
 /// The bytes without a character that the cut left unfinished at their end.
 std::string_view WithoutCutCharacter(std::string_view bytes)
@@ -349,7 +346,6 @@ void Walk(std::u16string_view format, const OnText& onText, const OnConversion& 
 }
 
 // --- C's argument lists
-// ---------------------------------------------------------------------------------------------------
 
 /// The C types that conversions take.
 enum class CType { Int, Long, Double, LongDouble, Text, Pointer };

@@ -2,7 +2,7 @@
 
 #include "RkUtilities/foundation/detail/Utf8.h"
 
-#include <stdexcept>
+#include <climits>
 #include <utility>
 
 namespace rk {
@@ -34,31 +34,26 @@ void TextBuilder::AppendUtf8(std::string_view bytes)
 
 CString TextBuilder::Take()
 {
+    const std::size_t length = std::exchange(m_length, 0);
     if (IsShort())
-        return {CString::Utf16, {m_units, std::exchange(m_length, 0)}};
-    if (m_capacity - m_length > m_capacity / 4)
-        MoveToRoomFor(m_length);  // as texts of few ASCII characters leave much of the room for their bytes
-    m_units[m_length] = 0;
+        return std::u16string_view(m_units, length);
+    if (m_capacity - length > m_capacity / 4) {  // as texts of few ASCII characters leave much of the room for their bytes
+        CString fitting(std::u16string_view(m_units, length));
+        return fitting;
+    }
     m_capacity = kShortUnits;
-    CString text;
-    text.Adopt(std::exchange(m_units, m_short), static_cast<int>(std::exchange(m_length, 0)));
-    return text;
+    return CString(TextStorage::Adopting(std::exchange(m_units, m_short), length));
 }
 
 void TextBuilder::MoveToRoomFor(std::size_t unitCount)
 {
-    CheckLength(unitCount);
+    TextStorage::CheckLength(unitCount);
     char16_t* const units = SharedUnits::Allocate(unitCount);
     std::copy_n(m_units, m_length, units);
     if (!IsShort())
         SharedUnits::Release(m_units);
     m_units = units;
     m_capacity = unitCount;
-}
-
-void TextBuilder::ThrowTooLong()
-{
-    throw std::length_error("a text holds at most INT_MAX - 1 code units");
 }
 
 void TextBuilder::Grow(std::size_t leastUnitCount)

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "RkUtilities/foundation/CString.h"
-#include "RkUtilities/foundation/detail/SharedUnits.h"
+#include "RkUtilities/foundation/detail/TextStorage.h"
 
 #include <algorithm>
-#include <climits>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 namespace rk {
 
@@ -49,30 +49,15 @@ public:
     template <class Write>
     [[nodiscard]] static CString Written(std::size_t unitCount, const Write& write)
     {
-        CheckLength(unitCount);
-        CString text;
-        char16_t* units = text.m_storage.units;
-        if (unitCount > CString::kInlineUnits) {
-            units = SharedUnits::Allocate(unitCount);
-            text.m_storage.pointer = units;
-            text.m_kind = CString::Kind::Shared;
-        }
+        CString text(std::in_place, unitCount);
+        char16_t* const units = text.m_text.OwnUnits();
         write(units);
         units[unitCount] = 0;
-        text.m_length = static_cast<int>(unitCount);
         return text;
-    }
-    /// Throws `std::length_error` for more units than a text holds.
-    static void CheckLength(std::size_t unitCount)
-    {
-        if (unitCount >= INT_MAX) [[unlikely]]
-            ThrowTooLong();
     }
 
 private:
     static constexpr std::size_t kShortUnits = 64;
-
-    [[noreturn]] static void ThrowTooLong();
 
     [[nodiscard]] bool IsShort() const noexcept { return m_units == m_short; }
     void Reserve(std::size_t unitCount)

@@ -1,7 +1,6 @@
 #include "RkUtilities/foundation/detail/TextSearch.h"
 
 #include <algorithm>
-#include <atomic>
 #include <bit>
 #include <cstring>
 #include <type_traits>
@@ -12,42 +11,31 @@ namespace rk {
 namespace {
 
 constexpr std::size_t kNotFound = std::u16string_view::npos;
+constexpr std::size_t kGroupUnits = 64;  // looked at together
 
-struct Vectors16 {
-    using Units [[gnu::vector_size(16)]] = std::uint16_t;
-    using Words [[gnu::vector_size(16)]] = std::uint64_t;
-};
-
-/// Goes from `at` over groups of four blocks of places while none of them may begin a match. Returns the first place of
-/// the group that stopped it, or of the rest that is no whole group. Inlined, so that each caller's processor decides how
-/// a block is made.
-template <class Vectors>
+/// Goes from `at` over groups of places while none of them may begin a match. Returns the first place of the group that
+/// stopped it, or of the rest that is no whole group. Inlined, so that each caller's processor decides how vectors are made.
 [[gnu::always_inline]] inline std::size_t SkipGroups(const SearchPlaces& places, std::size_t at)
 {
-    using Units = typename Vectors::Units;
-    using Words = typename Vectors::Words;
+    using Units [[gnu::vector_size(32)]] = std::uint16_t;
+    using Words [[gnu::vector_size(32)]] = std::uint64_t;
     constexpr std::size_t kUnits = sizeof(Units) / sizeof(char16_t);
-    constexpr std::size_t kWords = sizeof(Words) / sizeof(std::uint64_t);
-    constexpr std::size_t kGroupBlocks = 4;
 
-    const Units firstAnyBits = Units{} + static_cast<std::uint16_t>(places.first.AnyBits());
-    const Units firstValue = Units{} + static_cast<std::uint16_t>(places.first.Value());
-    const Units lastAnyBits = Units{} + static_cast<std::uint16_t>(places.last.AnyBits());
-    const Units lastValue = Units{} + static_cast<std::uint16_t>(places.last.Value());
-    for (; at + kGroupBlocks * kUnits <= places.end; at += kGroupBlocks * kUnits) {
+    const Units firstAnyBits = Units{} + places.first.AnyBits();
+    const Units firstValue = Units{} + places.first.Value();
+    const Units lastAnyBits = Units{} + places.last.AnyBits();
+    const Units lastValue = Units{} + places.last.Value();
+    for (; at + kGroupUnits <= places.end; at += kGroupUnits) {
         Words candidates{};
-        for (std::size_t i = 0; i < kGroupBlocks; ++i) {
+        for (std::size_t i = 0; i < kGroupUnits; i += kUnits) {
             Units firsts;
             Units lasts;
-            std::memcpy(&firsts, places.units + at + i * kUnits, sizeof firsts);
-            std::memcpy(&lasts, places.units + at + i * kUnits + places.lastOffset, sizeof lasts);
+            std::memcpy(&firsts, places.units + at + i, sizeof firsts);
+            std::memcpy(&lasts, places.units + at + i + places.lastOffset, sizeof lasts);
             candidates |=
                 reinterpret_cast<Words>(((firsts | firstAnyBits) == firstValue) & ((lasts | lastAnyBits) == lastValue));
         }
-        std::uint64_t any = 0;
-        for (std::size_t i = 0; i < kWords; ++i)
-            any |= candidates[i];
-        if (any != 0)
+        if ((candidates[0] | candidates[1] | candidates[2] | candidates[3]) != 0)
             break;
     }
     return at;
@@ -55,42 +43,22 @@ template <class Vectors>
 
 std::size_t SkipPlain(const SearchPlaces& places, std::size_t at)
 {
-    return SkipGroups<Vectors16>(places, at);
+    return SkipGroups(places, at);
 }
 
 #if defined(__x86_64__)
-struct Vectors32 {
-    using Units [[gnu::vector_size(32)]] = std::uint16_t;
-    using Words [[gnu::vector_size(32)]] = std::uint64_t;
-};
-
-// Blocks of 64 bytes were no faster where the processor has them: memory is the limit.
 [[gnu::target("avx2")]] std::size_t SkipAvx2(const SearchPlaces& places, std::size_t at)
 {
-    return SkipGroups<Vectors32>(places, at);
+    return SkipGroups(places, at);
 }
 
-bool HasAvx2() noexcept
-{
-    return __builtin_cpu_supports("avx2") != 0;
-}
-#else
-constexpr auto& SkipAvx2 = SkipPlain;
-
-bool HasAvx2() noexcept
-{
-    return false;
-}
-#endif
-
-std::atomic<SearchPath> chosenPath = SearchPath::Fastest;
-
-/// Goes on to a place from which on a match may be near, or to the last few places.
 std::size_t Skip(const SearchPlaces& places, std::size_t at)
 {
-    const bool isFast = HasAvx2() && chosenPath.load(std::memory_order_relaxed) == SearchPath::Fastest;
-    return isFast ? SkipAvx2(places, at) : SkipPlain(places, at);
+    return __builtin_cpu_supports("avx2") != 0 ? SkipAvx2(places, at) : SkipPlain(places, at);
 }
+#else
+constexpr auto& Skip = SkipPlain;
+#endif
 
 /// The bits of eight rows of eight, the first row lowest, as columns.
 std::uint64_t Transposed(std::uint64_t bits)
@@ -109,16 +77,12 @@ std::uint64_t Transposed(std::uint64_t bits)
 [[gnu::always_inline]] inline std::uint64_t CandidatesIn(const SearchPlaces& places, std::size_t at,
                                                          std::size_t blockCount)
 {
-    const UnitBlock firstAnyBits = FilledBlock(places.first.AnyBits());
-    const UnitBlock firstValue = FilledBlock(places.first.Value());
-    const UnitBlock lastAnyBits = FilledBlock(places.last.AnyBits());
-    const UnitBlock lastValue = FilledBlock(places.last.Value());
     UnitBlock blockBit = FilledBlock(1);
     UnitBlock found{};  // a lane for each place of a block, a bit for each block
     for (std::size_t i = 0; i < blockCount; ++i) {
         const char16_t* const units = places.units + at + i * kBlockUnits;
-        const UnitMask candidates = ((LoadBlock(units) | firstAnyBits) == firstValue) &
-                                    ((LoadBlock(units + places.lastOffset) | lastAnyBits) == lastValue);
+        const UnitMask candidates =
+            places.first.Fitting(LoadBlock(units)) & places.last.Fitting(LoadBlock(units + places.lastOffset));
         found |= reinterpret_cast<UnitBlock>(candidates) & blockBit;
         blockBit += blockBit;
     }
@@ -132,11 +96,6 @@ std::uint64_t AllCandidatesIn(const SearchPlaces& places, std::size_t at)
 }
 
 }  // namespace
-
-void ChooseSearchPath(SearchPath path) noexcept
-{
-    chosenPath = path;
-}
 
 template <class Map>
 TextSearch<Map>::TextSearch(std::u16string_view text, std::u16string_view sought, const Map& map) noexcept
@@ -230,6 +189,32 @@ std::size_t TextSearch<Map>::FindLinear(std::size_t start) const
 
 template class TextSearch<ExactUnits>;
 template class TextSearch<platform::CaseTable>;
+
+std::size_t FirstInRanges(std::u16string_view text, std::size_t start, std::span<const UnitRange> ranges) noexcept
+{
+    UnitBlock firsts[kMostRanges];
+    UnitBlock widths[kMostRanges];
+    for (std::size_t i = 0; i < ranges.size(); ++i) {
+        firsts[i] = FilledBlock(ranges[i].first);
+        widths[i] = FilledBlock(static_cast<char16_t>(ranges[i].last - ranges[i].first));
+    }
+    std::size_t at = start;
+    for (; at + kBlockUnits <= text.size(); at += kBlockUnits) {
+        const UnitBlock block = LoadBlock(text.data() + at);
+        UnitMask found{};
+        for (std::size_t i = 0; i < ranges.size(); ++i)
+            found |= block - firsts[i] <= widths[i];
+        if (AnyLane(found))
+            return at + FirstLane(found);
+    }
+    const auto isFound = [&](char16_t unit) {
+        return std::any_of(ranges.begin(), ranges.end(),
+                           [unit](const UnitRange& range) { return range.first <= unit && unit <= range.last; });
+    };
+    while (at < text.size() && !isFound(text[at]))
+        ++at;
+    return at;
+}
 
 std::size_t FindUnits(std::u16string_view text, std::u16string_view sought, std::size_t start)
 {

@@ -1,22 +1,16 @@
 #pragma once
 
-#include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/detail/UnitBlock.h"
 #include "RkUtilities/platform/locale/Unicode.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 /// Searching in code units, in linear time.
 namespace rk {
-
-/// How searches go through long texts: with vectors of 16 bytes, which every processor has, or with the longest ones
-/// that this one has. The results are the same.
-enum class SearchPath { Plain, Fastest };
-/// Chooses the path of all searches from now on, so that each can be tested; `Fastest` is taken otherwise.
-RK_EXPORT void ChooseSearchPath(SearchPath path) noexcept;
 
 /// How units compare: as they are.
 struct ExactUnits {
@@ -32,18 +26,21 @@ public:
     UnitPattern() = default;
     explicit UnitPattern(const platform::CaseSources& sources) noexcept
     {
+        char16_t anyBits = 0;
         for (std::size_t i = 1; i < sources.count; ++i)
-            m_anyBits = static_cast<char16_t>(m_anyBits | (sources.units[0] ^ sources.units[i]));
-        m_value = static_cast<char16_t>(sources.units[0] | m_anyBits);
+            anyBits = static_cast<char16_t>(anyBits | (sources.units[0] ^ sources.units[i]));
+        m_anyBits = FilledBlock(anyBits);
+        m_value = FilledBlock(static_cast<char16_t>(sources.units[0] | anyBits));
     }
-    [[nodiscard]] char16_t AnyBits() const noexcept { return m_anyBits; }
+    [[nodiscard]] std::uint16_t AnyBits() const noexcept { return m_anyBits[0]; }
     /// The unit with those bits set.
-    [[nodiscard]] char16_t Value() const noexcept { return m_value; }
-    [[nodiscard]] bool Fits(char16_t unit) const noexcept { return (unit | m_anyBits) == m_value; }
+    [[nodiscard]] std::uint16_t Value() const noexcept { return m_value[0]; }
+    [[nodiscard]] bool Fits(char16_t unit) const noexcept { return (unit | AnyBits()) == Value(); }
+    [[nodiscard]] UnitMask Fitting(UnitBlock block) const noexcept { return (block | m_anyBits) == m_value; }
 
 private:
-    char16_t m_anyBits = 0;
-    char16_t m_value = 0;
+    UnitBlock m_anyBits{};
+    UnitBlock m_value{};
 };
 
 /// The places of a text where a match may begin, judged by its first and its last unit.
@@ -99,35 +96,27 @@ std::size_t FindUnits(std::u16string_view text, std::u16string_view sought, std:
 std::size_t FindMappedUnits(std::u16string_view text, std::u16string_view sought, std::size_t start,
                             const platform::CaseTable& table);
 
-/// Index of the first unit at or after `start` that is one of `Count` units; the text's length when none is.
-template <std::size_t Count>
-std::size_t FirstOf(const char16_t* units, std::u16string_view text, std::size_t start) noexcept
-{
-    UnitBlock blocks[Count];
-    for (std::size_t i = 0; i < Count; ++i)
-        blocks[i] = FilledBlock(units[i]);
-    std::size_t at = start;
-    for (; at + kBlockUnits <= text.size(); at += kBlockUnits) {
-        const UnitBlock block = LoadBlock(text.data() + at);
-        UnitMask members = block == blocks[0];
-        for (std::size_t i = 1; i < Count; ++i)
-            members |= block == blocks[i];
-        if (const std::size_t lane = FirstLane(members); lane < kBlockUnits)
-            return at + lane;
-    }
-    while (at < text.size() && std::find(units, units + Count, text[at]) == units + Count)
-        ++at;
-    return at;
-}
+/// Units from the first to the last of a range, both included.
+struct UnitRange {
+    char16_t first;
+    char16_t last;
+};
+constexpr std::size_t kMostRanges = 4;
 
-/// The units of a text as a set. Few are compared one by one; of more there is a bit for each ASCII unit and a search among
+/// Index of the first unit at or after `start` that lies in one of up to kMostRanges ranges; the text's length when none
+/// does.
+std::size_t FirstInRanges(std::u16string_view text, std::size_t start, std::span<const UnitRange> ranges) noexcept;
+
+/// The units of a text as a set. Few are ranges of one unit; of more there is a bit for each ASCII unit and a search among
 /// the others. Refers to the text.
 class UnitSet {
 public:
     explicit UnitSet(std::u16string_view units) noexcept : m_units(units)
     {
-        for (std::size_t i = 0; !IsSmall() && i < units.size(); ++i) {
-            if (units[i] < 0x80)
+        for (std::size_t i = 0; i < units.size(); ++i) {
+            if (IsSmall())
+                m_ranges[i] = {units[i], units[i]};
+            else if (units[i] < 0x80)
                 m_ascii[units[i] >> 6] |= std::uint64_t{1} << (units[i] & 63);
             else
                 m_hasOthers = true;
@@ -142,18 +131,8 @@ public:
     /// Index of the first unit at or after `start` that is in the set; the text's length when none is.
     [[nodiscard]] std::size_t FirstIn(std::u16string_view text, std::size_t start) const noexcept
     {
-        switch (m_units.size()) {
-        case 1:
-            return FirstOf<1>(m_units.data(), text, start);
-        case 2:
-            return FirstOf<2>(m_units.data(), text, start);
-        case 3:
-            return FirstOf<3>(m_units.data(), text, start);
-        case 4:
-            return FirstOf<4>(m_units.data(), text, start);
-        default:
-            break;
-        }
+        if (IsSmall())
+            return FirstInRanges(text, start, {m_ranges, m_units.size()});
         std::size_t at = start;
         while (at < text.size() && !Contains(text[at]))
             ++at;
@@ -161,9 +140,10 @@ public:
     }
 
 private:
-    [[nodiscard]] bool IsSmall() const noexcept { return m_units.size() <= 4; }
+    [[nodiscard]] bool IsSmall() const noexcept { return m_units.size() <= kMostRanges; }
 
     std::u16string_view m_units;
+    UnitRange m_ranges[kMostRanges] = {};
     std::uint64_t m_ascii[2] = {0, 0};
     bool m_hasOthers = false;
 };

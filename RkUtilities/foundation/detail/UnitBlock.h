@@ -1,11 +1,9 @@
 #pragma once
 
-#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <string_view>
 
 /// Eight code units at a time, through the vector types that both compilers offer on every processor.
 namespace rk {
@@ -79,26 +77,6 @@ inline std::uint64_t LaneBytes(UnitBlock block) noexcept
 inline std::size_t FirstLane(UnitMask mask) noexcept
 {
     return static_cast<std::size_t>(std::countr_zero(LaneBytes(reinterpret_cast<UnitBlock>(mask)))) / 8;
-}
-
-/// How often a unit occurs.
-inline std::size_t CountUnits(std::u16string_view text, char16_t unit) noexcept
-{
-    constexpr std::size_t kMostBlocks = 0xFFFF;  // a lane counts so far
-    const UnitBlock sought = FilledBlock(unit);
-    std::size_t count = 0;
-    std::size_t at = 0;
-    while (at + kBlockUnits <= text.size()) {
-        UnitBlock counts{};
-        const std::size_t blockCount = std::min((text.size() - at) / kBlockUnits, kMostBlocks);
-        for (const std::size_t end = at + blockCount * kBlockUnits; at < end; at += kBlockUnits)
-            counts -= reinterpret_cast<UnitBlock>(LoadBlock(text.data() + at) == sought);  // a set lane is -1
-        for (std::size_t lane = 0; lane < kBlockUnits; ++lane)
-            count += counts[lane];
-    }
-    for (; at < text.size(); ++at)
-        count += static_cast<std::size_t>(text[at] == unit);
-    return count;
 }
 
 /// Whether all eight units are ASCII.

@@ -146,7 +146,7 @@ std::vector<Week> WeeksOf(const std::vector<DatePlace>& places)
 
 CString NameOf(const Week& week)
 {
-    return CrkStringUtilities::Format(CString(u"W%d").GetUTF16Ptr(), week.number);
+    return CrkStringUtilities::Format(u"W%d", week.number);
 }
 
 }  // namespace

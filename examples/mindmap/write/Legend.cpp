@@ -38,9 +38,7 @@ CString TitlesOf(const std::vector<const Topic*>& mains, std::size_t colorIndex)
     constexpr std::size_t kStep = kBranchColors.size();
     std::size_t restCount = (mains.size() - colorIndex - 1) / kStep;
     const auto withRest = [&](const CString& titles) {
-        return restCount == 0
-                   ? titles
-                   : CrkStringUtilities::AppendInt((titles + u" +").GetUTF16Ptr(), static_cast<int>(restCount));
+        return restCount == 0 ? titles : CrkStringUtilities::AppendInt(titles + u" +", static_cast<int>(restCount));
     };
     const int room = kLegendTextWidth - TextWidth(withRest({}), kDetailFont);
     CString titles = OneLine(mains[colorIndex]->text, room);

@@ -13,7 +13,7 @@ CString TopicIds::Make(const CString& topicText)
     CString id = name;
     int& count = m_counts[name];  // stays where it is when others come
     while (++count > 1) {
-        id = CrkStringUtilities::AppendInt((name + u"-").GetUTF16Ptr(), count);
+        id = CrkStringUtilities::AppendInt(name + u"-", count);
         if (m_counts[id]++ == 0)
             break;
     }
