@@ -13,7 +13,9 @@ namespace {
 
 constexpr mode_t kPermissions = S_IRWXU | S_IRWXG | S_IRWXO;
 
-std::error_code CopyFileTo(Place from, Place to, const ItemCopy& copy)
+/// Copies a file into one that `make` makes for given permissions, which are the owner's alone until it is complete.
+template <class Make>
+std::error_code CopyFileInto(Place from, mode_t extraPermissions, const Make& make)
 {
     // Not a pipe or a link that took the file's place meanwhile: neither is waited for nor followed.
     const FileHandle source(Uninterrupted(
@@ -23,28 +25,28 @@ std::error_code CopyFileTo(Place from, Place to, const ItemCopy& copy)
         return LastError();
     if (!S_ISREG(status.st_mode))
         return ErrorOf(EINVAL);
-    const mode_t ownerAlone = status.st_mode & S_IRWXU;  // until the content is complete
-    const auto fill = [&](int target) {
-        const ContentExtent extent{status.st_size, status.st_blocks < status.st_size / 512};
-        const std::error_code error = CopyContent(source.Descriptor(), target, extent);
-        if (!error)
-            SetPermissionsAndTimes(target, status, copy.extraPermissions);
-        return error;
-    };
-    if (copy.isSeen) {
-        NewFile target;
-        std::error_code error = target.Make(to, ownerAlone);
-        if (!error)
-            error = fill(target.Descriptor());
-        return error ? error : target.Publish(to, copy.taken);
-    }
-    constexpr int kNew = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    FileHandle target(Uninterrupted([&] { return openat(to.folder, to.name, kNew, ownerAlone); }));
-    if (!target)
-        return LastError();
-    std::error_code error = fill(target.Descriptor());
+    int target = -1;
+    std::error_code error = make(status.st_mode & S_IRWXU, target);
     if (!error)
-        error = target.Close();
+        error = CopyContent(source.Descriptor(), target, {status.st_size, status.st_blocks < status.st_size / 512});
+    if (!error)
+        SetPermissionsAndTimes(target, status, extraPermissions);
+    return error;
+}
+
+std::error_code CopyFileTo(Place from, Place to, mode_t extraPermissions)
+{
+    FileHandle file;
+    std::error_code error = CopyFileInto(from, extraPermissions, [&](mode_t permissions, int& target) {
+        constexpr int kNew = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+        file = FileHandle(Uninterrupted([&] { return openat(to.folder, to.name, kNew, permissions); }));
+        target = file.Descriptor();
+        return file ? std::error_code() : LastError();
+    });
+    if (!file)
+        return error;
+    if (!error)
+        error = file.Close();
     if (error)
         unlinkat(to.folder, to.name, 0);
     return error;
@@ -84,11 +86,6 @@ std::error_code CopyNodeTo(Place from, Place to)
     return {};
 }
 
-std::error_code CopyLinkOrNodeTo(Place from, Place to, FileKind kind)
-{
-    return kind == FileKind::Link ? CopyLinkTo(from, to) : CopyNodeTo(from, to);
-}
-
 }  // namespace
 
 std::error_code KindAt(Place place, FileKind& kind)
@@ -107,16 +104,35 @@ void SetPermissionsAndTimes(int descriptor, const struct stat& source, mode_t ex
     (void)futimens(descriptor, times);
 }
 
-std::error_code CopyItem(Place from, Place to, const ItemCopy& copy)
+std::error_code CopyItem(Place from, Place to, FileKind kind, mode_t extraPermissions)
 {
-    if (copy.kind == FileKind::File)
-        return CopyFileTo(from, to, copy);
-    if (copy.taken == Taken::Stays)
-        return CopyLinkOrNodeTo(from, to, copy.kind);
+    switch (kind) {
+    case FileKind::File:
+        return CopyFileTo(from, to, extraPermissions);
+    case FileKind::Link:
+        return CopyLinkTo(from, to);
+    default:
+        return CopyNodeTo(from, to);
+    }
+}
+
+std::error_code CopyVisibleItem(Place from, Place to, FileKind kind, mode_t extraPermissions, Taken taken)
+{
+    if (kind == FileKind::File) {
+        NewFile file;
+        const std::error_code error = CopyFileInto(from, extraPermissions, [&](mode_t permissions, int& target) {
+            const std::error_code unmade = file.Make(to, permissions);
+            target = file.Descriptor();
+            return unmade;
+        });
+        return error ? error : file.Publish(to, taken);
+    }
+    if (taken == Taken::Stays)
+        return CopyItem(from, to, kind, extraPermissions);
     WorkFolder work;
     std::error_code error = work.Make(to);
     if (!error)
-        error = CopyLinkOrNodeTo(from, work.Item(), copy.kind);
+        error = CopyItem(from, work.Item(), kind, extraPermissions);
     return error ? error : PutInPlace(work.Item(), to, Taken::IsReplaced);
 }
 
@@ -124,8 +140,10 @@ std::error_code Decide(Place to, const CopyRules& rules, Decision& decision)
 {
     struct stat status {};
     decision = Decision::Free;
-    if (fstatat(to.folder, to.name, &status, 0) != 0 && fstatat(to.folder, to.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+    if (fstatat(to.folder, to.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return errno == ENOENT ? std::error_code() : LastError();
+    if (S_ISLNK(status.st_mode))
+        (void)fstatat(to.folder, to.name, &status, 0);  // one that leads nowhere is decided about itself
     const bool isReadOnly = (status.st_mode & S_IWUSR) == 0;
     if (S_ISDIR(status.st_mode))
         decision = isReadOnly && !rules.replaceReadOnly ? Decision::ReadOnlyFolder : Decision::Folder;

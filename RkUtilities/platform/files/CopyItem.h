@@ -17,14 +17,11 @@ std::error_code KindAt(Place place, FileKind& kind);
 /// files too.
 void SetPermissionsAndTimes(int descriptor, const struct stat& source, mode_t extraPermissions);
 
-struct ItemCopy {
-    FileKind kind;
-    Taken taken;  ///< what happens to what has the name: it stays (EEXIST), or goes when the copy is complete
-    mode_t extraPermissions;
-    bool isSeen = true;  ///< other programs may look meanwhile, so a file has to appear whole
-};
-/// Copies an ordinary file, a link as a link, or makes a pipe, socket or device anew.
-std::error_code CopyItem(Place from, Place to, const ItemCopy& copy);
+/// Copies an ordinary file, a link as a link, or makes a pipe, socket or device anew. EEXIST when the name is taken. A
+/// file grows under its name, so others must not see it.
+std::error_code CopyItem(Place from, Place to, FileKind kind, mode_t extraPermissions);
+/// The same where others look: a file appears when it is complete, and what has its name goes then if that is wanted.
+std::error_code CopyVisibleItem(Place from, Place to, FileKind kind, mode_t extraPermissions, Taken taken);
 
 /// `ReadOnlyFolder` is one that the rules leave read-only.
 enum class Decision { Free, Stay, Replace, Folder, ReadOnlyFolder };

@@ -28,30 +28,23 @@ public:
           m_permissionsInNewFolders(permissionsInNewFolders)
     {}
 
-    /// The whole tree appears at once, with what could be copied of it.
     std::error_code CopyFolder(Place from, Place to, Taken taken)
     {
-        WorkFolder work;
-        FileIdentity workIdentity;
         std::error_code error = m_from.Start(from, Links::DoNotFollow, Use::List);
         if (!error)
-            error = work.Make(to);
+            error = MakeWorkFolder(to);
         if (!error)
-            error = IdentityOf(work.Item().folder, workIdentity);
+            error = Outcome(mkdirat(m_work->Item().folder, m_work->Item().name, S_IRWXU));
         if (!error)
-            error = Outcome(mkdirat(work.Item().folder, work.Item().name, S_IRWXU));
+            error = m_to.Start(m_work->Item(), Links::DoNotFollow, Use::List);
         if (!error)
-            error = m_to.Start(work.Item(), Links::DoNotFollow, Use::List);
-        if (!error)
-            error = Begin(FolderState::New);
+            error = Begin(FolderState::New, nullptr);
         if (error)
             return error;
-        m_made.insert(workIdentity);
-        m_isSeen = false;
         const std::error_code incomplete = CopyAll();
         if (taken == Taken::IsReplaced && unlinkat(to.folder, to.name, 0) != 0)
             return LastError();
-        error = PutInPlace(work.Item(), to, Taken::Stays);
+        error = PutInPlace(m_work->Item(), to, Taken::Stays);
         return error ? error : incomplete;
     }
 
@@ -69,21 +62,22 @@ public:
         if (error || source == target)
             return error;
         m_made.insert(target);
-        error = Begin(FolderState::Merged);
+        error = Begin(FolderState::Merged, nullptr);
         return error ? error : CopyAll();
     }
 
 private:
     struct Level {
         FolderState state;
+        const char* name;  // in the level above, whose list holds it
         struct stat source;
         EntryList entries;
     };
 
     /// Takes up the folders in which both chains stand.
-    std::error_code Begin(FolderState state)
+    std::error_code Begin(FolderState state, const char* name)
     {
-        Level& level = m_levels.emplace_back(Level{state, {}, {}});
+        Level& level = m_levels.emplace_back(Level{state, name, {}, {}});
         if (fstat(m_from.Current(), &level.source) != 0)
             return LastError();
         if (state == FolderState::New) {
@@ -98,28 +92,62 @@ private:
     /// The first failure of an entry is kept for the end; only losing the way ends the copying.
     std::error_code CopyAll()
     {
-        std::error_code first;
         while (!m_levels.empty()) {
             const EntryList::Entry entry = m_levels.back().entries.Next();
-            if (entry.name == nullptr) {
-                if (const std::error_code lost = Finish())
-                    return lost;
-            } else if (const std::error_code error = CopyEntry(entry); error && !first) {
-                first = error;
-            }
+            if (entry.name != nullptr)
+                Note(CopyEntry(entry));
+            else if (const std::error_code lost = Finish())
+                return lost;
         }
-        return first;
+        return m_firstFailure;
+    }
+
+    void Note(const std::error_code& error)
+    {
+        if (error && !m_firstFailure)
+            m_firstFailure = error;
     }
 
     std::error_code Finish()
     {
-        if (IsNew())
+        const FolderState state = m_levels.back().state;
+        const char* const name = m_levels.back().name;
+        if (state == FolderState::New)
             SetPermissionsAndTimes(m_to.Current(), m_levels.back().source, 0);
+        else
+            m_work.reset();
         m_levels.pop_back();
         if (m_levels.empty())
             return {};
-        const std::error_code error = m_from.Leave();
-        return error ? error : m_to.Leave();
+        std::error_code error = m_from.Leave();
+        if (!error)
+            error = m_to.Leave();
+        if (!error && state == FolderState::New && !IsNew())
+            Note(PutWorkInPlace(name, Taken::Stays));
+        return error;
+    }
+
+    std::error_code MakeWorkFolder(Place target)
+    {
+        if (m_work)
+            return {};
+        FileIdentity identity;
+        std::error_code error = m_work.emplace().Make(target);
+        if (!error)
+            error = IdentityOf(m_work->Item().folder, identity);
+        if (error)
+            m_work.reset();
+        else
+            m_made.insert(identity);
+        return error;
+    }
+
+    std::error_code PutWorkInPlace(const char* name, Taken taken)
+    {
+        const std::error_code error = PutInPlace(m_work->Item(), {m_to.Current(), name}, taken);
+        if (error)
+            m_work.reset();
+        return error;
     }
 
     std::error_code CopyEntry(EntryList::Entry entry)
@@ -133,15 +161,18 @@ private:
             return error;
         if (entry.kind == FileKind::Folder)
             return CopySubfolder(entry.name);
-        Decision decision = Decision::Free;
-        if (!IsNew())
-            error = Decide(target, m_rules, decision);
+        if (IsNew())
+            return CopyItem(source, target, entry.kind, m_permissionsInNewFolders);
+        Decision decision{};
+        error = Decide(target, m_rules, decision);
         if (error || decision == Decision::Stay)
             return error;
         if (decision == Decision::Folder || decision == Decision::ReadOnlyFolder)
             return ErrorOf(EEXIST);
-        const mode_t permissions = IsNew() ? m_permissionsInNewFolders : m_permissions;
-        return CopyItem(source, target, {entry.kind, TakenFor(decision), permissions, m_isSeen});
+        error = MakeWorkFolder(target);
+        if (!error)
+            error = CopyItem(source, m_work->Item(), entry.kind, m_permissions);
+        return error ? error : PutWorkInPlace(entry.name, TakenFor(decision));
     }
 
     std::error_code CopySubfolder(const char* name)
@@ -153,7 +184,7 @@ private:
             const std::error_code lost = m_from.Leave();
             return error ? error : lost;
         }
-        return Begin(*state);
+        return Begin(*state, name);
     }
 
     /// Goes into the folder's counterpart and tells whether it is new; no state when the folder is left out.
@@ -164,31 +195,31 @@ private:
             return error;
         if (m_made.contains(source))
             return {};
-        std::error_code error = Outcome(mkdirat(m_to.Current(), name, S_IRWXU));
-        if (error == std::errc::file_exists && !IsNew())
-            return EnterTaken(name, state);
-        return error ? error : EnterNew(name, state);
-    }
-
-    std::error_code EnterNew(const char* name, std::optional<FolderState>& state)
-    {
-        state = FolderState::New;
-        return m_to.Enter(name, Links::DoNotFollow, Use::List);
-    }
-
-    std::error_code EnterTaken(const char* name, std::optional<FolderState>& state)
-    {
+        if (IsNew()) {
+            state = FolderState::New;
+            const std::error_code error = Outcome(mkdirat(m_to.Current(), name, S_IRWXU));
+            return error ? error : m_to.Enter(name, Links::DoNotFollow, Use::List);
+        }
         Decision decision{};
         std::error_code error = Decide({m_to.Current(), name}, m_rules, decision);
         if (error || decision == Decision::Stay)
             return error;
-        if (decision != Decision::Replace) {
+        if (decision == Decision::Folder || decision == Decision::ReadOnlyFolder) {
             state = FolderState::Merged;
+            m_work.reset();
             return m_to.Enter(name, Links::Follow, Use::PassThrough);
         }
-        if (unlinkat(m_to.Current(), name, 0) != 0 || mkdirat(m_to.Current(), name, S_IRWXU) != 0)
-            return LastError();
-        return EnterNew(name, state);
+        state = FolderState::New;
+        error = MakeWorkFolder({m_to.Current(), name});
+        if (!error && decision == Decision::Replace)
+            error = Outcome(unlinkat(m_to.Current(), name, 0));
+        if (!error)
+            error = Outcome(mkdirat(m_work->Item().folder, m_work->Item().name, S_IRWXU));
+        if (!error)
+            error = m_to.EnterElsewhere(m_work->Item());
+        if (error)
+            m_work.reset();
+        return error;
     }
 
     bool IsNew() const { return m_levels.back().state == FolderState::New; }
@@ -196,9 +227,12 @@ private:
     CopyRules m_rules;
     mode_t m_permissions;
     mode_t m_permissionsInNewFolders;
-    bool m_isSeen = true;
     FolderChain m_from;
     FolderChain m_to;
+    /// In the deepest folder that others see, from its first entry on: each entry appears when it is complete, a folder
+    /// with all that could be copied of it.
+    std::optional<WorkFolder> m_work;
+    std::error_code m_firstFailure;
     std::vector<Level> m_levels;
     std::set<FileIdentity>
         m_made;  // the destination and its new folders: never copied from, or the copying would not end
@@ -231,7 +265,7 @@ std::error_code CopyTree(Place from, Place to, const CopyRules& rules, CopyOutco
     if (kind == FileKind::Folder)
         return TreeCopier(rules, 0).CopyFolder(from, to, TakenFor(decision));
     const mode_t permissions = rules.makeWritable ? S_IWUSR : 0;
-    return CopyItem(from, to, {kind, TakenFor(decision), permissions});
+    return CopyVisibleItem(from, to, kind, permissions, TakenFor(decision));
 }
 
 std::error_code CopyContents(const std::string& from, const std::string& to, const CopyRules& rules)

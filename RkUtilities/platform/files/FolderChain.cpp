@@ -25,6 +25,14 @@ std::error_code FolderChain::Enter(const char* name, Links links, Use use)
     return error ? error : CloseFarLevel();
 }
 
+std::error_code FolderChain::EnterElsewhere(Place place)
+{
+    if (const std::error_code error = Open(place, Links::DoNotFollow, Use::List))
+        return error;
+    m_levels.back().throughLink = true;
+    return CloseFarLevel();
+}
+
 std::error_code FolderChain::Open(Place place, Links links, Use use)
 {
     const int flags = use == Use::List ? O_RDONLY : O_PATH;
