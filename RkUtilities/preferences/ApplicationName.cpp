@@ -1,6 +1,6 @@
 #include "RkUtilities/preferences/ApplicationName.h"
 
-#include "RkUtilities/platform/storage/PreferenceStore.h"
+#include "RkUtilities/platform/process/ApplicationName.h"
 
 namespace rk {
 

@@ -31,17 +31,23 @@ concept StoredNumber = std::integral<T> && sizeof(T) <= sizeof(std::int32_t) && 
 /// - A write is seen in the whole process at once. What other processes have stored is seen after the next `Open` or
 ///   `Close`.
 /// - The values live in $XDG_CONFIG_HOME (else ~/.config)/<application>/preferences.sqlite, mode 0600, in a table with
-///   scope, name, type and value; see platform/ApplicationName.h. What a synchronisation has stored survives a kill and
+///   scope, name, type and value; see ApplicationName.h. What a synchronisation has stored survives a kill and
 ///   a power cut, also where several machines share the home folder, if its file system keeps their locks.
-/// - Nothing is lost while the storage fails (full disk, read-only folder, a store that is busy for more than ten
-///   seconds, no home): values stay readable in the process and the next synchronisation tries again. What was stored
-///   before is read also from a folder that may not be written. A damaged database is put aside under a dated name, and
-///   a new one begun with what the process knows; so is one in place of a database that is moved or deleted meanwhile.
+/// - Nothing is lost while the storage fails (full disk, read-only folder, no home, no descriptor or no memory left, a
+///   folder or database that another process keeps locked for more than two seconds): values stay readable in the process
+///   and the next synchronisation tries again. What was stored before is read also from a folder that may not be written.
 ///   `rk::GetPreferenceState` tells how the storage fares.
+/// - A file that cannot be used as a database of preferences (damaged, of a later version, made to run without end) is put
+///   aside under a dated name, and a new one is begun with what the process knows; so is one in place of a database that
+///   is moved or deleted meanwhile.
 /// - Any text is kept exactly: empty, lone surrogates, U+0000 inside a value, up to 1 GB. A larger value stays in the
 ///   process, and what is written after it with it, until a smaller one replaces it.
-/// - Different objects may be used from different threads at once. A read costs no file access. Memory exhausted is
-///   `std::bad_alloc`; nothing else is thrown.
+/// - Different objects may be used from different threads at once, and in a child after `fork`. A fork waits for a
+///   synchronisation that is under way, and closes the database until the next one. What waits is stored by the process
+///   that wrote it; a child that wrote nothing stores nothing when it exits.
+/// - The first read or write in a process opens or makes the database and takes in its values; it may wait a few seconds
+///   for other processes. After it a read costs no file access. Memory exhausted is `std::bad_alloc` and changes nothing;
+///   nothing else is thrown. At the process's end, what memory or storage cannot take then is lost.
 class RK_EXPORT SECRegistry {
 public:
     /// Recorded, not enforced; 0x20019 asks for reading.

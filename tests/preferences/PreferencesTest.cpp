@@ -3,16 +3,21 @@
 #include "RkUtilities/preferences/PreferenceState.h"
 #include "RkUtilities/preferences/SECRegistry.h"
 
+#include "tests/support/FaultInjection.h"
 #include "tests/support/InChild.h"
 #include "tests/support/ScopedFileSizeLimit.h"
 #include "tests/support/ScopedFolder.h"
 #include "tests/support/ScopedVariable.h"
 
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <functional>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <random>
+#include <sys/file.h>
 #include <thread>
 #include <vector>
 
@@ -69,7 +74,12 @@ protected:
 
 TEST_F(Preferences, KeepTypesAndEveryTextFromOneProcessToTheNext)
 {
-    const std::u16string_view texts[] = {u"", {u"\0a\xD800\n\U0001F600", 6}};
+    const std::u16string_view texts[] = {u"",
+                                         {u"\0a\xD800\n\U0001F600", 6},
+                                         u"\xFEFF"
+                                         u"mark",
+                                         u"\xFFFE"
+                                         u"mark"};
     const CString large = std::u16string(1U << 20U, u'ä');
     InAProcess([&] {
         SECRegistry registry;
@@ -273,6 +283,9 @@ TEST_F(Preferences, BeginANewDatabaseWithWhatTheProcessKnows)
     } misfortunes[] = {{false, [&] { std::filesystem::remove_all(m_folder.Path("config")); }},
                        {false, [&] { std::filesystem::rename(file, file + "-gone"); }},
                        {true, [&] { overwrite(0, "no database"); }},
+                       {true, [&] { overwrite(18, "\3"); }},  // a header of a later version, which must not be written
+                       {true, [&] { overwrite(47, "\5"); }},  // a schema of a later version
+                       {true, [&] { std::filesystem::remove(file), std::filesystem::create_directory(file); }},
                        // The list of free pages, which a store runs into and a reading does not see.
                        {true, [&] {
                             overwrite(32, {"\0\xFF\xFF\xFF\0\0\0\5", 8});
@@ -307,6 +320,80 @@ TEST_F(Preferences, PutEachDamagedDatabaseAside)
             EXPECT_EQ(aside.get(), 'a' + round);
         });
         EXPECT_EQ(m_folder.EntryCount("config/mind_maps"), 1U + static_cast<unsigned>(round));
+    }
+}
+
+TEST_F(Preferences, WaitTwoSecondsForALockedFolder)
+{
+    InAProcess([] { Set(kThisHost, u"name", u"old"); });
+    const int folder = open(m_folder.Path("config/mind_maps").c_str(), O_RDONLY);
+    ASSERT_EQ(flock(folder, LOCK_EX), 0);
+    InAProcess([folder] {
+        SECRegistry().Open(nullptr, kRead);
+        EXPECT_THAT(rk::GetPreferenceState().lastFailure, testing::HasSubstr("locked"));
+        flock(folder, LOCK_UN);
+        Set(kThisHost, u"name", u"new");
+    });
+    close(folder);
+    InAProcess([] { EXPECT_EQ(TextOf(u"name"), u"new"); });
+}
+
+TEST_F(Preferences, LiveThroughForks)
+{
+    InAProcess([] {  // the child goes on when the parent, the last one with the database, has ended
+        Set(kThisHost, u"parent", u"kept");
+        int ends[2];
+        ASSERT_EQ(pipe(ends), 0);
+        if (fork() == 0) {
+            close(ends[1]);
+            Set(kThisHost, u"child", u"kept");
+            EXPECT_EQ(read(ends[0], ends, 1), 0);
+            Set(kThisHost, u"orphan", u"kept");
+            std::exit(0);
+        }
+    });
+    for (int tries = 0; tries < 1000; ++tries) {
+        const std::string found = InChild([] { return TextOf(u"orphan").ToUtf8(); });
+        if (found == "kept")
+            break;
+        ASSERT_LT(tries, 999) << "the orphan's value is " << found;
+        usleep(10000);
+    }
+    InAProcess([] {  // threads are inside while others fork
+        std::atomic<bool> isOver = false;
+        std::jthread writer([&] {
+            for (int i = 0; !isOver; ++i)
+                Set(i % 64 == 0 ? kThisHost : kAnyHost, u"number", i % 3 == 0 ? u"one" : u"another");
+        });
+        for (int round = 0; round < Scaled(10); ++round) {
+            InAProcess([round] {
+                if (round % 2 == 0)
+                    Set(kThisHost, u"child", u"kept");
+            });
+        }
+        isOver = true;
+    });
+}
+
+TEST_F(Preferences, AreKnownAfterAFailedAllocation)
+{
+    InAProcess([] { Set(kAnyHost, u"theme", u"dark"); });
+    for (std::size_t step = 1; step <= 60; ++step) {
+        InAProcess([&] {
+            Set(kAnyHost, u"mine", u"kept");
+            InAProcess([] { Set(kThisHost, u"another's", u"kept"); });
+            test::Arm(step);
+            try {
+                SECRegistry().Close();
+            } catch (const std::bad_alloc&) {
+            }
+            test::Arm(0);
+            EXPECT_EQ(TextOf(u"theme"), u"dark");
+            SECRegistry().Close();
+            EXPECT_EQ(TextOf(u"another's"), u"kept");
+            Set(kAnyHost, u"at the end", u"kept");
+            test::Arm(step);  // ends the process as if nothing had happened, with or without the value
+        });
     }
 }
 

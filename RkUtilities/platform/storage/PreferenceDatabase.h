@@ -1,49 +1,70 @@
 #pragma once
 
-#include "RkUtilities/platform/storage/PreferenceStore.h"
+#include "RkUtilities/platform/storage/PreferenceValues.h"
+#include "RkUtilities/platform/storage/StorageOutcome.h"
 
-#include <map>
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
+#include <sqlite3.h>
 #include <string>
 #include <utility>
 
 namespace rk::platform {
 
-/// A value's place: its scope as text ("user" or "host <machine>") and its name.
-using PreferenceKey = std::pair<std::string, std::u16string>;
-using PreferenceMap = std::map<PreferenceKey, PreferenceValue>;
-
-/// One open database file with the table `preferences` (scope, name, type, value). Not safe from two threads at once.
+/// One SQLite database with the table `preferences` (scope, name, type, value). Not safe from two threads at once.
+///
+/// After each call the database is closed or in no transaction.
 class PreferenceDatabase {
 public:
-    enum class Result {
-        Done,
-        Failed,
-        Damaged,  ///< the file is no sound database
-    };
+    using Taker = std::function<void(PreferenceMap read)>;
 
-    virtual ~PreferenceDatabase() = default;
+    /// Opens nothing yet. `hostId` tells this host's values from those of others.
+    PreferenceDatabase(std::string path, const std::string& hostId);
 
     /// Opens or makes the file (mode 0600).
-    virtual Result Open(const std::string& path) = 0;
-    /// Closes the file and is as new.
-    virtual void Close() = 0;
-    [[nodiscard]] virtual bool IsOpen() const noexcept = 0;
-    /// Whether the path still leads to the open file.
-    [[nodiscard]] virtual bool IsInPlace() const = 0;
-    /// Looks at every page of the file.
-    virtual Result Check() = 0;
-    /// Forgets the file without touching it: a connection must not be carried across `fork`.
-    virtual void Abandon() = 0;
+    StorageOutcome Open();
+    void Close() noexcept;
+    [[nodiscard]] bool IsOpen() const noexcept { return m_database != nullptr; }
+    /// Whether the path still leads to the file that was opened last.
+    [[nodiscard]] bool IsInPlace() const noexcept;
+    /// Looks at every page of the file, reads it, and tries to write.
+    StorageOutcome Check();
 
     /// Stores all values or none.
-    virtual Result Store(const PreferenceMap& values) = 0;
-    /// Reads all values if another process has stored some since the last reading, else none.
-    virtual Result ReadIfChanged(std::optional<PreferenceMap>& values) = 0;
-    /// Reads all values of a file that may not be written, in a folder that may not be written.
-    virtual Result ReadUnwritable(const std::string& path, std::optional<PreferenceMap>& values) = 0;
-    /// Why the last call failed.
-    [[nodiscard]] virtual const std::string& Failure() const noexcept = 0;
+    StorageOutcome Store(const PreferenceMap& values) noexcept;
+    /// Gives all values to `take` if another process has stored some since they were last taken.
+    StorageOutcome ReadIfChanged(const Taker& take);
+    /// Gives all values of a file in a folder that this process may not write to `take`. Opens the database for that alone.
+    StorageOutcome ReadUnwritable(const Taker& take);
+
+private:
+    struct Closer {
+        void operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
+        void operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
+    };
+    using File = std::pair<std::uint64_t, std::uint64_t>;  // device and inode
+    enum Command : unsigned char { Begin, Insert, Commit, Select, Version, QuickCheck, CommandCount };
+
+    [[nodiscard]] std::optional<File> FileAtPath() const noexcept;
+    StorageOutcome OpenWith(const std::string& path, int flags) noexcept;
+    [[nodiscard]] StorageOutcome Judge(int code) const noexcept;
+    void Rollback() noexcept;
+    // These give SQLITE_OK, or why not.
+    int Compile(Command command) noexcept;
+    int Run(Command command, std::int64_t* number = nullptr) noexcept;
+    int InsertAll(const PreferenceMap& values) noexcept;
+    int CheckPages() noexcept;
+    int ReadAll(PreferenceMap& values);
+
+    const std::string m_path;
+    const std::string m_thisHost;  // the scope as the database spells it
+    std::optional<File> m_file;    // that was opened last
+    std::unique_ptr<sqlite3, Closer> m_database;
+    std::array<std::unique_ptr<sqlite3_stmt, Closer>, CommandCount> m_commands;  // compiled when they are first needed
+    std::int64_t m_takenVersion = -1;  // SQLite's data_version when the values were last taken
 };
 
 }  // namespace rk::platform

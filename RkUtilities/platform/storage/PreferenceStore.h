@@ -1,22 +1,17 @@
 #pragma once
 
-#include <cstdint>
+#include "RkUtilities/platform/storage/PreferenceValues.h"
+
 #include <functional>
 #include <string>
 #include <string_view>
-#include <variant>
 
-/// The application's preferences: a map in memory, and a database file that it is synchronised with.
+/// The application's preferences: values in memory, and a database file that they are synchronised with.
 ///
-/// Reads and writes touch memory only and are seen in the whole process at once. A synchronisation stores what was
-/// written since the last one, in one transaction that survives a kill and a power cut, and takes in what other
-/// processes have stored. Safe from any thread; a child after `fork` opens the database anew.
+/// Reads and writes touch memory only, but for the first, which synchronises; they are seen in the whole process at once.
+/// A synchronisation stores what was written since the last one, in one transaction that survives a kill and a power cut,
+/// and takes in what other processes have stored. Safe from any thread, and in a child after `fork`.
 namespace rk::platform {
-
-enum class PreferenceScope { AnyHost, ThisHost };
-using PreferenceValue = std::variant<bool, std::int64_t, std::u16string>;
-/// A value whose text is the caller's, or the store's.
-using PreferenceView = std::variant<bool, std::int64_t, std::u16string_view>;
 
 /// Calls `use` with the value for this host, else for any; not at all when there is none. The view is valid during the
 /// call, in which no preference may be read or written.
@@ -32,9 +27,7 @@ struct StorageState {
     std::string lastFailure;      ///< why the last synchronisation failed; "" when it did not
     std::string damagedDatabase;  ///< where this process last put a damaged database aside; "" when it did not
 };
+/// Waits for a synchronisation that is under way.
 StorageState GetStorageState();
-
-/// Names the application whose preferences these are, before they are first used; "" names it after its executable.
-void NameApplication(std::string_view name);
 
 }  // namespace rk::platform

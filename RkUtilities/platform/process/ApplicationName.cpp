@@ -1,0 +1,53 @@
+#include "RkUtilities/platform/process/ApplicationName.h"
+
+#include <algorithm>
+#include <atomic>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+namespace rk::platform {
+
+namespace {
+
+/// Names are never destroyed: no lock is needed to read the current one, not in a child after a fork either.
+struct KeptName {
+    std::string text;
+    const KeptName* earlier;
+};
+constinit std::atomic<const KeptName*> current = nullptr;
+
+std::string ExecutableName()
+{
+    constexpr std::string_view kReplaced = " (deleted)";  // what the link reads after an update of the running program
+    std::error_code error;
+    std::string name = std::filesystem::read_symlink("/proc/self/exe", error).filename().string();
+    if (name.ends_with(kReplaced))
+        name.resize(name.size() - kReplaced.size());
+    return name;
+}
+
+}  // namespace
+
+void NameApplication(std::string_view name)
+{
+    auto* const kept = new KeptName{std::string(name), current};
+    std::replace(kept->text.begin(), kept->text.end(), '\0', '_');
+    current = kept;
+}
+
+std::string ApplicationName()
+{
+    const KeptName* kept = current;
+    if (kept != nullptr && !kept->text.empty())
+        return kept->text;
+    const std::string name = ExecutableName();
+    if (!name.empty()) {  // kept, as the file may get another name
+        auto mine = std::make_unique<KeptName>(KeptName{name, kept});
+        if (current.compare_exchange_strong(kept, mine.get()))
+            mine.release();
+    }
+    return name;
+}
+
+}  // namespace rk::platform

@@ -1,0 +1,101 @@
+#include "RkUtilities/platform/storage/PreferencePlace.h"
+
+#include "RkUtilities/platform/files/FileFacts.h"
+#include "RkUtilities/platform/files/FileNames.h"
+#include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/FreeNames.h"
+#include "RkUtilities/platform/files/UserFolders.h"
+#include "RkUtilities/platform/process/ApplicationName.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <system_error>
+#include <thread>
+#include <unistd.h>
+
+namespace rk::platform {
+
+namespace {
+
+std::string HostName()
+{
+    std::string name(256, '\0');
+    name.resize(gethostname(name.data(), name.size() - 1) == 0 ? name.find('\0') : 0);
+    return name;
+}
+
+/// The id in /etc/machine-id. Only where there is no such file, or no id in it, it is the host's name. "" for now when it
+/// cannot be read.
+std::string HostId()
+{
+    std::error_code error;
+    const FileHandle file(OpenFile("/etc/machine-id", {}, error));
+    if (error)
+        return error == std::errc::no_such_file_or_directory ? HostName() : "";
+    std::string id(256, '\0');
+    id.resize(ReadFile(file.Descriptor(), id.data(), id.size(), error));
+    id.resize(std::min(id.size(), id.find_first_of(" \n")));
+    return error ? "" : id.empty() ? HostName() : id;
+}
+
+}  // namespace
+
+StorageOutcome FindPreferencePlace(PreferencePlace& place)
+{
+    const std::string preferences = UserFolderPath(UserFolder::Preferences);
+    if (preferences.empty())
+        return {StorageOutcome::Failed, "there is no folder for preferences"};
+    std::string name = ApplicationName();
+    if (name.empty())
+        return {StorageOutcome::Failed, "the program's name cannot be read from /proc/self/exe"};
+    std::replace(name.begin(), name.end(), '/', '_');
+    PreferencePlace found;
+    found.folder = preferences + '/' + (name == "." || name == ".." ? "_" : name);
+    found.database = found.folder + "/preferences.sqlite";
+    found.hostId = HostId();
+    if (found.hostId.empty())
+        return {StorageOutcome::Failed, "the machine's id cannot be read from /etc/machine-id"};
+    static_cast<void>(MakeFolders(preferences));
+    if (::mkdir(found.folder.c_str(), 0700) != 0 && KindOf(found.folder) != FileKind::Folder)
+        return {StorageOutcome::Failed, "there is no folder for preferences"};
+    place = std::move(found);
+    return {};
+}
+
+StorageOutcome LockFolder(const std::string& folder, FileHandle& lock)
+{
+    lock = FileHandle(Uninterrupted([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    for (int tries = 0; flock(lock.Descriptor(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK; ++tries) {
+        if (tries == 200)
+            return {StorageOutcome::Failed, "another process keeps the folder of preferences locked"};
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return {};
+}
+
+std::string MoveAside(const std::string& database)
+{
+    const std::time_t now = std::time(nullptr);
+    std::tm fields{};
+    localtime_r(&now, &fields);
+    char date[32];
+    const std::size_t length = std::strftime(date, sizeof date, "-damaged-%Y%m%d-%H%M%S", &fields);
+    const std::size_t nameStart = database.rfind('/') + 1;
+    const std::string folder = database.substr(0, nameStart);
+    const NumberedName name{database.substr(nameStart) + std::string(date, length), ""};
+    std::error_code error;
+    const std::string aside = folder + name.WithNumber(FirstFreeNumber(folder, name, TakenBy::Anything, error));
+    if (error || std::rename(database.c_str(), aside.c_str()) != 0)
+        return {};
+    for (const char* const suffix : {"-wal", "-shm", "-journal"})
+        static_cast<void>(std::rename((database + suffix).c_str(), (aside + suffix).c_str()));
+    return aside;
+}
+
+}  // namespace rk::platform
