@@ -54,7 +54,7 @@ private:
     {
         std::string_view name = record.level;
         if (name.empty())
-            name = record.damage.empty() ? "-" : record.damage;
+            name = record.damage.empty() ? "-" : std::string_view(record.damage);
         const std::optional<rk::ErkLogLevel> level = LevelOf(record.level);
         const std::string_view attributes =
             level && m_colors == Colors::Terminal ? kAttributes[static_cast<std::size_t>(*level)] : std::string_view();
