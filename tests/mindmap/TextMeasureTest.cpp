@@ -30,13 +30,16 @@ TEST(Wrap, BreaksWhereReadersExpectIt)
         {u"one two three", 50, 5, "one two|three"},
         {u"aaaa bbbb cccc", 70, 5, "aaaa|bbbb cccc"},  // evenly: not "aaaa bbbb|cccc" and not three lines
         {u"one\n\ntwo", 100, 5, "one||two"},
-        {u"well-known 2027-06-01", 50, 5, "well-|known|2027-06-|01"},
+        {u"well-known 2027-06-01", 50, 5, "well-|known|2027-|06-01"},
         {u"Donaudampfschiff", 40, 9, "Donaud|ampfsc|hiff"},
         {u"海冰厚度，与积雪「观测」", 45, 9, "海冰厚|度，与积|雪「观|测」"},
         {u"e\u0301e\u0301e\u0301e\u0301e\u0301e\u0301", 20, 9, "e\u0301e\u0301e\u0301|e\u0301e\u0301e\u0301"},
         {u"👩‍🔬👩‍🔬🇳🇴🇸🇪", 30, 9, "👩‍🔬|👩‍🔬|🇳🇴|🇸🇪"},
         {u"one two three four five", 42, 2, "one two|three…"},
         {u"https://example.org/a", 80, 9, "https://|example.org/a"},
+        {u"developer.zendesk.com/blog", 110, 9, "developer.|zendesk.com/blog"},
+        {u"a_long_name.of?some=file&more", 60, 9, "a_long_|name.of?|some=|file&more"},
+        {u"e.g. 3.14", 100, 9, "e.g. 3.14"},
     };
     for (const auto& [text, width, lineCount, lines] : kCases)
         EXPECT_EQ(Joined(Wrap(text, kFont, width, lineCount)), lines) << CString(text);

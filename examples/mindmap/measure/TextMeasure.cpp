@@ -119,7 +119,28 @@ bool MayBreakBetween(const Cluster& before, const Cluster& after)
     return IsDash(before.first) && !(after.first >= u'0' && after.first <= u'9');
 }
 
-std::vector<Cluster> ClustersOf(std::u16string_view text, Weight weight)
+/// Behind these, names and links break where they are too wide for a line.
+constexpr std::u16string_view kNameBreaks = u"/.-_?&=";
+
+/// Lets what is wider than a line break inside, behind signs that join the parts of names.
+void AllowBreaksInNames(std::vector<Cluster>& clusters, int maximumWidth)
+{
+    std::size_t first = 0;
+    int width = 0;
+    for (std::size_t i = 0; i < clusters.size(); ++i) {
+        width += clusters[i].isSpace ? 0 : clusters[i].width;
+        if (!clusters[i].mayBreakAfter && clusters[i].first != u'\n' && i + 1 < clusters.size())
+            continue;
+        for (std::size_t part = first; width > maximumWidth && part < i; ++part)
+            clusters[part].mayBreakAfter =
+                clusters[part].mayBreakAfter ||
+                (IsOneOf(kNameBreaks, clusters[part].first) && !IsOneOf(kNameBreaks, clusters[part + 1].first));
+        first = i + 1;
+        width = 0;
+    }
+}
+
+std::vector<Cluster> ClustersOf(std::u16string_view text, Weight weight, int maximumWidth)
 {
     std::vector<Cluster> clusters;
     clusters.reserve(text.size());
@@ -127,6 +148,7 @@ std::vector<Cluster> ClustersOf(std::u16string_view text, Weight weight)
         clusters.push_back(ClusterAt(text, index, weight));
     for (std::size_t i = 0; i + 1 < clusters.size(); ++i)
         clusters[i].mayBreakAfter = MayBreakBetween(clusters[i], clusters[i + 1]);
+    AllowBreaksInNames(clusters, maximumWidth);
     return clusters;
 }
 
@@ -316,7 +338,7 @@ CString DrawableText(std::u16string_view text)
 WrappedText Wrap(std::u16string_view text, Font font, int maximumWidth, int maximumLineCount)
 {
     const int available = maximumWidth * kHundredthsPerEm / font.size;
-    const std::vector<Cluster> clusters = ClustersOf(text.substr(0, kMaximumMeasuredUnits), font.weight);
+    const std::vector<Cluster> clusters = ClustersOf(text.substr(0, kMaximumMeasuredUnits), font.weight, available);
     std::vector<Line> lines = BreakEvenly(clusters, available, maximumLineCount);
 
     WrappedText wrapped;

@@ -66,7 +66,8 @@ struct WrappedText {
 ///
 /// - Lines break after spaces, dashes, slashes and between ideographs, but not before closing or after opening
 /// punctuation;
-///   in the middle of a word only where it is too wide for a line, and never inside a character with its marks.
+///   in a word that is too wide for a line behind one of "/.-_?&=", then anywhere, but never inside a character with its
+///   marks.
 /// - The lines are made about equally wide. U+000A always ends one.
 /// - What does not go into `maximumLineCount` lines is cut off and "…" ends the last one.
 WrappedText Wrap(std::u16string_view text, Font font, int maximumWidth, int maximumLineCount);

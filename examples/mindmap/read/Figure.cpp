@@ -202,9 +202,9 @@ CString ShownFigure(const Figure& figure)
     if (figure.unit.IsEmpty())
         return Conversion::DoubleStringToFormattedNumber(number, /*groupThousands=*/true, decimalCount,
                                                          Conversion::MinusSign);
-    return Conversion::DoubleStringToFormattedCurrency(number, figure.unit, decimalCount,
-                                                       static_cast<int>(figure.place), NegativeFormat(figure.place),
-                                                       Conversion::MinusSign);
+    const UnitPlace place = CrkLocaleUtilities::GetDecimalPoint() == u"," ? UnitPlace::BehindBlank : figure.place;
+    return Conversion::DoubleStringToFormattedCurrency(number, figure.unit, decimalCount, static_cast<int>(place),
+                                                       NegativeFormat(place), Conversion::MinusSign);
 }
 
 }  // namespace mindmap

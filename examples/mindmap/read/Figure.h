@@ -35,7 +35,11 @@ struct Figure {
 std::optional<Figure> ReadFigure(const CString& text);
 
 /// The figure in the user's locale, exactly and with the decimals that it needs, of an amount none or two and more: "€
-/// 1,284,000", "1.284,50 €", "12,5%". The unit stands where it was written.
+/// 1,284,000", "1.284,50 €", "12,5%".
+///
+/// The unit of an amount stands behind it, after a blank, where the decimal point is a comma, as German, French and most
+/// readers of such numbers expect; elsewhere it stands where it was written. The library leaves that to its caller:
+/// CrkLocaleUtilities knows one currency format for all locales, "$1.10".
 CString ShownFigure(const Figure& figure);
 
 }  // namespace mindmap

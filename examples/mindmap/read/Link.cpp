@@ -1,7 +1,5 @@
 #include "mindmap/read/Link.h"
 
-#include "mindmap/read/Placeholders.h"
-
 #include <RkUtilities/strings/CrkStringUtilities.h>
 
 #include <array>
@@ -79,7 +77,7 @@ CString SchemeOf(const CString& link)
 /// With its scheme, when it may be followed; else "".
 CString Followable(const CString& link, const CString& scheme)
 {
-    constexpr std::array<std::u16string_view, 3> kSchemes = {u"https:", u"http:", u"mailto:"};
+    constexpr std::array<std::u16string_view, 4> kSchemes = {u"https:", u"http:", u"mailto:", u"file:"};
     for (const std::u16string_view followed : kSchemes)
         if (scheme.CompareNoCase(followed) == 0)
             return link;
@@ -88,7 +86,7 @@ CString Followable(const CString& link, const CString& scheme)
     if (CrkStringUtilities::BeginsWith(link, u"www.", /*ignoreCase=*/true))
         return CrkStringUtilities::GetUrlString(link, u"https://%s");
     const bool isMail = CrkStringUtilities::IsValidEmail(link) && link.FindOneOf(u" /%") < 0;
-    return isMail ? CrkStringUtilities::GetUrlString(link, u"mailto:%s") : CString();
+    return isMail ? CrkStringUtilities::GetUrlString(link, u"mailto:%s") : link;
 }
 
 /// Whether a query or fragment is made of "name=value" alone. The library pairs others wrongly: after an empty value
@@ -145,14 +143,14 @@ Link ReadLink(const CString& written)
     Link link;
     link.target = Encoded(Followable(address, scheme));
     if (link.target.IsEmpty()) {
-        link.address = scheme.IsEmpty() ? ExpandPlaceholders(address) : address;
+        link.address = address;
         return link;
     }
     address = CrkStringUtilities::RemovePrefix(address.Mid(scheme.GetLength()), u"//");
     CrkStringUtilities::ParameterMap parameters;
     const CString fragment = TakeOff(address, u"#", parameters);
     const CString query = TakeOff(address, u"?", parameters);
-    if (CrkStringUtilities::EndsWith(address, u"/", /*ignoreCase=*/false))
+    if (address.GetLength() > 1 && CrkStringUtilities::EndsWith(address, u"/", /*ignoreCase=*/false))
         address = address.Left(address.GetLength() - 1);
     link.address = Decoded(address + query + fragment);
     link.parameters = Told(parameters);

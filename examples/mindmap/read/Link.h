@@ -13,11 +13,11 @@ struct Link {
 
 /// Reads a link as it is written in an outline.
 ///
-/// - Web and mail addresses may be followed: "http:", "https:" and "mailto:", or without these an address that begins
-///   with "www." or looks like one of a mail box. Nothing else may ("javascript:", "file:").
+/// - Web and mail addresses, files and relative links may be followed: "http:", "https:", "mailto:", "file:", what begins
+///   with "www." or looks like the address of a mail box, and what has no scheme. Nothing else may ("javascript:").
 /// - Parameters are the pairs "name=value" in the query and in the fragment. One of the two that holds anything else
 ///   stays a part of the address.
-/// - What has no scheme is a path otherwise: its placeholders are expanded (ExpandPlaceholders).
+/// - Nothing is expanded: an outline must not get at its reader's environment.
 Link ReadLink(const CString& written);
 
 }  // namespace mindmap

@@ -2,7 +2,9 @@
 
 #include <expat.h>
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 #include <memory>
 #include <optional>
 
@@ -142,7 +144,23 @@ private:
             if (const std::string_view value = ValueOf(attribute.name, attributes);
                 !value.empty() && (topic.*attribute.field).IsEmpty())
                 topic.*attribute.field = value;
+        topic.more = OthersOf(attributes, topic);
         m_current = m_builder.Add(m_current, std::move(topic));
+    }
+
+    /// The attributes that no field has; those of outline programs themselves ("isComment", "_status") say nothing.
+    static CString OthersOf(const XML_Char** attributes, const Topic& topic)
+    {
+        CString others;
+        for (; *attributes != nullptr; attributes += 2) {
+            const std::string_view name = attributes[0];
+            const CString value = std::string_view(attributes[1]);
+            const bool isShown = std::any_of(std::begin(kAttributes), std::end(kAttributes),
+                                             [&](const AttributeName& known) { return value == topic.*known.field; });
+            if (!isShown && !value.IsEmpty() && !name.starts_with("is") && !name.starts_with("_"))
+                others += (others.IsEmpty() ? u"" : u"\n") + CString(name) + u": " + value;
+        }
+        return others;
     }
 
     void End()

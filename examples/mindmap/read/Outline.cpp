@@ -36,6 +36,7 @@ Outline OutlineBuilder::Finish(const CString& title)
     for (Topic& topic : topics) {
         topic.text = CleanTopicText(topic.text);
         topic.note = CleanNote(topic.note);
+        topic.more = CleanNote(topic.more);
         topic.figure = ReadFigure(topic.amount);
     }
     return std::move(m_outline);

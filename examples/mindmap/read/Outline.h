@@ -13,6 +13,7 @@ struct Topic {
     CString link;                  ///< as written, see ReadLink
     CString date;                  ///< as written, see Dates.h
     CString amount;                ///< as written: an amount or a percentage
+    CString more;                  ///< what else the outline says of it, as lines "name: value"
     std::optional<Figure> figure;  ///< what the amount says, if it can be read
     int parent = -1;
     int level = 0;  ///< 0 for the central topic

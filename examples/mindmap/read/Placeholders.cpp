@@ -6,6 +6,8 @@ namespace mindmap {
 
 namespace {
 
+constexpr int kMaximumPathUnits = 4096;  // no file has a longer path
+
 bool IsSet(CString placeholder)
 {
     placeholder.Remove(u'%');
@@ -18,6 +20,8 @@ bool IsSet(CString placeholder)
 
 CString ExpandPlaceholders(const CString& path)
 {
+    if (path.GetLength() > kMaximumPathUnits)
+        return path;
     CString placeholder;
     CString rest = path;
     for (int at = 0; (at = CrkStringUtilities::FindEnvironmentVariable(rest, &placeholder)) >= 0;) {

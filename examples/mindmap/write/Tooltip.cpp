@@ -12,8 +12,8 @@ namespace mindmap {
 CString ComposeTooltip(const Topic& topic, const BranchSum& sum)
 {
     const TopicFacts facts = FactsOf(topic, sum);
-    std::array<CString, 7> lines = {topic.text, topic.note,         facts.dates,          facts.amount,
-                                    facts.sum,  facts.link.address, facts.link.parameters};
+    std::array<CString, 8> lines = {topic.text, topic.note,         facts.dates,           facts.amount,
+                                    facts.sum,  facts.link.address, facts.link.parameters, topic.more};
     for (CString& line : lines)
         line = ShortenForTooltip(line);
     return WrapTooltip(CrkStringUtilities::Combine(u"\n", lines.data(), lines.size(), /*skipEmptyParts=*/true));
