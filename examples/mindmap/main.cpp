@@ -6,5 +6,5 @@
 int main(int count, char** arguments)
 {
     std::setlocale(LC_ALL, "");  // the log's times are in the user's language
-    return mindmap::RunProgram({arguments + 1, arguments + count}, std::cout, std::cerr);
+    return mindmap::RunProgram({arguments + 1, arguments + count}, std::cin, std::cout, std::cerr);
 }

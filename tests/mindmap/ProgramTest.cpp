@@ -7,6 +7,7 @@
 #include "MapInvariants.h"
 
 #include <csignal>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <sys/stat.h>
@@ -34,7 +35,8 @@ protected:
     {
         m_out.str("");
         m_err.str("");
-        return RunProgram(arguments, m_out, m_err);
+        m_in.clear();
+        return RunProgram(arguments, m_in, m_out, m_err);
     }
 
     /// Status and all output of a run in a process of its own, as settings are read once.
@@ -47,6 +49,7 @@ protected:
     }
 
     ScopedFolder m_folder;
+    std::istringstream m_in;
     std::ostringstream m_out;
     std::ostringstream m_err;
 };
@@ -66,7 +69,7 @@ TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun)
     EXPECT_EQ(map.guids.size(), 3U);
     EXPECT_EQ(map.guids.begin()->size(), 36U);
     EXPECT_EQ(map.links, std::set<std::string>{"https://x.org/?a&b"});
-    EXPECT_NE(map.text.find("A <& \"B\"\nΣ € 1.285,50"), std::string::npos);
+    EXPECT_NE(map.text.find("A <& \"B\"\nΣ 1.285,50 €"), std::string::npos);
 
     EXPECT_NE(m_out.str().find(m_folder.Path("plan.log/messages.xml")), std::string::npos);
     const std::string log = m_folder.Read("plan.log/messages.xml");
@@ -227,6 +230,63 @@ TEST_F(Program, LeavesTheMapAsItWasWhenTheDiskIsFull)
         EXPECT_EQ(Run({outline, "--replace", "-o", map, "--log", m_folder.Path("log2")}), 1);
     }
     EXPECT_FALSE(m_folder.Has("log2/settings.xml"));
+}
+
+TEST_F(Program, StandsInAPipe)
+{
+    const ScopedCurrentFolder here(m_folder.Path());
+    constexpr std::string_view kOutlines[] = {
+        "- a\n - b\n", "# a\n- b\n", "a\n b\n",
+        "<opml><body><outline text='a'><outline text='b'/></outline></body></opml>"};
+    for (const std::string_view outline : kOutlines) {
+        m_in.str(std::string(outline));
+        EXPECT_EQ(Run({"-"}), 0) << m_err.str();
+        const XmlFacts map = ParseXml(m_out.str());
+        EXPECT_TRUE(map.isWellFormed && map.guids.size() == 2) << outline;
+    }
+    m_in.str("- a\n - b\n");
+    EXPECT_EQ(Run({"-", "-o", "map.svg", "--log", "log"}), 0);
+    EXPECT_TRUE(ParseXml(m_folder.Read("map.svg")).isWellFormed);
+    EXPECT_EQ(Run({"map.svg", "-o", "-"}), 1);
+    m_in.str("a\n\xC3");
+    EXPECT_EQ(Run({"-"}), 1);
+    EXPECT_EQ(m_err.str(), "mindmap: standard input:2: is no text in UTF-8\n");
+    EXPECT_EQ(m_out.str(), "");
+    EXPECT_EQ(m_folder.EntryCount(), 2U);  // the map and its log
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);    // as process substitution makes one
+    const pid_t writer = StartChild([] { std::ofstream("pipe") << "- a\n - b\n"; });
+    EXPECT_EQ(Run({"pipe", "-o", "-"}), 0) << m_err.str();
+    ExpectItEndsWell(writer);
+    for (const char* argument : {"--help", "-"}) {
+        std::ofstream full("/dev/full");
+        m_in.str("a");
+        m_in.clear();
+        m_err.str("");
+        EXPECT_EQ(RunProgram({argument}, m_in, full, m_err), 1) << argument;
+        EXPECT_EQ(m_err.str(), "mindmap: standard output: cannot be written\n");
+    }
+}
+
+TEST_F(Program, TellsNothingOfTheEnvironmentUnlessToldTo)
+{
+    const ScopedVariable secret("RK_SECRET", "s3cret");
+    const std::string outline = Put("a.opml", "<opml><body><outline text='a' url='%RK_SECRET%'/></body></opml>");
+    EXPECT_EQ(Run({outline, "--replace"}), 0);
+    EXPECT_EQ(m_folder.Read("a.svg").find("s3cret"), std::string::npos);
+    EXPECT_EQ(Run({outline, "--replace", "--expand"}), 0);
+    EXPECT_NE(m_folder.Read("a.svg").find("s3cret"), std::string::npos);
+}
+
+TEST_F(Program, KeepsNamesFromForgingTheLogAndTheTerminal)
+{
+    const std::string folder = m_folder.Path("a<b&\x1B[2J");
+    std::filesystem::create_directory(folder);
+    EXPECT_EQ(Run({folder + "/none<l:Severity>Critical\x1B.txt", "--log", m_folder.Path("log")}), 1);
+    EXPECT_EQ(m_err.str().find('\x1B'), std::string::npos);
+    const std::string log = m_folder.Read("log/messages.xml");
+    const XmlFacts facts = ParseXml("<log xmlns:l='l'>" + log + "</log>");
+    EXPECT_TRUE(facts.isWellFormed);
+    EXPECT_EQ(facts.elements.count("l:Severity"), 2U);
 }
 
 TEST_F(Program, ExplainsItselfAndRefusesWhatItDoesNotUnderstand)

@@ -14,23 +14,23 @@ const char kHelp[] = R"(mindmap: draws an outline as a mind map
 Usage: mindmap OUTLINE [-o MAP.svg] [--replace] [--log FOLDER] [--locale NAME]
        mindmap --set NAME=VALUE | --settings
 
-  OUTLINE        OPML 2.0, Markdown headings and lists, or indented lines. One
-                 that is not here is looked for in the last outline's folder.
-  -o MAP.svg     the map; otherwise beside the outline, with its name and .svg
+  OUTLINE        OPML 2.0, Markdown headings and lists, or indented lines; "-"
+                 for standard input. One that is not here is looked for in the
+                 last outline's folder.
+  -o MAP.svg     the map, "-" for standard output; otherwise beside the outline
   --replace      may replace a map that is there; without it the new one gets
                  the next free name, such as "plan (2).svg"
   --log FOLDER   for messages.xml, the log, and settings.xml, what is logged;
                  otherwise beside the map, with its name and .log
   --locale NAME  the language and its formats, as de_DE; otherwise the shell's
+  --expand       puts environment variables for %NAME% in the outline's links
+                 without "https:" or such: the map then tells their values
   --set          remembers theme=light or dark, shapes=rounded, square or pill,
                  folder=FOLDER, the last outline's
   --settings     shows what is remembered, and where
 
-The first topic is the centre when all others are below it, otherwise the title
-or file name. OPML topics may have _note, url, date and amount. Paths may hold
-%NAME% for an environment variable.
-Exit status: 0 when all is done; 1 when an outline, map or setting cannot be
-read or written, with the reason; 2 when the command is not understood.
+OPML topics may have _note, url, date, amount. Paths may hold %NAME%, too.
+Exit status: 0; 1 when something cannot be read or written; 2 for a wrong usage
 )";
 
 namespace {
@@ -52,9 +52,10 @@ struct Switch {
     std::string_view name;
     bool Options::*value;
 };
-constexpr std::array<Switch, 3> kSwitches = {{
+constexpr std::array<Switch, 4> kSwitches = {{
     {"--replace", &Options::mayReplaceMap},
     {"--settings", &Options::wantsSettings},
+    {"--expand", &Options::expandsLinks},
     {"--help", &Options::wantsHelp},
 }};
 

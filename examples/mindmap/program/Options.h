@@ -18,7 +18,11 @@ struct Options {
     bool mayReplaceMap = false;
     bool wantsSettings = false;
     bool wantsHelp = false;
+    bool expandsLinks = false;  ///< placeholders in the links of the outline
 };
+
+/// The outline or map that stands for standard input or output.
+inline constexpr char16_t kStandardStream[] = u"-";
 
 /// A command that is not understood.
 struct UsageError {

@@ -7,6 +7,7 @@
 #include "mindmap/program/Settings.h"
 #include "mindmap/read/FileError.h"
 #include "mindmap/read/OutlineFile.h"
+#include "mindmap/read/Placeholders.h"
 #include "mindmap/write/BranchColors.h"
 #include "mindmap/write/HtmlWriter.h"
 #include "mindmap/write/MapFile.h"
@@ -22,6 +23,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <istream>
 #include <new>
 #include <ostream>
 #include <string>
@@ -69,9 +71,13 @@ CString FindOutline(const CString& path)
 /// @throws UsageError
 void CompletePaths(Options& options)
 {
-    options.outlinePath = FindOutline(options.outlinePath);
+    const bool isPiped = options.outlinePath == kStandardStream;
+    if (!isPiped)
+        options.outlinePath = FindOutline(options.outlinePath);
     if (options.mapPath.IsEmpty())
-        options.mapPath = WithExtension(options.outlinePath, u"svg");
+        options.mapPath = isPiped ? CString(kStandardStream) : WithExtension(options.outlinePath, u"svg");
+    if (options.mapPath == kStandardStream)
+        return;
     if (options.logFolder.IsEmpty())
         options.logFolder = WithExtension(options.mapPath, u"log");
     std::error_code absent;  // then nothing is lost
@@ -79,10 +85,20 @@ void CompletePaths(Options& options)
         throw UsageError{u"the map would take the outline's place"};
 }
 
+/// An outline or map as messages name it, without what would change a terminal.
+CString Named(const CString& path, const CString& stream = u"standard input")
+{
+    CString name = path == kStandardStream ? stream : path;
+    for (int i = 0; i < name.GetLength(); ++i)
+        if (const unsigned short unit = name.GetAt(i); unit < 0x20 || (unit >= 0x7F && unit < 0xA0))
+            name.SetAt(i, u'\uFFFD');
+    return name;
+}
+
 /// "plan.opml:12: mismatched tag"
 CString Described(const CString& path, const OutlineError& error)
 {
-    CString text = path + u":";
+    CString text = Named(path) + u":";
     if (error.line > 0)
         text += CString(std::to_string(error.line)) + u":";
     return text + u" " + error.reason;
@@ -110,15 +126,41 @@ std::vector<CString> NameTopics(const Outline& outline, const MapLayout& map, Ru
     return ids;
 }
 
+/// Takes a map to standard output.
+class MapStream {
+public:
+    explicit MapStream(std::ostream& out) : m_out(out) {}
+    void Write(const CString& text) { Check(m_out << text); }
+    void Commit() { Check(m_out.flush()); }
+
+private:
+    static void Check(const std::ostream& out)
+    {
+        if (!out)
+            throw FileError{u"standard output", u"cannot be written"};
+    }
+    std::ostream& m_out;
+};
+
+Outline Read(const Options& options, std::istream& in)
+{
+    Outline outline =
+        options.outlinePath == kStandardStream ? ReadOutlineStream(in) : ReadOutlineFile(options.outlinePath);
+    for (Topic& topic : outline.topics)
+        if (options.expandsLinks)
+            topic.link = ExpandPlaceholders(topic.link);
+    return outline;
+}
+
 /// Reads, lays out, checks and writes; returns what came of it in a line.
-CString Draw(const Options& options, RunLog& log)
+CString Draw(const Options& options, RunLog& log, std::istream& in, std::ostream& out)
 {
     ProgressLine progressLine;
     const ProgressHook progress = progressLine.Hook();
 
-    const Outline outline = ReadOutlineFile(options.outlinePath);
+    const Outline outline = Read(options, in);
     log.Write(CrkLogWriter::LogInfo,
-              CString(u"Read ") + Counted(outline.topics.size(), u"topic") + u" from " + options.outlinePath);
+              CString(u"Read ") + Counted(outline.topics.size(), u"topic") + u" from " + Named(options.outlinePath));
     if (outline.leftOutCount > 0)
         log.Write(CrkLogWriter::LogNotice,
                   Counted(static_cast<std::size_t>(outline.leftOutCount), u"topic") + u" left out as commented out");
@@ -128,15 +170,25 @@ CString Draw(const Options& options, RunLog& log)
         throw OutlineError{0, u"the topics cannot be placed without touching each other"};
 
     const Legend legend = MakeLegend(outline, map);
-    MapFile file(options.mapPath, options.mayReplaceMap ? Overwrite::Allowed : Overwrite::Never);
-    const TextSink sink = [&](const CString& piece) { file.Write(piece); };
     const std::vector<CString> guids = NameTopics(outline, map, log);
-    if (IsHtml(options.mapPath))
-        WriteHtml(outline, map, ChosenDesign().shapes, sink, progress);
-    else
-        WriteSvg(outline, map, legend, ChosenDesign(), guids, sink, progress);
-    const CString mapPath = file.Commit();
-    RememberFolderOf(options.outlinePath);
+    const auto write = [&](const TextSink& sink) {
+        if (IsHtml(options.mapPath))
+            WriteHtml(outline, map, ChosenDesign().shapes, sink, progress);
+        else
+            WriteSvg(outline, map, legend, ChosenDesign(), guids, sink, progress);
+    };
+    CString mapPath = options.mapPath;
+    if (mapPath == kStandardStream) {
+        MapStream stream(out);
+        write([&](const CString& piece) { stream.Write(piece); });
+        stream.Commit();
+    } else {
+        MapFile file(mapPath, options.mayReplaceMap ? Overwrite::Allowed : Overwrite::Never);
+        write([&](const CString& piece) { file.Write(piece); });
+        mapPath = file.Commit();
+    }
+    if (options.outlinePath != kStandardStream)
+        RememberFolderOf(options.outlinePath);
 
     const auto deepest = std::max_element(outline.topics.begin(), outline.topics.end(),
                                           [](const Topic& a, const Topic& b) { return a.level < b.level; });
@@ -144,11 +196,11 @@ CString Draw(const Options& options, RunLog& log)
     summary.Format(u": %zu topics on %d levels, %.0f by %.0f units", outline.topics.size(), deepest->level + 1,
                    static_cast<double>(legend.bounds.width), static_cast<double>(legend.bounds.height));
     if (mapPath != options.mapPath)
-        summary += u"; " + options.mapPath + u" stays as it was (see --replace)";
-    return mapPath + summary;
+        summary += u"; " + Named(options.mapPath) + u" stays as it was (see --replace)";
+    return Named(mapPath, u"standard output") + summary;
 }
 
-int Run(const Options& options, std::ostream& out, std::ostream& err)
+int Run(const Options& options, std::istream& in, std::ostream& out, std::ostream& err)
 {
     RunLog log(options.logFolder);
     const auto fail = [&](const CString& reason) {
@@ -156,24 +208,27 @@ int Run(const Options& options, std::ostream& out, std::ostream& err)
         err << "mindmap: " << reason << '\n';
         return 1;
     };
-    log.Write(CrkLogWriter::LogInfo, CString(u"Drawing ") + options.outlinePath, CrkLogTypes::LogTypeApplicationStart);
+    log.Write(CrkLogWriter::LogInfo, CString(u"Drawing ") + Named(options.outlinePath),
+              CrkLogTypes::LogTypeApplicationStart);
     try {
-        const CString summary = Draw(options, log);
+        const CString summary = Draw(options, log, in, out);
         log.Write(CrkLogWriter::LogInfo, CString(u"Wrote ") + summary, CrkLogTypes::LogTypeApplicationExit);
-        out << summary << '\n';
+        if (options.mapPath != kStandardStream)
+            out << summary << '\n';
     } catch (const OutlineError& error) {
         return fail(Described(options.outlinePath, error));
     } catch (const FileError& error) {
-        return fail(error.path + u": " + error.reason);
+        return fail(Named(error.path) + u": " + error.reason);
     } catch (const std::bad_alloc&) {
-        return fail(options.outlinePath + u": not enough memory");
+        return fail(Named(options.outlinePath) + u": not enough memory");
     }
     if (const CString trouble = TroubleWithSettings(); !trouble.IsEmpty())
         log.Write(CrkLogWriter::LogNotice, trouble);
     if (log.IsBroken())
-        err << "mindmap: no log: " << log.FilePath() << " cannot be written\n";
-    else if (CrkPathUtilities::FileNotDirectoryExists(log.FilePath()))  // the settings may switch it off
-        out << "Log: " << log.FilePath() << '\n';
+        err << "mindmap: no log: " << Named(log.FilePath()) << " cannot be written\n";
+    else if (!log.IsOff() && options.mapPath != kStandardStream &&
+             CrkPathUtilities::FileNotDirectoryExists(log.FilePath()))  // the settings may switch it off
+        out << "Log: " << Named(log.FilePath()) << '\n';
     return 0;
 }
 
@@ -194,12 +249,8 @@ int RunSettings(const Options& options, const SettingList& changes, std::ostream
     return 1;
 }
 
-}  // namespace
-
-int RunProgram(const std::vector<std::string_view>& arguments, std::ostream& out, std::ostream& err)
+int RunCommand(const std::vector<std::string_view>& arguments, std::istream& in, std::ostream& out, std::ostream& err)
 {
-    const ScopedColorNames colorNames;
-    rk::SetApplicationName("mindmap");
     try {
         Options options = ReadOptions(arguments);
         if (options.wantsHelp) {
@@ -213,11 +264,24 @@ int RunProgram(const std::vector<std::string_view>& arguments, std::ostream& out
             return settingsStatus;
         CompletePaths(options);
         const UserLocale locale(options.locale);
-        return Run(options, out, err);
+        return Run(options, in, out, err);
     } catch (const UsageError& error) {
-        err << "mindmap: " << error.reason << "; see mindmap --help\n";
+        err << "mindmap: " << Named(error.reason) << "; see mindmap --help\n";
         return 2;
     }
+}
+
+}  // namespace
+
+int RunProgram(const std::vector<std::string_view>& arguments, std::istream& in, std::ostream& out, std::ostream& err)
+{
+    const ScopedColorNames colorNames;
+    rk::SetApplicationName("mindmap");
+    const int status = RunCommand(arguments, in, out, err);
+    if (status != 0 || out.flush())
+        return status;
+    err << "mindmap: standard output: cannot be written\n";
+    return 1;
 }
 
 }  // namespace mindmap

@@ -1,5 +1,7 @@
 #include "mindmap/program/RunLog.h"
 
+#include "mindmap/write/XmlStream.h"
+
 #include <RkUtilities/foundation/CFile.h>
 #include <RkUtilities/foundation/CFileException.h>
 #include <RkUtilities/logging/CrkLogException.h>
@@ -20,11 +22,24 @@ constexpr char16_t kSettings[] = uR"(<?xml version="1.0" encoding="UTF-8"?>
 </settings>
 )";
 
+/// The log is XML, and what it tells of paths and outlines may hold anything.
+CString Escaped(const CString& message)
+{
+    CString escaped;
+    const TextSink sink = [&](const CString& piece) { escaped += piece; };
+    XmlStream xml(sink);
+    xml.Text(message, Place::Content);
+    xml.HandOnAll();
+    return escaped;
+}
+
 }  // namespace
 
 RunLog::RunLog(CString folder) : m_folder(std::move(folder))
 {
-    if (!m_folder.IsEmpty() && m_folder.Right(1) != u"/")
+    if (IsOff())
+        return;
+    if (m_folder.Right(1) != u"/")
         m_folder += u"/";
     const CString settingsPath = m_folder + u"settings.xml";
     try {
@@ -38,7 +53,8 @@ RunLog::RunLog(CString folder) : m_folder(std::move(folder))
 
 RunLog::~RunLog()
 {
-    CrkLogWriter::Uninitialize();
+    if (!IsOff())
+        CrkLogWriter::Uninitialize();
 }
 
 void RunLog::ProvideSettings(const CString& path)
@@ -65,10 +81,10 @@ void RunLog::ProvideSettings(const CString& path)
 void RunLog::Write(CrkLogWriter::ErkLogLevel level, const CString& message, const CString& category,
                    const CFUUIDBytes& topicId)
 {
-    if (m_isBroken)
+    if (m_isBroken || IsOff())
         return;
     try {
-        CrkLogWriter::Log(level, message, category, topicId);
+        CrkLogWriter::Log(level, Escaped(message), category, topicId);
     } catch (const CrkLogException&) {
         m_isBroken = true;
     } catch (CFileException* failure) {

@@ -12,6 +12,7 @@ namespace mindmap {
 class RunLog {
 public:
     /// @param folder  with or without a closing "/"; made when it is missing, but not the folder that it is in.
+    ///                "" for no log.
     explicit RunLog(CString folder);
     ~RunLog();
     RunLog(const RunLog&) = delete;
@@ -20,6 +21,7 @@ public:
     void Write(CrkLogWriter::ErkLogLevel level, const CString& message, const CString& category = CString(),
                const CFUUIDBytes& topicId = CrkGuid::c_nullGuid);
 
+    [[nodiscard]] bool IsOff() const { return m_folder.IsEmpty(); }
     [[nodiscard]] bool IsBroken() const { return m_isBroken; }
     /// The path of "messages.xml".
     [[nodiscard]] CString FilePath() const { return m_folder + CrkLogWriter::m_activeFileName; }

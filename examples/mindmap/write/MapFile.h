@@ -8,16 +8,11 @@ namespace mindmap {
 enum class Overwrite { Never, Allowed };
 
 /// A map that comes to be when it is complete. Until `Commit` nothing else has changed, and nothing ever does when that
-/// is never called or fails.
-///
-/// The bytes go to a hidden file beside it, of a name that nothing has yet, which is removed in the end.
+/// is never called or fails, nor when the process is killed: the file has no name before (`CFile::OpenNew`).
 class MapFile {
 public:
     /// @throws FileError when a file cannot be made there, or the one that is there may not be replaced.
     MapFile(const CString& path, Overwrite overwrite);
-    ~MapFile();
-    MapFile(const MapFile&) = delete;
-    MapFile& operator=(const MapFile&) = delete;
 
     /// @throws FileError as `Commit`.
     void Write(const CString& text);
@@ -28,12 +23,9 @@ public:
     CString Commit();
 
 private:
-    void Replace() const;
-    [[nodiscard]] CString TakeFreeName() const;
+    [[nodiscard]] CString TakeFreeName();
 
     CString m_path;
-    CString m_target;  // the path, or what a link there leads to
-    CString m_temporaryPath;
     Overwrite m_overwrite;
     CFile m_file;
 };
