@@ -14,10 +14,10 @@ const char kHelp[] = R"(mindmap: draws an outline as a mind map
 Usage: mindmap OUTLINE [-o MAP.svg] [--replace] [--log FOLDER] [--locale NAME]
        mindmap --set NAME=VALUE | --settings
 
-  OUTLINE        OPML 2.0, Markdown headings and lists, or indented lines; "-"
-                 for standard input. One that is not here is looked for in the
-                 last outline's folder.
-  -o MAP.svg     the map, "-" for standard output; otherwise beside the outline
+  OUTLINE        OPML 2.0, Markdown or indented lines; "-" for standard input.
+                 One not here is looked for in the last outline's folder
+  -o MAP.svg     the map, MAP.html for one that folds in a browser, "-" for
+                 standard output; otherwise beside the outline
   --replace      may replace a map that is there; without it the new one gets
                  the next free name, such as "plan (2).svg"
   --log FOLDER   for messages.xml, the log, and settings.xml, what is logged;
