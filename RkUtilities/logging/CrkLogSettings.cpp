@@ -104,10 +104,11 @@ private:
 }  // namespace
 
 CrkLogSettings::CrkLogSettings(const CString& settingsPath)
-    : m_includeCategories(NoCategories()), m_excludeCategories(NoCategories())
+    : m_includeCategories(NoCategories()), m_excludeCategories(NoCategories()), m_path(settingsPath)
 {
     SettingsReceiver said;
-    if (!rk::platform::ReadXmlFile(rk::NativePath(settingsPath), said))
+    m_fault = rk::platform::ReadXmlFile(rk::NativePath(settingsPath), said);
+    if (!m_fault.empty())
         return;
     m_enable = said.m_enable.value_or(false);
     m_stdOut = said.m_stdOut.value_or(false);

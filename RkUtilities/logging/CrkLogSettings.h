@@ -6,6 +6,8 @@
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/logging/ErkLogLevel.h"
 
+#include <string>
+
 /// What the log writer writes, as read from a settings file.
 ///
 ///     <settings>
@@ -26,10 +28,11 @@
 /// An entry is written when logging is enabled, its level is at most `m_level`, its category is not excluded, and its
 /// category is included or "*" is. So a file without "ls:IncludeCategory" lets nothing through.
 ///
-/// Nothing of a file that cannot be read to its end as well-formed XML is applied: logging stays off, and nothing is
-/// reported. That goes for a missing file, a folder or a pipe too; for an encoding other than UTF-8, UTF-16,
-/// ISO-8859-1 and US-ASCII; for a document that declares entities or uses any beyond XML's own five; and for one that
-/// takes more than a quarter of a second of computing.
+/// Nothing of a file that cannot be read to its end as well-formed XML is applied: logging stays off, and `Fault` says
+/// why. That goes for a missing file, a folder or a pipe too; for a file of more than 8 MiB (8,388,608 bytes); for an
+/// encoding other than UTF-8, UTF-16, ISO-8859-1 and US-ASCII; and for a document that declares entities or uses any
+/// beyond XML's own five, that nests elements more than 1,000 deep, or that declares more than 100 attributes. The time
+/// of reading grows with the file's length only.
 ///
 /// The settings do not change after construction; different threads may use one object.
 class RK_EXPORT CrkLogSettings : public CObject {
@@ -45,6 +48,11 @@ public:
     /// Whether the category is listed as excluded.
     [[nodiscard]] bool IsExcluded(const CString& category) const { return Lists(m_excludeCategories, category); }
 
+    /// The path as given to the constructor.
+    [[nodiscard]] const CString& Path() const { return m_path; }
+    /// Why nothing of the file was applied, in UTF-8: "line 3: mismatched tag"; "" when it was.
+    [[nodiscard]] const std::string& Fault() const { return m_fault; }
+
     bool m_enable = false;      ///< "ls:Enable": logging is on
     bool m_stdOut = false;      ///< "ls:StdOut": each message is also written to standard error
     bool m_includeAll = false;  ///< "*" is an included category
@@ -58,4 +66,7 @@ private:
         const auto* const entry = categories.Lookup(category);
         return entry != nullptr && entry->m_value;
     }
+
+    CString m_path;
+    std::string m_fault;
 };

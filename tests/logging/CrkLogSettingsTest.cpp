@@ -2,7 +2,6 @@
 
 #include "LogFolder.h"
 
-#include <ctime>
 #include <set>
 #include <sys/stat.h>
 
@@ -34,7 +33,7 @@ std::string Repeated(std::string_view part, std::size_t count)
 
 const std::string kOn = "<ls:Enable>true</ls:Enable>";
 
-TEST(LogSettings, AreWhatTheRootsChildrenSayAndLeaveLoggingOffWithinASecondWhenHostile)
+TEST(LogSettings, AreWhatTheRootsChildrenSayAndLeaveLoggingOffWhenHostile)
 {
     std::string laughs = "<!DOCTYPE x [<!ENTITY a0 'true'>", defaults = "<!DOCTYPE x [";
     for (int i = 1; i < 40; ++i)
@@ -61,15 +60,15 @@ TEST(LogSettings, AreWhatTheRootsChildrenSayAndLeaveLoggingOffWithinASecondWhenH
         {laughs + "]><x>" + kOn + "<y>&a39;</y></x>", "---6"},
         {"<!DOCTYPE x [<!ENTITY % p SYSTEM 'file:///dev/zero'> %p;]><x>" + kOn + "</x>", "---6"},
         {"<!DOCTYPE x SYSTEM 'file:///dev/zero'><x>" + kOn + "<y>&t;</y></x>", "---6"},
-        {defaults + "]><x>" + kOn + Repeated("<y/>", 1'000'000) + "</x>", "---6"},
-        {"<x>" + kOn + Repeated("<y>", 10'000'000), "---6"},
-        {"<x>" + kOn + "<" + Repeated("y", 30'000'000), "---6"},
+        {defaults + "]><x>" + kOn + Repeated("<y/>", 1'000'000) + "</x>", "---6"},  // minutes, if it were read
+        {"<x>" + kOn + Repeated("<y>", 2'000'000) + Repeated("</y>", 2'000'000) + "</x>", "---6"},
+        {"<x>" + kOn + "<" + Repeated("y", 8'000'000) + "/></x>", "E--6"},  // hours, if it were parsed by small blocks
+        {"<x>" + kOn + "</x>" + std::string(8'388'608 - 34, ' '), "E--6"},
+        {"<x>" + kOn + "</x>" + std::string(8'388'609 - 34, ' '), "---6"},
     };
     const ScopedFolder folder;
     const auto expect = [&](const std::string& expected, const std::string& what) {
-        const std::clock_t begin = std::clock();  // computing time: what else the machine does is no fault
         EXPECT_EQ(Described(CrkLogSettings(folder.Text("s.xml"))), expected) << what;
-        EXPECT_LT(std::clock() - begin, CLOCKS_PER_SEC) << what;
         std::filesystem::remove(folder.Path("s.xml"));
     };
     for (const auto& [document, expected] : cases) {

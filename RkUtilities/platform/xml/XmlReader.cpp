@@ -4,15 +4,11 @@
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
-#include <cstdint>
-#include <ctime>
 #include <exception>
 #include <expat.h>
 #include <fcntl.h>
 #include <memory>
 #include <new>
-#include <optional>
 #include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,19 +16,6 @@
 namespace rk::platform {
 
 namespace {
-
-constexpr std::int64_t kSmallestBlock = 1024;  // the length of a file may be a lie
-constexpr std::int64_t kLargestBlock = std::int64_t{32} * 1024;
-
-constexpr unsigned kElementsBetweenClockLooks = 256;  // a hostile document type can make each of them expensive
-constexpr std::chrono::nanoseconds kLongestComputation = std::chrono::milliseconds(250);
-
-std::chrono::nanoseconds ThreadComputingTime()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
-}
 
 /// What keeps a document from choosing names that meet in one place of expat's hash tables: a secret, drawn once, since
 /// drawing it for each reading costs as much as reading a small document. Where there is none (0), expat draws its own.
@@ -57,120 +40,129 @@ public:
         XML_SetUserData(parser, this);
         XML_SetElementHandler(parser, &OnElementBegins, &OnElementEnds);
         XML_SetCharacterDataHandler(parser, &OnText);
+        XML_SetAttlistDeclHandler(parser, &OnAttributeDeclaration);
         XML_SetEntityDeclHandler(parser, &OnEntityDeclaration);
         XML_SetSkippedEntityHandler(parser, &OnSkippedEntity);
     }
 
-    /// The memory to read the next block into, `byteCount` at most; valid until `Parse`.
-    void* Block(int byteCount)
+    /// The memory to read the document into.
+    char* Block(std::size_t byteCount)
     {
-        void* const block = XML_GetBuffer(m_parser.get(), byteCount);
+        void* const block = XML_GetBuffer(m_parser.get(), static_cast<int>(byteCount));
         if (block == nullptr)
             throw std::bad_alloc();
-        return block;
+        return static_cast<char*>(block);
     }
 
-    /// Parses what was put into the block; false when the document is refused.
-    bool Parse(int byteCount, bool isLast)
+    /// Parses the whole document from the block; returns why it is refused.
+    std::string Parse(std::size_t byteCount)
     {
-        const XML_Status status = XML_ParseBuffer(m_parser.get(), byteCount, isLast ? XML_TRUE : XML_FALSE);
+        XML_Parser parser = m_parser.get();
+        const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(byteCount), XML_TRUE);
         if (m_thrown)
             std::rethrow_exception(m_thrown);
         if (status == XML_STATUS_OK)
-            return isLast || !TookTooLong();
-        if (XML_GetErrorCode(m_parser.get()) == XML_ERROR_NO_MEMORY)
+            return {};
+        const XML_Error error = XML_GetErrorCode(parser);
+        if (error == XML_ERROR_NO_MEMORY)
             throw std::bad_alloc();
-        return false;
+        return "line " + std::to_string(XML_GetCurrentLineNumber(parser)) + ": " +
+               (m_refusal != nullptr ? m_refusal : XML_ErrorString(error));
     }
 
 private:
+    static Reading& Of(void* self) { return *static_cast<Reading*>(self); }
+
     static void OnElementBegins(void* self, const XML_Char* name, const XML_Char** /*attributes*/)
     {
-        Reading& reading = *static_cast<Reading*>(self);
-        if (++reading.m_elementCount % kElementsBetweenClockLooks == 0 && reading.TookTooLong())
-            reading.Stop();
+        Reading& reading = Of(self);
+        if (++reading.m_depth > kDeepestXmlElement)
+            reading.Refuse("elements are nested too deep");
         else
             reading.Tell([name](XmlReceiver& receiver) { receiver.ElementBegins(name); });
     }
     static void OnText(void* self, const XML_Char* text, int byteCount)
     {
         const std::string_view piece(text, static_cast<std::size_t>(byteCount));
-        static_cast<Reading*>(self)->Tell([piece](XmlReceiver& receiver) { receiver.Text(piece); });
+        Of(self).Tell([piece](XmlReceiver& receiver) { receiver.Text(piece); });
     }
     static void OnElementEnds(void* self, const XML_Char* /*name*/)
     {
-        static_cast<Reading*>(self)->Tell([](XmlReceiver& receiver) { receiver.ElementEnds(); });
+        --Of(self).m_depth;
+        Of(self).Tell([](XmlReceiver& receiver) { receiver.ElementEnds(); });
+    }
+    static void OnAttributeDeclaration(void* self, const XML_Char* /*element*/, const XML_Char* /*attribute*/,
+                                       const XML_Char* /*type*/, const XML_Char* /*value*/, int /*isRequired*/)
+    {
+        if (++Of(self).m_declarationCount > kMostXmlAttributeDeclarations)
+            Of(self).Refuse("too many attributes are declared");
     }
     static void OnEntityDeclaration(void* self, const XML_Char* /*name*/, int /*isParameterEntity*/,
                                     const XML_Char* /*value*/, int /*byteCount*/, const XML_Char* /*base*/,
                                     const XML_Char* /*systemId*/, const XML_Char* /*publicId*/,
                                     const XML_Char* /*notation*/)
     {
-        static_cast<Reading*>(self)->Stop();
+        Of(self).Refuse("an entity is declared");
     }
     static void OnSkippedEntity(void* self, const XML_Char* /*name*/, int /*isParameterEntity*/)
     {
-        static_cast<Reading*>(self)->Stop();
+        Of(self).Refuse("an entity is used");
     }
 
     template <class Event>
     void Tell(const Event& event) noexcept
     {
-        if (m_thrown)  // expat may still report the end of the element in which it was stopped
+        if (m_thrown || m_refusal != nullptr)  // expat may still report the end of the element in which it was stopped
             return;
         try {
             event(m_receiver);
         } catch (...) {
             m_thrown = std::current_exception();
-            Stop();
+            XML_StopParser(m_parser.get(), XML_FALSE);
         }
     }
-    void Stop() { XML_StopParser(m_parser.get(), XML_FALSE); }
-
-    // The count begins with the first look, so that a document of one block and few elements costs none.
-    bool TookTooLong()
+    void Refuse(const char* why)
     {
-        const std::chrono::nanoseconds now = ThreadComputingTime();
-        if (!m_started)
-            m_started = now;
-        return now - *m_started > kLongestComputation;
+        m_refusal = why;
+        XML_StopParser(m_parser.get(), XML_FALSE);
     }
 
     XmlReceiver& m_receiver;
     std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> m_parser;
     std::exception_ptr m_thrown;
-    std::optional<std::chrono::nanoseconds> m_started;
-    unsigned m_elementCount = 0;
+    const char* m_refusal = nullptr;
+    int m_depth = 0;
+    int m_declarationCount = 0;
 };
 
 }  // namespace
 
-bool ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver)
+std::string ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver)
 {
     // Opened without waiting, as a pipe would have it, and looked at before a byte is read: a device may be endless.
     constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     const FileHandle file(Uninterrupted([&] { return open(SystemPath(nativePath), kFlags); }));
     struct stat facts {};
-    if (!file || fstat(file.Descriptor(), &facts) != 0 || !S_ISREG(facts.st_mode))
-        return false;
+    if (!file || fstat(file.Descriptor(), &facts) != 0)
+        return LastError().message();
+    if (!S_ISREG(facts.st_mode))
+        return "not an ordinary file";
 
-    // Room for one byte more than there should be, so that the first reading sees the end of a small file.
-    const auto blockByteCount = static_cast<int>(std::clamp(facts.st_size, kSmallestBlock - 1, kLargestBlock - 1) + 1);
+    // All at once, so that the parser sees no token twice. With room for a byte more than there should be, to see the end;
+    // for all that is allowed where the kernel makes a file up and says 0.
+    constexpr auto kLongest = static_cast<off_t>(kLongestXmlFile);
+    const off_t expected = facts.st_size > 0 ? std::min(facts.st_size, kLongest) : kLongest;
+    const auto room = static_cast<std::size_t>(expected) + 1;
     Reading reading(receiver);
-    for (std::int64_t readCount = 0;;) {
-        void* const block = reading.Block(blockByteCount);
-        const ssize_t byteCount =
-            Uninterrupted([&] { return read(file.Descriptor(), block, static_cast<std::size_t>(blockByteCount)); });
-        if (byteCount < 0)
-            return false;
-        readCount += byteCount;
-        // Fewer bytes than asked for where the file is known to end save the call that would tell so.
-        const bool isLast = byteCount == 0 || (byteCount < blockByteCount && readCount >= facts.st_size);
-        if (!reading.Parse(static_cast<int>(byteCount), isLast))
-            return false;
-        if (isLast)
-            return true;
+    char* const block = reading.Block(room);
+    std::size_t byteCount = 0;
+    for (ssize_t piece = 1; piece > 0 && byteCount < static_cast<std::size_t>(expected);) {
+        piece = Uninterrupted([&] { return read(file.Descriptor(), block + byteCount, room - byteCount); });
+        if (piece < 0)
+            return LastError().message();
+        byteCount += static_cast<std::size_t>(piece);
     }
+    return byteCount < room ? reading.Parse(byteCount) : "longer than it may be";
 }
 
 }  // namespace rk::platform

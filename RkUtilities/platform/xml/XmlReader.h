@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -18,21 +19,25 @@ public:
     virtual void ElementEnds() = 0;
 };
 
-/// Reads an XML 1.0 document from an ordinary file; true when all of it was read and is well-formed.
+/// Documents of more bytes, elements that are nested deeper, and document types that declare more attributes, which the
+/// parser looks through for each element, are refused. Reading takes time and memory linear in the length.
+constexpr std::size_t kLongestXmlFile = std::size_t{8} << 20;
+constexpr int kDeepestXmlElement = 1000;
+constexpr int kMostXmlAttributeDeclarations = 100;
+
+/// Reads an XML 1.0 document from an ordinary file; returns why it was refused ("line 3: mismatched tag"), "" when all of
+/// it was read and is well-formed.
 ///
-/// The receiver may have been told the beginning of a document that turns out to be no good: whoever must take all or
-/// nothing keeps what it hears aside until the result is known.
+/// The receiver may have been told the beginning of a document that turns out to be no good: a caller that must take all
+/// or nothing keeps what it hears aside until the result is known.
 ///
 /// - Encodings: UTF-8, UTF-16, ISO-8859-1 and US-ASCII, as the document declares. Namespaces are not looked at.
-/// - The file is read in blocks and may have any size. Anything but an ordinary file (a folder, a pipe, a device) is
-///   refused without waiting for it; links are followed.
+/// - Anything but an ordinary file (a folder, a pipe, a device) is refused without waiting for it; links are followed.
 /// - Nothing is expanded and nothing else is opened: a document that declares an entity, or refers to one beyond the
 ///   five of XML and character references, is refused there and then. An external document type is left alone.
-/// - A document on which this thread has computed for a quarter of a second is refused: an honest one of tens of
-///   megabytes is through by then. Waiting for a disk does not count.
 /// - What the receiver throws ends the reading and reaches the caller; exhausted memory throws `std::bad_alloc`.
 ///
 /// Safe from any thread.
-bool ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver);
+[[nodiscard]] std::string ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver);
 
 }  // namespace rk::platform
