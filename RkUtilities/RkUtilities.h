@@ -46,6 +46,7 @@
 #include "RkUtilities/logging/CrkLogTypes.h"
 #include "RkUtilities/logging/CrkLogWriter.h"
 #include "RkUtilities/logging/ErkLogLevel.h"
+#include "RkUtilities/logging/LogState.h"
 #include "RkUtilities/numbers/CrkLocaleUtilities.h"
 #include "RkUtilities/numbers/CrkStringConversionUtilities.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"

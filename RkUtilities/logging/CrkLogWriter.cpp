@@ -5,11 +5,15 @@
 #include "RkUtilities/logging/CrkLogException.h"
 #include "RkUtilities/logging/detail/LogEntryText.h"
 #include "RkUtilities/logging/detail/LogFileTail.h"
+#include "RkUtilities/logging/detail/LogTroubles.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
 #include "RkUtilities/platform/files/AppendFile.h"
 #include "RkUtilities/platform/files/FileFacts.h"
+#include "RkUtilities/platform/process/Patience.h"
 #include "RkUtilities/platform/process/Threads.h"
 
+#include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -23,43 +27,22 @@ constinit CrkLogSettings* CrkLogWriter::m_pLogSettings = nullptr;
 constinit bool CrkLogWriter::m_isInitialized = false;
 constinit CrkLogWriter::ErkLogLevel CrkLogWriter::m_logLevel = LogDebug;
 constinit std::uint64_t CrkLogWriter::m_maxFileLength = 20'000'000;
+constinit int CrkLogWriter::m_maxBackupCount = 0;
+constinit bool CrkLogWriter::m_tellsFirstFailure = false;
 constinit std::mutex CrkLogWriter::m_mutex;
 constinit const CString CrkLogWriter::c_generalCategory = CString::Literal(u"General");
 
 namespace {
 
-// The file's length when we left it, with a whole entry at its end. Guarded by CrkLogWriter::m_mutex.
-constinit std::uint64_t lastByteCount = 0;
+using rk::platform::AppendFile;
 
-// The active file's path in bytes, made again when its text has changed, and each time when it depends on the
-// environment, as one that begins with "~" does.
-struct ActivePath {
-    CString folder;
-    CString name;
-    std::string native = rk::NativePath(folder + name);
+constexpr std::chrono::milliseconds kLongestWait{1000};
 
-    [[nodiscard]] bool IsOf(const CString& otherFolder, const CString& otherName) const
-    {
-        return !folder.IsEmpty() && folder.GetAt(0) != u'~' && IsAlike(folder, otherFolder) && IsAlike(name, otherName);
-    }
+// A lock that could not be had is not waited for again until it has been free.
+constinit std::atomic<bool> hasGivenUp = false;
 
-    // A text that is still the one we copied shares its units with the copy.
-    static bool IsAlike(const CString& kept, const CString& text)
-    {
-        return kept.begin() == text.begin() ? kept.GetLength() == text.GetLength() : kept == text;
-    }
-};
-// Guarded by CrkLogWriter::m_mutex. Destroyed when CrkLogWriter::m_path is.
-[[gnu::init_priority(101)]] constinit std::unique_ptr<const ActivePath> activePath;
-
-const std::string& NativeActivePath()
-{
-    const CString& folder = CrkLogWriter::m_path;
-    const CString& name = CrkLogWriter::m_activeFileName;
-    if (activePath == nullptr || !activePath->IsOf(folder, name))
-        activePath = std::make_unique<const ActivePath>(ActivePath{.folder = folder, .name = name});
-    return activePath->native;
-}
+// Guarded by CrkLogWriter::m_mutex.
+[[gnu::init_priority(101)]] constinit AppendFile::Left left;
 
 void Echo(const CString& message)
 {
@@ -69,17 +52,10 @@ void Echo(const CString& message)
 
 bool IsMissingFolder(const std::error_code& error, const std::string& path)
 {
-    // ENOENT may also mean that the file is a link that leads nowhere.
-    if (error == std::errc::no_such_file_or_directory)
-        return !rk::platform::HasExistingFolder(path);
-    return CFileException::ErrnoToException(error.value()) == CFileException::badPath;
-}
-
-void ThrowIfFailed(const std::error_code& error)
-{
-    if (error)
-        throw new CFileException(CFileException::ErrnoToException(error.value()), error.value(),
-                                 CrkLogWriter::m_path + CrkLogWriter::m_activeFileName);
+    // A missing file may also be a link that leads nowhere, a bad path one that leads to itself.
+    const int cause = CFileException::ErrnoToException(error.value());
+    return (cause == CFileException::fileNotFound || cause == CFileException::badPath) &&
+           !rk::platform::HasExistingFolder(path);
 }
 
 }  // namespace
@@ -104,6 +80,7 @@ void CrkLogWriter::Init(const CString& settingsPath, const CString& logFolder)
         m_path = logFolder;
         settings.reset(std::exchange(m_pLogSettings, settings.release()));
         m_isInitialized = true;
+        rk::LogTroubles::Forget();
     }
     if (isEnabled)
         CrkPathUtilities::AssurePathExists(logFolder);  // a failure shows when an entry is to be written
@@ -122,7 +99,7 @@ void CrkLogWriter::LogInternal(ErkLogLevel level, const CString& message, const 
     // Once more when the folder was made; somebody may remove it again, but not without end.
     if (TryToLog(level, message, category, description, id) == Outcome::FolderWasMissing &&
         TryToLog(level, message, category, description, id) == Outcome::FolderWasMissing)
-        throw CrkLogException();
+        throw CrkLogException(m_path.ToUtf8());
 }
 
 CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& message, const CString& category,
@@ -130,31 +107,65 @@ CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& m
 {
     if (!Admits(level, category))
         return Outcome::Done;
-    const std::lock_guard lock(m_mutex);
+    rk::platform::Patience patience(hasGivenUp ? std::chrono::milliseconds::zero() : kLongestWait);
+    std::unique_lock lock(m_mutex, std::defer_lock);
+    if (patience.Lock(m_mutex))
+        lock = std::unique_lock(m_mutex, std::adopt_lock);
     if (m_pLogSettings->m_stdOut)
         Echo(message);
 
-    const std::string& nativePath = NativeActivePath();
-    rk::platform::AppendFile file;
-    if (const std::error_code error = file.Open(nativePath, m_maxFileLength, lastByteCount)) {
-        if (!IsMissingFolder(error, nativePath))
+    const std::string nativePath = rk::NativePath(m_path + m_activeFileName);
+    const std::string entry = rk::EntryUtf8(message, category, level, description, id);
+    AppendFile file;
+    const std::error_code openError =
+        file.Open(nativePath, m_maxFileLength, lock ? left : AppendFile::Left(), patience);
+    if (openError) {
+        if (!IsMissingFolder(openError, nativePath)) {
+            rk::LogTroubles::NoteDroppedEntry(openError);
             return Outcome::Done;
-        if (!CrkPathUtilities::AssurePathExists(m_path))
-            throw CrkLogException();
+        }
+        if (!CrkPathUtilities::AssurePathExists(m_path)) {
+            rk::LogTroubles::Note(rk::LogStep::MakeFolder, openError);
+            throw CrkLogException(m_path.ToUtf8());
+        }
         return Outcome::FolderWasMissing;
     }
-
-    if (!file.IsAsLeft())
+    hasGivenUp = !lock || !file.IsLocked();
+    if (hasGivenUp)
+        rk::LogTroubles::Note(rk::LogStep::Lock, std::make_error_code(std::errc::timed_out));
+    else if (!file.IsAsLeft())
         rk::RemoveTornEntry(file);
-    rk::EntryBytes entry;
-    rk::AppendEntry(entry, message, category, level, description, id);
-    ThrowIfFailed(file.Append(entry.View()));
-    lastByteCount = file.ByteCount();
+    if (const std::error_code error = file.Append(entry)) {
+        rk::LogTroubles::Note(rk::LogStep::Write, error);
+        throw new CFileException(CFileException::ErrnoToException(error.value()), error.value(),
+                                 m_path + m_activeFileName);
+    }
 
-    // Still under the file's lock: nobody else writes to it or moves it. But it may have been moved before we had the
-    // lock.
-    if (file.ByteCount() > m_maxFileLength && file.StandsAt(nativePath))
-        Bak();
-    ThrowIfFailed(file.Close());
+    // The entry is in the file: nothing that fails from here on may be told by an exception.
+    if (!hasGivenUp) {
+        // Still under the file's lock: no other writes to it or moves it. But it may have been moved before we had it.
+        if (file.ByteCount() > m_maxFileLength && file.StandsAt(nativePath))
+            Bak();
+        file.Remember(nativePath, left);
+    }
+    if (const std::error_code error = file.Close())
+        rk::LogTroubles::Note(rk::LogStep::Close, error);
     return Outcome::Done;
+}
+
+rk::LogState CrkLogWriter::GetLogState()
+{
+    using Mode = rk::LogState::Mode;
+    rk::LogState state;
+    state.lastFailure = rk::LogTroubles::LastFailure();
+    state.droppedEntries = rk::LogTroubles::DroppedEntries();
+    if (m_pLogSettings == nullptr)
+        return state;
+    state.settingsFile = m_pLogSettings->Path().ToUtf8();
+    state.settingsFault = m_pLogSettings->Fault();
+    if (!state.settingsFault.empty())
+        state.mode = Mode::BadSettings;
+    else
+        state.mode = m_pLogSettings->m_enable ? Mode::On : Mode::Disabled;
+    return state;
 }

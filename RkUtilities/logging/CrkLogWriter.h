@@ -8,6 +8,7 @@
 #include "RkUtilities/guid/CrkGuid.h"
 #include "RkUtilities/logging/CrkLogSettings.h"
 #include "RkUtilities/logging/ErkLogLevel.h"
+#include "RkUtilities/logging/LogState.h"
 
 #include <cstdint>
 #include <mutex>
@@ -20,15 +21,24 @@
 ///
 /// - `CrkLogSettings` says which entries are written. The others cost next to nothing: no lock, no memory, no file.
 ///   Build an expensive message only behind `CanLog`.
-/// - Any number of threads, and of processes that name the same folder, may log at once. Every entry stands whole in
-///   one of the files, in the order in which the writers took the lock, and one of them alone moves a full file
-///   aside. What logs after a `fork` in the child works there too.
+/// - Threads and processes: any number of them that name the same folder may log at once. Every entry stands whole in one
+///   of the files, in the order in which the writers took the lock, and one of them alone moves a full file aside.
 /// - `Init` must have returned before other threads log, and `Uninitialize` must be called when none logs any more;
 ///   both may be called again later, in any order.
+/// - Fork: the child may log, also when other threads of the parent logged at that moment.
+/// - Kill: a process that is killed leaves whole entries, except perhaps its last one. The next writer removes such a
+///   beginning of an entry from the end of the file; any other content that it finds there stays. Entries reach the
+///   system before `Log` returns, so they outlive the process; they are not forced to the disk.
+/// - A full disk, a limit on file sizes, no memory: `Log` throws, and nothing of the entry is in the file.
+/// - Hostile neighbours: the file and its backups are for the owner only (0600, less what the umask takes). Writers wait
+///   for locks no longer than a second in all; whoever holds a lock longer delays entries by that second once, they are
+///   then written without it, and a full file stays until the lock is free. In a folder that others may write to, the
+///   writer follows no link, waits for no pipe, and writes to no file of another user or with a second name: such
+///   entries are dropped. A file on another file system than its backup is copied; an entry that is written without the
+///   lock in that instant is lost.
 /// - The file is opened and closed for each entry, so it may be moved, deleted or emptied by others at any time.
-/// - A process that is killed leaves whole entries, except perhaps its last one. Whoever writes next removes such a
-///   beginning of an entry from the end of the file; any other content that it finds there stays.
-/// - Entries reach the system before `Log` returns, so they outlive the process; they are not forced to the disk.
+///
+/// A second backup within one minute REPLACES the first: set `m_maxBackupCount` where no entry may be lost that way.
 class RK_EXPORT CrkLogWriter : public CObject {
 public:
     /// How severe an entry is, from `LogEmergency` (0) down to `LogDebug` (6): rk::ErkLogLevel.
@@ -68,55 +78,42 @@ public:
     /// empty one. With "ls:StdOut" the message, nothing else, goes to standard error first, without a line break.
     ///
     /// A missing log folder is created, and the entry is then taken from the start again: its message goes to
-    /// standard error a second time. An entry is dropped without a word when the file cannot be opened for another
-    /// reason (no permission).
+    /// standard error a second time. An entry is dropped when the file cannot be opened for another reason (permission,
+    /// no free descriptor, a link that leads nowhere or to itself); `GetLogState` tells. After any exception nothing of
+    /// the entry is in the file.
     ///
     /// @throws CrkLogException    the log folder is missing and cannot be created
-    /// @throws CFileException*    the entry could not be written whole (`diskFull`); nothing of it is left in the file
-    /// @throws std::bad_alloc     no memory for the entry
-    static void Log(ErkLogLevel level, const CString& message)
-    {
-        if (CanLog(level))
-            LogInternal(level, message, c_generalCategory, {}, CrkGuid::c_nullGuid);
-    }
-    static void Log(ErkLogLevel level, const CString& message, CFUUIDBytes id)
-    {
-        if (CanLog(level))
-            LogInternal(level, message, c_generalCategory, {}, id);
-    }
-    static void Log(ErkLogLevel level, const CString& message, const CString& category)
-    {
-        if (const CString& name = CategoryOrGeneral(category); Admits(level, name))
-            LogInternal(level, message, name, {}, CrkGuid::c_nullGuid);
-    }
-    static void Log(ErkLogLevel level, const CString& message, const CString& category, CFUUIDBytes id)
-    {
-        if (const CString& name = CategoryOrGeneral(category); Admits(level, name))
-            LogInternal(level, message, name, {}, id);
-    }
-    static void Log(ErkLogLevel level, const CString& message, const CString& category, const CString& description)
-    {
-        if (const CString& name = CategoryOrGeneral(category); Admits(level, name))
-            LogInternal(level, message, name, description, CrkGuid::c_nullGuid);
-    }
+    /// @throws CFileException*    the entry could not be written whole (`diskFull`)
+    /// @throws std::bad_alloc     no memory for the entry; `std::length_error` for one of 2,147,483,647 units and more
+    static void Log(ErkLogLevel level, const CString& message);
+    static void Log(ErkLogLevel level, const CString& message, CFUUIDBytes id);
+    static void Log(ErkLogLevel level, const CString& message, const CString& category);
+    static void Log(ErkLogLevel level, const CString& message, const CString& category, CFUUIDBytes id);
+    static void Log(ErkLogLevel level, const CString& message, const CString& category, const CString& description);
     static void Log(ErkLogLevel level, const CString& message, const CString& category, const CString& description,
-                    CFUUIDBytes id)
-    {
-        if (const CString& name = CategoryOrGeneral(category); Admits(level, name))
-            LogInternal(level, message, name, description, id);
-    }
+                    CFUUIDBytes id);
+    // A CrkGuid, which is also a text, is the entry's id and nothing else.
+    static void Log(ErkLogLevel level, const CString& message, const CrkGuid& id);
+    static void Log(ErkLogLevel level, const CString& message, const CString& category, const CrkGuid& id);
+    static void Log(ErkLogLevel level, const CString& message, const CString& category, const CString& description,
+                    const CrkGuid& id);
+    template <class... Further>
+    static void Log(ErkLogLevel level, const CString& message, const CrkGuid& id, const Further&... further) = delete;
 
     /// `Log` with all its arguments; here an empty category stays empty and is admitted or not under that name.
     static void LogInternal(ErkLogLevel level, const CString& message, const CString& category,
                             const CString& description, CFUUIDBytes id);
 
-    /// Moves the active file to a backup in the log folder, so that the next entry starts a new one. A failure goes
-    /// unnoticed: the file stays. Only for who holds `m_mutex`; the writer does this itself with a file that has
-    /// become too long.
+    /// How the log fares. To be called when `Log` may be. Throws `std::bad_alloc`.
+    [[nodiscard]] static rk::LogState GetLogState();
+
+    /// Moves the active file to a backup in the log folder, so that the next entry starts a new one. After a failure
+    /// the file stays; `GetLogState` tells. Only for callers that hold `m_mutex`; the writer does this itself with a file
+    /// that has become too long.
     ///
     /// The backup's name is the local date and time in the locale's short styles, "-" in place of "/" and ":", with
-    /// ".xml" behind: "11-16-26, 9-52 PM.xml". A backup that has the name already is replaced. Works across file
-    /// systems.
+    /// ".xml" behind: "11-16-26, 9-52 PM.xml". A backup that has the name already is replaced, unless
+    /// `m_maxBackupCount` says otherwise. Works across file systems.
     static void Bak();
 
     // --- The text of an entry ----------------------------------------------------------------------------------------
@@ -157,8 +154,13 @@ public:
     static bool m_isInitialized;            ///< the writer is on
     static ErkLogLevel m_logLevel;          ///< `LogDebug`; for the application's own use, never read here
     static std::uint64_t m_maxFileLength;   ///< in bytes: a file that has become longer is moved aside; 20,000,000
+    /// 0: any number of backups, named by the minute, of which a later one replaces an earlier one. Otherwise no backup
+    /// is replaced, and the newest so many are kept; a name is the moment in UTC: "messages 2026-11-16T20-52-05.123456Z.xml".
+    static int m_maxBackupCount;
+    /// Whether the first failure since `Init` is told on standard error too; false.
+    static bool m_tellsFirstFailure;
     /// Held while an entry is written and a file moved aside. A `std::mutex`, so usable before `Init`; its
-    /// `native_handle()` is the POSIX mutex. Who holds it must not fork.
+    /// `native_handle()` is the POSIX mutex. A caller that holds it must not fork.
     static std::mutex m_mutex;
     /// When the library was loaded, in whole seconds since 2001-01-01 00:00 UTC.
     static std::int32_t m_seconds;
@@ -167,16 +169,73 @@ private:
     enum class Outcome { Done, FolderWasMissing };
     [[nodiscard]] static Outcome TryToLog(ErkLogLevel level, const CString& message, const CString& category,
                                           const CString& description, const CFUUIDBytes& id);
-    // Here, so that what is dropped costs no call into the library.
-    [[nodiscard]] static bool Admits(ErkLogLevel level, const CString& category)
-    {
-        return CanLog(level) && !m_pLogSettings->IsExcluded(category) &&
-               (m_pLogSettings->m_includeAll || m_pLogSettings->IsIncluded(category));
-    }
-    [[nodiscard]] static const CString& CategoryOrGeneral(const CString& category)
-    {
-        return category.IsEmpty() ? c_generalCategory : category;
-    }
+    [[nodiscard]] static bool Admits(ErkLogLevel level, const CString& category);
+    static void LogUnderName(ErkLogLevel level, const CString& message, const CString& category,
+                             const CString& description, const CFUUIDBytes& id);
 
     static const CString c_generalCategory;  // "General"
 };
+
+// --- Inline, so that an entry that is dropped costs no call into the library -----------------------------------------
+
+inline bool CrkLogWriter::Admits(ErkLogLevel level, const CString& category)
+{
+    return CanLog(level) && !m_pLogSettings->IsExcluded(category) &&
+           (m_pLogSettings->m_includeAll || m_pLogSettings->IsIncluded(category));
+}
+
+inline void CrkLogWriter::LogUnderName(ErkLogLevel level, const CString& message, const CString& category,
+                                       const CString& description, const CFUUIDBytes& id)
+{
+    if (const CString& name = category.IsEmpty() ? c_generalCategory : category; Admits(level, name))
+        LogInternal(level, message, name, description, id);
+}
+
+inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message)
+{
+    Log(level, message, CrkGuid::c_nullGuid);
+}
+
+inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, CFUUIDBytes id)
+{
+    if (CanLog(level))
+        LogInternal(level, message, c_generalCategory, {}, id);
+}
+
+inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category)
+{
+    LogUnderName(level, message, category, {}, CrkGuid::c_nullGuid);
+}
+
+inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category, CFUUIDBytes id)
+{
+    LogUnderName(level, message, category, {}, id);
+}
+
+inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category,
+                              const CString& description)
+{
+    LogUnderName(level, message, category, description, CrkGuid::c_nullGuid);
+}
+
+inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category,
+                              const CString& description, CFUUIDBytes id)
+{
+    LogUnderName(level, message, category, description, id);
+}
+
+inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CrkGuid& id)
+{
+    Log(level, message, id.Bytes());
+}
+
+inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category, const CrkGuid& id)
+{
+    LogUnderName(level, message, category, {}, id.Bytes());
+}
+
+inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category,
+                              const CString& description, const CrkGuid& id)
+{
+    LogUnderName(level, message, category, description, id.Bytes());
+}

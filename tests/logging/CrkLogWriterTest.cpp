@@ -1,5 +1,4 @@
 #include "RkUtilities/foundation/CFileException.h"
-#include "RkUtilities/logging/CrkLogException.h"
 #include "RkUtilities/logging/CrkLogTypes.h"
 
 #include "LogFolder.h"
@@ -9,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <pthread.h>
 #include <sstream>
+#include <sys/stat.h>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -19,6 +19,13 @@ using testing::ElementsAre;
 using Writer = CrkLogWriter;
 
 constexpr auto kLevel = Writer::LogInfo;
+
+template <class... Arguments>
+concept MayLog = requires(Arguments... arguments)
+{
+    Writer::Log(kLevel, u"", arguments...);
+};
+static_assert(MayLog<CrkGuid> && !MayLog<CrkGuid, CString> && !MayLog<CrkGuid, CFUUIDBytes>);  // no id is a category
 
 /// Initialisers of this program may run before the library's own; the names must be there all the same.
 const CString usedBeforeMain = CrkLogTypes::LogTypeApplicationStart + Writer::m_activeFileName;
@@ -85,13 +92,15 @@ TEST(LogWriter, FillsInWhatIsNotGivenAndWritesAnyTextAsUtf8)
     Writer::Log(kLevel, u"2", u"c");
     Writer::Log(kLevel, u"3", u"", u"d");
     Writer::Log(kLevel, u"4", u"c", u"d", id);
+    Writer::Log(kLevel, u"5", CrkGuid(id));
+    Writer::Log(kLevel, u"6", u"c", CrkGuid(id));
     Writer::Log(kLevel, {std::u16string_view(u"\0\xD800z\u4E2D\xD83D\xDE00", 6)}, u"\xDC00", id);
     std::istringstream lines(folder.Read(folder.Active()));
     std::vector<std::string> entries;
     for (std::string line; std::getline(lines, line);)
         entries.push_back(Field(line, "Category") + Field(line, "Id").substr(34) + Field(line, "Description") +
                           Field(line, "Body"));
-    EXPECT_THAT(entries, ElementsAre("GeneralAB1", "c002", "General00d3", "cABd4",
+    EXPECT_THAT(entries, ElementsAre("GeneralAB1", "c002", "General00d3", "cABd4", "GeneralAB5", "cAB6",
                                      "\xEF\xBF\xBD"
                                      "AB" +
                                          std::string(1, '\0') + "\xEF\xBF\xBDz\xE4\xB8\xAD\xF0\x9F\x98\x80"));
@@ -175,10 +184,15 @@ TEST(LogWriter, GoesOnFromWhateverTheFileHolds)
     EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre("General/Info/first", "General/Info/less"));
 }
 
-TEST(LogWriter, ReportsOrDropsWhatCannotBeWrittenAndReleasesItsMutex)
+TEST(LogWriter, ReportsOrDropsWhatCannotBeWrittenTellsItAndReleasesItsMutex)
 {
     const LogFolder folder;
     const auto isFree = [] { return Writer::m_mutex.try_lock() && (Writer::m_mutex.unlock(), true); };
+    const auto state = [] {
+        const rk::LogState told = Writer::GetLogState();
+        return std::to_string(told.droppedEntries) + " " + told.lastFailure;
+    };
+    EXPECT_EQ(state(), "0 ");
     folder.Link(folder.Active(), "/dev/full");
     try {
         Writer::Log(kLevel, u"no space");
@@ -189,17 +203,84 @@ TEST(LogWriter, ReportsOrDropsWhatCannotBeWrittenAndReleasesItsMutex)
         failure->Delete();
     }
     EXPECT_TRUE(isFree());
+    EXPECT_EQ(state(), "0 write the entry: No space left on device");
     fs::remove(folder.ActivePath());
     folder.MakeFolder(folder.Active());
+    Writer::m_tellsFirstFailure = true;
+    testing::internal::CaptureStderr();
+    folder.Init();
     Writer::Log(kLevel, u"a folder has the name");
     fs::remove(folder.ActivePath());
     folder.Link(folder.Active(), "/missing/messages.xml");
     Writer::Log(kLevel, u"a link that leads nowhere");
+    fs::remove(folder.ActivePath());
+    folder.Link(folder.Active(), folder.ActivePath());
+    Writer::Log(kLevel, u"a link to itself");
+    Writer::m_tellsFirstFailure = false;
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Log: open the file: Is a directory\n");
+    EXPECT_EQ(state(), "3 open the file: Too many levels of symbolic links");
     EXPECT_TRUE(isFree());
     fs::remove_all(folder.Path("log"));
     folder.Write("log", "in the way");
-    EXPECT_THROW(Writer::Log(kLevel, u"no folder"), CrkLogException);
+    try {
+        Writer::Log(kLevel, u"no folder");
+        ADD_FAILURE();
+    } catch (const std::exception& failure) {
+        EXPECT_EQ(failure.what(), "The log folder cannot be made: " + folder.Path("log/"));
+    }
     EXPECT_TRUE(isFree());
+}
+
+TEST(LogWriter, TellsWhetherItIsOnAndWhyNot)
+{
+    using Mode = rk::LogState::Mode;
+    const LogFolder folder;
+    const auto stateWith = [&](const char* settings) {
+        folder.Write("settings.xml", settings);
+        folder.Init();
+        const rk::LogState state = Writer::GetLogState();
+        EXPECT_EQ(state.settingsFile, folder.Path("settings.xml"));
+        return std::pair(state.mode, state.settingsFault);
+    };
+    EXPECT_EQ(stateWith(LogFolder::kEverything), std::pair(Mode::On, std::string()));
+    EXPECT_EQ(stateWith("<x/>"), std::pair(Mode::Disabled, std::string()));
+    EXPECT_EQ(stateWith("<x>\n\n</y>"), std::pair(Mode::BadSettings, std::string("line 3: mismatched tag")));
+    EXPECT_EQ(stateWith("<!DOCTYPE x [\n<!ENTITY a 'b'>]><x/>"),
+              std::pair(Mode::BadSettings, std::string("line 2: an entity is declared")));
+    fs::remove(folder.Path("settings.xml"));
+    folder.Init();
+    EXPECT_EQ(Writer::GetLogState().settingsFault, "No such file or directory");
+    Writer::Uninitialize();
+    EXPECT_EQ(Writer::GetLogState().mode, Mode::Off);
+}
+
+TEST(LogWriter, IsForItsOwnerAndWritesToNothingThatANeighbourPutThere)
+{
+    const LogFolder folder;
+    fs::permissions(folder.Path("log"), fs::perms::all);
+    Writer::Log(kLevel, u"1");
+    EXPECT_EQ(folder.Status(folder.Active()).st_mode & 0777, 0600U);
+    Writer::Log(kLevel, u"2");
+    EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre("General/Info/1", "General/Info/2"));
+
+    folder.Write("target", folder.Read(folder.Active()));  // as long as the file that the writer left
+    const auto expectUnchanged = [&](const char* what) {
+        Writer::Log(kLevel, u"3");
+        EXPECT_THAT(Entries(folder.Read("target")), ElementsAre("General/Info/1", "General/Info/2")) << what;
+        fs::remove(folder.ActivePath());
+    };
+    fs::remove(folder.ActivePath());
+    folder.Link(folder.Active(), folder.Path("target"));
+    expectUnchanged("a link");
+    fs::create_hard_link(folder.Path("target"), folder.ActivePath());
+    expectUnchanged("a hard link");
+    ASSERT_EQ(mkfifo(folder.ActivePath().c_str(), 0666), 0);
+    expectUnchanged("a pipe");
+    EXPECT_EQ(Writer::GetLogState().droppedEntries, 3U);
+    fs::permissions(folder.Path("log"), fs::perms::owner_all);
+    folder.Link(folder.Active(), folder.Path("target"));  // where only its owner may write, a link is the owner's wish
+    Writer::Log(kLevel, u"3");
+    EXPECT_EQ(Entries(folder.Read("target")).back(), "General/Info/3");
 }
 
 TEST(LogWriter, MovesAFileAsideThatIsLongerThanTheLimit)
@@ -225,6 +306,26 @@ TEST(LogWriter, MovesAFileAsideThatIsLongerThanTheLimit)
     EXPECT_FALSE(folder.Has(folder.Active()));
     const std::size_t count = folder.Backups().size();  // two when a minute has ended meanwhile
     EXPECT_TRUE(count == 2 || Entries(folder.Read(backup)) == std::vector<std::string>{"General/Info/4"});
+}
+
+TEST(LogWriter, KeepsTheNewestBackupsAndReplacesNoneWhereTheyAreCounted)
+{
+    const LogFolder folder;
+    folder.Write("log/messages 2026-11-16T20-52-05.123456.xml");  // somebody else's
+    folder.Write("log/messages 2000-01-01T00-00-00.000000Z.xml");
+    Writer::m_maxFileLength = 0;
+    Writer::m_maxBackupCount = 3;
+    for (const char16_t* const message : {u"1", u"2", u"3", u"4", u"5"})
+        Writer::Log(kLevel, message);
+    Writer::m_maxBackupCount = 0;
+    std::vector<std::string> names = folder.Backups();
+    std::sort(names.begin(), names.end());
+    std::string content;
+    for (const std::string& name : names)
+        content += folder.Read(name);
+    EXPECT_EQ(names.size(), 4U);
+    EXPECT_THAT(Entries(content), ElementsAre("General/Info/3", "General/Info/4", "General/Info/5"));
+    EXPECT_FALSE(folder.Has(folder.Active()));
 }
 
 TEST(LogWriter, MovesAFileAsideToAnotherFileSystem)

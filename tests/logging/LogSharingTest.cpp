@@ -1,6 +1,7 @@
 // Threads and processes that log into one folder at once, and those that end or fail in the middle of it.
 
 #include "RkUtilities/foundation/CFileException.h"
+#include "RkUtilities/foundation/UserLocale.h"
 
 #include "../support/InChild.h"
 #include "../support/ScopedFileSizeLimit.h"
@@ -9,6 +10,7 @@
 #include <atomic>
 #include <chrono>
 #include <csignal>
+#include <fcntl.h>
 #include <map>
 #include <random>
 #include <thread>
@@ -81,7 +83,6 @@ TEST(LogSharing, PutsTheFileBackWhenASizeLimitStrikesAndGoesOnAfterwards)
     Writer::Log(Writer::LogInfo, u"0");
     const std::string entry = folder.Read(folder.Active());
     const ScopedFileSizeLimit farAway(std::size_t{1} << 30);
-    std::this_thread::sleep_for(std::chrono::milliseconds(1010));  // a new limit is seen after a second at the latest
     // In the middle of an entry, between two, and behind the limit already.
     for (const std::size_t limit : {entry.size() * 7 / 2, entry.size() * 2, entry.size(), entry.size() / 2}) {
         folder.Write(folder.Active(), entry);
@@ -101,19 +102,54 @@ TEST(LogSharing, PutsTheFileBackWhenASizeLimitStrikesAndGoesOnAfterwards)
     }
 }
 
+TEST(LogSharing, WaitsForNoLockWithoutEndAndLeavesRollingOverToTheNext)
+{
+    const LogFolder folder;
+    Writer::Log(Writer::LogInfo, u"1");
+    const int reader = open(folder.ActivePath().c_str(), O_RDONLY | O_CLOEXEC);
+    struct flock lock {};
+    lock.l_type = F_RDLCK;
+    ASSERT_EQ(fcntl(reader, F_OFD_SETLK, &lock), 0);
+    Writer::m_maxFileLength = 0;
+    Writer::Log(Writer::LogInfo, u"2");
+    Writer::Log(Writer::LogInfo, u"3");
+    EXPECT_EQ(folder.Backups().size(), 0U);
+    EXPECT_EQ(Writer::GetLogState().lastFailure, "lock the file (the entry was written without): Connection timed out");
+    close(reader);
+    {
+        const std::lock_guard heldByUs(Writer::m_mutex);
+        Writer::Log(Writer::LogInfo, u"4");
+    }
+    EXPECT_EQ(folder.Backups().size(), 0U);
+    Writer::Log(Writer::LogInfo, u"5");
+    ASSERT_EQ(folder.Backups().size(), 1U);
+    EXPECT_EQ(Entries(folder.Read(folder.Backups()[0])).size(), 5U);
+    EXPECT_EQ(Writer::GetLogState().droppedEntries, 0U);
+}
+
 TEST(LogSharing, LetsAChildLogThatIsForkedWhileOtherThreadsDo)
 {
     const LogFolder folder;
+    Writer::m_maxFileLength = UINT64_MAX;
     std::atomic<bool> isOver = false;
-    std::thread other([&isOver] {
-        while (!isOver)
+    // The one holds the log's lock, the other those of locales, zones and formats.
+    std::thread logs([&isOver] {
+        for (; !isOver; std::this_thread::sleep_for(std::chrono::microseconds(1)))
             Writer::Log(Writer::LogInfo, u"thread");
     });
-    constexpr int kChildren = 20;
+    std::thread makesFormats([&isOver] {
+        for (int i = 0; !isOver; ++i) {
+            rk::SetUserLocale(i % 2 == 0 ? "de_DE" : "ja_JP");
+            static_cast<void>(Writer::CurrentTimeString(kCFDateFormatterFullStyle));
+        }
+    });
+    constexpr int kChildren = 300;
     for (int child = 0; child < kChildren; ++child)
         ExpectItEndsWell(StartChild([] { Writer::Log(Writer::LogInfo, u"child"); }));
     isOver = true;
-    other.join();
+    logs.join();
+    makesFormats.join();
+    rk::SetUserLocale("");
     const std::vector<std::string> entries = Entries(folder.Read(folder.Active()));
     EXPECT_EQ(std::count(entries.begin(), entries.end(), "General/Info/child"), kChildren);
     EXPECT_EQ(std::count(entries.begin(), entries.end(), "torn"), 0);

@@ -2,6 +2,7 @@
 
 #include "RkUtilities/foundation/detail/TextBuilder.h"
 #include "RkUtilities/foundation/detail/TextSearch.h"
+#include "RkUtilities/foundation/detail/Utf8.h"
 #include "RkUtilities/logging/CrkLogWriter.h"
 #include "RkUtilities/platform/process/Threads.h"
 
@@ -14,30 +15,29 @@
 
 namespace rk {
 
+using namespace std::string_view_literals;
+
 namespace {
 
 // Indexed by level.
-constexpr std::string_view kSeverities[] = {"Emergency", "Critical", "Error", "Warning", "Notice", "Info", "Debug"};
+constexpr std::u16string_view kSeverities[] = {u"Emergency", u"Critical", u"Error", u"Warning",
+                                               u"Notice",    u"Info",     u"Debug"};
 
 // The markup of a header, body and footer around the values, and the values of fixed or nearly fixed length.
 constexpr std::size_t kUsualOverhead = 400;
 
-std::string_view SeverityText(ErkLogLevel level)
+std::u16string_view SeverityText(ErkLogLevel level)
 {
     const auto index = static_cast<unsigned>(level);
-    return index < std::size(kSeverities) ? kSeverities[index] : std::string_view();
+    return index < std::size(kSeverities) ? kSeverities[index] : std::u16string_view();
 }
 
-// A text is built as UTF-16 for callers and as UTF-8 for the file, both from the same pieces: a target is a TextBuilder
-// or EntryBytes. All markup and what is replaced by it is ASCII, so no pair of surrogates is split between pieces.
-
-template <class Target>
-void AppendEscaped(Target& target, std::u16string_view text)
+void AppendEscaped(TextBuilder& target, std::u16string_view text)
 {
     const UnitSet ampersand(u"&");
     for (std::size_t at = ampersand.FirstIn(text, 0); at < text.size(); at = ampersand.FirstIn(text, 0)) {
         target.Append(text.substr(0, at));
-        target.AppendAscii("&amp;");
+        target.Append(u"&amp;"sv);
         text.remove_prefix(at + 1);
     }
     target.Append(text);
@@ -56,22 +56,20 @@ std::u16string_view WithoutDeclaration(std::u16string_view message)
     return message;
 }
 
-template <class Target>
-void AppendPreparedMessage(Target& target, std::u16string_view message)
+void AppendPreparedMessage(TextBuilder& target, std::u16string_view message)
 {
     AppendEscaped(target, WithoutDeclaration(message));
 }
 
-template <class Target, class Number>
-void AppendNumber(Target& target, Number number, int base)
+template <class Number>
+void AppendNumber(TextBuilder& target, Number number, int base)
 {
     std::array<char, 24> digits;
     const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number, base);
     target.AppendAscii({digits.data(), result.ptr});
 }
 
-template <class Target>
-void AppendUuid(Target& target, const CFUUIDBytes& id)
+void AppendUuid(TextBuilder& target, const CFUUIDBytes& id)
 {
     constexpr char kDigits[] = "0123456789ABCDEF";
     std::array<char, 36> text;
@@ -94,38 +92,40 @@ std::int32_t SecondsSince2001(std::chrono::system_clock::time_point time)
     return static_cast<std::int32_t>(duration_cast<seconds>(time - kReferenceDate).count());
 }
 
-template <class Target>
-void AppendHeader(Target& target, const CString& category, ErkLogLevel level, const CString& description,
+void AppendHeader(TextBuilder& target, const CString& category, ErkLogLevel level, const CString& description,
                   const CFUUIDBytes& id)
 {
     const auto now = std::chrono::system_clock::now();
-    target.AppendAscii(kEntryStart);
+    target.Append(u"<l:LogEntry><l:Timestamp>"sv);
     target.Append(LocalTimeText(now, kCFDateFormatterShortStyle));
-    target.AppendAscii(":");
+    target.Append(u":"sv);
     AppendNumber(target, std::int64_t{SecondsSince2001(now)} - CrkLogWriter::m_seconds, 10);
-    target.AppendAscii("</l:Timestamp><l:Tid>");
+    target.Append(u"</l:Timestamp><l:Tid>"sv);
     AppendNumber(target, platform::CurrentThreadHandle(), 16);
-    target.AppendAscii("</l:Tid><l:Category>");
+    target.Append(u"</l:Tid><l:Category>"sv);
     AppendEscaped(target, category);
-    target.AppendAscii("</l:Category><l:Severity>");
-    target.AppendAscii(SeverityText(level));
-    target.AppendAscii("</l:Severity><l:Id>");
+    target.Append(u"</l:Category><l:Severity>"sv);
+    target.Append(SeverityText(level));
+    target.Append(u"</l:Severity><l:Id>"sv);
     AppendUuid(target, id);
-    target.AppendAscii("</l:Id><l:Description>");
+    target.Append(u"</l:Id><l:Description>"sv);
     AppendEscaped(target, description);
-    target.AppendAscii("</l:Description>");
+    target.Append(u"</l:Description>"sv);
 }
 
 }  // namespace
 
-void AppendEntry(EntryBytes& entry, const CString& message, const CString& category, ErkLogLevel level,
-                 const CString& description, const CFUUIDBytes& id)
+std::string EntryUtf8(const CString& message, const CString& category, ErkLogLevel level, const CString& description,
+                      const CFUUIDBytes& id)
 {
+    TextBuilder entry(kUsualOverhead + static_cast<std::size_t>(message.GetLength()));
     AppendHeader(entry, category, level, description, id);
-    entry.AppendAscii("<l:Body>");
+    entry.Append(u"<l:Body>"sv);
     AppendPreparedMessage(entry, message);
-    entry.AppendAscii("</l:Body>");
-    entry.AppendAscii(kEntryFooter);
+    entry.Append(u"</l:Body></l:LogEntry>\n"sv);
+    std::string bytes;
+    AppendUtf8(entry.View(), bytes);
+    return bytes;
 }
 
 }  // namespace rk
