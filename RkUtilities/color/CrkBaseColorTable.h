@@ -17,10 +17,10 @@ public:
 
     /// The first of the entries, which the table owns.
     virtual ColorEntry const* GetColorEntries() = 0;
-    /// How many there are; 0 or less for none.
+    /// The number of entries; 0 or less when the table has no entries.
     virtual int GetColorCount() = 0;
 
-    /// The current table; null for none, as at start.
+    /// The table that is set; null when no table is set, as at the start.
     static void Set(CrkBaseColorTable* table) noexcept;
     static CrkBaseColorTable* Get() noexcept;
     /// The text for a `COLORREF`: that of the first entry with the same opaque ARGB value, in the user's language; without

@@ -9,7 +9,7 @@
 ///
 /// A negative width or height is legal: the bounds, and every function that does not speak of the raw fields, then see
 /// the mirror image with positive size, so (10, 10, -10, -10) is (0, 0, 10, 10). A field that is not a number makes
-/// bounds that are none.
+/// bounds that are not numbers.
 struct RK_EXPORT CrkFloatRect {
     float x = 0;
     float y = 0;
@@ -24,8 +24,8 @@ struct RK_EXPORT CrkFloatRect {
     constexpr float MinY() const noexcept { return y < y + height ? y : y + height; }
     constexpr float MaxY() const noexcept { return y > y + height ? y : y + height; }
 
-    /// The rectangle that stands for "no rectangle": its origin at infinity, its size 0. Inflated() makes it of what it
-    /// shrinks away.
+    /// The rectangle that stands for "no rectangle": its origin at infinity, its size 0. Inflated() gives it for a
+    /// rectangle that shrinks to less than nothing.
     static constexpr CrkFloatRect Null() noexcept
     {
         return {std::numeric_limits<float>::infinity(), std::numeric_limits<float>::infinity(), 0, 0};

@@ -140,7 +140,7 @@ public:
     /// The roots of a·x² + b·x + c = 0 in single precision, formed so that nearly equal numbers are not subtracted.
     ///
     /// The first root is (-b + s) / 2a, the second (-b - s) / 2a, s being the square root of b² - 4ac. Roots that are
-    /// not real are not a number. With a = 0 the root -c/b is in one of the two (the first for b > 0), the other is
+    /// not real are not a number. With a = 0 the root -c/b is in one of the two (the first for b > 0), and the other root is
     /// infinite or not a number; with b = c = 0 the first is 0, the second not a number. Writes nothing when either
     /// pointer is null.
     static void SolveQuadraticEquation(float a, float b, float c, float* firstRoot, float* secondRoot) noexcept;
@@ -250,8 +250,8 @@ public:
 
     /// The smallest rectangle around points: (-2, 0, 5, 4) for (3, 1), (-2, 4), (0, 0); all 0 for no points.
     ///
-    /// A coordinate that is not a number is passed over, but in the first point makes that dimension none. The sign of
-    /// a bound that is 0 is unspecified.
+    /// A coordinate that is not a number is passed over. In the first point it makes the bounds of that dimension not
+    /// numbers. The sign of a bound that is 0 is unspecified.
     static CrkFloatRect CalculatePointsBoundingRectangle(const CrkFloatPoint* points, int count) noexcept;
 
     /// The smallest rectangle around the four mapped corners of a rectangle.

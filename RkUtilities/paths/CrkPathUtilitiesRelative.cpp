@@ -1,6 +1,5 @@
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/foundation/detail/TextBuilder.h"
-#include "RkUtilities/foundation/detail/UnitBlock.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
 #include "RkUtilities/paths/detail/PathNames.h"
 #include "RkUtilities/platform/locale/NameCompare.h"
@@ -22,23 +21,6 @@ std::u16string_view ElementAt(std::u16string_view path, std::size_t start)
 
 // In these functions a clean path is "" for the root, else a "/" before each element: no element is empty, "." or "..".
 
-// Whether no "/" is followed by another one or by ".": a quick look that most paths pass.
-bool HasOrdinaryElements(std::u16string_view path)
-{
-    constexpr std::size_t kLookedAt = rk::kBlockUnits + 1;
-    if (path.size() < kLookedAt)
-        return false;
-    const auto isOrdinaryAt = [units = path.data()](std::size_t at) {
-        const rk::UnitBlock following = rk::LoadBlock(units + at + 1);
-        const auto isOdd = (following == rk::FilledBlock(u'/')) | (following == rk::FilledBlock(u'.'));
-        return !rk::AnyLane((rk::LoadBlock(units + at) == rk::FilledBlock(u'/')) & isOdd);
-    };
-    std::size_t at = 0;
-    while (at + kLookedAt < path.size() && isOrdinaryAt(at))
-        at += rk::kBlockUnits;
-    return at + kLookedAt >= path.size() && isOrdinaryAt(path.size() - kLookedAt) && path.back() != u'/';
-}
-
 // The part of `path` that is its clean form, if it has one as it stands: one "/" at the end is left out.
 std::optional<std::u16string_view> CleanAsItStands(std::u16string_view path)
 {
@@ -46,8 +28,6 @@ std::optional<std::u16string_view> CleanAsItStands(std::u16string_view path)
         return std::nullopt;
     if (path.ends_with(u'/'))
         path.remove_suffix(1);
-    if (HasOrdinaryElements(path))
-        return path;
     for (std::size_t slash = 0; slash < path.size(); slash = std::min(path.find(u'/', slash + 1), path.size())) {
         const char16_t next = slash + 1 < path.size() ? path[slash + 1] : u'/';
         if (next != u'/' && next != u'.')
@@ -101,20 +81,6 @@ private:
     std::optional<std::u16string_view> m_view;
 };
 
-std::size_t CommonUnits(std::u16string_view first, std::u16string_view second)
-{
-    const std::size_t most = std::min(first.size(), second.size());
-    std::size_t common = 0;
-    for (; common + rk::kBlockUnits <= most; common += rk::kBlockUnits) {
-        const auto differ = rk::LoadBlock(first.data() + common) != rk::LoadBlock(second.data() + common);
-        if (rk::AnyLane(differ))
-            return common + rk::FirstLane(differ);
-    }
-    while (common < most && first[common] == second[common])
-        ++common;
-    return common;
-}
-
 // How far two clean paths lead through the same folders: what follows is "" or begins with "/".
 struct CommonPart {
     std::size_t ofTarget;
@@ -123,7 +89,8 @@ struct CommonPart {
 
 CommonPart FindCommonPart(std::u16string_view target, std::u16string_view base)
 {
-    std::size_t common = CommonUnits(target, base);
+    const auto firstDifference = std::mismatch(target.begin(), target.end(), base.begin(), base.end()).first;
+    auto common = static_cast<std::size_t>(firstDifference - target.begin());
     const auto elementEndsAt = [common](std::u16string_view path) {
         return common == path.size() || path[common] == u'/';
     };
@@ -167,6 +134,6 @@ CString CrkPathUtilities::CalcRelativePathname(CString target, CString baseFolde
         for (std::size_t i = 0; i < upCount; ++i)
             end = std::copy_n(u"../", 3, end);
         units[upUnits - 1] = u'.';  // where there is no step up
-        rk::CopyUnits(down.data(), down.size(), units + upUnits);
+        std::copy(down.begin(), down.end(), units + upUnits);
     });
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "RkUtilities/foundation/CString.h"
-#include "RkUtilities/foundation/detail/UnitBlock.h"
 
 #include <cstddef>
 #include <string_view>
@@ -19,11 +18,6 @@ constexpr bool IsSeparator(char16_t unit)
 inline std::size_t FileNameStart(std::u16string_view path)
 {
     std::size_t start = path.size();
-    const auto isInName = [](UnitBlock units) {
-        return !AnyLane((units == FilledBlock(u'/')) | (units == FilledBlock(u'\\')));
-    };
-    while (start >= kBlockUnits && isInName(LoadBlock(path.data() + start - kBlockUnits)))
-        start -= kBlockUnits;
     while (start > 0 && !IsSeparator(path[start - 1]))
         --start;
     return start;
