@@ -9,10 +9,14 @@
 
 #include <RkUtilities/logging/CrkLogWriter.h>
 
+#include <chrono>
+#include <filesystem>
 #include <unicode/datefmt.h>
 #include <unicode/locid.h>
 
 using namespace rklog;
+using namespace std::chrono_literals;
+using std::chrono::June, std::chrono::November;
 
 namespace {
 
@@ -44,6 +48,11 @@ std::string EntryAt(std::string_view date, Seconds sinceLoad, std::string_view t
         .append(category)
         .append("</l:Category><l:Severity>Info</l:Severity><l:Id></l:Id>");
     return text.append("<l:Description></l:Description><l:Body>").append(message).append("</l:Body></l:LogEntry>\n");
+}
+
+void SetLastChange(const std::string& path, std::chrono::sys_days day)
+{
+    std::filesystem::last_write_time(path, std::chrono::file_clock::from_sys(std::chrono::sys_seconds(day)));
 }
 
 constexpr std::string_view kLogStart =
@@ -133,6 +142,7 @@ TEST(Dates, AreRecognisedByWhatTheLogHolds)
     for (const auto& c : cases) {
         SCOPED_TRACE(c.log);
         folder.Write("log.xml", c.log);
+        SetLastChange(folder.Path("log.xml"), 2027y / June / 1);
         DateSamples samples;
         samples.TakeFrom(folder.Path("log.xml"));
         const DateSamples::Verdict verdict = samples.Recognise(german);
@@ -140,6 +150,13 @@ TEST(Dates, AreRecognisedByWhatTheLogHolds)
         EXPECT_EQ(verdict.isAmbiguous, c.isAmbiguous);
         EXPECT_EQ(verdict.isReadable, c.isReadable);
     }
+    // What would come after the file's last change is not what was written.
+    folder.Write("log.xml", EntryAt("11/12/2026, 9:52 PM", 0));
+    SetLastChange(folder.Path("log.xml"), 2026y / November / 20);
+    DateSamples samples;
+    samples.TakeFrom(folder.Path("log.xml"));
+    EXPECT_EQ(samples.Recognise(german).style.order, MonthDayYear);
+    EXPECT_FALSE(samples.Recognise({.order = MonthDayYear, .days = {}}).isAmbiguous);
 }
 
 TEST(Dates, AreExactForProcessesThatToldTheirStart)

@@ -20,6 +20,9 @@ constexpr std::uint64_t kPlaceCount = 8;  // in a file
 // Two clocks agree when they differ by less: a minute is cut off each time.
 constexpr Seconds kTolerance = 2 * kSecondsOfMinute;
 
+// How far a wall's time may be ahead of the UTC of a file's last change.
+constexpr Seconds kFarthestZones = 2 * kSecondsOfDay;
+
 bool Agree(Seconds a, Seconds b)
 {
     return std::abs(a - b) < kTolerance;
@@ -40,8 +43,11 @@ void DateSamples::TakeFrom(const std::string& path)
         for (std::uint64_t offset = 0; offset < last; offset += step)
             TakeFrom(file, offset);
         TakeFrom(file, last);
+        const Seconds changedUtc = facts.modifiedNanoseconds / 1'000'000'000;
+        for (std::size_t i = before; i < m_samples.size(); ++i)
+            m_samples[i].latest = changedUtc + kFarthestZones;
         if (m_samples.size() > before)
-            m_samples.back().changedUtc = facts.modifiedNanoseconds / 1'000'000'000;
+            m_samples.back().changedUtc = changedUtc;
     } catch (const std::system_error&) {
         return;  // who reads the file says so
     }
@@ -55,7 +61,7 @@ void DateSamples::TakeFrom(const InputFile& file, std::uint64_t offset)
     for (Entry entry; scanner.Next(entry);) {
         const auto [date, sinceLoad] = ReadTimestamp(entry.timestamp);
         if (entry.wholeness == Wholeness::Whole && sinceLoad && !date.empty())
-            m_samples.push_back({std::string(date), std::string(entry.thread), *sinceLoad, ReadLogStart(entry), {}});
+            m_samples.push_back({std::string(date), std::string(entry.thread), *sinceLoad, ReadLogStart(entry), {}, 0});
     }
 }
 
@@ -65,7 +71,7 @@ DateSamples::Score DateSamples::ScoreOf(const DateReader& reader) const
     std::unordered_map<std::string_view, Seconds> starts;  // on the wall, by thread
     for (const Sample& sample : m_samples) {
         const std::optional<Seconds> wall = reader.Read(sample.date);
-        if (!wall)
+        if (!wall || *wall > sample.latest)
             continue;
         ++score.readableCount;
         const Seconds start = *wall - sample.sinceLoad;

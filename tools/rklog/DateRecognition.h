@@ -21,7 +21,7 @@ public:
         bool isReadable = true;    ///< at least half of the dates can be read
     };
 
-    /// The style that makes the most of the samples dates; of several the one in which the seconds since the start of a
+    /// The style that makes the most of the samples dates, none of them after the file's last change; of several the one in which the seconds since the start of a
     /// process pass as fast as the clock, which agrees with the starts of processes and with the file's last change; of several
     /// still, the user's.
     [[nodiscard]] Verdict Recognise(const DateStyle& users) const;
@@ -33,6 +33,7 @@ private:
         Seconds sinceLoad;
         std::optional<Process> process;
         std::optional<Seconds> changedUtc;  // of the file whose last entry this is
+        Seconds latest;                     // that the entry can be of
     };
     struct Score {
         std::size_t readableCount = 0;

@@ -55,7 +55,7 @@ std::optional<Seconds> EntryTimes::WallOf(std::string_view date)
 EntryTimes::ProcessPointer EntryTimes::ProcessOf(const Entry& entry, std::optional<Seconds> wall, Seconds sinceLoad)
 {
     const auto known = m_threads.find(std::string(entry.thread));
-    const ProcessPointer ofThread = known == m_threads.end() ? nullptr : known->second;
+    ProcessPointer ofThread = known == m_threads.end() ? nullptr : known->second;
     if (!wall)
         return ofThread;
     for (const Seconds change : kClockChanges) {

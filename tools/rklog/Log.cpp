@@ -33,6 +33,7 @@ void CheckOrder(std::vector<std::string>& paths, const DateReader& reader)
         std::string path;
     };
     std::vector<Dated> files;
+    files.reserve(paths.size());
     for (const std::string& path : paths)
         files.push_back({FirstWallOf(path, reader), path});
     const bool areDated = std::all_of(files.begin(), files.end(), [](const Dated& file) { return file.wall; });

@@ -51,6 +51,7 @@ std::vector<std::string> FilesOfFolder(const std::string& folder)
     }
     std::sort(backups.begin(), backups.end());
     std::vector<std::string> paths;
+    paths.reserve(backups.size() + 1);
     for (Backup& backup : backups)
         paths.push_back(std::move(backup.path));
     if (InputFile::Facts facts; InputFile::Look(activePath, facts))
