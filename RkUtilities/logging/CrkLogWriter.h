@@ -104,6 +104,19 @@ public:
     static void LogInternal(ErkLogLevel level, const CString& message, const CString& category,
                             const CString& description, CFUUIDBytes id);
 
+    /// Writes an entry that tells which program this is, so that readers of the log can tell processes apart. To be called
+    /// after `Init`; throws what `Log` does.
+    ///
+    /// Its level is `LogInfo`, its category "Application Start", its body one line:
+    ///
+    ///     LogStart time="2026-11-16T21:52:05.123+01:00" loaded="2026-11-16T21:50:00+01:00" zone="CET" pid="4711"
+    ///     host="desk" program="mindmap" library="0.1.0" system="Linux 6.1.0-13-amd64 x86_64"
+    ///
+    /// Times are local, by ISO 8601; an entry was written at `loaded` plus the seconds of its timestamp. The program is
+    /// named as its preferences are. In values, `"`, "%", "<", ">", "&" and control characters stand as "%" and two
+    /// upper-case hexadecimal digits.
+    static void LogStart();
+
     /// How the log fares. To be called when `Log` may be. Throws `std::bad_alloc`.
     [[nodiscard]] static rk::LogState GetLogState();
 

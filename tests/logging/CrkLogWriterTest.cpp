@@ -1,6 +1,8 @@
 #include "RkUtilities/foundation/CFileException.h"
 #include "RkUtilities/logging/CrkLogTypes.h"
+#include "RkUtilities/preferences/ApplicationName.h"
 
+#include "../support/ScopedVariable.h"
 #include "LogFolder.h"
 
 #include <climits>
@@ -9,6 +11,7 @@
 #include <pthread.h>
 #include <sstream>
 #include <sys/stat.h>
+#include <unistd.h>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -344,6 +347,26 @@ TEST(LogWriter, MovesAFileAsideToAnotherFileSystem)
     std::erase(backups, "log/elsewhere");
     ASSERT_EQ(backups.size(), 1U);
     EXPECT_THAT(Entries(folder.Read(backups[0])), ElementsAre("General/Info/1"));
+}
+
+TEST(LogWriter, TellsWhichProcessLogs)
+{
+    const LogFolder folder;
+    rk::SetApplicationName("a\"%<&>\x7F\n\u00E9");
+    for (const char* const zone : {"ABC-5:30", "XYZ1"}) {
+        const ScopedVariable set("TZ", zone);
+        Writer::LogStart();
+    }
+    rk::SetApplicationName("");
+    const std::string time = "[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}";
+    const auto line = [&](const std::string& offset, const std::string& abbreviation) {
+        return testing::ContainsRegex("^Application Start/Info/LogStart time=\"" + time + "\\.[0-9]{3}" + offset +
+                                      "\" loaded=\"" + time + offset + "\" zone=\"" + abbreviation + "\" pid=\"" +
+                                      std::to_string(getpid()) +
+                                      "\" host=\"[^\" ]*\" program=\"a%22%25%3C%26%3E%7F%0A\u00E9\" "
+                                      "library=\"[0-9.]+\" system=\"Linux [^\"]* [^\"]*\"$");
+    };
+    EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre(line("\\+05:30", "ABC"), line("-01:00", "XYZ")));
 }
 
 TEST(LogWriter, StartsAndStopsAnyNumberOfTimesAndDropsWithoutALock)

@@ -177,6 +177,16 @@ std::uint64_t ZoneGeneration()
     return UpdateZone() ? zone.generation : 0;
 }
 
+std::string ZoneAbbreviation(std::int64_t utcSeconds)
+{
+    const auto time = static_cast<std::time_t>(utcSeconds);
+    std::tm fields{};
+    const std::lock_guard lock(MutexOf(Lock::Zone));
+    if (!UpdateZone() || localtime_r(&time, &fields) == nullptr || fields.tm_zone == nullptr)
+        return {};
+    return fields.tm_zone;
+}
+
 std::string ZoneName()
 {
     constexpr std::string_view kDatabase = "/zoneinfo/";

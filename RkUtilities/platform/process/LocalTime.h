@@ -54,6 +54,9 @@ std::int64_t LocalToUtc(std::int64_t localSeconds, DaylightTime daylight);
 /// zone could be read for lack of memory.
 std::uint64_t ZoneGeneration();
 
+/// The zone's abbreviation at a time ("CET"); "" while no zone can be read for lack of memory.
+std::string ZoneAbbreviation(std::int64_t utcSeconds);
+
 /// The zone's name in the zone database ("Europe/Berlin"), as far as `TZ` or the system's link into the database tell;
 /// anything else otherwise.
 std::string ZoneName();
