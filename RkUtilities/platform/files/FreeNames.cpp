@@ -26,13 +26,14 @@ std::optional<std::int64_t> NumberOf(std::string_view listed, const NumberedName
     const std::size_t opening = listed.rfind(kOpening);
     if (opening == std::string_view::npos)
         return std::nullopt;
-    const char* const digits = listed.data() + opening + kOpening.size();
+    const std::string_view start = listed.substr(0, opening);
+    std::string_view rest = listed.substr(opening + kOpening.size());
+    const bool isPlain = !rest.starts_with('0');
     std::int64_t number = 0;
-    const char* const end = std::from_chars(digits, listed.data() + listed.size(), number).ptr;
-    const bool isOurs =
-        number > 1 && *digits != '0' && listed.substr(end - listed.data()).starts_with(kClosing) &&
-        listed.substr(end - listed.data() + 1) == name.end &&
-        listed.substr(0, opening) == std::string_view(name.start).substr(0, name.StartByteCount(number));
+    const char* const end = std::from_chars(rest.data(), rest.data() + rest.size(), number).ptr;
+    rest.remove_prefix(static_cast<std::size_t>(end - rest.data()));
+    const bool isOurs = isPlain && number > 1 && rest.starts_with(kClosing) && rest.substr(1) == name.end &&
+                        start == std::string_view(name.start).substr(0, name.StartByteCount(number));
     return isOurs ? std::optional(number) : std::nullopt;
 }
 
