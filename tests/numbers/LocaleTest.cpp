@@ -158,7 +158,7 @@ TEST(LocaleQueries, StayWholeWhileAnotherThreadChangesTheLocale)
             while (!stop) {
                 const CString text = Conversion::DoubleStringToFormattedNumber(u"1234567e-2", /*groupThousands=*/true,
                                                                                2, Conversion::MinusSign);
-                EXPECT_TRUE(text == u"12,345.67" || text == u"12.345,67" || text == u"12\u202F345,67") << text;
+                EXPECT_TRUE(text == u"12,345.67" || text == u"12.345,67") << text;
                 double value = 0;
                 long whole = 0;
                 EXPECT_TRUE(Conversion::StringToDouble(u"1.5", value) && (value == 1.5 || value == 1));
@@ -168,7 +168,7 @@ TEST(LocaleQueries, StayWholeWhileAnotherThreadChangesTheLocale)
         });
     }
     for (int i = 0; i < 3000; ++i)
-        const ScopedUserLocale user(std::vector{"en_US", "de_DE", "fr_FR"}[static_cast<std::size_t>(i % 3)]);
+        const ScopedUserLocale user(std::vector{"en_US", "de_DE", "ja_JP"}[static_cast<std::size_t>(i % 3)]);
     stop = true;
     for (std::thread& reader : readers)
         reader.join();
