@@ -693,7 +693,7 @@ private:
         At(m_x, i) = x;
         At(m_y, i) = y;
         At(m_chosen, i) = form;
-        At(m_isItem, i) = m_areItems;
+        At(m_isItem, i) = m_areItems ? 1 : 0;
         At(m_placement.places, i).isLeft = m_isLeft;
     }
 
