@@ -33,29 +33,30 @@ void Write(std::uint32_t rootKey, rk::TextView name, const PreferenceView& value
 /// A value as the wanted type; only a number becomes something else, a boolean.
 std::optional<SECRegistry::Value> As(SECRegistry::ErkValueType type, const PreferenceView& value)
 {
-    if (type == SECRegistry::Boolean) {
-        if (const auto* const boolean = std::get_if<bool>(&value))
-            return *boolean;
-        if (const auto* const number = std::get_if<std::int64_t>(&value))
-            return *number != 0;
-    }
-    if (const auto* const number = std::get_if<std::int64_t>(&value); number != nullptr && type == SECRegistry::Number)
+    const auto* const boolean = std::get_if<bool>(&value);
+    const auto* const number = std::get_if<std::int64_t>(&value);
+    const auto* const text = std::get_if<std::u16string_view>(&value);
+    if (type == SECRegistry::Boolean && (boolean != nullptr || number != nullptr))
+        return boolean != nullptr ? *boolean : *number != 0;
+    if (type == SECRegistry::Number && number != nullptr)
         return static_cast<std::int32_t>(*number);
-    if (const auto* const text = std::get_if<std::u16string_view>(&value);
-        text != nullptr && type == SECRegistry::String)
+    if (type == SECRegistry::String && text != nullptr)
         return CString(*text);
     return std::nullopt;
+}
+
+template <class Held, class Output>
+bool Give(std::optional<SECRegistry::Value> found, Output& output)
+{
+    if (!found)
+        return false;
+    output = static_cast<Output>(std::get<Held>(*std::move(found)));
+    return true;
 }
 
 }  // namespace
 
 SECRegistry::~SECRegistry() = default;
-
-bool SECRegistry::Connect(std::uint32_t rootKey, rk::TextView /*machine*/, bool /*flag*/)
-{
-    m_rootKey = rootKey;
-    return true;
-}
 
 bool SECRegistry::Open(rk::TextView keyPath, CreatePermissions permissions)
 {
@@ -78,43 +79,19 @@ bool SECRegistry::Close()
     return true;
 }
 
-bool SECRegistry::EnumerateKeys(std::uint32_t /*index*/, CString& /*name*/) const
-{
-    return false;
-}
-
 bool SECRegistry::GetValue(rk::TextView name, bool& value) const
 {
-    const std::optional<Value> found = GetValueFromSystem(name, Boolean);
-    if (found)
-        value = std::get<bool>(*found);
-    return found.has_value();
-}
-
-bool SECRegistry::GetValue(rk::TextView name, std::uint32_t& value) const
-{
-    return GetDoubleWordValue(name, value);
-}
-
-bool SECRegistry::GetValue(rk::TextView name, CString& value) const
-{
-    return GetStringValue(name, value);
+    return Give<bool>(GetValueFromSystem(name, Boolean), value);
 }
 
 bool SECRegistry::GetDoubleWordValue(rk::TextView name, std::uint32_t& value) const
 {
-    const std::optional<Value> found = GetValueFromSystem(name, Number);
-    if (found)
-        value = static_cast<std::uint32_t>(std::get<std::int32_t>(*found));
-    return found.has_value();
+    return Give<std::int32_t>(GetValueFromSystem(name, Number), value);
 }
 
 bool SECRegistry::GetStringValue(rk::TextView name, CString& value) const
 {
-    std::optional<Value> found = GetValueFromSystem(name, String);
-    if (found)
-        value = std::get<CString>(std::move(*found));
-    return found.has_value();
+    return Give<CString>(GetValueFromSystem(name, String), value);
 }
 
 bool SECRegistry::SetDoubleWordValue(rk::TextView name, std::uint32_t value)
@@ -139,9 +116,4 @@ std::optional<SECRegistry::Value> SECRegistry::GetValueFromSystem(rk::TextView n
 void SECRegistry::WriteValueToSystem(rk::TextView name, const Value& value)
 {
     Write(m_rootKey, name, ViewOf(value));
-}
-
-CString SECRegistry::GetFullKey(rk::TextView name) const
-{
-    return name;
 }

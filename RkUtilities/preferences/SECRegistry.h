@@ -65,7 +65,11 @@ public:
     virtual ~SECRegistry();
 
     /// Sets the root key; true. The text and the flag are ignored.
-    bool Connect(std::uint32_t rootKey, rk::TextView machine, bool flag);
+    bool Connect(std::uint32_t rootKey, rk::TextView /*machine*/, bool /*flag*/)
+    {
+        m_rootKey = rootKey;
+        return true;
+    }
     /// Records key path and permissions and synchronises; true, also when the storage fails.
     bool Open(rk::TextView keyPath, CreatePermissions permissions);
     /// Records key path and permissions; true. The rest is ignored.
@@ -74,13 +78,13 @@ public:
     /// Synchronises; true, also when the storage fails.
     bool Close();
     /// False: there is no key at any index. The name is not changed.
-    bool EnumerateKeys(std::uint32_t index, CString& name) const;
+    bool EnumerateKeys(std::uint32_t /*index*/, CString& /*name*/) const { return false; }
 
     /// Reads a value; false and the output untouched when there is none or one of another type. A number reads as a
     /// boolean (not 0); nothing else is converted. A number is stored as a signed one and read with the same bits.
     bool GetValue(rk::TextView name, bool& value) const;
-    bool GetValue(rk::TextView name, std::uint32_t& value) const;
-    bool GetValue(rk::TextView name, CString& value) const;
+    bool GetValue(rk::TextView name, std::uint32_t& value) const { return GetDoubleWordValue(name, value); }
+    bool GetValue(rk::TextView name, CString& value) const { return GetStringValue(name, value); }
     bool GetDoubleWordValue(rk::TextView name, std::uint32_t& value) const;
     bool GetStringValue(rk::TextView name, CString& value) const;
 
@@ -107,7 +111,7 @@ public:
     [[nodiscard]] std::optional<Value> GetValueFromSystem(rk::TextView name, ErkValueType type) const;
     void WriteValueToSystem(rk::TextView name, const Value& value);
     /// The name itself.
-    [[nodiscard]] CString GetFullKey(rk::TextView name) const;
+    [[nodiscard]] CString GetFullKey(rk::TextView name) const { return name; }
 
 private:
     std::uint32_t m_rootKey = 0;

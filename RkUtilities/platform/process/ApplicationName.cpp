@@ -41,11 +41,11 @@ std::string ApplicationName()
     const KeptName* kept = current;
     if (kept != nullptr && !kept->text.empty())
         return kept->text;
-    const std::string name = ExecutableName();
+    std::string name = ExecutableName();
     if (!name.empty()) {  // kept, as the file may get another name
         auto mine = std::make_unique<KeptName>(KeptName{name, kept});
         if (current.compare_exchange_strong(kept, mine.get()))
-            mine.release();
+            static_cast<void>(mine.release());
     }
     return name;
 }

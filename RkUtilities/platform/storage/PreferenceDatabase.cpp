@@ -151,7 +151,7 @@ PreferenceDatabase::PreferenceDatabase(std::string path, const std::string& host
 StorageOutcome PreferenceDatabase::Open()
 {
     // Made here, so that it is never open to others; the files beside it take over its mode.
-    FileHandle(::open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600));
+    static_cast<void>(FileHandle(::open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600)));
     if (KindOf(m_path).value_or(FileKind::File) != FileKind::File)
         return {StorageOutcome::Damaged, "the database is no file"};
     StorageOutcome outcome = OpenWith(m_path, SQLITE_OPEN_READWRITE);

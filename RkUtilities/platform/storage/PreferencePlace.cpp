@@ -90,7 +90,7 @@ std::string MoveAside(const std::string& database)
     const std::string folder = database.substr(0, nameStart);
     const NumberedName name{database.substr(nameStart) + std::string(date, length), ""};
     std::error_code error;
-    const std::string aside = folder + name.WithNumber(FirstFreeNumber(folder, name, TakenBy::Anything, error));
+    std::string aside = folder + name.WithNumber(FirstFreeNumber(folder, name, TakenBy::Anything, error));
     if (error || std::rename(database.c_str(), aside.c_str()) != 0)
         return {};
     for (const char* const suffix : {"-wal", "-shm", "-journal"})
