@@ -146,12 +146,12 @@ int CString::Replace(const CString& before, const CString& after)
 
 int CString::Remove(unsigned short unit)
 {
-    const std::size_t count = std::count(begin(), end(), static_cast<char16_t>(unit));
+    const auto removed = static_cast<char16_t>(unit);
+    const auto count = static_cast<std::size_t>(std::count(begin(), end(), removed));
     if (count == 0)
         return 0;
     char16_t* const units = m_text.MakeOwn();
-    const char16_t* const end = std::remove(units, units + GetLength(), static_cast<char16_t>(unit));
-    m_text.SetLength(static_cast<std::size_t>(end - units));
+    m_text.SetLength(static_cast<std::size_t>(std::remove(units, units + GetLength(), removed) - units));
     return static_cast<int>(count);
 }
 
