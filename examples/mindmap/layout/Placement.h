@@ -43,10 +43,12 @@ struct Placement {
 ///
 /// A tree that fits a sheet stands as people draw it: the main topics right and left of the centre, children beside
 /// their parent in one column. A larger one is packed. Each branch gets several forms, from narrow to wide, each made of
-/// the forms of its parts (Stockmeyer's shape functions of slicing floorplans): children beside their parent or below it
-/// (tip-over trees), in one or more columns; narrow ones between wide ones in columns of their own. Where a tree goes deep,
-/// its heavy path flows down column by column, each topic of it with what else hangs on it. The form of the whole that
-/// needs the smallest sheet of 4 : 3 decides the others.
+/// the forms of its parts (Stockmeyer's shape functions of slicing floorplans): children beside their parent, below it
+/// (tip-over trees) or the first beside and the others below, in columns, or in two groups above or beside each other.
+/// The form of the whole that needs the smallest sheet of 4 : 3 decides the others.
+///
+/// Children stand in their order from top to bottom, column by column. Only on a path of more than 24 levels the child
+/// with the heaviest branch comes after its sisters: such a path flows on below, and from column to column.
 ///
 /// Takes time and memory as n log n.
 Placement PlaceBoxes(const std::vector<PlainBox>& boxes);
