@@ -16,6 +16,7 @@
 #include <chrono>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -31,6 +32,7 @@ constinit int CrkLogWriter::m_maxBackupCount = 0;
 constinit bool CrkLogWriter::m_tellsFirstFailure = false;
 constinit std::mutex CrkLogWriter::m_mutex;
 constinit const CString CrkLogWriter::c_generalCategory = CString::Literal(u"General");
+constinit const CString CrkLogWriter::c_noDescription = CString::Literal(u"");
 
 namespace {
 
@@ -42,7 +44,8 @@ constexpr std::chrono::milliseconds kLongestWait{1000};
 constinit std::atomic<bool> hasGivenUp = false;
 
 // Guarded by CrkLogWriter::m_mutex.
-[[gnu::init_priority(101)]] constinit AppendFile::Left left;
+[[gnu::init_priority(101)]] constinit std::optional<AppendFile::Left> left;
+constinit const std::optional<AppendFile::Left> kNothing;
 
 void Echo(const CString& message)
 {
@@ -114,12 +117,11 @@ CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& m
     if (m_pLogSettings->m_stdOut)
         Echo(message);
 
-    const std::string nativePath = rk::NativePath(m_path + m_activeFileName);
+    std::string nativePath = rk::NativePath(m_path + m_activeFileName);
     const std::string entry = rk::EntryUtf8(message, category, level, description, id);
     AppendFile file;
-    const std::error_code openError =
-        file.Open(nativePath, m_maxFileLength, lock ? left : AppendFile::Left(), patience);
-    if (openError) {
+    if (const std::error_code openError =
+            file.Open(nativePath, m_maxFileLength, lock ? std::as_const(left) : kNothing, patience)) {
         if (!IsMissingFolder(openError, nativePath)) {
             rk::LogTroubles::NoteDroppedEntry(openError);
             return Outcome::Done;
@@ -130,8 +132,9 @@ CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& m
         }
         return Outcome::FolderWasMissing;
     }
-    hasGivenUp = !lock || !file.IsLocked();
-    if (hasGivenUp)
+    const bool isAlone = lock && file.IsLocked();
+    hasGivenUp = !isAlone;
+    if (!isAlone)
         rk::LogTroubles::Note(rk::LogStep::Lock, std::make_error_code(std::errc::timed_out));
     else if (!file.IsAsLeft())
         rk::RemoveTornEntry(file);
@@ -142,11 +145,11 @@ CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& m
     }
 
     // The entry is in the file: nothing that fails from here on may be told by an exception.
-    if (!hasGivenUp) {
+    if (isAlone) {
         // Still under the file's lock: no other writes to it or moves it. But it may have been moved before we had it.
         if (file.ByteCount() > m_maxFileLength && file.StandsAt(nativePath))
             Bak();
-        file.Remember(nativePath, left);
+        file.Remember(std::move(nativePath), left);
     }
     if (const std::error_code error = file.Close())
         rk::LogTroubles::Note(rk::LogStep::Close, error);

@@ -85,18 +85,11 @@ public:
     /// @throws CrkLogException    the log folder is missing and cannot be created
     /// @throws CFileException*    the entry could not be written whole (`diskFull`)
     /// @throws std::bad_alloc     no memory for the entry; `std::length_error` for one of 2,147,483,647 units and more
-    static void Log(ErkLogLevel level, const CString& message);
-    static void Log(ErkLogLevel level, const CString& message, CFUUIDBytes id);
-    static void Log(ErkLogLevel level, const CString& message, const CString& category);
-    static void Log(ErkLogLevel level, const CString& message, const CString& category, CFUUIDBytes id);
-    static void Log(ErkLogLevel level, const CString& message, const CString& category, const CString& description);
-    static void Log(ErkLogLevel level, const CString& message, const CString& category, const CString& description,
-                    CFUUIDBytes id);
-    // A CrkGuid, which is also a text, is the entry's id and nothing else.
-    static void Log(ErkLogLevel level, const CString& message, const CrkGuid& id);
+    static void Log(ErkLogLevel level, const CString& message, const CrkGuid& id = CrkGuid::c_nullGuid);
     static void Log(ErkLogLevel level, const CString& message, const CString& category, const CrkGuid& id);
-    static void Log(ErkLogLevel level, const CString& message, const CString& category, const CString& description,
-                    const CrkGuid& id);
+    static void Log(ErkLogLevel level, const CString& message, const CString& category,
+                    const CString& description = c_noDescription, const CrkGuid& id = CrkGuid::c_nullGuid);
+    // A CrkGuid, which is also a text, is never a category.
     template <class... Further>
     static void Log(ErkLogLevel level, const CString& message, const CrkGuid& id, const Further&... further) = delete;
 
@@ -168,7 +161,7 @@ public:
     static ErkLogLevel m_logLevel;          ///< `LogDebug`; for the application's own use, never read here
     static std::uint64_t m_maxFileLength;   ///< in bytes: a file that has become longer is moved aside; 20,000,000
     /// 0: any number of backups, named by the minute, of which a later one replaces an earlier one. Otherwise no backup
-    /// is replaced, and the newest so many are kept; a name is the moment in UTC: "messages 2026-11-16T20-52-05.123456Z.xml".
+    /// is replaced, and only the newest ones, so many, are kept: "messages.1.xml", "messages.2.xml" and so on.
     static int m_maxBackupCount;
     /// Whether the first failure since `Init` is told on standard error too; false.
     static bool m_tellsFirstFailure;
@@ -183,10 +176,9 @@ private:
     [[nodiscard]] static Outcome TryToLog(ErkLogLevel level, const CString& message, const CString& category,
                                           const CString& description, const CFUUIDBytes& id);
     [[nodiscard]] static bool Admits(ErkLogLevel level, const CString& category);
-    static void LogUnderName(ErkLogLevel level, const CString& message, const CString& category,
-                             const CString& description, const CFUUIDBytes& id);
 
     static const CString c_generalCategory;  // "General"
+    static const CString c_noDescription;    // ""
 };
 
 // --- Inline, so that an entry that is dropped costs no call into the library -----------------------------------------
@@ -197,58 +189,20 @@ inline bool CrkLogWriter::Admits(ErkLogLevel level, const CString& category)
            (m_pLogSettings->m_includeAll || m_pLogSettings->IsIncluded(category));
 }
 
-inline void CrkLogWriter::LogUnderName(ErkLogLevel level, const CString& message, const CString& category,
-                                       const CString& description, const CFUUIDBytes& id)
-{
-    if (const CString& name = category.IsEmpty() ? c_generalCategory : category; Admits(level, name))
-        LogInternal(level, message, name, description, id);
-}
-
-inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message)
-{
-    Log(level, message, CrkGuid::c_nullGuid);
-}
-
-inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, CFUUIDBytes id)
-{
-    if (CanLog(level))
-        LogInternal(level, message, c_generalCategory, {}, id);
-}
-
-inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category)
-{
-    LogUnderName(level, message, category, {}, CrkGuid::c_nullGuid);
-}
-
-inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category, CFUUIDBytes id)
-{
-    LogUnderName(level, message, category, {}, id);
-}
-
-inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category,
-                              const CString& description)
-{
-    LogUnderName(level, message, category, description, CrkGuid::c_nullGuid);
-}
-
-inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category,
-                              const CString& description, CFUUIDBytes id)
-{
-    LogUnderName(level, message, category, description, id);
-}
-
 inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CrkGuid& id)
 {
-    Log(level, message, id.Bytes());
+    if (CanLog(level))
+        LogInternal(level, message, c_generalCategory, c_noDescription, id.Bytes());
 }
 
 inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category, const CrkGuid& id)
 {
-    LogUnderName(level, message, category, {}, id.Bytes());
+    Log(level, message, category, c_noDescription, id);
 }
 
 inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category,
                               const CString& description, const CrkGuid& id)
 {
-    LogUnderName(level, message, category, description, id.Bytes());
+    if (const CString& name = category.IsEmpty() ? c_generalCategory : category; Admits(level, name))
+        LogInternal(level, message, name, description, id.Bytes());
 }

@@ -7,15 +7,13 @@
 #include "RkUtilities/platform/files/MoveTree.h"
 
 #include <algorithm>
-#include <array>
-#include <chrono>
-#include <cstdio>
+#include <charconv>
+#include <cstdint>
 #include <filesystem>
-#include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <vector>
 
 namespace {
 
@@ -32,66 +30,36 @@ std::error_code MoveOver(const std::string& from, const std::string& to)
     return error ? error : rk::platform::RemoveFile(from);
 }
 
-// --- Backups that are counted ----------------------------------------------------------------------------------------
-
-constexpr std::string_view kEnding = ".xml";
-constexpr std::string_view kMomentShape = "0000-00-00T00-00-00.000000Z";  // sorts by age
-
-std::string MomentText(std::chrono::system_clock::time_point time)
-{
-    using namespace std::chrono;
-    const auto day = floor<days>(time);
-    const year_month_day date(day);
-    const hh_mm_ss clock(floor<microseconds>(time - day));
-    std::array<char, 64> text;
-    const int length = std::snprintf(text.data(), text.size(), "%04d-%02u-%02uT%02ld-%02ld-%02ld.%06ldZ",
-                                     static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
-                                     static_cast<unsigned>(date.day()), clock.hours().count(), clock.minutes().count(),
-                                     clock.seconds().count(), clock.subseconds().count());
-    return {text.data(), static_cast<std::size_t>(length)};
-}
-
-bool IsCountedBackup(std::string_view name, std::string_view start)
-{
-    if (!name.starts_with(start) || !name.ends_with(kEnding) ||
-        name.size() != start.size() + kMomentShape.size() + kEnding.size())
-        return false;
-    const std::string_view moment = name.substr(start.size(), kMomentShape.size());
-    return std::equal(moment.begin(), moment.end(), kMomentShape.begin(), [](char character, char shape) {
-        return shape == '0' ? character >= '0' && character <= '9' : character == shape;
-    });
-}
-
-// A name of the past microseconds may be taken; the next one then.
-std::error_code MoveToFreeName(const std::string& active, const std::string& start)
-{
-    constexpr int kMostNames = 1000;
-    auto time = std::chrono::system_clock::now();
-    std::error_code error;
-    for (int i = 0; i < kMostNames; ++i, time += std::chrono::microseconds(1)) {
-        error = rk::platform::MoveTree(active, std::string(start).append(MomentText(time)).append(kEnding));
-        if (error != std::errc::file_exists)
-            break;
-    }
-    return error;
-}
-
-std::error_code RemoveOldBackups(const std::string& start, std::size_t keptCount)
+// Moves the file to the next number, and removes the backups of lower ones than are to be kept.
+std::error_code MoveToNextNumber(const std::string& from, const std::string& start, std::uint64_t keptCount)
 {
     using namespace rk::platform;
+    constexpr std::string_view kEnd = ".xml";
     const std::string folder = start.substr(0, start.rfind('/') + 1);
     const std::string nameStart = start.substr(folder.size());
-    std::vector<std::string> names;
-    std::error_code error = VisitFolder(folder.empty() ? "." : folder, [&](std::string_view name, FileKind) {
-        if (IsCountedBackup(name, nameStart))
-            names.emplace_back(name);
+    std::set<std::uint64_t> numbers;
+    const std::error_code listing = VisitFolder(folder.empty() ? "." : folder, [&](std::string_view name, FileKind) {
+        std::uint64_t number = 0;
+        if (name.starts_with(nameStart) && name.ends_with(kEnd)) {
+            const char* const end = name.data() + name.size() - kEnd.size();
+            const auto read = std::from_chars(std::min(name.data() + nameStart.size(), end), end, number);
+            if (read.ec == std::errc() && read.ptr == end)
+                numbers.insert(number);
+        }
         return Visit::Continue;
     });
-    std::sort(names.begin(), names.end(), std::greater<>());
-    for (std::size_t i = keptCount; i < names.size(); ++i) {
-        const std::error_code failure = RemoveFile(folder + names[i]);
-        if (failure && failure != std::errc::no_such_file_or_directory)  // another process may have been there before
-            error = failure;
+    if (listing)
+        return listing;
+    const auto path = [&](std::uint64_t number) { return start + std::to_string(number).append(kEnd); };
+    const std::uint64_t next = numbers.empty() ? 1 : *numbers.rbegin() + 1;
+    if (const std::error_code error = MoveTree(from, path(next)))
+        return error;
+    std::error_code error;
+    for (const std::uint64_t number : numbers) {
+        const bool isKept = number + keptCount > next;
+        const std::error_code removal = isKept ? std::error_code() : RemoveFile(path(number));
+        if (removal && removal != std::errc::no_such_file_or_directory)
+            error = removal;
     }
     return error;
 }
@@ -100,17 +68,15 @@ std::error_code RollOver()
 {
     const CString& name = CrkLogWriter::m_activeFileName;
     const std::string active = rk::NativePath(CrkLogWriter::m_path + name);
-    if (CrkLogWriter::m_maxBackupCount <= 0) {
-        CString backupName = CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle);
-        backupName.Replace(u"/", u"-");
-        backupName.Replace(u":", u"-");
-        return MoveOver(active, rk::NativePath(CrkLogWriter::m_path + backupName + u".xml"));
+    if (CrkLogWriter::m_maxBackupCount > 0) {
+        const int point = name.ReverseFind(u'.');
+        const CString start = CrkLogWriter::m_path + (point < 0 ? name : name.Left(point)) + u".";
+        return MoveToNextNumber(active, rk::NativePath(start), static_cast<unsigned>(CrkLogWriter::m_maxBackupCount));
     }
-    const int point = name.ReverseFind(u'.');
-    const CString stem = point < 0 ? name : name.Left(point);
-    const std::string start = rk::NativePath(CrkLogWriter::m_path + stem + u" ");
-    const std::error_code error = MoveToFreeName(active, start);
-    return error ? error : RemoveOldBackups(start, static_cast<std::size_t>(CrkLogWriter::m_maxBackupCount));
+    CString backupName = CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle);
+    backupName.Replace(u"/", u"-");
+    backupName.Replace(u":", u"-");
+    return MoveOver(active, rk::NativePath(CrkLogWriter::m_path + backupName + u".xml"));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "RkUtilities/platform/files/AppendFile.h"
 
+#include <algorithm>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -30,8 +31,8 @@ bool IsInSharedFolder(const std::string& path)
 
 }  // namespace
 
-std::error_code AppendFile::Open(const std::string& path, std::uint64_t fullAboveByteCount, const Left& left,
-                                 Patience& patience)
+std::error_code AppendFile::Open(const std::string& path, std::uint64_t fullAboveByteCount,
+                                 const std::optional<Left>& left, Patience& patience)
 {
     for (int reopenings = 0;; ++reopenings) {
         if (const std::error_code error = OpenUnlocked(path))
@@ -40,7 +41,7 @@ std::error_code AppendFile::Open(const std::string& path, std::uint64_t fullAbov
         m_byteCount = static_cast<std::uint64_t>(std::max<off_t>(lseek(m_file.Descriptor(), 0, SEEK_END), 0));
         if (m_byteCount > fullAboveByteCount && !StandsAt(path) && reopenings < kMostReopenings)
             continue;
-        m_isAsLeft = m_isLocked && m_byteCount > 0 && m_byteCount == left.byteCount && path == left.path;
+        m_isAsLeft = m_isLocked && left && m_byteCount == left->byteCount && path == left->path;
         return m_isAsLeft ? std::error_code() : Examine(path);
     }
 }
@@ -55,15 +56,16 @@ std::error_code AppendFile::OpenUnlocked(const std::string& path)
 }
 
 // The lock belongs to the open file, not to the process, whose other descriptors would release it. Where the file system
-// has no locks we go on without.
+// has no locks we go on without, as if we had it.
 void AppendFile::Lock(Patience& patience)
 {
     struct flock wholeFile {};
     wholeFile.l_type = F_WRLCK;
     wholeFile.l_whence = SEEK_SET;
     do {
-        m_isLocked = Uninterrupted([&] { return fcntl(m_file.Descriptor(), F_OFD_SETLK, &wholeFile); }) == 0;
-    } while (!m_isLocked && (errno == EAGAIN || errno == EACCES) && patience.Sleep());
+        const int result = Uninterrupted([&] { return fcntl(m_file.Descriptor(), F_OFD_SETLK, &wholeFile); });
+        m_isLocked = result == 0 || (errno != EAGAIN && errno != EACCES);
+    } while (!m_isLocked && patience.Sleep());
 }
 
 std::error_code AppendFile::Examine(const std::string& path)
@@ -77,14 +79,14 @@ std::error_code AppendFile::Examine(const std::string& path)
     return m_isShared && !isOurs ? ErrorOf(EPERM) : std::error_code();
 }
 
-void AppendFile::Remember(const std::string& path, Left& left) const
+void AppendFile::Remember(std::string&& path, std::optional<Left>& left) const noexcept
 {
-    if (m_isAsLeft || (m_isLocked && !m_isShared && m_sizeGuard && !m_sizeGuard->FoundLimit())) {
-        left.path = path;
-        left.byteCount = m_byteCount;
-    } else {
-        left.byteCount = 0;
-    }
+    if (m_isAsLeft)
+        left->byteCount = m_byteCount;
+    else if (m_isLocked && !m_isShared && m_sizeGuard && !m_sizeGuard->FoundLimit())
+        left = Left{.path = std::move(path), .byteCount = m_byteCount};
+    else
+        left.reset();
 }
 
 bool AppendFile::StandsAt(const std::string& path) const

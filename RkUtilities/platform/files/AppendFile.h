@@ -23,7 +23,7 @@ namespace rk::platform {
 /// descriptor is closed on `exec`. An object is used by one thread at a time.
 class AppendFile {
 public:
-    /// What a writer remembers of the file that it has appended to; nothing in the beginning. Only of an ordinary file in a
+    /// What a writer remembers of the file that it has appended to. Only of an ordinary file in a
     /// folder that nobody else may write to, in a process without a limit on file sizes.
     struct Left {
         std::string path;
@@ -38,16 +38,17 @@ public:
     /// A file of the length that we left is taken as the one that we left. Any other is examined: in a folder that others
     /// may write to, a link (ELOOP), a pipe or device, a file with a second name and a file of another user (EPERM) are
     /// refused.
-    [[nodiscard]] std::error_code Open(const std::string& path, std::uint64_t fullAboveByteCount, const Left& left,
-                                       Patience& patience);
+    [[nodiscard]] std::error_code Open(const std::string& path, std::uint64_t fullAboveByteCount,
+                                       const std::optional<Left>& left, Patience& patience);
 
+    /// Whether we have the lock, or the file system has none.
     [[nodiscard]] bool IsLocked() const noexcept { return m_isLocked; }
     /// Whether the file is as we left it.
     [[nodiscard]] bool IsAsLeft() const noexcept { return m_isAsLeft; }
     /// The length as of `Open` and our own appends and cuts since.
     [[nodiscard]] std::uint64_t ByteCount() const noexcept { return m_byteCount; }
     /// What is to be remembered of the file.
-    void Remember(const std::string& path, Left& left) const;
+    void Remember(std::string&& path, std::optional<Left>& left) const noexcept;
 
     /// Whether the file of this path is the open one.
     [[nodiscard]] bool StandsAt(const std::string& path) const;
