@@ -85,7 +85,8 @@ public:
     /// @throws CrkLogException    the log folder is missing and cannot be created
     /// @throws CFileException*    the entry could not be written whole (`diskFull`)
     /// @throws std::bad_alloc     no memory for the entry; `std::length_error` for one of 2,147,483,647 units and more
-    static void Log(ErkLogLevel level, const CString& message, const CrkGuid& id = CrkGuid::c_nullGuid);
+    static void Log(ErkLogLevel level, const CString& message);
+    static void Log(ErkLogLevel level, const CString& message, const CrkGuid& id);
     static void Log(ErkLogLevel level, const CString& message, const CString& category, const CrkGuid& id);
     static void Log(ErkLogLevel level, const CString& message, const CString& category,
                     const CString& description = c_noDescription, const CrkGuid& id = CrkGuid::c_nullGuid);
@@ -187,6 +188,12 @@ inline bool CrkLogWriter::Admits(ErkLogLevel level, const CString& category)
 {
     return CanLog(level) && !m_pLogSettings->IsExcluded(category) &&
            (m_pLogSettings->m_includeAll || m_pLogSettings->IsIncluded(category));
+}
+
+inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message)
+{
+    if (CanLog(level))
+        LogInternal(level, message, c_generalCategory, c_noDescription, CrkGuid::c_nullGuid);
 }
 
 inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CrkGuid& id)
