@@ -123,10 +123,12 @@ constexpr std::int64_t kEvening = 1794862325;  // 16 November 2026, 20:52:05 UTC
 TEST(DateTexts, JoinWithOneSpace)
 {
     const ScopedZone berlin("Europe/Berlin");
-    const CTime time = At(kEvening);
-    const CString date = CrkDateUtilities::ShortDateString(time);
-    EXPECT_EQ(CrkDateUtilities::DateTimeString(time), date + u" " + CrkDateUtilities::LongTimeString(time));
-    EXPECT_EQ(CrkDateUtilities::ShortDateTimeString(time), date + u" " + CrkDateUtilities::ShortTimeString(time));
+    ExpectItEndsWell(StartChild([] {  // whose first locale is no other test's
+        const CTime time = At(kEvening);
+        const CString date = CrkDateUtilities::ShortDateString(time);
+        EXPECT_EQ(CrkDateUtilities::DateTimeString(time), date + u" " + CrkDateUtilities::LongTimeString(time));
+        EXPECT_EQ(CrkDateUtilities::ShortDateTimeString(time), date + u" " + CrkDateUtilities::ShortTimeString(time));
+    }));
 }
 
 TEST(DateTexts, KeepTheLocaleOfTheFirstCallOfTheirKind)

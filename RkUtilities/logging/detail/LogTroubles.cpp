@@ -10,7 +10,7 @@ namespace rk {
 
 namespace {
 
-struct Failure {
+struct alignas(8) Failure {  // so that every compiler reads and writes it in one go
     LogStep step = LogStep::None;
     int errorNumber = 0;
 };
