@@ -193,13 +193,13 @@ inline bool CrkLogWriter::Admits(ErkLogLevel level, const CString& category)
 inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message)
 {
     if (CanLog(level))
-        LogInternal(level, message, c_generalCategory, c_noDescription, CrkGuid::c_nullGuid);
+        LogInternal(level, message, c_generalCategory, {}, CrkGuid::c_nullGuid);
 }
 
 inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CrkGuid& id)
 {
     if (CanLog(level))
-        LogInternal(level, message, c_generalCategory, c_noDescription, id.Bytes());
+        LogInternal(level, message, c_generalCategory, {}, id.Bytes());
 }
 
 inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category, const CrkGuid& id)
