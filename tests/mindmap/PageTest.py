@@ -1,0 +1,336 @@
+#!/usr/bin/env python3
+"""Live maps in a real browser: PageTest.py path/to/mindmap. Exits with 77 where there is no Chromium."""
+
+import itertools
+import os
+import random
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree
+
+from Browser import DOWN, ENTER, ESCAPE, LEFT, RIGHT, SHIFT, TAB, Browser, missing
+
+PLAN = '''<opml><body><outline text="Voyage">
+ <outline text="Route" _note="By way of Łódź"><outline text="Tromsø" date="2027-06-01" url="https://example.org/a?b=c"/>
+  <outline text="Reykjavik" amount="€ 8750"/></outline>
+ <outline text="Science"><outline text="Ice"><outline text="Cores" amount="€ 100"/><outline text="Ponds"/></outline>
+  <outline text="Water"/></outline>
+ <outline text="People"/></outline></body></opml>'''
+
+HOSTILE = ['</script><script>window.ran=1</script>', '<!--<script>', ']]>', '<img src=x onerror="window.ran=1">',
+           '"onload="window.ran=1" x="', "'+(window.ran=1)+'", '${window.ran=1}', '{{data}}', '&lt;b&gt;&amp;amp;',
+           'a\u2028b\u2029c', '\u202eevil\u202c \u2066x', '\\u003c/script>\\', '__proto__', '\U0001f6a2 \ufffd']
+LINKS = ['javascript:window.ran=1', ' JaVaScript:window.ran=1', 'java\tscript:window.ran=1', 'data:text/html,<script>1</script>',
+         'vbscript:x', 'blob:null/x', 'https://example.org/"onclick="window.ran=1']
+
+
+def nested(count, children, deepest, word):
+    """An outline as indented lines."""
+    lines, stack = ['root'], [(1, next(children))]
+    while stack and len(lines) < count:
+        level, left = stack.pop()
+        if left == 0:
+            continue
+        stack.append((level, left - 1))
+        lines.append('\t' * level + f'{word()} {len(lines)}')
+        if level < deepest:
+            stack.append((level + 1, next(children)))
+    return '\n'.join(lines)
+
+
+def attribute(text):
+    return ''.join(f'&#{ord(c)};' for c in text)
+
+
+class Page(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory()
+        os.environ['XDG_CONFIG_HOME'] = cls.folder.name
+        cls.browser = Browser()
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.browser.close()
+        cls.folder.cleanup()
+
+    def setUp(self):
+        self.browser.resize(1280, 800)
+        self.browser.prefer(prefers_color_scheme='light', prefers_reduced_motion='reduce')
+
+    def tearDown(self):
+        self.assertEqual(self.browser.errors(), [])
+
+    def draw(self, outline, extension):
+        path = f'{self.folder.name}/map'
+        with open(f'{path}.txt', 'w', encoding='utf-8') as file:
+            file.write(outline)
+        source = f'{path}.opml' if outline.startswith('<opml') else f'{path}.txt'
+        os.replace(f'{path}.txt', source)
+        subprocess.run([PROGRAM, source, '-o', f'{path}.{extension}', '--replace', '--locale', 'en_US'], check=True,
+                       stdout=subprocess.DEVNULL)
+        return f'{path}.{extension}'
+
+    def open(self, outline, fragment=''):
+        self.path = self.draw(outline, 'html')
+        self.browser.open(self.path, fragment)
+        self.browser.run('document.getElementById("map").focus()')
+
+    def shown(self):
+        """The ids of the drawn topics without "topic-"."""
+        return [name[6:] for name in self.browser.value('[...document.querySelectorAll("#shapes > .topic")].map(n => n.dataset.id)')]
+
+    def box(self, name, part='.shape'):
+        return self.browser.value('''(r => [r.x, r.y, r.width, r.height])(document.querySelector(
+            `[data-id="topic-${arguments[0]}"] ${arguments[1]}`).getBoundingClientRect())''', name, part)
+
+    def middle(self, name, part='.shape'):
+        x, y, width, height = self.box(name, part)
+        return x + width / 2, y + height / 2
+
+    def click(self, name, part='.shape'):
+        self.browser.point([self.middle(name, part)])
+
+    def text(self, id):
+        return self.browser.value('document.getElementById(arguments[0]).innerText', id)
+
+    def test_places_topics_and_lines_as_the_program_does(self):
+        generator = random.Random(7)
+        words = 'a river, a rather long name of a topic, ثلج البحر, 🚢 ship, well-known/path_of.things'.split(', ')
+        word = lambda: generator.choice(words)
+        few = lambda: (generator.randrange(5) for _ in itertools.count())
+        outlines = {
+            'sample': PLAN, 'bushy': nested(300, few(), 6, word), 'small': nested(40, few(), 3, word),
+            'list': nested(250, itertools.chain([250], itertools.repeat(0)), 1, word),
+            'chain': nested(150, itertools.repeat(1), 150, word),
+            'giant': nested(400, itertools.chain([2, 380], few()), 4, word),
+        }
+        number = re.compile(r'-?[\d.]+(?:e-?\d+)?')
+        for name, outline in outlines.items():
+            with self.subTest(name):
+                svg = xml.etree.ElementTree.parse(self.draw(outline, 'svg')).getroot()
+                tag = lambda kind: '{http://www.w3.org/2000/svg}' + kind
+                places = {}
+                for group in svg.iter(tag('g')):
+                    shape = group.find(f'.//{tag("rect")}')
+                    if (group.get('id') or '').startswith('topic-') and shape is not None:
+                        places[group.get('id')] = [float(shape.get('x')), float(shape.get('y'))]
+                lines = [path.get('d') for path in svg.iter(tag('path')) if path.get('stroke-width') and path.get('stroke')]
+                self.open(outline)
+                self.browser.press('a')
+                drawn = self.browser.run('''dispatchEvent(new Event('beforeprint'));
+                    const drawn = { lines: [...document.querySelectorAll('#lines path')].map(p => p.getAttribute('d')) };
+                    drawn.places = Object.fromEntries([...document.querySelectorAll('#shapes > g')].slice(1).map(
+                      g => [g.dataset.id, g.getAttribute('transform').match(/-?[\\d.]+/g).map(Number)]));
+                    dispatchEvent(new Event('afterprint'));
+                    return drawn;''')
+                self.assertEqual(drawn['places'], places)
+                self.assertEqual(len(drawn['lines']), len(lines))
+                for ours, theirs in zip(drawn['lines'], lines):
+                    self.assertEqual(re.sub(number, '', ours).replace(' ', ''), re.sub(number, '', theirs).replace(' ', ''))
+                    for a, b in zip(number.findall(ours), number.findall(theirs)):
+                        self.assertAlmostEqual(float(a), float(b), delta=0.02)
+
+    def test_folds_a_branch_in_place_and_remembers_it_in_the_address(self):
+        self.open(PLAN)
+        self.browser.press('a')
+        everything = ['Voyage', 'Route', 'Tromsø', 'Reykjavik', 'Science', 'Ice', 'Cores', 'Ponds', 'Water', 'People']
+        self.assertEqual(sorted(self.shown()), sorted(everything))
+        before = self.middle('Science')
+        self.click('Science', '.reach')
+        self.assertEqual(sorted(self.shown()), sorted(['Voyage', 'Route', 'Tromsø', 'Reykjavik', 'Science', 'People']))
+        for now, then in zip(self.middle('Science'), before):
+            self.assertAlmostEqual(now, then, delta=0.6)
+        self.assertEqual(self.browser.value('document.querySelector(`[data-id="topic-Science"] .knob`).textContent'), '+4')
+
+        self.browser.press('0')
+        self.click('Route')
+        self.browser.wait('location.hash.includes("topics=topic-Science") && location.hash.startsWith("#topic-Route&")')
+        fragment = self.browser.value('location.hash')
+        self.browser.open(self.path, fragment)
+        self.assertNotIn('Ice', self.shown())
+        self.assertIn('Tromsø', self.shown())
+        self.assertTrue(self.browser.value('document.getElementById("status").textContent').startswith('Route, 2 below'))
+        self.browser.open(self.path, '#topic-Cores')  # shows what is deep below
+        self.assertIn('Cores', self.shown())
+        for nonsense in ('#topic-None&level=x', '#%E0%A4%A', '#topic-Route&level=-1&topics=,,topic-None*,%', '#&&==&level'):
+            self.browser.open(self.path, nonsense)
+            self.assertIn('Voyage', self.shown())
+
+    def test_moving_topics_glide_unless_the_user_wants_it_calm(self):
+        running = 'document.getAnimations().length'
+        self.open(PLAN)
+        self.browser.press('1')
+        self.assertEqual(self.browser.value(running), 0)
+        self.browser.prefer(prefers_reduced_motion='no-preference')
+        self.assertGreater(self.browser.run(f'document.getElementById("all").click(); return {running}'), 3)
+        self.browser.wait(f'{running} === 0')
+
+    def test_everything_is_reached_by_keys(self):
+        self.open(PLAN)
+        self.browser.press('1')
+        self.assertEqual(len(self.shown()), 4)
+        self.browser.press('2')
+        self.assertEqual(len(self.shown()), 8)
+        self.browser.press('1', RIGHT)
+        chosen = lambda: self.browser.value('document.getElementById("status").textContent').split(',')[0]
+        self.assertIn(chosen(), ('Route', 'Science'))
+        self.browser.press('b')
+        self.assertIn('Tromsø' if chosen() == 'Route' else 'Cores', self.shown())
+        self.browser.press(' ')
+        self.assertEqual(len(self.shown()), 4)
+        place = self.middle('Voyage')
+        self.browser.press(RIGHT, held=SHIFT)
+        self.assertAlmostEqual(self.middle('Voyage')[0], place[0] - 80, delta=1)
+        width = self.box('Voyage')[2]
+        self.browser.press('+')
+        self.assertGreater(self.box('Voyage')[2], width)
+        self.browser.press('0?')
+        self.assertTrue(self.browser.value('document.getElementById("help").matches(":popover-open")'))
+        self.browser.press(ESCAPE)
+
+        # From the first control to the last by Tab, each with a focus that is seen.
+        reached = set()
+        for _ in range(16):
+            self.browser.press(TAB)
+            id, style = self.browser.value('[document.activeElement.id, getComputedStyle(document.activeElement).outlineStyle]')
+            if id:
+                self.assertNotEqual(style, 'none', id)
+            reached.add(id)
+            if id == 'rows':
+                self.assertEqual(self.browser.value('getComputedStyle(document.getElementById("outline")).clipPath'), 'none')
+        self.assertTrue({'query', 'all', 'fit', 'toggle-outline', 'rows', 'map'} <= reached, reached)
+
+    def test_the_outline_has_the_same_topics_for_readers_of_the_screen(self):
+        self.open(PLAN)
+        self.browser.press('a1o')
+        rows = lambda: self.browser.value('''[...document.querySelectorAll('[role=tree] [role=treeitem]')].map(r =>
+            [r.lastChild.data, ...['level', 'posinset', 'setsize', 'expanded', 'selected'].map(n => r.getAttribute(`aria-${n}`))])''')
+        self.assertEqual(rows(), [['Voyage', '1', '1', '1', None, 'true'], ['Route', '2', '1', '3', 'false', 'false'],
+                                  ['Science', '2', '2', '3', 'false', 'false'], ['People', '2', '3', '3', None, 'false']])
+        self.browser.press(DOWN, DOWN, RIGHT, RIGHT)
+        self.assertEqual(rows()[3], ['Ice', '3', '1', '2', 'false', 'true'])
+        self.assertIn('Ice', self.shown())
+        self.assertEqual(self.browser.value('document.getElementById(document.activeElement.getAttribute('
+                                            '"aria-activedescendant")).lastChild.data'), 'Ice')
+        self.browser.press(LEFT, LEFT)
+        self.assertEqual(rows()[2], ['Science', '2', '2', '3', 'false', 'true'])
+        self.browser.press(ENTER)
+        self.assertEqual(self.text('text'), 'Science')
+
+    def test_search_counts_hits_and_goes_from_one_to_the_next(self):
+        self.open(PLAN)
+        self.browser.press('1/ro')
+        self.assertEqual(self.text('hits'), '2')  # Route, Tromsø
+        self.browser.press(ENTER)
+        self.assertEqual([self.text('hits'), self.text('text')], ['1 of 2', 'Route'])
+        self.assertEqual(self.text('note'), 'By way of Łódź')
+        self.browser.press(ENTER)
+        self.assertEqual([self.text('hits'), self.text('text')], ['2 of 2', 'Tromsø'])
+        self.assertIn('June 1, 2027', self.text('facts'))
+        self.assertEqual(self.browser.value('document.querySelector("#facts a").href'), 'https://example.org/a?b=c')
+        self.browser.press(ENTER, held=SHIFT)
+        self.assertEqual(self.text('text'), 'Route')
+        self.browser.press(ESCAPE)
+        self.assertEqual(self.text('hits'), '')
+        for query, count in (('LODZ', '0'), ('łodz', '1'), ('8,750', '2'), ('example.org', '1'), ('no such', '0')):
+            self.browser.press('/', query)
+            self.assertEqual(self.text('hits'), count, query)
+            self.browser.press(ESCAPE)
+
+    def test_texts_of_the_outline_are_neither_script_nor_markup(self):
+        topics = [f'<outline text="{attribute(text)}" _note="{attribute(text)}"/>' for text in HOSTILE]
+        topics += [f'<outline text="link" url="{attribute(link)}"/>' for link in LINKS]
+        self.open(f'<opml><body><outline text="{attribute(HOSTILE[0])}">{"".join(topics)}</outline></body></opml>')
+        self.browser.press('a')
+        self.assertEqual(self.browser.value('document.title'), HOSTILE[0])
+        for number, text in enumerate(HOSTILE):
+            self.browser.press('o')
+            self.browser.run('location.hash = arguments[0]', self.browser.value(
+                '`#${encodeURIComponent(JSON.parse(document.getElementById("data").textContent).topics[arguments[0]].id)}`', number + 1))
+            self.browser.wait('document.querySelector("[aria-selected=true]").id === arguments[0]', f'row-{number + 1}')
+            self.browser.press('o', ENTER)
+            self.assertEqual(self.browser.value('document.getElementById("text").textContent'), text)
+        self.assertEqual(self.browser.value('''[...document.querySelectorAll('a, use')].map(a => a.getAttribute('href')).filter(
+            h => !/^(#icon|https:)/.test(h))'''), [])
+        self.assertEqual(self.browser.value('document.querySelectorAll("script, img, iframe, object, style, b").length'), 4)
+        self.assertIsNone(self.browser.value('window.ran ?? null'))
+
+        # The policy stops what would get in all the same, and every call home.
+        self.browser.run_async('''const done = arguments[0];
+            document.body.insertAdjacentHTML('beforeend', '<img src="https://example.org/x.png" onerror="window.ran=1">');
+            const script = document.createElement('script');
+            script.textContent = 'window.ran=1';
+            document.body.append(script);
+            fetch('https://example.org').catch(() => setTimeout(done, 50));''')
+        self.assertIsNone(self.browser.value('window.ran ?? null'))
+        self.assertGreaterEqual(sum('Content Security Policy' in error for error in self.browser.errors()), 3)
+
+    def test_opens_so_that_what_is_shown_can_be_read(self):
+        bushy = nested(2000, itertools.repeat(6), 6, lambda: 'a topic')
+        for outline in (PLAN, bushy, 'root\n' + '\n'.join(f'\tmain {i}' for i in range(500))):
+            self.open(outline)
+            sizes = self.browser.value('''[...document.querySelectorAll('#shapes .topic text')].map(t =>
+                parseFloat(getComputedStyle(t).fontSize) * t.getScreenCTM().a)''')
+            self.assertGreaterEqual(min(sizes), 8)
+            self.assertGreaterEqual(len(self.shown()), 4)
+
+    def test_follows_the_system_from_light_to_dark(self):
+        colors = lambda: self.browser.value('''['body', '.shape', '.b0 .shape', '#shapes text', '#bar'].map(s =>
+            getComputedStyle(document.querySelector(s))[s === 'body' || s === '#bar' ? 'backgroundColor' : 'fill'])''')
+        self.open(PLAN)
+        self.assertEqual(colors()[0], 'rgb(252, 251, 248)')
+        light = colors()
+        self.browser.prefer(prefers_color_scheme='dark')
+        self.assertEqual(colors()[0], 'rgb(22, 27, 34)')
+        self.assertEqual([a == b for a, b in zip(light, colors())], [False, False, True, False, False])
+
+    def test_prints_on_one_page_and_goes_on_as_before(self):
+        self.open(nested(300, itertools.repeat(4), 3, lambda: 'a topic'))
+        self.browser.press('a')
+        self.assertEqual(self.browser.page_count(), 1)
+        self.browser.press('1')
+        self.assertEqual(len(self.shown()), 5)
+
+    def test_fingers_pan_and_pinch_on_a_telephone(self):
+        self.browser.resize(390, 844)
+        self.open(PLAN)
+        self.assertEqual(self.browser.value('document.documentElement.scrollWidth'), 390)
+        x, y, width, _ = self.box('Voyage')
+        self.browser.point([(200, 700), (200, 690), (240, 730)], kind='touch')
+        self.assertAlmostEqual(self.box('Voyage')[0] - x, 40, delta=12)
+        self.browser.point([(180, 500), (170, 500), (100, 500)], [(210, 500), (220, 500), (290, 500)], kind='touch')
+        self.assertGreater(self.box('Voyage')[2], 2 * width)
+
+    def test_ten_thousand_topics_stay_fluent(self):
+        """Times are told, and what they depend on is held: how many elements there are."""
+        generator = random.Random(3)
+        word = lambda: generator.choice(('river', 'a stone in the river', 'harbor light', 'winter tide and salt'))
+        self.open(nested(10_000, itertools.repeat(10), 4, word))
+        key = '''document.activeElement.dispatchEvent(new KeyboardEvent('keydown', { key: '%s', bubbles: true }))'''
+        wheel = '''document.getElementById('map').dispatchEvent(new WheelEvent('wheel', { deltaY: -200, clientX: 500, clientY: 400 }))'''
+        search = '''(query => { query.value = '%s'; query.dispatchEvent(new Event('input')); })(document.getElementById('query'))'''
+        steps = {'unfold to level 2': key % '2', 'unfold all': key % 'a', **{f'zoom in {i}': wheel for i in range(1, 8)},
+                 'search river': search % 'river', 'next hit': key % 'n', 'fold its neighbours': key % '3',
+                 'unfold its branch': key % 'b'}
+        for name, step in steps.items():
+            # Until the frame has been painted: a message comes after it.
+            script, painted, count = self.browser.run_async('''const done = arguments[0], start = performance.now();
+                %s;
+                const script = performance.now() - start, channel = new MessageChannel();
+                channel.port1.onmessage = () => done([script, performance.now() - start, document.querySelectorAll('*').length]);
+                requestAnimationFrame(() => channel.port2.postMessage(0));''' % step)
+            print(f'    {name:22} {script:6.1f} ms of script, {painted:6.1f} ms until it is painted, {count} elements')
+            self.assertLess(count, 8000, name)
+        self.assertEqual(self.text('hits').split(' of ')[0], '1')
+
+
+if __name__ == '__main__':
+    if missing():
+        print('The browser tests did not run, without:', *missing())
+        sys.exit(77)
+    PROGRAM = sys.argv.pop(1)
+    unittest.main(verbosity=2)
