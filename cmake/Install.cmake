@@ -2,7 +2,9 @@
 include(CMakePackageConfigHelpers)
 set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/RkUtilities)
 
-install(TARGETS RkUtilities EXPORT RkUtilitiesTargets)
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
+
+install(TARGETS RkUtilities EXPORT RkUtilitiesTargets LIBRARY COMPONENT library NAMELINK_COMPONENT development)
 # Public headers, and each private header that one of them includes, whichever it is.
 set(installedHeaders)
 set(foundHeaders ${publicHeaders})

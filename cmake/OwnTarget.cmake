@@ -2,7 +2,8 @@
 function(rk_own_target target)
     set_target_properties(${target} PROPERTIES
         CXX_STANDARD 20 CXX_STANDARD_REQUIRED ON CXX_EXTENSIONS OFF CXX_SCAN_FOR_MODULES OFF
-        CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+        CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
+        BUILD_RPATH_USE_ORIGIN ON)  # the same bytes wherever it is built
     # Geometry promises exact single and double steps: no fused multiply-add may join two of them.
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffp-contract=off
