@@ -237,7 +237,7 @@ void StatusFloor(benchmark::State& state)
     const Folder folder;
     folder.Write("file", "content");
     const std::string path = folder.Path("file");
-    struct stat status {};
+    struct stat status{};
     for (auto _ : state)
         benchmark::DoNotOptimize(stat(path.c_str(), &status));
 }

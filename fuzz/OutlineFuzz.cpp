@@ -43,7 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckReader([&] { return ReadTextOutline(document, TextSyntax::Markdown, u"file"); });
     OutlineBuilder builder;
     const int top = builder.Add(0, {});
-    for (CString Topic::*field : {&Topic::text, &Topic::note, &Topic::link, &Topic::date, &Topic::amount}) {
+    for (CString Topic::* field : {&Topic::text, &Topic::note, &Topic::link, &Topic::date, &Topic::amount}) {
         Topic topic;
         topic.*field = document;
         builder.Add(top, topic);

@@ -14,14 +14,11 @@ namespace rk {
 
 /// A reference to an object: a pointer, a smart pointer (whose `get()` gives one) or nullptr.
 template <class T>
-concept ObjectReference = std::same_as<T, std::nullptr_t> ||
-                          (std::is_pointer_v<T> && !std::is_function_v<std::remove_pointer_t<T>>) ||
-                          requires(const T& reference)
-{
-    {
-        reference.get()
-        } -> std::convertible_to<const void*>;
-};
+concept ObjectReference =
+    std::same_as<T, std::nullptr_t> || (std::is_pointer_v<T> && !std::is_function_v<std::remove_pointer_t<T>>) ||
+    requires(const T& reference) {
+        { reference.get() } -> std::convertible_to<const void*>;
+    };
 
 /// The pointer to the object; null for none.
 template <ObjectReference Reference>
@@ -51,18 +48,12 @@ using CommonAddress = std::common_type_t<decltype(AddressOf(std::declval<const L
 
 /// Both may refer to the same object.
 template <class Left, class Right>
-concept IdentityComparable = requires
-{
-    typename CommonAddress<Left, Right>;
-};
+concept IdentityComparable = requires { typename CommonAddress<Left, Right>; };
 
 /// The objects that both refer to have `==`.
 template <class Left, class Right>
-concept EqualityComparable = requires(const Left& left, const Right& right)
-{
-    {
-        *AddressOf(left) == *AddressOf(right)
-        } -> std::convertible_to<bool>;
+concept EqualityComparable = requires(const Left& left, const Right& right) {
+    { *AddressOf(left) == *AddressOf(right) } -> std::convertible_to<bool>;
 };
 
 }  // namespace rk
@@ -82,7 +73,7 @@ class CorvaneNSArrayAdditions {
 public:
     /// Whether the array holds that very object; a distinct but equal one does not count.
     template <rk::ReferenceArray Array, rk::ObjectReference Object>
-    requires rk::IdentityComparable<rk::RangeReference<Array>, Object>
+        requires rk::IdentityComparable<rk::RangeReference<Array>, Object>
     static bool containsObjectIdenticalTo(Array&& array, const Object& object)
     {
         return std::ranges::any_of(
@@ -92,14 +83,15 @@ public:
     /// Whether the array holds one of those very objects. The walk over `objects` ends at the first one; the time is
     /// linear in both ranges together. Throws std::bad_alloc without memory for a set of the array's addresses.
     template <rk::ReferenceArray Array, rk::ReferenceRange Objects>
-    requires rk::IdentityComparable<rk::RangeReference<Array>, rk::RangeReference<Objects>>
+        requires rk::IdentityComparable<rk::RangeReference<Array>, rk::RangeReference<Objects>>
     static bool containsAnyObjectsIdenticalTo(Array&& array, Objects&& objects)
     {
         using Common = rk::CommonAddress<rk::RangeReference<Array>, rk::RangeReference<Objects>>;
         std::unordered_set<Common> addresses(static_cast<std::size_t>(std::ranges::distance(array)));
         for (auto&& element : array)
             addresses.insert(rk::AddressOf(element));
-        return std::ranges::any_of(objects, [&](const auto& object) { return addresses.contains(rk::AddressOf(object)); });
+        return std::ranges::any_of(objects,
+                                   [&](const auto& object) { return addresses.contains(rk::AddressOf(object)); });
     }
 
     /// The positions, from 0, of objects that are equal to one of `objects`: for each of those the lowest position
@@ -107,7 +99,7 @@ public:
     ///
     /// The time is the product of both lengths at most: `==` is all that is asked of the objects.
     template <rk::ReferenceArray Array, rk::ReferenceRange Objects>
-    requires rk::EqualityComparable<rk::RangeReference<Array>, rk::RangeReference<Objects>>
+        requires rk::EqualityComparable<rk::RangeReference<Array>, rk::RangeReference<Objects>>
     static std::set<std::size_t> indexesOfObjects(Array&& array, Objects&& objects)
     {
         std::set<std::size_t> positions;

@@ -214,7 +214,8 @@ private:
     /// The first node of each bucket. No std::vector, whose layout changes with the checks of the standard library.
     struct Buckets {
         Buckets() = default;
-        explicit Buckets(std::uint32_t bucketCount) : first(std::make_unique<Node*[]>(bucketCount)), count(bucketCount) {}
+        explicit Buckets(std::uint32_t bucketCount) : first(std::make_unique<Node*[]>(bucketCount)), count(bucketCount)
+        {}
         Buckets(Buckets&& other) noexcept : first(std::move(other.first)), count(std::exchange(other.count, 0)) {}
         Buckets& operator=(Buckets&& other) noexcept
         {
@@ -247,7 +248,8 @@ private:
     POSITION FirstFromBucket(std::size_t bucket) const noexcept
     {
         const std::span<Node*> buckets = m_buckets.All().subspan(bucket);
-        const auto found = std::find_if(buckets.begin(), buckets.end(), [](const Node* node) { return node != nullptr; });
+        const auto found =
+            std::find_if(buckets.begin(), buckets.end(), [](const Node* node) { return node != nullptr; });
         return found == buckets.end() ? nullptr : PositionOf(*found);
     }
     POSITION PositionAfter(POSITION position) const noexcept

@@ -26,7 +26,8 @@ public:
     PositionIterator() = default;
     PositionIterator(const Container* container, POSITION position) : m_container(container), m_position(position) {}
 
-    operator PositionIterator<Container, const Entry>() const requires(!std::is_const_v<Entry>)
+    operator PositionIterator<Container, const Entry>() const
+        requires(!std::is_const_v<Entry>)
     {
         return {m_container, m_position};
     }

@@ -30,9 +30,8 @@ public:
     {}
     TextView(unsigned short const* text) noexcept : TextView(AsChar16(text)) {}
     template <class T>
-    requires(std::convertible_to<const T&, std::u16string_view> &&
-             !std::convertible_to<const T&, const char16_t*>) constexpr TextView(const T& text) noexcept
-        : std::u16string_view(text)
+        requires(std::convertible_to<const T&, std::u16string_view> && !std::convertible_to<const T&, const char16_t*>)
+    constexpr TextView(const T& text) noexcept : std::u16string_view(text)
     {}
 };
 

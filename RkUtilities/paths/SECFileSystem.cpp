@@ -21,7 +21,7 @@ namespace {
 
 /// Copies one field of a path's status where that can be read.
 template <class Field, class Value>
-bool ReadField(const SECFileSystem& files, const CString& path, Field CFileStatus::*field, Value& value)
+bool ReadField(const SECFileSystem& files, const CString& path, Field CFileStatus::* field, Value& value)
 {
     CFileStatus status;
     if (!files.GetFileStatus(path, status))

@@ -13,9 +13,9 @@ namespace rk {
 
 /// Integers that the 32 bits of a stored number hold, characters aside.
 template <class T>
-concept StoredNumber = std::integral<T> && sizeof(T) <= sizeof(std::int32_t) && !std::same_as<T, bool> &&
-                       !std::same_as<T, char> && !std::same_as<T, wchar_t> && !std::same_as<T, char8_t> &&
-                       !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
+concept StoredNumber =
+    std::integral<T> && sizeof(T) <= sizeof(std::int32_t) && !std::same_as<T, bool> && !std::same_as<T, char> &&
+    !std::same_as<T, wchar_t> && !std::same_as<T, char8_t> && !std::same_as<T, char16_t> && !std::same_as<T, char32_t>;
 
 }  // namespace rk
 

@@ -44,33 +44,37 @@ CString Rewritten(const CString& source, std::span<const rk::UnitRange> ranges, 
 
 void CrkStringUtilities::RemoveInvalidNotesCharacters(CString& text)
 {
-    text = Rewritten(text, kControlsButBreaksAndTabs, [](rk::TextBuilder&, std::u16string_view, std::size_t) { return 1U; });
+    text = Rewritten(text, kControlsButBreaksAndTabs,
+                     [](rk::TextBuilder&, std::u16string_view, std::size_t) { return 1U; });
 }
 
 void CrkStringUtilities::RemoveInvalidTooltipCharacters(CString& text)
 {
     constexpr std::u16string_view kBreak = u"<br>";
-    text = Rewritten(text, kControlsAndLess, [kBreak](rk::TextBuilder& result, std::u16string_view units, std::size_t at) -> std::size_t {
-            const char16_t unit = units[at];
-            if (units.substr(at, kBreak.size()) == kBreak) {
-                result.Append(u'\n');
-                return kBreak.size();
-            }
-            if (unit == u'\t')
-                result.Append(kFourSpaces);
-            else if (unit == kCancel)
-                result.Append(u' ');
-            else if (unit == u'\n' || unit == u'<')
-                result.Append(unit);
-            return 1;
-        });
+    text = Rewritten(text, kControlsAndLess,
+                     [kBreak](rk::TextBuilder& result, std::u16string_view units, std::size_t at) -> std::size_t {
+                         const char16_t unit = units[at];
+                         if (units.substr(at, kBreak.size()) == kBreak) {
+                             result.Append(u'\n');
+                             return kBreak.size();
+                         }
+                         if (unit == u'\t')
+                             result.Append(kFourSpaces);
+                         else if (unit == kCancel)
+                             result.Append(u' ');
+                         else if (unit == u'\n' || unit == u'<')
+                             result.Append(unit);
+                         return 1;
+                     });
 }
 
 void CrkStringUtilities::FixInvalidUnformattedTooltipCharacters(CString& text)
 {
     const auto less = static_cast<std::size_t>(CountOccurrences(text, u'<'));
     const auto tabs = static_cast<std::size_t>(CountOccurrences(text, u'\t'));
-    text = Rewritten(text, kControlsAndLess, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
+    text = Rewritten(
+        text, kControlsAndLess,
+        [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
             const char16_t unit = units[at];
             if (unit == u'<')
                 result.Append(u"<<");

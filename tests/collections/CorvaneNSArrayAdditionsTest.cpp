@@ -101,15 +101,9 @@ TEST(ArrayQueries, WalkTheObjectsOnceAndStopAtTheFirstHit)
 }
 
 template <class Array, class Objects>
-concept CanAskForEquals = requires(Array array, Objects objects)
-{
-    Additions::indexesOfObjects(array, objects);
-};
+concept CanAskForEquals = requires(Array array, Objects objects) { Additions::indexesOfObjects(array, objects); };
 template <class Array, class Object>
-concept CanAskForObject = requires(Array array, Object object)
-{
-    Additions::containsObjectIdenticalTo(array, object);
-};
+concept CanAskForObject = requires(Array array, Object object) { Additions::containsObjectIdenticalTo(array, object); };
 
 // A type without "==" has identity only; what can never be the same object is refused.
 static_assert(CanAskForObject<std::vector<Tag*>, std::shared_ptr<const Tag>> &&

@@ -11,7 +11,8 @@ void Print()
 
 int main()
 {
-    Print<CString, StUTF8Buffer, CTime, CTimeSpan, COleDateTime, COleDateTimeSpan, CFile, CFileStatus, CFileException>();
+    Print<CString, StUTF8Buffer, CTime, CTimeSpan, COleDateTime, COleDateTimeSpan, CFile, CFileStatus,
+          CFileException>();
     Print<CAtlArray<CString>, CAtlList<CString>, CAtlMap<CString, int>, CAtlMap<CString, CrkGuid>::CPair, POSITION>();
     Print<CrkGuid, CrkFloatPoint, CrkFloatRect, CrkFloatVector2D, CrkLogSettings, CrkLogWriter, CrkLogException>();
     Print<SECFileSystem, SECRegistry, CrkRegistry, rk::PreferenceState, rk::FormatError>();

@@ -69,7 +69,7 @@ constexpr DayCase kDayCases[] = {
 template <class Time, class... Dst>
 void CheckDayCases(Dst... dst)
 {
-    const auto make = [&](const int(&f)[4], int hour) { return Time(f[0], f[1], f[2], hour, 59, 59, dst...); };
+    const auto make = [&](const int (&f)[4], int hour) { return Time(f[0], f[1], f[2], hour, 59, 59, dst...); };
     for (const auto& [first, second, isSameDay] : kDayCases) {
         SCOPED_TRACE(first[0]);
         EXPECT_EQ(CrkDateUtilities::IsSameDay(make(first, first[3]), make(second, second[3])), isSameDay);

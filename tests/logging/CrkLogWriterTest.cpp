@@ -24,10 +24,7 @@ using Writer = CrkLogWriter;
 constexpr auto kLevel = Writer::LogInfo;
 
 template <class... Arguments>
-concept MayLog = requires(Arguments... arguments)
-{
-    Writer::Log(kLevel, u"", arguments...);
-};
+concept MayLog = requires(Arguments... arguments) { Writer::Log(kLevel, u"", arguments...); };
 static_assert(MayLog<CrkGuid> && !MayLog<CrkGuid, CString> && !MayLog<CrkGuid, CFUUIDBytes>);  // no id is a category
 
 /// Initialisers of this program may run before the library's own; the names must be there all the same.

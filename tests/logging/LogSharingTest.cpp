@@ -107,7 +107,7 @@ TEST(LogSharing, WaitsForNoLockWithoutEndAndLeavesRollingOverToTheNext)
     const LogFolder folder;
     Writer::Log(Writer::LogInfo, u"1");
     const int reader = open(folder.ActivePath().c_str(), O_RDONLY | O_CLOEXEC);
-    struct flock lock {};
+    struct flock lock{};
     lock.l_type = F_RDLCK;
     ASSERT_EQ(fcntl(reader, F_OFD_SETLK, &lock), 0);
     Writer::m_maxFileLength = 0;

@@ -22,7 +22,7 @@ using namespace mindmap;
 
 namespace {
 
-Topic With(CString Topic::*field, const CString& value)
+Topic With(CString Topic::* field, const CString& value)
 {
     Topic topic;
     topic.*field = value;

@@ -44,7 +44,7 @@ Outline RandomOutline(std::mt19937& random, int topicCount, int deepening)
         while (parent > 1 && any(10) >= deepening)
             parent = builder.At(parent).parent;
         Topic topic = Named(kTexts[any(std::size(kTexts))]);
-        for (CString Topic::*detail : {&Topic::note, &Topic::link, &Topic::date, &Topic::amount})
+        for (CString Topic::* detail : {&Topic::note, &Topic::link, &Topic::date, &Topic::amount})
             if (any(3) == 0)
                 topic.*detail = kTexts[any(std::size(kTexts))];
         last = builder.Add(parent, std::move(topic));

@@ -100,8 +100,8 @@ TEST(DirectionOf, IsThatOfTheFirstLetter)
     constexpr std::pair<const char16_t*, Direction> kCases[] = {
         {u"", Direction::LeftToRight},           {u"12 שלום abc", Direction::RightToLeft},
         {u"(abc) שלום", Direction::LeftToRight}, {u"٣ abc", Direction::LeftToRight},
-        {u"🚢 مرحبا", Direction::RightToLeft},    {u"\u200Fabc", Direction::RightToLeft},
-        {u"𞤀𞤁", Direction::RightToLeft},   {u"海", Direction::LeftToRight},
+        {u"🚢 مرحبا", Direction::RightToLeft},   {u"\u200Fabc", Direction::RightToLeft},
+        {u"𞤀𞤁", Direction::RightToLeft},         {u"海", Direction::LeftToRight},
     };
     for (const auto& [text, direction] : kCases)
         EXPECT_EQ(DirectionOf(text), direction) << CString(text);

@@ -130,8 +130,7 @@ TEST(FileSystem, ListsAsciiNamesAlikeAloneAndBesideOthers)
         std::string name(1 + upTo(5), 'x');
         for (char& c : name)
             c = upTo(2) != 0 ? "aAcChHzZsw019 -_"[upTo(15)] : static_cast<char>(1 + upTo(126));
-        std::replace_if(
-            name.begin(), name.end(), [](char c) { return c == '/' || c == '.'; }, '~');
+        std::replace_if(name.begin(), name.end(), [](char c) { return c == '/' || c == '.'; }, '~');
         folder.Write(name);
     }
     for (const char* locale : {"", "de_DE", "cs_CZ", "da_DK", "hu_HU", "en_US@colNumeric=yes",

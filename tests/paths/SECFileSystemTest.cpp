@@ -162,7 +162,7 @@ TEST(FileSystem, RenamesToAFreeNameAndMovesAcrossFileSystems)
     }
     EXPECT_TRUE(files.RenameFile(a, folder.Text("c")) && files.RenameDirectory(folder.Text("c"), a));
 
-    struct stat memory {};
+    struct stat memory{};
     if (stat("/dev/shm", &memory) != 0 || folder.Status("").st_dev == memory.st_dev)
         GTEST_SKIP() << "no second file system at /dev/shm";
     const ScopedFolder other("/dev/shm");

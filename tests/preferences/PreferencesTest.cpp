@@ -122,10 +122,7 @@ TEST_F(Preferences, KeepTypesAndEveryTextFromOneProcessToTheNext)
 }
 
 template <class T>
-concept Settable = requires(SECRegistry& registry, const T& value)
-{
-    registry.SetValue(u"name", value);
-};
+concept Settable = requires(SECRegistry& registry, const T& value) { registry.SetValue(u"name", value); };
 static_assert(Settable<bool> && Settable<int> && Settable<std::uint8_t> && Settable<unsigned short const*> &&
               Settable<char16_t[5]> && Settable<char[5]> && Settable<std::u16string_view>);
 // Neither a cut number nor a pointer as a boolean.
@@ -287,9 +284,7 @@ TEST_F(Preferences, BeginANewDatabaseWithWhatTheProcessKnows)
                        {true, [&] { overwrite(47, "\5"); }},  // a schema of a later version
                        {true, [&] { std::filesystem::remove(file), std::filesystem::create_directory(file); }},
                        // The list of free pages, which a store runs into and a reading does not see.
-                       {true, [&] {
-                            overwrite(32, {"\0\xFF\xFF\xFF\0\0\0\5", 8});
-                        }}};
+                       {true, [&] { overwrite(32, {"\0\xFF\xFF\xFF\0\0\0\5", 8}); }}};
     for (const auto& [isDamage, happens] : misfortunes) {
         SCOPED_TRACE(&happens - &misfortunes[0].happens);
         InAProcess([] { Set(kThisHost, u"large", u""); });

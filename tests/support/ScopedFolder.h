@@ -82,7 +82,7 @@ public:
     unsigned Mode(std::string_view name) const { return Status(name).st_mode & 07777U; }
     struct stat Status(std::string_view name) const
     {
-        struct stat status {};
+        struct stat status{};
         EXPECT_EQ(lstat(Path(name).c_str(), &status), 0) << name;
         return status;
     }

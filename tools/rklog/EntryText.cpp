@@ -13,7 +13,7 @@ constexpr std::string_view kAmpersand = "&amp;";
 // What stands between the fields, in their order; the severity is read into its own variable.
 struct Separator {
     std::string_view markup;
-    std::string_view Entry::*field;
+    std::string_view Entry::* field;
 };
 constexpr Separator kBeforeSeverity[] = {
     {"</l:Timestamp><l:Tid>", &Entry::timestamp},

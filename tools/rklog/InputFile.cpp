@@ -52,7 +52,7 @@ void InputFile::Fail() const
 
 InputFile::Facts InputFile::Look() const
 {
-    struct stat status {};
+    struct stat status{};
     if (fstat(m_descriptor, &status) != 0)
         Fail();
     return FactsOf(status);
@@ -60,7 +60,7 @@ InputFile::Facts InputFile::Look() const
 
 bool InputFile::Look(const std::string& path, Facts& facts)
 {
-    struct stat status {};
+    struct stat status{};
     if (stat(path.c_str(), &status) != 0)
         return false;
     facts = FactsOf(status);

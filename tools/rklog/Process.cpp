@@ -12,7 +12,7 @@ constexpr std::string_view kStart = "LogStart time=\"";
 
 constexpr struct {
     std::string_view key;
-    std::string Process::*value;
+    std::string Process::* value;
 } kTexts[] = {
     {"zone", &Process::zone},       {"pid", &Process::id},          {"host", &Process::host},
     {"program", &Process::program}, {"library", &Process::library}, {"system", &Process::system},

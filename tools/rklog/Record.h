@@ -27,7 +27,7 @@ struct Record {
 
 struct RecordField {
     std::string_view name;
-    std::string Record::*text;
+    std::string Record::* text;
     bool isNumber = false;
 };
 

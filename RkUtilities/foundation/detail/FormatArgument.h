@@ -32,9 +32,8 @@ public:
         }
     }
     template <class T>
-    requires(std::is_enum_v<T>&& std::is_convertible_v<T, std::underlying_type_t<T>>) explicit constexpr FormatArgument(
-        T value) noexcept
-        : FormatArgument(static_cast<std::underlying_type_t<T>>(value))
+        requires(std::is_enum_v<T> && std::is_convertible_v<T, std::underlying_type_t<T>>)
+    explicit constexpr FormatArgument(T value) noexcept : FormatArgument(static_cast<std::underlying_type_t<T>>(value))
     {}
     explicit constexpr FormatArgument(double value) noexcept : m_kind(Kind::Floating) { m_value.floating = value; }
     explicit constexpr FormatArgument(float value) noexcept : FormatArgument(static_cast<double>(value)) {}

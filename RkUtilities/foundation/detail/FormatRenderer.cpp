@@ -420,8 +420,7 @@ void RenderFormat(std::u16string_view format, std::span<const FormatArgument> ar
 std::vector<FormatArgument> CollectArguments(std::u16string_view format, std::va_list list)
 {
     TypeList types;
-    Walk(
-        format, [](std::u16string_view) {}, [&](const FormatConversion& conversion) { types.Add(conversion); });
+    Walk(format, [](std::u16string_view) {}, [&](const FormatConversion& conversion) { types.Add(conversion); });
     std::vector<FormatArgument> arguments;
     arguments.reserve(types.Types().size());
     for (const std::optional<CType>& type : types.Types()) {

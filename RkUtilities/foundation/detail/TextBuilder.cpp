@@ -37,7 +37,8 @@ CString TextBuilder::Take()
     const std::size_t length = std::exchange(m_length, 0);
     if (IsShort())
         return std::u16string_view(m_units, length);
-    if (m_capacity - length > m_capacity / 4) {  // as texts of few ASCII characters leave much of the room for their bytes
+    if (m_capacity - length >
+        m_capacity / 4) {  // as texts of few ASCII characters leave much of the room for their bytes
         CString fitting(std::u16string_view(m_units, length));
         return fitting;
     }

@@ -24,7 +24,7 @@ int OpenToAppend(const std::string& path, int furtherFlags)
 bool IsInSharedFolder(const std::string& path)
 {
     const std::string folder = FolderPart(path);
-    struct stat facts {};
+    struct stat facts{};
     return stat(folder.empty() ? "." : SystemPath(folder), &facts) != 0 || (facts.st_mode & (S_IWGRP | S_IWOTH)) != 0 ||
            (facts.st_uid != geteuid() && facts.st_uid != 0);
 }
@@ -59,7 +59,7 @@ std::error_code AppendFile::OpenUnlocked(const std::string& path)
 // has no locks we go on without, as if we had it.
 void AppendFile::Lock(Patience& patience)
 {
-    struct flock wholeFile {};
+    struct flock wholeFile{};
     wholeFile.l_type = F_WRLCK;
     wholeFile.l_whence = SEEK_SET;
     do {
@@ -72,7 +72,7 @@ std::error_code AppendFile::Examine(const std::string& path)
 {
     m_sizeGuard.emplace();
     m_isShared = IsInSharedFolder(path);
-    struct stat facts {};
+    struct stat facts{};
     if (fstat(m_file.Descriptor(), &facts) != 0)
         return LastError();
     const bool isOurs = S_ISREG(facts.st_mode) && facts.st_nlink <= 1 && facts.st_uid == geteuid();
@@ -91,8 +91,8 @@ void AppendFile::Remember(std::string&& path, std::optional<Left>& left) const n
 
 bool AppendFile::StandsAt(const std::string& path) const
 {
-    struct stat ours {};
-    struct stat named {};
+    struct stat ours{};
+    struct stat named{};
     return fstat(m_file.Descriptor(), &ours) == 0 && stat(SystemPath(path), &named) == 0 &&
            ours.st_dev == named.st_dev && ours.st_ino == named.st_ino;
 }
@@ -139,7 +139,7 @@ void AppendFile::TakeBack(std::size_t writtenCount) const
 {
     const int descriptor = m_file.Descriptor();
     const off_t endOfOurs = writtenCount > 0 ? lseek(descriptor, 0, SEEK_CUR) : -1;
-    struct stat facts {};
+    struct stat facts{};
     if (endOfOurs > 0 && fstat(descriptor, &facts) == 0 && facts.st_size == endOfOurs)
         static_cast<void>(
             Uninterrupted([&] { return ftruncate(descriptor, endOfOurs - static_cast<off_t>(writtenCount)); }));

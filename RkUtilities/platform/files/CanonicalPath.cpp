@@ -28,13 +28,13 @@ std::optional<std::string> CanonicalPathOfReadable(const std::string& path)
 {
     const FileHandle file(
         Uninterrupted([&] { return open(SystemPath(path), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
-    struct stat opened {};
+    struct stat opened{};
     if (!file || fstat(file.Descriptor(), &opened) != 0)
         return std::nullopt;
     std::optional<std::string> reported = TargetOfLink("/proc/self/fd/" + std::to_string(file.Descriptor()));
     // A deleted file is reported as "name (deleted)", which may be another file's name: only what leads back to the
     // open one counts.
-    struct stat found {};
+    struct stat found{};
     if (!reported || lstat(reported->c_str(), &found) != 0 || found.st_dev != opened.st_dev ||
         found.st_ino != opened.st_ino)
         return std::nullopt;

@@ -20,7 +20,7 @@ std::error_code CopyFileInto(Place from, mode_t extraPermissions, const Make& ma
     // Not a pipe or a link that took the file's place meanwhile: neither is waited for nor followed.
     const FileHandle source(Uninterrupted(
         [&] { return openat(from.folder, from.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
-    struct stat status {};
+    struct stat status{};
     if (!source || fstat(source.Descriptor(), &status) != 0)
         return LastError();
     if (!S_ISREG(status.st_mode))
@@ -62,7 +62,7 @@ std::error_code CopyLinkTo(Place from, Place to)
 {
     char target[PATH_MAX];
     const ssize_t length = readlinkat(from.folder, from.name, target, sizeof target);
-    struct stat status {};
+    struct stat status{};
     if (length < 0 || fstatat(from.folder, from.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return LastError();
     if (length == sizeof target)
@@ -77,7 +77,7 @@ std::error_code CopyLinkTo(Place from, Place to)
 /// Opening one could wait forever or have effects.
 std::error_code CopyNodeTo(Place from, Place to)
 {
-    struct stat status {};
+    struct stat status{};
     if (fstatat(from.folder, from.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return LastError();
     if (mknodat(to.folder, to.name, status.st_mode & (S_IFMT | kPermissions), status.st_rdev) != 0)
@@ -90,7 +90,7 @@ std::error_code CopyNodeTo(Place from, Place to)
 
 std::error_code KindAt(Place place, FileKind& kind)
 {
-    struct stat status {};
+    struct stat status{};
     if (fstatat(place.folder, place.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return LastError();
     kind = KindOfMode(status.st_mode);
@@ -138,7 +138,7 @@ std::error_code CopyVisibleItem(Place from, Place to, FileKind kind, mode_t extr
 
 std::error_code Decide(Place to, const CopyRules& rules, Decision& decision)
 {
-    struct stat status {};
+    struct stat status{};
     decision = Decision::Free;
     if (fstatat(to.folder, to.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return errno == ENOENT ? std::error_code() : LastError();

@@ -47,7 +47,7 @@ FileHandle Held(int folder, const char* name, Links links)
 
 std::error_code SetOwnerWrite(const FileHandle& held, bool mayWrite)
 {
-    struct stat status {};
+    struct stat status{};
     if (fstat(held.Descriptor(), &status) != 0)
         return LastError();
     if (((status.st_mode & S_IWUSR) != 0) == mayWrite)
@@ -81,7 +81,7 @@ FileKind KindOfMode(unsigned mode) noexcept
 
 std::optional<FileFacts> Inspect(const std::string& path, Links links)
 {
-    struct statx status {};
+    struct statx status{};
     if (!Status(SystemPath(path), links, kAllFacts, status))
         return std::nullopt;
     return FactsOf(status);
@@ -90,7 +90,7 @@ std::optional<FileFacts> Inspect(const std::string& path, Links links)
 std::optional<FileKind> KindOf(const std::string& path, std::error_code& error)
 {
     error.clear();
-    struct statx status {};
+    struct statx status{};
     if (Status(SystemPath(path), Links::Follow, STATX_TYPE, status))
         return KindOfMode(status.stx_mode);
     if (errno != ENOENT && errno != ENOTDIR)
@@ -113,7 +113,7 @@ bool HasExistingFolder(const std::string& path)
 std::error_code Change(const std::string& path, const std::function<FileChanges(const FileFacts& present)>& changesFor)
 {
     const FileHandle held = Held(AT_FDCWD, SystemPath(path), Links::Follow);
-    struct statx status {};
+    struct statx status{};
     if (!held || statx(held.Descriptor(), "", AT_EMPTY_PATH, kAllFacts, &status) != 0)
         return LastError();
     const FileChanges changes = changesFor(FactsOf(status));
@@ -133,7 +133,7 @@ bool ChangeOwnerWrite(int folder, const char* name, OwnerWrite wanted, std::erro
     error.clear();
     const bool mayWrite = wanted == OwnerWrite::Allow;
     const FileHandle held = Held(folder, name, Links::DoNotFollow);
-    struct stat status {};
+    struct stat status{};
     const auto isAsWanted = [&] {
         return fstat(held.Descriptor(), &status) != 0 || S_ISLNK(status.st_mode) ||
                ((status.st_mode & S_IWUSR) != 0) == mayWrite;

@@ -74,7 +74,7 @@ std::error_code Rename(int fromFolder, const char* from, int toFolder, const cha
     // EINVAL: not on this file system. ENOSYS, EPERM: not in this kernel or sandbox.
     if (errno != EINVAL && errno != ENOSYS && errno != EPERM)
         return LastError();
-    struct stat status {};
+    struct stat status{};
     if (fstatat(toFolder, to, &status, AT_SYMLINK_NOFOLLOW) == 0)
         return ErrorOf(EEXIST);
     return errno == ENOENT ? Outcome(renameat(fromFolder, from, toFolder, to)) : LastError();

@@ -13,7 +13,7 @@ namespace {
 /// Refuses what cannot be read and written at positions, and undoes for devices what kept the opening from waiting.
 std::error_code Accept(int descriptor, int openFlags)
 {
-    struct stat status {};
+    struct stat status{};
     if (fstat(descriptor, &status) != 0)
         return LastError();
     if (S_ISREG(status.st_mode))
@@ -27,7 +27,7 @@ std::error_code Accept(int descriptor, int openFlags)
 
 bool IsDevice(int descriptor)
 {
-    struct stat status {};
+    struct stat status{};
     return fstat(descriptor, &status) == 0 && !S_ISREG(status.st_mode);
 }
 
@@ -100,7 +100,7 @@ std::int64_t SeekFile(int descriptor, std::int64_t offset, SeekFrom from, std::e
 
 std::int64_t LengthOfFile(int descriptor, std::error_code& error)
 {
-    struct stat status {};
+    struct stat status{};
     error = Outcome(fstat(descriptor, &status));
     return status.st_size;
 }

@@ -7,7 +7,7 @@ namespace rk::platform {
 
 std::error_code IdentityOf(int descriptor, FileIdentity& identity)
 {
-    struct stat status {};
+    struct stat status{};
     if (fstat(descriptor, &status) != 0)
         return LastError();
     identity = {status.st_dev, status.st_ino};

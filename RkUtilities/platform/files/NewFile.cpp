@@ -22,7 +22,7 @@ bool HasWayToNames()
 /// What will have the name: what a link leads to.
 std::error_code ResolveTarget(std::string& target)
 {
-    struct stat status {};
+    struct stat status{};
     if (lstat(SystemPath(target), &status) != 0 || !S_ISLNK(status.st_mode))
         return {};
     const std::unique_ptr<char, decltype(&std::free)> resolved(realpath(target.c_str(), nullptr), &std::free);
@@ -35,7 +35,7 @@ std::error_code ResolveTarget(std::string& target)
 /// Makes content and permissions ready to stand at the target.
 std::error_code Complete(int descriptor, const std::string& target)
 {
-    struct stat replaced {};
+    struct stat replaced{};
     if (stat(SystemPath(target), &replaced) == 0 && S_ISREG(replaced.st_mode))
         (void)fchmod(descriptor, replaced.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO));
     return Outcome(fsync(descriptor));
@@ -131,7 +131,7 @@ std::error_code ReplaceForGood(const std::string& temporary, const std::string& 
     std::string place = target;
     const FileHandle file(Uninterrupted(
         [&] { return open(SystemPath(temporary), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
-    struct stat status {};
+    struct stat status{};
     if (!file || fstat(file.Descriptor(), &status) != 0)
         return LastError();
     std::error_code error = S_ISREG(status.st_mode) ? ResolveTarget(place) : ErrorOf(EINVAL);

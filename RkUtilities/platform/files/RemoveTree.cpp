@@ -106,7 +106,7 @@ std::error_code RemoveTree(const std::string& path)
 
 std::error_code RemoveTree(Place item) noexcept
 {
-    struct stat status {};
+    struct stat status{};
     if (fstatat(item.folder, item.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return LastError();
     return TreeRemover().Remove(item, KindOfMode(status.st_mode), 0);
@@ -115,7 +115,7 @@ std::error_code RemoveTree(Place item) noexcept
 std::error_code RemoveEmptyFolder(const std::string& path)
 {
     const std::string item = WithoutClosingSlashes(path);
-    struct stat status {};
+    struct stat status{};
     if (lstat(SystemPath(item), &status) != 0)
         return LastError();
     return S_ISLNK(status.st_mode) ? RemoveFile(item) : Outcome(rmdir(item.c_str()));

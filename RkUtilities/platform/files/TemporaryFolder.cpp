@@ -24,7 +24,7 @@ constexpr mode_t kAnybodyMayAnything = S_IRWXU | S_IRWXG | S_IRWXO;
 
 std::optional<struct stat> FolderFacts(const std::string& path)
 {
-    struct stat facts {};
+    struct stat facts{};
     if (path.empty() || stat(path.c_str(), &facts) != 0 || !S_ISDIR(facts.st_mode))
         return std::nullopt;
     return facts;
@@ -61,7 +61,7 @@ bool IsPrivateFolder(const std::string& folder, Missing missing)
         return false;
     const FileHandle handle(
         Uninterrupted([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
-    struct stat facts {};
+    struct stat facts{};
     if (!handle || fstat(handle.Descriptor(), &facts) != 0 || facts.st_uid != geteuid())
         return false;
     return (facts.st_mode & kAnybodyMayAnything) == S_IRWXU || fchmod(handle.Descriptor(), S_IRWXU) == 0;

@@ -35,8 +35,8 @@ bool IsOurs(const FileHandle& folder, Place place, int errorWithoutLocks)
 {
     if (flock(folder.Descriptor(), LOCK_EX | LOCK_NB) != 0 && errno != errorWithoutLocks)
         return false;
-    struct stat open {};
-    struct stat named {};
+    struct stat open{};
+    struct stat named{};
     return fstat(folder.Descriptor(), &open) == 0 &&
            fstatat(place.folder, place.name, &named, AT_SYMLINK_NOFOLLOW) == 0 && open.st_dev == named.st_dev &&
            open.st_ino == named.st_ino && open.st_uid == geteuid();

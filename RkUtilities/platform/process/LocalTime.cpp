@@ -78,7 +78,7 @@ bool UpdateZone()
     source.isVariable = variable != nullptr;
     const std::string_view value(variable != nullptr ? variable : "");
     const bool fits = value.size() < source.variable.size();  // a longer one counts as changed each time
-    struct stat facts {};
+    struct stat facts{};
     if (source.isVariable && fits) {
         value.copy(source.variable.data(), value.size());
     } else if (!source.isVariable && stat(kSystemZone, &facts) == 0) {

@@ -43,7 +43,7 @@ bool MayBeOnSeveralMachines(const std::string& path)
         0x01021997,  // 9P
         0x65735546,  // FUSE, which sshfs and others use
     };
-    struct statfs facts {};
+    struct statfs facts{};
     return statfs(path.c_str(), &facts) == 0 &&
            std::find(std::begin(kSharedFileSystems), std::end(kSharedFileSystems),
                      static_cast<std::uint32_t>(facts.f_type)) != std::end(kSharedFileSystems);
@@ -196,7 +196,7 @@ bool PreferenceDatabase::IsInPlace() const noexcept
 
 std::optional<PreferenceDatabase::File> PreferenceDatabase::FileAtPath() const noexcept
 {
-    struct stat facts {};
+    struct stat facts{};
     return stat(m_path.c_str(), &facts) == 0 ? std::optional<File>({facts.st_dev, facts.st_ino}) : std::nullopt;
 }
 

@@ -142,7 +142,7 @@ std::string ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver)
     // Opened without waiting, as a pipe would have it, and looked at before a byte is read: a device may be endless.
     constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     const FileHandle file(Uninterrupted([&] { return open(SystemPath(nativePath), kFlags); }));
-    struct stat facts {};
+    struct stat facts{};
     if (!file || fstat(file.Descriptor(), &facts) != 0)
         return LastError().message();
     if (!S_ISREG(facts.st_mode))

@@ -724,7 +724,7 @@ private:
             const std::size_t count = points.size() - place.firstPoint;
             if (count >= 1 && points.back().x == point.x && points.back().y == point.y)
                 continue;
-            const auto isStraight = [&](double PlainPoint::*along) {
+            const auto isStraight = [&](double PlainPoint::* along) {
                 return points[points.size() - 2].*along == point.*along && points.back().*along == point.*along;
             };
             if (count >= 2 && (isStraight(&PlainPoint::x) || isStraight(&PlainPoint::y)))

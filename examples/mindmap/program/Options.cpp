@@ -38,7 +38,7 @@ namespace {
 /// An option with a text after it; it may be given once.
 struct TextOption {
     std::string_view name;
-    CString Options::*value;
+    CString Options::* value;
 };
 constexpr std::array<TextOption, 3> kTextOptions = {{
     {"-o", &Options::mapPath},
@@ -50,7 +50,7 @@ constexpr std::string_view kSet = "--set";  // with a text after it, as often as
 
 struct Switch {
     std::string_view name;
-    bool Options::*value;
+    bool Options::* value;
 };
 constexpr std::array<Switch, 4> kSwitches = {{
     {"--replace", &Options::mayReplaceMap},

@@ -14,7 +14,7 @@ namespace {
 
 struct AttributeName {
     const char* name;
-    CString Topic::*field;
+    CString Topic::* field;
 };
 // In the order in which names are preferred for a field.
 constexpr AttributeName kAttributes[] = {
@@ -75,9 +75,8 @@ private:
     }
     static void XMLCALL OnDoctype(void* reader, const XML_Char*, const XML_Char*, const XML_Char*, int)
     {
-        static_cast<Reader*>(reader)->Guard([](Reader& self) {
-            throw OutlineError{self.Line(), u"a document type declaration is not accepted"};
-        });
+        static_cast<Reader*>(reader)->Guard(
+            [](Reader& self) { throw OutlineError{self.Line(), u"a document type declaration is not accepted"}; });
     }
 
     /// Runs what may throw where exceptions must not pass through the parser's C code.

@@ -35,8 +35,8 @@ public:
     XmlStream& operator<<(Color color);
     /// The shortest text that reads back as the same number.
     template <class Number>
-    requires std::same_as<Number, float> || std::same_as<Number, double> || std::same_as<Number, int> XmlStream&
-    operator<<(Number number)
+        requires std::same_as<Number, float> || std::same_as<Number, double> || std::same_as<Number, int>
+    XmlStream& operator<<(Number number)
     {
         AppendNumber(number);
         return *this;
