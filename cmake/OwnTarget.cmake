@@ -12,9 +12,9 @@ function(rk_own_target target)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
         target_compile_options(${target} PRIVATE -Wno-restrict)
     endif()
-    # Google Benchmark's macros count with __COUNTER__.
+    # Google Benchmark's macros count with __COUNTER__, and std::stable_sort of g++ 12 calls what C++17 calls deprecated.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 22)
-        target_compile_options(${target} PRIVATE -Wno-c2y-extensions)
+        target_compile_options(${target} PRIVATE -Wno-c2y-extensions -Wno-deprecated-declarations)
     endif()
     if(RKUTILITIES_SANITIZE)
         set(sanitize -fsanitize=${RKUTILITIES_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -84,7 +84,8 @@ void WidenAscii(const unsigned char*& in, const unsigned char* stop, char16_t*& 
 void DecodeSequence(const unsigned char*& in, const unsigned char* end, char16_t*& out) noexcept
 {
     const char32_t codePoint = platform::TakeUtf8(in, end);
-    out = platform::WriteUtf16(codePoint != platform::kNoCodePoint ? codePoint : platform::kReplacementCharacter, out);
+    out = platform::WriteUtf16(
+        codePoint != platform::kNoCodePoint ? codePoint : char32_t{platform::kReplacementCharacter}, out);
 }
 
 /// Decodes what begins before `stop`; moves both pointers.

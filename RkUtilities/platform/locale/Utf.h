@@ -55,7 +55,7 @@ constexpr char* WriteUtf8(char32_t codePoint, char* out) noexcept
         *out++ = tail(codePoint >> 6);
         *out++ = tail(codePoint);
     } else {
-        const char32_t whole = IsSurrogate(codePoint) ? kReplacementCharacter : codePoint;
+        const char32_t whole = IsSurrogate(codePoint) ? char32_t{kReplacementCharacter} : codePoint;
         *out++ = static_cast<char>(0xE0U | whole >> 12);
         *out++ = tail(whole >> 6);
         *out++ = tail(whole);
