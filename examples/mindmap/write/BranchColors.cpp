@@ -12,7 +12,6 @@ namespace {
 
 class BranchColorTable final : public CrkBaseColorTable {
 public:
-    virtual ~BranchColorTable() = default;
     ColorEntry const* GetColorEntries() override { return kBranchColors.data(); }
     int GetColorCount() override { return static_cast<int>(kBranchColors.size()); }
 };
