@@ -20,7 +20,7 @@ concept ObjectReference =
         { reference.get() } -> std::convertible_to<const void*>;
     };
 
-/// The pointer to the object; null for none.
+/// The pointer to the object; null for a null reference.
 template <ObjectReference Reference>
 constexpr auto AddressOf(const Reference& reference)
 {
@@ -33,24 +33,24 @@ constexpr auto AddressOf(const Reference& reference)
 template <class Range>
 using RangeReference = std::remove_cvref_t<std::ranges::range_reference_t<Range>>;
 
-/// What can be walked once and gives references to objects.
+/// A range that can be walked once and gives references to objects.
 template <class Range>
 concept ReferenceRange = std::ranges::input_range<Range> && ObjectReference<RangeReference<Range>>;
 
-/// What can be walked again and again and gives references to objects.
+/// A range that can be walked again and again and gives references to objects.
 template <class Range>
 concept ReferenceArray = std::ranges::forward_range<Range> && ReferenceRange<Range>;
 
-/// The pointer type in which both can be compared: one points to the other's type, or to a base of it.
+/// The pointer type to which the pointers of two references convert.
 template <class Left, class Right>
 using CommonAddress = std::common_type_t<decltype(AddressOf(std::declval<const Left&>())),
                                          decltype(AddressOf(std::declval<const Right&>()))>;
 
-/// Both may refer to the same object.
+/// Two references that may refer to the same object.
 template <class Left, class Right>
 concept IdentityComparable = requires { typename CommonAddress<Left, Right>; };
 
-/// The objects that both refer to have `==`.
+/// Two references whose objects have `==`.
 template <class Left, class Right>
 concept EqualityComparable = requires(const Left& left, const Right& right) {
     { *AddressOf(left) == *AddressOf(right) } -> std::convertible_to<bool>;
@@ -58,20 +58,20 @@ concept EqualityComparable = requires(const Left& left, const Right& right) {
 
 }  // namespace rk
 
-/// Queries on arrays of references to objects: does one hold these very objects, and where are equal ones?
+/// Queries on arrays of references: does an array hold these very objects, and where are equal objects?
 ///
-/// `array` is any range that can be walked more than once, `objects` any range at all, single-pass ones and views that
-/// only begin when they are not const included. Their elements are pointers, raw or smart, to the same type or one to a
-/// base of the other's. Identity compares the addresses; equality compares the objects by `==`, the array's on the
-/// left. A null reference is identical and equal to null ones only. Nothing is changed, kept or owned; what the ranges
-/// and `==` throw passes through.
+/// `array` is any range that can be walked more than once, `objects` any range, also a single-pass range or a view that
+/// cannot be const. Their elements are pointers, raw or smart, to the same type, or to a type and a base of it.
+/// Identity compares the addresses; equality compares the objects by `==`, the array's object on the left. A null
+/// reference is identical and equal to null references only. The queries change, keep and own nothing; exceptions of
+/// the ranges and of `==` pass through.
 ///
 ///     const std::vector<std::shared_ptr<Topic>> topics = ...;
 ///     const std::vector<Topic*> selection = ...;
 ///     if (CorvaneNSArrayAdditions::containsAnyObjectsIdenticalTo(topics, selection)) ...
 class CorvaneNSArrayAdditions {
 public:
-    /// Whether the array holds that very object; a distinct but equal one does not count.
+    /// Whether the array holds that very object; a distinct but equal object does not count.
     template <rk::ReferenceArray Array, rk::ObjectReference Object>
         requires rk::IdentityComparable<rk::RangeReference<Array>, Object>
     static bool containsObjectIdenticalTo(Array&& array, const Object& object)
@@ -80,8 +80,8 @@ public:
             array, [&](const auto& element) { return rk::AddressOf(element) == rk::AddressOf(object); });
     }
 
-    /// Whether the array holds one of those very objects. The walk over `objects` ends at the first one; the time is
-    /// linear in both ranges together. Throws std::bad_alloc without memory for a set of the array's addresses.
+    /// Whether the array holds at least one of those very objects. The walk over `objects` ends at the first object
+    /// found; the time is linear in both ranges together. Throws std::bad_alloc without memory for the addresses.
     template <rk::ReferenceArray Array, rk::ReferenceRange Objects>
         requires rk::IdentityComparable<rk::RangeReference<Array>, rk::RangeReference<Objects>>
     static bool containsAnyObjectsIdenticalTo(Array&& array, Objects&& objects)
@@ -94,8 +94,8 @@ public:
                                    [&](const auto& object) { return addresses.contains(rk::AddressOf(object)); });
     }
 
-    /// The positions, from 0, of objects that are equal to one of `objects`: for each of those the lowest position
-    /// only, so a second equal object in the array is never named. What is not in the array adds nothing.
+    /// For each of `objects`, the lowest position, from 0, of an equal object in the array; a second equal object in
+    /// the array is never named. An object that is not in the array adds no position.
     ///
     /// The time is the product of both lengths at most: `==` is all that is asked of the objects.
     template <rk::ReferenceArray Array, rk::ReferenceRange Objects>

@@ -12,7 +12,7 @@ class RK_EXPORT CrkBaseColorTable {
 public:
     struct ColorEntry {
         unsigned int argb;  ///< 0xAARRGGBB, compared exactly, alpha included
-        char const* key;  ///< names the text in the application's string tables (`CString::LoadString`); null: no text
+        char const* key;    ///< of the text in the application's string tables (`CString::LoadString`); null: no text
     };
 
     /// The first of the entries, which the table owns.
@@ -23,8 +23,8 @@ public:
     /// The table that is set; null when no table is set, as at the start.
     static void Set(CrkBaseColorTable* table) noexcept;
     static CrkBaseColorTable* Get() noexcept;
-    /// The text for a `COLORREF`: that of the first entry with the same opaque ARGB value, in the user's language; without
-    /// a table, an entry or a text the red, green and blue byte in hexadecimal digits: "{FF,80,00}".
+    /// The text for a `COLORREF`: the text of the first entry with the same opaque ARGB value, in the user's language.
+    /// Without a table, an entry or a text: the red, green and blue byte in hexadecimal digits, "{FF,80,00}".
     static CString GetColorText(unsigned int color);
 
 protected:

@@ -4,7 +4,7 @@
 
 /// Colors in their two 32-bit forms, and shades of them.
 ///
-/// A `COLORREF` is 0x00BBGGRR, red in the lowest byte, the highest one a flag byte; ARGB is 0xAARRGGBB. Every value is
+/// A `COLORREF` is 0x00BBGGRR: red in the lowest byte, a flag byte in the highest. ARGB is 0xAARRGGBB. Every value is
 /// legal input. Pure functions: safe from any thread.
 class RK_EXPORT CrkColorConverter {
 public:
@@ -12,7 +12,7 @@ public:
     static unsigned int COLORREFToARGB(unsigned int color) noexcept;
     /// Alpha is dropped, the flag byte is 0: 0x80112233 becomes 0x00332211.
     static unsigned int ARGBToCOLORREF(unsigned int argb) noexcept;
-    /// A lighter (percent above 0) or darker shade: each channel goes that part of its way to 255 or to 0, rounded half up.
+    /// A lighter (percent above 0) or darker shade: each channel moves by that share towards 255 or 0, rounded half up.
     ///
     /// The flag byte of the result is 0x02. A percentage outside -100 to 100 leaves the channels as they are.
     static unsigned int ShadeOf(unsigned int color, int percent) noexcept;

@@ -10,8 +10,8 @@
 /// Dates as texts, between UTC and local time, by day and by week, and the calendar of working days.
 ///
 /// Calendar fields of a `CTime` are those of local time (`TZ`, else the system's zone), as `CTime` tells. A `COleDateTime`
-/// has no zone; one that is no number or lies outside the years 1 to 9999 counts as 30 December 1899, 00:00. Nothing throws
-/// but `std::bad_alloc`, and what else a member names. Safe from any thread.
+/// has no zone; a value that is no number or lies outside the years 1 to 9999 counts as 30 December 1899, 00:00.
+/// Members throw `std::bad_alloc` and what they name, nothing else. Safe from any thread.
 class RK_EXPORT CrkDateUtilities {
 public:
     // Three times that callers know by name. They are made when the library is loaded, after the zone of that moment, and
@@ -20,10 +20,10 @@ public:
     static const CTime MinimumTime;  ///< 2 January 1970, 00:00:00 local time
     static const CTime MaximumTime;  ///< 30 December 3000, 23:59:59 local time
 
-    // Texts in the user's language, after the styles of CLDR. The locale is the one in force for dates when the process
-    // asks for its first date text (for its first time text: of the time texts); a later change is not seen. The zone is
-    // the one in force at each call. Days before 1582 are Gregorian too; locales that use another calendar (the Buddhist
-    // one in "th_TH", the Persian one in "fa_IR") show theirs. The texts below are those of "en_US" and "de_DE".
+    // Texts in the user's language, after the styles of CLDR. The process's first date text fixes the locale of all
+    // date texts, its first time text the locale of all time texts; a later change is not seen. The zone is looked up
+    // at each call. Days before 1582 are Gregorian too; a locale with another calendar (Buddhist in "th_TH", Persian in
+    // "fa_IR") shows that calendar. The examples are from "en_US" and "de_DE".
 
     static CString ShortDateString(const CTime& time);  ///< "11/16/26", "16.11.26"
     static CString LongDateString(const CTime& time);   ///< "November 16, 2026", "16. November 2026"
@@ -36,23 +36,23 @@ public:
     /// The short date, one space, the short time: "16.11.26 21:52".
     static CString ShortDateTimeString(const CTime& time);
 
-    // UTC and local time. Mind the directions: they are those that existing callers rely on. The offset is always the one
-    // in force now, also for a time in another daylight-saving period.
+    // UTC and local time. Mind the directions: existing callers rely on them. The offset is always the present offset,
+    // also for a time in another daylight-saving period.
 
     /// The time less the zone's offset from UTC: one hour earlier in a zone at UTC+1.
     static CTime ConvertUtcTimeToLocalTime(const CTime& time) noexcept;
     /// The time plus the zone's offset from UTC: one hour later in a zone at UTC+1.
     static CTime ConvertLocalTimeToUtcTime(const CTime& time) noexcept;
 
-    // Between the two types of time: the date value of a time is that of its local calendar fields, to the second.
+    // Between the two types of time: the date value of a time has the time's local calendar fields, to the second.
 
     static CTime COleDateTimeToCTime(COleDateTime date) noexcept;
     static COleDateTime CTimeToCOleDateTime(CTime time) noexcept;
 
     // Days.
 
-    /// The same calendar day at 00:00:00; where a clock change leaves that time out, what `CTime` makes of it: the day's
-    /// first moment, if the gap begins at 00:00.
+    /// The same calendar day at 00:00:00. Where a clock change leaves 00:00:00 out, `CTime` decides: the day's first
+    /// moment if the gap begins at 00:00.
     static COleDateTime RemoveTimeFromDate(const COleDateTime& date) noexcept;
     static CTime RemoveTimeFromDate(const CTime& time) noexcept;
     /// True when year, month and day are the same, whatever the time of day.
@@ -68,9 +68,9 @@ public:
     static COleDateTime GetWeekEnd(const COleDateTime& date) noexcept;
     /// 00:00 on the first day of the date's week: on a Monday when `language` is exactly "de" or "fr", else on a Sunday.
     static COleDateTime GetLocalizedWeekStart(const COleDateTime& date, const CString& language) noexcept;
-    /// The same in local time, clock changes in that week or not; `MinimumTime` for 1, 2 and 3 January 1970. Where a clock
-    /// change leaves 00:00 out it is what `CTime` makes of it: the day's first moment, or that of the next day if a zone
-    /// left out the day.
+    /// The same in local time, also in a week with a clock change; `MinimumTime` for 1, 2 and 3 January 1970. Where a
+    /// clock change leaves 00:00 out, `CTime` decides: the day's first moment, or the next day's if a zone left out the
+    /// day.
     static CTime GetLocalizedWeekStart(CTime date, CString language) noexcept;
 
     // The calendar of working days as the text that is stored with a map: seven flags from Sunday to Saturday, "1" for a
@@ -78,16 +78,16 @@ public:
     //
     //     "0111110;45000.000000"     Monday to Friday, and the 15th of March 2023
 
-    /// Writes a calendar. Decimals are behind "." in every locale, dates in the order in which the map is walked; the map's
-    /// values are not looked at. Flags past the seventh are not written, those that are not there count as days off.
+    /// Writes a calendar. The decimal point is "." in every locale; dates stand in the order in which `dates` is
+    /// walked, and its values are not looked at. Flags past the seventh are not written; missing flags are days off.
     static CString CreatePtmCalendarString(const CAtlArray<bool>& workingDays, const CAtlMap<double, bool>& dates);
-    /// Reads a calendar: seven flags into `workingDays`, dates into `dates` (cut down to the whole day below, each with the
-    /// value true) in place of what both held. An empty text changes nothing.
+    /// Reads a calendar: seven flags into `workingDays`, dates into `dates` (cut down to the whole day below, each with
+    /// the value true), in place of the old contents. An empty text changes nothing.
     ///
-    /// Pieces end at ";", empty ones are skipped. The first piece holds the flags: every unit but "0" marks a working day,
-    /// units past the seventh are ignored, missing ones are days off; when there is no piece at all (";;") the flags stay.
-    /// A later piece is a date as `CrkStringConversionUtilities::StringToDouble` reads it in the user's locale; one that
-    /// does not begin with a number is skipped.
+    /// Pieces end at ";", empty pieces are skipped. The first piece holds the flags: every unit except "0" marks a
+    /// working day, units past the seventh are ignored, missing units are days off; without any piece (";;") the flags
+    /// stay. A later piece is a date as `CrkStringConversionUtilities::StringToDouble` reads it in the user's locale; a
+    /// piece that does not begin with a number is skipped.
     /// @throws CAtlException when memory is exhausted; either output may hold a part then
     static void ParsePtmCalendarString(CString text, CAtlArray<bool>& workingDays, CAtlMap<double, bool>& dates);
     /// "0111110": Monday to Friday, no dates.

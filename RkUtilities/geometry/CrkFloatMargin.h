@@ -32,11 +32,11 @@ struct CrkFloatMargin {
         rectangle.height += top + bottom;
     }
 
-    /// Raises each side of this margin to the other's where that is larger; what is not a number replaces nothing.
-    /// Returns this.
+    /// Raises each side of this margin to the other margin's where the other is larger. A side of the other that is not
+    /// a number replaces nothing. Returns this margin.
     constexpr CrkFloatMargin& Union(CrkFloatMargin other) noexcept { return *this = Union(*this, other); }
 
-    /// The larger of each side; that of `a` where one of them is not a number.
+    /// The larger of each side; the side of `a` where a side of `a` or `b` is not a number.
     static constexpr CrkFloatMargin Union(CrkFloatMargin a, CrkFloatMargin b) noexcept
     {
         return {a.left < b.left ? b.left : a.left, a.top < b.top ? b.top : a.top, a.right < b.right ? b.right : a.right,

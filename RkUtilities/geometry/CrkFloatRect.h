@@ -8,8 +8,8 @@
 /// A rectangle as origin corner and size (not two corners), in the coordinates of CrkFloatPoint.
 ///
 /// A negative width or height is legal: the bounds, and every function that does not speak of the raw fields, then see
-/// the mirror image with positive size, so (10, 10, -10, -10) is (0, 0, 10, 10). A field that is not a number makes
-/// bounds that are not numbers.
+/// the mirror image with positive size, so (10, 10, -10, -10) is (0, 0, 10, 10). Bounds that are formed from a field
+/// that is not a number are not numbers.
 struct RK_EXPORT CrkFloatRect {
     float x = 0;
     float y = 0;
@@ -50,8 +50,8 @@ struct RK_EXPORT CrkFloatRect {
     ///
     /// @param[out] result  from the larger of the minima to the smaller of the maxima of both bounds, written in every
     ///                     case: of rectangles that lie apart, its width or height is negative. May be `a` or `b`.
-    /// @return true when the result has a positive width and height, so neither for rectangles that only touch along an
-    ///         edge nor for those that lie apart. False, and a result of no use, where a field is not a number.
+    /// @return true when the result has a positive width and height: false for rectangles that only touch along an edge
+    ///         and for rectangles that lie apart. Where a field is not a number, false, and the result is of no use.
     static bool Intersect(CrkFloatRect& result, const CrkFloatRect& a, const CrkFloatRect& b) noexcept;
 };
 
@@ -60,7 +60,7 @@ inline bool CrkFloatRect::Intersect(CrkFloatRect& result, const CrkFloatRect& a,
     using rk::FloatPair, rk::LoadPair, rk::Smaller, rk::Larger;
     const FloatPair originA = LoadPair(&a.x), oppositeA = originA + LoadPair(&a.width);
     const FloatPair originB = LoadPair(&b.x), oppositeB = originB + LoadPair(&b.width);
-    // Where a bound is not a number, the one corner keeps that of b and the other that of a: so it reaches the size.
+    // Where a bound is not a number, the low corner has b's bound and the high corner a's, so the size is no number.
     const FloatPair low = Larger(Smaller(oppositeB, originB), Smaller(oppositeA, originA));
     const FloatPair size = Smaller(Larger(oppositeA, originA), Larger(oppositeB, originB)) - low;
     result = {low[0], low[1], size[0], size[1]};

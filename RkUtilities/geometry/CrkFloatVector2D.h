@@ -8,8 +8,8 @@
 /// A two-dimensional vector, in the coordinates of CrkFloatPoint.
 ///
 /// All arithmetic is single precision and follows IEEE 754: dividing by 0 gives infinite or not-a-number components,
-/// nothing is reported. It is inline, so a program that lets its compiler fuse multiplication and addition may see
-/// other last bits.
+/// nothing is reported. The arithmetic is inline, so a program that lets its compiler fuse multiplication and addition
+/// may see other last bits.
 class CrkFloatVector2D {
 public:
     float x = 0;
@@ -22,8 +22,8 @@ public:
 
     /// Whether the distance between both, in single precision, is below 1e-12.
     ///
-    /// So vectors that differ by 1e-6 are different, and one with a component that is infinite or not a number equals
-    /// nothing, not even itself. A point or a size beside a vector counts as a vector.
+    /// So vectors that differ by 1e-6 are different, and a vector with a component that is infinite or not a number
+    /// equals no vector, not even itself. A point or a size beside a vector counts as a vector.
     bool operator==(const CrkFloatVector2D& other) const noexcept { return (*this - other).Length() < 1e-12; }
     bool operator==(const CrkFloatPoint& point) const noexcept { return *this == CrkFloatVector2D(point); }
     bool operator==(const CrkFloatSize& size) const noexcept { return *this == CrkFloatVector2D(size); }

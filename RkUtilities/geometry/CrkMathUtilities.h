@@ -21,11 +21,11 @@
 /// fields. Points given as pointer and count are read from index 0; a count of 0 or less, or a null pointer, means no
 /// points.
 ///
-/// Nothing throws or reports an error, and every argument is legal: infinities and not-a-numbers take the course of
-/// IEEE 754 arithmetic and of comparisons that are false, and where a result could not hold the value, the member says
-/// what it is. Results are formed in the precision that is stated, without fused operations, and so are the same on
-/// every machine but for the C library's sine, cosine and arc tangent. Safe from any thread; all but RandomInRange
-/// depend on their arguments alone.
+/// No member throws or reports an error, and every argument is legal: infinities and not-a-numbers take the course of
+/// IEEE 754 arithmetic and of comparisons that are false. A member whose result type cannot hold the value says what it
+/// gives instead. Results are formed in the stated precision, without fused operations: they are the same on every
+/// machine, except where the C library's sine, cosine and arc tangent differ. Safe from any thread; all members except
+/// RandomInRange depend on their arguments alone.
 class RK_EXPORT CrkMathUtilities {
 public:
     /// A tolerance in drawing units for callers; no member uses it.
@@ -37,8 +37,8 @@ public:
 
     /// The nearest whole number, halves away from zero: 2.5 gives 3, -2.5 gives -3, -0.4 gives 0.
     ///
-    /// The sum value ± 0.5 is cut, so 0.49999999999999994, whose sum rounds to 1, gives 1. INT_MAX or INT_MIN for what
-    /// lies beyond them, infinities too; 0 for what is not a number.
+    /// The sum value ± 0.5 is cut, so 0.49999999999999994, whose sum rounds to 1, gives 1. Values beyond int,
+    /// infinities too, give INT_MAX or INT_MIN; not a number gives 0.
     static int RoundToNearestInt(double value) noexcept;
 
     /// The nearest multiple of `step`, halves away from zero: 7.4 by 5 gives 5, 7.5 gives 10, -7.5 gives -10.
@@ -46,24 +46,24 @@ public:
     /// A negative step acts as its magnitude, 0 gives the value back; an infinite value or step gives not a number.
     static double RoundToNearest(double value, double step) noexcept;
 
-    /// RoundToNearest for an angle, in whatever unit both are.
+    /// RoundToNearest for an angle and a step in the same unit, degrees or radians.
     static double SnapAngle(double angle, double step) noexcept { return RoundToNearest(angle, step); }
 
     // Comparison.
 
-    /// Whether |a - b| is strictly less than a tolerance: 2^-23 for floats, 2^-51 for doubles, or the one given.
+    /// Whether |a - b| is strictly less than a tolerance: 2^-23 for floats, 2^-51 for doubles, or the given tolerance.
     ///
-    /// These are absolute, so floats next to each other from 1 on are different. A tolerance of 0 always gives false,
-    /// and so do arguments that are not a number, or both the same infinity.
+    /// The tolerance is absolute, so neighbouring floats from 1 on are different. A tolerance of 0 always gives false;
+    /// so do an argument that is not a number and two equal infinities.
     static bool FloatsEqual(float a, float b) noexcept { return FloatsEqual(a, b, 0x1p-23f); }
     static bool FloatsEqual(float a, float b, float tolerance) noexcept { return std::fabs(a - b) < tolerance; }
     static bool FloatsEqual(double a, double b) noexcept { return FloatsEqual(a, b, 0x1p-51); }
     static bool FloatsEqual(double a, double b, double tolerance) noexcept { return std::fabs(a - b) < tolerance; }
 
-    /// Whether the width changed upwards more than the height: it grew at least as much, or shrank at most as much.
+    /// Whether the width grew at least as much as the height, or shrank at most as much.
     ///
-    /// From (100, 100), true for (130, 120), (90, 80) and (120, 90), false for (120, 130) and (80, 90). False without
-    /// any change and where a field is not a number.
+    /// From (100, 100), true for (130, 120), (90, 80) and (120, 90), false for (120, 130) and (80, 90). False when the
+    /// sizes are equal or a field is not a number.
     static bool WidthChangedMore(const CrkFloatSize& oldSize, const CrkFloatSize& newSize) noexcept;
 
     // Angles.
@@ -79,12 +79,10 @@ public:
     ///     left (-1, 0)  ->  7π/2        up and left     ->  between 3π/2 and 2π
     ///     (0, 0)        ->  5π/2
     ///
-    /// On the axes around the upper left quadrant a turn is added, as within it, since no coordinate is above 0 there;
-    /// left with a y of -0 gives 3π/2. Reduce the result with NormalizeAngle(angle, 0, 2π) where one value a direction
-    /// matters.
+    /// A full turn is added where neither coordinate is above 0: in the upper left quadrant and on its two axes. Left
+    /// with a y of -0 gives 3π/2. NormalizeAngle(angle, 0, 2π) reduces the result to a single value for each direction.
     ///
-    /// The arc tangent is single precision: the result is good to about 1e-7, which may lead across the ends of these
-    /// ranges.
+    /// The arc tangent is single precision: the result is good to about 1e-7 and may lie that far outside its range.
     static double CalculateAngle(float x, float y) noexcept;
     static double CalculateAngle(const CrkFloatPoint& direction) noexcept
     {
@@ -94,8 +92,8 @@ public:
     /// The clockwise angle at `centre` from the ray towards `from` to the ray towards `to`: a quarter turn from right
     /// to down.
     ///
-    /// Good to about 1e-6, as `to` is turned back by the angle of `from` in single precision: equal rays may give
-    /// nearly 2π instead of nearly 0.
+    /// Good to about 1e-6, since `to` is turned back by the angle of `from` in single precision: equal rays may give an
+    /// angle near 2π instead of an angle near 0.
     static double CalculateAngle(const CrkFloatPoint& from, const CrkFloatPoint& to, CrkFloatPoint centre) noexcept;
 
     /// The value that differs from `angle` by a multiple of high - low and lies in [low, high): 360 by (0, 360) gives
@@ -110,8 +108,8 @@ public:
     /// Turns one point in single precision.
     static void RotatePoint(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept;
 
-    /// Turns each point with one affine map in double precision, narrowed at the end: exacter than RotatePoint by some
-    /// last bits.
+    /// Turns each point by an affine map in double precision, narrowed at the end: some last bits are more exact than
+    /// RotatePoint's.
     static void RotatePointsAt(CrkFloatPoint* points, int count, float degrees, CrkFloatPoint centre) noexcept;
     static void RotatePointAt(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept;
 
@@ -125,12 +123,12 @@ public:
     static double Length(double x, double y) noexcept;
     /// The length of a vector cut to a whole number: (3, 4) gives 5, (1, 1) gives 1.
     ///
-    /// Exact for every argument, INT_MIN included; INT_MAX where the length lies beyond it.
+    /// Exact for every argument, INT_MIN included; a length beyond INT_MAX gives INT_MAX.
     static int Length(int x, int y) noexcept;
 
     // Numbers.
 
-    /// A random number between `low` and `high`, both included, though `high` itself is drawn once in 2^31 draws only.
+    /// A random number between `low` and `high`, both included; `high` itself comes about once in 2^31 draws.
     ///
     /// Computed as low + (high - low)·r / (2^31 - 1), cut toward low, from the next r of the C library's `random`,
     /// which the whole process shares and the library never seeds. The arguments may span all of int and stand in
@@ -146,27 +144,27 @@ public:
     static void SolveQuadraticEquation(float a, float b, float c, float* firstRoot, float* secondRoot) noexcept;
 
     // Edge points: where the ray from `origin` into `direction` (a vector, not a target) meets the
-    // outline of a shape that was grown by `offset` on every side, shrunk if negative. Without an origin the ray starts
-    // at the middle of the rectangle. A shape that the offset shrinks away, and the null rectangle, have no edge: the
-    // result is the origin.
+    // outline of a shape that was grown by `offset` on every side; a negative offset shrinks the shape. Without an
+    // origin the ray starts at the middle of the rectangle. A shape that the offset shrinks away has no edge, and
+    // neither has the null rectangle: the result is the origin.
 
     /// The edge point of a rectangle.
     ///
     /// An exactly horizontal or vertical direction gives the middle of that side, wherever the origin is; (0, 0) counts
-    /// as down. A direction through a corner gives the corner. An origin on or outside the outline is computed like one
-    /// within: the result is on the line through the origin, but need not be on the rectangle.
+    /// as down. A direction through a corner gives the corner. An origin on or outside the outline is treated like an
+    /// origin inside: the result lies on the line through the origin, but need not lie on the rectangle.
     static CrkFloatPoint GetRectangleEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction, CrkFloatPoint origin,
                                                float offset) noexcept;
     static CrkFloatPoint GetRectangleEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction, float offset) noexcept;
 
     /// The edge point of the ellipse inscribed in a rectangle.
     ///
-    /// The origin itself where no edge is met: when it lies on or outside the outline, the direction is (0, 0) or a
-    /// coordinate is no finite number. From the centre, and in an exactly vertical direction from any point within, the
-    /// edge is always met. From elsewhere a slanted ray is followed for the length of its direction, or until it went
-    /// half the shape's width and half its height if that is further; if it is still inside, it counts as meeting
-    /// nothing. A direction longer than the shape's diagonal makes sure. Single precision also loses rays from elsewhere
-    /// that are some hundred times steeper than wide, and directions shorter than 1e-36.
+    /// The result is the origin where the ray meets no edge: when the origin lies on or outside the outline, when the
+    /// direction is (0, 0), and when a coordinate is not finite. A ray from the centre always meets the edge, and so
+    /// does an exactly vertical ray from any point inside. A slanted ray from another point is followed for the length
+    /// of its direction, or for half the shape's width and half its height if that is further; a ray that is still
+    /// inside then counts as meeting no edge. A direction longer than the shape's diagonal always suffices. Single
+    /// precision also loses slanted rays some hundred times steeper than wide, and directions below 1e-36.
     static CrkFloatPoint GetEllipseEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction, CrkFloatPoint origin,
                                              float offset) noexcept;
     static CrkFloatPoint GetEllipseEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction, float offset) noexcept;
@@ -182,31 +180,31 @@ public:
 
     // Points and lines. A tolerance is a distance in drawing units.
 
-    /// The distance to the infinite line through both points, or to the start when they are equal. Single precision:
-    /// not a number where the square of the line's length leaves the range of float, lines shorter than about 1e-23 or
-    /// longer than about 1e19.
+    /// The distance to the infinite line through both points; the distance to the start when the points are equal.
+    /// Single precision: for lines shorter than about 1e-23 or longer than about 1e19, whose squared length leaves the
+    /// range of float, the result is not a number.
     static float CalculateDistanceToLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
                                          const CrkFloatPoint& lineEnd) noexcept;
 
     /// Whether the point lies in the bounding box of the segment grown by the tolerance, and no further than the
-    /// tolerance from the line through it. Where CalculateDistanceToLine has no number to give, the box alone decides.
+    /// tolerance from its line. Where CalculateDistanceToLine gives not a number, the box alone decides.
     ///
-    /// So (12, 0) is on (0, 0)-(10, 0) with a tolerance of 2, not with 1. A negative tolerance always gives false, an
-    /// infinite one too.
+    /// So (12, 0) is on (0, 0)-(10, 0) with a tolerance of 2, not with 1. A negative tolerance and an infinite
+    /// tolerance always give false.
     static bool IsPointOnLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart, const CrkFloatPoint& lineEnd,
                               float tolerance) noexcept;
 
-    /// Whether IsPointOnLine holds for a segment between neighbours; false for fewer than two points.
+    /// Whether IsPointOnLine holds for a segment between two neighbouring points; false for fewer than two points.
     static bool IsPointOnPolyline(const CrkFloatPoint& point, const CrkFloatPoint* points, int count,
                                   float tolerance) noexcept;
 
     /// On which side of the line the point lies: a value above 0, 0, or below 0.
     ///
-    /// "Above" and "right of" are one value, "below" and "left of" its negative. It is positive for a point above a
-    /// horizontal line and right of a vertical one, in whichever way they are drawn, and above a slanted line that is
-    /// drawn to the right; for one that is drawn to the left, the sign is reversed. It is 0 for a point within 2^-23 of
-    /// an end of the line in x and in y. Beside a horizontal or vertical line (ends less than 2^-23 apart in y or x)
-    /// the value is the distance, else a multiple of it.
+    /// "Above" and "right of" are the same value; "below" and "left of" are its negative. The value is positive for a
+    /// point above a horizontal line or right of a vertical line, whichever way the line is drawn, and for a point
+    /// above a slanted line that is drawn to the right; for a slanted line that is drawn to the left, the sign is
+    /// reversed. The value is 0 for a point within 2^-23 of an end of the line in x and in y. Beside a horizontal or
+    /// vertical line (ends less than 2^-23 apart in y or x) the value is the distance, elsewhere a multiple of it.
     static float IsPointAboveLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
                                   const CrkFloatPoint& lineEnd) noexcept;
     static float IsPointRightOfLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
@@ -218,31 +216,31 @@ public:
 
     /// The point halfway along a polyline: (10, 0) for (0, 0), (10, 0), (10, 10).
     ///
-    /// (0, 0) for fewer than two points, points that are all equal, and a length that is no finite number.
+    /// (0, 0) for fewer than two points, for points that are all equal, and for a polyline whose length is not finite.
     static CrkFloatPoint GetPolylineMidpoint(const CrkFloatPoint* points, int count) noexcept;
 
     // Crossings. Touching counts, unless a member says otherwise; lines are segments from start to end.
 
     /// Whether two segments cross or touch.
     ///
-    /// Vertical segments on the same x always do, whatever their y extents; parallel slanted ones never do, not even on
-    /// one line. The crossing point is formed in single precision, level with the first segment: when one of the two is
-    /// horizontal pass it first, for as the second it is missed when that point rounds to another y.
+    /// Vertical segments on the same x always cross, whatever their y extents; parallel slanted segments never cross,
+    /// not even on the same line. The crossing point is formed in single precision, with the y of the first segment. So
+    /// pass a horizontal segment first: as the second segment it is missed when the point rounds to another y.
     static bool IsLineCrossingLine(const CrkFloatPoint& firstStart, const CrkFloatPoint& firstEnd,
                                    const CrkFloatPoint& secondStart, const CrkFloatPoint& secondEnd) noexcept;
 
-    /// Whether an end is inside the rectangle (by the raw fields) or the segment crosses a side by IsLineCrossingLine;
-    /// a vertical segment exactly in line with the left or right side therefore always does.
+    /// Whether an end is inside the rectangle (by the raw fields) or the segment crosses a side by IsLineCrossingLine.
+    /// Therefore a vertical segment exactly in line with the left or right side always crosses.
     static bool IsLineCrossingRect(const CrkFloatPoint& lineStart, const CrkFloatPoint& lineEnd,
                                    const CrkFloatRect& rectangle) noexcept;
 
-    /// Whether IsLineCrossingRect holds for a segment between neighbours; false for fewer than two points.
+    /// Whether IsLineCrossingRect holds for a segment between two neighbouring points; false for fewer than two points.
     static bool IsPolylineCrossingRect(const CrkFloatPoint* points, int count, const CrkFloatRect& rectangle) noexcept;
 
-    /// Whether a segment parallel to an axis crosses a rectangle; one that is slanted (by 2^-23 or more) never does.
+    /// Whether a segment parallel to an axis crosses a rectangle; a slanted segment (by 2^-23 or more) never crosses.
     ///
-    /// A segment along an edge crosses; one that only reaches a side with its end does not. The rectangle reaches from
-    /// its raw origin to its MaxX and MaxY.
+    /// A segment along an edge crosses; a segment that only reaches a side with its end does not. The rectangle reaches
+    /// from its raw origin to its MaxX and MaxY.
     static bool IsRightAngleLineCrossingRect(CrkFloatPoint lineStart, CrkFloatPoint lineEnd,
                                              CrkFloatRect rectangle) noexcept;
 
@@ -250,8 +248,8 @@ public:
 
     /// The smallest rectangle around points: (-2, 0, 5, 4) for (3, 1), (-2, 4), (0, 0); all 0 for no points.
     ///
-    /// A coordinate that is not a number is passed over. In the first point it makes the bounds of that dimension not
-    /// numbers. The sign of a bound that is 0 is unspecified.
+    /// A coordinate that is not a number is passed over, except in the first point, where it makes the bounds of its
+    /// dimension not numbers. The sign of a bound that is 0 is unspecified.
     static CrkFloatRect CalculatePointsBoundingRectangle(const CrkFloatPoint* points, int count) noexcept;
 
     /// The smallest rectangle around the four mapped corners of a rectangle.
@@ -279,7 +277,7 @@ inline bool CrkMathUtilities::IsLineCrossingLine(const CrkFloatPoint& firstStart
                                                  const CrkFloatPoint& secondStart,
                                                  const CrkFloatPoint& secondEnd) noexcept
 {
-    // Most segments of a map lie apart. That is told here, before any arithmetic and without a call.
+    // Most segments of a mind map lie apart. Such segments are told here, before any arithmetic and without a call.
     using rk::FloatPair, rk::LoadPair, rk::Smaller, rk::Larger;
     const FloatPair start = LoadPair(&firstStart.x), end = LoadPair(&firstEnd.x);
     const FloatPair otherStart = LoadPair(&secondStart.x), otherEnd = LoadPair(&secondEnd.x);

@@ -27,8 +27,8 @@ CrkFloatRect CrkMathUtilities::CalculatePointsBoundingRectangle(const CrkFloatPo
 {
     if (!points || count <= 0)
         return {};
-    // Two points a load, and four of each bound so that no comparison waits for the one before. Each bound starts with
-    // the first point: a coordinate of it that is not a number stays, since nothing is smaller or larger.
+    // Two points a load, and four copies of each bound so that no comparison waits for the comparison before it. Each
+    // copy starts with the first point. Its coordinate that is not a number stays: no other is smaller or larger.
     const TwoPoints first{points->x, points->y, points->x, points->y};
     TwoPoints low[] = {first, first, first, first}, high[] = {first, first, first, first};
     const CrkFloatPoint* const end = points + count;

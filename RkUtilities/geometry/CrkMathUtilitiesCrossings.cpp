@@ -17,7 +17,7 @@ bool CrkMathUtilities::IsCrossingWithinBounds(rk::FloatPair start, rk::FloatPair
                                       : (otherIntercept - intercept) / (slope - otherSlope);
     const float y = isVertical ? otherSlope * x + otherIntercept : slope * x + intercept;
 
-    // A start that is not a number stays the lower bound and an end the upper one, and then nothing is in the range.
+    // A start that is not a number stays the lower bound, an end the upper bound: no crossing is between them then.
     const rk::FloatPair crossing{x, y};
     const auto isInBoth = (rk::Smaller(start, end) <= crossing) & (crossing <= rk::Larger(end, start)) &
                           (rk::Smaller(otherStart, otherEnd) <= crossing) &
@@ -29,8 +29,8 @@ bool CrkMathUtilities::IsLineCrossingRect(const CrkFloatPoint& lineStart, const 
                                           const CrkFloatRect& rectangle) noexcept
 {
     const float left = rectangle.MinX(), top = rectangle.MinY(), right = rectangle.MaxX(), bottom = rectangle.MaxY();
-    // Most lines of a map lie clear of the rectangle, and a crossing point is within the bounds of both. Above and
-    // below it, a vertical line in line with a side still counts.
+    // Most lines of a mind map lie clear of the rectangle, and a crossing point is within the bounds of line and
+    // rectangle. A vertical line in line with a side counts above and below the rectangle too.
     if (std::max(lineStart.x, lineEnd.x) < left || std::min(lineStart.x, lineEnd.x) > right)
         return false;
     if (lineStart.x != lineEnd.x &&

@@ -15,7 +15,7 @@
 ///
 ///     00112233-4455-6677-8899-AABBCCDDEEFF  <->  33 22 11 00  55 44  77 66  88 99  AA BB CC DD EE FF
 ///
-/// The null GUID, 16 zero bytes, stands for the absence of one. GUIDs are equal or not; they have no order. Members
+/// The null GUID, 16 zero bytes, stands for the absence of a GUID. GUIDs are equal or not; they have no order. Members
 /// throw nothing unless they say so, and are safe from any thread.
 class RK_EXPORT CrkGuid {
 public:
@@ -45,8 +45,8 @@ public:
 
     /// Reads the text form: 32 hexadecimal digits of either case in groups of 8, 4, 4, 4 and 12 joined by "-".
     ///
-    /// When the text begins with "{" and has two units or more, that and the last unit, whatever it is, are left out
-    /// first. Anything else gives the null GUID: other lengths, separators, blanks, a closing "}" alone.
+    /// When the text begins with "{" and has two units or more, the "{" and the last unit, whatever it is, are left out
+    /// first. Every other text gives the null GUID: other lengths, separators, blanks, a closing "}" alone.
     ///
     ///     "00112233-4455-6677-8899-aabbccddeeff"    ->  33 22 11 00 55 44 ...
     ///     "{00112233-4455-6677-8899-aabbccddeeff]"  ->  the same

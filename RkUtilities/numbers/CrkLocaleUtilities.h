@@ -5,18 +5,18 @@
 
 /// What the user's locale says about money, numbers and the week.
 ///
-/// The answers are CLDR's, from ICU, for the user's locale at the moment of the call (`rk::platform::SetUserLocale`,
-/// else `setlocale`): the members about money and digits follow LC_MONETARY, the list separator LC_NUMERIC, the week
-/// LC_TIME. What a locale does not know is "" or 0. A locale's data are read once and kept, so that a query costs a
-/// look-up. Nothing throws but `std::bad_alloc`. Safe from any thread.
+/// The answers are CLDR's, from ICU, for the user's locale at the moment of the call (`rk::SetUserLocale`, else
+/// `setlocale`): the members about money and digits follow LC_MONETARY, the list separator LC_NUMERIC, the week
+/// LC_TIME. What a locale does not tell is "" or 0. A locale's data are read once and kept, so that a query costs a
+/// look-up. Members throw only `std::bad_alloc`. Safe from any thread.
 class RK_EXPORT CrkLocaleUtilities {
 public:
     // --- Digits of numbers and amounts
 
     /// The decimal separator of amounts of money: "." in en_US, "," in de_DE, "." in fr_CH, "$" in pt_CV.
     ///
-    /// All number text of `CrkStringConversionUtilities` has this decimal point, not the one of plain numbers, which
-    /// differs in a few locales.
+    /// All number text of `CrkStringConversionUtilities` has this decimal point. The decimal separator of plain numbers
+    /// differs from it in a few locales.
     static CString GetDecimalPoint();
     /// The separator between groups of digits in amounts: "," in en_US, "." in de_DE, U+202F in fr_FR.
     static CString GetDigitGroupingSymbol();
@@ -36,7 +36,7 @@ public:
 
     // --- Lists and weeks
 
-    /// The decimal separator of plain numbers; no list separator is consulted. "," in de_DE and fr_CH, "." in en_US.
+    /// Not a list separator but the decimal separator of plain numbers: "," in de_DE and fr_CH, "." in en_US.
     static CString GetListSeparator();
     /// The first day of the week: 1 is Sunday, 2 Monday ... 7 Saturday.
     static int GetFirstDayOfWeek();

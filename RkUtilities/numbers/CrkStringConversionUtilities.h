@@ -5,15 +5,15 @@
 
 /// Numbers, amounts and truth values from text and to text.
 ///
-/// - The user's locale is the one at the moment of the call (`rk::platform::SetUserLocale`, else `setlocale`): parsers
-///   follow its plain numbers (LC_NUMERIC), number text and what is formatted from it its money (LC_MONETARY).
-/// - *Number text* is what travels between the members: an optional sign, ASCII digits, the decimal point
-///   `CrkLocaleUtilities::GetDecimalPoint`, an optional exponent. Members that take it look at single units only; text
-///   that is no number is split, cut, padded and grouped as if its units were digits. Surplus decimals are cut off,
-///   never rounded.
+/// - The user's locale is looked up at each call (`rk::SetUserLocale`, else `setlocale`): parsers follow its plain
+///   numbers (LC_NUMERIC); number text, and what is formatted from number text, follows its money (LC_MONETARY).
+/// - *Number text* travels between the members: an optional sign, ASCII digits, the decimal point
+///   `CrkLocaleUtilities::GetDecimalPoint`, an optional exponent. Members that take number text look at single units
+///   only; a text that is no number is split, cut, padded and grouped as if its units were digits. Surplus decimals are
+///   cut off, never rounded.
 /// - White space is Unicode's White_Space.
-/// - Nothing throws but `std::bad_alloc`, and `std::length_error` for a result that a `CString` cannot hold. Safe from
-///   any thread.
+/// - Members throw `std::bad_alloc`, `std::length_error` for a result that a `CString` cannot hold, and nothing else.
+///   Safe from any thread.
 class RK_EXPORT CrkStringConversionUtilities {
 public:
     // --- Truth values and integers to text
@@ -28,20 +28,20 @@ public:
 
     // --- The number at the start of a text
     //
-    // White space before it is skipped, and what follows it is ignored. The longest prefix that is a number counts:
+    // White space before the number and text behind it are ignored. The longest prefix that is a number counts:
     //
     //     sign      "+", "-", U+2212 or the locale's own signs; optional, directly before the digits
     //     digits    0 to 9 and the locale's own digits
     //     fraction  the locale's decimal separator, however long; digits on one side of it suffice
     //     exponent  "e" or "E", an optional sign, digits
     //
-    // Grouping separators, "inf", "nan" and hexadecimal digits are no part of a number. Without one the result is false
-    // and `value` stays. Time is linear in the length of the text.
+    // Grouping separators, "inf", "nan" and hexadecimal digits are no part of a number. Without a number the result is
+    // false and `value` stays. Time is linear in the length of the text.
 
     /// In en_US:
     ///
     ///     "  3.5xyz"  ->  3.5      ".5"  ->  0.5     "1e3"     ->  1000     "1,234"  ->  1
-    ///     "7 days"    ->  7        "5."  ->  5       "1e", "1e+" ->  1      "days 7", ".", "-" and "" hold none
+    ///     "7 days"    ->  7        "5."  ->  5       "1e", "1e+" ->  1      "days 7", ".", "-", "": no number
     ///
     /// Correctly rounded to the nearest double, ties to even. Beyond the range of `double`: infinity, or 0, with the
     /// number's sign.
@@ -64,13 +64,13 @@ public:
     //   digits of any script, grouping separators between groups of the right size (also blanks, apostrophes and
     //   marks that look like the locale's), a fraction, an exponent in the locale's spelling ("1E3", "1e3"). No "+", no
     //   white space at the ends, no "%", no currency.
-    // - Infinity and "not a number" are none, whatever their spelling.
+    // - Infinity and "not a number" are not accepted, whatever their spelling.
     //
-    // A fraction is cut off ("-1.5" -> -1). What is beyond the type stores its nearest value: a negative number 0 where
-    // the type is unsigned. For other texts the result is false and `value` stays.
+    // A fraction is cut off ("-1.5" -> -1). A number beyond the type stores the type's nearest value: a negative number
+    // stores 0 where the type is unsigned. For other texts the result is false and `value` stays.
 
     static bool StringToUInteger(const CString& text, unsigned int& value);
-    /// Its namesake `CrkStringUtilities::StringToLong` reads what begins a text, in every locale alike, up to 32 bits.
+    /// Its namesake `CrkStringUtilities::StringToLong` reads the start of a text, in every locale alike, up to 32 bits.
     static bool StringToLong(const CString& text, long& value);
     /// `base` has no effect: numbers are decimal.
     static bool StringToULong(const CString& text, int base, unsigned long& value);
@@ -95,13 +95,13 @@ public:
     ///     "-1234.5"  ->  "1234", "5", true       "1.5E3"      ->  "1500", ""     "1.5e-3"  ->  "0", "0015"
     ///     "5."       ->  "5", untouched          "123.45e-1"  ->  "12", "345"    "+7"      ->  "7", untouched
     ///
-    /// Pass empty parts: a fraction that the text does not have (no unit after the decimal point) stays what it was,
-    /// and so do all three for a blank text. The fraction begins behind the whole decimal point, however long. The
+    /// Pass empty parts: `fractionPart` stays as it was where the text has no unit after the decimal point, and a blank
+    /// text changes none of the three outputs. The fraction begins behind the whole decimal point, however long. The
     /// exponent follows the first "e", else the first "E", and reads as `_ttoi` reads it; it adds at most 1,000,000
-    /// zeros ("1e2147483647" -> "1" and so many).
+    /// zeros ("1e2147483647" -> "1" and a million zeros).
     static void SplitNumberString(const CString& text, CString& integerPart, CString& fractionPart, bool& negative);
 
-    /// Brings a fraction to `decimalCount` units, 0 to 30 (others count as the nearer of these): cut off, or filled up
+    /// Brings a fraction to `decimalCount` units, 0 to 30 (other counts as the nearer limit): cut off, or filled up
     /// with "0". "239" with 2 -> "23", "5" with 3 -> "500".
     static void FormatDecimalDigits(CString& fractionPart, int decimalCount);
 
@@ -110,7 +110,7 @@ public:
 
     // --- Formatted numbers
 
-    /// How a negative number shows. Values beyond these count as `NoSign`.
+    /// How a negative number shows. Other values count as `NoSign`.
     enum NegativeNumberRepresentation : int {
         NoSign,          ///< without a sign; an amount without its currency symbol too
         MinusSign,       ///< "-" before the number; in amounts where the negative format puts it
@@ -119,8 +119,8 @@ public:
         ParenthesesAlt,  ///< as `Parentheses`
     };
 
-    /// Number text with exactly `decimalCount` decimals (0 to 30, others count as the nearer of these), grouped if
-    /// wished. "" for "".
+    /// Number text with exactly `decimalCount` decimals (0 to 30, other counts as the nearer limit), grouped if wished.
+    /// "" for "".
     ///
     ///     "-1234.5", 2 decimals, grouped  ->  "-1,234.50" with a minus sign, "(1,234.50)" in parentheses
     ///     "1234.5678", 0 decimals         ->  "1234"

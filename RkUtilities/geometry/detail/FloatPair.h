@@ -14,7 +14,7 @@ inline FloatPair LoadPair(const float* first) noexcept
     return pair;
 }
 
-/// The smaller or larger of each; `a` where both are equal or one is not a number.
+/// The smaller or larger of each two numbers; that of `a` where both are equal or either is not a number.
 template <class Pair>
 inline Pair Smaller(Pair a, Pair b) noexcept
 {
@@ -26,12 +26,12 @@ inline Pair Larger(Pair a, Pair b) noexcept
     return b > a ? b : a;
 }
 
-/// Whether a comparison of pairs holds for one of them, or for both.
+/// Whether a comparison of pairs holds for at least one of its halves, or for both halves.
 template <class Comparison>
 inline bool HoldsForEither(Comparison comparison) noexcept
 {
     static_assert(sizeof comparison == sizeof(long long));
-    long long bits = 0;  // all of a half are set where it holds
+    long long bits = 0;  // all bits of a half are set where the comparison holds
     std::memcpy(&bits, &comparison, sizeof bits);
     return bits != 0;
 }

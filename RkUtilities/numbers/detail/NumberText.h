@@ -42,8 +42,8 @@ struct SplitNumber {
     bool negative = false;
 };
 
-/// `CrkStringConversionUtilities::SplitNumberString`; nothing for a blank text. `fractionBefore` is what the fraction
-/// is where the text has none.
+/// `CrkStringConversionUtilities::SplitNumberString`; empty for a blank text. `fractionBefore` stands for the fraction
+/// of a text that has no fraction.
 std::optional<SplitNumber> Split(const CString& text, std::u16string_view decimalPoint,
                                  std::u16string_view fractionBefore = {});
 
