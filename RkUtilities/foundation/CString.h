@@ -270,7 +270,7 @@ public:
     /// The text for `key` in the application's string tables, in the user's language; "" when there is none.
     ///
     /// A bundle is a folder of compiled ICU resource files (en.res, de.res, root.res ...); null means the one named
-    /// with `rk::platform::SetStringTables`. ICU's fallback decides the language. The text is taken as it stands there.
+    /// with `rk::SetStringTables`. ICU's fallback decides the language. The text is taken as it stands there.
     void LoadString(char const* key, char const* bundle = nullptr);
 
     friend void swap(CString& a, CString& b) noexcept { std::swap(a.m_text, b.m_text); }
