@@ -12,7 +12,7 @@ inline constexpr int kAllocationFailed = -108;  ///< no memory, or a size that n
 inline constexpr int kInvalidArgument = -50;    ///< an index or a position that names no element
 
 /// What the containers throw, by value.
-class RK_EXPORT CAtlException : public std::exception {
+class RK_EXPORT RK_DESCRIBED CAtlException : public std::exception {
 public:
     explicit CAtlException(int code) noexcept;
     /// English text for the code, in static memory.

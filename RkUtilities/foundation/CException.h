@@ -11,7 +11,7 @@
 ///         report(failure->m_cause);
 ///         failure->Delete();
 ///     }
-class RK_EXPORT CException : public CObject {
+class RK_EXPORT RK_DESCRIBED CException : public CObject {
 public:
     ~CException() override;
 

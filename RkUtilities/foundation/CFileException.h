@@ -16,7 +16,7 @@
 ///     }
 ///
 /// `CFile::Open` throws nothing and fills in the caller's object instead.
-class RK_EXPORT CFileException : public CException {
+class RK_EXPORT RK_DESCRIBED CFileException : public CException {
 public:
     /// Values of `m_cause`. The causes in brackets are part of the numbering but are never reported here.
     enum Cause : int {

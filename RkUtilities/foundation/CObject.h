@@ -11,7 +11,7 @@ struct CRuntimeClass {
 /// The common base of the library's object classes: they may be deleted through it.
 ///
 /// The order of the virtual members is part of the interface. Only derived classes construct, copy and assign it.
-class RK_EXPORT CObject {
+class RK_EXPORT RK_DESCRIBED CObject {
 public:
     /// The record of the object's class; a class that does not override it answers with CObject's. Never null.
     virtual const CRuntimeClass* GetRuntimeClass() const;

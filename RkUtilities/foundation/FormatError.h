@@ -8,7 +8,7 @@ namespace rk {
 
 /// A format that cannot be carried out: what() says which conversion and why. Thrown by `CString::Format` and
 /// `FormatV`.
-class RK_EXPORT FormatError : public std::runtime_error {
+class RK_EXPORT RK_DESCRIBED FormatError : public std::runtime_error {
 public:
     explicit FormatError(const char* reason) : std::runtime_error(reason) {}
     ~FormatError() override;

@@ -7,7 +7,7 @@
 
 /// The log folder is missing and could not be created. `CrkLogWriter::Log` throws it, by value, after it has released
 /// its mutex.
-class RK_EXPORT CrkLogException : public std::runtime_error {
+class RK_EXPORT RK_DESCRIBED CrkLogException : public std::runtime_error {
 public:
     CrkLogException() : std::runtime_error("The log folder cannot be made") {}
     /// `what()` names the folder, in UTF-8.

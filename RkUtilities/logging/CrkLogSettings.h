@@ -35,7 +35,7 @@
 /// of reading grows with the file's length only.
 ///
 /// The settings do not change after construction; different threads may use one object.
-class RK_EXPORT CrkLogSettings : public CObject {
+class RK_EXPORT RK_DESCRIBED CrkLogSettings : public CObject {
 public:
     /// Reads the file. Throws `CAtlException` or `std::bad_alloc` when memory runs out, and nothing else.
     explicit CrkLogSettings(const CString& settingsPath);
