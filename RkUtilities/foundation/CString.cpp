@@ -40,7 +40,7 @@ CString::CString(char const* bytes, unsigned long byteCount, unsigned int encodi
     if (bytes == nullptr || encoding != kEncodingUtf8)
         return;
     std::string_view utf8(bytes, byteCount);
-    if (skipByteOrderMark && utf8.substr(0, kByteOrderMark.size()) == kByteOrderMark)
+    if (skipByteOrderMark && utf8.starts_with(kByteOrderMark))
         utf8.remove_prefix(kByteOrderMark.size());
     *this = CString(utf8);
 }

@@ -284,7 +284,7 @@ private:
 
     static const char16_t* AsUnit(const char16_t* unit) noexcept { return unit; }
     static const char16_t* AsUnit(unsigned short const* unit) noexcept { return rk::AsChar16(unit); }
-    static std::u16string_view ViewOf(rk::TextView text) noexcept { return text; }
+    static std::u16string_view ViewOf(rk::TextView text) noexcept { return {text.data(), text.size()}; }
 
     static CString Joined(std::u16string_view a, std::u16string_view b);
     /// `unitCount` units from `start` on, all of them in the text.

@@ -33,7 +33,7 @@ CrkFloatRect CrkMathUtilities::CalculatePointsBoundingRectangle(const CrkFloatPo
     TwoPoints low[] = {first, first, first, first}, high[] = {first, first, first, first};
     const CrkFloatPoint* const end = points + count;
     for (; end - points >= 8; points += 8) {
-        for (int i = 0; i < 4; ++i) {
+        for (std::ptrdiff_t i = 0; i < 4; ++i) {
             TwoPoints next;
             std::memcpy(&next, points + 2 * i, sizeof next);
             low[i] = Smaller(low[i], next);

@@ -67,9 +67,11 @@ class CleanPath {
 public:
     explicit CleanPath(const CString& path) : m_view(CleanAsItStands(path))
     {
-        if (m_view || path.IsEmpty() || !(m_made = MadeClean(path)))
+        if (m_view || path.IsEmpty())
             return;
-        m_view = *m_made;
+        m_made = MadeClean(path);
+        if (m_made)
+            m_view = *m_made;
     }
     CleanPath(const CleanPath&) = delete;
     CleanPath& operator=(const CleanPath&) = delete;

@@ -63,6 +63,7 @@ MergedLogs OpenLogs(const Options& options, Trouble& trouble)
         reading.users = StyleOf([](const CTime& time) { return CrkDateUtilities::ShortDateString(time); });
     }
     std::vector<std::unique_ptr<Log>> logs;
+    logs.reserve(options.paths.size());
     for (const std::string& path : options.paths)
         logs.push_back(std::make_unique<Log>(path, reading, trouble));
     return MergedLogs(std::move(logs));

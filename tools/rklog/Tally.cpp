@@ -19,6 +19,7 @@ void Tally::Count(std::string_view text)
 void Tally::ForgetRarer()
 {
     std::vector<std::uint64_t> counts;
+    counts.reserve(m_counts.size());
     for (const auto& [text, count] : m_counts)
         counts.push_back(count);
     const auto middle = counts.begin() + static_cast<std::ptrdiff_t>(counts.size() / 2);

@@ -15,7 +15,7 @@ public:
         m_happened = true;
         Note(reason);
     }
-    void Note(std::string_view text) { m_out << "rklog: " << text << std::endl; }
+    void Note(std::string_view text) { m_out << "rklog: " << text << '\n' << std::flush; }
     [[nodiscard]] bool Happened() const { return m_happened; }
 
 private:

@@ -35,7 +35,7 @@ public:
 
     bool Take(std::u16string_view units) noexcept
     {
-        const bool here = !units.empty() && m_rest.substr(0, units.size()) == units;
+        const bool here = !units.empty() && m_rest.starts_with(units);
         m_rest.remove_prefix(here ? units.size() : 0);
         return here;
     }

@@ -12,7 +12,7 @@ TextStorage::TextStorage(std::u16string_view units) : TextStorage(units.size())
     OwnUnits()[units.size()] = 0;
 }
 
-TextStorage TextStorage::Adopting(char16_t* units, std::size_t length) noexcept
+TextStorage TextStorage::Adopting(const char16_t* units, std::size_t length) noexcept
 {
     TextStorage storage;
     storage.m_place.pointer = units;

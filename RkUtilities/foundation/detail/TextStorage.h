@@ -72,7 +72,7 @@ public:
     }
 
     /// Takes over memory of `SharedUnits`.
-    static TextStorage Adopting(char16_t* units, std::size_t length) noexcept;
+    static TextStorage Adopting(const char16_t* units, std::size_t length) noexcept;
 
     [[nodiscard]] int Length() const noexcept { return m_length; }
     [[nodiscard]] const char16_t* Units() const noexcept

@@ -71,7 +71,7 @@ int FirstWeekdayOf(const icu::Locale& locale)
 WholeNumber WholePart(std::string_view decimal)
 {
     WholeNumber number;
-    number.negative = decimal.substr(0, 1) == "-";
+    number.negative = decimal.starts_with('-');
     decimal.remove_prefix(number.negative ? 1 : 0);
     const std::size_t exponentAt = std::min(decimal.find('E'), decimal.size());
     const std::string exponent(decimal.substr(std::min(exponentAt + 1, decimal.size())));

@@ -13,7 +13,7 @@ constexpr std::size_t kLockCount = static_cast<std::size_t>(Lock::CaseTables) + 
 constexpr std::time_t kLongestWaitSeconds = 2;
 
 constinit std::array<std::mutex, kLockCount> mutexes{};
-constinit std::atomic<std::mutex*> logMutex = &mutexes[0];
+constinit std::atomic<std::mutex*> logMutex = mutexes.data();
 constinit std::array<std::mutex*, kLockCount> heldByFork{};  // by the thread that holds the last one
 
 bool LockUntil(std::mutex& mutex, const timespec& deadline)

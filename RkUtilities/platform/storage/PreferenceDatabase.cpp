@@ -286,6 +286,7 @@ int PreferenceDatabase::Run(Command command, std::int64_t* number) noexcept
     return code == SQLITE_ROW || code == SQLITE_DONE ? SQLITE_OK : code;
 }
 
+// NOLINTNEXTLINE(bugprone-exception-escape): no value of a map is without one of its types
 int PreferenceDatabase::InsertAll(const PreferenceMap& values) noexcept
 {
     int code = Compile(Insert);

@@ -5,10 +5,10 @@
 
 #include <RkUtilities/geometry/CrkFloatMargin.h>
 #include <RkUtilities/geometry/CrkMathUtilities.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <numbers>
 
 namespace mindmap {
 
@@ -57,7 +57,7 @@ private:
     void MakeEllipse()
     {
         const auto axis = [](int side) {
-            return OnGrid(static_cast<int>(std::ceil((side + kCentralPadding) * std::sqrt(2.0) / 2))) * 2;
+            return OnGrid(static_cast<int>(std::ceil((side + kCentralPadding) * std::numbers::sqrt2 / 2))) * 2;
         };
         const TopicText& text = m_map.shapes.front().text;
         m_boxes.front().width = axis(std::max(text.width, LevelOf(0).font.size));

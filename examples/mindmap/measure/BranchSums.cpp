@@ -60,6 +60,7 @@ CString ShownAmount(const Topic& topic, const BranchSum& sum)
 CString ShownSum(const BranchSum& sum)
 {
     std::vector<CString> parts;
+    parts.reserve(sum.figures.size());
     for (const Figure& figure : sum.figures)
         parts.push_back(ShownFigure(figure));
     const CString shown = CrkStringUtilities::Combine(u" + ", parts.data(), parts.size(), /*skipEmptyParts=*/true);

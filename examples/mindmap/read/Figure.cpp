@@ -65,8 +65,8 @@ std::optional<std::u16string> Ungrouped(std::u16string_view number)
 {
     const std::size_t firstSize = std::min(number.find_first_not_of(kDigits), number.size());
     std::u16string digits(number.substr(0, firstSize));
-    if (digits.empty() || !IsAllOf(number, std::u16string(kDigits) += kGroupMarks) ||
-        (firstSize < number.size() && firstSize > 3))
+    const std::u16string allowed = std::u16string(kDigits).append(kGroupMarks);
+    if (digits.empty() || !IsAllOf(number, allowed) || (firstSize < number.size() && firstSize > 3))
         return std::nullopt;
     for (std::u16string_view rest = number.substr(firstSize); !rest.empty(); rest.remove_prefix(4)) {
         const std::u16string_view group = rest.substr(1, 3);
