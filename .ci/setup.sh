@@ -47,14 +47,14 @@ newest_clang() {
     sed -nE 's/^clang-tidy-([0-9]+)$/\1/p' <<<"$names" | sort -n | tail -1
 }
 
-# Installs these packages of LLVM in the newest version and says it in $clang: require_clang clang clang-tidy.
+# Installs packages of LLVM in the newest version and says it in $clang: require_clang clang-N clang-tidy-N.
 require_clang() {
     clang=$(newest_clang)
     if [[ -z $clang && $(id -u) -eq 0 && ${RK_INSTALL:-yes} != no ]]; then
         apt-get -q update
         clang=$(newest_clang)
     fi
-    require_packages "${@/%/-${clang:=14}}"
+    require_packages "${@/N/${clang:=14}}"
 }
 build_clang() {
     local build_options=(-DCMAKE_CXX_COMPILER="clang++-$clang")
