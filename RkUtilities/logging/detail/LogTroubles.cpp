@@ -3,6 +3,7 @@
 #include "RkUtilities/logging/CrkLogWriter.h"
 
 #include <atomic>
+#include <cstdint>
 #include <cstdio>
 #include <iterator>
 
@@ -10,12 +11,12 @@ namespace rk {
 
 namespace {
 
-struct alignas(8) Failure {  // so that every compiler reads and writes it in one go
-    LogStep step = LogStep::None;
-    int errorNumber = 0;
-};
-
-constinit std::atomic<Failure> lastFailure{Failure()};
+/// A step in the upper half and an error number in the lower one, so that both are read and written in one go.
+constexpr std::uint64_t FailureOf(LogStep step, int errorNumber)
+{
+    return std::uint64_t{static_cast<std::uint32_t>(step)} << 32 | static_cast<std::uint32_t>(errorNumber);
+}
+constinit std::atomic<std::uint64_t> lastFailure = FailureOf(LogStep::None, 0);
 constinit std::atomic<std::uint64_t> droppedEntryCount = 0;
 constinit std::atomic<bool> isTold = false;
 
@@ -33,14 +34,14 @@ static_assert(std::size(kStepTexts) == static_cast<std::size_t>(LogStep::Close) 
 
 void LogTroubles::Forget() noexcept
 {
-    lastFailure = Failure();
+    lastFailure = FailureOf(LogStep::None, 0);
     droppedEntryCount = 0;
     isTold = false;
 }
 
 void LogTroubles::Note(LogStep step, const std::error_code& error) noexcept
 {
-    lastFailure = Failure{.step = step, .errorNumber = error.value()};
+    lastFailure = FailureOf(step, error.value());
     if (!CrkLogWriter::m_tellsFirstFailure || isTold.exchange(true))
         return;
     try {
@@ -63,11 +64,11 @@ std::uint64_t LogTroubles::DroppedEntries() noexcept
 
 std::string LogTroubles::LastFailure()
 {
-    const Failure failure = lastFailure;
-    if (failure.step == LogStep::None)
+    const std::uint64_t failure = lastFailure;
+    const char* const step = kStepTexts[failure >> 32];
+    if (*step == 0)
         return {};
-    return std::string(kStepTexts[static_cast<std::size_t>(failure.step)]) + ": " +
-           std::generic_category().message(failure.errorNumber);
+    return std::string(step) + ": " + std::generic_category().message(static_cast<int>(failure & 0xFFFFFFFF));
 }
 
 }  // namespace rk
