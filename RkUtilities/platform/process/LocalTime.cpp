@@ -54,9 +54,10 @@ std::time_t CoarseSeconds()
 bool HasMemoryForZone()
 {
     constexpr std::size_t kByteCount = std::size_t{64} * 1024;  // more than any zone takes
-    void* const memory = ::operator new(kByteCount, std::nothrow);
-    ::operator delete(memory);
-    return memory != nullptr;
+    void* volatile const memory = std::malloc(kByteCount);  // NOLINT(cppcoreguidelines-no-malloc): as the C library does
+    const bool hasMemory = memory != nullptr;
+    std::free(memory);  // NOLINT(cppcoreguidelines-no-malloc)
+    return hasMemory;
 }
 
 /// Whether the C library's zone is that of `TZ`, or of the system as it was seen within this second.
