@@ -54,7 +54,8 @@ std::time_t CoarseSeconds()
 bool HasMemoryForZone()
 {
     constexpr std::size_t kByteCount = std::size_t{64} * 1024;  // more than any zone takes
-    void* volatile const memory = std::malloc(kByteCount);  // NOLINT(cppcoreguidelines-no-malloc): as the C library does
+    void* volatile const memory =
+        std::malloc(kByteCount);  // NOLINT(cppcoreguidelines-no-malloc): as the C library does
     const bool hasMemory = memory != nullptr;
     std::free(memory);  // NOLINT(cppcoreguidelines-no-malloc)
     return hasMemory;
