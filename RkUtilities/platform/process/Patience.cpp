@@ -12,10 +12,11 @@ bool Patience::Lock(std::mutex& mutex)
     if (mutex.try_lock())
         return true;
     using namespace std::chrono;
-    const auto deadline = Deadline().time_since_epoch();
-    const auto whole = floor<seconds>(deadline);
-    const timespec until{.tv_sec = whole.count(), .tv_nsec = nanoseconds(deadline - whole).count()};
-    return pthread_mutex_clocklock(mutex.native_handle(), CLOCK_MONOTONIC, &until) == 0;
+    // By the wall's clock, since thread sanitizers do not know a wait by the other one.
+    const auto until = (system_clock::now() + (Deadline() - Clock::now())).time_since_epoch();
+    const auto whole = floor<seconds>(until);
+    const timespec deadline{.tv_sec = whole.count(), .tv_nsec = nanoseconds(until - whole).count()};
+    return pthread_mutex_timedlock(mutex.native_handle(), &deadline) == 0;
 }
 
 bool Patience::Sleep()
