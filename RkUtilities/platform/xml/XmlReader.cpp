@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <exception>
 #include <expat.h>
 #include <fcntl.h>
@@ -18,14 +19,24 @@ namespace rk::platform {
 namespace {
 
 /// What keeps a document from choosing names that meet in one place of expat's hash tables: a secret, drawn once, since
-/// drawing it for each reading costs as much as reading a small document. Where there is none (0), expat draws its own.
-unsigned long HashSalt() noexcept
+/// drawing it for each reading costs as much as reading a small document. Where there is none, expat draws its own.
+void SetHashSalt(XML_Parser parser) noexcept
 {
-    static constinit std::atomic<unsigned long> drawn = 0;
-    unsigned long salt = drawn.load(std::memory_order_relaxed);
-    if (salt == 0 && getrandom(&salt, sizeof salt, GRND_NONBLOCK) == sizeof salt)
-        drawn.store(salt, std::memory_order_relaxed);
-    return salt;
+    static constinit std::atomic<std::uint64_t> drawn[2];
+    std::uint64_t salt[2];
+    salt[1] = drawn[1].load(std::memory_order_acquire);
+    salt[0] = drawn[0].load(std::memory_order_relaxed);
+    if (salt[1] == 0) {
+        if (getrandom(salt, sizeof salt, GRND_NONBLOCK) != sizeof salt)
+            return;
+        drawn[0].store(salt[0], std::memory_order_relaxed);
+        drawn[1].store(salt[1], std::memory_order_release);
+    }
+#ifdef RK_EXPAT_HAS_LONG_SALT
+    XML_SetHashSalt16Bytes(parser, reinterpret_cast<const std::uint8_t*>(salt));
+#else
+    XML_SetHashSalt(parser, salt[1]);
+#endif
 }
 
 // One reading of one document. No exception passes through expat: it is kept until the parser has returned.
@@ -36,7 +47,7 @@ public:
         if (!m_parser)
             throw std::bad_alloc();
         XML_Parser parser = m_parser.get();
-        XML_SetHashSalt(parser, HashSalt());
+        SetHashSalt(parser);
         XML_SetUserData(parser, this);
         XML_SetElementHandler(parser, &OnElementBegins, &OnElementEnds);
         XML_SetCharacterDataHandler(parser, &OnText);
@@ -66,7 +77,7 @@ public:
         const XML_Error error = XML_GetErrorCode(parser);
         if (error == XML_ERROR_NO_MEMORY)
             throw std::bad_alloc();
-        return "line " + std::to_string(XML_GetCurrentLineNumber(parser)) + ": " +
+        return "line " + std::to_string(XML_GetCurrentLineNumber64(parser)) + ": " +
                (m_refusal != nullptr ? m_refusal : XML_ErrorString(error));
     }
 

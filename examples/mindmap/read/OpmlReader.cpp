@@ -177,7 +177,7 @@ private:
         }
     }
 
-    [[nodiscard]] int Line() const { return static_cast<int>(XML_GetCurrentLineNumber(m_parser.get())); }
+    [[nodiscard]] int Line() const { return static_cast<int>(XML_GetCurrentLineNumber64(m_parser.get())); }
 
     static constexpr int kBodyDepth = 2;
 
