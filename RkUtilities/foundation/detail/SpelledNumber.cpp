@@ -7,6 +7,7 @@
 #include <charconv>
 #include <climits>
 #include <cstdint>
+#include <cstdlib>
 #include <iterator>
 #include <limits>
 
@@ -78,6 +79,17 @@ private:
     const NumberSpelling& m_spelling;
 };
 
+/// Reads digits, "e" and an exponent, ended by a zero. A standard library that reads only integers by itself, as libc++ before
+/// 20, leaves it to strtod, which treats such a text alike in all locales.
+template <class Double>
+std::errc ReadDouble(const char* text, const char* end, Double& value)
+{
+    if constexpr (requires { std::from_chars(text, end, value); })
+        return std::from_chars(text, end, value).ec;
+    value = std::strtod(text, nullptr);
+    return {};
+}
+
 /// A decimal number of any length, kept as the digits that decide its `double`: digits times ten to an exponent.
 class Decimal {
 public:
@@ -100,9 +112,10 @@ public:
         if (wholeDigits < -kMostWholeDigits)
             return 0;
         m_text[m_length] = 'e';
-        const char* const end = std::to_chars(m_text + m_length + 1, std::end(m_text), m_exponent).ptr;
+        char* const end = std::to_chars(m_text + m_length + 1, std::end(m_text), m_exponent).ptr;
+        *end = '\0';
         double value = 0;
-        if (std::from_chars(m_text, end, value).ec == std::errc::result_out_of_range)
+        if (ReadDouble(m_text, end, value) == std::errc::result_out_of_range)
             value = wholeDigits > 0 ? std::numeric_limits<double>::infinity() : 0;
         return value;
     }
