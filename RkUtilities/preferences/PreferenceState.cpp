@@ -2,16 +2,13 @@
 
 #include "RkUtilities/platform/storage/PreferenceStore.h"
 
-#include <utility>
-
 namespace rk {
 
 PreferenceState GetPreferenceState()
 {
-    platform::StorageState state = platform::GetStorageState();
-    return {.database = std::move(state.database),
-            .lastFailure = std::move(state.lastFailure),
-            .damagedDatabase = std::move(state.damagedDatabase)};
+    PreferenceState state;
+    platform::DescribeStorage(state.database, state.lastFailure, state.damagedDatabase);
+    return state;
 }
 
 }  // namespace rk

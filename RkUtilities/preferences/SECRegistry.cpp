@@ -7,35 +7,26 @@
 namespace {
 
 using rk::platform::PreferenceScope;
-using rk::platform::PreferenceView;
+using rk::platform::PreferenceValue;
 
 constexpr std::uint32_t kThisHostRootKey = 1;
 
-PreferenceView ViewOf(const SECRegistry::Value& value)
-{
-    if (const auto* const boolean = std::get_if<bool>(&value))
-        return *boolean;
-    if (const auto* const number = std::get_if<std::int32_t>(&value))
-        return std::int64_t{*number};
-    return std::get<CString>(value).View();
-}
-
-void Write(std::uint32_t rootKey, rk::TextView name, const PreferenceView& value)
+void Write(std::uint32_t rootKey, rk::TextView name, PreferenceValue value)
 {
     if (rootKey == kThisHostRootKey) {
         rk::platform::SetPreference(PreferenceScope::ThisHost, name, value);
         if (rk::platform::SynchronizePreferences())
             return;
     }
-    rk::platform::SetPreference(PreferenceScope::AnyHost, name, value);
+    rk::platform::SetPreference(PreferenceScope::AnyHost, name, std::move(value));
 }
 
 /// A value as the wanted type; only a number becomes something else, a boolean.
-std::optional<SECRegistry::Value> As(SECRegistry::ErkValueType type, const PreferenceView& value)
+std::optional<SECRegistry::Value> As(SECRegistry::ErkValueType type, const PreferenceValue& value)
 {
     const auto* const boolean = std::get_if<bool>(&value);
     const auto* const number = std::get_if<std::int64_t>(&value);
-    const auto* const text = std::get_if<std::u16string_view>(&value);
+    const auto* const text = std::get_if<std::u16string>(&value);
     if (type == SECRegistry::Boolean && (boolean != nullptr || number != nullptr))
         return boolean != nullptr ? *boolean : *number != 0;
     if (type == SECRegistry::Number && number != nullptr)
@@ -102,18 +93,23 @@ bool SECRegistry::SetDoubleWordValue(rk::TextView name, std::uint32_t value)
 
 bool SECRegistry::SetStringValue(rk::TextView name, CString const& value)
 {
-    Write(m_rootKey, name, value.View());
+    Write(m_rootKey, name, std::u16string(value.View()));
     return true;
 }
 
 std::optional<SECRegistry::Value> SECRegistry::GetValueFromSystem(rk::TextView name, ErkValueType type) const
 {
     std::optional<Value> result;
-    rk::platform::FindPreference(name, [&](const PreferenceView& value) { result = As(type, value); });
+    rk::platform::FindPreference(name, [&](const PreferenceValue& value) { result = As(type, value); });
     return result;
 }
 
 void SECRegistry::WriteValueToSystem(rk::TextView name, const Value& value)
 {
-    Write(m_rootKey, name, ViewOf(value));
+    if (const auto* const boolean = std::get_if<bool>(&value))
+        Write(m_rootKey, name, *boolean);
+    else if (const auto* const number = std::get_if<std::int32_t>(&value))
+        Write(m_rootKey, name, std::int64_t{*number});
+    else
+        Write(m_rootKey, name, std::u16string(std::get<CString>(value).View()));
 }

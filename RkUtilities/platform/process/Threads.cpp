@@ -15,6 +15,7 @@ constexpr std::time_t kLongestWaitSeconds = 2;
 constinit std::array<std::mutex, kLockCount> mutexes{};
 constinit std::atomic<std::mutex*> logMutex = mutexes.data();
 constinit std::array<std::mutex*, kLockCount> heldByFork{};  // by the thread that holds the last one
+constinit std::array<ForkCalls, kLockCount> forkCalls{};
 
 bool LockUntil(std::mutex& mutex, const timespec& deadline)
 {
@@ -30,6 +31,8 @@ void BeforeFork()
     for (std::size_t i = 0; i < kLockCount; ++i) {
         std::mutex& mutex = MutexOf(static_cast<Lock>(i));
         held[i] = LockUntil(mutex, deadline) ? &mutex : nullptr;
+        if (held[i] != nullptr && forkCalls[i].before != nullptr)
+            forkCalls[i].before();
     }
     heldByFork = held;
 }
@@ -43,10 +46,19 @@ void AfterFork()
     }
 }
 
+void AfterForkInChild()
+{
+    for (const ForkCalls& calls : forkCalls) {
+        if (calls.inChild != nullptr)
+            calls.inChild();
+    }
+    AfterFork();
+}
+
 // When the library is loaded. Without memory for it, which a program that starts has, forks are as they are.
 [[gnu::constructor(101)]] void WatchForks()
 {
-    static_cast<void>(pthread_atfork(&BeforeFork, &AfterFork, &AfterFork));
+    static_cast<void>(pthread_atfork(&BeforeFork, &AfterFork, &AfterForkInChild));
 }
 
 }  // namespace
@@ -60,6 +72,11 @@ std::uintptr_t CurrentThreadHandle() noexcept
 std::mutex& MutexOf(Lock lock) noexcept
 {
     return lock == Lock::Log ? *logMutex.load(std::memory_order_acquire) : mutexes[static_cast<std::size_t>(lock)];
+}
+
+void CallAtForks(Lock lock, const ForkCalls& calls) noexcept
+{
+    forkCalls[static_cast<std::size_t>(lock)] = calls;
 }
 
 void HoldAcrossForks(std::mutex& mutex) noexcept

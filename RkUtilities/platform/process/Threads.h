@@ -13,14 +13,24 @@ std::uintptr_t CurrentThreadHandle() noexcept;
 /// A thread that forks holds all of them meanwhile, so that its child never inherits one locked by a thread that the child
 /// does not have, nor what is guarded by it half done. It waits two seconds at most, for a handler of a crash inside one.
 enum class Lock {
-    Log,         ///< the one given to `HoldAcrossForks`
-    Locale,      ///< the user's locale, and all of ICU that has locks of its own
-    Zone,        ///< the C library's time zone, which it locks too
-    CaseTables,  ///< while a table of Unicode is made
+    Log,               ///< the one given to `HoldAcrossForks`
+    Preferences,       ///< while the preferences are synchronised
+    PreferenceValues,  ///< the preferences in memory
+    Locale,            ///< the user's locale, and all of ICU that has locks of its own
+    Zone,              ///< the C library's time zone, which it locks too
+    CaseTables,        ///< while a table of Unicode is made
 };
 
 /// The mutex of a lock. It may be used before main and after it.
 std::mutex& MutexOf(Lock lock) noexcept;
+
+/// What a fork does besides: `before` in the parent while the lock is held, `inChild` in the child.
+struct ForkCalls {
+    void (*before)() noexcept = nullptr;
+    void (*inChild)() noexcept = nullptr;
+};
+/// To be called while the library is loaded.
+void CallAtForks(Lock lock, const ForkCalls& calls) noexcept;
 
 /// From now on the mutex is `Lock::Log`; it must outlive all forks. Safe from any thread.
 void HoldAcrossForks(std::mutex& mutex) noexcept;

@@ -6,6 +6,7 @@
 #include "RkUtilities/platform/files/FreeNames.h"
 #include "RkUtilities/platform/files/UserFolders.h"
 #include "RkUtilities/platform/process/ApplicationName.h"
+#include "RkUtilities/platform/process/Machine.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -17,18 +18,10 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <thread>
-#include <unistd.h>
 
 namespace rk::platform {
 
 namespace {
-
-std::string HostName()
-{
-    std::string name(256, '\0');
-    name.resize(gethostname(name.data(), name.size() - 1) == 0 ? name.find('\0') : 0);
-    return name;
-}
 
 /// The id in /etc/machine-id. Only where there is no such file, or no id in it, it is the host's name. "" for now when it
 /// cannot be read.

@@ -5,11 +5,8 @@
 #include "RkUtilities/platform/storage/PreferencePlace.h"
 
 #include <atomic>
-#include <ctime>
 #include <fcntl.h>
-#include <mutex>
 #include <optional>
-#include <pthread.h>
 #include <unistd.h>
 #include <utility>
 
@@ -17,28 +14,18 @@ namespace rk::platform {
 
 namespace {
 
-/// Two seconds at most: a handler of a crash may fork in a thread that holds the mutex.
-bool LockForFork(std::mutex& mutex) noexcept
-{
-    timespec deadline{};
-    clock_gettime(CLOCK_REALTIME, &deadline);
-    deadline.tv_sec += 2;
-    return pthread_mutex_timedlock(mutex.native_handle(), &deadline) == 0;
-}
-constinit thread_local bool isHeldForFork = false;
-
 class Store {
 public:
-    void Find(std::u16string_view name, const std::function<void(const PreferenceView& value)>& use)
+    void Find(std::u16string_view name, const std::function<void(const PreferenceValue& value)>& use)
     {
         EnsureRead();
         m_values.Find(name, use);
     }
 
-    void Set(PreferenceScope scope, std::u16string_view name, const PreferenceView& value)
+    void Set(PreferenceScope scope, std::u16string_view name, PreferenceValue&& value)
     {
         EnsureRead();
-        m_values.Set(scope, name, value);
+        m_values.Set(scope, name, std::move(value));
         m_hasSet = true;
         if (m_isEnding)
             Synchronize();
@@ -50,10 +37,12 @@ public:
         return SynchronizeAlone();
     }
 
-    StorageState State()
+    void Describe(std::string& database, std::string& lastFailure, std::string& damagedDatabase)
     {
         const std::lock_guard lock(m_mutex);
-        return m_state;
+        database = m_database ? m_place.database : "";
+        lastFailure = m_lastFailure;
+        damagedDatabase = m_damagedDatabase;
     }
 
     /// The process ends. What is written after this is stored at once; a child that has used nothing does nothing.
@@ -71,25 +60,15 @@ public:
         }
     }
 
-    /// A connection that is open during a fork would count for the child too, which has none of its locks.
-    void BeforeFork() noexcept
+    /// The child of a fork has used and set nothing yet.
+    void BeginInChild() noexcept { m_isUsed = m_hasSet = false; }
+
+    /// To be called with the mutex held. A connection that is open during a fork would count for the child too, which
+    /// has none of its locks.
+    void Close() noexcept
     {
-        if (!LockForFork(m_mutex))
-            return;
-        Close();
-        if (LockForFork(m_values.Mutex()))
-            isHeldForFork = true;
-        else
-            m_mutex.unlock();
-    }
-    void AfterFork(bool isChild) noexcept
-    {
-        if (isChild)
-            m_isUsed = m_hasSet = false;
-        if (!std::exchange(isHeldForFork, false))
-            return;
-        m_values.Mutex().unlock();
-        m_mutex.unlock();
+        if (m_database)
+            m_database->Close();
     }
 
 private:
@@ -112,7 +91,7 @@ private:
         const StorageOutcome outcome = SynchronizeOpen();
         if (m_isEnding)
             Close();
-        m_state.lastFailure = outcome.reason;
+        m_lastFailure = outcome.reason;
         return outcome.kind == StorageOutcome::Done;
     }
 
@@ -148,14 +127,13 @@ private:
         if (outcome.kind != StorageOutcome::Done)
             return outcome;
         m_isAnother |= m_database && !m_database->IsInPlace();
-        m_state.database = m_place.database;
         m_database.emplace(m_place.database, m_place.hostId);
         return m_database->Open();
     }
 
     StorageOutcome StoreAndRead()
     {
-        const PreferenceMap& storing = m_values.BeginStoring();
+        const PreferenceMap storing = m_values.BeginStoring();
         StorageOutcome outcome = storing.empty() ? StorageOutcome() : m_database->Store(storing);
         if (!m_database->IsInPlace())  // what was stored is out of everybody's sight
             outcome = {StorageOutcome::Damaged, "the database has been moved"};
@@ -186,17 +164,11 @@ private:
         std::string aside = MoveAside(m_place.database);
         if (aside.empty())
             return {StorageOutcome::Failed, found.reason};
-        m_state.damagedDatabase = std::move(aside);
+        m_damagedDatabase = std::move(aside);
         return {};
     }
 
-    void Close() noexcept
-    {
-        if (m_database)
-            m_database->Close();
-    }
-
-    std::mutex m_mutex;  // of what follows but for the values; taken before their mutex
+    std::mutex& m_mutex = MutexOf(Lock::Preferences);  // of what follows but for the values
     PreferencePlace m_place;
     std::optional<PreferenceDatabase> m_database;
     bool m_isAnother = false;  // the database is another one than the values came from
@@ -204,7 +176,8 @@ private:
         m_values.Take(std::move(read), m_isAnother);
         m_isAnother = false;
     };
-    StorageState m_state;
+    std::string m_lastFailure;
+    std::string m_damagedDatabase;
 
     PreferenceValues m_values;
     std::atomic<bool> m_isRead = false;
@@ -224,22 +197,23 @@ Store& TheStore()
 }
 
 /// Made at load: no fork comes while it is being made.
-[[maybe_unused]] const int isRegistered = [] {
+[[maybe_unused]] const bool isRegistered = [] {
     TheStore();
-    return pthread_atfork([] { TheStore().BeforeFork(); }, [] { TheStore().AfterFork(/*isChild=*/false); },
-                          [] { TheStore().AfterFork(/*isChild=*/true); });
+    CallAtForks(Lock::Preferences, {.before = []() noexcept { TheStore().Close(); },
+                                    .inChild = []() noexcept { TheStore().BeginInChild(); }});
+    return true;
 }();
 
 }  // namespace
 
-void FindPreference(std::u16string_view name, const std::function<void(const PreferenceView& value)>& use)
+void FindPreference(std::u16string_view name, const std::function<void(const PreferenceValue& value)>& use)
 {
     TheStore().Find(name, use);
 }
 
-void SetPreference(PreferenceScope scope, std::u16string_view name, const PreferenceView& value)
+void SetPreference(PreferenceScope scope, std::u16string_view name, PreferenceValue value)
 {
-    TheStore().Set(scope, name, value);
+    TheStore().Set(scope, name, std::move(value));
 }
 
 bool SynchronizePreferences()
@@ -247,9 +221,9 @@ bool SynchronizePreferences()
     return TheStore().Synchronize();
 }
 
-StorageState GetStorageState()
+void DescribeStorage(std::string& database, std::string& lastFailure, std::string& damagedDatabase)
 {
-    return TheStore().State();
+    TheStore().Describe(database, lastFailure, damagedDatabase);
 }
 
 }  // namespace rk::platform

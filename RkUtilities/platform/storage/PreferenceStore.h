@@ -13,21 +13,15 @@
 /// and takes in what other processes have stored. Safe from any thread, and in a child after `fork`.
 namespace rk::platform {
 
-/// Calls `use` with the value for this host, else for any; not at all when there is none. The view is valid during the
-/// call, in which no preference may be read or written.
-void FindPreference(std::u16string_view name, const std::function<void(const PreferenceView& value)>& use);
-void SetPreference(PreferenceScope scope, std::u16string_view name, const PreferenceView& value);
+/// Calls `use` with the value for this host, else for any host; not at all when neither has one. During the call no
+/// preference may be read or written.
+void FindPreference(std::u16string_view name, const std::function<void(const PreferenceValue& value)>& use);
+void SetPreference(PreferenceScope scope, std::u16string_view name, PreferenceValue value);
 /// False when the database could not be written or read; the values stay in memory and wait for the next
 /// synchronisation.
 bool SynchronizePreferences();
 
-/// How the storage fares.
-struct StorageState {
-    std::string database;         ///< the database file; "" when there is no folder for one
-    std::string lastFailure;      ///< why the last synchronisation failed; "" when it did not
-    std::string damagedDatabase;  ///< where this process last put a damaged database aside; "" when it did not
-};
-/// Waits for a synchronisation that is under way.
-StorageState GetStorageState();
+/// How the storage fares: the members of `rk::PreferenceState`. Waits for a synchronisation that is under way.
+void DescribeStorage(std::string& database, std::string& lastFailure, std::string& damagedDatabase);
 
 }  // namespace rk::platform
