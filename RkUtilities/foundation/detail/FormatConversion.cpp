@@ -1,10 +1,6 @@
 #include "RkUtilities/foundation/detail/FormatConversion.h"
 
 #include "RkUtilities/foundation/FormatError.h"
-#include "RkUtilities/foundation/detail/FormatArgument.h"
-
-#include <algorithm>
-#include <string>
 
 namespace rk {
 
@@ -52,47 +48,26 @@ ArgumentPlace TakePlace(std::u16string_view& format)
     return static_cast<std::size_t>(position - 1);
 }
 
-void TakeFlags(std::u16string_view& format, FormatConversion& conversion)
+/// Reads a width or a precision if the format has it.
+void TakeCount(std::u16string_view& format, FormatCount& count)
 {
-    for (;;) {
-        if (TakeIf(format, u'-'))
-            conversion.leftAligned = true;
-        else if (TakeIf(format, u'+'))
-            conversion.plusSign = true;
-        else if (TakeIf(format, u' '))
-            conversion.blankSign = true;
-        else if (TakeIf(format, u'#'))
-            conversion.alternative = true;
-        else if (TakeIf(format, u'0'))
-            conversion.zeroPadded = true;
-        else
-            return;
-    }
-}
-
-FormatCount TakeCount(std::u16string_view& format)
-{
-    FormatCount count;
-    if (TakeIf(format, u'*')) {
-        count.source = FormatCount::Source::Argument;
+    count.isArgument = TakeIf(format, u'*');
+    if (count.isArgument)
         count.place = TakePlace(format);
-    } else if (!format.empty() && IsDigit(format.front())) {
-        count.source = FormatCount::Source::Number;
+    else if (!format.empty() && IsDigit(format.front()))
         count.number = TakeNumber(format);
-    }
-    return count;
 }
 
-/// All that may stand between "%" and the length.
+/// Everything that may stand between "%" and the length.
 void TakeLayout(std::u16string_view& format, FormatConversion& conversion)
 {
     conversion.place = TakePlace(format);
-    TakeFlags(format, conversion);
-    conversion.width = TakeCount(format);
+    conversion.flags = format.substr(0, format.find_first_not_of(u"-+ #0"));
+    format.remove_prefix(conversion.flags.size());
+    TakeCount(format, conversion.width);
     if (TakeIf(format, u'.')) {
-        conversion.precision = TakeCount(format);
-        if (conversion.precision.source == FormatCount::Source::Absent)
-            conversion.precision.source = FormatCount::Source::Number;  // "." alone is 0
+        conversion.precision.number = 0;  // also of "." alone
+        TakeCount(format, conversion.precision);
     }
 }
 
@@ -114,31 +89,12 @@ Length TakeLength(std::u16string_view& format)
 /// Whether C gives the pair of length and type a meaning that 8-bit arguments can have.
 bool IsKnown(Length length, char type)
 {
-    switch (type) {
-    case 'd':
-    case 'u':
-    case 'o':
-    case 'x':
-    case 'X':
+    const auto isOneOf = [type](std::string_view types) { return types.find(type) != std::string_view::npos; };
+    if (isOneOf("duoxX"))
         return length != Length::LongDouble;
-    case 'f':
-    case 'F':
-    case 'e':
-    case 'E':
-    case 'g':
-    case 'G':
-    case 'a':
-    case 'A':
+    if (isOneOf("fFeEgGaA"))
         return length == Length::None || length == Length::Long || length == Length::LongDouble;
-    case 'c':
-        return length == Length::None || length == Length::Long;
-    case 's':
-    case 'p':
-    case '%':
-        return length == Length::None;
-    default:
-        return false;
-    }
+    return length == Length::None ? isOneOf("csp%") : length == Length::Long && type == 'c';
 }
 
 }  // namespace
@@ -147,8 +103,7 @@ FormatConversion TakeConversion(std::u16string_view& format)
 {
     format.remove_prefix(1);  // the "%"
     FormatConversion conversion;
-    conversion.isPlain = !format.empty() && format.front() >= u'A';  // what comes before a letter is no letter
-    if (!conversion.isPlain)
+    if (!format.empty() && format.front() < u'A')  // a conversion that begins with a letter has no layout
         TakeLayout(format, conversion);
     conversion.length = TakeLength(format);
     if (format.empty())
@@ -159,23 +114,6 @@ FormatConversion TakeConversion(std::u16string_view& format)
     if (!IsKnown(conversion.length, conversion.type))
         throw FormatError("the format holds an unknown conversion");
     return conversion;
-}
-
-void PlacementRule::CheckParts(const FormatConversion& conversion)
-{
-    if (conversion.width.source == FormatCount::Source::Argument)
-        Note(conversion.width.place);
-    if (conversion.precision.source == FormatCount::Source::Argument)
-        Note(conversion.precision.place);
-    if (conversion.type != '%')
-        Note(conversion.place);
-}
-
-void PlacementRule::Note(const ArgumentPlace& place)
-{
-    if (m_positional.value_or(place.has_value()) != place.has_value())
-        throw FormatError("the format mixes positions with plain conversions");
-    m_positional = place.has_value();
 }
 
 }  // namespace rk

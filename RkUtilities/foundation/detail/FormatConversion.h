@@ -6,14 +6,13 @@
 
 namespace rk {
 
-/// Where a width, a precision or a value comes from: the next argument, or the one at a position from 0.
+/// Where a width, a precision or a value comes from: the next argument, or the argument at a position from 0.
 using ArgumentPlace = std::optional<std::size_t>;
 
-/// A width or a precision: absent, a number, or an argument ("*").
+/// A width or a precision: a number, or an argument ("*").
 struct FormatCount {
-    enum class Source { Absent, Number, Argument };
-    Source source = Source::Absent;
     int number = 0;
+    bool isArgument = false;
     ArgumentPlace place;
 };
 
@@ -21,14 +20,9 @@ struct FormatCount {
 struct FormatConversion {
     enum class Length { None, Char, Short, Long, LongLong, Max, Size, Difference, LongDouble };
 
-    bool isPlain = false;  // nothing stands between "%" and the length
-    bool leftAligned = false;
-    bool plusSign = false;
-    bool blankSign = false;
-    bool alternative = false;
-    bool zeroPadded = false;
+    std::u16string_view flags;  // of "-+ #0", in any order and number
     FormatCount width;
-    FormatCount precision;
+    FormatCount precision{.number = -1, .place = {}};  // -1: no precision
     Length length = Length::None;
     char type = '\0';  // d u o x X (i reads as d), c s p, f F e E g G a A, %
     ArgumentPlace place;
@@ -39,23 +33,5 @@ constexpr int kMostFormatUnits = 1 << 20;
 
 /// Reads the conversion that begins with the "%" at the front of `format` and takes it off. Throws `FormatError`.
 FormatConversion TakeConversion(std::u16string_view& format);
-
-/// Whether conversions name their arguments by position; a format may not do both. Throws `FormatError`.
-class PlacementRule {
-public:
-    void Check(const FormatConversion& conversion)
-    {
-        if (conversion.isPlain)
-            Note(std::nullopt);
-        else
-            CheckParts(conversion);
-    }
-
-private:
-    void CheckParts(const FormatConversion& conversion);
-    void Note(const ArgumentPlace& place);
-
-    std::optional<bool> m_positional;
-};
 
 }  // namespace rk

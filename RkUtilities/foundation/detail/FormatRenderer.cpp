@@ -7,17 +7,17 @@
 #include "RkUtilities/platform/locale/Utf.h"
 
 #include <algorithm>
-#include <charconv>
 #include <climits>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 #include <string>
+#include <utility>
 
 namespace rk {
 
 namespace {
 
-using Kind = FormatArgument::Kind;
 using Length = FormatConversion::Length;
 
 /// The arguments, walked in order or asked for by position.
@@ -40,58 +40,71 @@ private:
 
 /// What a conversion asks for once its "*" are read.
 struct Layout {
-    int width = 0;
-    int precision = -1;  // none
-    bool leftAligned = false;
+    int width = 0;       // negative: the text stands at the left, as in C
+    int precision = -1;  // negative: no precision
 };
 
-bool IsInteger(const FormatArgument& argument)
+/// The bits of an integer argument, sign-extended; nothing for an argument of another kind.
+std::optional<unsigned long long> IntegerOf(const FormatArgument& argument)
 {
-    return argument.GetKind() == Kind::Signed || argument.GetKind() == Kind::Unsigned;
+    if (const auto* value = argument.As<long long>())
+        return static_cast<unsigned long long>(*value);
+    const auto* value = argument.As<unsigned long long>();
+    return value != nullptr ? std::optional(*value) : std::nullopt;
 }
 
-int ReadCount(const FormatCount& count, ArgumentList& arguments, int absent)
+int ReadCount(const FormatCount& count, ArgumentList& arguments)
 {
-    if (count.source != FormatCount::Source::Argument)
-        return count.source == FormatCount::Source::Absent ? absent : count.number;
-    const FormatArgument& argument = arguments.At(count.place);
-    const auto value = static_cast<long long>(argument.Integer());
-    if (!IsInteger(argument) || value < -kMostFormatUnits || value > kMostFormatUnits)
+    if (!count.isArgument)
+        return count.number;
+    const auto bits = IntegerOf(arguments.At(count.place));
+    const auto value = static_cast<long long>(bits.value_or(LLONG_MAX));
+    if (value < -kMostFormatUnits || value > kMostFormatUnits)
         throw FormatError("a width or precision argument is no integer in range");
     return static_cast<int>(value);
 }
 
 Layout ReadLayout(const FormatConversion& conversion, ArgumentList& arguments)
 {
-    Layout layout;
-    if (conversion.isPlain)
-        return layout;
-    const int width = ReadCount(conversion.width, arguments, 0);
-    layout.width = std::abs(width);
-    layout.leftAligned = conversion.leftAligned || width < 0;  // C: a negative width is the flag "-"
-    layout.precision = ReadCount(conversion.precision, arguments, -1);
-    return layout;
+    const int width = ReadCount(conversion.width, arguments);
+    const bool isAtLeft = width > 0 && conversion.flags.find(u'-') != std::u16string_view::npos;
+    return {isAtLeft ? -width : width, ReadCount(conversion.precision, arguments)};
 }
 
 /// Appends what `append` appends, `shownUnits` wide by C's count, padded with blanks to the width.
 template <class Append>
 void Pad(TextBuilder& output, const Layout& layout, std::size_t shownUnits, const Append& append)
 {
-    const auto width = static_cast<std::size_t>(layout.width);
+    const auto width = static_cast<std::size_t>(std::abs(layout.width));
     const std::size_t blanks = width > shownUnits ? width - shownUnits : 0;
-    if (!layout.leftAligned)
-        output.Append(blanks, u' ');
+    output.Append(layout.width > 0 ? blanks : 0, u' ');
     append();
-    if (layout.leftAligned)
-        output.Append(blanks, u' ');
+    output.Append(layout.width < 0 ? blanks : 0, u' ');
 }
 
-void AppendPadded(TextBuilder& output, const Layout& layout, std::string_view ascii)
+// --- Numbers
+
+/// Appends a number as C prints it. `length` is the length of the number's C type.
+template <class Number>
+void AppendNumber(TextBuilder& output, const FormatConversion& conversion, const Layout& layout, const char* length,
+                  Number number)
 {
-    Pad(output, layout, ascii.size(), [&] { output.AppendAscii(ascii); });
+    std::string format = "%";
+    for (const char16_t flag : conversion.flags)
+        format += static_cast<char>(flag);
+    format.append("*.*").append(length) += conversion.type;
+    output.AppendAscii(platform::FormatNumber(format, layout.width, layout.precision, number));
 }
 
-// --- Integers
+template <class Integer>
+void AppendInteger(TextBuilder& output, const FormatConversion& conversion, const Layout& layout, Integer integer)
+{
+    const bool isDecimal = conversion.type == 'd' || conversion.type == 'u';
+    if (isDecimal && conversion.flags.empty() && layout.width == 0 && layout.precision < 0)
+        output.AppendAscii(std::to_string(integer));  // the commonest conversion, without printf
+    else
+        AppendNumber(output, conversion, layout, "ll", integer);
+}
 
 unsigned BitsOf(Length length)
 {
@@ -107,121 +120,42 @@ unsigned BitsOf(Length length)
     }
 }
 
-struct Integer {
-    bool negative = false;
-    unsigned long long magnitude = 0;
-};
-
-/// Whether the value survives in 32 bits, signed or not.
+/// Whether the value survives in 32 bits.
 bool FitsInt(const FormatArgument& argument, bool asSigned)
 {
-    const unsigned long long bits = argument.Integer();
-    if (argument.GetKind() == Kind::Signed && static_cast<long long>(bits) < 0)
-        return asSigned && static_cast<long long>(bits) >= INT_MIN;
-    return bits <= (asSigned ? static_cast<unsigned long long>(INT_MAX) : UINT_MAX);
+    const auto fits = [=](auto value) { return asSigned ? std::in_range<int>(value) : std::in_range<unsigned>(value); };
+    const auto* const value = argument.As<long long>();
+    return value != nullptr ? fits(*value) : fits(*argument.As<unsigned long long>());
 }
 
-Integer ReadInteger(const FormatConversion& conversion, const FormatArgument& argument)
+void AppendInteger(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
+                   const FormatArgument& argument)
 {
-    if (!IsInteger(argument))
+    const auto bits = IntegerOf(argument);
+    if (!bits)
         throw FormatError("an integer conversion has an argument that is none");
     const bool asSigned = conversion.type == 'd';
-    const unsigned bitCount = BitsOf(conversion.length);
-    if (bitCount < 64 && argument.ByteCount() > sizeof(int) && !FitsInt(argument, asSigned))
+    const unsigned unused = 64 - BitsOf(conversion.length);
+    if (unused != 0 && argument.ByteCount() > sizeof(int) && !FitsInt(argument, asSigned))
         throw FormatError("an integer does not fit its conversion");
-    const unsigned unused = 64 - bitCount;
-    const unsigned long long shifted = argument.Integer() << unused;
-    if (!asSigned)
-        return {false, shifted >> unused};
-    const long long value = static_cast<long long>(shifted) >> unused;
-    return {value < 0, value < 0 ? 0 - static_cast<unsigned long long>(value) : static_cast<unsigned long long>(value)};
+    if (asSigned)
+        AppendInteger(output, conversion, layout, static_cast<long long>(*bits << unused) >> unused);
+    else
+        AppendInteger(output, conversion, layout, *bits << unused >> unused);
 }
-
-std::string_view SignOf(const FormatConversion& conversion, const Integer& integer)
-{
-    if (conversion.type != 'd')
-        return "";
-    if (integer.negative)
-        return "-";
-    if (conversion.plusSign)
-        return "+";
-    return conversion.blankSign ? " " : "";
-}
-
-std::string_view PrefixOf(const FormatConversion& conversion, const Integer& integer)
-{
-    if (!conversion.alternative || integer.magnitude == 0)
-        return "";
-    if (conversion.type == 'x')
-        return "0x";
-    return conversion.type == 'X' ? "0X" : "";
-}
-
-void AppendInteger(TextBuilder& output, const FormatConversion& conversion, Layout layout, const Integer& integer)
-{
-    char digits[CHAR_BIT * sizeof integer.magnitude];
-    const int base = conversion.type == 'o' ? 8 : (conversion.type == 'x' || conversion.type == 'X') ? 16 : 10;
-    char* end = std::to_chars(std::begin(digits), std::end(digits), integer.magnitude, base).ptr;
-    if (integer.magnitude == 0 && layout.precision == 0)
-        end = digits;
-    if (conversion.type == 'X')
-        std::transform(digits, end, digits, [](char c) { return c >= 'a' ? static_cast<char>(c - 'a' + 'A') : c; });
-    const std::string_view shown(digits, static_cast<std::size_t>(end - digits));
-    const std::string_view sign = SignOf(conversion, integer);
-    const std::string_view prefix = PrefixOf(conversion, integer);
-    std::size_t least = layout.precision < 0 ? 1 : static_cast<std::size_t>(layout.precision);
-    if (conversion.alternative && base == 8 && (shown.empty() || shown.front() != '0'))
-        least = std::max(least, shown.size() + 1);
-    if (conversion.zeroPadded && !layout.leftAligned && layout.precision < 0) {
-        const auto width = static_cast<std::size_t>(layout.width);
-        least = std::max(least, width - std::min(width, sign.size() + prefix.size()));
-    }
-    const std::size_t zeros = least > shown.size() ? least - shown.size() : 0;
-    Pad(output, layout, sign.size() + prefix.size() + zeros + shown.size(), [&] {
-        output.AppendAscii(sign);
-        output.AppendAscii(prefix);
-        output.Append(zeros, u'0');
-        output.AppendAscii(shown);
-    });
-}
-
-/// The same for a decimal number that is asked for as it is.
-void AppendDecimal(TextBuilder& output, const Integer& integer)
-{
-    char characters[24] = {'-'};
-    char* const digits = characters + 1;
-    const char* const end = std::to_chars(digits, std::end(characters), integer.magnitude).ptr;
-    const char* const first = integer.negative ? characters : digits;
-    output.AppendAscii({first, static_cast<std::size_t>(end - first)});
-}
-
-// --- Floating-point numbers
 
 void AppendFloating(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
                     const FormatArgument& argument)
 {
-    const bool wide = conversion.length == Length::LongDouble;
-    if (argument.GetKind() != Kind::Floating && !(wide && argument.GetKind() == Kind::LongFloating))
+    const auto* const number = argument.As<double>();
+    const auto* const longNumber = argument.As<long double>();
+    const bool isLong = conversion.length == Length::LongDouble;
+    if (number == nullptr && (longNumber == nullptr || !isLong))
         throw FormatError("a floating-point conversion has an argument of another kind");
-    std::string plain = "%";
-    const std::pair<bool, char> flags[] = {{layout.leftAligned, '-'},
-                                           {conversion.plusSign, '+'},
-                                           {conversion.blankSign, ' '},
-                                           {conversion.alternative, '#'},
-                                           {conversion.zeroPadded, '0'}};
-    for (const auto& [set, flag] : flags) {
-        if (set)
-            plain += flag;
-    }
-    plain += wide ? "*.*L" : "*.*";
-    plain += conversion.type;
-    if (!wide)
-        output.AppendAscii(platform::FormatNumber(plain, layout.width, layout.precision, argument.Floating()));
-    else if (argument.GetKind() == Kind::LongFloating)
-        output.AppendAscii(platform::FormatNumber(plain, layout.width, layout.precision, argument.LongFloating()));
+    if (isLong)
+        AppendNumber(output, conversion, layout, "L", number != nullptr ? *number : *longNumber);
     else
-        output.AppendAscii(platform::FormatNumber(plain, layout.width, layout.precision,
-                                                  static_cast<long double>(argument.Floating())));
+        AppendNumber(output, conversion, layout, "", *number);
 }
 
 // --- Texts, characters, pointers
@@ -244,11 +178,12 @@ std::string_view WithoutCutCharacter(std::string_view bytes)
 /// The bytes of a text argument, no more than `most` of them looked at.
 std::string_view TextOf(const FormatArgument& argument, std::size_t most)
 {
-    if (argument.GetKind() == Kind::SizedText)
-        return std::string_view(argument.Text(), argument.ByteCount()).substr(0, most);
-    if (argument.GetKind() != Kind::Text)
+    if (const auto* text = argument.As<std::string_view>())
+        return text->substr(0, most);
+    const auto* const pointer = argument.As<const char*>();
+    if (pointer == nullptr)
         throw FormatError("\"%s\" has an argument that is no text");
-    const char* const utf8 = argument.Text() != nullptr ? argument.Text() : "(null)";
+    const char* const utf8 = *pointer != nullptr ? *pointer : "(null)";
     return {utf8, most == std::string_view::npos ? std::strlen(utf8) : strnlen(utf8, most)};
 }
 
@@ -264,10 +199,8 @@ void AppendUnits(TextBuilder& output, const Layout& layout, std::u16string_view 
 
 void AppendText(TextBuilder& output, const Layout& layout, const FormatArgument& argument)
 {
-    if (argument.GetKind() == Kind::Utf16Text)
-        return AppendUnits(output, layout, argument.Units());
-    if (layout.precision < 0 && layout.width == 0)  // the commonest one
-        return output.AppendUtf8(TextOf(argument, std::string_view::npos));
+    if (const auto* units = argument.As<std::u16string_view>())
+        return AppendUnits(output, layout, *units);
     const std::size_t most = layout.precision < 0 ? std::string_view::npos : static_cast<std::size_t>(layout.precision);
     std::string_view bytes = TextOf(argument, most);
     if (bytes.size() == most)
@@ -278,13 +211,10 @@ void AppendText(TextBuilder& output, const Layout& layout, const FormatArgument&
 void AppendCharacter(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
                      const FormatArgument& argument)
 {
-    if (!IsInteger(argument))
-        throw FormatError("\"%c\" has an argument that is no character");
-    auto codePoint = static_cast<long long>(argument.Integer());
+    auto codePoint = static_cast<long long>(IntegerOf(argument).value_or(LLONG_MAX));
     if (codePoint < 0 && codePoint >= SCHAR_MIN)
-        codePoint = 0xFFFD;  // a byte of UTF-8 that is no character by itself
-    const long long most = conversion.length == Length::Long ? 0x10FFFF : 0xFFFF;
-    if (codePoint < 0 || codePoint > most)
+        codePoint = platform::kReplacementCharacter;  // a byte of UTF-8 that is no character by itself
+    if (codePoint < 0 || codePoint > (conversion.length == Length::Long ? 0x10FFFF : 0xFFFF))
         throw FormatError("\"%c\" has an argument that is no character");
     char16_t units[2];
     const char16_t* const end = platform::WriteUtf16(static_cast<char32_t>(codePoint), units);
@@ -293,14 +223,12 @@ void AppendCharacter(TextBuilder& output, const FormatConversion& conversion, co
 
 void AppendPointer(TextBuilder& output, const Layout& layout, const FormatArgument& argument)
 {
-    const void* pointer = argument.GetKind() == Kind::Text ? argument.Text() : argument.Pointer();
-    if (argument.GetKind() != Kind::Text && argument.GetKind() != Kind::Pointer)
+    const auto* const text = argument.As<const char*>();
+    const auto* const pointer = argument.As<const void*>();
+    if (text == nullptr && pointer == nullptr)
         throw FormatError("\"%p\" has an argument that is no pointer");
-    if (pointer == nullptr)
-        return AppendPadded(output, layout, "(nil)");
-    char digits[2 + 2 * sizeof pointer] = {'0', 'x'};
-    char* const end = std::to_chars(digits + 2, std::end(digits), reinterpret_cast<std::uintptr_t>(pointer), 16).ptr;
-    AppendPadded(output, layout, {digits, static_cast<std::size_t>(end - digits)});
+    const void* const address = text != nullptr ? *text : *pointer;
+    output.AppendAscii(platform::FormatNumber("%*.*p", layout.width, -1, address));
 }
 
 void AppendArgument(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
@@ -315,37 +243,16 @@ void AppendArgument(TextBuilder& output, const FormatConversion& conversion, con
         return AppendPointer(output, layout, argument);
     case 'd':
     case 'u':
-        if (conversion.isPlain)
-            return AppendDecimal(output, ReadInteger(conversion, argument));
-        [[fallthrough]];
     case 'o':
     case 'x':
     case 'X':
-        return AppendInteger(output, conversion, layout, ReadInteger(conversion, argument));
+        return AppendInteger(output, conversion, layout, argument);
     default:
         return AppendFloating(output, conversion, layout, argument);
     }
 }
 
-/// Hands the literal parts and the conversions of a format to one of two functions each.
-template <class OnText, class OnConversion>
-void Walk(std::u16string_view format, const OnText& onText, const OnConversion& onConversion)
-{
-    PlacementRule rule;
-    while (!format.empty()) {
-        if (format.front() != u'%') {
-            const std::u16string_view literal = format.substr(0, format.find(u'%'));
-            onText(literal);
-            format.remove_prefix(literal.size());
-            continue;
-        }
-        const FormatConversion conversion = TakeConversion(format);
-        rule.Check(conversion);
-        onConversion(conversion);
-    }
-}
-
-// --- C's argument lists
+// --- The arguments of a format
 
 /// The C types that conversions take.
 enum class CType { Int, Long, Double, LongDouble, Text, Pointer };
@@ -370,36 +277,60 @@ CType TypeOf(const FormatConversion& conversion)
     }
 }
 
-/// The types of the arguments in the order of the list, as the format tells them.
-class TypeList {
-public:
-    void Add(const FormatConversion& conversion)
-    {
-        if (conversion.width.source == FormatCount::Source::Argument)
-            Add(conversion.width.place, CType::Int);
-        if (conversion.precision.source == FormatCount::Source::Argument)
-            Add(conversion.precision.place, CType::Int);
-        if (conversion.type != '%')
-            Add(conversion.place, TypeOf(conversion));
+/// Calls `use` with the place of each argument that a conversion takes, in the order of C's lists.
+template <class Use>
+void ForEachPlace(const FormatConversion& conversion, const Use& use)
+{
+    if (conversion.width.isArgument)
+        use(conversion.width.place, CType::Int);
+    if (conversion.precision.isArgument)
+        use(conversion.precision.place, CType::Int);
+    if (conversion.type != '%')
+        use(conversion.place, TypeOf(conversion));
+}
+
+/// Hands each literal part of a format to `onText` and each conversion to `onConversion`. Throws `FormatError` when some
+/// conversions name their arguments by position and others do not.
+template <class OnText, class OnConversion>
+void Walk(std::u16string_view format, const OnText& onText, const OnConversion& onConversion)
+{
+    std::optional<bool> hasPositions;
+    while (!format.empty()) {
+        if (format.front() != u'%') {
+            const std::u16string_view literal = format.substr(0, format.find(u'%'));
+            onText(literal);
+            format.remove_prefix(literal.size());
+            continue;
+        }
+        const FormatConversion conversion = TakeConversion(format);
+        ForEachPlace(conversion, [&](const ArgumentPlace& place, CType) {
+            if (hasPositions.value_or(place.has_value()) != place.has_value())
+                throw FormatError("the format mixes positions with plain conversions");
+            hasPositions = place.has_value();
+        });
+        onConversion(conversion);
     }
-    [[nodiscard]] const std::vector<std::optional<CType>>& Types() const noexcept { return m_types; }
+}
 
-private:
-    static constexpr std::size_t kMostArguments = 4096;  // C promises 127 to a call
-
-    void Add(const ArgumentPlace& place, CType type)
-    {
-        const std::size_t index = place.value_or(m_types.size());
+/// The types of the arguments in the order of C's list, as the format tells them.
+std::vector<std::optional<CType>> ListedTypes(std::u16string_view format)
+{
+    constexpr std::size_t kMostArguments = 4096;  // C promises 127 to a call
+    std::vector<std::optional<CType>> types;
+    const auto note = [&](const ArgumentPlace& place, CType type) {
+        const std::size_t index = place.value_or(types.size());
         if (index >= kMostArguments)
             throw FormatError("the format names too many arguments");
-        m_types.resize(std::max(m_types.size(), index + 1));
-        if (m_types[index].value_or(type) != type)
+        types.resize(std::max(types.size(), index + 1));
+        if (types[index].value_or(type) != type)
             throw FormatError("the format takes one argument as two kinds");
-        m_types[index] = type;
-    }
-
-    std::vector<std::optional<CType>> m_types;
-};
+        types[index] = type;
+    };
+    Walk(
+        format, [](std::u16string_view) {},
+        [&](const FormatConversion& conversion) { ForEachPlace(conversion, note); });
+    return types;
+}
 
 }  // namespace
 
@@ -419,11 +350,8 @@ void RenderFormat(std::u16string_view format, std::span<const FormatArgument> ar
 
 std::vector<FormatArgument> CollectArguments(std::u16string_view format, std::va_list list)
 {
-    TypeList types;
-    Walk(format, [](std::u16string_view) {}, [&](const FormatConversion& conversion) { types.Add(conversion); });
     std::vector<FormatArgument> arguments;
-    arguments.reserve(types.Types().size());
-    for (const std::optional<CType>& type : types.Types()) {
+    for (const std::optional<CType>& type : ListedTypes(format)) {
         if (!type)
             throw FormatError("the format leaves out a position, so that its kind cannot be told");
         switch (*type) {

@@ -30,17 +30,19 @@ private:
     locale_t m_previous;
 };
 
+}  // namespace
+
 template <class Number>
-std::string Format(const std::string& conversion, int width, int precision, Number value)
+std::string FormatNumber(const std::string& conversion, int width, int precision, Number number)
 {
     const ScopedCLocale plain;
     const char* const format = conversion.c_str();
     std::string text(64, '\0');
     for (;;) {
-        // The format is built by the caller from checked flags and one of the conversions for floating-point numbers.
+        // The caller builds the format from checked flags and the conversion of a number.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-        const int length = std::snprintf(text.data(), text.size() + 1, format, width, precision, value);
+        const int length = std::snprintf(text.data(), text.size() + 1, format, width, precision, number);
 #pragma GCC diagnostic pop
         if (length < 0)
             throw std::bad_alloc();
@@ -51,16 +53,10 @@ std::string Format(const std::string& conversion, int width, int precision, Numb
     }
 }
 
-}  // namespace
-
-std::string FormatNumber(const std::string& conversion, int width, int precision, double value)
-{
-    return Format(conversion, width, precision, value);
-}
-
-std::string FormatNumber(const std::string& conversion, int width, int precision, long double value)
-{
-    return Format(conversion, width, precision, value);
-}
+template std::string FormatNumber(const std::string&, int, int, double);
+template std::string FormatNumber(const std::string&, int, int, long double);
+template std::string FormatNumber(const std::string&, int, int, long long);
+template std::string FormatNumber(const std::string&, int, int, unsigned long long);
+template std::string FormatNumber(const std::string&, int, int, const void*);
 
 }  // namespace rk::platform

@@ -2,12 +2,18 @@
 
 #include <string>
 
-/// Floating-point numbers as C's printf writes them, with "." as decimal point whatever `setlocale` says.
+/// Numbers as C's printf writes them, with "." as decimal point whatever `setlocale` says.
 namespace rk::platform {
 
-/// `conversion` is a whole conversion with "*" for width and precision and, for `long double`, "L": "%-+*.*e". A
-/// negative precision counts as none. The result is exact: C's digits, rounding of ties included. Safe from any thread.
-std::string FormatNumber(const std::string& conversion, int width, int precision, double value);
-std::string FormatNumber(const std::string& conversion, int width, int precision, long double value);
+/// `conversion` is a whole conversion with "*" for width and precision and the length of `Number`: "%-+*.*Le". A negative
+/// precision counts as none. The result is exact: C's digits, rounding of ties included. Safe from any thread.
+template <class Number>
+std::string FormatNumber(const std::string& conversion, int width, int precision, Number number);
+
+extern template std::string FormatNumber(const std::string&, int, int, double);
+extern template std::string FormatNumber(const std::string&, int, int, long double);
+extern template std::string FormatNumber(const std::string&, int, int, long long);
+extern template std::string FormatNumber(const std::string&, int, int, unsigned long long);
+extern template std::string FormatNumber(const std::string&, int, int, const void*);
 
 }  // namespace rk::platform
