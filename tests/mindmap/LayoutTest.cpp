@@ -71,6 +71,24 @@ Outline Grown(int count, const std::function<int(int)>& parentOf, const std::fun
     return builder.Finish(u"Centre");
 }
 
+/// A topic that stands neither below nor further out than each of its earlier sisters on its side; 0 for none.
+std::size_t FirstOutOfOrder(const Outline& outline, const MapLayout& map)
+{
+    std::vector<std::vector<std::size_t>> children(outline.topics.size());
+    for (std::size_t i = 1; i < outline.topics.size(); ++i) {
+        std::vector<std::size_t>& sisters = children[static_cast<std::size_t>(outline.topics[i].parent)];
+        const Box box(map.shapes[i].bounds);
+        for (const std::size_t earlier : sisters) {
+            const Box other(map.shapes[earlier].bounds);
+            const bool isOut = map.shapes[i].side == Side::Left ? box.right <= other.left : box.left >= other.right;
+            if (map.shapes[i].side == map.shapes[earlier].side && box.top < other.bottom && !isOut)
+                return i;
+        }
+        sisters.push_back(i);
+    }
+    return 0;
+}
+
 Outline Chain(int levelCount)
 {
     OutlineBuilder builder;
@@ -104,6 +122,7 @@ TEST(Layout, KeepsTopicsApartAndLinesOnEdgesForEveryShapeOfTree)
             const Outline outline = RandomOutline(random, topicCount, deepening);
             const MapLayout map = LayOut(outline);
             ASSERT_EQ(FaultOf(outline, map), "");
+            ASSERT_EQ(FirstOutOfOrder(outline, map), 0U);
             ASSERT_TRUE(CheckMap(outline, map).AreNone());
             ASSERT_TRUE(ParseXml(SvgOf(outline, map)).isWellFormed);
         }
@@ -158,6 +177,8 @@ TEST(Layout, FitsEveryTreeIntoAFullSheet)
         {"a leaf at each of many levels", 4000, [](int i) { return i == 1       ? 0
                                                                    : i % 2 == 0 ? i - 1
                                                                                 : i - 2; }},
+        {"a branch before and a leaf behind each of many levels", 5000,
+         [](int i) { return i % 5 == 2 ? i - 1 : std::max(0, i - i % 5 - (i % 5 == 0 ? 3 : 2)); }},
         {"five", 6, [](int) { return 0; }},
         {"two", 2, [](int) { return 0; }},
     };
@@ -180,6 +201,7 @@ TEST(Layout, FitsEveryTreeIntoAFullSheet)
             EXPECT_LE(std::max(page.width, page.height), 2.5F * std::min(page.width, page.height));
             EXPECT_LE(std::max(page.width, page.height), 32'767);
             EXPECT_GE(FillOf(outline, map), 0.45);
+            EXPECT_EQ(FirstOutOfOrder(outline, map), 0U);
         }
 }
 

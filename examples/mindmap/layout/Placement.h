@@ -47,8 +47,8 @@ struct Placement {
 /// (tip-over trees) or the first beside and the others below, in columns, or in two groups above or beside each other.
 /// The form of the whole that needs the smallest sheet of 4 : 3 decides the others.
 ///
-/// Children stand in their order from top to bottom, column by column. Only on a path of more than 24 levels the child
-/// with the heaviest branch comes after its sisters: such a path flows on below, and from column to column.
+/// A path of more than 24 levels flows on below, and from column to column (BoxTree::isInFlow). Children stand in their
+/// order from top to bottom, column by column; those that come after the next topic of a flow stand beside it.
 ///
 /// Takes time and memory as n log n.
 Placement PlaceBoxes(const std::vector<PlainBox>& boxes);
