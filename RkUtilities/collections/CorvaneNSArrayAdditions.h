@@ -30,6 +30,7 @@ constexpr auto AddressOf(const Reference& reference)
         return reference;
 }
 
+/// The type that walking the range gives.
 template <class Range>
 using RangeReference = std::remove_cvref_t<std::ranges::range_reference_t<Range>>;
 

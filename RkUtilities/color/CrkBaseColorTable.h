@@ -10,6 +10,7 @@
 /// threads ask for texts, and does not change it while they do.
 class RK_EXPORT CrkBaseColorTable {
 public:
+    /// A color with the name of its text.
     struct ColorEntry {
         unsigned int argb;  ///< 0xAARRGGBB, compared exactly, alpha included
         char const* key;    ///< of the text in the application's string tables (`CString::LoadString`); null: no text
@@ -22,14 +23,14 @@ public:
 
     /// The table that is set; null when no table is set, as at the start.
     static void Set(CrkBaseColorTable* table) noexcept;
-    static CrkBaseColorTable* Get() noexcept;
+    static CrkBaseColorTable* Get() noexcept;  ///< The table that is set, or null.
     /// The text for a `COLORREF`: the text of the first entry with the same opaque ARGB value, in the user's language.
     /// Without a table, an entry or a text: the red, green and blue byte in hexadecimal digits, "{FF,80,00}".
     static CString GetColorText(unsigned int color);
 
 protected:
     CrkBaseColorTable() = default;
-    CrkBaseColorTable(const CrkBaseColorTable&) = default;
-    CrkBaseColorTable& operator=(const CrkBaseColorTable&) = default;
+    CrkBaseColorTable(const CrkBaseColorTable&) = default;  ///< Copies nothing: a table has no state of its own.
+    CrkBaseColorTable& operator=(const CrkBaseColorTable&) = default;  ///< Copies nothing.
     ~CrkBaseColorTable() = default;
 };

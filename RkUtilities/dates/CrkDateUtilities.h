@@ -14,13 +14,15 @@
 /// Members throw `std::bad_alloc` and what they name, nothing else. Safe from any thread.
 class RK_EXPORT CrkDateUtilities {
 public:
-    // Three times that callers know by name. They are made when the library is loaded, after the zone of that moment, and
+    // --- Three times that callers know by name
+    // They are made when the library is loaded, after the zone of that moment, and
     // may be used by the initialisers of other files.
     static const CTime NullTime;     ///< `CTime()`
     static const CTime MinimumTime;  ///< 2 January 1970, 00:00:00 local time
     static const CTime MaximumTime;  ///< 30 December 3000, 23:59:59 local time
 
-    // Texts in the user's language, after the styles of CLDR. The process's first date text fixes the locale of all
+    // --- Texts in the user's language, after the styles of CLDR
+    // The process's first date text fixes the locale of all
     // date texts, its first time text the locale of all time texts; a later change is not seen. The zone is looked up
     // at each call. Days before 1582 are Gregorian too; a locale with another calendar (Buddhist in "th_TH", Persian in
     // "fa_IR") shows that calendar. The examples are from "en_US" and "de_DE".
@@ -36,7 +38,8 @@ public:
     /// The short date, one space, the short time: "16.11.26 21:52".
     static CString ShortDateTimeString(const CTime& time);
 
-    // UTC and local time. Mind the directions: existing callers rely on them. The offset is always the present offset,
+    // --- UTC and local time
+    // Mind the directions: existing callers rely on them. The offset is always the present offset,
     // also for a time in another daylight-saving period.
 
     /// The time less the zone's offset from UTC: one hour earlier in a zone at UTC+1.
@@ -44,27 +47,29 @@ public:
     /// The time plus the zone's offset from UTC: one hour later in a zone at UTC+1.
     static CTime ConvertLocalTimeToUtcTime(const CTime& time) noexcept;
 
-    // Between the two types of time: the date value of a time has the time's local calendar fields, to the second.
+    // --- Between the two types of time
+    // The date value of a time has the time's local calendar fields, to the second.
 
-    static CTime COleDateTimeToCTime(COleDateTime date) noexcept;
-    static COleDateTime CTimeToCOleDateTime(CTime time) noexcept;
+    static CTime COleDateTimeToCTime(COleDateTime date) noexcept;  ///< `CTime(date.m_dt)`.
+    static COleDateTime CTimeToCOleDateTime(CTime time) noexcept;  ///< `COleDateTime(time)`.
 
-    // Days.
+    // --- Days
 
     /// The same calendar day at 00:00:00. Where a clock change leaves 00:00:00 out, `CTime` decides: the day's first
     /// moment if the gap begins at 00:00.
     static COleDateTime RemoveTimeFromDate(const COleDateTime& date) noexcept;
-    static CTime RemoveTimeFromDate(const CTime& time) noexcept;
+    static CTime RemoveTimeFromDate(const CTime& time) noexcept;  ///< The same for a time.
     /// True when year, month and day are the same, whatever the time of day.
     static bool IsSameDay(const CTime& a, const CTime& b) noexcept;
-    static bool IsSameDay(const COleDateTime& a, const COleDateTime& b) noexcept;
+    static bool IsSameDay(const COleDateTime& a, const COleDateTime& b) noexcept;  ///< The same for date values.
     /// Does nothing; for callers from the time when `NullTime` had to be made.
     static void InitNullDate() noexcept {}
 
-    // Weeks.
+    // --- Weeks
 
     /// 00:00 on the Sunday that begins the date's week, and on the Sunday that ends it.
     static COleDateTime GetWeekStart(const COleDateTime& date) noexcept;
+    /// 00:00 on the Sunday that ends the date's week.
     static COleDateTime GetWeekEnd(const COleDateTime& date) noexcept;
     /// 00:00 on the first day of the date's week: on a Monday when `language` is exactly "de" or "fr", else on a Sunday.
     static COleDateTime GetLocalizedWeekStart(const COleDateTime& date, const CString& language) noexcept;
@@ -73,7 +78,8 @@ public:
     /// day.
     static CTime GetLocalizedWeekStart(CTime date, CString language) noexcept;
 
-    // The calendar of working days as the text that is stored with a map: seven flags from Sunday to Saturday, "1" for a
+    // --- The calendar of working days
+    // Its text, which is stored with a map, has seven flags from Sunday to Saturday, "1" for a
     // working day and "0" for a day off, then dates, each ";" and a date value with six decimals.
     //
     //     "0111110;45000.000000"     Monday to Friday, and the 15th of March 2023

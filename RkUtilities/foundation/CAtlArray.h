@@ -26,14 +26,16 @@
 template <class T>
 class CAtlArray {
 public:
-    using value_type = T;
-    using iterator = T*;
-    using const_iterator = const T*;
+    using value_type = T;             ///< The elements' type.
+    using iterator = T*;              ///< Walks and changes the elements.
+    using const_iterator = const T*;  ///< Walks the elements.
 
     CAtlArray() noexcept = default;
+    /// The listed elements.
     CAtlArray(std::initializer_list<T> elements) : CAtlArray(elements.begin(), elements.size()) {}
-    CAtlArray(const CAtlArray& other) : CAtlArray(other.begin(), other.GetCount()) {}
-    CAtlArray(CAtlArray&& other) noexcept { Swap(other); }
+    CAtlArray(const CAtlArray& other) : CAtlArray(other.begin(), other.GetCount()) {}  ///< Copies the elements.
+    CAtlArray(CAtlArray&& other) noexcept { Swap(other); }  ///< Takes the elements; `other` is empty then.
+    /// Copies or takes the other array's elements.
     CAtlArray& operator=(CAtlArray other) noexcept
     {
         Swap(other);
@@ -41,19 +43,21 @@ public:
     }
     ~CAtlArray() { std::destroy_n(m_storage.m_elements, m_count); }
 
-    std::size_t GetCount() const noexcept { return m_count; }
-    bool IsEmpty() const noexcept { return m_count == 0; }
+    std::size_t GetCount() const noexcept { return m_count; }  ///< The number of elements.
+    bool IsEmpty() const noexcept { return m_count == 0; }     ///< Whether there are no elements.
 
+    /// The element at `index`, for reading.
     const T& GetAt(std::size_t index) const { return m_storage.m_elements[Checked(index)]; }
-    T& GetAt(std::size_t index) { return m_storage.m_elements[Checked(index)]; }
-    const T& operator[](std::size_t index) const { return GetAt(index); }
-    T& operator[](std::size_t index) { return GetAt(index); }
+    T& GetAt(std::size_t index) { return m_storage.m_elements[Checked(index)]; }  ///< The element at `index`.
+    const T& operator[](std::size_t index) const { return GetAt(index); }         ///< `GetAt`, for reading.
+    T& operator[](std::size_t index) { return GetAt(index); }                     ///< `GetAt`.
 
     /// Replaces an element. The element's own assignment decides what is left of it when that throws.
     void SetAt(std::size_t index, const T& element)
     {
         rk::RaisingAllocationFailures([&] { GetAt(index) = element; });
     }
+    /// Moves an element in.
     void SetAt(std::size_t index, T&& element)
     {
         rk::RaisingAllocationFailures([&] { GetAt(index) = std::move(element); });
@@ -62,6 +66,7 @@ public:
     /// Adds an element behind the last one, in constant time on average.
     /// @return its index
     std::size_t Add(const T& element) { return Append(element); }
+    /// Moves an element in at the end; returns its index.
     std::size_t Add(T&& element) { return Append(std::move(element)); }
 
     /// Cuts the array to its first `count` elements, or lengthens it with value-initialised ones (0, false, "").
@@ -86,9 +91,9 @@ public:
 
     /// Pointers, so the array is a contiguous range: std::span and std::ranges take it.
     T* begin() noexcept { return m_storage.m_elements; }
-    T* end() noexcept { return m_storage.m_elements + m_count; }
-    const T* begin() const noexcept { return m_storage.m_elements; }
-    const T* end() const noexcept { return m_storage.m_elements + m_count; }
+    T* end() noexcept { return m_storage.m_elements + m_count; }              ///< Behind the last element.
+    const T* begin() const noexcept { return m_storage.m_elements; }          ///< The first element, for reading.
+    const T* end() const noexcept { return m_storage.m_elements + m_count; }  ///< Behind the last element.
 
     /// The same number of elements, equal one by one.
     friend bool operator==(const CAtlArray& left, const CAtlArray& right)

@@ -26,16 +26,18 @@
 template <class T>
 class CAtlList {
 public:
-    using value_type = T;
-    using iterator = rk::PositionIterator<CAtlList, T>;
-    using const_iterator = rk::PositionIterator<CAtlList, const T>;
+    using value_type = T;                                            ///< The elements' type.
+    using iterator = rk::PositionIterator<CAtlList, T>;              ///< Walks and changes the elements.
+    using const_iterator = rk::PositionIterator<CAtlList, const T>;  ///< Walks the elements.
 
     /// @param blockElementCount  how many elements are allocated at a time; 0 counts as 1
     explicit CAtlList(unsigned int blockElementCount) noexcept : m_blockElementCount(blockElementCount) {}
     CAtlList() noexcept : CAtlList(10u) {}
-    CAtlList(std::initializer_list<T> elements) : CAtlList() { AddEach(elements); }
-    CAtlList(const CAtlList& other) : CAtlList(other.m_blockElementCount) { AddEach(other); }
+    CAtlList(std::initializer_list<T> elements) : CAtlList() { AddEach(elements); }            ///< The listed elements.
+    CAtlList(const CAtlList& other) : CAtlList(other.m_blockElementCount) { AddEach(other); }  ///< Copies the elements.
+    /// Takes the elements; `other` is empty then.
     CAtlList(CAtlList&& other) noexcept : CAtlList(other.m_blockElementCount) { Swap(other); }
+    /// Copies or takes the other list's elements.
     CAtlList& operator=(CAtlList other) noexcept
     {
         Swap(other);
@@ -43,25 +45,33 @@ public:
     }
     ~CAtlList() { RemoveAll(); }
 
-    std::size_t GetCount() const noexcept { return m_count; }
-    bool IsEmpty() const noexcept { return m_count == 0; }
+    std::size_t GetCount() const noexcept { return m_count; }  ///< The number of elements.
+    bool IsEmpty() const noexcept { return m_count == 0; }     ///< Whether there are no elements.
 
     /// Adds an element before the first or behind the last one.
     /// @return its position
     POSITION AddHead(const T& element) { return LinkHead(Create(element)); }
-    POSITION AddHead(T&& element) { return LinkHead(Create(std::move(element))); }
+    POSITION AddHead(T&& element)
+    {
+        return LinkHead(Create(std::move(element)));
+    }  ///< Moves an element in at the head.
+    /// Adds an element at the tail; returns its position.
     POSITION AddTail(const T& element) { return LinkTail(Create(element)); }
-    POSITION AddTail(T&& element) { return LinkTail(Create(std::move(element))); }
+    POSITION AddTail(T&& element)
+    {
+        return LinkTail(Create(std::move(element)));
+    }  ///< Moves an element in at the tail.
 
     /// The position of the first element; null in an empty list.
     POSITION GetHeadPosition() const noexcept { return PositionOf(m_head); }
 
     /// The element at the position, which moves on to the next element, or to null behind the last one.
     T& GetNext(POSITION& position) { return NodeAt(std::exchange(position, Following(position)))->element; }
+    /// The same, for reading.
     const T& GetNext(POSITION& position) const { return NodeAt(std::exchange(position, Following(position)))->element; }
 
-    T& GetAt(POSITION position) { return Checked(position)->element; }
-    const T& GetAt(POSITION position) const { return Checked(position)->element; }
+    T& GetAt(POSITION position) { return Checked(position)->element; }              ///< The element at a position.
+    const T& GetAt(POSITION position) const { return Checked(position)->element; }  ///< The element, for reading.
 
     /// Removes the element; the positions of all others stay valid.
     void RemoveAt(POSITION position)
@@ -88,9 +98,9 @@ public:
 
     /// Forward iterators, head to tail.
     iterator begin() noexcept { return {this, GetHeadPosition()}; }
-    iterator end() noexcept { return {this, nullptr}; }
-    const_iterator begin() const noexcept { return {this, GetHeadPosition()}; }
-    const_iterator end() const noexcept { return {this, nullptr}; }
+    iterator end() noexcept { return {this, nullptr}; }                          ///< Behind the last element.
+    const_iterator begin() const noexcept { return {this, GetHeadPosition()}; }  ///< The first element, for reading.
+    const_iterator end() const noexcept { return {this, nullptr}; }              ///< Behind the last element.
 
     /// The same number of elements, equal one by one.
     friend bool operator==(const CAtlList& left, const CAtlList& right)

@@ -50,13 +50,13 @@ class CAtlMap {
 public:
     /// An entry: what walks and look-ups lead to. The key stays; the value may be changed.
     struct CPair {
-        const K m_key;
-        V m_value;
+        const K m_key;  ///< never changes
+        V m_value;      ///< may be changed in place
     };
 
-    using value_type = CPair;
-    using iterator = rk::PositionIterator<CAtlMap, CPair>;
-    using const_iterator = rk::PositionIterator<CAtlMap, const CPair>;
+    using value_type = CPair;                                           ///< The entries' type.
+    using iterator = rk::PositionIterator<CAtlMap, CPair>;              ///< Walks the entries and changes values.
+    using const_iterator = rk::PositionIterator<CAtlMap, const CPair>;  ///< Walks the entries.
 
     CAtlMap() noexcept = default;
     /// Sets the pairs in their order, so that the last one of equal keys stays.
@@ -65,11 +65,13 @@ public:
         for (const CPair& pair : pairs)
             SetAt(pair.m_key, pair.m_value);
     }
+    /// Copies the entries.
     CAtlMap(const CAtlMap& other) : CAtlMap()
     {
         rk::RaisingAllocationFailures([&] { CopyEntries(other); });
     }
-    CAtlMap(CAtlMap&& other) noexcept : CAtlMap() { Swap(other); }
+    CAtlMap(CAtlMap&& other) noexcept : CAtlMap() { Swap(other); }  ///< Takes the entries; `other` is empty then.
+    /// Copies or takes the other map's entries.
     CAtlMap& operator=(CAtlMap other) noexcept
     {
         Swap(other);
@@ -94,15 +96,15 @@ public:
         return m_buckets.count == 0 ? m_firstBucketCount : m_buckets.count;
     }
 
-    std::size_t GetCount() const noexcept { return m_count; }
-    bool IsEmpty() const noexcept { return m_count == 0; }
+    std::size_t GetCount() const noexcept { return m_count; }  ///< The number of entries.
+    bool IsEmpty() const noexcept { return m_count == 0; }     ///< Whether there are no entries.
 
     /// Sets the value of the key. A key that was there stays, in its place, and its value is assigned to: that
     /// assignment decides what is left of the value when it throws.
     /// @return the entry's position
     POSITION SetAt(const K& key, const V& value) { return Set(key, value); }
-    POSITION SetAt(const K& key, V&& value) { return Set(key, std::move(value)); }
-    POSITION SetAt(K&& key, V&& value) { return Set(std::move(key), std::move(value)); }
+    POSITION SetAt(const K& key, V&& value) { return Set(key, std::move(value)); }  ///< The same, moving the value in.
+    POSITION SetAt(K&& key, V&& value) { return Set(std::move(key), std::move(value)); }  ///< The same, moving both in.
 
     /// The entry of the key, or null.
     ///
@@ -113,6 +115,7 @@ public:
         Node* const node = FindKey(key);
         return node ? &node->entry : nullptr;
     }
+    /// The entry, for reading.
     template <rk::KeyFor<K, KTraits> Key = K>
     const CPair* Lookup(const Key& key) const
     {
@@ -168,6 +171,7 @@ public:
 
     /// The entry at the position, which moves on to the next entry, or to null behind the last one. Never null.
     CPair* GetNext(POSITION& position) { return &EntryAt(std::exchange(position, Following(position))); }
+    /// The same, for reading.
     const CPair* GetNext(POSITION& position) const { return &EntryAt(std::exchange(position, Following(position))); }
 
     /// The same as a copy of the key and the value; when copying throws, the position stays.
@@ -183,9 +187,9 @@ public:
 
     /// Forward iterators over the entries, in the order of the walk.
     iterator begin() noexcept { return {this, GetStartPosition()}; }
-    iterator end() noexcept { return {this, nullptr}; }
-    const_iterator begin() const noexcept { return {this, GetStartPosition()}; }
-    const_iterator end() const noexcept { return {this, nullptr}; }
+    iterator end() noexcept { return {this, nullptr}; }                           ///< Behind the last entry.
+    const_iterator begin() const noexcept { return {this, GetStartPosition()}; }  ///< The first entry, for reading.
+    const_iterator end() const noexcept { return {this, nullptr}; }               ///< Behind the last entry.
 
     /// The same keys with equal values, in whatever order.
     friend bool operator==(const CAtlMap& left, const CAtlMap& right)

@@ -15,8 +15,9 @@
 /// std::u16string) is handed in as a view, so that looking up a literal or a part of a text builds no text.
 template <class T>
 struct CElementTraits {
+    /// Whether `T` is a text class.
     static constexpr bool kIsText = std::is_class_v<T> && std::convertible_to<const T&, std::u16string_view>;
-    using INARGTYPE = std::conditional_t<kIsText, std::u16string_view, const T&>;
+    using INARGTYPE = std::conditional_t<kIsText, std::u16string_view, const T&>;  ///< How an element is handed in.
 
     /// std::hash, its upper half folded into the lower one; for texts it covers every code unit.
     static std::uint32_t Hash(INARGTYPE element)
@@ -38,7 +39,7 @@ struct CElementTraits {
 /// Numbers are hashed so that a map of whole numbers is walked in their order modulo the bucket count.
 template <>
 struct CElementTraits<double> {
-    using INARGTYPE = double;
+    using INARGTYPE = double;  ///< How a number is handed in.
 
     /// The low 32 bits of the number, cut towards zero, as an unsigned 64-bit integer.
     ///

@@ -21,6 +21,6 @@ public:
 
 protected:
     CException() = default;
-    CException(const CException&) = default;
-    CException& operator=(const CException&) = default;
+    CException(const CException&) = default;             ///< Copies the flag of `Delete`.
+    CException& operator=(const CException&) = default;  ///< Copies the flag of `Delete`.
 };

@@ -54,8 +54,8 @@ public:
     /// Closes an open file. A failure to write back what was written goes unnoticed here: call `Close` to learn of
     /// it.
     ~CFile();
-    CFile(CFile&& other) noexcept;
-    CFile& operator=(CFile&& other) noexcept;
+    CFile(CFile&& other) noexcept;             ///< Takes the open file over; `other` is closed.
+    CFile& operator=(CFile&& other) noexcept;  ///< Closes this file and takes the other one over.
     CFile(const CFile&) = delete;
     CFile& operator=(const CFile&) = delete;
 
@@ -67,6 +67,7 @@ public:
     /// end; flags beyond those above too (`genericException`, EINVAL).
     /// @param[out] error  may be null; on failure cause, error number and path, untouched on success.
     bool Open(const CString& path, unsigned int flags, CFileException* error = nullptr);
+    /// The same for a zero-terminated path.
     bool Open(unsigned short const* path, unsigned int flags, CFileException* error = nullptr);
 
     /// Opens a new, empty file for reading and writing that has no name before `CommitAs` or `CommitOver`.
@@ -87,7 +88,7 @@ public:
     /// `fileNotFound`. A file without permission to write is replaced as any other, since the folder's permission decides.
     void CommitOver(const CString& path);
 
-    [[nodiscard]] bool IsOpen() const noexcept { return m_hFile >= 0; }
+    [[nodiscard]] bool IsOpen() const noexcept { return m_hFile >= 0; }  ///< Whether a file is open.
 
     /// Reads up to `byteCount` bytes at the position; fewer come back only where the file ends, 0 at its end.
     unsigned int Read(void* buffer, unsigned int byteCount);
@@ -100,8 +101,8 @@ public:
     /// Moves the position; `from` is 0 for the start, 1 for the position, 2 for the end. A position past the end is
     /// legal, one before the start fails with `badSeek`. Returns the new position.
     unsigned long long Seek(long long offset, unsigned int from);
-    [[nodiscard]] unsigned long long GetPosition() const;
-    [[nodiscard]] unsigned long long GetLength() const;
+    [[nodiscard]] unsigned long long GetPosition() const;  ///< The position in bytes from the start.
+    [[nodiscard]] unsigned long long GetLength() const;    ///< The length in bytes.
     /// Cuts the file to a length in bytes, or lengthens it with zero bytes. The position stays.
     void SetLength(unsigned long long byteCount);
 
@@ -128,6 +129,7 @@ public:
     ///   alone, to the nanosecond: a status just read and written back moves no time.
     /// - The time a file was made, its size and its name are not looked at.
     static void SetStatus(const CString& path, const CFileStatus& status);
+    /// The same for a zero-terminated path.
     static void SetStatus(unsigned short const* path, const CFileStatus& status);
 
     /// Removes a file or a link (never what it leads to); a folder fails with `accessDenied`.

@@ -41,7 +41,7 @@ public:
 
     /// `osError` is an error number of the system (`errno`), 0 for none; a null `fileName` gives "".
     explicit CFileException(int cause = none, int osError = 0, unsigned short const* fileName = nullptr);
-    CFileException(int cause, int osError, CString fileName);
+    CFileException(int cause, int osError, CString fileName);  ///< An exception with these three facts.
     ~CFileException() override;
 
     /// The cause that stands for an error number of the system; 0 gives `none`. ENOENT alone gives `fileNotFound`:
@@ -56,7 +56,7 @@ public:
     /// A part that is not known is left out. Texts of an application's own go by `m_cause`.
     [[nodiscard]] CString GetErrorMessage() const;
 
-    int m_cause;
+    int m_cause;  ///< A value of the causes above.
     /// The system's error number behind the cause, 0 when there is none.
     long m_lOsError;
     /// The path as the caller gave it.

@@ -27,7 +27,7 @@ struct CFileStatus {
     CTime m_atime;
     /// Bytes; 64 bits, so files above 4 GiB fit. For a folder whatever the file system says.
     std::int64_t m_size = 0;
-    unsigned char m_attribute = 0;
+    unsigned char m_attribute = 0;  ///< Bits of `Attribute`.
     /// The absolute path: the one asked for, after the current folder when it was relative and there is one.
     CString m_szFullName;
 };

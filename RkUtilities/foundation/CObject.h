@@ -19,6 +19,6 @@ public:
 
 protected:
     CObject() = default;
-    CObject(const CObject&) = default;
-    CObject& operator=(const CObject&) = default;
+    CObject(const CObject&) = default;             ///< Nothing to copy.
+    CObject& operator=(const CObject&) = default;  ///< Nothing to copy.
 };

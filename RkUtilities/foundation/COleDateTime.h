@@ -22,23 +22,26 @@ public:
     /// The value of these fields; those out of range are carried ("31 April" is 1 May).
     COleDateTime(int year, int month, int day, int hour, int minute, int second) noexcept;
 
-    [[nodiscard]] int GetYear() const noexcept;
-    [[nodiscard]] int GetMonth() const noexcept;  ///< 1 to 12
-    [[nodiscard]] int GetDay() const noexcept;    ///< 1 to 31
-    [[nodiscard]] int GetHour() const noexcept;
-    [[nodiscard]] int GetMinute() const noexcept;
-    [[nodiscard]] int GetSecond() const noexcept;
+    [[nodiscard]] int GetYear() const noexcept;       ///< The full year.
+    [[nodiscard]] int GetMonth() const noexcept;      ///< 1 to 12
+    [[nodiscard]] int GetDay() const noexcept;        ///< 1 to 31
+    [[nodiscard]] int GetHour() const noexcept;       ///< 0 to 23
+    [[nodiscard]] int GetMinute() const noexcept;     ///< 0 to 59
+    [[nodiscard]] int GetSecond() const noexcept;     ///< 0 to 59
     [[nodiscard]] int GetDayOfWeek() const noexcept;  ///< 1 is Sunday, 7 Saturday
 
+    /// The date value so much later.
     friend constexpr COleDateTime operator+(const COleDateTime& date, const COleDateTimeSpan& span) noexcept
     {
         return COleDateTime(date.m_dt + span.m_span);
     }
+    /// The date value so much earlier.
     friend constexpr COleDateTime operator-(const COleDateTime& date, const COleDateTimeSpan& span) noexcept
     {
         return COleDateTime(date.m_dt - span.m_span);
     }
-    friend constexpr auto operator<=>(const COleDateTime&, const COleDateTime&) noexcept = default;
+    friend constexpr auto operator<=>(const COleDateTime&,
+                                      const COleDateTime&) noexcept = default;  ///< By the numbers.
 
     double m_dt = 0;  ///< the date value
 };

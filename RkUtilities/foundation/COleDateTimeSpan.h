@@ -14,6 +14,7 @@ public:
                  static_cast<double>(hours * std::int64_t{3600} + minutes * std::int64_t{60} + seconds) / 86400)
     {}
 
+    /// By the numbers.
     friend constexpr auto operator<=>(const COleDateTimeSpan&, const COleDateTimeSpan&) noexcept = default;
 
     double m_span = 0;  ///< the whole duration in days

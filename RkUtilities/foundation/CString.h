@@ -59,8 +59,8 @@ concept CodeUnit = std::same_as<T, char16_t> || std::same_as<T, unsigned short>;
 ///   be changed while another thread uses it.
 class RK_EXPORT CString {
 public:
-    using value_type = char16_t;
-    using const_iterator = const char16_t*;
+    using value_type = char16_t;             ///< A code unit.
+    using const_iterator = const char16_t*;  ///< Walks the units.
 
     // --- Construction
 
@@ -87,7 +87,7 @@ public:
     /// The UTF-8 text. Every maximal part that is no UTF-8 (Unicode, chapter 3, table 3-7) becomes one U+FFFD; nothing
     /// is read past the view.
     CString(std::string_view utf8);
-    CString(const std::string& utf8) : CString(std::string_view(utf8)) {}
+    CString(const std::string& utf8) : CString(std::string_view(utf8)) {}  ///< The same for a `std::string`.
     /// The text of `byteCount` bytes in an encoding: 0x08000100 is UTF-8, the only one supported; others give the empty
     /// text. With `skipByteOrderMark` a leading EF BB BF is consumed and not kept.
     CString(char const* bytes, unsigned long byteCount, unsigned int encoding, bool skipByteOrderMark);
@@ -104,8 +104,8 @@ public:
 
     // --- Looking at the text
 
-    [[nodiscard]] int GetLength() const noexcept { return m_text.Length(); }
-    [[nodiscard]] bool IsEmpty() const noexcept { return m_text.Length() == 0; }
+    [[nodiscard]] int GetLength() const noexcept { return m_text.Length(); }      ///< The number of code units.
+    [[nodiscard]] bool IsEmpty() const noexcept { return m_text.Length() == 0; }  ///< Whether there are no units.
     /// The code unit at `index`; 0 outside the text.
     [[nodiscard]] unsigned short GetAt(long index) const noexcept
     {
@@ -115,21 +115,21 @@ public:
     [[nodiscard]] unsigned short const* GetUTF16Ptr() const noexcept { return rk::AsUnsignedShort(Units()); }
     /// The units, valid while this text is neither changed nor destroyed. Zero-terminated.
     [[nodiscard]] std::u16string_view View() const noexcept { return {Units(), static_cast<std::size_t>(GetLength())}; }
-    operator std::u16string_view() const noexcept { return View(); }
-    [[nodiscard]] const_iterator begin() const noexcept { return Units(); }
-    [[nodiscard]] const_iterator end() const noexcept { return Units() + GetLength(); }
+    operator std::u16string_view() const noexcept { return View(); }                     ///< `View()`.
+    [[nodiscard]] const_iterator begin() const noexcept { return Units(); }              ///< The first unit.
+    [[nodiscard]] const_iterator end() const noexcept { return Units() + GetLength(); }  ///< Behind the last unit.
     /// The UTF-8 bytes; a lone surrogate becomes U+FFFD (EF BF BD).
     [[nodiscard]] std::string ToUtf8() const;
-    void AppendUtf8To(std::string& bytes) const;
+    void AppendUtf8To(std::string& bytes) const;  ///< Appends the UTF-8 bytes to `bytes`.
 
     // --- Substrings
 
     /// The first / the last `unitCount` units, or all there are.
     [[nodiscard]] CString Left(int unitCount) const;
-    [[nodiscard]] CString Right(int unitCount) const;
+    [[nodiscard]] CString Right(int unitCount) const;  ///< The last `unitCount` units, or all there are.
     /// The units from `start` on, at most `unitCount`; "" at or past the end. A negative start counts as 0.
     [[nodiscard]] CString Mid(int start) const;
-    [[nodiscard]] CString Mid(int start, int unitCount) const;
+    [[nodiscard]] CString Mid(int start, int unitCount) const;  ///< The same, at most `unitCount` units.
     /// The leading part before the first unit that occurs in `set`; the whole text when none does.
     [[nodiscard]] CString SpanExcluding(const CString& set) const;
     /// The next run of units that are not in `delimiters`, from `position` on; `position` moves past the delimiter that
@@ -160,19 +160,25 @@ public:
     /// Below 0, 0 or above 0: by code units after Unicode's simple case folding. The same in every locale.
     [[nodiscard]] int CompareNoCase(const CString& other) const;
 
+    /// The same units.
     friend bool operator==(const CString& a, const CString& b) noexcept { return a.View() == b.View(); }
+    /// By code units.
     friend auto operator<=>(const CString& a, const CString& b) noexcept { return a.View() <=> b.View(); }
+    /// The same units.
     template <rk::Utf16Text T>
     friend bool operator==(const CString& a, const T& b)
     {
         return a.View() == ViewOf(b);
     }
+    /// By code units.
     template <rk::Utf16Text T>
     friend auto operator<=>(const CString& a, const T& b)
     {
         return a.View() <=> ViewOf(b);
     }
+    /// The same units.
     friend bool operator==(const CString& a, unsigned short const* b) noexcept { return a.View() == ViewOf(b); }
+    /// By code units.
     friend auto operator<=>(const CString& a, unsigned short const* b) noexcept { return a.View() <=> ViewOf(b); }
 
     // --- Changing the text in place
@@ -197,41 +203,48 @@ public:
     int Remove(unsigned short unit);
     /// Removes carriage returns and line feeds.
     void RemoveLineFeeds();
-    CString& MakeUpper();
-    CString& MakeLower();
+    CString& MakeUpper();  ///< Upper case, unit by unit.
+    CString& MakeLower();  ///< Lower case, unit by unit.
     /// Removes white space (Unicode's White_Space) at both ends / at the end.
     CString& Trim();
-    CString& TrimRight();
+    CString& TrimRight();  ///< Removes white space at the end.
 
-    CString& Append(const CString& text);
-    CString& operator+=(const CString& text) { return Append(text); }
+    CString& Append(const CString& text);                              ///< Adds a text at the end.
+    CString& operator+=(const CString& text) { return Append(text); }  ///< `Append`.
+    /// Appends any text.
     template <rk::Utf16Text T>
     CString& operator+=(const T& text)
     {
         return AppendUnits(ViewOf(text));
     }
+    /// Appends one unit.
     template <rk::CodeUnit T>
     CString& operator+=(const T& unit)
     {
         return AppendUnits({AsUnit(&unit), 1});
     }
 
+    /// `a` followed by `b`.
     friend CString operator+(const CString& a, const CString& b) { return Joined(a.View(), b.View()); }
+    /// `a` followed by `b`.
     template <rk::Utf16Text T>
     friend CString operator+(const CString& a, const T& b)
     {
         return Joined(a.View(), ViewOf(b));
     }
+    /// `a` followed by `b`.
     template <rk::Utf16Text T>
     friend CString operator+(const T& a, const CString& b)
     {
         return Joined(ViewOf(a), b.View());
     }
+    /// The text followed by a unit.
     template <rk::CodeUnit T>
     friend CString operator+(const CString& a, const T& unit)
     {
         return Joined(a.View(), {AsUnit(&unit), 1});
     }
+    /// A unit followed by the text.
     template <rk::CodeUnit T>
     friend CString operator+(const T& unit, const CString& b)
     {
@@ -273,6 +286,7 @@ public:
     /// with `rk::SetStringTables`. ICU's fallback decides the language. The text is taken as it stands there.
     void LoadString(char const* key, char const* bundle = nullptr);
 
+    /// Exchanges two texts; never throws.
     friend void swap(CString& a, CString& b) noexcept { std::swap(a.m_text, b.m_text); }
 
 private:
@@ -298,7 +312,9 @@ private:
 /// Writes the text as UTF-8; a lone surrogate becomes U+FFFD. Width and fill of the stream apply to the bytes.
 RK_EXPORT std::ostream& operator<<(std::ostream& stream, const CString& text);
 
+/// By the code units, as the hash of `std::u16string_view`.
 template <>
 struct std::hash<CString> {
+    /// By the code units, as the hash of `std::u16string_view`.
     std::size_t operator()(const CString& text) const noexcept { return std::hash<std::u16string_view>()(text.View()); }
 };

@@ -32,35 +32,38 @@ public:
     /// The time so many seconds after 1 January 2001, 00:00:00 UTC.
     [[nodiscard]] static CTime FromCFAbsoluteTime(double seconds) noexcept;
 
-    [[nodiscard]] int GetYear() const noexcept;
-    [[nodiscard]] int GetMonth() const noexcept;  ///< 1 to 12
-    [[nodiscard]] int GetDay() const noexcept;    ///< 1 to 31
-    [[nodiscard]] int GetHour() const noexcept;
-    [[nodiscard]] int GetMinute() const noexcept;
-    [[nodiscard]] int GetSecond() const noexcept;
+    [[nodiscard]] int GetYear() const noexcept;       ///< The full year.
+    [[nodiscard]] int GetMonth() const noexcept;      ///< 1 to 12
+    [[nodiscard]] int GetDay() const noexcept;        ///< 1 to 31
+    [[nodiscard]] int GetHour() const noexcept;       ///< 0 to 23
+    [[nodiscard]] int GetMinute() const noexcept;     ///< 0 to 59
+    [[nodiscard]] int GetSecond() const noexcept;     ///< 0 to 59
     [[nodiscard]] int GetDayOfWeek() const noexcept;  ///< 1 is Sunday, 7 Saturday
 
     /// Fills a record with the UTC / the local fields and returns it. Unlike C's, it holds the full year and the month from
     /// 1, so that the fields fit the constructor; day of the week and of the year count from 0, as C's.
     std::tm* GetGmtTm(std::tm* fields) const noexcept;
-    std::tm* GetLocalTm(std::tm* fields) const noexcept;
+    std::tm* GetLocalTm(std::tm* fields) const noexcept;  ///< Fills a record with the local fields, as `GetGmtTm` does.
 
     /// Seconds since 1 January 2001, 00:00:00 UTC.
     [[nodiscard]] constexpr double GetCFAbsoluteTime() const noexcept { return m_seconds; }
 
+    /// The span from `b` to `a`.
     friend CTimeSpan operator-(const CTime& a, const CTime& b) noexcept
     {
         return CTimeSpan::FromSeconds(a.m_seconds - b.m_seconds);
     }
+    /// The time so much later.
     friend CTime operator+(const CTime& time, const CTimeSpan& span) noexcept
     {
         return FromCFAbsoluteTime(time.m_seconds + span.GetTotalSeconds());
     }
+    /// The time so much earlier.
     friend CTime operator-(const CTime& time, const CTimeSpan& span) noexcept
     {
         return FromCFAbsoluteTime(time.m_seconds - span.GetTotalSeconds());
     }
-    friend constexpr auto operator<=>(const CTime&, const CTime&) noexcept = default;
+    friend constexpr auto operator<=>(const CTime&, const CTime&) noexcept = default;  ///< The earlier time is less.
 
 private:
     double m_seconds = -978307200;  // of the null time

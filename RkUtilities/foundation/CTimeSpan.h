@@ -13,6 +13,7 @@ public:
         : m_seconds(static_cast<double>(days * std::int64_t{86400} + hours * std::int64_t{3600} +
                                         minutes * std::int64_t{60} + seconds))
     {}
+    /// The span of that many seconds.
     static constexpr CTimeSpan FromSeconds(double seconds) noexcept
     {
         CTimeSpan span;
@@ -23,6 +24,7 @@ public:
     /// The whole duration in seconds, fractions included.
     [[nodiscard]] constexpr double GetTotalSeconds() const noexcept { return m_seconds; }
 
+    /// The shorter span is less.
     friend constexpr auto operator<=>(const CTimeSpan&, const CTimeSpan&) noexcept = default;
 
 private:

@@ -17,29 +17,33 @@ namespace rk {
 template <class Container, class Entry>
 class PositionIterator {
 public:
-    using iterator_category = std::forward_iterator_tag;
-    using value_type = std::remove_const_t<Entry>;
-    using difference_type = std::ptrdiff_t;
-    using pointer = Entry*;
-    using reference = Entry&;
+    using iterator_category = std::forward_iterator_tag;  ///< Multi-pass, forwards.
+    using value_type = std::remove_const_t<Entry>;        ///< What a position holds.
+    using difference_type = std::ptrdiff_t;               ///< The distance of two iterators.
+    using pointer = Entry*;                               ///< The result of `->`.
+    using reference = Entry&;                             ///< The result of `*`.
 
     PositionIterator() = default;
+    /// The iterator at a position of a container.
     PositionIterator(const Container* container, POSITION position) : m_container(container), m_position(position) {}
 
+    /// The same position, for reading.
     operator PositionIterator<Container, const Entry>() const
         requires(!std::is_const_v<Entry>)
     {
         return {m_container, m_position};
     }
 
-    Entry& operator*() const { return Container::EntryAt(m_position); }
-    Entry* operator->() const { return &**this; }
+    Entry& operator*() const { return Container::EntryAt(m_position); }  ///< The element or entry at the position.
+    Entry* operator->() const { return &**this; }                        ///< Its members.
 
+    /// Goes on to the next position.
     PositionIterator& operator++()
     {
         m_position = m_container->PositionAfter(m_position);
         return *this;
     }
+    /// Goes on to the next position and returns the iterator from before.
     PositionIterator operator++(int)
     {
         PositionIterator before = *this;
@@ -47,6 +51,7 @@ public:
         return before;
     }
 
+    /// Whether both stand at the same position.
     friend bool operator==(const PositionIterator& left, const PositionIterator& right)
     {
         return left.m_position == right.m_position;

@@ -14,10 +14,10 @@
 ///     line.Format(u"%s: %d", static_cast<char*>(StUTF8Buffer(name)), count);
 class RK_EXPORT StUTF8Buffer {
 public:
-    explicit StUTF8Buffer(const CString& text);
+    explicit StUTF8Buffer(const CString& text);  ///< Copies the text as UTF-8.
 
-    operator char*() noexcept { return m_bytes.get(); }
-    operator char const*() const noexcept { return m_bytes.get(); }
+    operator char*() noexcept { return m_bytes.get(); }              ///< The bytes, to be read or changed in place.
+    operator char const*() const noexcept { return m_bytes.get(); }  ///< The bytes, to be read.
 
 private:
     std::unique_ptr<char[]> m_bytes;

@@ -6,13 +6,14 @@
 ///
 /// Starts as the identity. Positive angles turn clockwise on the screen, where y grows downwards.
 struct CGAffineTransform {
-    double a = 1;
-    double b = 0;
-    double c = 0;
-    double d = 1;
-    double tx = 0;
-    double ty = 0;
+    double a = 1;   ///< x from x
+    double b = 0;   ///< y from x
+    double c = 0;   ///< x from y
+    double d = 1;   ///< y from y
+    double tx = 0;  ///< the move in x
+    double ty = 0;  ///< the move in y
 
+    /// Whether all fields are equal.
     constexpr bool operator==(const CGAffineTransform& other) const noexcept = default;
 };
 

@@ -7,12 +7,12 @@
 /// The operations work on the raw fields of the rectangle and never clamp: deflating by more than the size makes it
 /// negative.
 struct CrkFloatMargin {
-    float left = 0;
-    float top = 0;
-    float right = 0;
-    float bottom = 0;
+    float left = 0;    ///< the distance at the left
+    float top = 0;     ///< the distance at the top
+    float right = 0;   ///< the distance at the right
+    float bottom = 0;  ///< the distance at the bottom
 
-    constexpr bool operator==(const CrkFloatMargin& other) const noexcept = default;
+    constexpr bool operator==(const CrkFloatMargin& other) const noexcept = default;  ///< Whether all fields are equal.
 
     /// Moves each side inwards: (0, 0, 100, 50) less the margin (10, 5, 20, 15) is (10, 5, 70, 30).
     constexpr void DeflateRect(CrkFloatRect& rectangle) const noexcept

@@ -7,8 +7,9 @@
 /// CrkFloatSize, CrkFloatRect and CrkFloatMargin are plain: start at zero, compare field by field, and any value is
 /// legal in any field.
 struct CrkFloatPoint {
-    float x = 0;
-    float y = 0;
+    float x = 0;  ///< to the right
+    float y = 0;  ///< downwards
 
+    /// Whether both coordinates are equal, exactly.
     constexpr bool operator==(const CrkFloatPoint& other) const noexcept = default;
 };

@@ -11,18 +11,19 @@
 /// the mirror image with positive size, so (10, 10, -10, -10) is (0, 0, 10, 10). Bounds that are formed from a field
 /// that is not a number are not numbers.
 struct RK_EXPORT CrkFloatRect {
-    float x = 0;
-    float y = 0;
-    float width = 0;
-    float height = 0;
+    float x = 0;       ///< of the origin corner
+    float y = 0;       ///< of the origin corner
+    float width = 0;   ///< to the right of the origin, or to its left where negative
+    float height = 0;  ///< below the origin, or above it where negative
 
+    /// Whether the raw fields are equal, exactly.
     constexpr bool operator==(const CrkFloatRect& other) const noexcept = default;
 
-    // The standardized bounds.
-    constexpr float MinX() const noexcept { return x < x + width ? x : x + width; }
-    constexpr float MaxX() const noexcept { return x > x + width ? x : x + width; }
-    constexpr float MinY() const noexcept { return y < y + height ? y : y + height; }
-    constexpr float MaxY() const noexcept { return y > y + height ? y : y + height; }
+    // --- The standardized bounds
+    constexpr float MinX() const noexcept { return x < x + width ? x : x + width; }    ///< the left bound
+    constexpr float MaxX() const noexcept { return x > x + width ? x : x + width; }    ///< the right bound
+    constexpr float MinY() const noexcept { return y < y + height ? y : y + height; }  ///< the upper bound
+    constexpr float MaxY() const noexcept { return y > y + height ? y : y + height; }  ///< the lower bound
 
     /// The rectangle that stands for "no rectangle": its origin at infinity, its size 0. Inflated() gives it for a
     /// rectangle that shrinks to less than nothing.

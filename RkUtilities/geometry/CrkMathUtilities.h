@@ -31,9 +31,9 @@ public:
     /// A tolerance in drawing units for callers; no member uses it.
     static constexpr float Epsilon = 0.01f;
 
-    static constexpr double Pi() noexcept { return std::numbers::pi; }
+    static constexpr double Pi() noexcept { return std::numbers::pi; }  ///< π
 
-    // Rounding.
+    // --- Rounding
 
     /// The nearest whole number, halves away from zero: 2.5 gives 3, -2.5 gives -3, -0.4 gives 0.
     ///
@@ -49,15 +49,17 @@ public:
     /// RoundToNearest for an angle and a step in the same unit, degrees or radians.
     static double SnapAngle(double angle, double step) noexcept { return RoundToNearest(angle, step); }
 
-    // Comparison.
+    // --- Comparison
 
     /// Whether |a - b| is strictly less than a tolerance: 2^-23 for floats, 2^-51 for doubles, or the given tolerance.
     ///
     /// The tolerance is absolute, so neighbouring floats from 1 on are different. A tolerance of 0 always gives false;
     /// so do an argument that is not a number and two equal infinities.
     static bool FloatsEqual(float a, float b) noexcept { return FloatsEqual(a, b, 0x1p-23f); }
+    /// With a tolerance.
     static bool FloatsEqual(float a, float b, float tolerance) noexcept { return std::fabs(a - b) < tolerance; }
-    static bool FloatsEqual(double a, double b) noexcept { return FloatsEqual(a, b, 0x1p-51); }
+    static bool FloatsEqual(double a, double b) noexcept { return FloatsEqual(a, b, 0x1p-51); }  ///< For doubles.
+    /// For doubles with a tolerance.
     static bool FloatsEqual(double a, double b, double tolerance) noexcept { return std::fabs(a - b) < tolerance; }
 
     /// Whether the width grew at least as much as the height, or shrank at most as much.
@@ -66,9 +68,11 @@ public:
     /// sizes are equal or a field is not a number.
     static bool WidthChangedMore(const CrkFloatSize& oldSize, const CrkFloatSize& newSize) noexcept;
 
-    // Angles.
+    // --- Angles
 
+    /// angle · 180 / π
     static constexpr double RadiansToDegrees(double angle) noexcept { return angle * 180.0 / Pi(); }
+    /// angle · π / 180
     static constexpr double DegreesToRadians(double angle) noexcept { return angle * Pi() / 180.0; }
 
     /// The angle of the direction (x, y), clockwise from straight up; its length does not matter.
@@ -84,6 +88,7 @@ public:
     ///
     /// The arc tangent is single precision: the result is good to about 1e-7 and may lie that far outside its range.
     static double CalculateAngle(float x, float y) noexcept;
+    /// The angle of the direction (x, y) of a point.
     static double CalculateAngle(const CrkFloatPoint& direction) noexcept
     {
         return CalculateAngle(direction.x, direction.y);
@@ -102,8 +107,8 @@ public:
     /// A value so close below `low` that the sum rounds gives `high` itself; low = high gives not a number.
     static double NormalizeAngle(double angle, double low, double high) noexcept;
 
-    // Rotation about a centre, by degrees clockwise on the screen: (1, 0) turned by 90 about (0, 0) becomes (0, 1) up
-    // to rounding.
+    // --- Rotation about a centre, by degrees clockwise on the screen
+    // (1, 0) turned by 90 about (0, 0) becomes (0, 1) up to rounding.
 
     /// Turns one point in single precision.
     static void RotatePoint(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept;
@@ -111,9 +116,10 @@ public:
     /// Turns each point by an affine map in double precision, narrowed at the end: some last bits are more exact than
     /// RotatePoint's.
     static void RotatePointsAt(CrkFloatPoint* points, int count, float degrees, CrkFloatPoint centre) noexcept;
+    /// `RotatePointsAt` for one point.
     static void RotatePointAt(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept;
 
-    // Lengths.
+    // --- Lengths
 
     /// The distance of two points: their difference in single precision, its length in double, narrowed.
     static float Length(CrkFloatPoint a, CrkFloatPoint b) noexcept;
@@ -126,7 +132,7 @@ public:
     /// Exact for every argument, INT_MIN included; a length beyond INT_MAX gives INT_MAX.
     static int Length(int x, int y) noexcept;
 
-    // Numbers.
+    // --- Numbers
 
     /// A random number between `low` and `high`, both included; `high` itself comes about once in 2^31 draws.
     ///
@@ -143,7 +149,8 @@ public:
     /// pointer is null.
     static void SolveQuadraticEquation(float a, float b, float c, float* firstRoot, float* secondRoot) noexcept;
 
-    // Edge points: where the ray from `origin` into `direction` (a vector, not a target) meets the
+    // --- Edge points
+    // The result is where the ray from `origin` into `direction` (a vector, not a target) meets the
     // outline of a shape that was grown by `offset` on every side; a negative offset shrinks the shape. Without an
     // origin the ray starts at the middle of the rectangle. A shape that the offset shrinks away has no edge, and
     // neither has the null rectangle: the result is the origin.
@@ -155,6 +162,7 @@ public:
     /// origin inside: the result lies on the line through the origin, but need not lie on the rectangle.
     static CrkFloatPoint GetRectangleEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction, CrkFloatPoint origin,
                                                float offset) noexcept;
+    /// From the rectangle's centre.
     static CrkFloatPoint GetRectangleEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction, float offset) noexcept;
 
     /// The edge point of the ellipse inscribed in a rectangle.
@@ -167,9 +175,10 @@ public:
     /// precision also loses slanted rays some hundred times steeper than wide, and directions below 1e-36.
     static CrkFloatPoint GetEllipseEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction, CrkFloatPoint origin,
                                              float offset) noexcept;
+    /// From the rectangle's centre.
     static CrkFloatPoint GetEllipseEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction, float offset) noexcept;
 
-    // Points and rectangles.
+    // --- Points and rectangles
 
     /// The point of the rectangle closest to `point`.
     static CrkFloatPoint ClampPoint(const CrkFloatPoint& point, const CrkFloatRect& rectangle) noexcept;
@@ -178,7 +187,7 @@ public:
     /// false for every point when the width or height is negative.
     static bool IsPointInRect(const CrkFloatPoint& point, const CrkFloatRect& rectangle) noexcept;
 
-    // Points and lines. A tolerance is a distance in drawing units.
+    // --- Points and lines: a tolerance is a distance in drawing units
 
     /// The distance to the infinite line through both points; the distance to the start when the points are equal.
     /// Single precision: for lines shorter than about 1e-23 or longer than about 1e19, whose squared length leaves the
@@ -207,10 +216,13 @@ public:
     /// vertical line (ends less than 2^-23 apart in y or x) the value is the distance, elsewhere a multiple of it.
     static float IsPointAboveLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
                                   const CrkFloatPoint& lineEnd) noexcept;
+    /// The value of `IsPointAboveLine`.
     static float IsPointRightOfLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
                                     const CrkFloatPoint& lineEnd) noexcept;
+    /// Its negative.
     static float IsPointBelowLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
                                   const CrkFloatPoint& lineEnd) noexcept;
+    /// Its negative.
     static float IsPointLeftOfLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
                                    const CrkFloatPoint& lineEnd) noexcept;
 
@@ -219,7 +231,8 @@ public:
     /// (0, 0) for fewer than two points, for points that are all equal, and for a polyline whose length is not finite.
     static CrkFloatPoint GetPolylineMidpoint(const CrkFloatPoint* points, int count) noexcept;
 
-    // Crossings. Touching counts, unless a member says otherwise; lines are segments from start to end.
+    // --- Crossings
+    // Touching counts, unless a member says otherwise. Lines are segments from start to end.
 
     /// Whether two segments cross or touch.
     ///
@@ -244,7 +257,7 @@ public:
     static bool IsRightAngleLineCrossingRect(CrkFloatPoint lineStart, CrkFloatPoint lineEnd,
                                              CrkFloatRect rectangle) noexcept;
 
-    // Bounding boxes.
+    // --- Bounding boxes
 
     /// The smallest rectangle around points: (-2, 0, 5, 4) for (3, 1), (-2, 4), (0, 0); all 0 for no points.
     ///

@@ -19,20 +19,21 @@
 /// throw nothing unless they say so, and are safe from any thread.
 class RK_EXPORT CrkGuid {
 public:
-    static constexpr CFUUIDBytes c_nullGuid = {};
+    static constexpr CFUUIDBytes c_nullGuid = {};  ///< 16 zero bytes: no GUID.
 
     /// A new GUID, as CreateGuid makes it; never the null GUID.
     CrkGuid() : m_bytes(CreateGuid()) {}
     /// As StringToGuid reads the text: the null GUID when it is malformed.
     explicit CrkGuid(const CString& text) noexcept : m_bytes(StringToGuid(text)) {}
-    constexpr CrkGuid(const CFUUIDBytes& bytes) noexcept : m_bytes(bytes) {}
+    constexpr CrkGuid(const CFUUIDBytes& bytes) noexcept : m_bytes(bytes) {}  ///< The GUID of these bytes.
 
-    constexpr bool IsNull() const noexcept { return IsNullGuid(m_bytes); }
+    constexpr bool IsNull() const noexcept { return IsNullGuid(m_bytes); }  ///< Whether this is the null GUID.
     /// The record, for the log and the static members.
     constexpr const CFUUIDBytes& Bytes() const noexcept { return m_bytes; }
     /// The text as GuidToString makes it. Throws std::bad_alloc without memory.
     operator CString() const { return GuidToString(m_bytes); }
 
+    /// Whether all bytes are equal.
     friend constexpr bool operator==(const CrkGuid&, const CrkGuid&) noexcept = default;
 
     /// A new random GUID: RFC 4122 version 4, from 122 bits of the system's random generator, also across fork.
@@ -59,7 +60,9 @@ public:
     /// The same between "{" and "}", 38 units.
     static CString GuidToStringWithBraces(const CFUUIDBytes& bytes);
 
+    /// Whether all bytes are zero.
     static constexpr bool IsNullGuid(const CFUUIDBytes& bytes) noexcept { return bytes == c_nullGuid; }
+    /// Whether all bytes are equal.
     static constexpr bool AreGuidsEqual(const CFUUIDBytes& left, const CFUUIDBytes& right) noexcept
     {
         return left == right;
@@ -70,7 +73,9 @@ private:
 };
 static_assert(sizeof(CrkGuid) == sizeof(CFUUIDBytes) && std::is_trivially_copyable_v<CrkGuid>);
 
+/// By all 16 bytes.
 template <>
 struct std::hash<CrkGuid> {
+    /// By all 16 bytes.
     std::size_t operator()(const CrkGuid& guid) const noexcept { return std::hash<CFUUIDBytes>()(guid.Bytes()); }
 };

@@ -53,12 +53,12 @@ public:
     /// Why nothing of the file was applied, in UTF-8: "line 3: mismatched tag"; "" when it was.
     [[nodiscard]] const std::string& Fault() const { return m_fault; }
 
-    bool m_enable = false;      ///< "ls:Enable": logging is on
-    bool m_stdOut = false;      ///< "ls:StdOut": each message is also written to standard error
-    bool m_includeAll = false;  ///< "*" is an included category
-    CAtlMap<CString, bool> m_includeCategories;
-    CAtlMap<CString, bool> m_excludeCategories;
-    rk::ErkLogLevel m_level = rk::LogDebug;  ///< "ls:Level": the least severe level that is written
+    bool m_enable = false;                       ///< "ls:Enable": logging is on
+    bool m_stdOut = false;                       ///< "ls:StdOut": each message is also written to standard error
+    bool m_includeAll = false;                   ///< "*" is an included category
+    CAtlMap<CString, bool> m_includeCategories;  ///< "ls:Include": the categories that are admitted, but for "*"
+    CAtlMap<CString, bool> m_excludeCategories;  ///< "ls:Exclude": the categories that are not admitted
+    rk::ErkLogLevel m_level = rk::LogDebug;      ///< "ls:Level": the least severe level that is written
 
 private:
     [[nodiscard]] static bool Lists(const CAtlMap<CString, bool>& categories, const CString& category)

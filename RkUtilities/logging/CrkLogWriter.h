@@ -50,7 +50,7 @@ public:
     /// "CrkLogWriter".
     virtual CString GetClassName() const;
 
-    // --- Start and stop ----------------------------------------------------------------------------------------------
+    // --- Start and stop
 
     /// Reads the settings and switches the writer on; a writer that is on goes over to the new settings and folder.
     ///
@@ -64,7 +64,7 @@ public:
     /// Switches the writer off and disposes of the settings. Nothing happens for a writer that is off.
     static void Uninitialize();
 
-    // --- Writing -----------------------------------------------------------------------------------------------------
+    // --- Writing
 
     /// Whether entries of the level are written, whatever their category; false while the writer is off.
     [[nodiscard]] static bool CanLog(ErkLogLevel level)
@@ -86,8 +86,10 @@ public:
     /// @throws CFileException*    the entry could not be written whole (`diskFull`)
     /// @throws std::bad_alloc     no memory for the entry; `std::length_error` for one of 2,147,483,647 units and more
     static void Log(ErkLogLevel level, const CString& message);
-    static void Log(ErkLogLevel level, const CString& message, const CrkGuid& id);
+    static void Log(ErkLogLevel level, const CString& message, const CrkGuid& id);  ///< With an id and no category.
+    /// With category and id.
     static void Log(ErkLogLevel level, const CString& message, const CString& category, const CrkGuid& id);
+    /// With category, body and id.
     static void Log(ErkLogLevel level, const CString& message, const CString& category,
                     const CString& description = c_noDescription, const CrkGuid& id = CrkGuid::c_nullGuid);
     // A CrkGuid, which is also a text, is never a category.
@@ -107,7 +109,7 @@ public:
     ///     host="desk" program="mindmap" library="0.1.0" system="Linux 6.1.0-13-amd64 x86_64"
     ///
     /// Times are local, by ISO 8601; an entry was written at `loaded` plus the seconds of its timestamp. The program is
-    /// named as its preferences are. In values, `"`, "%", "<", ">", "&" and control characters stand as "%" and two
+    /// named as its preferences are. In values, double quotes, "%", "<", ">", "&" and control characters stand as "%" and two
     /// upper-case hexadecimal digits.
     static void LogStart();
 
@@ -123,7 +125,7 @@ public:
     /// `m_maxBackupCount` says otherwise. Works across file systems.
     static void Bak();
 
-    // --- The text of an entry ----------------------------------------------------------------------------------------
+    // --- The text of an entry
     //
     // Header, "<l:Body>", prepared message, "</l:Body>", footer, one after the other. A file holds entries and
     // nothing else: no declaration, no root element. It is UTF-8; a lone surrogate becomes U+FFFD. Safe from any
@@ -153,7 +155,7 @@ public:
     /// "Emergency", "Critical", "Error", "Warning", "Notice", "Info", "Debug"; "" for any other value.
     [[nodiscard]] static CString Severity(ErkLogLevel level);
 
-    // --- State -------------------------------------------------------------------------------------------------------
+    // --- State
 
     static CString m_path;                  ///< the log folder; "~/Corvane.Log/" until `Init`
     static CString m_activeFileName;        ///< "messages.xml"
@@ -182,7 +184,7 @@ private:
     static const CString c_noDescription;    // ""
 };
 
-// --- Inline, so that an entry that is dropped costs no call into the library -----------------------------------------
+// --- Inline, so that an entry that is dropped costs no call into the library
 
 inline bool CrkLogWriter::Admits(ErkLogLevel level, const CString& category)
 {

@@ -24,7 +24,7 @@ public:
     static CString BoolToString(bool value, bool asWords);
     /// ASCII digits, "-" before negative numbers. No grouping.
     static CString LongToString(long value);
-    static CString ULongToString(unsigned long value);
+    static CString ULongToString(unsigned long value);  ///< The same for an unsigned number.
 
     // --- The number at the start of a text
     //
@@ -48,8 +48,8 @@ public:
     static bool StringToDouble(const CString& text, double& value);
     /// "-7 apples" -> -7, "12.7" -> 12. Beyond the range of `int`: INT_MAX or INT_MIN.
     static bool StringToInteger(const CString& text, int& value);
-    static bool IsStringDouble(const CString& text);
-    static bool IsStringInteger(const CString& text);
+    static bool IsStringDouble(const CString& text);   ///< Whether `StringToDouble` reads a number.
+    static bool IsStringInteger(const CString& text);  ///< Whether `StringToInteger` reads a number.
     /// A number or a percentage as a fraction, white space around it aside: "50%" -> 0.5, "0.5" -> 0.5, "12" -> 12.
     ///
     /// With a "%", which must then be the last unit, the number before it is multiplied by the double 0.01 ("57%" gives
@@ -69,13 +69,15 @@ public:
     // A fraction is cut off ("-1.5" -> -1). A number beyond the type stores the type's nearest value: a negative number
     // stores 0 where the type is unsigned. For other texts the result is false and `value` stays.
 
+    /// Reads a whole text into 32 bits without a sign.
     static bool StringToUInteger(const CString& text, unsigned int& value);
     /// Its namesake `CrkStringUtilities::StringToLong` reads the start of a text, in every locale alike, up to 32 bits.
     static bool StringToLong(const CString& text, long& value);
     /// `base` has no effect: numbers are decimal.
     static bool StringToULong(const CString& text, int base, unsigned long& value);
+    /// Reads a whole text into 64 bits without a sign.
     static bool StringToULong(const CString& text, unsigned long& value);
-    static bool IsStringULong(const CString& text);
+    static bool IsStringULong(const CString& text);  ///< Whether `StringToULong` reads it.
 
     // --- Number text
 

@@ -84,7 +84,7 @@ public:
     static void NormalizePath(CString* path);
     /// Removes U+0020 at the start / at the end.
     static void StripLeadingSpace(CString* path);
-    static void StripTrailingSpace(CString* path);
+    static void StripTrailingSpace(CString* path);  ///< Removes U+0020 at the end.
 
     // --- Absolute and relative paths
 
@@ -193,7 +193,7 @@ public:
     /// Throws a `CFileException*` when the permission cannot be changed (a file of another user, a read-only file
     /// system).
     static bool MakeFileReadOnly(const CString& path);
-    static bool MakeFileReadWrite(const CString& path);
+    static bool MakeFileReadWrite(const CString& path);  ///< Gives the permission back, by the same rules.
     /// Whether something other than a folder exists there. A link is followed; one that leads nowhere counts.
     static bool FileNotDirectoryExists(const CString& path);
     /// Makes sure that the folder exists, with all that lead to it. Every "\" counts as "/". False when something else
@@ -218,8 +218,8 @@ public:
     /// A file name that nothing in the folder has, neither file nor folder nor link; "" for an empty folder or base
     /// name.
     ///
-    /// The base name is cleaned as `RemoveInvalidCharsFromFilename` does. One that has the extension already (given
-    /// without a dot; "" is had by a name without one) is taken apart first, where "\" still separates:
+    /// The base name is cleaned as `RemoveInvalidCharsFromFilename` does. A name that has the extension already
+    /// (given without a dot; a name without an extension has "") is taken apart first, where a backslash still separates:
     ///
     ///     "Map" or "Map.ext" with "ext"  ->  "Map.ext", "Map (2).ext", ...
     ///     "Plan" or "Plan." with ""      ->  "Plan", "Plan (2)", ...

@@ -32,7 +32,7 @@ public:
     SECFileSystem();
     ~SECFileSystem() override;
 
-    // --- Names: the text alone is looked at ------------------------------------------------------------------------
+    // --- Names: the text alone is looked at
     //
     // "/" separates, and so does "\". Folder (with the drive kept) + file name is the path again.
 
@@ -62,23 +62,23 @@ public:
     /// A path that begins with "/" or "~" as it is; else the current folder, "/" and the path as it is written.
     CString GetFullPathName(const CString& path) const;
 
-    // --- What is known of a file or folder: true when it could be read, else the output is untouched ---------------
+    // --- What is known of a file or folder: true when it could be read, else the output is untouched
 
-    bool GetFileStatus(const CString& path, CFileStatus& status) const;
-    bool GetFileCreateTime(const CString& path, CTime& time) const;
-    bool GetFileModifyTime(const CString& path, CTime& time) const;
-    bool GetFileAccessTime(const CString& path, CTime& time) const;
+    bool GetFileStatus(const CString& path, CFileStatus& status) const;  ///< Times, size and attribute.
+    bool GetFileCreateTime(const CString& path, CTime& time) const;      ///< When it was made.
+    bool GetFileModifyTime(const CString& path, CTime& time) const;      ///< When its content was last changed.
+    bool GetFileAccessTime(const CString& path, CTime& time) const;      ///< When it was last read.
     /// Bytes.
     bool GetFileSize(const CString& path, unsigned long long& size) const;
     /// Bits of `CFileStatus::Attribute`.
     bool GetFileAttribute(const CString& path, unsigned char& attribute) const;
     /// Something has that name: a file, a folder, or a link that leads nowhere.
     bool FileExists(const CString& path) const;
-    bool DirectoryExists(const CString& path) const;
+    bool DirectoryExists(const CString& path) const;  ///< Something of that name is a folder; links are followed.
     /// The folder can be listed and has no entries; hidden ones count.
     bool IsDirectoryEmpty(const CString& path) const;
 
-    // --- Making, renaming, deleting --------------------------------------------------------------------------------
+    // --- Making, renaming, deleting
 
     /// Makes one folder. False when the name is taken, its parent is missing, or it has more than 255 code units.
     bool MakeDirectory(const CString& path) const;
@@ -105,7 +105,7 @@ public:
     /// Closes the file; false when writing it back failed.
     bool CloseFile(CFile* file) const;
 
-    // --- Comparing and copying -------------------------------------------------------------------------------------
+    // --- Comparing and copying
 
     /// 1 when both files hold the same bytes, as far as they have a length. 0 when not, or when one cannot be opened
     /// (see `CFile::Open`: folders, pipes and sockets cannot), read to the length it had, or is being written by a
@@ -144,7 +144,7 @@ public:
     /// with 0x2 or 0x4. A destination inside the source is not copied into itself.
     int CopyFiles(const CString& source, const CString& destination, unsigned int flags, signed char) const;
 
-    // --- Listing ---------------------------------------------------------------------------------------------------
+    // --- Listing
 
     /// The full paths of a folder's entries whose name fits the pattern and whose attribute byte has a bit of
     /// `attributeMask` (`CFileStatus::Attribute`), in the order of the user's language without regard to case; names

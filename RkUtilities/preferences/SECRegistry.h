@@ -30,7 +30,7 @@ concept StoredNumber =
 ///   value of this machine before the one of any machine, whatever the root key.
 /// - A write is seen in the whole process at once. What other processes have stored is seen after the next `Open` or
 ///   `Close`.
-/// - The values live in $XDG_CONFIG_HOME (else ~/.config)/<application>/preferences.sqlite, mode 0600, in a table with
+/// - The values live in `$XDG_CONFIG_HOME/<application>/preferences.sqlite` (without that variable in `~/.config`), mode 0600, in a table with
 ///   scope, name, type and value; see ApplicationName.h. What a synchronisation has stored survives a kill and
 ///   a power cut, also where several machines share the home folder, if its file system keeps their locks.
 /// - Nothing is lost while the storage fails (full disk, read-only folder, no home, no descriptor or no memory left, a
@@ -59,7 +59,7 @@ public:
 
     /// The types of stored values.
     enum ErkValueType { Boolean, Number, String };
-    using Value = std::variant<bool, std::int32_t, CString>;
+    using Value = std::variant<bool, std::int32_t, CString>;  ///< A stored value.
 
     SECRegistry() = default;
     virtual ~SECRegistry();
@@ -83,10 +83,11 @@ public:
     /// Reads a value; false and the output untouched when there is none or one of another type. A number reads as a
     /// boolean (not 0); nothing else is converted. A number is stored as a signed one and read with the same bits.
     bool GetValue(rk::TextView name, bool& value) const;
+    /// Reads a number.
     bool GetValue(rk::TextView name, std::uint32_t& value) const { return GetDoubleWordValue(name, value); }
-    bool GetValue(rk::TextView name, CString& value) const { return GetStringValue(name, value); }
-    bool GetDoubleWordValue(rk::TextView name, std::uint32_t& value) const;
-    bool GetStringValue(rk::TextView name, CString& value) const;
+    bool GetValue(rk::TextView name, CString& value) const { return GetStringValue(name, value); }  ///< Reads a text.
+    bool GetDoubleWordValue(rk::TextView name, std::uint32_t& value) const;                         ///< Reads a number.
+    bool GetStringValue(rk::TextView name, CString& value) const;                                   ///< Reads a text.
 
     /// Writes a value; true. With root key 1, when it cannot be stored at once, it is also set for any machine.
     ///
@@ -98,18 +99,19 @@ public:
         WriteValueToSystem(name, value);
         return true;
     }
+    /// Writes a number.
     template <rk::StoredNumber T>
     bool SetValue(rk::TextView name, T value)
     {
         return SetDoubleWordValue(name, static_cast<std::uint32_t>(value));
     }
-    bool SetValue(rk::TextView name, CString const& value) { return SetStringValue(name, value); }
-    bool SetDoubleWordValue(rk::TextView name, std::uint32_t value);
-    bool SetStringValue(rk::TextView name, CString const& value);
+    bool SetValue(rk::TextView name, CString const& value) { return SetStringValue(name, value); }  ///< Writes a text.
+    bool SetDoubleWordValue(rk::TextView name, std::uint32_t value);  ///< Writes a number.
+    bool SetStringValue(rk::TextView name, CString const& value);     ///< Writes a text.
 
     /// The stored value as the wanted type; none when there is none or it is of another one.
     [[nodiscard]] std::optional<Value> GetValueFromSystem(rk::TextView name, ErkValueType type) const;
-    void WriteValueToSystem(rk::TextView name, const Value& value);
+    void WriteValueToSystem(rk::TextView name, const Value& value);  ///< Writes a value of any type.
     /// The name itself.
     [[nodiscard]] CString GetFullKey(rk::TextView name) const { return name; }
 

@@ -56,11 +56,13 @@ public:
 
     /// Whether the text begins / ends with another one. Every text begins and ends with the empty text.
     static bool BeginsWith(const CString& text, const CString& prefix, bool ignoreCase);
+    /// Whether the text ends with another one.
     static bool EndsWith(const CString& text, const CString& suffix, bool ignoreCase);
     /// The text without `prefix`; unchanged when it does not begin with it exactly.
     static CString RemovePrefix(const CString& text, const CString& prefix);
     /// The first / the last unit, after `CString::Trim` when asked for; 0 when there is none.
     static unsigned short GetFirstChar(CString text, bool trimFirst);
+    /// The last unit, as `GetFirstChar` gives the first.
     static unsigned short GetLastChar(CString text, bool trimFirst);
 
     // --- Single units
@@ -102,6 +104,7 @@ public:
     {
         return FormatSafely(format, arguments...);
     }
+    /// The same as `Format`.
     template <class... Arguments>
     static CString FormatOrdered(rk::TextView format, const Arguments&... arguments) noexcept
     {
@@ -146,11 +149,13 @@ public:
 
     /// The parts joined by the separator. With `skipEmptyParts` an empty part brings no separator. "" for null or no parts.
     static CString Combine(const CString& separator, CString const* parts, unsigned long count, bool skipEmptyParts);
+    /// Two parts.
     static CString Combine(const CString& separator, const CString& first, const CString& second, bool skipEmptyParts);
+    /// Three or four parts.
     static CString Combine(const CString& separator, const CString& first, const CString& second, const CString& third,
                            bool skipEmptyParts);
     static CString Combine(const CString& separator, const CString& first, const CString& second, const CString& third,
-                           const CString& fourth, bool skipEmptyParts);
+                           const CString& fourth, bool skipEmptyParts);  ///< Four parts.
     /// Sorts the list in place by `CString::CompareNoCase`. Ascending, elements that compare equal keep their order;
     /// descending, they are reversed. Positions taken before are no longer valid. After an exception the list is as it was.
     static void SortStringList(CAtlList<CString>& list, bool ascending);
@@ -160,7 +165,7 @@ public:
 
     // --- Numbers and encodings: the same in every locale
 
-    static CString LongToString(long value);
+    static CString LongToString(long value);  ///< ASCII digits, "-" before negative numbers.
     /// The integer at the start of the text, after white space and a sign; 0 when there is none. Beyond 32 bits 2147483647 or
     /// -2147483647. Its namesake `CrkStringConversionUtilities::StringToLong` reads the whole text as the user's locale writes
     /// numbers, up to 64 bits, and tells whether it is one.
@@ -177,6 +182,7 @@ public:
 
     // --- Links, addresses, environment variables
 
+    /// Names and values of a link's parameters.
     using ParameterMap = CAtlMap<CString, CString, CStringElementTraits<CString>>;
 
     /// Adds the name-value pairs of a link to the map; a name that it holds gets the new value.

@@ -18,11 +18,11 @@ public:
     static bool IsChar(unsigned short unit) noexcept;
     /// BaseChar or Ideographic.
     static bool IsLetter(unsigned short unit) noexcept;
-    static bool IsBaseChar(unsigned short unit) noexcept;
-    static bool IsIdeographic(unsigned short unit) noexcept;
-    static bool IsCombiningChar(unsigned short unit) noexcept;
-    static bool IsDigit(unsigned short unit) noexcept;
-    static bool IsExtender(unsigned short unit) noexcept;
+    static bool IsBaseChar(unsigned short unit) noexcept;       ///< Production BaseChar.
+    static bool IsIdeographic(unsigned short unit) noexcept;    ///< Production Ideographic.
+    static bool IsCombiningChar(unsigned short unit) noexcept;  ///< Production CombiningChar.
+    static bool IsDigit(unsigned short unit) noexcept;          ///< Production Digit.
+    static bool IsExtender(unsigned short unit) noexcept;       ///< Production Extender.
     /// Letter, Digit, CombiningChar, Extender, ".", "-" or "_".
     static bool IsNCNameChar(unsigned short unit) noexcept;
     /// NCNameChar or ":".
@@ -50,6 +50,7 @@ public:
     /// A valid name comes back as it is. The replacement is taken as it is, so a name character (usually "_") makes a valid
     /// result.
     static CString StringToNCName(const CString& text, unsigned short replacement, bool insertUnderscore);
+    /// The text made into a Name.
     static CString StringToName(const CString& text, unsigned short replacement, bool insertUnderscore);
 
     /// A new random UUID (RFC 4122, version 4) in 36 upper-case characters, without braces or scheme.
