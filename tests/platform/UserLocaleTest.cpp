@@ -6,6 +6,7 @@
 #include "tests/support/ScopedVariable.h"
 
 #include <atomic>
+#include <chrono>
 #include <clocale>
 #include <ctime>
 #include <gtest/gtest.h>
@@ -32,10 +33,12 @@ std::string IcuText(const char* locale, std::time_t time)
 /// Whether the texts of now are those of `locale`.
 bool IsLocaleNow(const char* locale)
 {
+    // Not std::time: its clock is some milliseconds late, and told another second than the library's.
+    const auto now = [] { return std::chrono::system_clock::to_time_t(std::chrono::system_clock::now()); };
     while (true) {
-        const std::time_t time = std::time(nullptr);
+        const std::time_t time = now();
         const CString ours = CrkLogWriter::CurrentTimeString(kCFDateFormatterFullStyle);
-        if (time == std::time(nullptr))
+        if (time == now())
             return ours.ToUtf8() == IcuText(locale, time);
     }
 }
