@@ -4,9 +4,9 @@
 
 namespace rk {
 
-void SetStringTables(std::string_view folder)
+bool SetStringTables(std::string_view folder)
 {
-    platform::NameStringTables(folder);
+    return platform::NameStringTables(folder);
 }
 
 }  // namespace rk

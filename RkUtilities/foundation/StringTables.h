@@ -7,12 +7,13 @@
 namespace rk {
 
 /// Names the application's own string tables for `CString::LoadString`: a folder of compiled ICU resource files
-/// (root.res, en.res, de.res ...), as `genrb` makes them. "" names none. The folder is looked into by the next call
-/// that loads a text.
+/// (root.res, en.res, de.res ...), as `genrb` makes them; "" takes the name back.
 ///
 /// @param folder  a native path in UTF-8; "~/" is not expanded.
+/// @return whether ICU can read a table for the user's language there; false when the tables are missing, damaged, or
+///         in the byte order of other processors (`icupkg -tb` and `-tl` change it). The folder is named all the same.
 /// Safe from any thread.
-RK_EXPORT void SetStringTables(std::string_view folder);
+RK_EXPORT bool SetStringTables(std::string_view folder);
 
 }  // namespace rk
 

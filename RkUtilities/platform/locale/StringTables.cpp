@@ -19,14 +19,18 @@ constinit const std::string* ownFolder = nullptr;
 struct CloseBundle {
     void operator()(UResourceBundle* bundle) const { ures_close(bundle); }
 };
+using Table = std::unique_ptr<UResourceBundle, CloseBundle>;
 
 }  // namespace
 
-void NameStringTables(std::string_view folder)
+bool NameStringTables(std::string_view folder)
 {
     std::unique_ptr<const std::string> copy(folder.empty() ? nullptr : new std::string(folder));
+    const std::string& locale = UserLocaleName(LocaleUse::Texts);
     const std::lock_guard lock(MutexOf(Lock::Locale));
     delete std::exchange(ownFolder, copy.release());
+    UErrorCode error = U_ZERO_ERROR;
+    return ownFolder == nullptr || Table(ures_open(ownFolder->c_str(), locale.c_str(), &error)) != nullptr;
 }
 
 std::u16string StringTableText(const char* key, const char* bundle)
@@ -38,7 +42,7 @@ std::u16string StringTableText(const char* key, const char* bundle)
     if (*bundle == '\0')
         return {};  // ICU would take it for its own data
     UErrorCode error = U_ZERO_ERROR;
-    const std::unique_ptr<UResourceBundle, CloseBundle> table(ures_open(bundle, locale.c_str(), &error));
+    const Table table(ures_open(bundle, locale.c_str(), &error));
     std::int32_t length = 0;
     const UChar* const text = ures_getStringByKey(table.get(), key, &length, &error);
     if (error == U_MEMORY_ALLOCATION_ERROR)

@@ -276,6 +276,8 @@ int RunCommand(const std::vector<std::string_view>& arguments, std::istream& in,
 int RunProgram(const std::vector<std::string_view>& arguments, std::istream& in, std::ostream& out, std::ostream& err)
 {
     const ScopedColorNames colorNames;
+    if (!colorNames.AreThere())
+        err << "mindmap: colors have no names: the string tables beside the program are missing or cannot be read\n";
     rk::SetApplicationName("mindmap");
     const int status = RunCommand(arguments, in, out, err);
     if (status != 0 || out.flush())

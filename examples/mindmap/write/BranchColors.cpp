@@ -40,7 +40,7 @@ ScopedColorNames::ScopedColorNames()
 {
     static BranchColorTable table;
     CrkBaseColorTable::Set(&table);
-    rk::SetStringTables((ProgramFolder() / MINDMAP_TEXTS).lexically_normal().string());
+    m_areThere = rk::SetStringTables((ProgramFolder() / MINDMAP_TEXTS).lexically_normal().string());
 }
 
 ScopedColorNames::~ScopedColorNames()

@@ -42,6 +42,12 @@ public:
     ~ScopedColorNames();
     ScopedColorNames(const ScopedColorNames&) = delete;
     ScopedColorNames& operator=(const ScopedColorNames&) = delete;
+
+    /// False when the string tables are missing, damaged or made for another processor: colors go without names then.
+    [[nodiscard]] bool AreThere() const { return m_areThere; }
+
+private:
+    bool m_areThere;
 };
 
 }  // namespace mindmap
