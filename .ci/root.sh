@@ -3,13 +3,12 @@
 # make_root RELEASE: its folder is $root afterwards, and goes at the end; RK_ROOT names a folder to keep it in. Ends the
 # script in peace, with a word why, where no root can be made.
 make_root() {
-    local release=$1 mirror
+    local release=$1
     [[ $(id -u) -eq 0 ]] || no_root "only root may make a root"
     command -v apt-get >/dev/null || no_root "this is no Debian system"
     unshare --mount --pid --fork true 2>/dev/null || no_root "mounts are not allowed here"
     require_packages debootstrap
-    mirror=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' | grep -v security | sort -u | head -1)
-    [[ -n $mirror ]] || no_root "no package mirror is set up"
+    find_mirror
 
     root=${RK_ROOT:-$(mktemp -d)}
     [[ -n ${RK_ROOT:-} ]] || trap 'rm -rf --one-file-system "$root" "$root.log"' EXIT
@@ -23,6 +22,11 @@ make_root() {
 no_root() {
     echo "What needs a bare root of Debian did not run: $1"
     exit 0
+}
+# Where the machine's own packages come from: $mirror.
+find_mirror() {
+    mirror=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' | grep -v security | sort -u | head -1)
+    [[ -n $mirror ]] || no_root "no package mirror is set up"
 }
 
 # in_root USER COMMAND: devices and processes of the root's own; what the machine has of them is out of reach.

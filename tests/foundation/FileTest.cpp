@@ -229,7 +229,8 @@ TEST(File, ThatIsClosedRefusesEverythingButClosing)
     EXPECT_EQ(CauseOf([&] { file.Write("x", 1); }), CFileException::invalidFile);  // opened for reading
     other = std::move(file);
     EXPECT_TRUE(other.IsOpen());
-    const std::function<void()> calls[] = {[&] { file.Read(nullptr, 1); }, [&] { (void)file.GetLength(); },
+    char byte = 0;
+    const std::function<void()> calls[] = {[&] { file.Read(&byte, 1); }, [&] { (void)file.GetLength(); },
                                            [&] { file.Flush(); }};
     for (const auto& call : calls)
         EXPECT_EQ(CauseOf(call), CFileException::invalidFile);

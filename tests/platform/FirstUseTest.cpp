@@ -14,7 +14,7 @@ std::string PrintedBy(const std::string& steps, const std::string& variables = "
 {
     const ScopedFolder settings;
     const std::string command =
-        "XDG_CONFIG_HOME='" + settings.Path() + "' " + variables + " exec '" COLD_PROGRAM "' " + steps + " 2>&1";
+        "XDG_CONFIG_HOME='" + settings.Path() + "' " + variables + " exec " COLD_PROGRAM " " + steps + " 2>&1";
     const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), [](FILE*) { return 0; });
     std::string output;
     for (int c = std::fgetc(pipe.get()); c != EOF; c = std::fgetc(pipe.get()))
