@@ -1,5 +1,7 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
+
 #include <algorithm>
 #include <concepts>
 #include <cstddef>
@@ -59,9 +61,21 @@ struct CElementTraits<double> {
     static constexpr bool CompareElements(double left, double right) noexcept { return left == right; }
 };
 
-/// The traits of text keys: the text decides, exactly and case-sensitively. The same as CElementTraits of a text class.
+namespace rk {
+
+/// A hash from a secret that the process draws once: an author of texts cannot choose texts whose hashes are alike. Two texts
+/// of up to n units have the same hash with a probability of n in 2^31.
+[[nodiscard]] RK_EXPORT std::uint32_t SecretHash(std::u16string_view text) noexcept;
+
+}  // namespace rk
+
+/// The traits of text keys that come from elsewhere, such as a link: the text decides, exactly and case-sensitively. The
+/// order in which a map with these traits is walked differs from process to process.
 template <class T>
 struct CStringElementTraits : CElementTraits<T> {
     static_assert(CElementTraits<T>::kIsText,
                   "CStringElementTraits is for classes that convert to std::u16string_view");
+
+    /// `rk::SecretHash`.
+    static std::uint32_t Hash(std::u16string_view element) noexcept { return rk::SecretHash(element); }
 };

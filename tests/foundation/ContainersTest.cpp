@@ -12,6 +12,7 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <unordered_map>
 #include <vector>
 
 namespace {
@@ -285,6 +286,23 @@ TEST(Maps, AreWalkedBucketByBucketWithTheCountThatWasFixed)
     map.RemoveAll();
     EXPECT_EQ(map.GetHashTableSize(), 64u);
     EXPECT_FALSE(map.InitHashTable(0));
+}
+
+TEST(Maps, HashForeignTextsSoThatNoChosenTextsCollide)
+{
+    std::unordered_map<std::uint32_t, CString> texts;  // with the hash that everybody can compute
+    for (int number = 0; number < 400'000; ++number) {
+        CString text;
+        text.Format(u"%d", number);
+        const auto [known, isNew] = texts.emplace(CElementTraits<CString>::Hash(text), text);
+        if (!isNew) {
+            using Traits = CStringElementTraits<CString>;
+            EXPECT_NE(Traits::Hash(text), Traits::Hash(known->second)) << text << ' ' << known->second;
+            EXPECT_EQ(Traits::Hash(text), Traits::Hash(CString(text.View())));
+            return;
+        }
+    }
+    FAIL() << "no two texts with one hash: more texts are needed";
 }
 
 TEST(Maps, FindTextsByTheirUnitsHoweverTheyAreSpelt)

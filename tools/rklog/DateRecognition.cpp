@@ -6,8 +6,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 #include <system_error>
-#include <unordered_map>
 #include <utility>
 
 namespace rklog {
@@ -68,7 +68,7 @@ void DateSamples::TakeFrom(const InputFile& file, std::uint64_t offset)
 DateSamples::Score DateSamples::ScoreOf(const DateReader& reader) const
 {
     Score score;
-    std::unordered_map<std::string_view, Seconds> starts;  // on the wall, by thread
+    std::map<std::string_view, Seconds> starts;  // on the wall, by thread
     for (const Sample& sample : m_samples) {
         const std::optional<Seconds> wall = reader.Read(sample.date);
         if (!wall || *wall > sample.latest)

@@ -8,7 +8,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 
 namespace rklog {
 
@@ -49,7 +48,7 @@ private:
 
     DateReader m_reader;
     std::multimap<Seconds, ProcessPointer> m_processes;  // by the time on their wall when they were loaded
-    std::unordered_map<std::string, ProcessPointer> m_threads;
+    std::map<std::string, ProcessPointer> m_threads;
     std::string m_lastDate;  // entries of one minute follow each other
     std::optional<Seconds> m_lastWall;
     std::optional<Seconds> m_lastUtc;

@@ -2,9 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -25,13 +25,10 @@ public:
     [[nodiscard]] std::size_t RowCount() const { return m_counts.size(); }
 
 private:
-    struct Hash : std::hash<std::string_view> {
-        using is_transparent = void;
-    };
     void ForgetRarer();
 
     std::size_t m_mostTexts;
-    std::unordered_map<std::string, std::uint64_t, Hash, std::equal_to<>> m_counts;
+    std::map<std::string, std::uint64_t, std::less<>> m_counts;
     std::uint64_t m_possibleError = 0;
 };
 

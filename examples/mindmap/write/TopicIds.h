@@ -2,7 +2,7 @@
 
 #include <RkUtilities/foundation/CString.h>
 
-#include <unordered_map>
+#include <map>
 
 namespace mindmap {
 
@@ -15,7 +15,7 @@ public:
     CString Make(const CString& topicText);
 
 private:
-    std::unordered_map<CString, int> m_counts;  // how often an id was wished for
+    std::map<CString, int> m_counts;  // how often an id was wished for
 };
 
 }  // namespace mindmap
