@@ -1,5 +1,5 @@
 #include "RkUtilities/dates/CrkDateUtilities.h"
-#include "RkUtilities/numbers/detail/UserNumber.h"
+#include "RkUtilities/numbers/CrkStringConversionUtilities.h"
 
 #include <algorithm>
 #include <array>
@@ -62,7 +62,7 @@ void CrkDateUtilities::ParsePtmCalendarString(CString text, CAtlArray<bool>& wor
         workingDays[day] = day < flags.size() && flags[day] != kDayOff;
     for (std::u16string_view piece = TakePiece(rest); !piece.empty(); piece = TakePiece(rest)) {
         double date = 0;
-        if (rk::ReadUserDouble(piece, date))
+        if (CrkStringConversionUtilities::StringToDouble(piece, date))
             dates.SetAt(std::floor(date), true);
     }
 }

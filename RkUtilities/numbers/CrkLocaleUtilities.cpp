@@ -1,6 +1,5 @@
 #include "RkUtilities/numbers/CrkLocaleUtilities.h"
 
-#include "RkUtilities/numbers/detail/NumberText.h"
 #include "RkUtilities/platform/locale/NumberFormats.h"
 
 using rk::platform::LocaleUse;
@@ -18,8 +17,8 @@ CString CrkLocaleUtilities::GetDigitGroupingSymbol()
 
 void CrkLocaleUtilities::GetNegativeNumberPrefixSuffix(CString& prefix, CString& suffix)
 {
-    prefix = rk::kNegativePrefix;
-    suffix = rk::kNegativeSuffix;
+    prefix = u"-";
+    suffix = u"";
 }
 
 CString CrkLocaleUtilities::GetCurrencySymbol()

@@ -4,6 +4,7 @@
 #include "RkUtilities/numbers/detail/NumberText.h"
 #include "RkUtilities/platform/locale/NumberFormats.h"
 
+#include <algorithm>
 #include <charconv>
 #include <iterator>
 
@@ -34,25 +35,28 @@ CString CrkStringConversionUtilities::DoubleToString(double value)
         fixed ? WriteFixed(value, characters, std::end(characters))
               : std::to_chars(characters, std::end(characters), value, std::chars_format::general, 6).ptr;
     const std::string_view text(characters, static_cast<std::size_t>(end - characters));
-    const std::size_t pointAt = text.find('.');
-    rk::TextBuilder builder(text.size());
-    builder.AppendAscii(text.substr(0, pointAt));
-    if (pointAt < text.size() - 1) {
-        builder.Append(NumberFormats::Of(LocaleUse::Money).currencyDecimalSeparator);
-        builder.AppendAscii(text.substr(pointAt + 1));
-    }
-    return builder.Take();
+    const std::string_view whole = text.substr(0, text.find('.'));
+    const std::string_view fraction = text.substr(std::min(whole.size() + 1, text.size()));
+    std::u16string_view point;
+    if (!fraction.empty())
+        point = NumberFormats::Of(LocaleUse::Money).currencyDecimalSeparator;
+    return rk::TextBuilder::Written(whole.size() + point.size() + fraction.size(), [&](char16_t* units) {
+        units = std::copy(whole.begin(), whole.end(), units);
+        units = std::copy(point.begin(), point.end(), units);
+        std::copy(fraction.begin(), fraction.end(), units);
+    });
 }
 
 void CrkStringConversionUtilities::SplitNumberString(const CString& text, CString& integerPart, CString& fractionPart,
                                                      bool& negative)
 {
     const std::u16string& point = NumberFormats::Of(LocaleUse::Money).currencyDecimalSeparator;
-    const std::optional<rk::SplitNumber> number = rk::Split(text, point, fractionPart);
+    std::u16string moved;
+    const std::optional<rk::SplitNumber> number = rk::Split(text, point, moved, fractionPart);
     if (!number)
         return;
-    CString integer = number->integer.Text();  // the parts may be the text itself
-    CString fraction = number->fraction.Text();
+    CString integer(number->integer);  // the parts may be the text itself
+    CString fraction(number->fraction);
     integerPart = std::move(integer);
     fractionPart = std::move(fraction);
     negative = number->negative;
@@ -62,14 +66,14 @@ void CrkStringConversionUtilities::FormatDecimalDigits(CString& fractionPart, in
 {
     const std::size_t count = rk::ClampedDecimals(decimalCount);
     rk::TextBuilder builder(count);
-    rk::AppendDecimals(builder, rk::DigitRun(fractionPart), 0, count);
+    rk::AppendDecimals(builder, fractionPart, count);
     fractionPart = builder.Take();
 }
 
 void CrkStringConversionUtilities::Format1000Separator(CString& integerPart)
 {
     const std::u16string& separator = NumberFormats::Of(LocaleUse::Money).currencyGroupingSeparator;
-    rk::TextBuilder builder(integerPart.View().size() * (3 + separator.size()) / 3);
-    rk::AppendGrouped(builder, rk::DigitRun(integerPart), separator);
+    rk::TextBuilder builder;
+    rk::AppendGrouped(builder, integerPart, separator);
     integerPart = builder.Take();
 }

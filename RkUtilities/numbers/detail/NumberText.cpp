@@ -16,22 +16,22 @@ constexpr int kMostDecimals = 30;
 constexpr std::size_t kMostZeros = 1000000;  // that an exponent adds: a few units of text must not ask for gigabytes
 
 /// Moves the decimal point by `places`, to the right for positive ones.
-void ShiftPoint(SplitNumber& number, std::int64_t places)
+void ShiftPoint(SplitNumber& number, std::int64_t places, std::u16string& moved)
 {
-    const std::u16string_view whole = number.integer.first;
-    const std::u16string_view fraction = number.fraction.first;
     const auto count = static_cast<std::size_t>(places < 0 ? -places : places);
     if (places > 0) {
-        const std::size_t moved = std::min(count, fraction.size());
-        number.integer.second = fraction.substr(0, moved);
-        number.integer.trailingZeros = std::min(count - moved, kMostZeros);
-        number.fraction = DigitRun(fraction.substr(moved));
+        const std::size_t taken = std::min(count, number.fraction.size());
+        moved.assign(number.integer)
+            .append(number.fraction, 0, taken)
+            .append(std::min(count - taken, kMostZeros), u'0');
+        number.integer = moved;
+        number.fraction.remove_prefix(taken);
     } else if (places < 0) {
-        const std::size_t moved = std::min(count, whole.size());
-        number.integer.first = moved < whole.size() ? whole.substr(0, whole.size() - moved) : u"0";
-        number.fraction.leadingZeros = std::min(count - moved, kMostZeros);
-        number.fraction.first = whole.substr(whole.size() - moved);
-        number.fraction.second = fraction;
+        const std::size_t left = number.integer.size() - std::min(count, number.integer.size());
+        moved.assign(std::min(count - (number.integer.size() - left), kMostZeros), u'0');
+        moved.append(number.integer, left).append(number.fraction);
+        number.integer = left != 0 ? number.integer.substr(0, left) : u"0";
+        number.fraction = moved;
     }
 }
 
@@ -46,33 +46,7 @@ std::u16string_view Trimmed(std::u16string_view text)
     return text;
 }
 
-void DigitRun::AppendTo(TextBuilder& builder, std::size_t start, std::size_t count) const
-{
-    if (leadingZeros == 0 && start <= first.size() && count <= first.size() - start)
-        return builder.Append(first.substr(start, count));  // the common case
-    const auto take = [&](std::size_t length, const auto& append) {
-        const std::size_t skipped = std::min(start, length);
-        const std::size_t taken = std::min(count, length - skipped);
-        if (taken != 0)
-            append(skipped, taken);
-        start -= skipped;
-        count -= taken;
-    };
-    const auto zeros = [&](std::size_t, std::size_t taken) { builder.Append(taken, u'0'); };
-    take(leadingZeros, zeros);
-    take(first.size(), [&](std::size_t at, std::size_t taken) { builder.Append(first.substr(at, taken)); });
-    take(second.size(), [&](std::size_t at, std::size_t taken) { builder.Append(second.substr(at, taken)); });
-    take(trailingZeros, zeros);
-}
-
-CString DigitRun::Text() const
-{
-    TextBuilder builder(Length());
-    AppendTo(builder, 0, Length());
-    return builder.Take();
-}
-
-std::optional<SplitNumber> Split(const CString& text, std::u16string_view decimalPoint,
+std::optional<SplitNumber> Split(const CString& text, std::u16string_view decimalPoint, std::u16string& moved,
                                  std::u16string_view fractionBefore)
 {
     std::u16string_view rest = Trimmed(text);
@@ -93,12 +67,12 @@ std::optional<SplitNumber> Split(const CString& text, std::u16string_view decima
 
     const std::size_t pointAt =
         decimalPoint.empty() ? std::u16string_view::npos : digits.find(decimalPoint, wholeDigits);
-    number.integer.first = digits.substr(0, pointAt);
-    number.fraction.first = fractionBefore;
+    number.integer = digits.substr(0, pointAt);
+    number.fraction = fractionBefore;
     if (pointAt != std::u16string_view::npos && pointAt + decimalPoint.size() < digits.size())
-        number.fraction.first = digits.substr(pointAt + decimalPoint.size());
+        number.fraction = digits.substr(pointAt + decimalPoint.size());
     if (exponentAt != std::u16string_view::npos)
-        ShiftPoint(number, _ttoi(AsUnsignedShort(rest.data() + exponentAt + 1)));  // up to the text's terminator
+        ShiftPoint(number, _ttoi(AsUnsignedShort(rest.data() + exponentAt + 1)), moved);  // up to the text's terminator
     return number;
 }
 
@@ -107,30 +81,24 @@ std::size_t ClampedDecimals(int decimalCount)
     return static_cast<std::size_t>(std::clamp(decimalCount, 0, kMostDecimals));
 }
 
-void AppendDecimals(TextBuilder& builder, const DigitRun& fraction, std::size_t start, std::size_t count)
+void AppendDecimals(TextBuilder& builder, std::u16string_view fraction, std::size_t count)
 {
-    const std::size_t before = builder.Length();
-    fraction.AppendTo(builder, start, count);
-    builder.Append(count - (builder.Length() - before), u'0');
+    fraction = fraction.substr(0, count);
+    builder.Append(fraction);
+    builder.Append(count - fraction.size(), u'0');
 }
 
-void AppendGrouped(TextBuilder& builder, const DigitRun& integer, std::u16string_view separator)
+void AppendGrouped(TextBuilder& builder, std::u16string_view integer, std::u16string_view separator)
 {
-    const std::size_t length = integer.Length();
-    if (length <= kGroupUnits)
-        return integer.AppendTo(builder, 0, length);
-    if (integer.first.size() != length) {  // a run with zeros or of two stretches, which an exponent has made
-        const CString digits = integer.Text();
-        return AppendGrouped(builder, DigitRun(digits), separator);
-    }
-    const std::size_t separatorCount = (length - 1) / kGroupUnits;
-    char16_t* group = builder.Extend(length + separatorCount * separator.size());
-    const char16_t* digit = integer.first.data();
-    group = std::copy_n(digit, length - separatorCount * kGroupUnits, group);
-    digit += length - separatorCount * kGroupUnits;
-    for (std::size_t i = 0; i < separatorCount; ++i, digit += kGroupUnits) {
-        for (const char16_t unit : separator)
-            *group++ = unit;
+    if (integer.empty())
+        return;
+    const std::size_t separatorCount = (integer.size() - 1) / kGroupUnits;
+    char16_t* group = builder.Extend(integer.size() + separatorCount * separator.size());
+    const char16_t* digit = integer.data();
+    const char16_t* const end = digit + integer.size();
+    group = std::copy_n(digit, integer.size() - separatorCount * kGroupUnits, group);
+    for (digit = end - separatorCount * kGroupUnits; digit != end; digit += kGroupUnits) {
+        group = std::copy(separator.begin(), separator.end(), group);
         group = std::copy_n(digit, kGroupUnits, group);
     }
 }
