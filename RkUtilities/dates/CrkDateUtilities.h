@@ -11,7 +11,8 @@
 ///
 /// Calendar fields of a `CTime` are those of local time (`TZ`, else the system's zone), as `CTime` tells. A `COleDateTime`
 /// has no zone; a value that is no number or lies outside the years 1 to 9999 counts as 30 December 1899, 00:00.
-/// Members throw `std::bad_alloc` and what they name, nothing else. Safe from any thread.
+/// Members throw `std::bad_alloc` and what they name, nothing else. Safe from any thread. The first text of each style needs
+/// memory for ICU's data (`rk::PrepareFormats`).
 class RK_EXPORT CrkDateUtilities {
 public:
     // --- Three times that callers know by name

@@ -18,6 +18,13 @@ namespace rk {
 /// throws but `std::bad_alloc`. Safe from any thread; `setlocale` itself is not safe beside other threads, as C says.
 RK_EXPORT void SetUserLocale(std::string_view name);
 
+/// Makes the formats of the user's locale now: numbers, money, dates and times. To be called at the start, after
+/// `SetUserLocale`: what ICU needs much memory for is then there when memory is short later.
+///
+/// Without this call each format is made by the first call that needs it. Takes a few milliseconds. Throws
+/// `std::bad_alloc`; what was made stays, and another call makes the rest. Safe from any thread.
+RK_EXPORT void PrepareFormats();
+
 }  // namespace rk
 
 /// The names by which existing calling code knows them.

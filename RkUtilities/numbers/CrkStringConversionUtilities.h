@@ -13,7 +13,7 @@
 ///   cut off, never rounded.
 /// - White space is Unicode's White_Space.
 /// - Members throw `std::bad_alloc`, `std::length_error` for a result that a `CString` cannot hold, and nothing else.
-///   Safe from any thread.
+///   Safe from any thread. The first call with a locale needs memory for ICU's data (`rk::PrepareFormats`).
 class RK_EXPORT CrkStringConversionUtilities {
 public:
     // --- Truth values and integers to text

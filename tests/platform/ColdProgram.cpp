@@ -28,6 +28,7 @@ struct Use {
     bool (*succeeds)();
 };
 constexpr Use kUses[] = {
+    {"formats", [] { return (rk::PrepareFormats(), true); }},
     {"case", [] { return CString(u"über").MakeUpper() == u"ÜBER"; }},
     {"names", [] { return CrkPathUtilities::CalcRelativePathname(u"/É/a", u"/é") == u"./a"; }},
     {"numbers", [] { return CrkLocaleUtilities::GetDecimalPoint() == u"."; }},
