@@ -42,11 +42,11 @@ CString Told(const CString& written, const char* locale)
 TEST(Figure, IsReadAlikeAndShownInTheUsersLocale)
 {
     constexpr std::array<const char16_t*, 3> kCases[] = {
-        {u"€ 1 284 000", u"€ 1,284,000", u"1.284.000 €"},
+        {u"€ 1 284", u"€ 1,284.00", u"1.284,00 €"},
         {u"1.284.000,50 EUR", u"1,284,000.50 €", u"1.284.000,50 €"},
         {u" \u2212EUR\u202F1\u202F284.5 ", u"-€ 1,284.50", u"-1.284,50 €"},
         {u"US$-1’284.005", u"-US$1,284.005", u"-1.284,005 US$"},
-        {u"kr 1,284", u"kr 1,284", u"1.284 kr"},     // a group, no decimals
+        {u"JPY 1,284", u"¥ 1,284", u"1.284 ¥"},      // a group, no decimals
         {u"0.125 CHF", u"0.125 CHF", u"0,125 CHF"},  // decimals, no group
         {u"1284.125 ₹", u"1,284.125 ₹", u"1.284,125 ₹"},
         {u"-$0.10", u"-$0.10", u"-0,10 $"},
@@ -88,10 +88,10 @@ TEST(BranchSums, AddUpPerUnitAndStopAtATopicsOwnFigure)
         const auto i = static_cast<std::size_t>(index - 1);  // the builder's root is gone
         return ShownAmount(outline.topics[i], sums[i]) + u"|" + ShownSum(sums[i]);
     };
-    EXPECT_EQ(shown(costs), u"Σ € 0.30 + $5|Σ € 0.30 + $5");
-    EXPECT_EQ(shown(costs + 5), u"€ 100|Σ € 70");
+    EXPECT_EQ(shown(costs), u"Σ € 0.30 + $5.00|Σ € 0.30 + $5.00");
+    EXPECT_EQ(shown(costs + 5), u"€ 100.00|Σ € 70.00");
     EXPECT_EQ(shown(shares), u"to be shared|Σ 99.9%");
-    EXPECT_EQ(shown(many).Right(5), u"GGG 1");
+    EXPECT_EQ(shown(many).Right(8), u"GGG 1.00");
     EXPECT_EQ(shown(top), u"|");  // ten units
 }
 

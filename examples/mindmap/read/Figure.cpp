@@ -31,6 +31,9 @@ constexpr UnitName kUnitNames[] = {
     {u"kr", u"kr"}, {u"zł", u"zł"}, {u"Kč", u"Kč"}, {u"Ft", u"Ft"}, {u"%", kPercent},
 };
 
+/// Currencies without minor units (ISO 4217). All others have hundredths.
+constexpr std::u16string_view kWholeUnits[] = {u"¥", u"₩", u"₫", u"CLP", u"ISK", u"KRW", u"VND"};
+
 bool IsAllOf(std::u16string_view text, std::u16string_view set)
 {
     return text.find_first_not_of(set) == std::u16string_view::npos;
@@ -140,8 +143,9 @@ int DecimalCount(const Figure& figure)
     for (std::int64_t value = figure.value; count > 0 && value % 10 == 0; value /= 10)
         --count;
     constexpr int kCents = 2;
-    const bool isAmount = !figure.unit.IsEmpty() && figure.unit.View() != kPercent;
-    return isAmount && count > 0 ? std::max(count, kCents) : count;
+    const std::u16string_view unit = figure.unit.View();
+    const bool isWhole = std::find(std::begin(kWholeUnits), std::end(kWholeUnits), unit) != std::end(kWholeUnits);
+    return unit.empty() || unit == kPercent || isWhole ? count : std::max(count, kCents);
 }
 
 CString NumberText(const Figure& figure)
