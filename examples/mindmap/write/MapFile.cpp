@@ -23,10 +23,14 @@ bool IsSpecial(const CString& path)
 }
 
 /// The path itself when nothing has it, else the first free one with a number.
+///
+/// @throws FileError when there is none, or looking for it failed.
 CString FreePath(const CString& path)
 {
     const bool hasFolder = !CrkPathUtilities::PathFromFilename(path).IsEmpty();
     const CString free = CrkPathUtilities::GetUniqueFilename(hasFolder ? path : u"./" + path);
+    if (free.IsEmpty())
+        throw FileError{path, u"its folder cannot be searched for a free name"};
     if (CrkPathUtilities::FileWithExtensionFromFilename(free).IsEmpty())
         throw FileError{path, u"is taken, and a number cannot go before its extension"};
     return hasFolder ? free : free.Mid(2);
