@@ -64,18 +64,18 @@ class Page(unittest.TestCase):
     def tearDown(self):
         self.assertEqual(self.browser.errors(), [])
 
-    def draw(self, outline, extension):
+    def draw(self, outline, extension, locale='en_US'):
         path = f'{self.folder.name}/map'
         with open(f'{path}.txt', 'w', encoding='utf-8') as file:
             file.write(outline)
         source = f'{path}.opml' if outline.startswith('<opml') else f'{path}.txt'
         os.replace(f'{path}.txt', source)
-        subprocess.run([PROGRAM, source, '-o', f'{path}.{extension}', '--replace', '--locale', 'en_US'], check=True,
+        subprocess.run([PROGRAM, source, '-o', f'{path}.{extension}', '--replace', '--locale', locale], check=True,
                        stdout=subprocess.DEVNULL)
         return f'{path}.{extension}'
 
-    def open(self, outline, fragment=''):
-        self.path = self.draw(outline, 'html')
+    def open(self, outline, fragment='', locale='en_US'):
+        self.path = self.draw(outline, 'html', locale)
         self.browser.open(self.path, fragment)
         self.browser.run('document.getElementById("map").focus()')
 
@@ -240,6 +240,16 @@ class Page(unittest.TestCase):
             self.browser.press('/', query)
             self.assertEqual(self.text('hits'), count, query)
             self.browser.press(ESCAPE)
+
+    def test_speaks_the_users_language_and_names_the_colors(self):
+        self.open(PLAN, locale='de_DE')
+        self.browser.run('document.getElementById("query").value = "o"; document.getElementById("query").dispatchEvent(new Event("input"))')
+        self.browser.press('n')
+        self.assertRegex(self.text('hits'), r'^1 von \d+$')
+        self.assertEqual(self.text('legend').split('\n'), ['Blau Route', 'Ziegelrot Science', 'Grün People'])
+        page = self.browser.value('document.documentElement.lang + document.body.outerHTML.split("<script", 1)[0]')
+        self.assertTrue(page.startswith('de'))
+        self.assertNotIn('{{', page)
 
     def test_texts_of_the_outline_are_neither_script_nor_markup(self):
         topics = [f'<outline text="{attribute(text)}" _note="{attribute(text)}"/>' for text in HOSTILE]

@@ -173,7 +173,7 @@ CString Draw(const Options& options, RunLog& log, std::istream& in, std::ostream
     const std::vector<CString> guids = NameTopics(outline, map, log);
     const auto write = [&](const TextSink& sink) {
         if (IsHtml(options.mapPath))
-            WriteHtml(outline, map, ChosenDesign().shapes, sink, progress);
+            WriteHtml(outline, map, legend, ChosenDesign().shapes, sink, progress);
         else
             WriteSvg(outline, map, legend, ChosenDesign(), guids, sink, progress);
     };

@@ -40,8 +40,9 @@ std::string_view NameOf(Anchor anchor)
 
 class HtmlDocument {
 public:
-    HtmlDocument(const Outline& outline, const MapLayout& map, Shapes shapes, const TextSink& sink)
-        : m_topics(outline.topics), m_map(map), m_shapes(shapes), m_xml(sink)
+    HtmlDocument(const Outline& outline, const MapLayout& map, const Legend& legend, Shapes shapes,
+                 const TextSink& sink)
+        : m_topics(outline.topics), m_map(map), m_legend(legend), m_shapes(shapes), m_xml(sink)
     {
         for (const std::string_view piece : std::span(kPagePieces, kPagePieceCount))
             m_page += CString(piece);
@@ -49,11 +50,14 @@ public:
 
     void Begin()
     {
-        WritePageUpTo(u"{{title}}");
+        WritePageUpTo(u"title");
         m_xml.Text(ShortenForTooltip(m_topics.front().text), Place::Content);
-        WritePageUpTo(u"{{icons}}");
+        WritePageUpTo(u"icons");
         m_xml << kIcons;
-        WritePageUpTo(u"{{data}}");
+        WritePageUpTo(u"legend");
+        for (std::size_t i = 0; i < m_legend.entries.size(); ++i)
+            WriteLegendEntry(m_legend.entries[i], static_cast<int>(i));
+        WritePageUpTo(u"data");
         m_xml << u"{\"branchCount\":" << static_cast<int>(kBranchColors.size()) << u",\"levels\":[";
         for (std::size_t level = 0; level < kLevels.size(); ++level)
             WriteLevel(static_cast<int>(level));
@@ -101,11 +105,27 @@ public:
     }
 
 private:
-    void WritePageUpTo(const CString& mark)
+    /// Writes the page up to a mark, "{{name}}". Marks before that are replaced by words in the user's language.
+    void WritePageUpTo(const CString& name)
     {
-        const int at = m_page.Find(mark);
-        m_xml << m_page.Left(at);
-        m_page = m_page.Mid(at + mark.GetLength());
+        for (CString mark, word; mark != name;) {
+            const int at = m_page.Find(u"{{");
+            const int end = m_page.Find(u"}}", at);
+            m_xml << m_page.Left(at);
+            mark = m_page.Mid(at + 2, end - at - 2);
+            m_page = m_page.Mid(end + 2);
+            word.LoadString(mark.ToUtf8().c_str());
+            m_xml.Text(word, Place::Attribute);
+        }
+    }
+
+    void WriteLegendEntry(const LegendEntry& entry, int branch)
+    {
+        m_xml << u"<div class=\"l1 b" << branch << u"\"><i></i><strong>";
+        m_xml.Text(entry.name, Place::Content);
+        m_xml << u"</strong> <bdi>";
+        m_xml.Text(entry.topics, Place::Content);
+        m_xml << u"</bdi></div>";
     }
 
     /// The name of a member; its value follows.
@@ -178,6 +198,7 @@ private:
 
     const std::vector<Topic>& m_topics;
     const MapLayout& m_map;
+    const Legend& m_legend;
     const Shapes m_shapes;
     CString m_page;  // what is still to be written of it
     XmlStream m_xml;
@@ -187,10 +208,10 @@ private:
 
 }  // namespace
 
-void WriteHtml(const Outline& outline, const MapLayout& map, Shapes shapes, const TextSink& sink,
+void WriteHtml(const Outline& outline, const MapLayout& map, const Legend& legend, Shapes shapes, const TextSink& sink,
                const ProgressHook& progress)
 {
-    HtmlDocument document(outline, map, shapes, sink);
+    HtmlDocument document(outline, map, legend, shapes, sink);
     document.Begin();
     for (std::size_t i = 0; i < outline.topics.size(); ++i) {
         Tell(progress, "drawing", i, outline.topics.size());

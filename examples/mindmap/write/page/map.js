@@ -5,6 +5,7 @@
 const element = id => document.getElementById(id);
 const data = JSON.parse(element('data').textContent);
 const topics = data.topics, count = topics.length;
+const words = document.body.dataset;  // in the user's language
 
 const GLIDE = 250;           // milliseconds
 const READABLE = 0.75;       // the scale at which the smallest text can still be read
@@ -373,7 +374,7 @@ function choose(i, withDetails) {
   chosen = i;
   drawRing();
   element('branch').disabled = childCount[i] === 0;
-  const state = childCount[i] === 0 ? '' : `, ${below(i)} below, ${isFolded[i] ? 'folded' : 'unfolded'}`;
+  const state = childCount[i] === 0 ? '' : `, ${below(i)} ${words.below}, ${isFolded[i] ? words.folded : words.unfolded}`;
   element('status').textContent = topics[i].text + state;
   if (withDetails || !element('details').hidden) showDetails();
   drawRows();
@@ -387,13 +388,13 @@ function showDetails() {
   const link = document.createElement(topic.target ? 'a' : 'span');
   link.textContent = topic.address ?? '';
   if (topic.target) Object.assign(link, { href: topic.target, target: '_blank', rel: 'noopener noreferrer' });
-  const facts = { Dates: topic.dates, Amount: topic.amount, 'Sum of the branch': topic.sum, Link: topic.address && link,
-                  Parameters: topic.parameters, 'Topics below': below(chosen) || '' };
+  const { dates, amount, sum, parameters } = topic;
+  const facts = { dates, amount, sum, link: topic.address && link, parameters, topicsBelow: below(chosen) || '' };
   element('facts').replaceChildren();
   for (const name in facts) {
     if (!facts[name]) continue;
     const term = document.createElement('dt'), value = document.createElement('dd');
-    term.textContent = name;
+    term.textContent = words[name];
     value.dir = 'auto';
     value.append(facts[name]);
     element('facts').append(term, value);
@@ -461,7 +462,7 @@ function search() {
 }
 
 function tellHits() {
-  const place = current < 0 ? '' : `${current + 1} of `;
+  const place = current < 0 ? '' : `${current + 1} ${words.of} `;
   element('hits').textContent = element('query').value.trim() === '' ? '' : `${place}${found.length}`;
   element('next').disabled = element('previous').disabled = found.length === 0;
 }
@@ -583,7 +584,7 @@ for (const id in buttons) element(id).addEventListener('click', buttons[id]);
 element('query').addEventListener('input', search);
 for (let atLevel = 1; atLevel < Math.min(deepest, 10); ++atLevel) {
   const button = document.createElement('button');
-  Object.assign(button, { textContent: atLevel, title: `Unfold to level ${atLevel} (${atLevel})`, onclick: keys[atLevel] });
+  Object.assign(button, { textContent: atLevel, title: `${words.unfoldTo.replace('#', atLevel)} (${atLevel})`, onclick: keys[atLevel] });
   element('all').before(button);
 }
 
