@@ -83,17 +83,23 @@ struct Resetter {
 };
 using Running = std::unique_ptr<sqlite3_stmt, Resetter>;
 
-// What is bound is the caller's, who keeps it until the row is written.
+// A text that is bound in place is the caller's, who keeps it until the row is written.
 
-/// A text that begins with U+FEFF or U+FFFE goes in as bytes, which read as the text again: SQLite would take the unit
-/// for a byte-order mark.
+/// A text that begins with U+FEFF or U+FFFE goes in as bytes in the database's order, which read as the text again: SQLite
+/// would take the unit for a byte-order mark.
 int BindText(sqlite3_stmt* statement, int index, std::u16string_view text)
 {
-    const auto* const bytes = reinterpret_cast<const char*>(text.empty() ? u"" : text.data());
     const std::size_t byteCount = text.size() * sizeof(char16_t);
-    if (text.starts_with(u'\xFEFF') || text.starts_with(u'\xFFFE'))
-        return sqlite3_bind_blob64(statement, index, bytes, byteCount, SQLITE_STATIC);
-    return sqlite3_bind_text64(statement, index, bytes, byteCount, SQLITE_STATIC, SQLITE_UTF16);
+    if (!text.starts_with(u'\xFEFF') && !text.starts_with(u'\xFFFE')) {
+        const auto* const bytes = reinterpret_cast<const char*>(text.empty() ? u"" : text.data());
+        return sqlite3_bind_text64(statement, index, bytes, byteCount, SQLITE_STATIC, SQLITE_UTF16);
+    }
+    auto* const bytes = static_cast<unsigned char*>(sqlite3_malloc64(byteCount));
+    if (bytes == nullptr)
+        return SQLITE_NOMEM;
+    for (std::size_t i = 0; i < byteCount; ++i)
+        bytes[i] = static_cast<unsigned char>((text[i / 2] >> (i % 2 * 8)) & 0xFFU);
+    return sqlite3_bind_blob64(statement, index, bytes, byteCount, sqlite3_free);
 }
 
 int BindValue(sqlite3_stmt* statement, int index, const PreferenceValue& value)
