@@ -12,22 +12,20 @@ namespace {
 /// The thread's locale is "C" as long as this lives.
 class ScopedCLocale {
 public:
-    ScopedCLocale() : m_previous(uselocale(Plain())) {}
+    ScopedCLocale()
+    {
+        // The C library has this locale ready: nothing is made.
+        const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+        if (locale == nullptr)
+            throw std::bad_alloc();
+        m_previous = uselocale(locale);
+    }
     ~ScopedCLocale() { uselocale(m_previous); }
     ScopedCLocale(const ScopedCLocale&) = delete;
     ScopedCLocale& operator=(const ScopedCLocale&) = delete;
 
 private:
-    // The C library has this locale ready: nothing is made.
-    static locale_t Plain()
-    {
-        const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
-        if (locale == nullptr)
-            throw std::bad_alloc();
-        return locale;
-    }
-
-    locale_t m_previous;
+    locale_t m_previous{};
 };
 
 }  // namespace

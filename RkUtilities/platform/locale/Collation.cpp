@@ -9,11 +9,12 @@
 #include <array>
 #include <climits>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <mutex>
 #include <new>
 #include <optional>
+#include <set>
+#include <tuple>
 #include <unicode/coll.h>
 #include <utility>
 
@@ -78,25 +79,19 @@ using AsciiPlaces = std::array<std::uint8_t, 128>;
 
 AsciiPlaces PlacesOf(const icu::Collator& collator)
 {
-    const auto keyOf = [&](std::u16string_view text) {
-        std::string key;
-        AppendKeyOf(collator, text, key);
-        return key;
-    };
-    const std::string keyOfNothing = keyOf(u"");
     AsciiPlaces places{};
-    std::map<std::string, std::vector<std::size_t>> characters;
-    for (std::size_t character = 0; character < places.size(); ++character) {
+    std::array<std::string, std::tuple_size_v<AsciiPlaces>> keys;
+    for (std::size_t character = 0; character < keys.size(); ++character) {
         const auto unit = static_cast<char16_t>(character);
-        if (std::string key = keyOf({&unit, 1}); key != keyOfNothing)
-            characters[std::move(key)].push_back(character);
+        AppendKeyOf(collator, {&unit, 1}, keys[character]);
     }
-    std::uint8_t place = 0;
-    for (const auto& [key, alike] : characters) {
-        ++place;
-        for (const std::size_t character : alike)
-            places[character] = place;
-    }
+    std::set<std::string> ascending(keys.begin(), keys.end());
+    std::string keyOfNothing;
+    AppendKeyOf(collator, u"", keyOfNothing);
+    ascending.insert(keyOfNothing);  // the least of all
+    std::transform(keys.begin(), keys.end(), places.begin(), [&](const std::string& key) {
+        return static_cast<std::uint8_t>(std::distance(ascending.begin(), ascending.find(key)));
+    });
     return places;
 }
 
@@ -124,10 +119,7 @@ std::shared_ptr<const NameOrder> OrderOf(const std::string& locale)
 
 bool IsAscii(std::u16string_view text) noexcept
 {
-    unsigned seen = 0;
-    for (const char16_t unit : text)
-        seen |= unit;
-    return seen < 0x80;
+    return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; });
 }
 
 void AppendPlaces(const AsciiPlaces& places, std::u16string_view text, std::string& keys)

@@ -13,6 +13,7 @@
 #include <mutex>
 #include <tuple>
 #include <unicode/gregocal.h>
+#include <unicode/simpletz.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
 
@@ -49,36 +50,27 @@ std::unique_ptr<Object> Owned(Object* object)
     return std::unique_ptr<Object>(object);
 }
 
-// --- The four below are called with Lock::Locale held: ICU has locks of its own, and its formats change while they are used.
-
-std::unique_ptr<icu::TimeZone> ZoneNamed(const std::string& name)
-{
-    return MadeWhole([&] {
-        return std::unique_ptr<icu::TimeZone>(icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(name)));
-    });
-}
-
-std::unique_ptr<icu::TimeZone> ZoneOfOffset(int utcOffset)
-{
-    const int size = utcOffset < 0 ? -utcOffset : utcOffset;
-    const auto digits = [](int value) { return (value < 10 ? "0" : "") + std::to_string(value); };
-    return ZoneNamed(std::string("GMT") + (utcOffset < 0 ? '-' : '+') + digits(size / 3600) + ':' +
-                     digits(size / 60 % 60) + ':' + digits(size % 60));
-}
+// --- The two below are called with Lock::Locale held: ICU has locks of its own, and its formats change while they are used.
 
 /// ICU's zone of the C library's zone's name where it has the offset at that time, else one of that offset.
 std::unique_ptr<icu::TimeZone> ZoneAt(std::int64_t utcSeconds, int utcOffset, const std::string& zoneName)
 {
     constexpr std::size_t kMostZones = 16;
     static constinit KeptByName<std::unique_ptr<icu::TimeZone>, kMostZones> zones;
-    const icu::TimeZone& named = *zones.Of(zoneName, [&] { return ZoneNamed(zoneName); });
+    const icu::TimeZone& named = *zones.Of(zoneName, [&] {
+        return MadeWhole([&] {
+            return std::unique_ptr<icu::TimeZone>(
+                icu::TimeZone::createTimeZone(icu::UnicodeString::fromUTF8(zoneName)));
+        });
+    });
     std::int32_t standard = 0;
     std::int32_t daylight = 0;
     UErrorCode error = U_ZERO_ERROR;
     named.getOffset(static_cast<UDate>(utcSeconds) * kMillisecondsASecond, 0, standard, daylight, error);
     const bool agrees =
         U_SUCCESS(error) != 0 && (standard + daylight) / 1000 == utcOffset && !(named == icu::TimeZone::getUnknown());
-    return agrees ? Owned(named.clone()) : ZoneOfOffset(utcOffset);
+    return agrees ? Owned(named.clone())
+                  : Owned<icu::TimeZone>(new icu::SimpleTimeZone(utcOffset * 1000, icu::UnicodeString()));
 }
 
 /// A format of ICU's and the calendar that it is given, days before 1582 Gregorian too.

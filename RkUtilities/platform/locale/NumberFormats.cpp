@@ -7,6 +7,7 @@
 #include "RkUtilities/platform/process/Threads.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
@@ -70,28 +71,22 @@ int FirstWeekdayOf(const icu::Locale& locale)
 /// ICU's exact decimal text of a number ("-12.5", "1.8446744073709551616E+19") as a whole number.
 WholeNumber WholePart(std::string_view decimal)
 {
-    WholeNumber number;
-    number.negative = decimal.starts_with('-');
-    decimal.remove_prefix(number.negative ? 1 : 0);
+    constexpr std::int64_t kZerosBeyond = std::numeric_limits<std::uint64_t>::digits10 + 1;
+    const bool negative = decimal.starts_with('-');
+    decimal.remove_prefix(negative ? 1 : 0);
     const std::size_t exponentAt = std::min(decimal.find('E'), decimal.size());
     const std::string exponent(decimal.substr(std::min(exponentAt + 1, decimal.size())));
-    decimal = decimal.substr(0, exponentAt);
-    const std::size_t pointAt = std::min(decimal.find('.'), decimal.size());
+    std::string digits(decimal.substr(0, exponentAt));
+    const std::size_t pointAt = std::min(digits.find('.'), digits.size());
+    digits.erase(pointAt, 1);
     const std::int64_t wholeDigits =
         static_cast<std::int64_t>(pointAt) + (exponent.empty() ? 0 : std::strtoll(exponent.c_str(), nullptr, 10));
-    std::int64_t position = 0;
-    for (const char digit : decimal) {
-        if (digit == '.')
-            continue;
-        if (position++ >= wholeDigits)
-            return number;
-        const auto value = static_cast<unsigned>(digit - '0');
-        const bool fits = number.magnitude <= (kMostMagnitude - value) / 10;
-        number.magnitude = fits ? number.magnitude * 10 + value : kMostMagnitude;
-    }
-    for (; position < wholeDigits && number.magnitude != 0 && number.magnitude != kMostMagnitude; ++position)
-        number.magnitude = number.magnitude <= kMostMagnitude / 10 ? number.magnitude * 10 : kMostMagnitude;
-    return number;
+    digits.resize(static_cast<std::size_t>(std::clamp<std::int64_t>(wholeDigits, 0, std::ssize(digits) + kZerosBeyond)),
+                  '0');
+    std::uint64_t magnitude = 0;
+    if (std::from_chars(digits.data(), digits.data() + digits.size(), magnitude).ec == std::errc::result_out_of_range)
+        magnitude = kMostMagnitude;
+    return {negative, magnitude};
 }
 
 }  // namespace
@@ -161,28 +156,19 @@ std::optional<WholeNumber> NumberFormats::ReadWhole(std::u16string_view text) co
     return WholePart({decimal.data(), static_cast<std::size_t>(decimal.length())});
 }
 
-namespace {
-
-using SharedFormats = std::shared_ptr<const NumberFormats>;  // a thread's last ones, and those that are kept
-constexpr std::size_t kMostLocales = 64;
-constinit KeptByName<SharedFormats, kMostLocales> keptFormats;  // guarded by Lock::Locale
-
-SharedFormats FormatsOf(const std::string& name)
-{
-    const std::lock_guard lock(MutexOf(Lock::Locale));
-    return keptFormats.Of(name, [&] { return std::make_shared<const NumberFormats>(name); });
-}
-
-}  // namespace
-
 const NumberFormats& NumberFormats::Of(LocaleUse use)
 {
-    constexpr auto kUses = static_cast<std::size_t>(LocaleUse::Order) + 1;
+    using Shared = std::shared_ptr<const NumberFormats>;  // kept for the process, and by each thread that asked last
+    constexpr std::size_t kMostLocales = 64;
+    static constinit KeptByName<Shared, kMostLocales> kept;  // guarded by Lock::Locale
     struct LastFormats {
-        std::array<SameAsLast<std::string, SharedFormats>, kUses> byUse;
+        std::array<SameAsLast<std::string, Shared>, static_cast<std::size_t>(LocaleUse::Order) + 1> byUse;
     };
     const std::string& name = UserLocaleName(use);
-    return *PerThread<LastFormats>().byUse[static_cast<std::size_t>(use)].For(name, [&] { return FormatsOf(name); });
+    return *PerThread<LastFormats>().byUse[static_cast<std::size_t>(use)].For(name, [&] {
+        const std::lock_guard lock(MutexOf(Lock::Locale));
+        return kept.Of(name, [&] { return std::make_shared<const NumberFormats>(name); });
+    });
 }
 
 }  // namespace rk::platform

@@ -69,7 +69,8 @@ std::string CanonicalName(std::string_view name)
     return locale.isBogus() != 0 ? "root" : locale.getName();
 }
 
-std::string CategoryName(LocaleUse use)
+/// Valid until the category changes.
+const char* CategoryName(LocaleUse use)
 {
     const char* const name = std::setlocale(kCategories[static_cast<std::size_t>(use)], nullptr);
     return name != nullptr ? name : "C";
@@ -103,9 +104,8 @@ const std::string& UserLocaleName(LocaleUse use)
     const std::uint64_t now = choice.load(std::memory_order_acquire);
     if (now % 2 != 0)
         return last.For(std::tuple(now, ""), [use] { return CanonicalName(ChosenName(use)); });
-    const char* const category = std::setlocale(kCategories[static_cast<std::size_t>(use)], nullptr);
-    return last.For(std::tuple(now, category != nullptr ? category : "C"),
-                    [use] { return CanonicalName(CategoryName(use)); });
+    const char* const category = CategoryName(use);
+    return last.For(std::tuple(now, category), [category] { return CanonicalName(category); });
 }
 
 }  // namespace rk::platform

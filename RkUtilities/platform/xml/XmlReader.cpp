@@ -49,11 +49,19 @@ public:
         XML_Parser parser = m_parser.get();
         SetHashSalt(parser);
         XML_SetUserData(parser, this);
-        XML_SetElementHandler(parser, &OnElementBegins, &OnElementEnds);
-        XML_SetCharacterDataHandler(parser, &OnText);
-        XML_SetAttlistDeclHandler(parser, &OnAttributeDeclaration);
-        XML_SetEntityDeclHandler(parser, &OnEntityDeclaration);
-        XML_SetSkippedEntityHandler(parser, &OnSkippedEntity);
+        XML_SetElementHandler(
+            parser, [](void* self, const XML_Char* name, const XML_Char**) { Of(self).Begin(name); },
+            [](void* self, const XML_Char*) { Of(self).End(); });
+        XML_SetCharacterDataHandler(parser, [](void* self, const XML_Char* text, int byteCount) {
+            const std::string_view piece(text, static_cast<std::size_t>(byteCount));
+            Of(self).Tell([piece](XmlReceiver& to) { to.Text(piece); });
+        });
+        XML_SetAttlistDeclHandler(parser, [](void* self, auto...) {
+            if (++Of(self).m_declarationCount > kMostXmlAttributeDeclarations)
+                Of(self).Refuse("too many attributes are declared");
+        });
+        XML_SetEntityDeclHandler(parser, [](void* self, auto...) { Of(self).Refuse("an entity is declared"); });
+        XML_SetSkippedEntityHandler(parser, [](void* self, auto...) { Of(self).Refuse("an entity is used"); });
     }
 
     /// The memory to read the document into.
@@ -84,40 +92,17 @@ public:
 private:
     static Reading& Of(void* self) { return *static_cast<Reading*>(self); }
 
-    static void OnElementBegins(void* self, const XML_Char* name, const XML_Char** /*attributes*/)
+    void Begin(const XML_Char* name)
     {
-        Reading& reading = Of(self);
-        if (++reading.m_depth > kDeepestXmlElement)
-            reading.Refuse("elements are nested too deep");
+        if (++m_depth > kDeepestXmlElement)
+            Refuse("elements are nested too deep");
         else
-            reading.Tell([name](XmlReceiver& receiver) { receiver.ElementBegins(name); });
+            Tell([name](XmlReceiver& to) { to.ElementBegins(name); });
     }
-    static void OnText(void* self, const XML_Char* text, int byteCount)
+    void End()
     {
-        const std::string_view piece(text, static_cast<std::size_t>(byteCount));
-        Of(self).Tell([piece](XmlReceiver& receiver) { receiver.Text(piece); });
-    }
-    static void OnElementEnds(void* self, const XML_Char* /*name*/)
-    {
-        --Of(self).m_depth;
-        Of(self).Tell([](XmlReceiver& receiver) { receiver.ElementEnds(); });
-    }
-    static void OnAttributeDeclaration(void* self, const XML_Char* /*element*/, const XML_Char* /*attribute*/,
-                                       const XML_Char* /*type*/, const XML_Char* /*value*/, int /*isRequired*/)
-    {
-        if (++Of(self).m_declarationCount > kMostXmlAttributeDeclarations)
-            Of(self).Refuse("too many attributes are declared");
-    }
-    static void OnEntityDeclaration(void* self, const XML_Char* /*name*/, int /*isParameterEntity*/,
-                                    const XML_Char* /*value*/, int /*byteCount*/, const XML_Char* /*base*/,
-                                    const XML_Char* /*systemId*/, const XML_Char* /*publicId*/,
-                                    const XML_Char* /*notation*/)
-    {
-        Of(self).Refuse("an entity is declared");
-    }
-    static void OnSkippedEntity(void* self, const XML_Char* /*name*/, int /*isParameterEntity*/)
-    {
-        Of(self).Refuse("an entity is used");
+        --m_depth;
+        Tell([](XmlReceiver& to) { to.ElementEnds(); });
     }
 
     template <class Event>
