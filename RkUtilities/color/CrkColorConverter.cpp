@@ -4,11 +4,6 @@ namespace {
 
 constexpr unsigned int kShadeFlag = 0x02000000;
 
-unsigned int Swapped(unsigned int color) noexcept
-{
-    return (color & 0xFFU) << 16U | (color & 0xFF00U) | (color >> 16U & 0xFFU);
-}
-
 unsigned int ShadeOfChannel(unsigned int channel, int percent) noexcept
 {
     const int value = static_cast<int>(channel);
@@ -18,16 +13,6 @@ unsigned int ShadeOfChannel(unsigned int channel, int percent) noexcept
 }
 
 }  // namespace
-
-unsigned int CrkColorConverter::COLORREFToARGB(unsigned int color) noexcept
-{
-    return 0xFF000000U | Swapped(color);
-}
-
-unsigned int CrkColorConverter::ARGBToCOLORREF(unsigned int argb) noexcept
-{
-    return Swapped(argb);
-}
 
 unsigned int CrkColorConverter::ShadeOf(unsigned int color, int percent) noexcept
 {

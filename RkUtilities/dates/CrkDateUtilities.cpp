@@ -49,16 +49,6 @@ CTime CrkDateUtilities::ConvertLocalTimeToUtcTime(const CTime& time) noexcept
     return time + OffsetNow();
 }
 
-CTime CrkDateUtilities::COleDateTimeToCTime(COleDateTime date) noexcept
-{
-    return CTime(date.m_dt);
-}
-
-COleDateTime CrkDateUtilities::CTimeToCOleDateTime(CTime time) noexcept
-{
-    return COleDateTime(time);
-}
-
 COleDateTime CrkDateUtilities::RemoveTimeFromDate(const COleDateTime& date) noexcept
 {
     return {date.GetYear(), date.GetMonth(), date.GetDay(), 0, 0, 0};
@@ -80,16 +70,6 @@ bool CrkDateUtilities::IsSameDay(const CTime& a, const CTime& b) noexcept
 bool CrkDateUtilities::IsSameDay(const COleDateTime& a, const COleDateTime& b) noexcept
 {
     return RemoveTimeFromDate(a) == RemoveTimeFromDate(b);
-}
-
-COleDateTime CrkDateUtilities::GetWeekStart(const COleDateTime& date) noexcept
-{
-    return GetLocalizedWeekStart(date, CString());
-}
-
-COleDateTime CrkDateUtilities::GetWeekEnd(const COleDateTime& date) noexcept
-{
-    return GetWeekStart(date) + COleDateTimeSpan(7, 0, 0, 0);
 }
 
 COleDateTime CrkDateUtilities::GetLocalizedWeekStart(const COleDateTime& date, const CString& language) noexcept

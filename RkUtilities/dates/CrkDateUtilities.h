@@ -32,12 +32,15 @@ public:
     static CString LongDateString(const CTime& time);   ///< "November 16, 2026", "16. November 2026"
     static CString ShortTimeString(const CTime& time);  ///< "9:52 PM", "21:52"
     static CString LongTimeString(const CTime& time);   ///< "9:52:05 PM GMT+1", "21:52:05 MEZ"
-    static CString CurrentShortDateString();            ///< `ShortDateString` of now
-    static CString CurrentShortTimeString();            ///< `ShortTimeString` of now
+    static CString CurrentShortDateString() { return ShortDateString(CTime::GetCurrentTime()); }
+    static CString CurrentShortTimeString() { return ShortTimeString(CTime::GetCurrentTime()); }
     /// The short date, one space, the long time: "16.11.26 21:52:05 MEZ".
-    static CString DateTimeString(const CTime& time);
+    static CString DateTimeString(const CTime& time) { return ShortDateString(time) + u' ' + LongTimeString(time); }
     /// The short date, one space, the short time: "16.11.26 21:52".
-    static CString ShortDateTimeString(const CTime& time);
+    static CString ShortDateTimeString(const CTime& time)
+    {
+        return ShortDateString(time) + u' ' + ShortTimeString(time);
+    }
 
     // --- UTC and local time
     // Mind the directions: existing callers rely on them. The offset is always the present offset,
@@ -51,8 +54,11 @@ public:
     // --- Between the two types of time
     // The date value of a time has the time's local calendar fields, to the second.
 
-    static CTime COleDateTimeToCTime(COleDateTime date) noexcept;  ///< `CTime(date.m_dt)`.
-    static COleDateTime CTimeToCOleDateTime(CTime time) noexcept;  ///< `COleDateTime(time)`.
+    static CTime COleDateTimeToCTime(COleDateTime date) noexcept { return CTime(date.m_dt); }  ///< `CTime(date.m_dt)`.
+    static COleDateTime CTimeToCOleDateTime(CTime time) noexcept
+    {
+        return COleDateTime(time);
+    }  ///< `COleDateTime(time)`.
 
     // --- Days
 
@@ -69,9 +75,12 @@ public:
     // --- Weeks
 
     /// 00:00 on the Sunday that begins the date's week, and on the Sunday that ends it.
-    static COleDateTime GetWeekStart(const COleDateTime& date) noexcept;
+    static COleDateTime GetWeekStart(const COleDateTime& date) noexcept { return GetLocalizedWeekStart(date, {}); }
     /// 00:00 on the Sunday that ends the date's week.
-    static COleDateTime GetWeekEnd(const COleDateTime& date) noexcept;
+    static COleDateTime GetWeekEnd(const COleDateTime& date) noexcept
+    {
+        return GetWeekStart(date) + COleDateTimeSpan(7, 0, 0, 0);
+    }
     /// 00:00 on the first day of the date's week: on a Monday when `language` is exactly "de" or "fr", else on a Sunday.
     static COleDateTime GetLocalizedWeekStart(const COleDateTime& date, const CString& language) noexcept;
     /// The same in local time, also in a week with a clock change; `MinimumTime` for 1, 2 and 3 January 1970. Where a

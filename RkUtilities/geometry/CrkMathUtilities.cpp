@@ -19,16 +19,6 @@ bool CrkMathUtilities::WidthChangedMore(const CrkFloatSize& oldSize, const CrkFl
     return widthChange >= heightChange && (widthChange != 0 || heightChange != 0);
 }
 
-float CrkMathUtilities::Length(CrkFloatPoint a, CrkFloatPoint b) noexcept
-{
-    return Length({b.x - a.x, b.y - a.y});
-}
-
-float CrkMathUtilities::Length(CrkFloatPoint vector) noexcept
-{
-    return static_cast<float>(Length(double{vector.x}, double{vector.y}));
-}
-
 double CrkMathUtilities::Length(double x, double y) noexcept
 {
     return std::sqrt(x * x + y * y);

@@ -117,14 +117,20 @@ public:
     /// RotatePoint's.
     static void RotatePointsAt(CrkFloatPoint* points, int count, float degrees, CrkFloatPoint centre) noexcept;
     /// `RotatePointsAt` for one point.
-    static void RotatePointAt(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept;
+    static void RotatePointAt(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept
+    {
+        RotatePointsAt(point, 1, degrees, centre);
+    }
 
     // --- Lengths
 
     /// The distance of two points: their difference in single precision, its length in double, narrowed.
-    static float Length(CrkFloatPoint a, CrkFloatPoint b) noexcept;
+    static float Length(CrkFloatPoint a, CrkFloatPoint b) noexcept { return Length({b.x - a.x, b.y - a.y}); }
     /// The length of a vector, formed in double precision and narrowed.
-    static float Length(CrkFloatPoint vector) noexcept;
+    static float Length(CrkFloatPoint vector) noexcept
+    {
+        return static_cast<float>(Length(double{vector.x}, vector.y));
+    }
     /// The square root of x² + y²; infinite where the squares leave the range of double.
     static double Length(double x, double y) noexcept;
     /// The length of a vector cut to a whole number: (3, 4) gives 5, (1, 1) gives 1.
@@ -218,13 +224,22 @@ public:
                                   const CrkFloatPoint& lineEnd) noexcept;
     /// The value of `IsPointAboveLine`.
     static float IsPointRightOfLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
-                                    const CrkFloatPoint& lineEnd) noexcept;
+                                    const CrkFloatPoint& lineEnd) noexcept
+    {
+        return IsPointAboveLine(point, lineStart, lineEnd);
+    }
     /// Its negative.
     static float IsPointBelowLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
-                                  const CrkFloatPoint& lineEnd) noexcept;
+                                  const CrkFloatPoint& lineEnd) noexcept
+    {
+        return -IsPointAboveLine(point, lineStart, lineEnd);
+    }
     /// Its negative.
     static float IsPointLeftOfLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
-                                   const CrkFloatPoint& lineEnd) noexcept;
+                                   const CrkFloatPoint& lineEnd) noexcept
+    {
+        return -IsPointAboveLine(point, lineStart, lineEnd);
+    }
 
     /// The point halfway along a polyline: (10, 0) for (0, 0), (10, 0), (10, 10).
     ///

@@ -44,8 +44,3 @@ void CrkMathUtilities::RotatePointsAt(CrkFloatPoint* points, int count, float de
         points[i] = {static_cast<float>(a * x + c * y + tx), static_cast<float>(b * x + d * y + ty)};
     }
 }
-
-void CrkMathUtilities::RotatePointAt(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept
-{
-    RotatePointsAt(point, 1, degrees, centre);
-}

@@ -75,24 +75,6 @@ float CrkMathUtilities::IsPointAboveLine(const CrkFloatPoint& point, const CrkFl
     return width * (lineStart.y - point.y) - rise * (point.x - lineStart.x);
 }
 
-float CrkMathUtilities::IsPointRightOfLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
-                                           const CrkFloatPoint& lineEnd) noexcept
-{
-    return IsPointAboveLine(point, lineStart, lineEnd);
-}
-
-float CrkMathUtilities::IsPointBelowLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
-                                         const CrkFloatPoint& lineEnd) noexcept
-{
-    return -IsPointAboveLine(point, lineStart, lineEnd);
-}
-
-float CrkMathUtilities::IsPointLeftOfLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
-                                          const CrkFloatPoint& lineEnd) noexcept
-{
-    return -IsPointAboveLine(point, lineStart, lineEnd);
-}
-
 CrkFloatPoint CrkMathUtilities::GetPolylineMidpoint(const CrkFloatPoint* points, int count) noexcept
 {
     if (!points)

@@ -31,16 +31,6 @@ int CrkLocaleUtilities::GetCurrencyNumberOfDecimalDigits()
     return NumberFormats::Of(LocaleUse::Money).currencyFractionDigits;
 }
 
-int CrkLocaleUtilities::GetPositiveCurrencyFormat()
-{
-    return 0;
-}
-
-int CrkLocaleUtilities::GetNegativeCurrencyFormat()
-{
-    return 0;
-}
-
 CString CrkLocaleUtilities::GetListSeparator()
 {
     return NumberFormats::Of(LocaleUse::Numbers).decimalSeparator;

@@ -30,9 +30,9 @@ public:
     /// How many decimals an amount in the locale's currency has: 2 for cents, 0 for yen.
     static int GetCurrencyNumberOfDecimalDigits();
     /// Always 0: "$1.10" (`CrkStringConversionUtilities::FormatPositiveCurrency`).
-    static int GetPositiveCurrencyFormat();
+    static int GetPositiveCurrencyFormat() { return 0; }
     /// Always 0: "($1.10)" (`CrkStringConversionUtilities::FormatNegativeCurrency`).
-    static int GetNegativeCurrencyFormat();
+    static int GetNegativeCurrencyFormat() { return 0; }
 
     // --- Lists and weeks
 

@@ -6,6 +6,7 @@
 #include "RkUtilities/xml/detail/XmlCharacterTable.h"
 
 #include <algorithm>
+#include <functional>
 #include <string_view>
 
 namespace {
@@ -35,18 +36,11 @@ bool IsValid(std::u16string_view text, const NameRule& rule) noexcept
            std::all_of(text.begin() + 1, text.end(), [&](char16_t unit) { return rule.Follows(unit); });
 }
 
+/// Writes the units, each that is not accepted replaced.
 template <class Accepts>
-void AppendRepaired(rk::TextBuilder& text, std::u16string_view units, unsigned short replacement,
-                    const Accepts& accepts)
+void WriteRepaired(std::u16string_view units, unsigned short replacement, const Accepts& accepts, char16_t* out)
 {
-    for (std::size_t done = 0; done < units.size();) {
-        const auto wrong = static_cast<std::size_t>(
-            std::find_if_not(units.begin() + static_cast<std::ptrdiff_t>(done), units.end(), accepts) - units.begin());
-        text.Append(units.substr(done, wrong - done));
-        done = wrong;
-        for (; done < units.size() && !accepts(units[done]); ++done)
-            text.Append(static_cast<char16_t>(replacement));
-    }
+    std::replace_copy_if(units.begin(), units.end(), out, std::not_fn(accepts), static_cast<char16_t>(replacement));
 }
 
 CString MadeValid(const CString& text, unsigned short replacement, bool insertUnderscore, const NameRule& rule)
@@ -54,13 +48,14 @@ CString MadeValid(const CString& text, unsigned short replacement, bool insertUn
     std::u16string_view rest = text.View();
     if (IsValid(rest, rule) || (rest.empty() && !insertUnderscore))
         return text;
-    rk::TextBuilder name(rest.size() + 1);
     const bool begins = !rest.empty() && rule.Begins(rest.front());
-    name.Append(begins ? rest.front() : u'_');
+    const char16_t first = begins ? rest.front() : u'_';
     if (!rest.empty() && (begins || !insertUnderscore))
         rest.remove_prefix(1);
-    AppendRepaired(name, rest, replacement, [&](char16_t unit) { return rule.Follows(unit); });
-    return name.Take();
+    return rk::TextBuilder::Written(rest.size() + 1, [&](char16_t* name) {
+        *name = first;
+        WriteRepaired(rest, replacement, [&](char16_t unit) { return rule.Follows(unit); }, name + 1);
+    });
 }
 
 }  // namespace
@@ -128,11 +123,10 @@ bool CrkXmlUtilities::IsValidUri(const CString& text) noexcept
 
 CString CrkXmlUtilities::StringToXmlString(const CString& text, unsigned short replacement)
 {
-    if (std::all_of(text.begin(), text.end(), [](char16_t unit) { return IsChar(unit); }))
+    if (std::all_of(text.begin(), text.end(), &IsChar))
         return text;
-    rk::TextBuilder repaired(text.View().size());
-    AppendRepaired(repaired, text.View(), replacement, [](char16_t unit) { return IsChar(unit); });
-    return repaired.Take();
+    return rk::TextBuilder::Written(text.View().size(),
+                                    [&](char16_t* repaired) { WriteRepaired(text, replacement, &IsChar, repaired); });
 }
 
 CString CrkXmlUtilities::StringToNCName(const CString& text, unsigned short replacement, bool insertUnderscore)
