@@ -35,13 +35,19 @@ TEST(Rectangles, GrowByMarginsAndOffsets)
 TEST(Vectors, CalculateAndCompareByDistance)
 {
     const CrkFloatVector2D x(1, 0), y(CrkFloatPoint{0, 1});
-    EXPECT_TRUE(x.Kross(y) == 1 && y.Kross(x) == -1 && (x * 3 - y * 4).Length() == 5);
+    EXPECT_EQ(x.Kross(y), 1);
+    EXPECT_EQ(y.Kross(x), -1);
+    EXPECT_EQ((x * 3 - y * 4).Length(), 5);
     EXPECT_EQ((2.0f * x + y * 3).Dot({4, 5}), 23);
     CrkFloatVector2D v(CrkFloatSize{1, 2});
     ((v += x) *= 4) -= y;
     EXPECT_EQ(CrkFloatPoint(v /= 2), (CrkFloatPoint{4, 3.5f}));
-    EXPECT_TRUE(x == x && x == CrkFloatVector2D(1, 1e-13f) && x == CrkFloatPoint(x) && CrkFloatSize(x) == x);
-    EXPECT_TRUE(x != CrkFloatVector2D(1, 1e-6f) && std::isinf((x / 0).x) && std::isnan((x / 0).y));
+    EXPECT_EQ(x, CrkFloatVector2D(1, 1e-13f));
+    EXPECT_EQ(x, CrkFloatPoint(x));
+    EXPECT_EQ(x, CrkFloatSize(x));
+    EXPECT_NE(x, CrkFloatVector2D(1, 1e-6f));
+    EXPECT_EQ((x / 0).x, kInfinity);
+    EXPECT_NE((x / 0).y, (x / 0).y);
 }
 
 TEST(Pairs, AgreeWithThePlainStepsOnEdgesAndExtremes)

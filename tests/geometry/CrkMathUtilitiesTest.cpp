@@ -1,6 +1,6 @@
 #include "RkUtilities/geometry/CrkMathUtilities.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <complex>
 #include <cstdlib>
@@ -13,6 +13,7 @@ void PrintTo(const CrkFloatPoint& p, std::ostream* out)
 
 namespace {
 
+using testing::ElementsAre, testing::NanSensitiveFloatEq;
 using Math = CrkMathUtilities;
 constexpr float kInfinity = INFINITY, kNan = NAN;
 constexpr double kPi = 3.14159265358979323846;
@@ -48,10 +49,13 @@ TEST(Numbers, RoundHalvesAwayFromZeroAndNeverLeaveInt)
 
 TEST(Numbers, CompareStrictlyBelowTheTolerance)
 {
-    EXPECT_TRUE(Math::FloatsEqual(1.0f, 1.0f) && !Math::FloatsEqual(1.0f, std::nextafter(1.0f, 2.0f)));
-    EXPECT_TRUE(Math::FloatsEqual(1.0, 1.0 + 0x1p-52) && !Math::FloatsEqual(1.0, 1.0 + 0x1p-51));
-    EXPECT_FALSE(Math::FloatsEqual(kNan, kNan) || Math::FloatsEqual(1.0, 1.0, 0.0) ||
-                 Math::FloatsEqual(1.0f, 3.0f, 2.0f));
+    EXPECT_TRUE(Math::FloatsEqual(1.0f, 1.0f));
+    EXPECT_FALSE(Math::FloatsEqual(1.0f, std::nextafter(1.0f, 2.0f)));
+    EXPECT_TRUE(Math::FloatsEqual(1.0, 1.0 + 0x1p-52));
+    EXPECT_FALSE(Math::FloatsEqual(1.0, 1.0 + 0x1p-51));
+    EXPECT_FALSE(Math::FloatsEqual(kNan, kNan));
+    EXPECT_FALSE(Math::FloatsEqual(1.0, 1.0, 0.0));
+    EXPECT_FALSE(Math::FloatsEqual(1.0f, 3.0f, 2.0f));
     const std::pair<CrkFloatSize, bool> rows[] = {{{120, 130}, false}, {{130, 120}, true},  {{80, 90}, false},
                                                   {{90, 80}, true},    {{100, 100}, false}, {{90, 100}, false},
                                                   {{100, 90}, true},   {{110, 110}, true},  {{kNan, 90}, false}};
@@ -87,7 +91,7 @@ TEST(Numbers, SolveQuadraticEquationsWithoutCancellation)
         Math::SolveQuadraticEquation(a, b, c, &roots[0], nullptr);
         EXPECT_EQ(roots[0], 9);
         Math::SolveQuadraticEquation(a, b, c, &roots[0], &roots[1]);
-        EXPECT_TRUE(std::isnan(first) ? std::isnan(roots[0] + roots[1]) : roots[0] == first && roots[1] == second);
+        EXPECT_THAT(roots, ElementsAre(NanSensitiveFloatEq(first), NanSensitiveFloatEq(second)));
     }
 }
 
@@ -99,9 +103,11 @@ TEST(Angles, RunClockwiseFromStraightUp)
         EXPECT_NEAR(Math::CalculateAngle(x, y), eighths * kPi / 4, 1e-6) << x << ' ' << y;
     EXPECT_NEAR(Math::CalculateAngle({10, 0}, {0, 10}, CrkFloatPoint{}), kPi / 2, 1e-6);
     EXPECT_NEAR(Math::NormalizeAngle(7, 0, 2 * kPi), 7 - 2 * kPi, 1e-12);
-    EXPECT_TRUE(Math::NormalizeAngle(-1, 0, 360) == 359 && Math::NormalizeAngle(360, 0, 360) == 0);
+    EXPECT_EQ(Math::NormalizeAngle(-1, 0, 360), 359);
+    EXPECT_EQ(Math::NormalizeAngle(360, 0, 360), 0);
     EXPECT_TRUE(std::isnan(Math::NormalizeAngle(1, 2, 2)));
-    EXPECT_TRUE(Math::RadiansToDegrees(kPi) == 180 && Math::DegreesToRadians(180) == kPi);
+    EXPECT_EQ(Math::RadiansToDegrees(kPi), 180);
+    EXPECT_EQ(Math::DegreesToRadians(180), kPi);
 }
 
 TEST(Angles, AgreeWithRotationsOfComplexNumbers)
@@ -118,8 +124,9 @@ TEST(Angles, AgreeWithRotationsOfComplexNumbers)
         const std::complex<double> from(double{point.x} - centre.x, double{point.y} - centre.y);
         const std::complex<double> to = from * std::polar(1.0, degrees * kPi / 180);
         const CrkFloatPoint expected = Narrowed(to.real() + centre.x, to.imag() + centre.y);
-        ASSERT_TRUE(AreNear(single, expected, 1e-3) && AreNear(exact, expected, 1.3e-4));
-        ASSERT_TRUE(many[1] == exact && many[2] == point);
+        ASSERT_PRED3(AreNear, single, expected, 1e-3);
+        ASSERT_PRED3(AreNear, exact, expected, 1.3e-4);
+        ASSERT_THAT(many, ElementsAre(exact, exact, point));
         const double turn = Math::CalculateAngle(point, expected, centre) - degrees * kPi / 180;
         ASSERT_NEAR(std::remainder(turn, 2 * kPi), 0, 1e-5 + 1e-3 / std::abs(from));
         const double angle = std::fmod(std::arg(from) + 2.5 * kPi, 2 * kPi);
@@ -190,20 +197,25 @@ TEST(Lines, KnowTheirPointsAndSides)
 {
     const CrkFloatPoint origin{0, 0}, right{10, 0}, corner[] = {{0, 0}, {10, 0}, {10, 10}};
     EXPECT_EQ(Math::ClampPoint({-5, 200}, {0, 0, 100, 50}), (CrkFloatPoint{0, 50}));
-    EXPECT_TRUE(Math::IsPointInRect({0, 50}, {0, 0, 100, 50}) && !Math::IsPointInRect({-1, 0}, {0, 0, -5, 1}));
+    EXPECT_TRUE(Math::IsPointInRect({0, 50}, {0, 0, 100, 50}));
+    EXPECT_FALSE(Math::IsPointInRect({-1, 0}, {0, 0, -5, 1}));
     EXPECT_EQ(Math::CalculateDistanceToLine({15, 5}, origin, right), 5);  // of the endless line
     EXPECT_FLOAT_EQ(Math::CalculateDistanceToLine({5, 5}, origin, origin), 7.071068f);
-    EXPECT_TRUE(!Math::IsPointOnLine({12, 0}, origin, right, 1) && Math::IsPointOnLine({12, 0}, origin, right, 2));
-    EXPECT_TRUE(Math::IsPointOnLine({1, 0}, origin, origin, 1) && !Math::IsPointOnLine({1, 1}, origin, origin, 1));
-    EXPECT_FALSE(Math::IsPointOnLine({5, 0}, origin, right, -1) ||
-                 Math::IsPointOnLine({1e30f, 1e30f}, origin, {9e30f, 9e30f}, -1));
-    EXPECT_TRUE(Math::IsPointOnPolyline({10, 5}, corner, 3, 0.5f) && !Math::IsPointOnPolyline({0, 0}, corner, 1, 9));
+    EXPECT_FALSE(Math::IsPointOnLine({12, 0}, origin, right, 1));
+    EXPECT_TRUE(Math::IsPointOnLine({12, 0}, origin, right, 2));
+    EXPECT_TRUE(Math::IsPointOnLine({1, 0}, origin, origin, 1));
+    EXPECT_FALSE(Math::IsPointOnLine({1, 1}, origin, origin, 1));
+    EXPECT_FALSE(Math::IsPointOnLine({5, 0}, origin, right, -1));
+    EXPECT_FALSE(Math::IsPointOnLine({1e30f, 1e30f}, origin, {9e30f, 9e30f}, -1));
+    EXPECT_TRUE(Math::IsPointOnPolyline({10, 5}, corner, 3, 0.5f));
+    EXPECT_FALSE(Math::IsPointOnPolyline({0, 0}, corner, 1, 9));
     EXPECT_EQ(Math::GetPolylineMidpoint(corner, 3), (CrkFloatPoint{10, 0}));
     EXPECT_EQ(Math::GetPolylineMidpoint(corner, 2), (CrkFloatPoint{5, 0}));
     const CrkFloatPoint same[] = {right, right};
-    EXPECT_TRUE(Math::GetPolylineMidpoint(same, 2) == origin && Math::GetPolylineMidpoint(same, 1) == origin);
-    EXPECT_TRUE(Math::IsPointAboveLine({5, -1}, origin, right) == 1 &&
-                Math::IsPointAboveLine({5, -1}, right, origin) == 1);
+    EXPECT_EQ(Math::GetPolylineMidpoint(same, 2), origin);
+    EXPECT_EQ(Math::GetPolylineMidpoint(same, 1), origin);
+    EXPECT_EQ(Math::IsPointAboveLine({5, -1}, origin, right), 1);
+    EXPECT_EQ(Math::IsPointAboveLine({5, -1}, right, origin), 1);
     EXPECT_GT(Math::IsPointRightOfLine({5, -1}, origin, {10, 1}), 0);
     EXPECT_GT(Math::IsPointBelowLine({5, -1}, {10, 1}, origin), 0);
     EXPECT_EQ(Math::IsPointLeftOfLine({3, 5}, origin, {0, 10}), -3);
@@ -214,7 +226,8 @@ TEST(Lines, CrossRectangles)
 {
     const CrkFloatRect box{0, 0, 10, 10};
     const CrkFloatPoint way[] = {{-20, -20}, {-5, 5}, {15, 5}};
-    EXPECT_TRUE(Math::IsPolylineCrossingRect(way, 3, box) && !Math::IsPolylineCrossingRect(way, 2, box));
+    EXPECT_TRUE(Math::IsPolylineCrossingRect(way, 3, box));
+    EXPECT_FALSE(Math::IsPolylineCrossingRect(way, 2, box));
     const CrkFloatPoint upright[][2] = {{{-5, 0}, {1, 0}},  {{-5, 10}, {1, 10}}, {{5, 20}, {5, 9}},
                                         {{0, 1}, {0, 2}},   {{10, 1}, {10, 2}},  {{-5, 5}, {0, 5}},
                                         {{5, 10}, {5, 12}}, {{-5, -5}, {9, 9}}};

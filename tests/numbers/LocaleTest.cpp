@@ -68,18 +68,18 @@ TEST(LocaleQueries, AgreeWithIcuInEveryLocale)
         double number = 0;
         int whole = 0;
         const CString text(std::u16string_view(written.getBuffer(), static_cast<std::size_t>(written.length())));
-        EXPECT_TRUE(Conversion::StringToDouble(text, number) && Conversion::StringToInteger(text, whole)) << text;
+        EXPECT_TRUE(Conversion::StringToDouble(text, number)) << text;
+        EXPECT_TRUE(Conversion::StringToInteger(text, whole)) << text;
         EXPECT_EQ(number, -1234.5);
         EXPECT_EQ(whole, -1234);
         long plainDigits = 0;
-        EXPECT_TRUE(Conversion::StringToLong(u"-1234567", plainDigits) && plainDigits == -1234567);
+        EXPECT_TRUE(Conversion::StringToLong(u"-1234567", plainDigits));
+        EXPECT_EQ(plainDigits, -1234567);
     }
     CString prefix = u"before";
     CString suffix = u"after";
     Locale::GetNegativeNumberPrefixSuffix(prefix, suffix);
-    icu::UnicodeString rootPrefix;
-    FormatOf(icu::Locale::getRoot(), UNUM_DECIMAL)->getNegativePrefix(rootPrefix);
-    EXPECT_TRUE(prefix == u"-" && suffix == u"" && rootPrefix == u"-");
+    EXPECT_EQ(prefix + u"|" + suffix, u"-|");
 }
 
 TEST(LocaleQueries, FollowEachCategoryOfTheProcessAtOnce)
@@ -101,7 +101,8 @@ TEST(LocaleQueries, FollowEachCategoryOfTheProcessAtOnce)
     EXPECT_EQ(Conversion::DoubleToString(1e-10), u"1e-10");
     EXPECT_EQ(Conversion::DoubleToString(2.5), u"2,5");
     double value = 0;
-    EXPECT_TRUE(Conversion::StringToDouble(u"1,5e1", value) && value == 15);
+    EXPECT_TRUE(Conversion::StringToDouble(u"1,5e1", value));
+    EXPECT_EQ(value, 15);
     std::setlocale(LC_ALL, before.c_str());
     EXPECT_EQ(facts(), u"..1");
 }
@@ -117,11 +118,12 @@ TEST(LocaleQueries, SurviveHostileNames)
         names.push_back("de_DE@x=" + std::to_string(i));
     for (const std::string& name : names) {
         const ScopedUserLocale user(name.c_str());
-        EXPECT_FALSE(Locale::GetDecimalPoint().IsEmpty() || Locale::GetListSeparator().IsEmpty()) << name;
-        EXPECT_FALSE(Locale::GetCurrencySymbol().IsEmpty()) << name;
+        for (const auto& text : {Locale::GetDecimalPoint(), Locale::GetListSeparator(), Locale::GetCurrencySymbol()})
+            EXPECT_NE(text, u"") << name;
         double value = 0;
         long whole = 0;
-        EXPECT_TRUE(Conversion::StringToDouble(Conversion::DoubleToString(12), value) && value == 12) << name;
+        EXPECT_TRUE(Conversion::StringToDouble(Conversion::DoubleToString(12), value)) << name;
+        EXPECT_EQ(value, 12) << name;
         EXPECT_TRUE(Conversion::StringToLong(u"12.", whole) || !Conversion::StringToLong(u"ab", whole)) << name;
     }
 }
@@ -161,8 +163,10 @@ TEST(LocaleQueries, StayWholeWhileAnotherThreadChangesTheLocale)
                 EXPECT_TRUE(text == u"12,345.67" || text == u"12.345,67") << text;
                 double value = 0;
                 long whole = 0;
-                EXPECT_TRUE(Conversion::StringToDouble(u"1.5", value) && (value == 1.5 || value == 1));
-                EXPECT_TRUE(Conversion::StringToLong(CString(u"\u2212") + u"7", whole) && whole == -7);
+                EXPECT_TRUE(Conversion::StringToDouble(u"1.5", value));
+                EXPECT_TRUE(value == 1.5 || value == 1) << value;
+                EXPECT_TRUE(Conversion::StringToLong(u"\u22127", whole));
+                EXPECT_EQ(whole, -7);
                 EXPECT_GE(Locale::GetFirstDayOfWeek(), 1);
             }
         });
