@@ -12,7 +12,7 @@
 
 namespace rk {
 
-/// A reference to an object: a pointer, a smart pointer (whose `get()` gives one) or nullptr.
+/// A reference to an object: a pointer, a smart pointer (whose `get()` gives a pointer) or nullptr.
 template <class T>
 concept ObjectReference =
     std::same_as<T, std::nullptr_t> || (std::is_pointer_v<T> && !std::is_function_v<std::remove_pointer_t<T>>) ||

@@ -3,7 +3,7 @@
 #include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CString.h"
 
-/// The application's table of named colors: it derives from this class and sets one table, so that a color can be shown
+/// The application's table of named colors. The application derives a table and sets it, so that a color can be shown
 /// by its name in the user's language.
 ///
 /// The library neither copies nor deletes the table; the application keeps it alive while it is set, sets it before

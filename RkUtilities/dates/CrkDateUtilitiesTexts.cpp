@@ -17,7 +17,7 @@ std::int64_t UtcSeconds(const CTime& time)
     return static_cast<std::int64_t>(std::floor(time.GetCFAbsoluteTime())) + rk::platform::kUtcSecondsOf2001;
 }
 
-// The locale of the first date text and of the first time text, which stay those of all texts of their kind. Never
+// The locale of the first date text and of the first time text, which all later texts keep. They are never
 // destroyed: a static object's destructor may still ask.
 constinit std::atomic<const std::string*> dateLocale = nullptr;
 constinit std::atomic<const std::string*> timeLocale = nullptr;

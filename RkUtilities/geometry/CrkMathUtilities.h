@@ -150,7 +150,7 @@ public:
     /// The roots of a·x² + b·x + c = 0 in single precision, formed so that nearly equal numbers are not subtracted.
     ///
     /// The first root is (-b + s) / 2a, the second (-b - s) / 2a, s being the square root of b² - 4ac. Roots that are
-    /// not real are not a number. With a = 0 the root -c/b is in one of the two (the first for b > 0), and the other root is
+    /// not real are not a number. With a = 0 the root -c/b comes first for b > 0, else second, and the other root is
     /// infinite or not a number; with b = c = 0 the first is 0, the second not a number. Writes nothing when either
     /// pointer is null.
     static void SolveQuadraticEquation(float a, float b, float c, float* firstRoot, float* secondRoot) noexcept;
@@ -158,8 +158,8 @@ public:
     // --- Edge points
     // The result is where the ray from `origin` into `direction` (a vector, not a target) meets the
     // outline of a shape that was grown by `offset` on every side; a negative offset shrinks the shape. Without an
-    // origin the ray starts at the middle of the rectangle. A shape that the offset shrinks away has no edge, and
-    // neither has the null rectangle: the result is the origin.
+    // origin the ray starts at the middle of the rectangle. A shape that the offset shrinks away and
+    // the null rectangle have no edge: the result is the origin.
 
     /// The edge point of a rectangle.
     ///

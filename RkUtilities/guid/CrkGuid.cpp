@@ -64,8 +64,8 @@ CFUUIDBytes CrkGuid::StringToGuid(const CString& text) noexcept
     if (units.size() != kTextUnitCount)
         return c_nullGuid;
 
-    // Faults are collected and judged once: a wrong digit sets bits above the low four, a unit beyond Latin-1 those
-    // above eight.
+    // Faults are collected and judged once: a wrong digit sets bits above the low four, a unit beyond Latin-1 sets bits
+    // above the low eight.
     unsigned int faults = 0;
     for (const std::size_t unit : kHyphenUnits)
         faults |= static_cast<unsigned int>(units[unit] ^ u'-') << 4;

@@ -8,8 +8,8 @@
 /// - The classes are those of XML 1.0, first to fourth edition, Appendix B, and the NCName of Namespaces in XML; the wider
 ///   names of the fifth edition are not accepted.
 /// - They are asked of single UTF-16 code units. A character outside the Basic Multilingual Plane is two surrogates, and
-///   a surrogate is in no class: one such character becomes two replacement units.
-/// - Every text is legal input, the empty one and U+0000 included. Nothing is kept: safe from any thread.
+///   a surrogate is in no class: such a character becomes two replacement units.
+/// - Every text is legal input, the empty text and U+0000 included. Nothing is kept: safe from any thread.
 class RK_EXPORT CrkXmlUtilities {
 public:
     // --- Classes of one code unit

@@ -65,7 +65,7 @@ TEST(Colors, AreNamedInTheUsersLanguage)
     folder.Write("root.txt", R"(root { Orange { "Orange" } Second { "Second" } Sky { "Sky blue" } })");
     folder.Write("de.txt", R"(de { Orange { "Apfel\u0000sine" } })");
     const std::string path = folder.Path(".");
-    // In the byte order of this processor, since genrb may run on another one, and in the other order.
+    // In the byte order of this processor (genrb may write another order), and in the other order.
     const std::string orders = std::endian::native == std::endian::little ? "own=l other=b" : "own=b other=l";
     const std::string make = "cd '" + path + "' && " + orders + R"( PATH=$PATH:/usr/sbin
         genrb -q root.txt de.txt > /dev/null && mkdir other && for table in root.res de.res; do

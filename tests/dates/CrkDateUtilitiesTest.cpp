@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::chrono;
 
-// What this file's initialiser finds, which may run before those of the library's files.
+// The times that this file's initialiser finds. It may run before the initialisers of the library's files.
 const double kAtLoad[] = {CrkDateUtilities::NullTime.GetCFAbsoluteTime(),
                           CrkDateUtilities::MinimumTime.GetCFAbsoluteTime(),
                           CrkDateUtilities::MaximumTime.GetCFAbsoluteTime()};
@@ -130,7 +130,7 @@ TEST(Weeks, OfTimesBeginOnTheirFirstDayInEveryZone)
         const ScopedZone zone(name.c_str());
         tzset();
         std::vector<std::time_t> times;
-        // Away from changes a zone is any other one, so a sample of the days tells.
+        // Away from clock changes all zones behave alike, so a sample of the days suffices.
         for (const std::time_t change : ClockChanges(atNoon(1920y / January / 1), atNoon(2319y / December / 31))) {
             for (int day = -1; day <= 7; day += 4)
                 times.push_back(change + day * 86400);

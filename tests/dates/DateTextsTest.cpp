@@ -78,7 +78,7 @@ std::string IcuTexts(const char* locale, const char* zone, const std::vector<std
     return lines;
 }
 
-// Left to right, right to left, other calendars, other numbers, unknown ones.
+// Left to right, right to left, other calendars, other numbers, unknown locales.
 constexpr std::string_view kLocales =
     "en_US en_GB en_US_POSIX de_DE de_CH fr_FR fr_CA it_IT es_ES pt_BR nl_NL sv_SE pl_PL cs_CZ hu_HU ru_RU uk_UA tr_TR "
     "el_GR bg_BG ja_JP zh_CN zh_TW ko_KR vi_VN hi_IN bn_BD mr_IN my_MM ta_IN sr_Latn_RS ar_EG ar_SA he_IL ur_PK ps_AF "
@@ -123,7 +123,7 @@ constexpr std::int64_t kEvening = 1794862325;  // 16 November 2026, 20:52:05 UTC
 TEST(DateTexts, JoinWithOneSpace)
 {
     const ScopedZone berlin("Europe/Berlin");
-    ExpectItEndsWell(StartChild([] {  // whose first locale is no other test's
+    ExpectItEndsWell(StartChild([] {  // a child, since other tests have fixed this process's locale
         const CTime time = At(kEvening);
         const CString date = CrkDateUtilities::ShortDateString(time);
         EXPECT_EQ(CrkDateUtilities::DateTimeString(time), date + u" " + CrkDateUtilities::LongTimeString(time));

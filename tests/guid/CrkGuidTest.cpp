@@ -32,7 +32,7 @@ TEST(Guid, IsReadFromTheDocumentedTextsAndNoOthers)
         {u"{00112233-4455-6677-8899-AABBCCDDEEFF", false},     // the last digit taken for a brace, but kept
         {u"{{00112233-4455-6677-8899-AABBCCDDEEFF}}", false},  // braces stripped twice
         {u"", false},
-        {u"{", false},  // first and last unit the same one
+        {u"{", false},  // the first unit is the last unit too
         {u" 00112233-4455-6677-8899-AABBCCDDEEFF", false},
         {u"00112233445566778899AABBCCDDEEFF", false},
     };

@@ -24,7 +24,7 @@ namespace {
 
 std::unique_ptr<const icu::Collator> MakeCollator(const std::string& locale)
 {
-    // The order of "C" is that of code units, upper case first; without regard to case only the root's is left.
+    // "C" orders by code units, upper case first. Without regard to case that order is the root locale's.
     const icu::Locale order =
         locale == "en_US_POSIX" ? icu::Locale::getRoot() : icu::Locale::createCanonical(locale.c_str());
     return MadeWhole([&] {
@@ -64,8 +64,8 @@ bool Has(const icu::Collator& collator, UColAttribute attribute, UColAttributeVa
     return collator.getAttribute(attribute, error) == value && U_SUCCESS(error) != 0;
 }
 
-/// The root's order knows no groups of ASCII characters ("ch") and none that stands for two; where nothing is changed
-/// but the order of the characters, each of them has one place.
+/// In the root's order no group of ASCII characters ("ch") counts as a character, and no ASCII character counts as two.
+/// So each character has a place, unless the locale's keywords change more than the order of the characters.
 bool IsRootOrder(const icu::Collator& collator)
 {
     UErrorCode error = U_ZERO_ERROR;
@@ -73,8 +73,8 @@ bool IsRootOrder(const icu::Collator& collator)
            Has(collator, UCOL_NUMERIC_COLLATION, UCOL_OFF) && Has(collator, UCOL_CASE_LEVEL, UCOL_OFF);
 }
 
-/// Where ASCII texts compare as the sequences of their characters' places do: the place of each character, 0 for one that
-/// does not count.
+/// The place of each ASCII character in an order, 0 for a character that does not count. ASCII texts compare as the
+/// sequences of their characters' places compare.
 using AsciiPlaces = std::array<std::uint8_t, 128>;
 
 AsciiPlaces PlacesOf(const icu::Collator& collator)
@@ -95,7 +95,7 @@ AsciiPlaces PlacesOf(const icu::Collator& collator)
     return places;
 }
 
-/// A locale's order of names. The places are empty in orders that are not so simple.
+/// A locale's order of names. It has places where it is the root's order.
 struct NameOrder {
     std::unique_ptr<const icu::Collator> collator;
     std::optional<AsciiPlaces> places;

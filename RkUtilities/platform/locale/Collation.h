@@ -7,7 +7,7 @@
 
 namespace rk::platform {
 
-/// Keys of some texts, one behind the other.
+/// The keys of some texts, in the order of the texts.
 struct CollationKeys {
     std::string bytes;
     std::vector<std::size_t> ends;

@@ -52,7 +52,7 @@ std::unique_ptr<Object> Owned(Object* object)
 
 // --- The two below are called with Lock::Locale held: ICU has locks of its own, and its formats change while they are used.
 
-/// ICU's zone of the C library's zone's name where it has the offset at that time, else one of that offset.
+/// ICU's zone by the name of the C library's zone; a zone of the given offset where ICU's zone has another offset then.
 std::unique_ptr<icu::TimeZone> ZoneAt(std::int64_t utcSeconds, int utcOffset, const std::string& zoneName)
 {
     constexpr std::size_t kMostZones = 16;

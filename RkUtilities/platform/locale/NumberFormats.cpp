@@ -34,7 +34,7 @@ std::u16string Text(const icu::UnicodeString& text)
     return {text.getBuffer(), static_cast<std::size_t>(text.length())};
 }
 
-/// The locale; where its numerals are no decimal digits (Roman, Hebrew), with the Latin ones.
+/// The locale. Latin digits replace numerals that are no decimal digits (Roman, Hebrew).
 icu::Locale WithDecimalDigits(const std::string& name)
 {
     icu::Locale locale = icu::Locale::createCanonical(name.c_str());

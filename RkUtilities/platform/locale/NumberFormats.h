@@ -19,8 +19,8 @@ struct WholeNumber {
 
 /// What a locale says about numbers, money and the week: CLDR's data as ICU gives them. Immutable.
 ///
-/// A locale's data are made once and kept by its name; a name that ICU does not know gets those it falls back to. Without
-/// memory for them `std::bad_alloc` is thrown, and the next call makes them.
+/// A locale's data are made once and kept by its name; a name that ICU does not know gets the data of ICU's fallback.
+/// Without memory for them `std::bad_alloc` is thrown, and the next call makes them.
 class NumberFormats {
 public:
     /// Those of the user's locale for that use, at this moment. Valid until the thread's next call for the same use.
@@ -33,7 +33,7 @@ public:
     NumberFormats& operator=(const NumberFormats&) = delete;
 
     /// The number that is the whole of `text` in the locale's plain decimal format. A fraction is cut off, and what is
-    /// beyond a `WholeNumber` becomes the largest of its sign; infinity and "not a number" are none.
+    /// beyond a `WholeNumber` becomes the largest of its sign; infinity and "not a number" are no numbers here.
     [[nodiscard]] std::optional<WholeNumber> ReadWhole(std::u16string_view text) const;
 
     std::u16string decimalSeparator;

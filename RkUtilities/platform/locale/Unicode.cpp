@@ -40,12 +40,12 @@ const CaseTable& CaseTable::Made() noexcept
 
 void CaseTable::Make() noexcept
 {
-    std::uint8_t block = 0;  // the last one that changes something
+    std::uint8_t block = 0;  // the last block that changes something
     for (unsigned unit = 0; unit < 0x10000; ++unit) {
         if (IsCaseless(unit))
             continue;
         const std::int32_t mapped = m_mapping(static_cast<std::int32_t>(unit));
-        if (mapped > 0xFFFF || mapped == static_cast<std::int32_t>(unit))  // one unit stays one
+        if (mapped > 0xFFFF || mapped == static_cast<std::int32_t>(unit))  // a unit stays a unit
             continue;
         std::uint8_t& place = m_blocks[unit / kBlockUnits];
         if (place == 0)

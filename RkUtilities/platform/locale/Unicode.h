@@ -9,14 +9,14 @@
 /// nor blanks.
 namespace rk::platform {
 
-/// The code units that a table maps to one.
+/// The code units that a table maps to the same unit.
 struct CaseSources {
     static constexpr std::size_t kMost = 8;  // Unicode 15 has at most 4
     std::array<char16_t, kMost> units{};
     std::size_t count = 0;
 };
 
-/// A mapping of code units to code units, in blocks: most have no case and share one. Made by the first call that needs
+/// A mapping of code units to code units, in blocks: blocks without case share a block. Made by the first call that needs
 /// it, in its own memory, so that making it does not fail while a text is being changed; never changed afterwards.
 class CaseTable {
 public:
@@ -37,7 +37,7 @@ private:
         char16_t unit;
     };
     static constexpr unsigned kBlockUnits = 128;
-    static constexpr std::size_t kMostBlocks = 145;    // those that may have case, and the one of all others
+    static constexpr std::size_t kMostBlocks = 145;    // the blocks that may have case, and the shared block
     static constexpr std::size_t kMostChanged = 4096;  // Unicode 15 has fewer than 1500
 
     void Make() noexcept;

@@ -23,12 +23,12 @@ constexpr std::size_t kMostNameBytes = 100;  // names of CLDR are far shorter
 
 // The chosen name, null without a choice; guarded by `Lock::Locale`.
 constinit const std::string* chosenName = nullptr;
-// Another number for each choice, odd while there is one: readers look at it without a lock.
+// Changes with each choice, and is odd while a name is chosen. Readers look at it without a lock.
 constinit std::atomic<std::uint64_t> choice{0};
 
 constexpr std::array<int, 5> kCategories = {LC_MONETARY, LC_NUMERIC, LC_TIME, LC_MESSAGES, LC_COLLATE};
 
-// Modifiers of the C library that name a script; the others (a currency, a collation) have no part in ICU's names.
+// Modifiers of the C library that name a script. Other modifiers (a currency, a collation) are left out of ICU's names.
 constexpr std::pair<std::string_view, std::string_view> kScripts[] = {
     {"latin", "Latn"}, {"cyrillic", "Cyrl"}, {"devanagari", "Deva"}, {"arabic", "Arab"}};
 
@@ -58,7 +58,7 @@ bool IsHarmless(std::string_view name)
            name.find('\0') == std::string_view::npos;
 }
 
-/// The name of a locale that ICU accepts; the root locale for all others.
+/// The name as ICU writes it; "root" for a name that ICU does not accept.
 std::string CanonicalName(std::string_view name)
 {
     const std::string icuName = IcuName(name);
@@ -76,7 +76,7 @@ const char* CategoryName(LocaleUse use)
     return name != nullptr ? name : "C";
 }
 
-/// The chosen name, as long as there still is one.
+/// The chosen name; the category's where the choice was taken back meanwhile.
 std::string ChosenName(LocaleUse use)
 {
     const std::lock_guard lock(MutexOf(Lock::Locale));

@@ -18,8 +18,8 @@ namespace rk::platform {
 
 namespace {
 
-/// What keeps a document from choosing names that meet in one place of expat's hash tables: a secret, drawn once, since
-/// drawing it for each reading costs as much as reading a small document. Where there is none, expat draws its own.
+/// Gives expat a secret, so that no document can choose names that meet in the same place of expat's hash tables. The
+/// secret is drawn once: drawing costs as much as reading a small document. Where drawing fails, expat draws its own.
 void SetHashSalt(XML_Parser parser) noexcept
 {
     static constinit std::atomic<std::uint64_t> drawn[2];
@@ -39,7 +39,7 @@ void SetHashSalt(XML_Parser parser) noexcept
 #endif
 }
 
-// One reading of one document. No exception passes through expat: it is kept until the parser has returned.
+// The reading of a document. No exception passes through expat: the exception is kept until the parser has returned.
 class Reading {
 public:
     explicit Reading(XmlReceiver& receiver) : m_receiver(receiver), m_parser(XML_ParserCreate(nullptr), XML_ParserFree)
@@ -144,8 +144,8 @@ std::string ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver)
     if (!S_ISREG(facts.st_mode))
         return "not an ordinary file";
 
-    // All at once, so that the parser sees no token twice. With room for a byte more than there should be, to see the end;
-    // for all that is allowed where the kernel makes a file up and says 0.
+    // The file is read at once, so that the parser sees no token twice. The room is a byte larger than the file, to see
+    // the file's end. The kernel gives 0 as the length of files that it makes up; they get the largest room.
     constexpr auto kLongest = static_cast<off_t>(kLongestXmlFile);
     const off_t expected = facts.st_size > 0 ? std::min(facts.st_size, kLongest) : kLongest;
     const auto room = static_cast<std::size_t>(expected) + 1;

@@ -10,9 +10,9 @@ namespace rk::platform {
 class XmlReceiver {
 public:
     virtual ~XmlReceiver() = default;
-    /// An element begins. The name is the one written in the document, prefix included; attributes are not reported.
+    /// An element begins. The name stands as the document writes it, prefix included; attributes are not reported.
     virtual void ElementBegins(std::string_view qualifiedName) = 0;
-    /// A piece of text of the innermost open element; one text may come in several pieces. White space is kept, a line
+    /// A piece of text of the innermost open element; a text may come in several pieces. White space is kept, a line
     /// break is "\n", references to characters are resolved.
     virtual void Text(std::string_view piece) = 0;
     /// The innermost open element ends.
