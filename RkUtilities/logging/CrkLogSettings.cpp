@@ -1,122 +1,85 @@
 #include "RkUtilities/logging/CrkLogSettings.h"
 
 #include "RkUtilities/foundation/NativePath.h"
+#include "RkUtilities/logging/detail/LogEntryText.h"
 #include "RkUtilities/platform/xml/XmlReader.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace {
 
-using Categories = CAtlMap<CString, bool>;
-
-Categories NoCategories()
-{
-    constexpr unsigned int kBucketCount = 64;
-    Categories categories;
-    categories.InitHashTable(kBucketCount);
-    return categories;
-}
-
-// Indexed by level.
-constexpr std::string_view kLevelTexts[] = {"LogEmergency", "LogCritical", "LogError", "LogWarning",
-                                            "LogNotice",    "LogInfo",     "LogDebug"};
-
 std::optional<rk::ErkLogLevel> LevelOf(std::string_view text)
 {
-    const auto* const found = std::find(std::begin(kLevelTexts), std::end(kLevelTexts), text);
-    if (found == std::end(kLevelTexts))
+    const auto* const found = std::find(std::begin(rk::kLevelNames), std::end(rk::kLevelNames), text);
+    if (found == std::end(rk::kLevelNames))
         return std::nullopt;
-    return static_cast<rk::ErkLogLevel>(found - std::begin(kLevelTexts));
+    return static_cast<rk::ErkLogLevel>(found - std::begin(rk::kLevelNames));
 }
 
-// Gathers what a settings file says; it counts only once the file was read to its end.
+// Gathers the texts of a settings file by the names of their elements; they count once the file was read to its end.
 class SettingsReceiver final : public rk::platform::XmlReceiver {
 public:
     void ElementBegins(std::string_view qualifiedName) override
     {
-        if (++m_depth == kDepthOfSettings)
-            m_reader = ReaderOf(qualifiedName);
+        if (++m_depth != kDepthOfSettings)
+            return;
+        if (const auto setting = m_texts.find(qualifiedName); setting != m_texts.end())
+            m_text = &setting->second.emplace_back();
     }
     void Text(std::string_view piece) override
     {
-        if (m_reader != nullptr)
-            m_text += piece;
+        if (m_text != nullptr)
+            *m_text += piece;
     }
     void ElementEnds() override
     {
-        if (m_depth-- != kDepthOfSettings || m_reader == nullptr)
-            return;
-        (this->*m_reader)();
-        m_reader = nullptr;
-        m_text.clear();
+        if (m_depth-- == kDepthOfSettings)
+            m_text = nullptr;
     }
 
-    std::optional<bool> m_enable;
-    std::optional<bool> m_stdOut;
-    std::optional<std::optional<rk::ErkLogLevel>> m_level;  // the inner one is empty for a text that names no level
-    bool m_includeAll = false;
-    Categories m_included = NoCategories();
-    Categories m_excluded = NoCategories();
+    // All texts of a setting in the order of the file.
+    [[nodiscard]] const std::vector<std::string>& All(const char* name) const { return m_texts.find(name)->second; }
+    // The first text of a setting, which decides; "" for a setting that is not in the file.
+    [[nodiscard]] std::string First(const char* name) const { return All(name).empty() ? "" : All(name).front(); }
 
 private:
-    using Reader = void (SettingsReceiver::*)();
     static constexpr int kDepthOfSettings = 2;
 
-    static Reader ReaderOf(std::string_view qualifiedName)
-    {
-        struct Setting {
-            std::string_view name;
-            Reader reader;
-        };
-        static constexpr Setting kSettings[] = {
-            {"ls:Enable", &SettingsReceiver::ReadEnable},
-            {"ls:StdOut", &SettingsReceiver::ReadStdOut},
-            {"ls:Level", &SettingsReceiver::ReadLevel},
-            {"ls:IncludeCategory", &SettingsReceiver::ReadIncludedCategory},
-            {"ls:ExcludeCategory", &SettingsReceiver::ReadExcludedCategory},
-        };
-        const auto* const found = std::find_if(std::begin(kSettings), std::end(kSettings),
-                                               [&](const Setting& setting) { return setting.name == qualifiedName; });
-        return found == std::end(kSettings) ? nullptr : found->reader;
-    }
-
-    void ReadEnable() { m_enable = m_enable.value_or(m_text == "true"); }
-    void ReadStdOut() { m_stdOut = m_stdOut.value_or(m_text == "true"); }
-    void ReadLevel() { m_level = m_level.value_or(LevelOf(m_text)); }
-    void ReadIncludedCategory()
-    {
-        if (m_text == "*")
-            m_includeAll = true;
-        else
-            m_included.SetAt(m_text, true);
-    }
-    void ReadExcludedCategory() { m_excluded.SetAt(m_text, true); }
-
-    int m_depth = 0;  // of the innermost open element; the root's is 1
-    Reader m_reader = nullptr;
-    std::string m_text;
+    std::map<std::string, std::vector<std::string>, std::less<>> m_texts = {
+        {"ls:Enable", {}}, {"ls:StdOut", {}}, {"ls:Level", {}}, {"ls:IncludeCategory", {}}, {"ls:ExcludeCategory", {}}};
+    std::string* m_text = nullptr;  // of the setting that is being read
+    int m_depth = 0;                // of the innermost open element; the root's is 1
 };
 
 }  // namespace
 
-CrkLogSettings::CrkLogSettings(const CString& settingsPath)
-    : m_includeCategories(NoCategories()), m_excludeCategories(NoCategories()), m_path(settingsPath)
+CrkLogSettings::CrkLogSettings(const CString& settingsPath) : m_path(settingsPath)
 {
+    constexpr unsigned int kBucketCount = 64;
+    m_includeCategories.InitHashTable(kBucketCount);
+    m_excludeCategories.InitHashTable(kBucketCount);
     SettingsReceiver said;
     m_fault = rk::platform::ReadXmlFile(rk::NativePath(settingsPath), said);
     if (!m_fault.empty())
         return;
-    m_enable = said.m_enable.value_or(false);
-    m_stdOut = said.m_stdOut.value_or(false);
-    if (said.m_level && *said.m_level)
-        m_level = **said.m_level;
-    m_includeAll = said.m_includeAll;
-    m_includeCategories = std::move(said.m_included);
-    m_excludeCategories = std::move(said.m_excluded);
+    m_enable = said.First("ls:Enable") == "true";
+    m_stdOut = said.First("ls:StdOut") == "true";
+    m_level = LevelOf(said.First("ls:Level")).value_or(m_level);
+    for (const std::string& category : said.All("ls:IncludeCategory")) {
+        if (category == "*")
+            m_includeAll = true;
+        else
+            m_includeCategories.SetAt(category, true);
+    }
+    for (const std::string& category : said.All("ls:ExcludeCategory"))
+        m_excludeCategories.SetAt(category, true);
 }
 
 CrkLogSettings::~CrkLogSettings() = default;

@@ -3,8 +3,8 @@
 #include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CString.h"
 
-/// The names of the predefined log categories, so that all modules write them alike. Any other text is a category
-/// too; one that is not given is "General", which is none of these.
+/// The names of the predefined log categories, so that all callers write them alike. Any other text is a category too.
+/// An entry without a category is in "General", which has no name here.
 ///
 /// The names need no code to come into being: initialisers of other files may use them.
 class RK_EXPORT CrkLogTypes {

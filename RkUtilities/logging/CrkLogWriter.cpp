@@ -40,7 +40,7 @@ using rk::platform::AppendFile;
 
 constexpr std::chrono::milliseconds kLongestWait{1000};
 
-// A lock that could not be had is not waited for again until it has been free.
+// After a wait that was too long, no entry waits for the lock until it has been free.
 constinit std::atomic<bool> hasGivenUp = false;
 
 // Guarded by CrkLogWriter::m_mutex.
@@ -99,7 +99,7 @@ void CrkLogWriter::Uninitialize()
 void CrkLogWriter::LogInternal(ErkLogLevel level, const CString& message, const CString& category,
                                const CString& description, CFUUIDBytes id)
 {
-    // Once more when the folder was made; somebody may remove it again, but not without end.
+    // Once more when the folder was made. Another process may remove the folder again, but not without end.
     if (TryToLog(level, message, category, description, id) == Outcome::FolderWasMissing &&
         TryToLog(level, message, category, description, id) == Outcome::FolderWasMissing)
         throw CrkLogException(m_path.ToUtf8());

@@ -21,9 +21,9 @@
 ///
 /// - `CrkLogSettings` says which entries are written. The others cost next to nothing: no lock, no memory, no file.
 ///   Build an expensive message only behind `CanLog`.
-/// - Threads and processes: any number of them that name the same folder may log at once. Every entry stands whole in one
-///   of the files, in the order in which the writers took the lock, and one of them alone moves a full file aside.
-/// - `Init` must have returned before other threads log, and `Uninitialize` must be called when none logs any more;
+/// - Threads and processes: any number of writers that name the same folder may log at once. Every entry stands whole in
+///   one of the files, in the order in which the writers took the lock, and a single writer moves a full file aside.
+/// - `Init` must have returned before other threads log, and `Uninitialize` must be called when no thread logs any more;
 ///   both may be called again later, in any order.
 /// - Fork: the child may log, also when other threads of the parent logged at that moment.
 /// - Kill: a process that is killed leaves whole entries, except perhaps its last one. The next writer removes such a
@@ -31,8 +31,8 @@
 ///   system before `Log` returns, so they outlive the process; they are not forced to the disk.
 /// - A full disk, a limit on file sizes, no memory: `Log` throws, and nothing of the entry is in the file.
 /// - Hostile neighbours: the file and its backups are for the owner only (0600, less what the umask takes). Writers wait
-///   for locks no longer than a second in all; whoever holds a lock longer delays entries by that second once, they are
-///   then written without it, and a full file stays until the lock is free. In a folder that others may write to, the
+///   for locks no longer than a second in all. A process that holds a lock longer delays entries by that second once;
+///   entries are then written without the lock, and a full file stays until the lock is free. In a folder that others may write to, the
 ///   writer follows no link, waits for no pipe, and writes to no file of another user or with a second name: such
 ///   entries are dropped. A file on another file system than its backup is copied; an entry that is written without the
 ///   lock in that instant is lost.
@@ -164,7 +164,7 @@ public:
     static ErkLogLevel m_logLevel;          ///< `LogDebug`; for the application's own use, never read here
     static std::uint64_t m_maxFileLength;   ///< in bytes: a file that has become longer is moved aside; 20,000,000
     /// 0: any number of backups, named by the minute, of which a later one replaces an earlier one. Otherwise no backup
-    /// is replaced, and only the newest ones, so many, are kept: "messages.1.xml", "messages.2.xml" and so on.
+    /// is replaced, and only this number of newest backups is kept: "messages.1.xml", "messages.2.xml" and so on.
     static int m_maxBackupCount;
     /// Whether the first failure since `Init` is told on standard error too; false.
     static bool m_tellsFirstFailure;

@@ -5,30 +5,12 @@
 
 #include <chrono>
 
-namespace {
-
-rk::platform::DateStyle DateStyleOf(CFDateFormatterStyle style)
-{
-    using rk::platform::DateStyle;
-    switch (style) {
-    case kCFDateFormatterShortStyle:
-        return DateStyle::Short;
-    case kCFDateFormatterMediumStyle:
-        return DateStyle::Medium;
-    case kCFDateFormatterLongStyle:
-        return DateStyle::Long;
-    case kCFDateFormatterFullStyle:
-        return DateStyle::Full;
-    default:
-        return DateStyle::None;
-    }
-}
-
-}  // namespace
-
 std::u16string_view rk::LocalTimeText(std::chrono::system_clock::time_point time, CFDateFormatterStyle style)
 {
-    const platform::DateStyle ours = DateStyleOf(style);
+    using platform::DateStyle;
+    static_assert(static_cast<long>(DateStyle::Full) == kCFDateFormatterFullStyle);
+    const bool isKnown = style >= kCFDateFormatterNoStyle && style <= kCFDateFormatterFullStyle;
+    const DateStyle ours = isKnown ? static_cast<DateStyle>(style) : DateStyle::None;
     return platform::LocalDateText(platform::UserLocaleName(platform::LocaleUse::Time), ours, ours,
                                    std::chrono::floor<std::chrono::seconds>(time.time_since_epoch()).count());
 }

@@ -311,7 +311,7 @@ TEST(LogWriter, MovesAFileAsideThatIsLongerThanTheLimit)
 TEST(LogWriter, KeepsTheNewestBackupsAndReplacesNoneWhereTheyAreCounted)
 {
     const LogFolder folder;
-    folder.Write("log/messages.x1.xml");  // somebody else's
+    folder.Write("log/messages.x1.xml");  // another program's
     folder.Write("log/messages.8.xml");
     Writer::m_maxFileLength = 0;
     Writer::m_maxBackupCount = 3;

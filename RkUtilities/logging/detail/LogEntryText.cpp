@@ -19,17 +19,13 @@ using namespace std::string_view_literals;
 
 namespace {
 
-// Indexed by level.
-constexpr std::u16string_view kSeverities[] = {u"Emergency", u"Critical", u"Error", u"Warning",
-                                               u"Notice",    u"Info",     u"Debug"};
-
 // The markup of a header, body and footer around the values, and the values of fixed or nearly fixed length.
 constexpr std::size_t kUsualOverhead = 400;
 
-std::u16string_view SeverityText(ErkLogLevel level)
+std::string_view SeverityText(ErkLogLevel level)
 {
     const auto index = static_cast<unsigned>(level);
-    return index < std::size(kSeverities) ? kSeverities[index] : std::u16string_view();
+    return index < std::size(kLevelNames) ? kLevelNames[index].substr("Log"sv.size()) : std::string_view();
 }
 
 void AppendEscaped(TextBuilder& target, std::u16string_view text)
@@ -43,8 +39,8 @@ void AppendEscaped(TextBuilder& target, std::u16string_view text)
     target.Append(text);
 }
 
-// What follows the first "?>"; all when there is none. Escaping neither makes nor breaks one, so it may be looked for
-// before.
+// What follows the first "?>"; the whole message when it has no "?>". Escaping neither makes nor breaks a "?>", so it may
+// be looked for before.
 std::u16string_view WithoutDeclaration(std::u16string_view message)
 {
     const UnitSet questionMark(u"?");
@@ -105,7 +101,7 @@ void AppendHeader(TextBuilder& target, const CString& category, ErkLogLevel leve
     target.Append(u"</l:Tid><l:Category>"sv);
     AppendEscaped(target, category);
     target.Append(u"</l:Category><l:Severity>"sv);
-    target.Append(SeverityText(level));
+    target.AppendAscii(SeverityText(level));
     target.Append(u"</l:Severity><l:Id>"sv);
     AppendUuid(target, id);
     target.Append(u"</l:Id><l:Description>"sv);

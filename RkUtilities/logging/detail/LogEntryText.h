@@ -15,6 +15,10 @@ namespace rk {
 inline constexpr std::string_view kEntryStart = "<l:LogEntry><l:Timestamp>";
 inline constexpr std::string_view kEntryFooter = "</l:LogEntry>\n";
 
+/// The levels' names in a settings file, indexed by level; an entry carries them without "Log".
+inline constexpr std::string_view kLevelNames[] = {"LogEmergency", "LogCritical", "LogError", "LogWarning",
+                                                   "LogNotice",    "LogInfo",     "LogDebug"};
+
 /// A whole entry as the file holds it: header, body and footer, as `CrkLogWriter` describes them.
 [[nodiscard]] std::string EntryUtf8(const CString& message, const CString& category, ErkLogLevel level,
                                     const CString& description, const CFUUIDBytes& id);
