@@ -9,40 +9,45 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 namespace {
 
+using rk::platform::BaseFolder;
+using rk::platform::ConfiguredFolder;
 using rk::platform::FileKind;
 using rk::platform::OwnerWrite;
-using rk::platform::UserFolder;
 
 struct SpecialFolder {
     int code;
-    UserFolder kind;
+    std::string (*find)(const std::string& name, std::string_view inHome);
+    const char* name;
+    const char* inHome;
 };
 
 constexpr SpecialFolder kSpecialFolders[] = {
-    {CrkPathUtilities::HomeFolder, UserFolder::Home},
-    {CrkPathUtilities::DesktopFolder, UserFolder::Desktop},
-    {CrkPathUtilities::DocumentsFolder, UserFolder::Documents},
-    {CrkPathUtilities::DownloadsFolder, UserFolder::Downloads},
-    {CrkPathUtilities::PicturesFolder, UserFolder::Pictures},
-    {CrkPathUtilities::MusicFolder, UserFolder::Music},
-    {CrkPathUtilities::MoviesFolder, UserFolder::Movies},
-    {CrkPathUtilities::PublicFolder, UserFolder::Public},
-    {CrkPathUtilities::PreferencesFolder, UserFolder::Preferences},
-    {CrkPathUtilities::ApplicationSupportFolder, UserFolder::ApplicationSupport},
-    {CrkPathUtilities::CachesFolder, UserFolder::Caches},
+    {CrkPathUtilities::DesktopFolder, &ConfiguredFolder, "XDG_DESKTOP_DIR", "Desktop"},
+    {CrkPathUtilities::DocumentsFolder, &ConfiguredFolder, "XDG_DOCUMENTS_DIR", "Documents"},
+    {CrkPathUtilities::DownloadsFolder, &ConfiguredFolder, "XDG_DOWNLOAD_DIR", "Downloads"},
+    {CrkPathUtilities::PicturesFolder, &ConfiguredFolder, "XDG_PICTURES_DIR", "Pictures"},
+    {CrkPathUtilities::MusicFolder, &ConfiguredFolder, "XDG_MUSIC_DIR", "Music"},
+    {CrkPathUtilities::MoviesFolder, &ConfiguredFolder, "XDG_VIDEOS_DIR", "Videos"},
+    {CrkPathUtilities::PublicFolder, &ConfiguredFolder, "XDG_PUBLICSHARE_DIR", "Public"},
+    {CrkPathUtilities::PreferencesFolder, &BaseFolder, "XDG_CONFIG_HOME", ".config"},
+    {CrkPathUtilities::ApplicationSupportFolder, &BaseFolder, "XDG_DATA_HOME", ".local/share"},
+    {CrkPathUtilities::CachesFolder, &BaseFolder, "XDG_CACHE_HOME", ".cache"},
 };
 
 std::string SpecialFolderPath(int code)
 {
+    if (code == CrkPathUtilities::HomeFolder)
+        return rk::platform::HomeFolder();
     if (code == CrkPathUtilities::TemporaryItemsFolder)
         return rk::platform::FindTemporaryFolder();
     for (const SpecialFolder& folder : kSpecialFolders) {
         if (folder.code == code)
-            return rk::platform::UserFolderPath(folder.kind);
+            return folder.find(folder.name, folder.inHome);
     }
     return {};
 }
@@ -116,5 +121,5 @@ bool CrkPathUtilities::AssurePathExists(const CString& path)
     const std::string folder = rk::NativePath(NormalizedPath(path, KeepTrailingChar));
     if (IsFolder(folder) || !rk::platform::MakeFolders(folder))
         return true;
-    return IsFolder(folder);  // somebody else may have made it meanwhile
+    return IsFolder(folder);  // another process may have made it meanwhile
 }

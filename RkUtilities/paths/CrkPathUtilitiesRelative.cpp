@@ -21,26 +21,11 @@ std::u16string_view ElementAt(std::u16string_view path, std::size_t start)
 
 // In these functions a clean path is "" for the root, else a "/" before each element: no element is empty, "." or "..".
 
-// The part of `path` that is its clean form, if it has one as it stands: one "/" at the end is left out.
-std::optional<std::u16string_view> CleanAsItStands(std::u16string_view path)
+// nullopt for "" and for a relative path where there is no current folder.
+std::optional<std::u16string> CleanPath(const CString& path)
 {
-    if (!path.starts_with(u'/'))
+    if (path.IsEmpty())
         return std::nullopt;
-    if (path.ends_with(u'/'))
-        path.remove_suffix(1);
-    for (std::size_t slash = 0; slash < path.size(); slash = std::min(path.find(u'/', slash + 1), path.size())) {
-        const char16_t next = slash + 1 < path.size() ? path[slash + 1] : u'/';
-        if (next != u'/' && next != u'.')
-            continue;
-        const std::u16string_view element = ElementAt(path, slash + 1);
-        if (element.empty() || element == u"." || element == u"..")
-            return std::nullopt;
-    }
-    return path;
-}
-
-std::optional<std::u16string> MadeClean(const CString& path)
-{
     CString absolute = path;
     if (path == u"~" || path.View().starts_with(u"~/"))
         absolute = rk::PathText(rk::NativePath(u"~")) + path.View().substr(1);
@@ -62,27 +47,6 @@ std::optional<std::u16string> MadeClean(const CString& path)
     return clean;
 }
 
-// A path in its clean form, which is a part of the path itself where possible.
-class CleanPath {
-public:
-    explicit CleanPath(const CString& path) : m_view(CleanAsItStands(path))
-    {
-        if (m_view || path.IsEmpty())
-            return;
-        m_made = MadeClean(path);
-        if (m_made)
-            m_view = *m_made;
-    }
-    CleanPath(const CleanPath&) = delete;
-    CleanPath& operator=(const CleanPath&) = delete;
-
-    [[nodiscard]] const std::optional<std::u16string_view>& View() const { return m_view; }
-
-private:
-    std::optional<std::u16string> m_made;
-    std::optional<std::u16string_view> m_view;
-};
-
 // How far two clean paths lead through the same folders: what follows is "" or begins with "/".
 struct CommonPart {
     std::size_t ofTarget;
@@ -91,24 +55,11 @@ struct CommonPart {
 
 CommonPart FindCommonPart(std::u16string_view target, std::u16string_view base)
 {
-    const auto firstDifference = std::mismatch(target.begin(), target.end(), base.begin(), base.end()).first;
-    auto common = static_cast<std::size_t>(firstDifference - target.begin());
-    const auto elementEndsAt = [common](std::u16string_view path) {
-        return common == path.size() || path[common] == u'/';
-    };
-    if (!elementEndsAt(target) || !elementEndsAt(base))
-        common = target.rfind(u'/', common - 1);  // both begin with "/", so what they have in common does
-
-    CommonPart part{common, common};
+    CommonPart part{0, 0};
     while (part.ofTarget < target.size() && part.ofBase < base.size()) {
-        const char16_t targetUnit = target[part.ofTarget + 1];  // elements are not empty
-        const char16_t baseUnit = base[part.ofBase + 1];
-        const bool bothAscii = (targetUnit | baseUnit) < 0x80;
-        if (bothAscii && ((targetUnit ^ baseUnit) & ~0x20) != 0)
-            break;  // more than the case tells their first letters apart
         const std::u16string_view targetElement = ElementAt(target, part.ofTarget + 1);
         const std::u16string_view baseElement = ElementAt(base, part.ofBase + 1);
-        if (!IsSameName(targetElement, baseElement))
+        if (targetElement != baseElement && !IsSameName(targetElement, baseElement))
             break;
         part.ofTarget += 1 + targetElement.size();
         part.ofBase += 1 + baseElement.size();
@@ -121,13 +72,13 @@ CommonPart FindCommonPart(std::u16string_view target, std::u16string_view base)
 // NOLINTNEXTLINE(performance-unnecessary-value-param): callers know it so
 CString CrkPathUtilities::CalcRelativePathname(CString target, CString baseFolder)
 {
-    const CleanPath cleanTarget(target);
-    const CleanPath cleanBase(baseFolder);
-    if (!cleanTarget.View() || !cleanBase.View())
+    const std::optional<std::u16string> cleanTarget = CleanPath(target);
+    const std::optional<std::u16string> cleanBase = CleanPath(baseFolder);
+    if (!cleanTarget || !cleanBase)
         return {};
-    const CommonPart common = FindCommonPart(*cleanTarget.View(), *cleanBase.View());
-    const std::u16string_view down = cleanTarget.View()->substr(common.ofTarget);
-    const std::u16string_view left = cleanBase.View()->substr(common.ofBase);
+    const CommonPart common = FindCommonPart(*cleanTarget, *cleanBase);
+    const std::u16string_view down = std::u16string_view(*cleanTarget).substr(common.ofTarget);
+    const std::u16string_view left = std::u16string_view(*cleanBase).substr(common.ofBase);
     const auto upCount = static_cast<std::size_t>(std::count(left.begin(), left.end(), u'/'));
 
     const std::size_t upUnits = upCount == 0 ? 1 : 3 * upCount - 1;

@@ -80,7 +80,7 @@ public:
     /// False: there is no key at any index. The name is not changed.
     bool EnumerateKeys(std::uint32_t /*index*/, CString& /*name*/) const { return false; }
 
-    /// Reads a value; false and the output untouched when there is none or one of another type. A number reads as a
+    /// Reads a value; false and the output untouched when there is no value or its type is another. A number reads as a
     /// boolean (not 0); nothing else is converted. A number is stored as a signed one and read with the same bits.
     bool GetValue(rk::TextView name, bool& value) const;
     /// Reads a number.
@@ -109,7 +109,7 @@ public:
     bool SetDoubleWordValue(rk::TextView name, std::uint32_t value);  ///< Writes a number.
     bool SetStringValue(rk::TextView name, CString const& value);     ///< Writes a text.
 
-    /// The stored value as the wanted type; none when there is none or it is of another one.
+    /// The stored value as the wanted type; nullopt when there is no value or its type is another.
     [[nodiscard]] std::optional<Value> GetValueFromSystem(rk::TextView name, ErkValueType type) const;
     void WriteValueToSystem(rk::TextView name, const Value& value);  ///< Writes a value of any type.
     /// The name itself.

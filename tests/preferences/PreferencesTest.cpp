@@ -27,7 +27,7 @@ constexpr std::uint32_t kAnyHost = 0;
 constexpr std::uint32_t kThisHost = 1;
 constexpr SECRegistry::CreatePermissions kRead{};
 
-/// Ten times the work for whoever wants figures.
+/// Ten times the work for a run that measures.
 int Scaled(int count)
 {
     return std::getenv("RKUTILITIES_LONG_TESTS") != nullptr ? count * 10 : count;
@@ -230,7 +230,7 @@ TEST_F(Preferences, ReportedAsStoredSurviveAKill)
         InAProcess([stored] {
             std::uint32_t found = 0;
             EXPECT_TRUE(SECRegistry().GetValue(u"count", found));
-            EXPECT_TRUE(found == stored || found == stored + 1) << found << " after " << stored;
+            EXPECT_THAT(found, testing::AnyOf(stored, stored + 1));
         });
     }
 }
@@ -263,7 +263,8 @@ TEST_F(Preferences, WaitInTheProcessWhileTheStorageFails)
             Set(kThisHost, u"third", u"kept as well");
             EXPECT_NE(rk::GetPreferenceState().lastFailure, "");
         }
-        EXPECT_TRUE(TextOf(u"name") == u"kept" && TextOf(u"other") == u"kept too");
+        EXPECT_EQ(TextOf(u"name"), u"kept");
+        EXPECT_EQ(TextOf(u"other"), u"kept too");
     });
     InAProcess([] { EXPECT_EQ(TextOf(u"third"), u"kept as well"); });
 }

@@ -78,6 +78,17 @@ std::size_t ReadFile(int descriptor, void* buffer, std::size_t byteCount, std::e
     return done;
 }
 
+std::string ContentOfFile(const std::string& path, std::error_code& error)
+{
+    std::string content;
+    const FileHandle file(OpenFile(path, {}, error));
+    if (!error)
+        content.resize(static_cast<std::size_t>(LengthOfFile(file.Descriptor(), error)));
+    if (!error)
+        content.resize(ReadFile(file.Descriptor(), content.data(), content.size(), error));
+    return error ? std::string() : content;
+}
+
 std::error_code WriteFile(int descriptor, std::string_view bytes)
 {
     const FileSizeSignalGuard guard;

@@ -35,6 +35,8 @@ int OpenFile(const std::string& path, const Opening& opening, std::error_code& e
 [[nodiscard]] std::error_code CloseFile(int descriptor);
 /// Reads until `byteCount` bytes are there or the file ends.
 std::size_t ReadFile(int descriptor, void* buffer, std::size_t byteCount, std::error_code& error);
+/// The content of an ordinary file; "" for a device, and with `error` set.
+std::string ContentOfFile(const std::string& path, std::error_code& error);
 /// Writes all bytes; a part of them may be written after a failure.
 [[nodiscard]] std::error_code WriteFile(int descriptor, std::string_view bytes);
 

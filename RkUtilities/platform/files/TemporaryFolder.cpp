@@ -4,11 +4,10 @@
 #include "RkUtilities/platform/files/FileNames.h"
 #include "RkUtilities/platform/files/UserFolders.h"
 #include "RkUtilities/platform/process/Environment.h"
-#include "RkUtilities/platform/process/Random.h"
 
+#include <cstdlib>
 #include <fcntl.h>
 #include <optional>
-#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -33,10 +32,8 @@ std::optional<struct stat> FolderFacts(const std::string& path)
 // $TMPDIR without trailing "/"; "" unless it is an absolute path.
 std::string FolderOfEnvironment()
 {
-    std::string folder = EnvironmentVariable("TMPDIR").value_or("");
-    while (folder.size() > 1 && folder.back() == '/')
-        folder.pop_back();
-    return folder.starts_with('/') ? folder : std::string();
+    const std::string folder = EnvironmentVariable("TMPDIR").value_or("");
+    return folder.starts_with('/') ? WithoutClosingSlashes(folder) : std::string();
 }
 
 bool BelongsToUserAlone(const std::string& folder)
@@ -46,7 +43,7 @@ bool BelongsToUserAlone(const std::string& folder)
            access(folder.c_str(), W_OK | X_OK) == 0;
 }
 
-// Whether nobody but its owner and the system can rename or remove what the user makes in the folder.
+// Whether only its owner and the system can rename or remove what the user makes in the folder.
 bool KeepsWhatIsMadeInIt(const std::string& folder)
 {
     const std::optional<struct stat> facts = FolderFacts(folder);
@@ -74,7 +71,7 @@ std::string PrivateFolder(Missing missing)
         if (KeepsWhatIsMadeInIt(parent) && IsPrivateFolder(parent + name, missing))
             return parent + name;
     }
-    const std::string caches = UserFolderPath(UserFolder::Caches);
+    const std::string caches = BaseFolder("XDG_CACHE_HOME", ".cache");
     const std::string parent = caches + "/RkUtilities";
     if (caches.empty() || (missing == Missing::IsMade && MakeFolders(parent) && !FolderFacts(parent)))
         return {};
@@ -102,29 +99,13 @@ std::string MakeTemporaryFolder()
 }
 
 std::string MakeTemporaryFile(const std::string& path, std::error_code& error)
-try {
-    constexpr std::string_view kCharacters = "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
-    constexpr std::size_t kCharacterCount = 8;
-    constexpr int kMostTries = 1000;
-    for (int tries = 0; tries < kMostTries; ++tries) {
-        std::string name = path;
-        const auto random = RandomBytes();
-        for (std::size_t i = 0; i < kCharacterCount; ++i)
-            name += kCharacters[random[i] % kCharacters.size()];
-        const FileHandle file(Uninterrupted(
-            [&] { return open(SystemPath(name), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR); }));
-        if (file) {
-            error.clear();
-            return name;
-        }
+{
+    std::string name = path + "XXXXXXXX";
+    error = *SystemPath(name) == '\0' ? ErrorOf(ENOENT) : std::error_code();
+    const FileHandle file(error ? -1 : mkostemp(name.data(), O_CLOEXEC));
+    if (!error && !file)
         error = LastError();
-        if (error != std::errc::file_exists)
-            break;
-    }
-    return {};
-} catch (const std::system_error& noRandomBytes) {
-    error = noRandomBytes.code();
-    return {};
+    return error ? std::string() : name;
 }
 
 }  // namespace rk::platform

@@ -3,12 +3,12 @@
 #include <optional>
 #include <string>
 
-/// What the process was given by whoever started it.
+/// What the process was given when it was started.
 ///
 /// Safe from any thread as long as no other thread changes the environment or the current folder meanwhile.
 namespace rk::platform {
 
-/// The value of an environment variable, its bytes as they are; none when it is not set. An empty value is a value.
+/// The value of an environment variable, its bytes as they are; nullopt when it is not set. An empty value is a value.
 /// A name that is empty, contains "=" or a zero byte is never set.
 std::optional<std::string> EnvironmentVariable(const std::string& name);
 

@@ -5,8 +5,8 @@
 
 /// The calendar, in UTC and in the C library's local time (`TZ`, else the system's zone). Gregorian on both sides of
 /// 1582, as the C library counts. A changed `TZ` is seen by the next call, a changed system's zone within a second.
-/// A zone for which there is no memory counts as UTC in that call only. Safe from any thread as long as none changes the
-/// environment meanwhile.
+/// A zone for which there is no memory counts as UTC in that call only. Safe from any thread as long as no thread changes
+/// the environment meanwhile.
 namespace rk::platform {
 
 /// Calendar fields.
@@ -45,7 +45,7 @@ std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int s
 /// Which of two times is meant by a local time that exists twice.
 enum class DaylightTime { Decide, Standard, Daylight };
 
-/// The time whose local calendar reads so many seconds (`SecondsOf` its fields). A local time that exists twice is the
+/// The time whose local calendar reads `localSeconds` (`SecondsOf` its fields). A local time that exists twice is the
 /// first of the two unless `daylight` chooses; one that a clock change leaves out is moved on by the length of the gap.
 /// The result may lie outside the range.
 std::int64_t LocalToUtc(std::int64_t localSeconds, DaylightTime daylight);

@@ -5,7 +5,7 @@
 
 namespace rk::platform {
 
-/// 16 bytes from the system's random generator, fit for keys; nobody else is given the same ones.
+/// 16 bytes from the system's random generator, fit for keys; no other caller is given the same bytes.
 ///
 /// Each thread draws from a stock of its own, so that a system call serves many draws. The child of a fork never sees
 /// what its parent's stock held: the kernel wipes a page that tells it, whichever way the process forked. Where the

@@ -124,7 +124,7 @@ std::string AsciiAt(sqlite3_stmt* statement, int column)
     return text != nullptr ? reinterpret_cast<const char*>(text) : "";
 }
 
-/// The value of a row; none for a type that somebody else has written there.
+/// The value of a row; nullopt for a type that another program has written there.
 std::optional<PreferenceValue> ValueAt(sqlite3_stmt* row)
 {
     const std::string type = AsciiAt(row, 2);

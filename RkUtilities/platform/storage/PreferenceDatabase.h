@@ -33,7 +33,7 @@ public:
     /// Looks at every page of the file, reads it, and tries to write.
     StorageOutcome Check();
 
-    /// Stores all values or none.
+    /// Stores all values, or after a failure no value.
     StorageOutcome Store(const PreferenceMap& values) noexcept;
     /// Gives all values to `take` if another process has stored some since they were last taken.
     StorageOutcome ReadIfChanged(const Taker& take);

@@ -28,20 +28,18 @@ namespace {
 std::string HostId()
 {
     std::error_code error;
-    const FileHandle file(OpenFile("/etc/machine-id", {}, error));
-    if (error)
-        return error == std::errc::no_such_file_or_directory ? HostName() : "";
-    std::string id(256, '\0');
-    id.resize(ReadFile(file.Descriptor(), id.data(), id.size(), error));
+    std::string id = ContentOfFile("/etc/machine-id", error);
+    if (error && error != std::errc::no_such_file_or_directory)
+        return {};
     id.resize(std::min(id.size(), id.find_first_of(" \n")));
-    return error ? "" : id.empty() ? HostName() : id;
+    return id.empty() ? HostName() : id;
 }
 
 }  // namespace
 
 StorageOutcome FindPreferencePlace(PreferencePlace& place)
 {
-    const std::string preferences = UserFolderPath(UserFolder::Preferences);
+    const std::string preferences = PreferencesFolder();
     if (preferences.empty())
         return {StorageOutcome::Failed, "there is no folder for preferences"};
     std::string name = ApplicationName();

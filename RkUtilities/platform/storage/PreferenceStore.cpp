@@ -135,7 +135,7 @@ private:
     {
         const PreferenceMap storing = m_values.BeginStoring();
         StorageOutcome outcome = storing.empty() ? StorageOutcome() : m_database->Store(storing);
-        if (!m_database->IsInPlace())  // what was stored is out of everybody's sight
+        if (!m_database->IsInPlace())  // no process will see what was stored
             outcome = {StorageOutcome::Damaged, "the database has been moved"};
         m_values.EndStoring(outcome.kind == StorageOutcome::Done);
         if (outcome.kind == StorageOutcome::Damaged || !m_database->IsOpen())
@@ -171,7 +171,7 @@ private:
     std::mutex& m_mutex = MutexOf(Lock::Preferences);  // of what follows but for the values
     PreferencePlace m_place;
     std::optional<PreferenceDatabase> m_database;
-    bool m_isAnother = false;  // the database is another one than the values came from
+    bool m_isAnother = false;  // the values came from another database
     const PreferenceDatabase::Taker m_taker = [this](PreferenceMap read) {
         m_values.Take(std::move(read), m_isAnother);
         m_isAnother = false;
@@ -181,7 +181,8 @@ private:
 
     PreferenceValues m_values;
     std::atomic<bool> m_isRead = false;
-    std::atomic<bool> m_isUsed = false;  // this and the next: in this process, not in one that it was forked from
+    std::atomic<bool> m_isUsed =
+        false;  // this and the next: in this process, not in the process that it was forked from
     std::atomic<bool> m_hasSet = false;
     std::atomic<bool> m_isEnding = false;
 };
