@@ -11,7 +11,7 @@
 ///   U+0000 names nothing (NativePath.h has the rules); a relative path starts at the process's current folder.
 /// - Any text is legal input. What cannot be found comes back as "", false or the text as it was; nothing is logged,
 ///   and nothing throws unless a member says so. A null `CString*` is left alone.
-/// - Safe from any thread, as long as none changes the environment or the current folder meanwhile.
+/// - Safe from any thread, as long as no thread changes the environment or the current folder meanwhile.
 class RK_EXPORT CrkPathUtilities {
 public:
     /// What `NormalizedPath` does with the end of a path; any other value keeps it.
@@ -42,12 +42,12 @@ public:
 
     // --- Taking a path apart: folder + file name is the path again, for every path
 
-    /// What follows the last separator; the whole path when there is none.
+    /// What follows the last separator; the whole path when it has no separator.
     ///
     ///     "/maps/plan.old.map"  ->  "plan.old.map"
     ///     "/maps/"              ->  ""
     static CString FileWithExtensionFromFilename(const CString& path);
-    /// What ends with the last separator, "" when there is none.
+    /// What ends with the last separator, "" for a path without a separator.
     ///
     ///     "C:\maps\plan.map"  ->  "C:\maps\"
     static CString PathFromFilename(const CString& path);
@@ -181,7 +181,7 @@ public:
     /// The user's folder of a kind, without trailing slash. `code` is an `ErkSpecialFolder`; "" for any other value,
     /// and for a folder that does not exist. Nothing is created.
     static CString GetSpecialFolderPath(int code);
-    /// Whether the owner of the file or folder may not write it; whoever asks, and whatever others may do. A link is
+    /// Whether the owner of the file or folder may not write it, whichever user asks and whatever other users may do. A link is
     /// followed. False for what does not exist.
     static bool IsFileReadOnly(const CString& path);
     /// Takes the owner's permission to write, or gives it. True when this call changed it: false when it was so
@@ -204,7 +204,7 @@ public:
     // --- Free names, on disk
     //
     // The first free one of "Map.ext", "Map (2).ext", "Map (3).ext" ... is found, also when a later one is taken. A name of
-    // more than 255 bytes has its base cut between characters, before the number. Nothing is made: somebody else may take
+    // more than 255 bytes has its base cut between characters, before the number. Nothing is made: another program may take
     // the name before its use.
     //
     // A name is free only when nothing is there. Where looking fails (the folder may not be entered, the device fails), no
@@ -234,10 +234,10 @@ public:
     /// The user's folder for temporary files, absolute and without trailing "/". The same for the life of the process,
     /// even when it is deleted.
     ///
-    /// $TMPDIR when it is an absolute path of a folder that belongs to the user and that nobody else may write. Else a
+    /// $TMPDIR when it is an absolute path of a folder that belongs to the user and that no other user may write. Else a
     /// private folder (mode 0700) that is made when it is missing: "RkUtilities-<user id>" in $TMPDIR or /tmp, where
-    /// one that is a link or somebody else's is not used, or "RkUtilities/temporary" in the user's caches. Where none
-    /// of these can be made, /tmp.
+    /// a link and another user's folder are not used, or "RkUtilities/temporary" in the user's caches. Where
+    /// no such folder can be made, /tmp.
     static CString GetTempFolder();
     /// Makes an empty file that only the user may read and write (mode 0600) and returns its path: the temporary
     /// folder, "/", the prefix and eight letters and digits. The caller deletes it.

@@ -36,18 +36,18 @@ public:
     //
     // "/" separates, and so does "\". Folder (with the drive kept) + file name is the path again.
 
-    /// What follows the last separator; the whole path when there is none.
+    /// What follows the last separator; the whole path when it has no separator.
     ///
     ///     "C:\dir\f.txt"  ->  "f.txt"
     ///     "/a/b/"         ->  ""
     CString GetFileName(const CString& path) const;
-    /// What ends with the last separator, "" when there is none. Without `keepDrive` what ends with its first ":"
+    /// What ends with the last separator, "" for a path without a separator. Without `keepDrive` what ends with its first ":"
     /// goes.
     ///
     ///     "C:\dir\f.txt"  ->  "C:\dir\", without the drive "\dir\"
     ///     "/a:b/c"        ->  "/a:b/",   without the drive "b/"
     CString GetPath(const CString& path, signed char keepDrive) const;
-    /// What follows the file name's last dot, "" when there is none or nothing follows.
+    /// What follows the file name's last dot, "" when there is no dot or nothing follows it.
     ///
     ///     "a.tar.gz"  ->  "gz"
     ///     ".cfg"      ->  "cfg"
@@ -158,7 +158,7 @@ public:
     ///     "*.*"         every entry of the current folder, without a folder before the names
     ///
     /// "*" is a wildcard only as the whole base name or extension. A link has its target's attributes; an entry whose
-    /// status may not be read has those of its kind, so none is missing.
+    /// status may not be read has those of its kind, so that no entry is missing.
     CAtlList<CString>* GetFileList(const CString& pattern, unsigned long attributeMask) const;
 
 private:

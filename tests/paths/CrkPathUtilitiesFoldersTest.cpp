@@ -63,7 +63,7 @@ TEST(SpecialFolders, AreThoseOfTheUserAndNeverMade)
 TEST(SpecialFolders, FollowTheVariablesAndTheSettingsFile)
 {
     constexpr struct {
-        const char *line, *folder;  // in the home folder; null: none
+        const char *line, *folder;  // in the home folder; null: no such folder
     } kCases[] = {{"XDG_MUSIC_DIR=\"$HOME/Klang\"", "Klang"},
                   {"  XDG_MUSIC_DIR =\t\"$HOME/Klang//\" # mine", "Klang"},
                   {R"(XDG_MUSIC_DIR="$HOME/a\"b\$\\")", R"(a"b$\)"},
@@ -120,13 +120,17 @@ TEST(ReadOnlyFlag, IsTheOwnersPermissionToWriteAndNothingElse)
         EXPECT_EQ(std::filesystem::last_write_time(path), modified);
     }
     const CString link = folder.Link("link", "map");  // answers for what it leads to, but changes nothing
-    EXPECT_FALSE(P::MakeFileReadOnly(link) || P::IsFileReadOnly(file));
+    EXPECT_FALSE(P::MakeFileReadOnly(link));
+    EXPECT_FALSE(P::IsFileReadOnly(file));
     EXPECT_TRUE(P::MakeFileReadOnly(file));
     EXPECT_FALSE(P::MakeFileReadWrite(link));
-    EXPECT_TRUE(P::IsFileReadOnly(link) && P::IsFileReadOnly(file));
-    for (const CString& missing : {folder.Text("none"), folder.Link("broken", "none"), CString(), file + u'\0'})
-        EXPECT_FALSE(P::MakeFileReadOnly(missing) || P::MakeFileReadWrite(missing) ||
-                     P::IsFileReadOnly(missing + u"/x"));
+    EXPECT_TRUE(P::IsFileReadOnly(link));
+    EXPECT_TRUE(P::IsFileReadOnly(file));
+    for (const CString& missing : {folder.Text("none"), folder.Link("broken", "none"), CString(), file + u'\0'}) {
+        EXPECT_FALSE(P::MakeFileReadOnly(missing));
+        EXPECT_FALSE(P::MakeFileReadWrite(missing));
+        EXPECT_FALSE(P::IsFileReadOnly(missing + u"/x"));
+    }
 }
 
 TEST(ReadOnlyFlag, ThrowsWhenTheFileBelongsToSomebodyElse)
@@ -154,9 +158,13 @@ TEST(Existence, OfBothMakesASubFolderOfWhatBeginsAlike)
     const ScopedFolder folder;
     const CString file = folder.Write("file"), sub = folder.MakeFolder("sub");
     const CString within = folder.MakeFolder("sub/x"), likewise = folder.MakeFolder("subway");
-    EXPECT_TRUE(P::IsSubFolder(sub, sub) && P::IsSubFolder(sub, within) && P::IsSubFolder(sub, likewise));
-    EXPECT_FALSE(P::IsSubFolder(within, sub) || P::IsSubFolder(sub, sub + u"/none"));
-    EXPECT_FALSE(P::IsSubFolder(file, file) || P::IsSubFolder(u"", sub));
+    EXPECT_TRUE(P::IsSubFolder(sub, sub));
+    EXPECT_TRUE(P::IsSubFolder(sub, within));
+    EXPECT_TRUE(P::IsSubFolder(sub, likewise));
+    EXPECT_FALSE(P::IsSubFolder(within, sub));
+    EXPECT_FALSE(P::IsSubFolder(sub, sub + u"/none"));
+    EXPECT_FALSE(P::IsSubFolder(file, file));
+    EXPECT_FALSE(P::IsSubFolder(u"", sub));
 }
 
 TEST(Existence, ComparesWhatTheSystemCallsTheOpenFiles)
@@ -170,9 +178,11 @@ TEST(Existence, ComparesWhatTheSystemCallsTheOpenFiles)
     const ScopedCurrentFolder current(folder.Path("sub"));
     for (const CString& same : {a, link, upper, CString(u"../sub/../a.map")})
         EXPECT_TRUE(P::ComparePaths(a, same)) << same;
-    EXPECT_TRUE(P::ComparePaths(sub, u".") && P::ComparePaths(deleted, deleted));
-    EXPECT_TRUE(P::ComparePaths(pipe, pipe));  // nobody writes into it, and nobody waits
-    EXPECT_FALSE(P::ComparePaths(a, b) || P::ComparePaths(b, folder.Text("hard")));
+    EXPECT_TRUE(P::ComparePaths(sub, u"."));
+    EXPECT_TRUE(P::ComparePaths(deleted, deleted));
+    EXPECT_TRUE(P::ComparePaths(pipe, pipe));  // no process writes into it, and the call does not wait
+    EXPECT_FALSE(P::ComparePaths(a, b));
+    EXPECT_FALSE(P::ComparePaths(b, folder.Text("hard")));
     for (const CString& none : {folder.Text("none"), folder.Link("broken", "nowhere"), CString(), a + u'\0'})
         EXPECT_FALSE(P::ComparePaths(none, none)) << none;
     std::filesystem::permissions(folder.Path("a.map"), std::filesystem::perms::owner_write);
@@ -188,8 +198,10 @@ TEST(Existence, IsAssuredForAFolderAndAllThatLeadToIt)
     const std::pair<CString, const char*> assured[] = {{u"a/b/c", "a/b/c"},     {u"a/b/c", "a/b/c"},
                                                        {u"w\\x\\y\\", "w/x/y"}, {home.Text("d/e/"), "d/e"},
                                                        {u"tosub/k", "sub/k"},   {u"~\\maps/new", "maps/new"}};
-    for (const auto& [path, made] : assured)
-        EXPECT_TRUE(P::AssurePathExists(path) && home.Has(made)) << path;
+    for (const auto& [path, made] : assured) {
+        EXPECT_TRUE(P::AssurePathExists(path)) << path;
+        EXPECT_TRUE(home.Has(made)) << path;
+    }
     for (const CString& path : {home.Text(std::string(256, 'n') + "/x"), home.Text("file"), home.Text("file/x/y"),
                                 home.Text("broken"), CString(), home.Text("cut") + u'\0'})
         EXPECT_FALSE(P::AssurePathExists(path)) << path;

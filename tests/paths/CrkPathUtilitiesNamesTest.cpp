@@ -122,7 +122,7 @@ TEST(FreeNames, TakeTheFirstGap)
             EXPECT_EQ(P::MakeNameUnique(in, c.base, c.extension), c.result) << CString(c.base);
     EXPECT_EQ(P::MakeNameUnique(u"", u"Map", u"ext"), u"");
     EXPECT_EQ(P::MakeNameUnique(folder.Text("none"), u"Map", u"ext"), u"Map.ext");
-    // No name is longer than the 255 bytes that file systems take, and none ends within a character.
+    // No name is longer than the 255 bytes that file systems take, and no name ends within a character.
     const std::u16string longest(250, u'n'), wide(125, u'\u00E9');
     for (const auto& [base, first, second] : {std::tuple(longest, longest, longest.substr(0, 247)),
                                               std::tuple(longest + u"nn", longest + u'n', longest.substr(0, 247)),

@@ -14,13 +14,13 @@ constexpr int kMostReopenings = 100;
 
 int OpenToAppend(const std::string& path, int furtherFlags)
 {
-    // O_NONBLOCK: a pipe of that name must not stop the program when nobody reads it.
+    // O_NONBLOCK: a pipe of that name must not stop the program when no process reads it.
     constexpr int kFlags = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     constexpr mode_t kForTheOwner = 0600;
     return Uninterrupted([&] { return open(SystemPath(path), kFlags | furtherFlags, kForTheOwner); });
 }
 
-// Whether others may put a file or link of their own in the place of this path's last element.
+// Whether other users may put a file or link of their own in the place of this path's last element.
 bool IsInSharedFolder(const std::string& path)
 {
     const std::string folder = FolderPart(path);
@@ -93,8 +93,7 @@ bool AppendFile::StandsAt(const std::string& path) const
 {
     struct stat ours{};
     struct stat named{};
-    return fstat(m_file.Descriptor(), &ours) == 0 && stat(SystemPath(path), &named) == 0 &&
-           ours.st_dev == named.st_dev && ours.st_ino == named.st_ino;
+    return fstat(m_file.Descriptor(), &ours) == 0 && stat(SystemPath(path), &named) == 0 && IsSameFile(ours, named);
 }
 
 std::size_t AppendFile::ReadAt(std::uint64_t offset, char* buffer, std::size_t byteCount, std::error_code& error) const

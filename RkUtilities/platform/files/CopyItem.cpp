@@ -13,40 +13,26 @@ namespace {
 
 constexpr mode_t kPermissions = S_IRWXU | S_IRWXG | S_IRWXO;
 
-/// Copies a file into one that `make` makes for given permissions, which are the owner's alone until it is complete.
-template <class Make>
-std::error_code CopyFileInto(Place from, mode_t extraPermissions, const Make& make)
+std::error_code CopyFileTo(Place from, Place to, mode_t extraPermissions)
 {
     // Not a pipe or a link that took the file's place meanwhile: neither is waited for nor followed.
-    const FileHandle source(Uninterrupted(
-        [&] { return openat(from.folder, from.name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));
+    constexpr int kOld = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+    const FileHandle source(Uninterrupted([&] { return openat(from.folder, from.name, kOld); }));
     struct stat status{};
     if (!source || fstat(source.Descriptor(), &status) != 0)
         return LastError();
     if (!S_ISREG(status.st_mode))
         return ErrorOf(EINVAL);
-    int target = -1;
-    std::error_code error = make(status.st_mode & S_IRWXU, target);
-    if (!error)
-        error = CopyContent(source.Descriptor(), target, {status.st_size, status.st_blocks < status.st_size / 512});
-    if (!error)
-        SetPermissionsAndTimes(target, status, extraPermissions);
-    return error;
-}
-
-std::error_code CopyFileTo(Place from, Place to, mode_t extraPermissions)
-{
-    FileHandle file;
-    std::error_code error = CopyFileInto(from, extraPermissions, [&](mode_t permissions, int& target) {
-        constexpr int kNew = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-        file = FileHandle(Uninterrupted([&] { return openat(to.folder, to.name, kNew, permissions); }));
-        target = file.Descriptor();
-        return file ? std::error_code() : LastError();
-    });
-    if (!file)
-        return error;
-    if (!error)
-        error = file.Close();
+    constexpr int kNew = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+    FileHandle target(Uninterrupted([&] { return openat(to.folder, to.name, kNew, status.st_mode & S_IRWXU); }));
+    if (!target)
+        return LastError();
+    std::error_code error = CopyContent(source.Descriptor(), target.Descriptor(),
+                                        {status.st_size, status.st_blocks < status.st_size / 512});
+    if (!error) {
+        SetPermissionsAndTimes(target.Descriptor(), status, extraPermissions);
+        error = target.Close();
+    }
     if (error)
         unlinkat(to.folder, to.name, 0);
     return error;
@@ -114,26 +100,6 @@ std::error_code CopyItem(Place from, Place to, FileKind kind, mode_t extraPermis
     default:
         return CopyNodeTo(from, to);
     }
-}
-
-std::error_code CopyVisibleItem(Place from, Place to, FileKind kind, mode_t extraPermissions, Taken taken)
-{
-    if (kind == FileKind::File) {
-        NewFile file;
-        const std::error_code error = CopyFileInto(from, extraPermissions, [&](mode_t permissions, int& target) {
-            const std::error_code unmade = file.Make(to, permissions);
-            target = file.Descriptor();
-            return unmade;
-        });
-        return error ? error : file.Publish(to, taken);
-    }
-    if (taken == Taken::Stays)
-        return CopyItem(from, to, kind, extraPermissions);
-    WorkFolder work;
-    std::error_code error = work.Make(to);
-    if (!error)
-        error = CopyItem(from, work.Item(), kind, extraPermissions);
-    return error ? error : PutInPlace(work.Item(), to, Taken::IsReplaced);
 }
 
 std::error_code Decide(Place to, const CopyRules& rules, Decision& decision)

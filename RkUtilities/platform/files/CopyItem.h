@@ -20,8 +20,6 @@ void SetPermissionsAndTimes(int descriptor, const struct stat& source, mode_t ex
 /// Copies an ordinary file, a link as a link, or makes a pipe, socket or device anew. EEXIST when the name is taken. A
 /// file grows under its name, so others must not see it.
 std::error_code CopyItem(Place from, Place to, FileKind kind, mode_t extraPermissions);
-/// The same where others look: a file appears when it is complete, and what has its name goes then if that is wanted.
-std::error_code CopyVisibleItem(Place from, Place to, FileKind kind, mode_t extraPermissions, Taken taken);
 
 /// `ReadOnlyFolder` is one that the rules leave read-only.
 enum class Decision { Free, Stay, Replace, Folder, ReadOnlyFolder };

@@ -28,11 +28,17 @@ public:
           m_permissionsInNewFolders(permissionsInNewFolders)
     {}
 
-    std::error_code CopyFolder(Place from, Place to, Taken taken)
+    std::error_code CopyOne(Place from, Place to, Taken taken)
     {
-        std::error_code error = m_from.Start(from, Links::DoNotFollow, Use::List);
+        FileKind kind{};
+        std::error_code error = KindAt(from, kind);
         if (!error)
             error = MakeWorkFolder(to);
+        if (!error && kind != FileKind::Folder)
+            error = CopyItem(from, m_work->Item(), kind, m_permissions);
+        if (error || kind != FileKind::Folder)
+            return error ? error : PutInPlace(m_work->Item(), to, taken);
+        error = m_from.Start(from, Links::DoNotFollow, Use::List);
         if (!error)
             error = Outcome(mkdirat(m_work->Item().folder, m_work->Item().name, S_IRWXU));
         if (!error)
@@ -258,14 +264,7 @@ std::error_code CopyTree(Place from, Place to, const CopyRules& rules, CopyOutco
         return error;
     if (decision == Decision::Folder)
         return ErrorOf(EEXIST);
-    FileKind kind{};
-    error = KindAt(from, kind);
-    if (error)
-        return error;
-    if (kind == FileKind::Folder)
-        return TreeCopier(rules, 0).CopyFolder(from, to, TakenFor(decision));
-    const mode_t permissions = rules.makeWritable ? S_IWUSR : 0;
-    return CopyVisibleItem(from, to, kind, permissions, TakenFor(decision));
+    return TreeCopier(rules, 0).CopyOne(from, to, TakenFor(decision));
 }
 
 std::error_code CopyContents(const std::string& from, const std::string& to, const CopyRules& rules)

@@ -3,13 +3,14 @@
 #include <cerrno>
 #include <csignal>
 #include <string>
+#include <sys/stat.h>
 #include <system_error>
 #include <utility>
 
 /// What the sources of this room share around system calls.
 namespace rk::platform {
 
-/// The path for a system call. One with a zero byte would be cut there, so it becomes "", which every call refuses
+/// The path for a system call. A path with a zero byte would be cut there, so it becomes "", which every call refuses
 /// (ENOENT).
 inline const char* SystemPath(const std::string& path) noexcept
 {
@@ -39,6 +40,11 @@ auto Uninterrupted(Call call)
         if (result != -1 || errno != EINTR)
             return result;
     }
+}
+
+inline bool IsSameFile(const struct stat& first, const struct stat& second) noexcept
+{
+    return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
 /// A name as system calls take it: relative to an open folder, or a path when that is AT_FDCWD.
@@ -94,7 +100,7 @@ private:
 
 /// A path without its closing slashes, so that the last element itself is meant and not what a link there leads to.
 std::string WithoutClosingSlashes(const std::string& path);
-/// The part of a path up to the last slash before its last element, "" when there is none.
+/// The part of a path up to the last slash before its last element; "" for a path without a slash there.
 std::string FolderPart(const std::string& path);
 
 }  // namespace rk::platform

@@ -25,10 +25,10 @@ enum class FileKind : unsigned char {
 };
 
 struct FileFacts {
-    FileKind kind = FileKind::Unknown;  ///< `Link` only when links were not followed or this one leads nowhere
-    bool ownerMayWrite = false;         ///< the owner's permission bit, whoever asks
+    FileKind kind = FileKind::Unknown;  ///< `Link` only when links were not followed or the link leads nowhere
+    bool ownerMayWrite = false;         ///< the owner's permission bit, also for other users
     std::int64_t size = 0;              ///< bytes
-    FileTime created;                   ///< birth where the file system knows it, else the oldest of the others
+    FileTime created;                   ///< birth where the file system knows it, else the oldest of the file's times
     FileTime modified;
     FileTime accessed;
 };
@@ -49,15 +49,15 @@ std::optional<FileKind> KindOf(const std::string& path);
 /// True when the folder that holds the path's last element exists.
 bool HasExistingFolder(const std::string& path);
 
-/// The new state of a file; what is not given stays.
+/// The new state of a file; a field that is not given stays as it is.
 struct FileChanges {
     std::optional<bool> ownerMayWrite;
     std::optional<FileTime> modified;
     std::optional<FileTime> accessed;
 };
 
-// What changes something looks at it and changes it through one descriptor. What is moved to the path meanwhile is never
-// hit. Needs /proc.
+// The calls below look at a file and change it through one descriptor, so that a file that is moved to the path meanwhile
+// is never changed. They need /proc.
 
 /// Changes what stands at a path, links followed, as `changesFor` says of its facts.
 [[nodiscard]] std::error_code Change(const std::string& path,

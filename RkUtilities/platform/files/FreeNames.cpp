@@ -4,10 +4,9 @@
 #include "RkUtilities/platform/files/FolderList.h"
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
 #include <string_view>
-#include <vector>
+#include <unordered_set>
 
 namespace rk::platform {
 namespace {
@@ -19,41 +18,16 @@ std::string Suffix(std::int64_t number)
     return number == 1 ? std::string() : " (" + std::to_string(number) + ")";
 }
 
-/// The number that a listed name has.
-std::optional<std::int64_t> NumberOf(std::string_view listed, const NumberedName& name)
+/// The names that a listing shows as taken. A name that it does not show is asked for.
+std::unordered_set<std::string> ListedNames(const std::string& folder, const NumberedName& name, TakenBy takenBy)
 {
-    constexpr std::string_view kOpening = " (", kClosing = ")";
-    const std::size_t opening = listed.rfind(kOpening);
-    if (opening == std::string_view::npos)
-        return std::nullopt;
-    const std::string_view start = listed.substr(0, opening);
-    std::string_view rest = listed.substr(opening + kOpening.size());
-    const bool isPlain = !rest.starts_with('0');
-    std::int64_t number = 0;
-    const char* const end = std::from_chars(rest.data(), rest.data() + rest.size(), number).ptr;
-    rest.remove_prefix(static_cast<std::size_t>(end - rest.data()));
-    const bool isOurs = isPlain && number > 1 && rest.starts_with(kClosing) && rest.substr(1) == name.end &&
-                        start == std::string_view(name.start).substr(0, name.StartByteCount(number));
-    return isOurs ? std::optional(number) : std::nullopt;
-}
-
-/// Which numbers a listing shows as taken. One past those listed is always among them, as free.
-std::vector<bool> ListedNumbers(const std::string& folder, const NumberedName& name, TakenBy takenBy)
-{
-    std::vector<std::int64_t> numbers;
-    // What a listing could not tell is asked for later, one by one.
+    std::unordered_set<std::string> names;
     (void)VisitFolder(folder, [&](std::string_view listed, FileKind kind) {
-        const std::optional<std::int64_t> number = NumberOf(listed, name);
-        if (number && (takenBy == TakenBy::Anything || kind == FileKind::Folder))
-            numbers.push_back(*number);
+        if (listed.ends_with(name.end) && (takenBy == TakenBy::Anything || kind == FileKind::Folder))
+            names.emplace(listed);
         return Visit::Continue;
     });
-    std::vector<bool> taken(numbers.size() + 3);
-    for (const std::int64_t number : numbers) {
-        if (static_cast<std::size_t>(number) < taken.size())
-            taken[static_cast<std::size_t>(number)] = true;
-    }
-    return taken;
+    return names;
 }
 
 }  // namespace
@@ -92,11 +66,8 @@ std::int64_t FirstFreeNumber(const std::string& folder, const NumberedName& name
         if (!isTaken(number))
             return number;
     }
-    const std::vector<bool> listed = ListedNumbers(folder, name, takenBy);
-    const auto isListed = [&](std::int64_t candidate) {
-        return static_cast<std::size_t>(candidate) < listed.size() && listed[static_cast<std::size_t>(candidate)];
-    };
-    while (isListed(number) || isTaken(number))
+    const std::unordered_set<std::string> listed = ListedNames(folder, name, takenBy);
+    while (listed.contains(name.WithNumber(number)) || isTaken(number))
         ++number;
     return number;
 }

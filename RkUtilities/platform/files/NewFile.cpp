@@ -12,14 +12,14 @@
 namespace rk::platform {
 namespace {
 
-/// Whether a file without a name can be given one: the way leads through /proc.
+/// Whether a file without a name can be given a name: the way leads through /proc.
 bool HasWayToNames()
 {
     static const bool hasWay = access("/proc/self/fd", X_OK) == 0;
     return hasWay;
 }
 
-/// What will have the name: what a link leads to.
+/// Follows a link to the path that will be replaced.
 std::error_code ResolveTarget(std::string& target)
 {
     struct stat status{};
@@ -60,7 +60,7 @@ std::error_code PutInPlace(Place item, Place target, Taken taken)
                                      : Outcome(renameat(item.folder, item.name, target.folder, target.name));
     };
     std::error_code error = put(), ignored;
-    // Nobody moves a read-only folder out of its folder, so it is made writable meanwhile.
+    // The system moves no read-only folder out of its folder, so the folder is made writable meanwhile.
     if (error != std::errc::permission_denied || !ChangeOwnerWrite(item.folder, item.name, OwnerWrite::Allow, ignored))
         return error;
     error = put();
@@ -105,7 +105,7 @@ std::error_code NewFile::Publish(Place target, Taken taken)
     std::error_code error = linkTo(target);
     if (error != std::errc::file_exists || taken == Taken::Stays)
         return error;
-    // Only a name can take another one's place.
+    // Only a file with a name can take the place of another file.
     WorkFolder work;
     error = work.Make(target);
     if (!error)

@@ -1,7 +1,7 @@
 #include "RkUtilities/platform/files/WorkFolder.h"
 
+#include "RkUtilities/platform/files/FolderList.h"
 #include "RkUtilities/platform/files/RemoveTree.h"
-#include "RkUtilities/platform/process/Random.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -11,35 +11,26 @@
 namespace rk::platform {
 namespace {
 
-constexpr unsigned kKeptNames = 8;  // which the next process looks at
+constexpr unsigned kKeptNames = 8;  // that the next process looks at
 
 std::string NameOf(const std::string& folder, unsigned number)
 {
-    std::string name = folder + ".rk-new-";
-    if (number < kKeptNames)
-        return name += static_cast<char>('0' + number);
-    // Somebody else has all the names.
-    for (const unsigned byte : RandomBytes())
-        name.append({static_cast<char>('a' + byte / 16), static_cast<char>('a' + byte % 16)});
-    return name;
+    return folder + ".rk-new-" + std::to_string(number);
 }
 
-FileHandle OpenFolderItself(Place place)
-{
-    constexpr int kFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
-    return FileHandle(Uninterrupted([&] { return openat(place.folder, place.name, kFlags); }));
-}
+enum class WithoutLocks { IsOurs, IsNotOurs };
 
-/// Whether the open folder has the name and nobody else holds its lock, which this takes where there are locks.
-bool IsOurs(const FileHandle& folder, Place place, int errorWithoutLocks)
+/// Whether the open folder has the name and no other process holds its lock, which this takes where there are locks.
+bool IsOurs(const FileHandle& folder, Place place, WithoutLocks withoutLocks)
 {
-    if (flock(folder.Descriptor(), LOCK_EX | LOCK_NB) != 0 && errno != errorWithoutLocks)
+    if (flock(folder.Descriptor(), LOCK_EX | LOCK_NB) != 0 &&
+        (errno == EWOULDBLOCK || withoutLocks == WithoutLocks::IsNotOurs))
         return false;
     struct stat open{};
     struct stat named{};
     return fstat(folder.Descriptor(), &open) == 0 &&
-           fstatat(place.folder, place.name, &named, AT_SYMLINK_NOFOLLOW) == 0 && open.st_dev == named.st_dev &&
-           open.st_ino == named.st_ino && open.st_uid == geteuid();
+           fstatat(place.folder, place.name, &named, AT_SYMLINK_NOFOLLOW) == 0 && IsSameFile(open, named) &&
+           open.st_uid == geteuid();
 }
 
 }  // namespace
@@ -51,14 +42,20 @@ std::error_code WorkFolder::Make(Place target)
     for (unsigned number = 0; number < kKeptNames; ++number) {
         m_name = NameOf(parent, number);
         const Place place{m_parent, m_name.c_str()};
-        const FileHandle left = OpenFolderItself(place);
-        if (left && IsOurs(left, place, 0))
+        const FileHandle left = OpenFolder(place, O_RDONLY | O_NOFOLLOW);
+        if (left && IsOurs(left, place, WithoutLocks::IsNotOurs))
             RemoveTree(place);
     }
-    std::error_code error = ErrorOf(EEXIST);
-    for (unsigned number = 0; number <= kKeptNames && error == std::errc::file_exists; ++number) {
+    // Neighbours may have any number of the names; a new folder is lost to a cleaning process again and again only where
+    // no folder can be ours.
+    std::error_code error;
+    for (unsigned number = 0, lostCount = 0; lostCount < kKeptNames; ++number) {
         m_name = NameOf(parent, number);
         error = Take({m_parent, m_name.c_str()});
+        if (error == std::errc::resource_unavailable_try_again)
+            ++lostCount;
+        else if (error != std::errc::file_exists)
+            break;
     }
     return error;
 }
@@ -67,12 +64,17 @@ std::error_code WorkFolder::Take(Place place)
 {
     if (mkdirat(place.folder, place.name, S_IRWXU) != 0)
         return LastError();
-    m_folder = OpenFolderItself(place);
-    // Somebody who looked before the lock was taken may have removed the folder as one that was left.
-    if (m_folder && IsOurs(m_folder, place, EOPNOTSUPP))
+    m_folder = OpenFolder(place, O_RDONLY | O_NOFOLLOW);
+    if (!m_folder) {
+        const std::error_code error = LastError();
+        unlinkat(place.folder, place.name, AT_REMOVEDIR);
+        return error == std::errc::no_such_file_or_directory ? ErrorOf(EAGAIN) : error;
+    }
+    // A process that looked before the lock was taken may have removed the folder as one that was left.
+    if (IsOurs(m_folder, place, WithoutLocks::IsOurs))
         return {};
     m_folder.Close();
-    return ErrorOf(EEXIST);
+    return ErrorOf(EAGAIN);
 }
 
 WorkFolder::~WorkFolder()
