@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstring>
 
 /// Two floats that are calculated with at once: the x and y of a point, or the width and height of a size.
@@ -30,10 +31,7 @@ inline Pair Larger(Pair a, Pair b) noexcept
 template <class Comparison>
 inline bool HoldsForEither(Comparison comparison) noexcept
 {
-    static_assert(sizeof comparison == sizeof(long long));
-    long long bits = 0;  // all bits of a half are set where the comparison holds
-    std::memcpy(&bits, &comparison, sizeof bits);
-    return bits != 0;
+    return std::bit_cast<long long>(comparison) != 0;  // all bits of a half are set where the comparison holds
 }
 template <class Comparison>
 inline bool HoldsForBoth(Comparison comparison) noexcept
