@@ -85,8 +85,8 @@ using Running = std::unique_ptr<sqlite3_stmt, Resetter>;
 
 // A text that is bound in place is the caller's, who keeps it until the row is written.
 
-/// A text that begins with U+FEFF or U+FFFE goes in as bytes in the database's order, which read as the text again: SQLite
-/// would take the unit for a byte-order mark.
+/// A text that begins with U+FEFF or U+FFFE goes in as bytes in the database's order, which read as the text again:
+/// SQLite would take the unit for a byte-order mark.
 int BindText(sqlite3_stmt* statement, int index, std::u16string_view text)
 {
     const std::size_t byteCount = text.size() * sizeof(char16_t);
