@@ -277,7 +277,7 @@ int RunProgram(const std::vector<std::string_view>& arguments, std::istream& in,
 {
     const ScopedColorNames colorNames;
     if (!colorNames.AreThere())
-        err << "mindmap: colors have no names: the string tables beside the program are missing or cannot be read\n";
+        err << "mindmap: the map misses words: the string tables beside the program are missing or cannot be read\n";
     rk::SetApplicationName("mindmap");
     const int status = RunCommand(arguments, in, out, err);
     if (status != 0 || out.flush())

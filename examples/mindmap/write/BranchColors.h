@@ -43,7 +43,7 @@ public:
     ScopedColorNames(const ScopedColorNames&) = delete;
     ScopedColorNames& operator=(const ScopedColorNames&) = delete;
 
-    /// False when the string tables are missing, damaged or made for another processor: colors go without names then.
+    /// False when the string tables are missing, damaged or made for another processor: the map misses their words.
     [[nodiscard]] bool AreThere() const { return m_areThere; }
 
 private:
