@@ -57,29 +57,38 @@ std::u16string_view PatternFor(Conversion::NegativeNumberRepresentation represen
     }
 }
 
-void Place(CString& number, std::u16string_view pattern, std::u16string_view symbol)
+std::u16string_view PositiveAmount(int format)
 {
-    rk::TextBuilder builder(number.View().size() + symbol.size() + pattern.size());
+    return kPositivePatterns[format >= 0 && format < std::ssize(kPositivePatterns) ? format : 0];
+}
+
+std::u16string_view NegativeAmount(Conversion::NegativeNumberRepresentation representation, int format)
+{
+    const bool known = format >= 0 && format < std::ssize(kNegativeAmounts);
+    return PatternFor(representation, kNegativeAmounts[known ? format : kOtherNegativeFormat]);
+}
+
+CString Placed(std::u16string_view number, std::u16string_view pattern, std::u16string_view symbol)
+{
+    rk::TextBuilder builder(number.size() + symbol.size() + pattern.size());
     for (const char16_t unit : pattern) {
         if (unit == u'n')
-            builder.Append(number.View());
+            builder.Append(number);
         else if (unit == u'$')
             builder.Append(symbol);
         else
             builder.Append(unit);
     }
-    number = builder.Take();
+    return builder.Take();
 }
 
-/// A number text as its digits show, without its sign.
-CString UnsignedText(const CString& numberText, bool groupThousands, int decimalCount, bool& negative)
+/// Appends a number text as its digits show, without its sign; returns whether the number is negative.
+bool AppendUnsigned(rk::TextBuilder& builder, const CString& numberText, bool groupThousands, int decimalCount)
 {
     const NumberFormats& formats = NumberFormats::Of(LocaleUse::Money);
     std::u16string moved;
     const rk::SplitNumber number =
         rk::Split(numberText, formats.currencyDecimalSeparator, moved).value_or(rk::SplitNumber());
-    negative = number.negative;
-    rk::TextBuilder builder;
     if (groupThousands)
         rk::AppendGrouped(builder, number.integer, formats.currencyGroupingSeparator);
     else
@@ -88,7 +97,7 @@ CString UnsignedText(const CString& numberText, bool groupThousands, int decimal
         builder.Append(formats.currencyDecimalSeparator);
         rk::AppendDecimals(builder, number.fraction, decimals);
     }
-    return builder.Take();
+    return number.negative;
 }
 
 }  // namespace
@@ -99,16 +108,15 @@ CString CrkStringConversionUtilities::DoubleStringToFormattedNumber(const CStrin
 {
     if (numberText.IsEmpty())
         return {};
-    bool negative = false;
-    CString text = UnsignedText(numberText, groupThousands, decimalCount, negative);
-    if (negative)
-        FormatNegativeNumber(text, representation);
-    return text;
+    rk::TextBuilder digits;
+    if (!AppendUnsigned(digits, numberText, groupThousands, decimalCount))
+        return digits.Take();
+    return Placed(digits.View(), PatternFor(representation, kNegativeNumber), {});
 }
 
 void CrkStringConversionUtilities::FormatNegativeNumber(CString& text, NegativeNumberRepresentation representation)
 {
-    Place(text, PatternFor(representation, kNegativeNumber), {});
+    text = Placed(text, PatternFor(representation, kNegativeNumber), {});
 }
 
 CString CrkStringConversionUtilities::DoubleStringToFormattedCurrency(const CString& numberText,
@@ -118,28 +126,23 @@ CString CrkStringConversionUtilities::DoubleStringToFormattedCurrency(const CStr
 {
     if (numberText.IsEmpty())
         return {};
-    bool negative = false;
-    CString text = UnsignedText(numberText, /*groupThousands=*/true, decimalCount, negative);
-    if (negative)
-        FormatNegativeCurrency(text, representation, negativeFormat, currencySymbol);
-    else
-        FormatPositiveCurrency(text, positiveFormat, currencySymbol);
-    return text;
+    rk::TextBuilder digits;
+    const bool negative = AppendUnsigned(digits, numberText, /*groupThousands=*/true, decimalCount);
+    return Placed(digits.View(),
+                  negative ? NegativeAmount(representation, negativeFormat) : PositiveAmount(positiveFormat),
+                  currencySymbol);
 }
 
 void CrkStringConversionUtilities::FormatPositiveCurrency(CString& text, int positiveFormat,
                                                           const CString& currencySymbol)
 {
-    const bool known = positiveFormat >= 0 && positiveFormat < std::ssize(kPositivePatterns);
-    Place(text, kPositivePatterns[known ? positiveFormat : 0], currencySymbol);
+    text = Placed(text, PositiveAmount(positiveFormat), currencySymbol);
 }
 
 void CrkStringConversionUtilities::FormatNegativeCurrency(CString& text, NegativeNumberRepresentation representation,
                                                           int negativeFormat, const CString& currencySymbol)
 {
-    const bool known = negativeFormat >= 0 && negativeFormat < std::ssize(kNegativeAmounts);
-    const NegativePattern& pattern = kNegativeAmounts[known ? negativeFormat : kOtherNegativeFormat];
-    Place(text, PatternFor(representation, pattern), currencySymbol);
+    text = Placed(text, NegativeAmount(representation, negativeFormat), currencySymbol);
 }
 
 CString CrkStringConversionUtilities::DoubleStringToFormattedPercentage(const CString& numberText, int decimalCount)
