@@ -42,13 +42,11 @@ RunLog::RunLog(CString folder) : m_folder(std::move(folder))
     if (m_folder.Right(1) != u"/")
         m_folder += u"/";
     const CString settingsPath = m_folder + u"settings.xml";
-    try {
+    Attempt([&] {
         ProvideSettings(settingsPath);
         CrkLogWriter::Init(settingsPath, m_folder);
-    } catch (CFileException* failure) {
-        failure->Delete();
-        m_isBroken = true;
-    }
+        CrkLogWriter::LogStart();
+    });
 }
 
 RunLog::~RunLog()
@@ -83,8 +81,13 @@ void RunLog::Write(CrkLogWriter::ErkLogLevel level, const CString& message, cons
 {
     if (m_isBroken || IsOff())
         return;
+    Attempt([&] { CrkLogWriter::Log(level, Escaped(message), category, topicId); });
+}
+
+void RunLog::Attempt(const std::function<void()>& call)
+{
     try {
-        CrkLogWriter::Log(level, Escaped(message), category, topicId);
+        call();
     } catch (const CrkLogException&) {
         m_isBroken = true;
     } catch (CFileException* failure) {

@@ -3,6 +3,8 @@
 #include <RkUtilities/foundation/CString.h>
 #include <RkUtilities/logging/CrkLogWriter.h>
 
+#include <functional>
+
 namespace mindmap {
 
 /// The log of a run: entries in "messages.xml" of a folder, as long as the object lives.
@@ -28,6 +30,7 @@ public:
 
 private:
     void ProvideSettings(const CString& path);
+    void Attempt(const std::function<void()>& call);
 
     CString m_folder;
     bool m_isBroken = false;
