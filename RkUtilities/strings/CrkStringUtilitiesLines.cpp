@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr std::u16string_view kEllipsis = u"...";
 constexpr int kMostLinesWithoutText = 1000;
 
 bool IsBlankView(std::u16string_view text)
@@ -111,6 +110,8 @@ private:
         m_leftOver.erase(0, ofLeftOver);
         m_rest.remove_prefix(count - ofLeftOver);
     }
+
+    static constexpr std::u16string_view kEllipsis = u"...";
 
     std::u16string m_leftOver;
     std::u16string_view m_rest;

@@ -1,6 +1,7 @@
 #include "RkUtilities/dates/CrkDateUtilities.h"
 
 #include "tests/support/ScopedVariable.h"
+#include "tests/support/TimeAt.h"
 #include "tests/support/Zones.h"
 
 #include <chrono>
@@ -19,11 +20,6 @@ const double kAtLoad[] = {CrkDateUtilities::NullTime.GetCFAbsoluteTime(),
                           CrkDateUtilities::MaximumTime.GetCFAbsoluteTime()};
 const double kExpectedAtLoad[] = {CTime().GetCFAbsoluteTime(), CTime(1970, 1, 2, 0, 0, 0, -1).GetCFAbsoluteTime(),
                                   CTime(3000, 12, 30, 23, 59, 59, -1).GetCFAbsoluteTime()};
-
-CTime At(std::time_t utcSeconds)
-{
-    return CTime::FromCFAbsoluteTime(static_cast<double>(utcSeconds - 978307200));
-}
 
 TEST(Dates, HaveTheirKnownTimesBeforeAnyInitialiser)
 {

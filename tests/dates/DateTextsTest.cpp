@@ -3,6 +3,7 @@
 #include "tests/support/InChild.h"
 #include "tests/support/ScopedUserLocale.h"
 #include "tests/support/ScopedVariable.h"
+#include "tests/support/TimeAt.h"
 
 #include <gtest/gtest.h>
 #include <limits>
@@ -17,13 +18,6 @@
 #include <vector>
 
 namespace {
-
-constexpr double kUnixSecondsOf2001 = 978307200;
-
-CTime At(std::int64_t utcSeconds)
-{
-    return CTime::FromCFAbsoluteTime(static_cast<double>(utcSeconds) - kUnixSecondsOf2001);
-}
 
 struct ZoneTimes {
     const char* zone;

@@ -2,6 +2,7 @@
 #include "RkUtilities/foundation/CTime.h"
 
 #include "tests/support/ScopedVariable.h"
+#include "tests/support/TimeAt.h"
 #include "tests/support/Zones.h"
 
 #include <array>
@@ -13,11 +14,6 @@
 namespace {
 
 const CTime kBeforeMain;
-
-CTime At(std::time_t utcSeconds)
-{
-    return CTime::FromCFAbsoluteTime(static_cast<double>(utcSeconds - 978307200));
-}
 
 CTime LocalTime(const std::tm& fields, int dst)
 {

@@ -5,6 +5,8 @@
 #include <array>
 #include <cmath>
 
+inline constexpr float kInfinity = INFINITY, kNan = NAN;
+
 namespace plain {
 
 /// Equal, or both not a number, in every field.

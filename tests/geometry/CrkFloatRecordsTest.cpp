@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr float kInfinity = INFINITY, kNan = NAN;
-
 TEST(Rectangles, GrowByMarginsAndOffsets)
 {
     constexpr CrkFloatMargin margin{10, 5, 20, 15};

@@ -1,5 +1,7 @@
 #include "RkUtilities/geometry/CrkMathUtilities.h"
 
+#include "tests/geometry/Agreement.h"
+
 #include <gmock/gmock.h>
 
 #include <complex>
@@ -15,7 +17,6 @@ namespace {
 
 using testing::ElementsAre, testing::NanSensitiveFloatEq;
 using Math = CrkMathUtilities;
-constexpr float kInfinity = INFINITY, kNan = NAN;
 constexpr double kPi = 3.14159265358979323846;
 
 CrkFloatPoint Narrowed(double x, double y)

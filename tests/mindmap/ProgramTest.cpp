@@ -54,8 +54,6 @@ protected:
     std::ostringstream m_err;
 };
 
-}  // namespace
-
 TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun)
 {
     const std::string outline = Put("plan.opml", R"(<opml><body><outline text='A &lt;&amp; "B"'>
@@ -306,3 +304,5 @@ TEST_F(Program, ExplainsItselfAndRefusesWhatItDoesNotUnderstand)
     EXPECT_EQ(m_folder.Read("a.txt"), "a");
     EXPECT_EQ(m_folder.EntryCount(), 2U);
 }
+
+}  // namespace

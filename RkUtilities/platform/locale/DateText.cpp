@@ -74,14 +74,14 @@ std::unique_ptr<icu::TimeZone> ZoneAt(std::int64_t utcSeconds, int utcOffset, co
 }
 
 /// A format of ICU's and the calendar that it is given, days before 1582 Gregorian too.
-struct Format {
+struct StyledFormat {
     std::unique_ptr<const icu::DateFormat> format;
     std::unique_ptr<icu::Calendar> calendar;
 
-    static Format Make(const std::string& locale, StylePair styles)
+    static StyledFormat Make(const std::string& locale, StylePair styles)
     {
         const auto style = [](DateStyle ours) { return kIcuStyles[static_cast<std::size_t>(ours)]; };
-        Format made;
+        StyledFormat made;
         made.format = MadeWhole([&] {
             return std::unique_ptr<const icu::DateFormat>(icu::DateFormat::createDateTimeInstance(
                 style(styles.date), style(styles.time), icu::Locale::createCanonical(locale.c_str())));
@@ -124,11 +124,11 @@ std::u16string MadeText(const std::string& locale, StylePair styles, std::int64_
                         std::uint64_t zoneGeneration)
 {
     constexpr std::size_t kMostFormats = 256;
-    static constinit KeptByName<Format, kMostFormats> formats;
+    static constinit KeptByName<StyledFormat, kMostFormats> formats;
     const std::string* const zoneName = styles.ShowsZone() ? &LastZoneName(zoneGeneration) : nullptr;
     const std::lock_guard lock(MutexOf(Lock::Locale));
-    const Format& format =
-        formats.Of(locale + '/' + std::to_string(styles.Index()), [&] { return Format::Make(locale, styles); });
+    const StyledFormat& format =
+        formats.Of(locale + '/' + std::to_string(styles.Index()), [&] { return StyledFormat::Make(locale, styles); });
     if (zoneName == nullptr)
         return format.Text(utcSeconds + utcOffset);  // in UTC
     format.calendar->adoptTimeZone(ZoneAt(utcSeconds, utcOffset, *zoneName).release());

@@ -21,8 +21,8 @@ void Columns::Deal(int columnCount)
         tallest = std::max(tallest, part.height);
     }
     double enough = total / columnCount + (columnCount > 1 ? tallest : 0);
-    double tooLow = std::max(tallest, total / columnCount - m_parts.back().gap) - kGrid;
-    while (enough - tooLow > kGrid) {
+    double tooLow = std::max(tallest, total / columnCount - m_parts.back().gap) - kGridStep;
+    while (enough - tooLow > kGridStep) {
         const double middle = (enough + tooLow) / 2;
         (middle >= tallest && Fits(columnCount, middle) ? enough : tooLow) = middle;
     }

@@ -8,7 +8,7 @@
 
 namespace mindmap {
 
-constexpr double kGrid = 4;
+constexpr double kGridStep = 4;
 constexpr double kCorridor = 12;   // above what lines reach from the left; they run in the middle
 constexpr double kBelowGap = 8;    // between a box and what stands below it
 constexpr double kBesideGap = 16;  // between a box and packed children beside it

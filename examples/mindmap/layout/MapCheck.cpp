@@ -30,9 +30,9 @@ CrkFloatRect Around(const CrkFloatRect& a, const CrkFloatRect& b)
 
 /// A binary tree of bounding boxes over the topics in their order: neighbours in the outline are neighbours in the map,
 /// so the boxes stay small. Node i has the children 2i and 2i + 1; the leaves begin at `m_leafCount`.
-class BoxTree {
+class ShapeTree {
 public:
-    explicit BoxTree(const std::vector<TopicShape>& shapes)
+    explicit ShapeTree(const std::vector<TopicShape>& shapes)
         : m_leafCount(std::bit_ceil(shapes.size())), m_count(shapes.size()), m_boxes(2 * m_leafCount)
     {
         for (std::size_t i = 0; i < m_leafCount; ++i)
@@ -98,7 +98,7 @@ MapFaults CheckMap(const Outline& outline, const MapLayout& map, const ProgressH
 {
     MapFaults faults;
     const std::vector<TopicShape>& shapes = map.shapes;
-    const BoxTree tree(shapes);
+    const ShapeTree tree(shapes);
     for (std::size_t i = 1; i < shapes.size(); ++i) {
         Tell(progress, "checking", i, shapes.size());
         tree.ForEachIn(shapes[i].bounds, [&](std::size_t other) { faults.overlapCount += other < i ? 1 : 0; });

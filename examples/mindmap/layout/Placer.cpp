@@ -46,7 +46,7 @@ private:
         if (side.form < 0)
             return;
         const double edge = m_tree.Box(0).width / 2;
-        const double top = std::floor(-FormAt(side.form).height / 2 / kGrid) * kGrid;
+        const double top = std::floor(-FormAt(side.form).height / 2 / kGridStep) * kGridStep;
         m_isLeft = isLeft;
         m_isCurved = m_packing.IsColumn(side.form);
         const int start = Bend(edge, 0, -1);

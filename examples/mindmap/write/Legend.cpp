@@ -61,7 +61,7 @@ int CellWidth(const std::vector<LegendEntry>& entries)
 }
 
 /// Places entries row by row, in as many columns as the map's width has room for, each row about as full as the others.
-void Place(Legend& legend, const CrkFloatRect& map)
+void PlaceEntries(Legend& legend, const CrkFloatRect& map)
 {
     const int count = static_cast<int>(legend.entries.size());
     const int step = CellWidth(legend.entries) + kLegendColumnGap;
@@ -115,7 +115,7 @@ Legend MakeLegend(const Outline& outline, const MapLayout& map)
         legend.entries.push_back({color, NameOfRgb(color), TitlesOf(mains, i), {}});
     }
     if (!mains.empty()) {
-        Place(legend, map.bounds);
+        PlaceEntries(legend, map.bounds);
         legend.bounds = Around(map.bounds, legend.box);
     }
     legend.bounds = WithinRatio(legend.bounds);
