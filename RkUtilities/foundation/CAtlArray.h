@@ -22,7 +22,7 @@
 /// move throws, the array keeps its count, but elements may be left moved-from. An argument may be an element of the
 /// same array. Adding and SetCount may move the elements: references and iterators end. An empty array holds no memory
 /// until the first element. Copies are deep; a moved-from array is empty. Different threads may use different arrays,
-/// and one array while none of them changes it.
+/// and one array while no thread changes it.
 template <class T>
 class CAtlArray {
 public:

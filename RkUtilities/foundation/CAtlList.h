@@ -20,9 +20,9 @@
 /// Every member but copying, comparing and RemoveAll takes constant time. A null position throws CAtlException with
 /// ATL::kInvalidArgument; a failed allocation throws it with ATL::kAllocationFailed. Whatever is thrown, the list is as
 /// it was (the strong guarantee). An argument may be an element of the same list. Memory comes in blocks of some
-/// elements; an empty list holds none until the first element, the place of a removed element serves a later one,
+/// elements; an empty list holds no memory until the first element, the place of a removed element serves a later one,
 /// RemoveAll frees all. Copies are deep; a moved-from list is empty. Different threads may use different lists, and one
-/// list while none of them changes it.
+/// list while no thread changes it.
 template <class T>
 class CAtlList {
 public:

@@ -44,7 +44,7 @@ concept KeyFor =
 /// thrown, the map is as it was (the strong guarantee), except where SetAt assigns to the value of a key that was
 /// there. An argument may be a part of the same map. An empty map holds no memory until the first key; RemoveAll frees
 /// all. Copies are deep and walked alike; a moved-from map is empty. Looking up never allocates, unless the argument
-/// must be converted to a key. Different threads may use different maps, and one map while none of them changes it.
+/// must be converted to a key. Different threads may use different maps, and one map while no thread changes it.
 template <class K, class V, class KTraits = CElementTraits<K>>
 class CAtlMap {
 public:

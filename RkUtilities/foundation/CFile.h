@@ -32,12 +32,12 @@ public:
     enum OpenFlags : unsigned int {
         modeRead = 0x0000,
         modeReadWrite = 0x0002,
-        /// Others may read but not write. Linux keeps nobody away by force, so this is an agreement among those who
-        /// ask for it (an advisory lock, `flock`): any number may read a file so, or one may read and write it;
-        /// another who asks meanwhile is refused with `sharingViolation` and never waits. On a file system without
-        /// such locks it has no effect.
+        /// Others may read but not write. Linux keeps no program away by force, so this is an agreement among the
+        /// openers that ask for it (an advisory lock, `flock`): any number of them may read a file, or one may read
+        /// and write it; another opener that asks is refused with `sharingViolation` and never waits. On a file system
+        /// without such locks it has no effect.
         shareDenyWrite = 0x0020,
-        /// No restriction: nothing is asked for and nobody is refused.
+        /// No restriction: nothing is asked for and no opener is refused.
         shareDenyNone = 0x0040,
         /// Makes the file when it is missing (readable and writable for whom the process's umask allows).
         ///

@@ -6,7 +6,7 @@
 
 /// Why a file operation failed.
 ///
-/// Thrown as a pointer, and whoever catches it disposes of it:
+/// Thrown as a pointer, which the catcher disposes of:
 ///
 ///     try {
 ///         CFile::Remove(path);
@@ -21,7 +21,7 @@ public:
     /// Values of `m_cause`. The causes in brackets are part of the numbering but are never reported here.
     enum Cause : int {
         none = 0,
-        genericException = 1,  ///< none of the others; `m_lOsError` says which
+        genericException = 1,  ///< a cause without a name here; `m_lOsError` tells it
         fileNotFound = 2,      ///< the folder exists, the name in it does not
         badPath =
             3,  ///< a folder on the path does not exist or is no folder, or the path is too long or a ring of links

@@ -13,7 +13,7 @@ struct CFileStatus {
     /// Bits of `m_attribute`. A folder is `directory`, everything else `archive`: no attribute byte that was read is
     /// 0.
     enum Attribute : unsigned char {
-        readOnly = 0x01,   ///< the owner may not write (the owner's write permission is off, whoever asks)
+        readOnly = 0x01,   ///< the owner may not write (the owner's write permission is off, for any caller)
         hidden = 0x02,     ///< the name begins with "."; "." and ".." themselves are not hidden
         directory = 0x10,  ///< a folder
         archive = 0x20,  ///< no folder: an ordinary file, also a pipe, a socket, a device or a link that leads nowhere

@@ -130,7 +130,7 @@ public:
     /// The units from `start` on, at most `unitCount`; "" at or past the end. A negative start counts as 0.
     [[nodiscard]] CString Mid(int start) const;
     [[nodiscard]] CString Mid(int start, int unitCount) const;  ///< The same, at most `unitCount` units.
-    /// The leading part before the first unit that occurs in `set`; the whole text when none does.
+    /// The leading part before the first unit that occurs in `set`; the whole text when no unit does.
     [[nodiscard]] CString SpanExcluding(const CString& set) const;
     /// The next run of units that are not in `delimiters`, from `position` on; `position` moves past the delimiter that
     /// ends it, or to the end.

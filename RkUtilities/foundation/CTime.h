@@ -13,7 +13,7 @@
 /// - The null time is 1 January 1970, 00:00:00 UTC: before every time that `CrkDateUtilities::MinimumTime` allows.
 /// - Calendar fields are read in the C library's local time (`TZ`, else the system's zone), for past and future dates after
 ///   the rules of that date, in the Gregorian calendar throughout. A changed `TZ` is seen by the next call.
-/// - Nothing throws. Safe from any thread, as long as none changes the environment meanwhile.
+/// - Nothing throws. Safe from any thread, as long as no thread changes the environment meanwhile.
 class RK_EXPORT CTime {
 public:
     /// The null time.
@@ -29,7 +29,7 @@ public:
 
     /// Now, to the microsecond.
     [[nodiscard]] static CTime GetCurrentTime() noexcept;
-    /// The time so many seconds after 1 January 2001, 00:00:00 UTC.
+    /// The time `seconds` after 1 January 2001, 00:00:00 UTC.
     [[nodiscard]] static CTime FromCFAbsoluteTime(double seconds) noexcept;
 
     [[nodiscard]] int GetYear() const noexcept;       ///< The full year.

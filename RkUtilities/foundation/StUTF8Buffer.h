@@ -8,8 +8,8 @@
 
 /// A writable, zero-terminated UTF-8 copy of a text, for calls that take `char*`; valid as long as the buffer lives.
 ///
-/// A lone surrogate becomes U+FFFD. A U+0000 inside the text ends it for whoever reads up to the terminator. The bytes
-/// may be changed in place; they may not grow.
+/// A lone surrogate becomes U+FFFD. A U+0000 inside the text ends it for a callee that reads up to the terminator. The
+/// bytes may be changed in place; they may not grow.
 ///
 ///     line.Format(u"%s: %d", static_cast<char*>(StUTF8Buffer(name)), count);
 class RK_EXPORT StUTF8Buffer {

@@ -98,9 +98,9 @@ public:
     ///     "5."       ->  "5", untouched          "123.45e-1"  ->  "12", "345"    "+7"      ->  "7", untouched
     ///
     /// Pass empty parts: `fractionPart` stays as it was where the text has no unit after the decimal point, and a blank
-    /// text changes none of the three outputs. The fraction begins behind the whole decimal point, however long. The
-    /// exponent follows the first "e", else the first "E", and reads as `_ttoi` reads it; it adds at most 1,000,000
-    /// zeros ("1e2147483647" -> "1" and a million zeros).
+    /// text changes no output. The fraction begins behind the whole decimal point, however long. The exponent follows
+    /// the first "e", else the first "E", and reads as `_ttoi` reads it; it adds at most 1,000,000 zeros
+    /// ("1e2147483647" -> "1" and a million zeros).
     static void SplitNumberString(const CString& text, CString& integerPart, CString& fractionPart, bool& negative);
 
     /// Brings a fraction to `decimalCount` units, 0 to 30 (other counts as the nearer limit): cut off, or filled up

@@ -25,7 +25,7 @@ public:
 
     /// Room for the next `kBlockByteCount` bytes; what was given before becomes invalid.
     char* Room();
-    /// Takes so many bytes of the room.
+    /// Takes the first `byteCount` bytes of the room.
     void Took(std::size_t byteCount)
     {
         m_end += byteCount;

@@ -21,7 +21,7 @@ public:
     static void Release(const char16_t* units) noexcept
     {
         SharedUnits* const head = Of(units);
-        // The only owner need not count: nobody else can begin to share what nobody else has.
+        // The only owner need not count: no other thread can begin to share a text that only this thread has.
         if (!IsUnique(units) && head->m_owners.fetch_sub(1, std::memory_order_acq_rel) != 1)
             return;
         head->~SharedUnits();

@@ -128,7 +128,7 @@ public:
             return (m_ascii[unit >> 6] >> (unit & 63) & 1) != 0;
         return (IsSmall() || m_hasOthers) && std::find(m_units.begin(), m_units.end(), unit) != m_units.end();
     }
-    /// Index of the first unit at or after `start` that is in the set; the text's length when none is.
+    /// Index of the first unit at or after `start` that is in the set; the text's length when no unit is.
     [[nodiscard]] std::size_t FirstIn(std::u16string_view text, std::size_t start) const noexcept
     {
         if (IsSmall())

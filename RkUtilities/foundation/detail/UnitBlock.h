@@ -73,7 +73,7 @@ inline std::uint64_t LaneBytes(UnitBlock block) noexcept
     return std::endian::native == std::endian::little ? result : __builtin_bswap64(result);
 }
 
-/// The first lane of a mask that is set; kBlockUnits when none is.
+/// The first lane of a mask that is set; kBlockUnits when no lane is.
 inline std::size_t FirstLane(UnitMask mask) noexcept
 {
     return static_cast<std::size_t>(std::countr_zero(LaneBytes(reinterpret_cast<UnitBlock>(mask)))) / 8;

@@ -8,8 +8,8 @@
 namespace rk {
 
 /// Decodes at least one and at most about `byteCount` bytes from the front of `utf8`, takes them off and returns how
-/// many units were written: at most `byteCount` + 3, at most as many as bytes were taken. Room for so many may be used
-/// whole on the way. Every maximal part that is no UTF-8 gives one U+FFFD.
+/// many units were written: at most `byteCount` + 3, at most as many as bytes were taken. All of that room may be
+/// used on the way. Every maximal part that is no UTF-8 gives one U+FFFD.
 std::size_t DecodeUtf8(std::string_view& utf8, std::size_t byteCount, char16_t* units) noexcept;
 
 /// The bytes that the units encode to.

@@ -11,7 +11,7 @@ namespace rk {
 namespace {
 
 constexpr std::size_t kAsciiStep = 8 * kBlockUnits;  // units narrowed at a time
-constexpr std::size_t kShortText = 2 * kAsciiStep;   // so many units are encoded without being counted before
+constexpr std::size_t kShortText = 2 * kAsciiStep;   // a text up to this length is encoded without being counted
 
 using ByteBlock [[gnu::vector_size(16)]] = std::uint8_t;
 

@@ -41,7 +41,7 @@ struct Form {
     Kind kind = Kind::Box;
 };
 
-/// The best form of each proportion. A class ends where the width is so many times the height.
+/// The best form of each proportion. A class ends where the width is this multiple of the height.
 constexpr std::array<double, 27> kClassEnds = {0.0625, 0.125,  0.1875, 0.25,  0.3125, 0.375, 0.4375, 0.5, 0.5625,
                                                0.625,  0.6875, 0.75,   0.875, 1,      1.125, 1.25,   1.5, 1.75,
                                                2,      2.5,    3,      3.5,   4,      6,     8,      16,  kNoBound};

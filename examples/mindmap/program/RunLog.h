@@ -9,8 +9,8 @@ namespace mindmap {
 
 /// The log of a run: entries in "messages.xml" of a folder, as long as the object lives.
 ///
-/// The folder also holds "settings.xml", which says what is logged. It is written where there is none, with everything
-/// switched on; whoever wants less changes it. A log that cannot be written never stops a run.
+/// The folder also holds "settings.xml", which says what is logged. The file is written where it is missing, with
+/// everything switched on; a user who wants less changes it. A log that cannot be written never stops a run.
 class RunLog {
 public:
     /// @param folder  with or without a closing "/"; made when it is missing, but not the folder that it is in.
