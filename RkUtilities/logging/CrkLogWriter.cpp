@@ -65,11 +65,6 @@ bool IsMissingFolder(const std::error_code& error, const std::string& path)
 
 CrkLogWriter::~CrkLogWriter() = default;
 
-CString CrkLogWriter::GetClassName() const
-{
-    return u"CrkLogWriter";
-}
-
 void CrkLogWriter::Init(const CString& settingsPath, const CString& logFolder)
 {
     rk::platform::HoldAcrossForks(m_mutex);

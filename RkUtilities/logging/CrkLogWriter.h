@@ -48,7 +48,7 @@ public:
     CrkLogWriter() = default;
     ~CrkLogWriter() override;
     /// "CrkLogWriter".
-    virtual CString GetClassName() const;
+    virtual CString GetClassName() const { return u"CrkLogWriter"; }
 
     // --- Start and stop
 
@@ -149,7 +149,7 @@ public:
     /// as it is.
     [[nodiscard]] static CString PrepareXml(const CString& message);
     /// Makes each "&" into "&amp;", also one that begins a reference already. Nothing else changes.
-    static void EscapeXmlCharacters(CString& text);
+    static void EscapeXmlCharacters(CString& text) { text.Replace(u"&", u"&amp;"); }
     /// The local date and time in the user's locale, the style used for both; "" when the locale has no such text.
     [[nodiscard]] static CString CurrentTimeString(CFDateFormatterStyle style);
     /// "Emergency", "Critical", "Error", "Warning", "Notice", "Info", "Debug"; "" for any other value.

@@ -98,11 +98,6 @@ void CrkPathUtilities::StripTrailingSpace(CString* path)
 
 // --- Absolute and relative paths; CalcRelativePathname has a file of its own
 
-bool CrkPathUtilities::IsAbsoluteFilename(const CString& path)
-{
-    return path.GetAt(0) == u'/';
-}
-
 CString CrkPathUtilities::AppendToPath(const CString& path, const CString& name)
 {
     const std::u16string_view folder = path;

@@ -89,7 +89,7 @@ public:
     // --- Absolute and relative paths
 
     /// Whether the path begins with "/". "~/x" does not.
-    static bool IsAbsoluteFilename(const CString& path);
+    static bool IsAbsoluteFilename(const CString& path) { return path.GetAt(0) == u'/'; }
     /// The path, "/" unless it is empty or ends with one, and the name as it is: "/a/" and "/b" give "/a//b".
     static CString AppendToPath(const CString& path, const CString& name);
     /// The path itself when it begins with "/" or "~"; else the current folder, "/" and the path. "." and ".." stay as
@@ -153,11 +153,11 @@ public:
     ///     "Q1/Q2: plan"  ->  "Q1.Q2. plan"
     static void RemoveInvalidCharsFromFilename(CString& name, unsigned short replacement);
     /// The same for the name of a folder.
-    static void RemoveInvalidCharsFromFolderName(CString& name);
+    static void RemoveInvalidCharsFromFolderName(CString& name) { RemoveInvalidCharsFromFilename(name, 0); }
     /// Puts `replacement` for each code unit that occurs in `characters`; 0 puts U+0000.
     static void RemoveCharsFromFilename(CString& name, const CString& characters, unsigned short replacement);
     /// Puts one double quotation mark before and one after the path, whatever it has already.
-    static void QuotePath(CString& path);
+    static void QuotePath(CString& path) { path = u'"' + path + u'"'; }
     /// Takes one double quotation mark off both ends. False, with the path as it was, when it has not two of them.
     static bool UnquotePath(CString& path);
 

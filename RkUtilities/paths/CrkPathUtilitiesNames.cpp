@@ -50,22 +50,12 @@ void CrkPathUtilities::RemoveInvalidCharsFromFilename(CString& name, unsigned sh
     RemoveCharsFromFilename(name, kInvalidCharacters, kReplacement);
 }
 
-void CrkPathUtilities::RemoveInvalidCharsFromFolderName(CString& name)
-{
-    RemoveInvalidCharsFromFilename(name, 0);
-}
-
 void CrkPathUtilities::RemoveCharsFromFilename(CString& name, const CString& characters, unsigned short replacement)
 {
     // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): it may be the name itself
     const CString set = characters;
     for (int i = name.FindOneOf(set); i >= 0; i = name.FindOneOf(set, i + 1))
         name.SetAt(i, replacement);
-}
-
-void CrkPathUtilities::QuotePath(CString& path)
-{
-    path = kQuote + path + kQuote;
 }
 
 bool CrkPathUtilities::UnquotePath(CString& path)

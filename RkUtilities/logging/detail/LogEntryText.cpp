@@ -159,11 +159,6 @@ CString CrkLogWriter::PrepareXml(const CString& message)
     return body.Take();
 }
 
-void CrkLogWriter::EscapeXmlCharacters(CString& text)
-{
-    text.Replace(u"&", u"&amp;");
-}
-
 CString CrkLogWriter::Severity(ErkLogLevel level)
 {
     return rk::SeverityText(level);

@@ -1,5 +1,7 @@
 #include "RkUtilities/platform/files/AppendFile.h"
 
+#include "RkUtilities/platform/files/Files.h"
+
 #include <algorithm>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -98,19 +100,9 @@ bool AppendFile::StandsAt(const std::string& path) const
 
 std::size_t AppendFile::ReadAt(std::uint64_t offset, char* buffer, std::size_t byteCount, std::error_code& error) const
 {
-    std::size_t readCount = 0;
-    error.clear();
-    while (readCount < byteCount) {
-        const auto at = static_cast<off_t>(offset + readCount);
-        const ssize_t piece =
-            Uninterrupted([&] { return pread(m_file.Descriptor(), buffer + readCount, byteCount - readCount, at); });
-        if (piece < 0)
-            error = LastError();
-        if (piece <= 0)
-            break;
-        readCount += static_cast<std::size_t>(piece);
-    }
-    return readCount;
+    // An append goes to the end wherever the position is.
+    SeekFile(m_file.Descriptor(), static_cast<std::int64_t>(offset), SeekFrom::Start, error);
+    return error ? 0 : ReadFile(m_file.Descriptor(), buffer, byteCount, error);
 }
 
 std::error_code AppendFile::Append(std::string_view bytes)

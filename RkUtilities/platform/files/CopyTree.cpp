@@ -77,13 +77,14 @@ private:
         FolderState state;
         const char* name;  // in the level above, whose list holds it
         struct stat source;
-        EntryList entries;
+        std::vector<FolderEntry> entries;
+        std::size_t next;  // of the entries
     };
 
     /// Takes up the folders in which both chains stand.
     std::error_code Begin(FolderState state, const char* name)
     {
-        Level& level = m_levels.emplace_back(Level{state, name, {}, {}});
+        Level& level = m_levels.emplace_back(Level{state, name, {}, {}, 0});
         if (fstat(m_from.Current(), &level.source) != 0)
             return LastError();
         if (state == FolderState::New) {
@@ -92,16 +93,16 @@ private:
                 return error;
             m_made.insert(made);
         }
-        return level.entries.Read(m_from.Current());
+        return ReadFolder(m_from.Current(), level.entries);
     }
 
     /// The first failure of an entry is kept for the end; only losing the way ends the copying.
     std::error_code CopyAll()
     {
         while (!m_levels.empty()) {
-            const EntryList::Entry entry = m_levels.back().entries.Next();
-            if (entry.name != nullptr)
-                Note(CopyEntry(entry));
+            Level& level = m_levels.back();
+            if (level.next < level.entries.size())
+                Note(CopyEntry(level.entries[level.next++]));
             else if (const std::error_code lost = Finish())
                 return lost;
         }
@@ -156,17 +157,17 @@ private:
         return error;
     }
 
-    std::error_code CopyEntry(EntryList::Entry entry)
+    std::error_code CopyEntry(FolderEntry& entry)
     {
-        const Place source{m_from.Current(), entry.name};
-        const Place target{m_to.Current(), entry.name};
+        const char* const name = entry.name.c_str();
+        const Place source{m_from.Current(), name}, target{m_to.Current(), name};
         std::error_code error;
         if (entry.kind == FileKind::Unknown)
             error = KindAt(source, entry.kind);
         if (error)
             return error;
         if (entry.kind == FileKind::Folder)
-            return CopySubfolder(entry.name);
+            return CopySubfolder(name);
         if (IsNew())
             return CopyItem(source, target, entry.kind, m_permissionsInNewFolders);
         Decision decision{};
@@ -178,7 +179,7 @@ private:
         error = MakeWorkFolder(target);
         if (!error)
             error = CopyItem(source, m_work->Item(), entry.kind, m_permissions);
-        return error ? error : PutWorkInPlace(entry.name, TakenFor(decision));
+        return error ? error : PutWorkInPlace(name, TakenFor(decision));
     }
 
     std::error_code CopySubfolder(const char* name)

@@ -4,18 +4,13 @@
 #include "RkUtilities/platform/files/FileFacts.h"
 #include "RkUtilities/platform/files/FolderList.h"
 
-#include <cstdint>
 #include <system_error>
 #include <vector>
 
 namespace rk::platform {
 
-/// What tells one file from every other.
-struct FileIdentity {
-    std::uint64_t device = 0;
-    std::uint64_t number = 0;
-    friend auto operator<=>(const FileIdentity&, const FileIdentity&) = default;
-};
+/// The device and the number by which a file is told from every other.
+using FileIdentity = std::pair<dev_t, ino_t>;
 std::error_code IdentityOf(int descriptor, FileIdentity& identity);
 
 /// The folders from a starting point down to the current one. All but the deepest few are closed and are opened again

@@ -25,18 +25,7 @@ FileHandle OpenFolder(Place place, int flags) noexcept
 
 FileKind KindOfEntry(unsigned char type) noexcept
 {
-    switch (type) {
-    case DT_REG:
-        return FileKind::File;
-    case DT_DIR:
-        return FileKind::Folder;
-    case DT_LNK:
-        return FileKind::Link;
-    case DT_UNKNOWN:
-        return FileKind::Unknown;
-    default:
-        return FileKind::Other;
-    }
+    return type == DT_UNKNOWN ? FileKind::Unknown : KindOfMode(DTTOIF(type));
 }
 
 std::error_code VisitFolder(const std::string& path,
@@ -46,22 +35,12 @@ std::error_code VisitFolder(const std::string& path,
     return folder ? VisitAll(folder.Descriptor(), visit) : LastError();
 }
 
-std::error_code EntryList::Read(int folderDescriptor)
+std::error_code ReadFolder(int folderDescriptor, std::vector<FolderEntry>& entries)
 {
-    return VisitAll(folderDescriptor, [this](std::string_view name, FileKind kind) {
-        m_items.push_back({m_names.size(), kind});
-        m_names.insert(m_names.end(), name.begin(), name.end());
-        m_names.push_back('\0');
+    return VisitAll(folderDescriptor, [&entries](std::string_view name, FileKind kind) {
+        entries.push_back({std::string(name), kind});
         return Visit::Continue;
     });
-}
-
-EntryList::Entry EntryList::Next() noexcept
-{
-    if (m_next == m_items.size())
-        return {nullptr, FileKind::Unknown};
-    const Item& item = m_items[m_next++];
-    return {m_names.data() + item.nameStart, item.kind};
 }
 
 }  // namespace rk::platform

@@ -21,25 +21,11 @@ enum class Visit { Continue, Stop };
                                           const std::function<Visit(std::string_view name, FileKind kind)>& visit);
 
 /// The entries of one folder as they were when it was read, so that changing the folder does not disturb the walk.
-class EntryList {
-public:
-    struct Entry {
-        const char* name;
-        FileKind kind;
-    };
-    std::error_code Read(int folderDescriptor);
-    /// The next entry, valid until the list goes; its name is null after the last one.
-    Entry Next() noexcept;
-
-private:
-    struct Item {
-        std::size_t nameStart;
-        FileKind kind;
-    };
-    std::vector<char> m_names;  // each with its zero; unlike a string's, they stay in place when the list is moved
-    std::vector<Item> m_items;
-    std::size_t m_next = 0;
+struct FolderEntry {
+    std::string name;
+    FileKind kind;
 };
+std::error_code ReadFolder(int folderDescriptor, std::vector<FolderEntry>& entries);
 
 FileHandle OpenFolder(Place place, int flags) noexcept;
 

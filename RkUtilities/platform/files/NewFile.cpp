@@ -69,29 +69,25 @@ std::error_code PutInPlace(Place item, Place target, Taken taken)
     return error;
 }
 
-std::error_code NewFile::Make(Place target, mode_t permissions)
-{
-    const std::string folder = FolderPart(target.name);
-    if (HasWayToNames())
-        m_file = FileHandle(Uninterrupted([&] {
-            return openat(target.folder, folder.empty() ? "." : folder.c_str(), O_RDWR | O_TMPFILE | O_CLOEXEC,
-                          permissions);
-        }));
-    if (m_file || (HasWayToNames() && errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL))
-        return m_file ? std::error_code() : LastError();
-    if (const std::error_code error = m_work.Make(target))
-        return error;
-    m_file = FileHandle(Uninterrupted([&] {
-        return openat(m_work.Item().folder, m_work.Item().name, O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                      permissions);
-    }));
-    return m_file ? std::error_code() : LastError();
-}
-
 std::error_code NewFile::Make(const std::string& target)
 {
-    const std::string itself = WithoutClosingSlashes(target);
-    return *SystemPath(itself) == '\0' ? ErrorOf(ENOENT) : Make({AT_FDCWD, itself.c_str()}, 0666);
+    constexpr int kNew = O_RDWR | O_CLOEXEC;
+    constexpr mode_t kPermissions = 0666;
+    const std::string itself = WithoutClosingSlashes(target), folder = FolderPart(itself);
+    if (*SystemPath(itself) == '\0')
+        return ErrorOf(ENOENT);
+    if (HasWayToNames()) {
+        const char* const path = folder.empty() ? "." : folder.c_str();
+        m_file = FileHandle(Uninterrupted([&] { return open(path, kNew | O_TMPFILE, kPermissions); }));
+        if (m_file || (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL))
+            return m_file ? std::error_code() : LastError();
+    }
+    if (const std::error_code error = m_work.Make({AT_FDCWD, itself.c_str()}))
+        return error;
+    const Place item = m_work.Item();
+    constexpr int kNamed = kNew | O_CREAT | O_EXCL | O_NOFOLLOW;
+    m_file = FileHandle(Uninterrupted([&] { return openat(item.folder, item.name, kNamed, kPermissions); }));
+    return m_file ? std::error_code() : LastError();
 }
 
 std::error_code NewFile::Publish(Place target, Taken taken)

@@ -2,9 +2,7 @@
 
 #include "RkUtilities/platform/files/WorkFolder.h"
 
-#include <optional>
 #include <string>
-#include <sys/types.h>
 #include <system_error>
 
 namespace rk::platform {
@@ -15,9 +13,8 @@ enum class Taken { Stays, IsReplaced };
 /// system has only files with names, a `WorkFolder`.
 class NewFile {
 public:
-    /// Makes the file, empty, on the file system of the folder in which `target` will stand.
-    std::error_code Make(Place target, mode_t permissions);
-    /// For whom the process's umask allows to read and write it.
+    /// Makes the file, empty, on the file system of the folder in which `target` will stand. The process's umask says
+    /// who may read and write it.
     std::error_code Make(const std::string& target);
     [[nodiscard]] int Descriptor() const noexcept { return m_file.Descriptor(); }
 

@@ -1,9 +1,9 @@
 #include "RkUtilities/platform/process/Environment.h"
 
-#include <array>
 #include <cerrno>
-#include <climits>
 #include <cstdlib>
+#include <memory>
+#include <new>
 #include <unistd.h>
 
 namespace rk::platform {
@@ -18,19 +18,10 @@ std::optional<std::string> EnvironmentVariable(const std::string& name)
 
 std::string CurrentFolder()
 {
-    std::array<char, PATH_MAX> onStack;
-    if (const char* folder = ::getcwd(onStack.data(), onStack.size()))
-        return *folder == '/' ? folder : "";  // "(unreachable)/..." lies outside the process's root
-    if (errno != ERANGE)
-        return {};
-    for (std::string longPath(std::size_t{4} * PATH_MAX, '\0');; longPath.resize(longPath.size() * 2)) {
-        if (::getcwd(longPath.data(), longPath.size())) {
-            longPath.resize(longPath.find('\0'));
-            return longPath.front() == '/' ? longPath : std::string();
-        }
-        if (errno != ERANGE)
-            return {};
-    }
+    const std::unique_ptr<char, decltype(&std::free)> folder(::getcwd(nullptr, 0), &std::free);
+    if (!folder && errno == ENOMEM)
+        throw std::bad_alloc();
+    return folder && *folder == '/' ? folder.get() : "";  // "(unreachable)/..." lies outside the process's root
 }
 
 }  // namespace rk::platform

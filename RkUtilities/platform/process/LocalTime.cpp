@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -137,15 +138,13 @@ CalendarTime LocalCalendar(std::int64_t utcSeconds)
 
 std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int second)
 {
-    // Days from civil: years begin in March, so that the leap day comes last; 400 years have 146,097 days.
-    const std::int64_t months = static_cast<std::int64_t>(year) * 12 + month - 3;
-    const std::int64_t marchYear = months >= 0 ? months / 12 : (months - 11) / 12;
-    const std::int64_t marchMonth = months - marchYear * 12;
-    const std::int64_t era = marchYear >= 0 ? marchYear / 400 : (marchYear - 399) / 400;
-    const std::int64_t yearOfEra = marchYear - era * 400;
-    const std::int64_t dayOfYear = (153 * marchMonth + 2) / 5;
-    const std::int64_t dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
-    const std::int64_t days = era * 146097 + dayOfEra - 719468 + day - 1;
+    // std::chrono's years are short ones: 400 years, which have 146,097 days, are taken out before.
+    constexpr std::int64_t kMonths = 400 * 12, kDays = 146097;
+    const std::int64_t months = static_cast<std::int64_t>(year) * 12 + month - 1;
+    const std::int64_t eras = (months >= 0 ? months : months - (kMonths - 1)) / kMonths;
+    const auto monthOfEra = static_cast<int>(months - eras * kMonths);
+    const auto first = std::chrono::year(monthOfEra / 12) / (monthOfEra % 12 + 1) / 1;
+    const std::int64_t days = std::chrono::sys_days(first).time_since_epoch().count() + eras * kDays + day - 1;
     return days * kSecondsADay + std::int64_t{hour} * 3600 + std::int64_t{minute} * 60 + second;
 }
 

@@ -7,6 +7,7 @@
 #include "RkUtilities/platform/files/UserFolders.h"
 #include "RkUtilities/platform/process/ApplicationName.h"
 #include "RkUtilities/platform/process/Machine.h"
+#include "RkUtilities/platform/process/Patience.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -17,7 +18,6 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <system_error>
-#include <thread>
 
 namespace rk::platform {
 
@@ -62,10 +62,10 @@ StorageOutcome FindPreferencePlace(PreferencePlace& place)
 StorageOutcome LockFolder(const std::string& folder, FileHandle& lock)
 {
     lock = FileHandle(Uninterrupted([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    for (int tries = 0; flock(lock.Descriptor(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK; ++tries) {
-        if (tries == 200)
+    Patience patience(std::chrono::seconds(2));
+    while (flock(lock.Descriptor(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
+        if (!patience.Sleep())
             return {StorageOutcome::Failed, "another process keeps the folder of preferences locked"};
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
     return {};
 }
