@@ -4,7 +4,7 @@
 #include "mindmap/measure/Dates.h"
 #include "mindmap/read/Link.h"
 #include "mindmap/read/Placeholders.h"
-#include "mindmap/write/Tooltip.h"
+#include "mindmap/write/TopicFacts.h"
 #include "mindmap/write/TopicIds.h"
 
 #include <RkUtilities/dates/CrkDateUtilities.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "mindmap/layout/Forms.h"
+#include "mindmap/layout/Packing.h"
 
 namespace mindmap {
 

@@ -1,5 +1,3 @@
-#include "mindmap/layout/FormFinder.h"
-
 #include "mindmap/layout/Columns.h"
 
 #include <algorithm>
@@ -77,10 +75,11 @@ private:
                                                           : heaviest;
             group.first = MakeGroup(first, split, isPath);
             group.second = MakeGroup(split, last, isPath);
-            ForEachPair(group.first, group.second, isPath, [&](int f, int s) {
-                best.Offer(m_packing.FormOver(group, f, s));
-                best.Offer(m_packing.FormSide(group, f, s));
-            });
+            ForEachPair(m_packing.RangeOf(group.first, isPath), m_packing.RangeOf(group.second, isPath),
+                        [&](int f, int s) {
+                            best.Offer(m_packing.FormOver(group, f, s));
+                            best.Offer(m_packing.FormSide(group, f, s));
+                        });
         }
         group.forms = m_packing.Add(best);
         m_packing.groups.push_back(group);
@@ -88,11 +87,6 @@ private:
     }
 
     /// Calls `use` for every form of one part with every form of another.
-    template <class Use>
-    void ForEachPair(int first, int second, bool areItems, Use use) const
-    {
-        ForEachPair(m_packing.RangeOf(first, areItems), m_packing.RangeOf(second, areItems), use);
-    }
     template <class Use>
     static void ForEachPair(FormRange firsts, FormRange seconds, Use use)
     {
@@ -121,7 +115,7 @@ private:
     void OfferAlone(int i, BestForms& best) const
     {
         const PlainBox& box = m_tree.Box(i);
-        best.Offer({.width = box.width, .height = box.height, .middle = box.height / 2});
+        best.Offer({box.width, box.height, box.height / 2});
     }
 
     /// The forms of a box with an area of children.
@@ -136,7 +130,7 @@ private:
         if (area >= 0 || !GroupOf(area).isSplit)
             return;
         const Group& group = GroupOf(area);
-        ForEachPair(group.first, group.second, false, [&](int f, int s) {
+        ForEachPair(m_packing.RangeOf(group.first, false), m_packing.RangeOf(group.second, false), [&](int f, int s) {
             best.Offer(m_packing.FormSplit(i, f, s, Packing::Indent(group.second, isItem)));
         });
     }
@@ -187,10 +181,8 @@ private:
         FormRange& range = mindmap::At(m_packing.ranges, head);
         range.first = static_cast<int>(m_packing.forms.size());
         for (int f = path.first; f < path.last; ++f) {
-            Form flow{.width = At(f).width, .height = At(f).height, .middle = At(f).middle};
-            flow.first = f;
-            flow.kind = Kind::Flow;
-            m_packing.forms.push_back(flow);
+            const Form& form = At(f);
+            m_packing.forms.push_back({form.width, form.height, form.middle, Kind::Flow, f});
         }
         range.last = static_cast<int>(m_packing.forms.size());
     }
@@ -208,7 +200,8 @@ private:
         for (std::size_t split = half; split <= half + 1 && split < last; ++split) {
             const int right = MakeGroup(0, split, false);
             const int left = MakeGroup(split, last, false);
-            ForEachPair(right, left, false, [&](int r, int l) { Try({right, r}, {left, l}); });
+            ForEachPair(m_packing.RangeOf(right, false), m_packing.RangeOf(left, false),
+                        [&](int r, int l) { Try({right, r}, {left, l}); });
         }
     }
 
@@ -227,7 +220,7 @@ private:
     {
         const PlainBox& centre = m_tree.Box(0);
         const Form right = At(rightForm);
-        const Form left = leftForm < 0 ? Form{.width = -kCentralGap} : At(leftForm);
+        const Form left = leftForm < 0 ? Form{-kCentralGap} : At(leftForm);
         if (!m_packing.isPacked)
             return std::max(right.height, left.height);
         const double width = centre.width + kCentralGap + right.width + kCentralGap + left.width;

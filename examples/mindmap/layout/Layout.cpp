@@ -6,6 +6,7 @@
 #include <RkUtilities/geometry/CrkFloatMargin.h>
 #include <RkUtilities/geometry/CrkMathUtilities.h>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <numbers>
@@ -124,15 +125,10 @@ private:
 
     void FindBounds()
     {
-        std::vector<CrkFloatPoint> corners;
-        corners.reserve(2 * m_map.shapes.size());
-        for (const TopicShape& shape : m_map.shapes) {
-            const CrkFloatRect& r = shape.bounds;
-            corners.push_back({r.x, r.y});
-            corners.push_back({r.x + r.width, r.y + r.height});
-        }
-        m_map.bounds =
-            CrkMathUtilities::CalculatePointsBoundingRectangle(corners.data(), static_cast<int>(corners.size()));
+        const std::array<CrkFloatPoint, 2> corners = {
+            {{static_cast<float>(m_placement.left), static_cast<float>(m_placement.top)},
+             {static_cast<float>(m_placement.right), static_cast<float>(m_placement.bottom)}}};
+        m_map.bounds = CrkMathUtilities::CalculatePointsBoundingRectangle(corners.data(), 2);
         constexpr float kWidth = kMargin;
         CrkFloatMargin{kWidth, kWidth, kWidth, kWidth}.InflateRect(m_map.bounds);
     }

@@ -1,7 +1,6 @@
 #include "mindmap/layout/Placement.h"
 
-#include "mindmap/layout/FormFinder.h"
-#include "mindmap/layout/Placer.h"
+#include "mindmap/layout/Packing.h"
 
 #include <algorithm>
 
@@ -19,12 +18,11 @@ Placement PlaceBoxes(const std::vector<PlainBox>& boxes)
 {
     const BoxTree tree(boxes);
     Placement plain = PlaceByForms(FindForms(tree, /*isPacked=*/false));
-    const double longer = std::max(plain.width, plain.height);
-    const double shorter = std::min(plain.width, plain.height);
+    const auto [shorter, longer] = std::minmax({plain.right - plain.left, plain.bottom - plain.top});
     double area = 0;
     for (const PlainBox& box : boxes)
         area += (box.width + box.childGap) * (box.height + box.siblingGap);
-    const bool isFull = area >= kLeastFill * plain.width * plain.height;
+    const bool isFull = area >= kLeastFill * shorter * longer;
     if (longer <= kSmallSheet || (longer <= kLargestSheet && longer <= kMaximumRatio * shorter && isFull))
         return plain;
     return PlaceByForms(FindForms(tree, /*isPacked=*/true));

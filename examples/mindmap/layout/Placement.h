@@ -35,8 +35,10 @@ struct PlainPlace {
 struct Placement {
     std::vector<PlainPlace> places;  ///< one for each box
     std::vector<PlainPoint> points;  ///< a line that comes out of the centre's side begins there
-    double width = 0;
-    double height = 0;
+    double left = 0;                 // of all boxes
+    double top = 0;
+    double right = 0;
+    double bottom = 0;
 };
 
 /// Places the boxes; the middle of the first one is (0, 0).

@@ -2,7 +2,6 @@
 // of. Here they are compiled with everything else, so that nothing breaks unseen.
 #include "mindmap/layout/Placement.h"
 
-#include <algorithm>
 #include <array>
 
 namespace {
@@ -25,14 +24,9 @@ std::vector<PlainBox> Boxes()
     return boxes;
 }
 
-void Keep(const Placement& placement, const std::vector<PlainBox>& boxes)
+void Keep(const Placement& placement)
 {
-    bounds = {};
-    for (std::size_t i = 0; i < boxes.size(); ++i) {
-        const PlainPlace& place = placement.places[i];
-        bounds = {std::min(bounds[0], place.x), std::min(bounds[1], place.y),
-                  std::max(bounds[2], place.x + boxes[i].width), std::max(bounds[3], place.y + boxes[i].height)};
-    }
+    bounds = {placement.left, placement.top, placement.right, placement.bottom};
     numbers.clear();
     numbers.reserve(kPlaceNumbers * placement.places.size());
     for (const PlainPlace& place : placement.places)
@@ -58,8 +52,7 @@ double* placementBoxes(int boxCount)
 /// Places these boxes; returns the numbers of their places.
 const double* placeBoxes()
 {
-    const std::vector<PlainBox> boxes = Boxes();
-    Keep(PlaceBoxes(boxes), boxes);
+    Keep(PlaceBoxes(Boxes()));
     return numbers.data();
 }
 

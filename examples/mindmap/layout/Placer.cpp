@@ -1,5 +1,3 @@
-#include "mindmap/layout/Placer.h"
-
 #include "mindmap/layout/Columns.h"
 
 #include <algorithm>
@@ -263,10 +261,6 @@ private:
     /// Turns the left side around and measures the whole.
     void Finish()
     {
-        double left = 0;
-        double right = 0;
-        double top = 0;
-        double bottom = 0;
         for (int i = 0; i < m_tree.Count(); ++i) {
             PlainPlace& place = At(m_placement.places, i);
             const PlainBox& box = m_tree.Box(i);
@@ -274,13 +268,11 @@ private:
             place.y = At(m_y, i);
             for (std::size_t p = 0; place.isLeft && p < place.pointCount; ++p)
                 m_placement.points[place.firstPoint + p].x *= -1;
-            left = std::min(left, place.x);
-            right = std::max(right, place.x + box.width);
-            top = std::min(top, place.y);
-            bottom = std::max(bottom, place.y + box.height);
+            m_placement.left = std::min(m_placement.left, place.x);
+            m_placement.top = std::min(m_placement.top, place.y);
+            m_placement.right = std::max(m_placement.right, place.x + box.width);
+            m_placement.bottom = std::max(m_placement.bottom, place.y + box.height);
         }
-        m_placement.width = right - left;
-        m_placement.height = bottom - top;
     }
 
     const Packing& m_packing;

@@ -2,8 +2,8 @@
 
 #include "mindmap/measure/Style.h"
 #include "mindmap/read/CleanText.h"
+#include "mindmap/read/CodePoints.h"
 #include "mindmap/write/BranchColors.h"
-#include "mindmap/write/JsonText.h"
 #include "mindmap/write/RunPlace.h"
 #include "mindmap/write/TopicFacts.h"
 #include "mindmap/write/TopicIds.h"
@@ -26,16 +26,30 @@ constexpr std::array<Signals, 2> kSignals = {{{0x1D4ED8, 0x0A84FF, 0xD97706}, {0
 
 constexpr int kLookCount = 4;  // levels below the centre that look different
 
-std::string_view NameOf(TextRole role)
-{
-    constexpr std::array<std::string_view, 6> kNames = {"title", "note", "date", "amount", "link", "more"};
-    return kNames[static_cast<std::size_t>(role)];
-}
-
 std::string_view NameOf(Anchor anchor)
 {
     constexpr std::array<std::string_view, 3> kNames = {"start", "middle", "end"};
     return kNames[static_cast<std::size_t>(anchor)];
+}
+
+/// A text as a JSON string (RFC 8259) with its quotes, fit to stand in a script element of HTML: "<", ">" and "&" are
+/// written as escapes, so that no end of the element and no comment can begin. A lone surrogate becomes U+FFFD.
+std::u16string JsonText(std::u16string_view text)
+{
+    std::u16string json = u"\"";
+    for (std::size_t index = 0; index < text.size();) {
+        const std::size_t begin = index;
+        const char32_t c = NextCodePoint(text, index);
+        if (c == u'"' || c == u'\\')
+            json += {u'\\', static_cast<char16_t>(c)};
+        else if (c < 0x20 || c == u'<' || c == u'>' || c == u'&')
+            json += {u'\\', u'u', u'0', u'0', u"0123"[c / 16], u"0123456789abcdef"[c % 16]};
+        else if (c == kReplacementCharacter)  // may stand for a lone surrogate
+            json += static_cast<char16_t>(kReplacementCharacter);
+        else
+            json += text.substr(begin, index - begin);
+    }
+    return json + u'"';
 }
 
 class HtmlDocument {

@@ -2,6 +2,7 @@
 
 #include "mindmap/layout/Layout.h"
 
+#include <array>
 #include <string_view>
 
 namespace mindmap {
@@ -18,6 +19,13 @@ struct RunPlace {
 };
 
 RunPlace PlaceOf(const TextRun& run, const TopicShape& shape);
+
+/// What a role is called in scripts and signs.
+constexpr std::string_view NameOf(TextRole role)
+{
+    constexpr std::array<std::string_view, 6> kNames = {"title", "note", "date", "amount", "link", "more"};
+    return kNames[static_cast<std::size_t>(role)];
+}
 
 // Signs of 12 by 12 units, drawn with the stroke of their user: "icon-date", "icon-amount", "icon-link".
 inline constexpr char16_t kIcons[] = uR"(<defs>

@@ -4,7 +4,7 @@
 #include "mindmap/read/CleanText.h"
 #include "mindmap/read/Link.h"
 #include "mindmap/write/RunPlace.h"
-#include "mindmap/write/Tooltip.h"
+#include "mindmap/write/TopicFacts.h"
 #include "mindmap/write/TopicIds.h"
 #include "mindmap/write/XmlStream.h"
 
@@ -18,18 +18,6 @@ namespace mindmap {
 namespace {
 
 constexpr float kTurnRadius = 6;
-
-std::u16string_view IconOf(TextRole role)
-{
-    switch (role) {
-    case TextRole::Date:
-        return u"#icon-date";
-    case TextRole::Amount:
-        return u"#icon-amount";
-    default:
-        return u"#icon-link";
-    }
-}
 
 /// Of two points above or beside each other.
 float HalfDistance(const CrkFloatPoint& a, const CrkFloatPoint& b)
@@ -105,16 +93,13 @@ public:
         if (m_legend.entries.empty())
             return;
         const Page& page = PageOf(m_design.theme);
-        const CrkFloatRect& r = m_legend.box;
-        m_xml << u"<g id=\"legend\"><rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width
-              << u"\" height=\"" << r.height << u"\" rx=\""
-              << CornerRadiusOf(m_design.shapes, 1, 2 * StyleOf(1).cornerRadius) << u"\" fill=\"" << Color{page.boxFill}
-              << u"\" stroke=\"" << Color{page.boxEdge} << u"\"/>\n";
+        m_xml << u"<g id=\"legend\">";
+        BeginRect(m_legend.box) << CornerRadiusOf(m_design.shapes, 1, 2 * StyleOf(1).cornerRadius) << u"\" fill=\""
+                                << Color{page.boxFill} << u"\" stroke=\"" << Color{page.boxEdge} << u"\"/>\n";
         for (const LegendEntry& entry : m_legend.entries) {
             const CrkFloatPoint& o = entry.origin;
-            m_xml << u"<rect x=\"" << o.x << u"\" y=\"" << o.y + kSwatchTop << u"\" width=\"" << kSwatchSize
-                  << u"\" height=\"" << kSwatchSize << u"\" rx=\"" << CornerRadiusOf(m_design.shapes, 3, kSwatchSize)
-                  << u"\" fill=\"" << Color{entry.color} << u"\"/>";
+            BeginRect({o.x, o.y + kSwatchTop, kSwatchSize, kSwatchSize})
+                << CornerRadiusOf(m_design.shapes, 3, kSwatchSize) << u"\" fill=\"" << Color{entry.color} << u"\"/>";
             WriteLegendLine(entry.name, kLegendFont, page.ink, o.x, o.y + Ascent(kLegendFont));
             WriteLegendLine(entry.topics, kDetailFont, page.quietInk, o.x,
                             o.y + LineHeight(kLegendFont) + Ascent(kDetailFont));
@@ -130,6 +115,13 @@ public:
     }
 
 private:
+    /// Begins a rectangle; its corners' radius follows.
+    XmlStream& BeginRect(const CrkFloatRect& r)
+    {
+        return m_xml << u"<rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width << u"\" height=\""
+                     << r.height << u"\" rx=\"";
+    }
+
     void WriteCurve(const std::vector<CrkFloatPoint>& points)
     {
         char16_t sign = u'C';
@@ -166,8 +158,7 @@ private:
             m_xml << u"<ellipse cx=\"" << r.x + r.width / 2 << u"\" cy=\"" << r.y + r.height / 2 << u"\" rx=\""
                   << r.width / 2 << u"\" ry=\"" << r.height / 2;
         else
-            m_xml << u"<rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width << u"\" height=\""
-                  << r.height << u"\" rx=\"" << CornerRadiusOf(m_design.shapes, level, static_cast<int>(r.height));
+            BeginRect(r) << CornerRadiusOf(m_design.shapes, level, static_cast<int>(r.height));
         m_xml << u"\" fill=\"" << Color{look.fill};
         if (look.edgeWidth > 0)
             m_xml << u"\" stroke=\"" << Color{look.edge} << u"\" stroke-width=\"" << look.edgeWidth;
@@ -183,7 +174,7 @@ private:
         const RunPlace place = PlaceOf(run, shape);
 
         if (run.hasIcon)
-            m_xml << u"<use xlink:href=\"" << IconOf(run.role) << u"\" x=\"" << place.iconX << u"\" y=\""
+            m_xml << u"<use xlink:href=\"#icon-" << CString(NameOf(run.role)) << u"\" x=\"" << place.iconX << u"\" y=\""
                   << place.iconTop << u"\" stroke=\"" << color << u"\"/>";
         m_xml << u"<text x=\"" << place.x << u"\" y=\"" << place.baseline << u"\" font-size=\"" << font.size
               << u"\" fill=\"" << color;

@@ -15,4 +15,7 @@ struct TopicFacts {
 
 TopicFacts FactsOf(const Topic& topic, const BranchSum& sum);
 
+/// The facts below the topic's text and note, cleaned and wrapped (WrapTooltip).
+CString ComposeTooltip(const Topic& topic, const BranchSum& sum);
+
 }  // namespace mindmap

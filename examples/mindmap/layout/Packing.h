@@ -32,13 +32,13 @@ enum class Kind : std::uint8_t {
 struct Form {
     double width = 0;
     double height = 0;
-    double middle = 0;      // of the box, from the top; of a group's first box
+    double middle = 0;  // of the box, from the top; of a group's first box
+    Kind kind = Kind::Box;
+    int first = -1;  // the forms of the parts
+    int second = -1;
     double lastMiddle = 0;  // of a group's last box, if it is one column
     double bound = 0;       // no part is wider, where it has a form that narrow
     int columnCount = 0;
-    int first = -1;  // the forms of the parts
-    int second = -1;
-    Kind kind = Kind::Box;
 };
 
 /// The best form of each proportion. A class ends where the width is this multiple of the height.
@@ -136,5 +136,12 @@ struct Packing {
     SidePart right;
     SidePart left;
 };
+
+/// Finds the forms of all branches, from the leaves to the centre, and those of the two sides that make the best sheet.
+/// When `isPacked` is false every branch has one form, its children in a column beside it.
+Packing FindForms(const BoxTree& tree, bool isPacked);
+
+/// Places boxes and lines by the forms that were chosen for the two sides, from the centre to the leaves.
+Placement PlaceByForms(const Packing& packing);
 
 }  // namespace mindmap

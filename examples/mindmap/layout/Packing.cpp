@@ -1,4 +1,4 @@
-#include "mindmap/layout/Forms.h"
+#include "mindmap/layout/Packing.h"
 
 #include <algorithm>
 
@@ -40,7 +40,7 @@ Form Packing::FormBeside(int i, int area) const
 {
     const PlainBox& box = tree.Box(i);
     const Form& a = At(forms, area);
-    Form form{.middle = box.height / 2, .first = area, .kind = Kind::Beside};
+    Form form{0, 0, box.height / 2, Kind::Beside, area};
     if (IsColumn(area)) {
         const double centre = a.kind == Kind::Columns ? (a.middle + a.lastMiddle) / 2 : a.middle;
         form.width = box.width + (isPacked ? kBesideGap : box.childGap) + a.width;
@@ -59,11 +59,8 @@ Form Packing::FormBelow(int i, int area, double indent) const
 {
     const PlainBox& box = tree.Box(i);
     const Form& a = At(forms, area);
-    return {.width = std::max(box.width, indent + a.width),
-            .height = box.height + kBelowGap + a.height,
-            .middle = box.height / 2,
-            .first = area,
-            .kind = Kind::Below};
+    return {std::max(box.width, indent + a.width), box.height + kBelowGap + a.height, box.height / 2, Kind::Below,
+            area};
 }
 
 Form Packing::FormSplit(int i, int beside, int below, double indent) const
@@ -72,36 +69,31 @@ Form Packing::FormSplit(int i, int beside, int below, double indent) const
     const Form& a = At(forms, beside);
     const Form& b = At(forms, below);
     const double drop = DropBeside(i, beside);
-    return {.width = std::max(box.width + kBesideGap + a.width, indent + b.width),
-            .height = TopOfSecond(i, beside) + b.height,
-            .middle = box.height / 2 + std::max(0.0, -drop),
-            .first = beside,
-            .second = below,
-            .kind = Kind::Split};
+    return {std::max(box.width + kBesideGap + a.width, indent + b.width),
+            TopOfSecond(i, beside) + b.height,
+            box.height / 2 + std::max(0.0, -drop),
+            Kind::Split,
+            beside,
+            below};
 }
 
 Form Packing::FormFollowed(int item, int later) const
 {
     const Form& a = At(forms, item);
     const Form& b = At(forms, later);
-    return {.width = a.width + kGutter + b.width,
-            .height = kCorridor + std::max(a.height, b.height),
-            .middle = kCorridor + a.middle,
-            .first = item,
-            .second = later,
-            .kind = Kind::Followed};
+    return {a.width + kGutter + b.width,
+            kCorridor + std::max(a.height, b.height),
+            kCorridor + a.middle,
+            Kind::Followed,
+            item,
+            later};
 }
 
 Form Packing::FormOver(const Group& group, int first, int second) const
 {
     const Form& a = At(forms, first);
     const Form& b = At(forms, second);
-    return {.width = std::max(a.width, b.width),
-            .height = a.height + GapIn(group) + b.height,
-            .middle = a.middle,
-            .first = first,
-            .second = second,
-            .kind = Kind::Over};
+    return {std::max(a.width, b.width), a.height + GapIn(group) + b.height, a.middle, Kind::Over, first, second};
 }
 
 Form Packing::FormSide(const Group& group, int first, int second) const
@@ -110,12 +102,12 @@ Form Packing::FormSide(const Group& group, int first, int second) const
     const Form& b = At(forms, second);
     const double corridor = group.isPath ? 0 : kCorridor;
     const double turn = group.isPath ? kBelowGap : 0;
-    return {.width = a.width + kGutter + b.width,
-            .height = corridor + std::max(a.height + turn, b.height),
-            .middle = corridor + a.middle,
-            .first = first,
-            .second = second,
-            .kind = Kind::Side};
+    return {a.width + kGutter + b.width,
+            corridor + std::max(a.height + turn, b.height),
+            corridor + a.middle,
+            Kind::Side,
+            first,
+            second};
 }
 
 bool Packing::IsColumn(int form) const
