@@ -32,8 +32,8 @@ public:
     static CString LongDateString(const CTime& time);   ///< "November 16, 2026", "16. November 2026"
     static CString ShortTimeString(const CTime& time);  ///< "9:52 PM", "21:52"
     static CString LongTimeString(const CTime& time);   ///< "9:52:05 PM GMT+1", "21:52:05 MEZ"
-    static CString CurrentShortDateString() { return ShortDateString(CTime::GetCurrentTime()); }
-    static CString CurrentShortTimeString() { return ShortTimeString(CTime::GetCurrentTime()); }
+    static CString CurrentShortDateString() { return ShortDateString(CTime::GetCurrentTime()); }  ///< of today
+    static CString CurrentShortTimeString() { return ShortTimeString(CTime::GetCurrentTime()); }  ///< of now
     /// The short date, one space, the long time: "16.11.26 21:52:05 MEZ".
     static CString DateTimeString(const CTime& time) { return ShortDateString(time) + u' ' + LongTimeString(time); }
     /// The short date, one space, the short time: "16.11.26 21:52".
