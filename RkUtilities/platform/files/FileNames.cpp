@@ -2,10 +2,12 @@
 
 #include "RkUtilities/platform/files/FileCalls.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace rk::platform {
 std::error_code MakeFolder(const std::string& path)
@@ -15,13 +17,19 @@ std::error_code MakeFolder(const std::string& path)
 
 std::error_code MakeFolders(const std::string& path)
 {
-    const std::error_code error = MakeFolder(path);
-    const std::string parent = FolderPart(path);
-    if (error != std::errc::no_such_file_or_directory || parent.empty())
+    std::error_code error = MakeFolder(path);
+    if (error != std::errc::no_such_file_or_directory || path.empty())
         return error;
-    // Not deeper than a path can be for the system. Another process may make the parent meanwhile.
-    const std::error_code unmade = MakeFolders(parent);
-    return unmade && unmade != std::errc::file_exists ? unmade : MakeFolder(path);
+    std::vector<std::string> folders;  // the path and all above it
+    for (std::string folder = path; !folder.empty(); folder = FolderPart(folder))
+        folders.push_back(folder);
+    // Up in growing steps to a folder that can be made or is there, then down. Another process may make one meanwhile.
+    std::size_t at = 0;
+    for (std::size_t step = 1; at + 1 < folders.size() && error == std::errc::no_such_file_or_directory; step *= 2)
+        error = MakeFolder(folders[at = std::min(at + step, folders.size() - 1)]);
+    while (at > 0 && (!error || error == std::errc::file_exists))
+        error = MakeFolder(folders[--at]);
+    return error;
 }
 
 std::error_code RemoveFile(const std::string& path)

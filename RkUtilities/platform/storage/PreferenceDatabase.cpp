@@ -151,7 +151,7 @@ constexpr int kForbidden[] = {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_EN
 }  // namespace
 
 PreferenceDatabase::PreferenceDatabase(std::string path, const std::string& hostId)
-    : m_path(std::move(path)), m_thisHost(kThisHostScope + (' ' + hostId))
+    : m_path(std::move(path)), m_thisHost(std::string(kThisHostScope) + ' ' + hostId)
 {}
 
 StorageOutcome PreferenceDatabase::Open()

@@ -9,20 +9,32 @@ void PreferenceValues::Find(std::u16string_view name,
     const auto found = m_values.find(name);
     if (found == m_values.end())
         return;
-    for (const char* const scope : kScopeTexts) {
-        if (const auto held = found->second.find(scope); held != found->second.end())
-            return use(held->second.value);
+    for (const std::string_view scope : kScopeTexts) {
+        for (const auto& [heldScope, held] : found->second) {
+            if (heldScope == scope)
+                return use(held.value);
+        }
     }
+}
+
+/// The value of a scope, made when it is missing.
+PreferenceValues::Held& PreferenceValues::At(Scopes& scopes, std::string_view scope)
+{
+    for (auto& [heldScope, held] : scopes) {
+        if (heldScope == scope)
+            return held;
+    }
+    return scopes.emplace_back(scope, Held()).second;
 }
 
 void PreferenceValues::Set(PreferenceScope scope, std::u16string_view name, PreferenceValue&& value)
 {
-    const char* const scopeText = kScopeTexts[static_cast<std::size_t>(scope)];
+    const std::string_view scopeText = kScopeTexts[static_cast<std::size_t>(scope)];
     const std::lock_guard lock(m_mutex);
     auto found = m_values.find(name);
     if (found == m_values.end())
         found = m_values.try_emplace(std::u16string(name)).first;
-    found->second.insert_or_assign(scopeText, Held{std::move(value), State::Waiting});
+    At(found->second, scopeText) = {std::move(value), State::Waiting};
 }
 
 PreferenceMap PreferenceValues::BeginStoring()
@@ -56,13 +68,13 @@ void PreferenceValues::Take(PreferenceMap&& read, bool isAnotherDatabase)
     const std::lock_guard lock(m_mutex);
     decltype(m_values) taken;
     for (auto& [key, value] : read)
-        taken[key.second].emplace(key.first, Held{std::move(value), State::Stored});
+        At(taken[key.second], key.first) = {std::move(value), State::Stored};
     for (const auto& [name, scopes] : m_values) {
         for (const auto& [scope, held] : scopes) {
             if (held.state != State::Stored)
-                taken[name].insert_or_assign(scope, held);
-            else if (isAnotherDatabase)
-                taken[name].try_emplace(scope, Held{held.value, State::Waiting});
+                At(taken[name], scope) = held;
+            else if (isAnotherDatabase && !read.contains(PreferenceKey(scope, name)))
+                At(taken[name], scope) = {held.value, State::Waiting};
         }
     }
     m_values.swap(taken);

@@ -11,6 +11,7 @@
 #include <unordered_map>
 #include <utility>
 #include <variant>
+#include <vector>
 
 namespace rk::platform {
 
@@ -22,8 +23,8 @@ using PreferenceValue = std::variant<bool, std::int64_t, std::u16string>;
 /// database needs; the scope of another host is "host <id>".
 using PreferenceKey = std::pair<std::string, std::u16string>;
 using PreferenceMap = std::map<PreferenceKey, PreferenceValue>;
-inline constexpr const char* kThisHostScope = "host";
-inline constexpr std::array<const char*, 2> kScopeTexts = {kThisHostScope, "user"};  // by PreferenceScope
+inline constexpr std::string_view kThisHostScope = "host";
+inline constexpr std::array<std::string_view, 2> kScopeTexts = {kThisHostScope, "user"};  // by PreferenceScope
 
 /// The values in memory: what the database held when it was last read, and over that what waits to be stored.
 ///
@@ -46,12 +47,16 @@ private:
     enum class State : unsigned char { Stored, Storing, Waiting };
     struct Held {
         PreferenceValue value;
-        State state;
+        State state = State::Stored;
     };
-    struct Hash : std::hash<std::u16string_view> {
+    /// Not noexcept: the table then keeps the names' hashes, as it does for names that it hashes by itself.
+    struct Hash {
         using is_transparent = void;
+        std::size_t operator()(std::u16string_view name) const { return std::hash<std::u16string_view>()(name); }
     };
-    using Scopes = std::map<std::string, Held, std::less<>>;
+    using Scopes = std::vector<std::pair<std::string, Held>>;  // few, so that a search is the fastest way to one
+
+    static Held& At(Scopes& scopes, std::string_view scope);
 
     std::mutex& m_mutex = MutexOf(Lock::PreferenceValues);
     std::unordered_map<std::u16string, Scopes, Hash, std::equal_to<>> m_values;  // by name
