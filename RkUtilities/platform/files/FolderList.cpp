@@ -25,7 +25,7 @@ FileHandle OpenFolder(Place place, int flags) noexcept
 
 FileKind KindOfEntry(unsigned char type) noexcept
 {
-    return type == DT_UNKNOWN ? FileKind::Unknown : KindOfMode(DTTOIF(type));
+    return type == DT_UNKNOWN ? FileKind::Unknown : KindOfMode(DTTOIF(mode_t{type}));
 }
 
 std::error_code VisitFolder(const std::string& path,
