@@ -13,17 +13,13 @@ namespace {
 
 constexpr std::uint64_t kPrime = 0x7FFFFFFF;
 
-/// 1 to kPrime - 1.
-std::uint64_t DrawPlace() noexcept
+std::uint64_t Draw() noexcept
 {
-    std::uint64_t drawn;
     try {
-        const auto bytes = std::bit_cast<std::array<std::uint64_t, 2>>(platform::RandomBytes());
-        drawn = bytes[0];
+        return std::bit_cast<std::array<std::uint64_t, 2>>(platform::RandomBytes())[0];
     } catch (const std::system_error&) {  // a sandbox without random bytes: the time is harder to know than a constant
-        drawn = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+        return static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
     }
-    return drawn % (kPrime - 1) + 1;
 }
 
 }  // namespace
@@ -31,7 +27,7 @@ std::uint64_t DrawPlace() noexcept
 std::uint32_t SecretHash(std::u16string_view text) noexcept
 {
     // A polynomial over the field of kPrime elements: two texts of up to n units have the same value at n places at most.
-    static const std::uint64_t place = DrawPlace();
+    static const std::uint64_t place = Draw() % (kPrime - 1) + 1;
     std::uint64_t hash = 0;
     for (const char16_t unit : text)
         hash = (hash + unit + 1) * place % kPrime;

@@ -139,7 +139,7 @@ CalendarTime LocalCalendar(std::int64_t utcSeconds)
 std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int second)
 {
     // std::chrono's years are short ones: 400 years, which have 146,097 days, are taken out before.
-    constexpr std::int64_t kMonths = 400 * 12, kDays = 146097;
+    constexpr std::int64_t kMonths = 4800, kDays = 146097;
     const std::int64_t months = static_cast<std::int64_t>(year) * 12 + month - 1;
     const std::int64_t eras = (months >= 0 ? months : months - (kMonths - 1)) / kMonths;
     const auto monthOfEra = static_cast<int>(months - eras * kMonths);
