@@ -27,7 +27,7 @@ CTimeSpan OffsetNow() noexcept
 {
     using namespace std::chrono;
     const auto now = floor<seconds>(system_clock::now().time_since_epoch());
-    return CTimeSpan::FromSeconds(rk::platform::LocalCalendar(now.count()).utcOffset);
+    return CTimeSpan::FromSeconds(static_cast<double>(rk::platform::LocalCalendar(now.count()).tm_gmtoff));
 }
 
 /// Days that have passed since the first day of the week; `dayOfWeek` is 1 on Sunday.

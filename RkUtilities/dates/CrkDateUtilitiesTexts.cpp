@@ -4,18 +4,12 @@
 #include "RkUtilities/platform/process/LocalTime.h"
 
 #include <atomic>
-#include <cmath>
 #include <memory>
 #include <string>
 
 namespace {
 
 using rk::platform::DateStyle;
-
-std::int64_t UtcSeconds(const CTime& time)
-{
-    return static_cast<std::int64_t>(std::floor(time.GetCFAbsoluteTime())) + rk::platform::kUtcSecondsOf2001;
-}
 
 // The locale of the first date text and of the first time text, which all later texts keep. They are never
 // destroyed: a static object's destructor may still ask.
@@ -35,12 +29,14 @@ const std::string& Fixed(std::atomic<const std::string*>& locale)
 
 std::u16string_view DateText(const CTime& time, DateStyle style)
 {
-    return rk::platform::LocalDateText(Fixed(dateLocale), style, DateStyle::None, UtcSeconds(time));
+    return rk::platform::LocalDateText(Fixed(dateLocale), style, DateStyle::None,
+                                       rk::platform::UtcSecondsOf(time.GetCFAbsoluteTime()));
 }
 
 std::u16string_view TimeText(const CTime& time, DateStyle style)
 {
-    return rk::platform::LocalDateText(Fixed(timeLocale), DateStyle::None, style, UtcSeconds(time));
+    return rk::platform::LocalDateText(Fixed(timeLocale), DateStyle::None, style,
+                                       rk::platform::UtcSecondsOf(time.GetCFAbsoluteTime()));
 }
 
 }  // namespace

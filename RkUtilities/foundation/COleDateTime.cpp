@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-namespace rk {
+namespace platform = rk::platform;
 
 namespace {
 
@@ -14,7 +14,7 @@ constexpr std::int64_t kDateValueZero = -2209161600;  // 30 December 1899
 
 }  // namespace
 
-std::int64_t SecondsOfDateValue(double dateValue) noexcept
+std::int64_t rk::SecondsOfDateValue(double dateValue) noexcept
 {
     const double seconds = std::round(dateValue * kSecondsADay);
     const auto first = static_cast<double>(platform::kFirstCalendarSecond - kDateValueZero);
@@ -24,22 +24,6 @@ std::int64_t SecondsOfDateValue(double dateValue) noexcept
     return static_cast<std::int64_t>(seconds) + kDateValueZero;
 }
 
-double DateValueOfSeconds(std::int64_t seconds) noexcept
-{
-    return static_cast<double>(seconds - kDateValueZero) / kSecondsADay;
-}
-
-}  // namespace rk
-
-namespace {
-
-rk::platform::CalendarTime FieldsOf(double dateValue) noexcept
-{
-    return rk::platform::UtcCalendar(rk::SecondsOfDateValue(dateValue));
-}
-
-}  // namespace
-
 COleDateTime::COleDateTime(const CTime& time) noexcept
 {
     std::tm fields{};
@@ -48,40 +32,11 @@ COleDateTime::COleDateTime(const CTime& time) noexcept
 }
 
 COleDateTime::COleDateTime(int year, int month, int day, int hour, int minute, int second) noexcept
-    : m_dt(rk::DateValueOfSeconds(rk::platform::SecondsOf(year, month, day, hour, minute, second)))
+    : m_dt(static_cast<double>(platform::SecondsOf(year, month, day, hour, minute, second) - kDateValueZero) /
+           kSecondsADay)
 {}
 
-int COleDateTime::GetYear() const noexcept
+std::tm COleDateTime::Fields() const noexcept
 {
-    return FieldsOf(m_dt).year;
-}
-
-int COleDateTime::GetMonth() const noexcept
-{
-    return FieldsOf(m_dt).month;
-}
-
-int COleDateTime::GetDay() const noexcept
-{
-    return FieldsOf(m_dt).day;
-}
-
-int COleDateTime::GetHour() const noexcept
-{
-    return FieldsOf(m_dt).hour;
-}
-
-int COleDateTime::GetMinute() const noexcept
-{
-    return FieldsOf(m_dt).minute;
-}
-
-int COleDateTime::GetSecond() const noexcept
-{
-    return FieldsOf(m_dt).second;
-}
-
-int COleDateTime::GetDayOfWeek() const noexcept
-{
-    return FieldsOf(m_dt).dayOfWeek + 1;
+    return platform::UtcCalendar(rk::SecondsOfDateValue(m_dt));
 }

@@ -5,6 +5,7 @@
 #include "RkUtilities/foundation/CTime.h"
 
 #include <compare>
+#include <ctime>
 
 /// A date value: days since 30 December 1899, 00:00, whose fraction is the time of day. It belongs to no time zone.
 ///
@@ -22,13 +23,13 @@ public:
     /// The value of these fields; those out of range are carried ("31 April" is 1 May).
     COleDateTime(int year, int month, int day, int hour, int minute, int second) noexcept;
 
-    [[nodiscard]] int GetYear() const noexcept;       ///< The full year.
-    [[nodiscard]] int GetMonth() const noexcept;      ///< 1 to 12
-    [[nodiscard]] int GetDay() const noexcept;        ///< 1 to 31
-    [[nodiscard]] int GetHour() const noexcept;       ///< 0 to 23
-    [[nodiscard]] int GetMinute() const noexcept;     ///< 0 to 59
-    [[nodiscard]] int GetSecond() const noexcept;     ///< 0 to 59
-    [[nodiscard]] int GetDayOfWeek() const noexcept;  ///< 1 is Sunday, 7 Saturday
+    [[nodiscard]] int GetYear() const noexcept { return Fields().tm_year; }           ///< The full year.
+    [[nodiscard]] int GetMonth() const noexcept { return Fields().tm_mon; }           ///< 1 to 12
+    [[nodiscard]] int GetDay() const noexcept { return Fields().tm_mday; }            ///< 1 to 31
+    [[nodiscard]] int GetHour() const noexcept { return Fields().tm_hour; }           ///< 0 to 23
+    [[nodiscard]] int GetMinute() const noexcept { return Fields().tm_min; }          ///< 0 to 59
+    [[nodiscard]] int GetSecond() const noexcept { return Fields().tm_sec; }          ///< 0 to 59
+    [[nodiscard]] int GetDayOfWeek() const noexcept { return Fields().tm_wday + 1; }  ///< 1 is Sunday, 7 Saturday
 
     /// The date value so much later.
     friend constexpr COleDateTime operator+(const COleDateTime& date, const COleDateTimeSpan& span) noexcept
@@ -44,4 +45,7 @@ public:
                                       const COleDateTime&) noexcept = default;  ///< By the numbers.
 
     double m_dt = 0;  ///< the date value
+
+private:
+    [[nodiscard]] std::tm Fields() const noexcept;
 };

@@ -4,47 +4,17 @@
 #include "RkUtilities/platform/process/LocalTime.h"
 
 #include <chrono>
-#include <cmath>
 
 namespace {
 
-using rk::platform::CalendarTime;
 using rk::platform::kUtcSecondsOf2001;
-
-std::int64_t UtcSeconds(double absoluteSeconds) noexcept
-{
-    return static_cast<std::int64_t>(std::floor(absoluteSeconds)) + kUtcSecondsOf2001;
-}
-
-CalendarTime LocalFields(double absoluteSeconds) noexcept
-{
-    return rk::platform::LocalCalendar(UtcSeconds(absoluteSeconds));
-}
-
-std::tm* Fill(std::tm* record, const CalendarTime& fields) noexcept
-{
-    *record = std::tm{};
-    record->tm_year = fields.year;
-    record->tm_mon = fields.month;
-    record->tm_mday = fields.day;
-    record->tm_hour = fields.hour;
-    record->tm_min = fields.minute;
-    record->tm_sec = fields.second;
-    record->tm_wday = fields.dayOfWeek;
-    record->tm_yday = fields.dayOfYear;
-    record->tm_isdst = fields.daylightTime;
-    return record;
-}
 
 CTime LocalTime(std::int64_t localSeconds, int dst) noexcept
 {
-    using rk::platform::DaylightTime;
     if (localSeconds < rk::platform::kFirstCalendarSecond || localSeconds > rk::platform::kLastCalendarSecond)
         return CTime();
-    const DaylightTime daylight =
-        dst < 0 ? DaylightTime::Decide : (dst == 0 ? DaylightTime::Standard : DaylightTime::Daylight);
     return CTime::FromCFAbsoluteTime(
-        static_cast<double>(rk::platform::LocalToUtc(localSeconds, daylight) - kUtcSecondsOf2001));
+        static_cast<double>(rk::platform::LocalToUtc(localSeconds, dst) - kUtcSecondsOf2001));
 }
 
 }  // namespace
@@ -75,47 +45,19 @@ CTime CTime::FromCFAbsoluteTime(double seconds) noexcept
     return time;
 }
 
-int CTime::GetYear() const noexcept
+std::tm CTime::Fields() const noexcept
 {
-    return LocalFields(m_seconds).year;
-}
-
-int CTime::GetMonth() const noexcept
-{
-    return LocalFields(m_seconds).month;
-}
-
-int CTime::GetDay() const noexcept
-{
-    return LocalFields(m_seconds).day;
-}
-
-int CTime::GetHour() const noexcept
-{
-    return LocalFields(m_seconds).hour;
-}
-
-int CTime::GetMinute() const noexcept
-{
-    return LocalFields(m_seconds).minute;
-}
-
-int CTime::GetSecond() const noexcept
-{
-    return LocalFields(m_seconds).second;
-}
-
-int CTime::GetDayOfWeek() const noexcept
-{
-    return LocalFields(m_seconds).dayOfWeek + 1;
+    return rk::platform::LocalCalendar(rk::platform::UtcSecondsOf(m_seconds));
 }
 
 std::tm* CTime::GetGmtTm(std::tm* fields) const noexcept
 {
-    return Fill(fields, rk::platform::UtcCalendar(UtcSeconds(m_seconds)));
+    *fields = rk::platform::UtcCalendar(rk::platform::UtcSecondsOf(m_seconds));
+    return fields;
 }
 
 std::tm* CTime::GetLocalTm(std::tm* fields) const noexcept
 {
-    return Fill(fields, LocalFields(m_seconds));
+    *fields = Fields();
+    return fields;
 }

@@ -32,13 +32,13 @@ public:
     /// The time `seconds` after 1 January 2001, 00:00:00 UTC.
     [[nodiscard]] static CTime FromCFAbsoluteTime(double seconds) noexcept;
 
-    [[nodiscard]] int GetYear() const noexcept;       ///< The full year.
-    [[nodiscard]] int GetMonth() const noexcept;      ///< 1 to 12
-    [[nodiscard]] int GetDay() const noexcept;        ///< 1 to 31
-    [[nodiscard]] int GetHour() const noexcept;       ///< 0 to 23
-    [[nodiscard]] int GetMinute() const noexcept;     ///< 0 to 59
-    [[nodiscard]] int GetSecond() const noexcept;     ///< 0 to 59
-    [[nodiscard]] int GetDayOfWeek() const noexcept;  ///< 1 is Sunday, 7 Saturday
+    [[nodiscard]] int GetYear() const noexcept { return Fields().tm_year; }           ///< The full year.
+    [[nodiscard]] int GetMonth() const noexcept { return Fields().tm_mon; }           ///< 1 to 12
+    [[nodiscard]] int GetDay() const noexcept { return Fields().tm_mday; }            ///< 1 to 31
+    [[nodiscard]] int GetHour() const noexcept { return Fields().tm_hour; }           ///< 0 to 23
+    [[nodiscard]] int GetMinute() const noexcept { return Fields().tm_min; }          ///< 0 to 59
+    [[nodiscard]] int GetSecond() const noexcept { return Fields().tm_sec; }          ///< 0 to 59
+    [[nodiscard]] int GetDayOfWeek() const noexcept { return Fields().tm_wday + 1; }  ///< 1 is Sunday, 7 Saturday
 
     /// Fills a record with the UTC / the local fields and returns it. Unlike C's, it holds the full year and the month from
     /// 1, so that the fields fit the constructor; day of the week and of the year count from 0, as C's.
@@ -66,5 +66,7 @@ public:
     friend constexpr auto operator<=>(const CTime&, const CTime&) noexcept = default;  ///< The earlier time is less.
 
 private:
+    [[nodiscard]] std::tm Fields() const noexcept;
+
     double m_seconds = -978307200;  // of the null time
 };

@@ -33,11 +33,11 @@ std::string Escaped(std::string_view value)
 std::string IsoTime(std::int64_t utcSeconds, const std::string& fraction = "")
 {
     const rk::platform::CalendarTime time = rk::platform::LocalCalendar(utcSeconds);
-    const int minutes = std::abs(time.utcOffset) / 60;
+    const long minutes = std::abs(time.tm_gmtoff) / 60;
     std::array<char, 64> text;
-    std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02d%s%c%02d:%02d", time.year, time.month,
-                  time.day, time.hour, time.minute, time.second, fraction.c_str(), time.utcOffset < 0 ? '-' : '+',
-                  minutes / 60, minutes % 60);
+    std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02d%s%c%02ld:%02ld", time.tm_year, time.tm_mon,
+                  time.tm_mday, time.tm_hour, time.tm_min, time.tm_sec, fraction.c_str(),
+                  time.tm_gmtoff < 0 ? '-' : '+', minutes / 60, minutes % 60);
     return text.data();
 }
 

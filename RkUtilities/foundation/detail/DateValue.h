@@ -8,7 +8,4 @@ namespace rk {
 /// it is no number or lies outside the years 1 to 9999.
 std::int64_t SecondsOfDateValue(double dateValue) noexcept;
 
-/// The date value of such seconds.
-double DateValueOfSeconds(std::int64_t seconds) noexcept;
-
 }  // namespace rk

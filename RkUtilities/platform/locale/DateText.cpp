@@ -155,8 +155,8 @@ std::u16string_view LocalDateText(const std::string& locale, DateStyle date, Dat
         last.For(std::forward_as_tuple(styles.ShowsSeconds() ? utcSeconds : utcSeconds - second, zone, locale), [&] {
             const CalendarTime fields = LocalCalendar(utcSeconds);
             isKept = zone != 0 && (styles.ShowsSeconds() ||
-                                   (utcSeconds >= kWholeMinutesSince && fields.second == static_cast<int>(second)));
-            return MadeText(locale, styles, utcSeconds, fields.utcOffset, zone);
+                                   (utcSeconds >= kWholeMinutesSince && fields.tm_sec == static_cast<int>(second)));
+            return MadeText(locale, styles, utcSeconds, static_cast<int>(fields.tm_gmtoff), zone);
         });
     if (!isKept)
         last.AskAgain();

@@ -101,18 +101,12 @@ bool UpdateZone()
     return true;
 }
 
-CalendarTime FieldsOf(const std::tm& fields)
+CalendarTime FieldsOf(std::tm fields)
 {
-    return {.year = fields.tm_year + 1900,
-            .month = fields.tm_mon + 1,
-            .day = fields.tm_mday,
-            .hour = fields.tm_hour,
-            .minute = fields.tm_min,
-            .second = fields.tm_sec,
-            .dayOfWeek = fields.tm_wday,
-            .dayOfYear = fields.tm_yday,
-            .daylightTime = fields.tm_isdst,
-            .utcOffset = static_cast<int>(fields.tm_gmtoff)};
+    fields.tm_year += 1900;
+    ++fields.tm_mon;
+    fields.tm_zone = nullptr;  // it does not outlive the zone
+    return fields;
 }
 
 }  // namespace
@@ -148,27 +142,26 @@ std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int s
     return days * kSecondsADay + std::int64_t{hour} * 3600 + std::int64_t{minute} * 60 + second;
 }
 
-std::int64_t LocalToUtc(std::int64_t localSeconds, DaylightTime daylight)
+std::int64_t LocalToUtc(std::int64_t localSeconds, int daylight)
 {
     // An offset is less than a day, so these are the offsets before and after a change near by.
     const auto at = [](std::int64_t seconds) {
         return LocalCalendar(std::clamp(seconds, kFirstUtcSecond, kLastUtcSecond));
     };
-    const int offsetBefore = at(localSeconds - kSecondsADay).utcOffset;
-    const int offsetAfter = at(localSeconds + kSecondsADay).utcOffset;
+    const long offsetBefore = at(localSeconds - kSecondsADay).tm_gmtoff;
+    const long offsetAfter = at(localSeconds + kSecondsADay).tm_gmtoff;
     const std::int64_t first = localSeconds - offsetBefore;
     const std::int64_t second = localSeconds - offsetAfter;
     if (first == second)
         return first;
     const CalendarTime atFirst = at(first);
     const CalendarTime atSecond = at(second);
-    const bool firstExists = atFirst.utcOffset == offsetBefore;
-    const bool secondExists = atSecond.utcOffset == offsetAfter;
+    const bool firstExists = atFirst.tm_gmtoff == offsetBefore;
+    const bool secondExists = atSecond.tm_gmtoff == offsetAfter;
     if (firstExists != secondExists)
         return firstExists ? first : second;
-    const bool wantsSecond = daylight != DaylightTime::Decide &&
-                             (atFirst.daylightTime > 0) != (daylight == DaylightTime::Daylight) &&
-                             (atSecond.daylightTime > 0) == (daylight == DaylightTime::Daylight);
+    const bool wantsSecond =
+        daylight >= 0 && (atFirst.tm_isdst > 0) != (daylight > 0) && (atSecond.tm_isdst > 0) == (daylight > 0);
     return firstExists && wantsSecond ? second : first;
 }
 

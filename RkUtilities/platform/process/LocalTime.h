@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
+#include <ctime>
 #include <string>
 
 /// The calendar, in UTC and in the C library's local time (`TZ`, else the system's zone). Gregorian on both sides of
@@ -9,19 +11,8 @@
 /// the environment meanwhile.
 namespace rk::platform {
 
-/// Calendar fields.
-struct CalendarTime {
-    int year = 0;
-    int month = 0;  // 1 to 12
-    int day = 0;    // 1 to 31
-    int hour = 0;
-    int minute = 0;
-    int second = 0;
-    int dayOfWeek = 0;     // 0 is Sunday
-    int dayOfYear = 0;     // 0 is 1 January
-    int daylightTime = 0;  // as tm_isdst
-    int utcOffset = 0;     // seconds by which the calendar is ahead of UTC
-};
+/// Calendar fields as C's, but the year in full and the month from 1. The zone has an offset and no name.
+using CalendarTime = std::tm;
 
 /// What a calendar may read, in seconds since it read 1 January 1970, 00:00:00: the years 1 to 9999.
 constexpr std::int64_t kFirstCalendarSecond = -62135596800;
@@ -33,6 +24,11 @@ constexpr std::int64_t kLastUtcSecond = kLastCalendarSecond + 86400;
 
 /// 1 January 2001, 00:00:00 UTC, among them.
 constexpr std::int64_t kUtcSecondsOf2001 = 978307200;
+/// The whole second of a time that is given in seconds since then.
+inline std::int64_t UtcSecondsOf(double absoluteSeconds) noexcept
+{
+    return static_cast<std::int64_t>(std::floor(absoluteSeconds)) + kUtcSecondsOf2001;
+}
 
 /// The fields of a time in range.
 CalendarTime UtcCalendar(std::int64_t utcSeconds);
@@ -42,13 +38,10 @@ CalendarTime LocalCalendar(std::int64_t utcSeconds);
 /// into the next larger one ("32 January" is 1 February).
 std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int second);
 
-/// Which of two times is meant by a local time that exists twice.
-enum class DaylightTime { Decide, Standard, Daylight };
-
 /// The time whose local calendar reads `localSeconds` (`SecondsOf` its fields). A local time that exists twice is the
-/// first of the two unless `daylight` chooses; one that a clock change leaves out is moved on by the length of the gap.
-/// The result may lie outside the range.
-std::int64_t LocalToUtc(std::int64_t localSeconds, DaylightTime daylight);
+/// first of the two unless `daylight` chooses, as C's tm_isdst does: 0 standard time, 1 daylight saving time. A local time that
+/// a clock change leaves out is moved on by the length of the gap. The result may lie outside the range.
+std::int64_t LocalToUtc(std::int64_t localSeconds, int daylight);
 
 /// Changes whenever the zone that local times are read in has changed: for what is kept about local times. 0 as long as no
 /// zone could be read for lack of memory.
