@@ -110,11 +110,6 @@ CFile& CFile::operator=(CFile&& other) noexcept
     return *this;
 }
 
-bool CFile::Open(unsigned short const* path, unsigned int flags, CFileException* error)
-{
-    return Open(CString(path), flags, error);
-}
-
 bool CFile::Open(const CString& path, unsigned int flags, CFileException* error)
 {
     *this = CFile();
@@ -158,16 +153,6 @@ bool CFile::Opened(const CString& path, const std::string& nativePath, const std
     else if (error != nullptr)
         *error = CFileException(CauseOf(failure, nativePath), failure.value(), path);
     return !failure;
-}
-
-void CFile::CommitAs(const CString& path)
-{
-    Commit(path, false);
-}
-
-void CFile::CommitOver(const CString& path)
-{
-    Commit(path, true);
 }
 
 void CFile::Commit(const CString& path, bool isReplacing)
@@ -263,11 +248,6 @@ bool CFile::GetStatus(const CString& path, CFileStatus& status)
     status.m_attribute = rk::AttributesOf(LastElement(nativePath), *facts);
     status.m_szFullName = std::move(fullName);
     return true;
-}
-
-void CFile::SetStatus(unsigned short const* path, const CFileStatus& status)
-{
-    SetStatus(CString(path), status);
 }
 
 void CFile::SetStatus(const CString& path, const CFileStatus& status)

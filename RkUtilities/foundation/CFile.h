@@ -68,7 +68,10 @@ public:
     /// @param[out] error  may be null; on failure cause, error number and path, untouched on success.
     bool Open(const CString& path, unsigned int flags, CFileException* error = nullptr);
     /// The same for a zero-terminated path.
-    bool Open(unsigned short const* path, unsigned int flags, CFileException* error = nullptr);
+    bool Open(unsigned short const* path, unsigned int flags, CFileException* error = nullptr)
+    {
+        return Open(CString(path), flags, error);
+    }
 
     /// Opens a new, empty file for reading and writing that has no name before `CommitAs` or `CommitOver`.
     ///
@@ -82,11 +85,11 @@ public:
     ///
     /// The content is on the disk before the name is, and the name before this returns: after a power cut there is the
     /// whole file or none. A failure of the disk after the naming is thrown too.
-    void CommitAs(const CString& path);
+    void CommitAs(const CString& path) { Commit(path, /*isReplacing=*/false); }
     /// The same, in the place of what has the name: other programs and a power cut see the whole old file or the whole new
     /// one. The new file takes over the permissions of the old one. A link is followed; one that leads nowhere fails with
     /// `fileNotFound`. A file without permission to write is replaced as any other, since the folder's permission decides.
-    void CommitOver(const CString& path);
+    void CommitOver(const CString& path) { Commit(path, /*isReplacing=*/true); }
 
     [[nodiscard]] bool IsOpen() const noexcept { return m_hFile >= 0; }  ///< Whether a file is open.
 
@@ -130,7 +133,7 @@ public:
     /// - The time a file was made, its size and its name are not looked at.
     static void SetStatus(const CString& path, const CFileStatus& status);
     /// The same for a zero-terminated path.
-    static void SetStatus(unsigned short const* path, const CFileStatus& status);
+    static void SetStatus(unsigned short const* path, const CFileStatus& status) { SetStatus(CString(path), status); }
 
     /// Removes a file or a link (never what it leads to); a folder fails with `accessDenied`.
     static void Remove(const CString& path);

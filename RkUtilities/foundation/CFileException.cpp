@@ -9,59 +9,31 @@
 
 namespace {
 
-struct CauseOfError {
-    int osError;
-    CFileException::Cause cause;
-};
-
-constexpr std::array kCauses = {
-    CauseOfError{0, CFileException::none},
-    CauseOfError{ENOENT, CFileException::fileNotFound},
-    CauseOfError{ENOTDIR, CFileException::badPath},
-    CauseOfError{ELOOP, CFileException::badPath},
-    CauseOfError{ENAMETOOLONG, CFileException::badPath},
-    CauseOfError{EMFILE, CFileException::tooManyOpenFiles},
-    CauseOfError{ENFILE, CFileException::tooManyOpenFiles},
-    CauseOfError{EACCES, CFileException::accessDenied},
-    CauseOfError{EPERM, CFileException::accessDenied},
-    CauseOfError{EROFS, CFileException::accessDenied},
-    CauseOfError{EISDIR, CFileException::accessDenied},
-    CauseOfError{EEXIST, CFileException::accessDenied},
-    CauseOfError{ENOTEMPTY, CFileException::accessDenied},
-    CauseOfError{EBADF, CFileException::invalidFile},
-    CauseOfError{ENXIO, CFileException::invalidFile},
-    CauseOfError{ENODEV, CFileException::invalidFile},
-    CauseOfError{EMLINK, CFileException::directoryFull},
-    CauseOfError{ESPIPE, CFileException::badSeek},
-    CauseOfError{EOVERFLOW, CFileException::badSeek},
-    CauseOfError{EIO, CFileException::hardIO},
-    CauseOfError{EWOULDBLOCK, CFileException::sharingViolation},
-    CauseOfError{ETXTBSY, CFileException::sharingViolation},
-    CauseOfError{EBUSY, CFileException::sharingViolation},
-    CauseOfError{EDEADLK, CFileException::lockViolation},
-    CauseOfError{ENOLCK, CFileException::lockViolation},
-    CauseOfError{ENOSPC, CFileException::diskFull},
-    CauseOfError{EDQUOT, CFileException::diskFull},
-    CauseOfError{EFBIG, CFileException::diskFull},
+/// A cause in words, and the system's errors that have it; 0, which is no error, fills the rows up.
+struct CauseFacts {
+    const char* words;
+    std::array<int, 6> osErrors{};
 };
 
 /// By cause.
-constexpr const char* kWords[] = {"no failure",
-                                  "failed",
-                                  "not found",
-                                  "a folder on the path does not exist",
-                                  "too many open files",
-                                  "access denied",
-                                  "not an open file",
-                                  "the folder is in use",
-                                  "the folder is full",
-                                  "no such position in the file",
-                                  "the device failed",
-                                  "in use by another program",
-                                  "locked by another program",
-                                  "the disk is full",
-                                  "the file ends too early"};
-static_assert(std::size(kWords) == CFileException::endOfFile + 1);
+constexpr CauseFacts kCauses[] = {
+    {"no failure"},
+    {"failed"},
+    {"not found", {ENOENT}},
+    {"a folder on the path does not exist", {ENOTDIR, ELOOP, ENAMETOOLONG}},
+    {"too many open files", {EMFILE, ENFILE}},
+    {"access denied", {EACCES, EPERM, EROFS, EISDIR, EEXIST, ENOTEMPTY}},
+    {"not an open file", {EBADF, ENXIO, ENODEV}},
+    {"the folder is in use"},
+    {"the folder is full", {EMLINK}},
+    {"no such position in the file", {ESPIPE, EOVERFLOW}},
+    {"the device failed", {EIO}},
+    {"in use by another program", {EWOULDBLOCK, ETXTBSY, EBUSY}},
+    {"locked by another program", {EDEADLK, ENOLCK}},
+    {"the disk is full", {ENOSPC, EDQUOT, EFBIG}},
+    {"the file ends too early"},
+};
+static_assert(std::size(kCauses) == CFileException::endOfFile + 1);
 
 }  // namespace
 
@@ -79,7 +51,7 @@ CString CFileException::GetErrorMessage() const
 {
     const bool isKnown = m_cause >= none && m_cause <= endOfFile;
     CString message = m_strFileName.IsEmpty() ? CString() : m_strFileName + u": ";
-    message += CString(kWords[isKnown ? m_cause : genericException]);
+    message += CString(kCauses[isKnown ? m_cause : genericException].words);
     if (m_lOsError != 0)
         message += u" (" + CString(std::generic_category().message(static_cast<int>(m_lOsError))) + u")";
     return message;
@@ -87,7 +59,7 @@ CString CFileException::GetErrorMessage() const
 
 int CFileException::ErrnoToException(int osError) noexcept
 {
-    const auto* const found =
-        std::find_if(kCauses.begin(), kCauses.end(), [=](const CauseOfError& row) { return row.osError == osError; });
-    return found != kCauses.end() ? found->cause : genericException;
+    const auto has = [=](const CauseFacts& facts) { return std::ranges::count(facts.osErrors, osError) > 0; };
+    const auto* const found = std::ranges::find_if(kCauses, has);
+    return found != std::end(kCauses) ? static_cast<int>(found - kCauses) : genericException;
 }

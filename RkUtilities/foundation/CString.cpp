@@ -26,12 +26,6 @@ CString FromUtf8(std::string_view bytes)
 
 // --- Construction
 
-CString::CString(unsigned short const* text) : m_text(ViewOf(text))
-{}
-
-CString::CString(char const* utf8) : CString(utf8 != nullptr ? std::string_view(utf8) : std::string_view())
-{}
-
 CString::CString(std::string_view utf8) : CString(FromUtf8(utf8))
 {}
 
@@ -74,11 +68,6 @@ CString CString::Left(int unitCount) const
 CString CString::Right(int unitCount) const
 {
     return Mid(GetLength() - std::clamp(unitCount, 0, GetLength()));
-}
-
-CString CString::Mid(int start) const
-{
-    return Mid(start, INT_MAX);
 }
 
 CString CString::Mid(int start, int unitCount) const

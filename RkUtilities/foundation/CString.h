@@ -68,7 +68,7 @@ public:
     constexpr CString() noexcept = default;
 
     /// The zero-terminated UTF-16 text; null gives the empty text.
-    CString(unsigned short const* text);
+    CString(unsigned short const* text) : m_text(ViewOf(text)) {}
     /// The UTF-16 text: a `u"..."` literal, a zero-terminated `char16_t` text (null: empty), a view or a
     /// `std::u16string`.
     template <rk::Utf16Text T>
@@ -83,7 +83,7 @@ public:
     CString(const T& character) : CString(std::string_view(&character, 1))
     {}
     /// The zero-terminated UTF-8 text; null gives the empty text. Wrong bytes as in the constructor from a view.
-    CString(char const* utf8);
+    CString(char const* utf8) : CString(utf8 != nullptr ? std::string_view(utf8) : std::string_view()) {}
     /// The UTF-8 text. Every maximal part that is no UTF-8 (Unicode, chapter 3, table 3-7) becomes one U+FFFD; nothing
     /// is read past the view.
     CString(std::string_view utf8);
@@ -124,11 +124,10 @@ public:
 
     // --- Substrings
 
-    /// The first / the last `unitCount` units, or all there are.
-    [[nodiscard]] CString Left(int unitCount) const;
+    [[nodiscard]] CString Left(int unitCount) const;   ///< The first `unitCount` units, or all there are.
     [[nodiscard]] CString Right(int unitCount) const;  ///< The last `unitCount` units, or all there are.
-    /// The units from `start` on, at most `unitCount`; "" at or past the end. A negative start counts as 0.
-    [[nodiscard]] CString Mid(int start) const;
+    /// The units from `start` on; "" at or past the end. A negative start counts as 0.
+    [[nodiscard]] CString Mid(int start) const { return Mid(start, INT_MAX); }
     [[nodiscard]] CString Mid(int start, int unitCount) const;  ///< The same, at most `unitCount` units.
     /// The leading part before the first unit that occurs in `set`; the whole text when no unit does.
     [[nodiscard]] CString SpanExcluding(const CString& set) const;
@@ -205,8 +204,7 @@ public:
     void RemoveLineFeeds();
     CString& MakeUpper();  ///< Upper case, unit by unit.
     CString& MakeLower();  ///< Lower case, unit by unit.
-    /// Removes white space (Unicode's White_Space) at both ends / at the end.
-    CString& Trim();
+    CString& Trim();       ///< Removes white space (Unicode's White_Space) at both ends.
     CString& TrimRight();  ///< Removes white space at the end.
 
     CString& Append(const CString& text);                              ///< Adds a text at the end.
