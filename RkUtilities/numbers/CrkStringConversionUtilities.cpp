@@ -1,15 +1,13 @@
 // Truth values and integers to text, and texts that are a number as a whole.
 #include "RkUtilities/numbers/CrkStringConversionUtilities.h"
 
-#include "RkUtilities/foundation/detail/TextBuilder.h"
 #include "RkUtilities/platform/locale/NumberFormats.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdint>
-#include <iterator>
 #include <limits>
 #include <optional>
+#include <string>
 
 namespace {
 
@@ -20,16 +18,6 @@ using rk::platform::WholeNumber;
 constexpr CString kTrue = CString::Literal(u"true");
 constexpr CString kFalse = CString::Literal(u"false");
 constexpr unsigned short kCurrencySymbols[] = {u'$', u'\u20AC', u'\u00A3', u'\u00A5', u'\u20BD', 0};
-
-template <class Integer>
-CString IntegerText(Integer value)
-{
-    char digits[std::numeric_limits<Integer>::digits10 + 2];
-    const char* const end = std::to_chars(digits, std::end(digits), value).ptr;
-    rk::TextBuilder builder(static_cast<std::size_t>(end - digits));
-    builder.AppendAscii({digits, end});
-    return builder.Take();
-}
 
 /// A text of nothing but ASCII digits after an optional "-", which every locale reads alike.
 std::optional<WholeNumber> ReadPlainDigits(std::u16string_view text)
@@ -92,12 +80,12 @@ CString CrkStringConversionUtilities::BoolToString(bool value, bool asWords)
 
 CString CrkStringConversionUtilities::LongToString(long value)
 {
-    return IntegerText(value);
+    return std::to_string(value);
 }
 
 CString CrkStringConversionUtilities::ULongToString(unsigned long value)
 {
-    return IntegerText(value);
+    return std::to_string(value);
 }
 
 bool CrkStringConversionUtilities::StringToUInteger(const CString& text, unsigned int& value)

@@ -5,6 +5,9 @@
 #include "RkUtilities/numbers/detail/NumberText.h"
 #include "RkUtilities/platform/locale/NumberFormats.h"
 
+#include <algorithm>
+#include <climits>
+
 namespace {
 
 rk::NumberSpelling UserSpelling()
@@ -31,7 +34,11 @@ bool CrkStringConversionUtilities::StringToDouble(const CString& text, double& v
 
 bool CrkStringConversionUtilities::StringToInteger(const CString& text, int& value)
 {
-    return rk::ReadSpelledInteger(text, UserSpelling(), value);
+    std::int64_t read = 0;
+    if (!rk::ReadSpelledInteger(text, UserSpelling(), read))
+        return false;
+    value = static_cast<int>(std::clamp<std::int64_t>(read, INT_MIN, INT_MAX));
+    return true;
 }
 
 bool CrkStringConversionUtilities::IsStringDouble(const CString& text)

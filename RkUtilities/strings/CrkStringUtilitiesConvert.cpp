@@ -17,44 +17,12 @@ namespace {
 
 constexpr std::u16string_view kEllipsis = u"...";
 
-template <class Integer>
-std::string_view Decimal(Integer value, char (&digits)[24])
-{
-    char* const end = std::to_chars(std::begin(digits), std::end(digits), value).ptr;
-    return {digits, static_cast<std::size_t>(end - digits)};
-}
-
-std::u16string_view WithoutLeadingWhiteSpace(std::u16string_view text)
-{
-    const auto first = std::find_if_not(text.begin(), text.end(), rk::platform::IsWhiteSpace);
-    return text.substr(static_cast<std::size_t>(first - text.begin()));
-}
-
-/// The number to show of a byte count and its unit.
-struct ByteNumber {
-    double number;
-    std::string_view unit;
-};
-
-ByteNumber InLargestUnit(double byteCount)
-{
-    constexpr double kUsedFrom = 1000;  // of the unit below
-    double number = byteCount / 1024;
-    for (const std::string_view unit : {" KB", " MB", " GB"}) {
-        if (number < kUsedFrom)
-            return {number, unit};
-        number /= 1024;
-    }
-    return {number, " TB"};
-}
-
 }  // namespace
 
 CString CrkStringUtilities::AppendInt(rk::TextView text, int value)
 {
     const std::u16string_view front = text;
-    char buffer[24];
-    const std::string_view digits = Decimal(value, buffer);
+    const std::string digits = std::to_string(value);
     if (std::any_of(front.begin(), front.end(),
                     rk::platform::IsSurrogate))  // lone ones become U+FFFD, as "%s" makes them
         return CString(CString(front).ToUtf8().append(digits));
@@ -69,20 +37,18 @@ CString CrkStringUtilities::MakeByteString(unsigned long byteCount)
     constexpr unsigned long kTooMany = 1UL << 40U;
     if (byteCount >= kTooMany)
         return {};
-    rk::TextBuilder result;
+    if (byteCount <= 999)
+        return std::to_string(byteCount) + " bytes";
+    constexpr double kUsedFrom = 1000;  // of the unit below
+    constexpr const char* kUnits[] = {" KB", " MB", " GB", " TB"};
+    std::size_t unit = 0;
+    double number = static_cast<double>(byteCount) / 1024;
+    for (; number >= kUsedFrom; number /= 1024)
+        ++unit;
     char digits[24];
-    if (byteCount <= 999) {
-        result.AppendAscii(Decimal(byteCount, digits));
-        result.AppendAscii(" bytes");
-        return result.Take();
-    }
-    const ByteNumber shown = InLargestUnit(static_cast<double>(byteCount));
-    char* const end =
-        std::to_chars(std::begin(digits), std::end(digits), shown.number, std::chars_format::fixed, 6).ptr;
-    const std::string_view number(digits, static_cast<std::size_t>(end - digits));
-    result.AppendAscii(number.substr(0, number.find('.') == 3 ? 3 : 4));
-    result.AppendAscii(shown.unit);
-    return result.Take();
+    char* const end = std::to_chars(digits, std::end(digits), number, std::chars_format::fixed, 6).ptr;
+    const std::string shown(std::begin(digits), end);
+    return shown.substr(0, shown.find('.') == 3 ? 3 : 4) + kUnits[unit];
 }
 
 CString CrkStringUtilities::ShortenString(const CString& text, int maximumLength)
@@ -104,28 +70,14 @@ int CrkStringUtilities::StringSerializeSize(const CString& text)
 
 CString CrkStringUtilities::LongToString(long value)
 {
-    char digits[24];
-    rk::TextBuilder result;
-    result.AppendAscii(Decimal(value, digits));
-    return result.Take();
+    return std::to_string(value);
 }
 
 long CrkStringUtilities::StringToLong(const CString& text)
 {
-    constexpr long kMost = INT_MAX;
-    std::u16string_view rest = WithoutLeadingWhiteSpace(text.View());
-    const bool negative = rest.starts_with(u'-');
-    if (negative || rest.starts_with(u'+'))
-        rest.remove_prefix(1);
-    long value = 0;
-    for (const char16_t unit : rest) {
-        if (unit < u'0' || unit > u'9')
-            break;
-        value = std::min(value * 10 + (unit - u'0'), kMost + 2);
-    }
-    const bool isLowest = negative && value == kMost + 1;  // still a number of 32 bits
-    value = isLowest ? value : std::min(value, kMost);
-    return negative ? -value : value;
+    std::int64_t value = 0;
+    rk::ReadSpelledInteger(text, rk::NumberSpelling(), value);
+    return value < INT_MIN ? -INT_MAX : std::min<std::int64_t>(value, INT_MAX);
 }
 
 double CrkStringUtilities::StringToDouble(const CString& text)

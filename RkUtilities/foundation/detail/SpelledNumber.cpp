@@ -5,11 +5,10 @@
 
 #include <algorithm>
 #include <charconv>
-#include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <iterator>
-#include <limits>
+#include <string>
 
 namespace rk {
 
@@ -79,68 +78,25 @@ private:
     const NumberSpelling& m_spelling;
 };
 
-/// Reads digits, "e" and an exponent, ended by a zero. A standard library that reads only integers by itself, as libc++ before
-/// 20, leaves it to strtod, which treats such a text alike in all locales.
-template <class Double>
-std::errc ReadDouble(const char* text, const char* end, Double& value)
+/// Takes digits to the end of `digits`.
+void TakeDigits(Reader& reader, std::string& digits)
 {
-    if constexpr (requires { std::from_chars(text, end, value); })
-        return std::from_chars(text, end, value).ec;
-    value = std::strtod(text, nullptr);
-    return {};
+    for (int digit = reader.TakeDigit(); digit != kNoDigit; digit = reader.TakeDigit())
+        digits += static_cast<char>('0' + digit);
 }
 
-/// A decimal number of any length, kept as the digits that decide its `double`: digits times ten to an exponent.
-class Decimal {
-public:
-    void AddWholeDigit(int digit) noexcept { m_exponent += Add(digit) ? 0 : 1; }
-    void AddFractionDigit(int digit) noexcept { m_exponent -= Add(digit) ? 1 : 0; }
-    void AddExponent(std::int64_t exponent) noexcept { m_exponent += exponent; }
-
-    /// Correctly rounded; infinity and 0 beyond the range.
-    [[nodiscard]] double Value() noexcept
-    {
-        if (m_length == 0)
-            return 0;
-        if (m_digitsLost) {
-            m_text[m_length++] = '1';  // any digit after those kept tells which side of a tie the number is on
-            --m_exponent;
-        }
-        const std::int64_t wholeDigits = m_length + m_exponent;
-        if (wholeDigits > kMostWholeDigits)
-            return std::numeric_limits<double>::infinity();
-        if (wholeDigits < -kMostWholeDigits)
-            return 0;
-        m_text[m_length] = 'e';
-        char* const end = std::to_chars(m_text + m_length + 1, std::end(m_text), m_exponent).ptr;
-        *end = '\0';
-        double value = 0;
-        if (ReadDouble(m_text, end, value) == std::errc::result_out_of_range)
-            value = wholeDigits > 0 ? std::numeric_limits<double>::infinity() : 0;
-        return value;
+/// The value of digits, perhaps with "e" and an exponent: correctly rounded, infinity or 0 beyond the range. strtod, which
+/// treats such a text alike in all locales, serves beyond the range, and where the standard library reads only integers.
+template <class Double>
+Double ValueOf(const std::string& text)
+{
+    Double value = 0;
+    if constexpr (requires { std::from_chars(text.data(), text.data(), value); }) {
+        if (std::from_chars(text.data(), text.data() + text.size(), value).ec == std::errc())
+            return value;
     }
-
-private:
-    static constexpr std::int64_t kMostDigits = 770;       // a tie between two doubles has at most 767
-    static constexpr std::int64_t kMostWholeDigits = 400;  // doubles have fewer than 310, and -323 at least
-
-    /// Whether the digit shifts those before it: leading zeros do, digits that are not kept do not.
-    bool Add(int digit) noexcept
-    {
-        if (m_length == kMostDigits) {
-            m_digitsLost = m_digitsLost || digit != 0;
-            return false;
-        }
-        if (m_length != 0 || digit != 0)
-            m_text[m_length++] = static_cast<char>('0' + digit);
-        return true;
-    }
-
-    char m_text[kMostDigits + 32];
-    std::int64_t m_length = 0;
-    std::int64_t m_exponent = 0;
-    bool m_digitsLost = false;
-};
+    return std::strtod(text.c_str(), nullptr);
+}
 
 /// Takes an exponent if all of it is there.
 std::int64_t TakeExponent(Reader& reader)
@@ -167,37 +123,35 @@ bool ReadSpelledDouble(std::u16string_view text, const NumberSpelling& spelling,
 {
     Reader reader(text, spelling);
     const bool negative = reader.TakeMinus();
-    Decimal decimal;
-    bool anyDigit = false;
-    for (int digit = reader.TakeDigit(); digit != kNoDigit; digit = reader.TakeDigit()) {
-        decimal.AddWholeDigit(digit);
-        anyDigit = true;
-    }
+    std::string digits;
+    std::int64_t exponent = 0;
+    TakeDigits(reader, digits);
     if (reader.TakeDecimalSeparator()) {
-        for (int digit = reader.TakeDigit(); digit != kNoDigit; digit = reader.TakeDigit()) {
-            decimal.AddFractionDigit(digit);
-            anyDigit = true;
-        }
+        exponent = std::ssize(digits);
+        TakeDigits(reader, digits);
+        exponent -= std::ssize(digits);
     }
-    if (!anyDigit)
+    if (digits.empty())
         return false;
-    decimal.AddExponent(TakeExponent(reader));
-    value = negative ? -decimal.Value() : decimal.Value();
+    exponent += TakeExponent(reader);
+    if (exponent != 0)
+        digits.append("e").append(std::to_string(exponent));
+    value = ValueOf<double>(digits);
+    value = negative ? -value : value;
     return true;
 }
 
-bool ReadSpelledInteger(std::u16string_view text, const NumberSpelling& spelling, int& value)
+bool ReadSpelledInteger(std::u16string_view text, const NumberSpelling& spelling, std::int64_t& value)
 {
     Reader reader(text, spelling);
     const bool negative = reader.TakeMinus();
     int digit = reader.TakeDigit();
     if (digit == kNoDigit)
         return false;
-    const std::int64_t most = negative ? -std::int64_t{INT_MIN} : INT_MAX;
     std::int64_t magnitude = 0;
     for (; digit != kNoDigit; digit = reader.TakeDigit())
-        magnitude = std::min(magnitude * 10 + digit, most);
-    value = static_cast<int>(negative ? -magnitude : magnitude);
+        magnitude = std::min(magnitude * 10 + digit, kMostSpelledInteger);
+    value = negative ? -magnitude : magnitude;
     return true;
 }
 

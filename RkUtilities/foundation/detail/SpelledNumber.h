@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string_view>
 
 namespace rk {
@@ -13,11 +14,13 @@ struct NumberSpelling {
     const std::array<char32_t, 10>* digits = nullptr;  // from 0 on
 };
 
+constexpr std::int64_t kMostSpelledInteger = 100'000'000'000'000'000;  // ten times as much fits
+
 /// Reads the longest number at the start of `text`; white space before it is skipped, what follows it ignored.
 ///
-/// `value` is written when there is one, and the result tells whether. Correctly rounded, infinity or 0 beyond the range of
-/// `double`, INT_MAX or INT_MIN beyond that of `int`. Time is linear in the length of the text.
+/// `value` is written when there is a number, and the result tells whether. A `double` is correctly rounded, infinity or 0
+/// beyond its range; an integer lies between -kMostSpelledInteger and kMostSpelledInteger. Time is linear in the text.
 bool ReadSpelledDouble(std::u16string_view text, const NumberSpelling& spelling, double& value);
-bool ReadSpelledInteger(std::u16string_view text, const NumberSpelling& spelling, int& value);
+bool ReadSpelledInteger(std::u16string_view text, const NumberSpelling& spelling, std::int64_t& value);
 
 }  // namespace rk
