@@ -106,18 +106,18 @@ void AppendInteger(TextBuilder& output, const FormatConversion& conversion, cons
         AppendNumber(output, conversion, layout, "ll", integer);
 }
 
+bool IsInteger(const FormatConversion& conversion)
+{
+    return std::string_view("duoxX").find(conversion.type) != std::string_view::npos;
+}
+
 unsigned BitsOf(Length length)
 {
-    switch (length) {
-    case Length::Char:
+    if (length == Length::Char)
         return CHAR_BIT;
-    case Length::Short:
+    if (length == Length::Short)
         return CHAR_BIT * sizeof(short);
-    case Length::None:
-        return CHAR_BIT * sizeof(int);
-    default:
-        return 64;
-    }
+    return length == Length::None ? CHAR_BIT * sizeof(int) : 64;
 }
 
 /// Whether the value survives in 32 bits.
@@ -234,47 +234,41 @@ void AppendPointer(TextBuilder& output, const Layout& layout, const FormatArgume
 void AppendArgument(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
                     const FormatArgument& argument)
 {
-    switch (conversion.type) {
-    case 's':
-        return AppendText(output, layout, argument);
-    case 'c':
-        return AppendCharacter(output, conversion, layout, argument);
-    case 'p':
-        return AppendPointer(output, layout, argument);
-    case 'd':
-    case 'u':
-    case 'o':
-    case 'x':
-    case 'X':
-        return AppendInteger(output, conversion, layout, argument);
-    default:
-        return AppendFloating(output, conversion, layout, argument);
-    }
+    if (conversion.type == 's')
+        AppendText(output, layout, argument);
+    else if (conversion.type == 'c')
+        AppendCharacter(output, conversion, layout, argument);
+    else if (conversion.type == 'p')
+        AppendPointer(output, layout, argument);
+    else if (IsInteger(conversion))
+        AppendInteger(output, conversion, layout, argument);
+    else
+        AppendFloating(output, conversion, layout, argument);
 }
 
 // --- The arguments of a format
 
-/// The C types that conversions take.
-enum class CType { Int, Long, Double, LongDouble, Text, Pointer };
+/// Takes an argument of one C type from C's list.
+using TakeArgument = FormatArgument (*)(std::va_list& list);
 
-CType TypeOf(const FormatConversion& conversion)
+template <class T>
+FormatArgument Take(std::va_list& list)
 {
-    switch (conversion.type) {
-    case 's':
-        return CType::Text;
-    case 'p':
-        return CType::Pointer;
-    case 'c':
-        return CType::Int;
-    case 'd':
-    case 'u':
-    case 'o':
-    case 'x':
-    case 'X':
-        return BitsOf(conversion.length) == 64 ? CType::Long : CType::Int;
-    default:
-        return conversion.length == Length::LongDouble ? CType::LongDouble : CType::Double;
-    }
+    return FormatArgument(va_arg(list, T));
+}
+
+/// How the argument that the conversion takes is taken.
+TakeArgument TakeFor(const FormatConversion& conversion)
+{
+    if (conversion.type == 's')
+        return &Take<const char*>;
+    if (conversion.type == 'p')
+        return &Take<const void*>;
+    if (conversion.type == 'c')
+        return &Take<int>;
+    if (IsInteger(conversion))
+        return BitsOf(conversion.length) == 64 ? &Take<long long> : &Take<int>;
+    return conversion.length == Length::LongDouble ? &Take<long double> : &Take<double>;
 }
 
 /// Calls `use` with the place of each argument that a conversion takes, in the order of C's lists.
@@ -282,11 +276,11 @@ template <class Use>
 void ForEachPlace(const FormatConversion& conversion, const Use& use)
 {
     if (conversion.width.isArgument)
-        use(conversion.width.place, CType::Int);
+        use(conversion.width.place, &Take<int>);
     if (conversion.precision.isArgument)
-        use(conversion.precision.place, CType::Int);
+        use(conversion.precision.place, &Take<int>);
     if (conversion.type != '%')
-        use(conversion.place, TypeOf(conversion));
+        use(conversion.place, TakeFor(conversion));
 }
 
 /// Hands each literal part of a format to `onText` and each conversion to `onConversion`. Throws `FormatError` when some
@@ -303,7 +297,7 @@ void Walk(std::u16string_view format, const OnText& onText, const OnConversion& 
             continue;
         }
         const FormatConversion conversion = TakeConversion(format);
-        ForEachPlace(conversion, [&](const ArgumentPlace& place, CType) {
+        ForEachPlace(conversion, [&](const ArgumentPlace& place, TakeArgument) {
             if (hasPositions.value_or(place.has_value()) != place.has_value())
                 throw FormatError("the format mixes positions with plain conversions");
             hasPositions = place.has_value();
@@ -312,24 +306,24 @@ void Walk(std::u16string_view format, const OnText& onText, const OnConversion& 
     }
 }
 
-/// The types of the arguments in the order of C's list, as the format tells them.
-std::vector<std::optional<CType>> ListedTypes(std::u16string_view format)
+/// How the arguments are taken, in the order of C's list, as the format tells; null for a position that it leaves out.
+std::vector<TakeArgument> ListedArguments(std::u16string_view format)
 {
     constexpr std::size_t kMostArguments = 4096;  // C promises 127 to a call
-    std::vector<std::optional<CType>> types;
-    const auto note = [&](const ArgumentPlace& place, CType type) {
-        const std::size_t index = place.value_or(types.size());
+    std::vector<TakeArgument> list;
+    const auto note = [&](const ArgumentPlace& place, TakeArgument take) {
+        const std::size_t index = place.value_or(list.size());
         if (index >= kMostArguments)
             throw FormatError("the format names too many arguments");
-        types.resize(std::max(types.size(), index + 1));
-        if (types[index].value_or(type) != type)
+        list.resize(std::max(list.size(), index + 1));
+        if (list[index] != nullptr && list[index] != take)
             throw FormatError("the format takes one argument as two kinds");
-        types[index] = type;
+        list[index] = take;
     };
     Walk(
         format, [](std::u16string_view) {},
         [&](const FormatConversion& conversion) { ForEachPlace(conversion, note); });
-    return types;
+    return list;
 }
 
 }  // namespace
@@ -350,31 +344,16 @@ void RenderFormat(std::u16string_view format, std::span<const FormatArgument> ar
 
 std::vector<FormatArgument> CollectArguments(std::u16string_view format, std::va_list list)
 {
+    const std::vector<TakeArgument> taking = ListedArguments(format);
+    if (std::ranges::count(taking, nullptr) > 0)
+        throw FormatError("the format leaves out a position, so that its kind cannot be told");
     std::vector<FormatArgument> arguments;
-    for (const std::optional<CType>& type : ListedTypes(format)) {
-        if (!type)
-            throw FormatError("the format leaves out a position, so that its kind cannot be told");
-        switch (*type) {
-        case CType::Int:
-            arguments.emplace_back(va_arg(list, int));
-            break;
-        case CType::Long:
-            arguments.emplace_back(va_arg(list, long long));
-            break;
-        case CType::Double:
-            arguments.emplace_back(va_arg(list, double));
-            break;
-        case CType::LongDouble:
-            arguments.emplace_back(va_arg(list, long double));
-            break;
-        case CType::Text:
-            arguments.emplace_back(static_cast<const char*>(va_arg(list, char*)));
-            break;
-        case CType::Pointer:
-            arguments.emplace_back(static_cast<const void*>(va_arg(list, void*)));
-            break;
-        }
-    }
+    arguments.reserve(taking.size());
+    std::va_list rest;  // the parameter is a pointer on some processors
+    va_copy(rest, list);
+    for (const TakeArgument take : taking)
+        arguments.push_back(take(rest));
+    va_end(rest);
     return arguments;
 }
 
