@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <span>
 
 namespace {
 
@@ -14,61 +15,22 @@ using rk::platform::LocaleUse;
 using rk::platform::NumberFormats;
 using Conversion = CrkStringConversionUtilities;
 
-// Patterns: "$" stands for the currency symbol, "n" for the number.
+// Patterns: "$" stands for the currency symbol, "n" for the number. Where "(" and ")" do not show, a "-" stands for both.
 
-constexpr std::u16string_view kPositivePatterns[] = {u"$n", u"n$", u"$ n", u"n $"};
+constexpr std::u16string_view kPositiveAmounts[] = {u"$n", u"n$", u"$ n", u"n $"};
+constexpr std::u16string_view kNegativeAmounts[] = {u"($n)", u"-$n",  u"$-n",   u"$n-",  u"(n$)", u"-n$",
+                                                    u"n-$",  u"n$-",  u"-n $",  u"-$ n", u"n $-", u"$ n-",
+                                                    u"$ -n", u"n- $", u"($ n)", u"(n $)"};
+constexpr std::u16string_view kNegativeNumber = u"(n)";
 
-struct NegativePattern {
-    std::u16string_view parentheses;
-    std::u16string_view minusSign;
-};
-constexpr NegativePattern kNegativeAmounts[] = {
-    {u"($n)", u"-$n"},    // 0
-    {u"-$n", u"-$n"},     // 1
-    {u"$-n", u"$-n"},     // 2
-    {u"$n-", u"$n-"},     // 3
-    {u"(n$)", u"-n$"},    // 4
-    {u"-n$", u"-n$"},     // 5
-    {u"n-$", u"n-$"},     // 6
-    {u"n$-", u"n$-"},     // 7
-    {u"-n $", u"-n $"},   // 8
-    {u"-$ n", u"-$ n"},   // 9
-    {u"n $-", u"n $-"},   // 10
-    {u"$ n-", u"$ n-"},   // 11
-    {u"$ -n", u"$ -n"},   // 12
-    {u"n- $", u"n- $"},   // 13
-    {u"($ n)", u"-$ n"},  // 14
-    {u"(n $)", u"-n $"},  // 15
-};
-constexpr int kOtherNegativeFormat = 1;
-constexpr NegativePattern kNegativeNumber = {u"(n)", u"-n"};
-
-/// "n" alone where a negative number shows no sign, and a negative amount no symbol either.
-std::u16string_view PatternFor(Conversion::NegativeNumberRepresentation representation, const NegativePattern& pattern)
+/// The pattern of a format; of the format `other` where no pattern has that number.
+std::u16string_view PatternOf(std::span<const std::u16string_view> patterns, int format, std::size_t other)
 {
-    switch (representation) {
-    case Conversion::Parentheses:
-    case Conversion::ParenthesesAlt:
-        return pattern.parentheses;
-    case Conversion::MinusSign:
-        return pattern.minusSign;
-    default:
-        return u"n";
-    }
+    return patterns[format >= 0 && format < std::ssize(patterns) ? static_cast<std::size_t>(format) : other];
 }
 
-std::u16string_view PositiveAmount(int format)
-{
-    return kPositivePatterns[format >= 0 && format < std::ssize(kPositivePatterns) ? format : 0];
-}
-
-std::u16string_view NegativeAmount(Conversion::NegativeNumberRepresentation representation, int format)
-{
-    const bool known = format >= 0 && format < std::ssize(kNegativeAmounts);
-    return PatternFor(representation, kNegativeAmounts[known ? format : kOtherNegativeFormat]);
-}
-
-CString Placed(std::u16string_view number, std::u16string_view pattern, std::u16string_view symbol)
+CString Placed(std::u16string_view number, std::u16string_view pattern, std::u16string_view symbol,
+               bool showsMinus = false)
 {
     rk::TextBuilder builder(number.size() + symbol.size() + pattern.size());
     for (const char16_t unit : pattern) {
@@ -76,10 +38,31 @@ CString Placed(std::u16string_view number, std::u16string_view pattern, std::u16
             builder.Append(number);
         else if (unit == u'$')
             builder.Append(symbol);
-        else
-            builder.Append(unit);
+        else if (unit != u')' || !showsMinus)
+            builder.Append(unit == u'(' && showsMinus ? u'-' : unit);
     }
     return builder.Take();
+}
+
+/// What is negative: the number alone where no sign shows.
+CString NegativePlaced(std::u16string_view number, std::u16string_view pattern, std::u16string_view symbol,
+                       Conversion::NegativeNumberRepresentation representation)
+{
+    const bool showsMinus = representation == Conversion::MinusSign;
+    const bool showsSign =
+        showsMinus || representation == Conversion::Parentheses || representation == Conversion::ParenthesesAlt;
+    return Placed(number, showsSign ? pattern : u"n", symbol, showsMinus);
+}
+
+CString PositiveAmount(std::u16string_view number, int format, std::u16string_view symbol)
+{
+    return Placed(number, PatternOf(kPositiveAmounts, format, 0), symbol);
+}
+
+CString NegativeAmount(std::u16string_view number, int format, std::u16string_view symbol,
+                       Conversion::NegativeNumberRepresentation representation)
+{
+    return NegativePlaced(number, PatternOf(kNegativeAmounts, format, 1), symbol, representation);
 }
 
 /// Appends a number text as its digits show, without its sign; returns whether the number is negative.
@@ -111,12 +94,12 @@ CString CrkStringConversionUtilities::DoubleStringToFormattedNumber(const CStrin
     rk::TextBuilder digits;
     if (!AppendUnsigned(digits, numberText, groupThousands, decimalCount))
         return digits.Take();
-    return Placed(digits.View(), PatternFor(representation, kNegativeNumber), {});
+    return NegativePlaced(digits.View(), kNegativeNumber, {}, representation);
 }
 
 void CrkStringConversionUtilities::FormatNegativeNumber(CString& text, NegativeNumberRepresentation representation)
 {
-    text = Placed(text, PatternFor(representation, kNegativeNumber), {});
+    text = NegativePlaced(text, kNegativeNumber, {}, representation);
 }
 
 CString CrkStringConversionUtilities::DoubleStringToFormattedCurrency(const CString& numberText,
@@ -127,22 +110,21 @@ CString CrkStringConversionUtilities::DoubleStringToFormattedCurrency(const CStr
     if (numberText.IsEmpty())
         return {};
     rk::TextBuilder digits;
-    const bool negative = AppendUnsigned(digits, numberText, /*groupThousands=*/true, decimalCount);
-    return Placed(digits.View(),
-                  negative ? NegativeAmount(representation, negativeFormat) : PositiveAmount(positiveFormat),
-                  currencySymbol);
+    if (AppendUnsigned(digits, numberText, /*groupThousands=*/true, decimalCount))
+        return NegativeAmount(digits.View(), negativeFormat, currencySymbol, representation);
+    return PositiveAmount(digits.View(), positiveFormat, currencySymbol);
 }
 
 void CrkStringConversionUtilities::FormatPositiveCurrency(CString& text, int positiveFormat,
                                                           const CString& currencySymbol)
 {
-    text = Placed(text, PositiveAmount(positiveFormat), currencySymbol);
+    text = PositiveAmount(text, positiveFormat, currencySymbol);
 }
 
 void CrkStringConversionUtilities::FormatNegativeCurrency(CString& text, NegativeNumberRepresentation representation,
                                                           int negativeFormat, const CString& currencySymbol)
 {
-    text = Placed(text, NegativeAmount(representation, negativeFormat), currencySymbol);
+    text = NegativeAmount(text, negativeFormat, currencySymbol, representation);
 }
 
 CString CrkStringConversionUtilities::DoubleStringToFormattedPercentage(const CString& numberText, int decimalCount)

@@ -30,8 +30,7 @@ std::string_view SeverityText(ErkLogLevel level)
 
 void AppendEscaped(TextBuilder& target, std::u16string_view text)
 {
-    const UnitSet ampersand(u"&");
-    for (std::size_t at = ampersand.FirstIn(text, 0); at < text.size(); at = ampersand.FirstIn(text, 0)) {
+    for (std::size_t at = FindUnits(text, u"&", 0); at < text.size(); at = FindUnits(text, u"&", 0)) {
         target.Append(text.substr(0, at));
         target.Append(u"&amp;"sv);
         text.remove_prefix(at + 1);
@@ -43,13 +42,8 @@ void AppendEscaped(TextBuilder& target, std::u16string_view text)
 // be looked for before.
 std::u16string_view WithoutDeclaration(std::u16string_view message)
 {
-    const UnitSet questionMark(u"?");
-    for (std::size_t at = questionMark.FirstIn(message, 0); at + 1 < message.size();
-         at = questionMark.FirstIn(message, at + 1)) {
-        if (message[at + 1] == u'>')
-            return message.substr(at + 2);
-    }
-    return message;
+    const std::size_t end = FindUnits(message, u"?>", 0);
+    return end < message.size() ? message.substr(end + 2) : message;
 }
 
 void AppendPreparedMessage(TextBuilder& target, std::u16string_view message)
