@@ -9,13 +9,11 @@ endif()
 
 # Sources call expat by its newest names; where expat is older, rk_use_expat gives those names to what it has.
 set(CMAKE_REQUIRED_LIBRARIES EXPAT::EXPAT)
-check_cxx_symbol_exists(XML_SetHashSalt16Bytes expat.h RKUTILITIES_EXPAT_HAS_LONG_SALT)       # 2.8
 check_cxx_symbol_exists(XML_GetCurrentLineNumber64 expat.h RKUTILITIES_EXPAT_HAS_LONG_LINES)  # 2.9
 unset(CMAKE_REQUIRED_LIBRARIES)
 
 function(rk_use_expat target)
     target_link_libraries(${target} PRIVATE EXPAT::EXPAT)
     target_compile_definitions(${target} PRIVATE
-        $<$<BOOL:${RKUTILITIES_EXPAT_HAS_LONG_SALT}>:RK_EXPAT_HAS_LONG_SALT>
         $<$<NOT:$<BOOL:${RKUTILITIES_EXPAT_HAS_LONG_LINES}>>:XML_GetCurrentLineNumber64=XML_GetCurrentLineNumber>)
 endfunction()

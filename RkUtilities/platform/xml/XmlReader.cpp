@@ -3,41 +3,17 @@
 #include "RkUtilities/platform/files/FileCalls.h"
 
 #include <algorithm>
-#include <atomic>
-#include <cstdint>
 #include <exception>
 #include <expat.h>
 #include <fcntl.h>
 #include <memory>
 #include <new>
-#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace rk::platform {
 
 namespace {
-
-/// Gives expat a secret, so that no document can choose names that meet in the same place of expat's hash tables. The
-/// secret is drawn once: drawing costs as much as reading a small document. Where drawing fails, expat draws its own.
-void SetHashSalt(XML_Parser parser) noexcept
-{
-    static constinit std::atomic<std::uint64_t> drawn[2];
-    std::uint64_t salt[2];
-    salt[1] = drawn[1].load(std::memory_order_acquire);
-    salt[0] = drawn[0].load(std::memory_order_relaxed);
-    if (salt[1] == 0) {
-        if (getrandom(salt, sizeof salt, GRND_NONBLOCK) != sizeof salt)
-            return;
-        drawn[0].store(salt[0], std::memory_order_relaxed);
-        drawn[1].store(salt[1], std::memory_order_release);
-    }
-#ifdef RK_EXPAT_HAS_LONG_SALT
-    XML_SetHashSalt16Bytes(parser, reinterpret_cast<const std::uint8_t*>(salt));
-#else
-    XML_SetHashSalt(parser, salt[1]);
-#endif
-}
 
 // The reading of a document. No exception passes through expat: the exception is kept until the parser has returned.
 class Reading {
@@ -47,7 +23,6 @@ public:
         if (!m_parser)
             throw std::bad_alloc();
         XML_Parser parser = m_parser.get();
-        SetHashSalt(parser);
         XML_SetUserData(parser, this);
         XML_SetElementHandler(
             parser, [](void* self, const XML_Char* name, const XML_Char**) { Of(self).Begin(name); },
