@@ -1,18 +1,15 @@
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/foundation/detail/FileAttributes.h"
+#include "RkUtilities/foundation/detail/KeyOrder.h"
 #include "RkUtilities/paths/SECFileSystem.h"
 #include "RkUtilities/paths/detail/PathNames.h"
 #include "RkUtilities/platform/files/FileFacts.h"
 #include "RkUtilities/platform/files/FolderList.h"
 #include "RkUtilities/platform/files/PathBytes.h"
-#include "RkUtilities/platform/locale/Collation.h"
 
-#include <algorithm>
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace platform = rk::platform;
 
@@ -50,61 +47,6 @@ bool MeetsMask(const std::string& nativeFolder, std::string_view name, platform:
     return (attributes & attributeMask) != 0;
 }
 
-/// Names one behind the other.
-class Names {
-public:
-    void Add(std::u16string_view name)
-    {
-        m_units += name;
-        m_ends.push_back(m_units.size());
-    }
-    /// Views that are valid until another name is added.
-    [[nodiscard]] std::vector<std::u16string_view> Views() const
-    {
-        std::vector<std::u16string_view> views;
-        views.reserve(m_ends.size());
-        std::size_t start = 0;
-        for (const std::size_t end : m_ends) {
-            views.push_back(std::u16string_view(m_units).substr(start, end - start));
-            start = end;
-        }
-        return views;
-    }
-
-private:
-    std::u16string m_units;
-    std::vector<std::size_t> m_ends;
-};
-
-/// A name for sorting: most orders are decided by the first bytes of the key, held as a number.
-struct Rank {
-    std::uint64_t head = 0;
-    std::size_t index;
-
-    Rank(std::string_view key, std::size_t indexOfName) : index(indexOfName)
-    {
-        for (std::size_t i = 0; i < sizeof head; ++i)
-            head = head << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0U);
-    }
-};
-
-/// The names in the user's order; those that are alike in it by their units.
-std::vector<Rank> Ranked(const std::vector<std::u16string_view>& names)
-{
-    const platform::CollationKeys keys = platform::CollationKeysOf(names);
-    std::vector<Rank> ranks;
-    ranks.reserve(names.size());
-    for (std::size_t i = 0; i < names.size(); ++i)
-        ranks.emplace_back(keys.Of(i), i);
-    std::sort(ranks.begin(), ranks.end(), [&](const Rank& a, const Rank& b) {
-        if (a.head != b.head)
-            return a.head < b.head;
-        const int order = keys.Of(a.index).compare(keys.Of(b.index));
-        return order != 0 ? order < 0 : names[a.index] < names[b.index];
-    });
-    return ranks;
-}
-
 }  // namespace
 
 CAtlList<CString>* SECFileSystem::GetFileList(const CString& pattern, unsigned long attributeMask) const
@@ -113,20 +55,18 @@ CAtlList<CString>* SECFileSystem::GetFileList(const CString& pattern, unsigned l
     const CString folder = GetPath(pattern, 1);
     const std::string nativeFolder = folder.IsEmpty() ? "./" : rk::NativePath(folder);
     const NamePattern wanted(pattern);
-    Names found;
+    platform::TextRow<char16_t> names;
     const std::error_code error =
         platform::VisitFolder(nativeFolder, [&](std::string_view nativeName, platform::FileKind kind) {
             const std::u16string name = platform::PathOfBytes(nativeName);
             if (wanted.Takes(name) && MeetsMask(nativeFolder, nativeName, kind, attributeMask))
-                found.Add(name);
+                names.Add(name);
             return platform::Visit::Continue;
         });
     if (error)
         return list.release();
-    const std::vector<std::u16string_view> names = found.Views();
-    for (const Rank& rank : Ranked(names)) {
-        const std::u16string_view name = names[rank.index];
-        list->AddTail(folder.IsEmpty() && name == u"~" ? CString(u"./~") : folder + name);
-    }
+    const auto comesBefore = [&](std::size_t a, std::size_t b) { return names[a] < names[b]; };
+    for (const std::size_t index : rk::OrderedByKeys(platform::CollationKeysOf(names), comesBefore))
+        list->AddTail(folder.IsEmpty() && names[index] == u"~" ? CString(u"./~") : folder + names[index]);
     return list.release();
 }

@@ -1,72 +1,31 @@
 #include "RkUtilities/strings/CrkStringUtilities.h"
 
+#include "RkUtilities/foundation/detail/KeyOrder.h"
 #include "RkUtilities/foundation/detail/TextBuilder.h"
 #include "RkUtilities/platform/locale/Unicode.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace {
 
-/// The folded units of all texts, the higher byte first, so that bytes compare as units do.
-using FoldedBytes = std::vector<unsigned char>;
-
-/// A text to sort. Its first four folded units are one number: most comparisons end there.
-struct SortEntry {
-    std::uint64_t head;
-    std::size_t firstByte;
-    std::size_t byteCount;
-    CString* text;
-};
-
-void AppendFolded(FoldedBytes& bytes, const CString& text)
+/// Keys that compare byte by byte as CompareNoCase compares the texts: the folded units, the higher byte first.
+rk::platform::TextRow<char> FoldedKeysOf(const CAtlList<CString>& texts)
 {
     const rk::platform::CaseTable& folded = rk::platform::FoldedCase();
-    for (const char16_t unit : text) {
-        const char16_t key = folded[unit];
-        bytes.push_back(static_cast<unsigned char>(key >> 8U));
-        bytes.push_back(static_cast<unsigned char>(key & 0xFFU));
+    rk::platform::TextRow<char> keys;
+    keys.ends.reserve(texts.GetCount());
+    for (const CString& text : texts) {
+        for (const char16_t unit : text) {
+            const char16_t key = folded[unit];
+            keys.units += static_cast<char>(key >> 8U);
+            keys.units += static_cast<char>(key & 0xFFU);
+        }
+        keys.ends.push_back(keys.units.size());
     }
-}
-
-std::uint64_t HeadOf(const unsigned char* bytes, std::size_t byteCount)
-{
-    std::uint64_t head = 0;
-    for (std::size_t i = 0; i < sizeof head; ++i)
-        head = head << 8U | (i < byteCount ? bytes[i] : 0U);
-    return head;
-}
-
-bool ComesBefore(const SortEntry& a, const SortEntry& b, const FoldedBytes& bytes)
-{
-    if (a.head != b.head)
-        return a.head < b.head;
-    const std::size_t common = std::min(a.byteCount, b.byteCount);
-    const int order = std::memcmp(bytes.data() + a.firstByte, bytes.data() + b.firstByte, common);
-    return order != 0 ? order < 0 : a.byteCount < b.byteCount;
-}
-
-/// The texts in the order of CompareNoCase; equal ones keep theirs.
-std::vector<SortEntry> Sorted(CAtlList<CString>& list)
-{
-    std::size_t unitCount = 0;
-    for (const CString& text : list)
-        unitCount += text.View().size();
-    FoldedBytes bytes;
-    bytes.reserve(2 * unitCount);
-    std::vector<SortEntry> entries;
-    entries.reserve(list.GetCount());
-    for (CString& text : list) {
-        const std::size_t firstByte = bytes.size();
-        AppendFolded(bytes, text);
-        const std::size_t byteCount = bytes.size() - firstByte;
-        entries.push_back({HeadOf(bytes.data() + firstByte, byteCount), firstByte, byteCount, &text});
-    }
-    std::stable_sort(entries.begin(), entries.end(),
-                     [&bytes](const SortEntry& a, const SortEntry& b) { return ComesBefore(a, b, bytes); });
-    return entries;
+    return keys;
 }
 
 }  // namespace
@@ -112,12 +71,9 @@ CString CrkStringUtilities::Combine(const CString& separator, const CString& fir
 
 void CrkStringUtilities::SortStringList(CAtlList<CString>& list, bool ascending)
 {
-    std::vector<SortEntry> entries = Sorted(list);
+    std::vector<std::size_t> order = rk::OrderedByKeys(FoldedKeysOf(list), std::less<>());
     if (!ascending)
-        std::reverse(entries.begin(), entries.end());
-    std::vector<CString> texts;
-    texts.reserve(entries.size());
-    for (const SortEntry& entry : entries)
-        texts.push_back(std::move(*entry.text));
-    std::move(texts.begin(), texts.end(), list.begin());
+        std::reverse(order.begin(), order.end());
+    std::vector<CString> texts(list.begin(), list.end());
+    std::ranges::transform(order, list.begin(), [&](std::size_t index) { return std::move(texts[index]); });
 }

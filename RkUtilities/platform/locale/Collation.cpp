@@ -132,18 +132,18 @@ void AppendPlaces(const AsciiPlaces& places, std::u16string_view text, std::stri
 
 }  // namespace
 
-CollationKeys CollationKeysOf(const std::vector<std::u16string_view>& texts)
+TextRow<char> CollationKeysOf(const TextRow<char16_t>& texts)
 {
     const std::shared_ptr<const NameOrder> order = OrderOf(UserLocaleName(LocaleUse::Order));
-    const bool placesDecide = order->places && std::all_of(texts.begin(), texts.end(), IsAscii);
-    CollationKeys keys;
-    keys.ends.reserve(texts.size());
-    for (const std::u16string_view text : texts) {
+    const bool placesDecide = order->places && IsAscii(texts.units);
+    TextRow<char> keys;
+    keys.ends.reserve(texts.Count());
+    for (std::size_t i = 0; i < texts.Count(); ++i) {
         if (placesDecide)
-            AppendPlaces(*order->places, text, keys.bytes);
+            AppendPlaces(*order->places, texts[i], keys.units);
         else
-            AppendKeyOf(*order->collator, text, keys.bytes);
-        keys.ends.push_back(keys.bytes.size());
+            AppendKeyOf(*order->collator, texts[i], keys.units);
+        keys.ends.push_back(keys.units.size());
     }
     return keys;
 }
