@@ -6,78 +6,17 @@
 #include "RkUtilities/platform/locale/Unicode.h"
 
 #include <algorithm>
-#include <cstring>
 #include <vector>
 
 namespace {
 
-/// A change of case. ASCII needs no table, so that none is asked for before another unit is met.
-class CaseChange {
-public:
-    CaseChange(const rk::platform::CaseTable& (*table)(), char16_t firstLetter)
-        : m_findTable(table), m_firstLetter(firstLetter)
-    {}
-
-    /// The first unit that changes; the text's length when none does.
-    std::size_t FirstIn(std::u16string_view text)
-    {
-        std::size_t i = 0;
-        while (i < text.size() && Changed(text[i]) == text[i])
-            ++i;
-        return i;
-    }
-
-    /// Writes the changed units to `to`, which may be `from`.
-    void Apply(const char16_t* from, std::size_t count, char16_t* to)
-    {
-        constexpr std::size_t kGroupUnits = 4 * rk::kBlockUnits;
-        std::size_t i = 0;
-        for (; i + kGroupUnits <= count; i += kGroupUnits) {
-            rk::UnitBlock blocks[kGroupUnits / rk::kBlockUnits];
-            std::memcpy(&blocks, from + i, sizeof blocks);
-            if (rk::IsAsciiBlock(blocks[0] | blocks[1] | blocks[2] | blocks[3])) {
-                for (rk::UnitBlock& block : blocks)
-                    block = rk::WithAsciiCaseChanged(block, m_firstLetter);
-                std::memcpy(to + i, &blocks, sizeof blocks);
-            } else {
-                const rk::platform::CaseTable& table = Table();
-                for (std::size_t j = i; j < i + kGroupUnits; ++j)
-                    to[j] = table[from[j]];
-            }
-        }
-        for (; i < count; ++i)
-            to[i] = Changed(from[i]);
-    }
-
-private:
-    char16_t Changed(char16_t unit)
-    {
-        if (unit >= 0x80)
-            return Table()[unit];
-        return unit >= m_firstLetter && unit < m_firstLetter + 26 ? static_cast<char16_t>(unit ^ 0x20) : unit;
-    }
-    const rk::platform::CaseTable& Table()
-    {
-        if (m_table == nullptr)
-            m_table = &m_findTable();
-        return *m_table;
-    }
-
-    const rk::platform::CaseTable& (*m_findTable)();
-    const rk::platform::CaseTable* m_table = nullptr;
-    char16_t m_firstLetter;  // the first ASCII letter that changes
-};
-
 /// The text after the change; the same one, sharing its memory, when nothing changes.
-CString InOtherCase(const CString& source, CaseChange change)
+CString InOtherCase(const CString& source, const rk::platform::CaseTable& table)
 {
-    const std::u16string_view text = source.View();
-    const std::size_t first = change.FirstIn(text);
-    if (first == text.size())
+    if (std::all_of(source.begin(), source.end(), [&](char16_t unit) { return table[unit] == unit; }))
         return source;
-    return rk::TextBuilder::Written(text.size(), [&](char16_t* units) {
-        rk::CopyUnits(text.data(), first, units);
-        change.Apply(text.data() + first, text.size() - first, units + first);
+    return rk::TextBuilder::Written(source.View().size(), [&](char16_t* units) {
+        std::transform(source.begin(), source.end(), units, [&](char16_t unit) { return table[unit]; });
     });
 }
 
@@ -163,12 +102,12 @@ void CString::RemoveLineFeeds()
 
 CString& CString::MakeUpper()
 {
-    return *this = InOtherCase(*this, {&rk::platform::UpperCase, u'a'});
+    return *this = InOtherCase(*this, rk::platform::UpperCase());
 }
 
 CString& CString::MakeLower()
 {
-    return *this = InOtherCase(*this, {&rk::platform::LowerCase, u'A'});
+    return *this = InOtherCase(*this, rk::platform::LowerCase());
 }
 
 CString& CString::Trim()
