@@ -3,14 +3,7 @@
 #include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CObject.h"
 
-/// The base of the exceptions that are thrown as pointers to objects made with `new`.
-///
-///     try {
-///         CFile::Remove(path);
-///     } catch (CFileException* failure) {
-///         report(failure->m_cause);
-///         failure->Delete();
-///     }
+/// The base of the exceptions that are thrown as pointers to objects made with `new`, as `CFileException` shows.
 class RK_EXPORT RK_DESCRIBED CException : public CObject {
 public:
     ~CException() override;

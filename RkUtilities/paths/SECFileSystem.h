@@ -36,31 +36,17 @@ public:
     //
     // "/" separates, and so does "\". Folder (with the drive kept) + file name is the path again.
 
-    /// What follows the last separator; the whole path when it has no separator.
-    ///
-    ///     "C:\dir\f.txt"  ->  "f.txt"
-    ///     "/a/b/"         ->  ""
-    CString GetFileName(const CString& path) const;
+    CString GetFileName(const CString& path) const;  ///< As `CrkPathUtilities::FileWithExtensionFromFilename`.
     /// What ends with the last separator, "" for a path without a separator. Without `keepDrive` what ends with its first ":"
     /// goes.
     ///
     ///     "C:\dir\f.txt"  ->  "C:\dir\", without the drive "\dir\"
     ///     "/a:b/c"        ->  "/a:b/",   without the drive "b/"
     CString GetPath(const CString& path, signed char keepDrive) const;
-    /// What follows the file name's last dot, "" when there is no dot or nothing follows it.
-    ///
-    ///     "a.tar.gz"  ->  "gz"
-    ///     ".cfg"      ->  "cfg"
-    ///     "a."        ->  ""
-    CString GetExtension(const CString& path) const;
-    /// The file name without extension and dot.
-    ///
-    ///     "a.tar.gz"  ->  "a.tar"
-    ///     ".cfg"      ->  ""
-    ///     "a."        ->  "a"
+    CString GetExtension(const CString& path) const;  ///< As `CrkPathUtilities::GetExtensionFromFileName`.
+    /// As `CrkPathUtilities::FileWithoutExtensionFromFilename`.
     CString GetBaseFileName(const CString& path) const;
-    /// A path that begins with "/" or "~" as it is; else the current folder, "/" and the path as it is written.
-    CString GetFullPathName(const CString& path) const;
+    CString GetFullPathName(const CString& path) const;  ///< As `CrkPathUtilities::GetAbsolutePath`.
 
     // --- What is known of a file or folder: true when it could be read, else the output is untouched
 
