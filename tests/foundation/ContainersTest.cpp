@@ -213,7 +213,8 @@ TEST(Containers, AnswerAWrongIndexOrPositionOrCountWithAnException)
     EXPECT_EQ(errorOf([&] { map.GetNextAssoc(none, number, number); }), kWrong);
     for (const std::size_t count : {SIZE_MAX, SIZE_MAX / 2, SIZE_MAX / sizeof(int), SIZE_MAX / sizeof(int) + 2})
         EXPECT_EQ(errorOf([&] { array.SetCount(count); }), -108);
-    EXPECT_TRUE(array == CAtlArray<int>{1} && list == CAtlList<int>{1});
+    EXPECT_EQ(array, CAtlArray<int>{1});
+    EXPECT_EQ(list, CAtlList<int>{1});
 }
 
 TEST(Containers, TakeElementsThatCanOnlyBeMoved)
@@ -309,14 +310,16 @@ TEST(Maps, FindTextsByTheirUnitsHoweverTheyAreSpelt)
 {
     CAtlMap<CString, int, CStringElementTraits<CString>> map{{u"Cache", 1}, {u"cache", 2}, {u"", 3}, {u"Cache", 4}};
     EXPECT_EQ(map.GetCount(), 3u);
-    const char16_t* noText = nullptr;
-    int value = -1;
-    EXPECT_TRUE(map.Lookup(u"Cache", value) && value == 4);
-    EXPECT_TRUE(map.Lookup("cache", value) && value == 2);
-    EXPECT_TRUE(map.Lookup(noText, value) && value == 3);
-    EXPECT_TRUE(map.Lookup(std::u16string_view(u"Caches").substr(0, 5), value) && value == 4);
-    EXPECT_FALSE(map.Lookup(CString(u"CACHE"), value));
-    EXPECT_EQ(value, 4);
+    const auto valueOf = [&map](const auto& key) {
+        int value = -1;
+        map.Lookup(key, value);
+        return value;
+    };
+    EXPECT_EQ(valueOf(u"Cache"), 4);
+    EXPECT_EQ(valueOf("cache"), 2);
+    EXPECT_EQ(valueOf(static_cast<const char16_t*>(nullptr)), 3);
+    EXPECT_EQ(valueOf(std::u16string_view(u"Caches").substr(0, 5)), 4);
+    EXPECT_EQ(valueOf(CString(u"CACHE")), -1);
 }
 
 }  // namespace

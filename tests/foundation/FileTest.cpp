@@ -138,7 +138,8 @@ TEST(File, IsCutAndEmptied)
         EXPECT_FALSE(CFile().Open(path, CFile::modeTruncate));  // without writing
         EXPECT_EQ(folder.Read("file"), "content");
     }
-    EXPECT_TRUE(CFile().Open(path, kTruncate) && CFile().Open(u"/dev/null", kTruncate));
+    EXPECT_TRUE(CFile().Open(path, kTruncate));
+    EXPECT_TRUE(CFile().Open(u"/dev/null", kTruncate));
     EXPECT_EQ(folder.Read("file"), "");
 }
 
@@ -179,7 +180,8 @@ TEST(File, AppearsWhenItIsComplete)
     file.Close();
     EXPECT_EQ(folder.EntryCount(), 7U);
     EXPECT_EQ(CauseOf([&] { file.CommitAs(folder.Text("x")); }), CFileException::invalidFile);
-    EXPECT_FALSE(file.OpenNew(folder.Text("none/new")) || file.OpenNew(u""));
+    EXPECT_FALSE(file.OpenNew(folder.Text("none/new")));
+    EXPECT_FALSE(file.OpenNew(u""));
 }
 
 TEST(File, SharesByAgreement)
@@ -230,7 +232,7 @@ TEST(File, ThatIsClosedRefusesEverythingButClosing)
     other = std::move(file);
     EXPECT_TRUE(other.IsOpen());
     char byte = 0;
-    const std::function<void()> calls[] = {[&] { file.Read(&byte, 1); }, [&] { (void)file.GetLength(); },
+    const std::function<void()> calls[] = {[&] { file.Read(&byte, 1); }, [&] { static_cast<void>(file.GetLength()); },
                                            [&] { file.Flush(); }};
     for (const auto& call : calls)
         EXPECT_EQ(CauseOf(call), CFileException::invalidFile);

@@ -47,7 +47,8 @@ TEST(LocaleQueries, AgreeWithIcuInEveryLocale)
         const ScopedUserLocale user(locale.getName());
         const auto money = FormatOf(locale, UNUM_CURRENCY);
         const auto plain = FormatOf(locale, UNUM_DECIMAL);
-        ASSERT_TRUE(money && plain);
+        ASSERT_NE(money, nullptr);
+        ASSERT_NE(plain, nullptr);
         EXPECT_EQ(Locale::GetDecimalPoint(), Symbol(*money, Symbols::kMonetarySeparatorSymbol));
         EXPECT_EQ(Locale::GetDigitGroupingSymbol(), Symbol(*money, Symbols::kMonetaryGroupingSeparatorSymbol));
         EXPECT_NE(Locale::GetDigitGroupingSymbol(), Locale::GetDecimalPoint());

@@ -451,7 +451,7 @@ TEST(FileSystem, CopiesAndDeletesTreesDeeperThanAnyPathWithFewDescriptors)
         int depth = 0;
         for (int current = open(folder.Path(name).c_str(), O_RDONLY); current >= 0 && depth <= kDepth; ++depth) {
             if (make)
-                (void)mkdirat(current, level.c_str(), 0700);
+                static_cast<void>(mkdirat(current, level.c_str(), 0700));
             const int next = openat(current, level.c_str(), O_RDONLY);
             close(current);
             current = next;

@@ -105,17 +105,20 @@ TEST(Search, LooksThroughListsAndArrays)
 
 TEST(Search, LooksAtBeginningsEndsAndSingleUnits)
 {
-    EXPECT_TRUE(Strings::BeginsWith(u"Topic", u"", false) && Strings::EndsWith(u"", u"", true));
-    EXPECT_TRUE(Strings::BeginsWith(u"Topic", u"TOP", true) && !Strings::BeginsWith(u"Topic", u"TOP", false));
-    EXPECT_TRUE(Strings::EndsWith(u"Topic", u"PIC", true) && !Strings::EndsWith(u"To", u"Topic", true));
+    EXPECT_TRUE(Strings::BeginsWith(u"Topic", u"", false));
+    EXPECT_TRUE(Strings::EndsWith(u"", u"", true));
+    EXPECT_TRUE(Strings::BeginsWith(u"Topic", u"TOP", true));
+    EXPECT_FALSE(Strings::BeginsWith(u"Topic", u"TOP", false));
+    EXPECT_TRUE(Strings::EndsWith(u"Topic", u"PIC", true));
+    EXPECT_FALSE(Strings::EndsWith(u"To", u"Topic", true));
     EXPECT_EQ(Strings::CountOccurrences(u"a.b.c", u'.'), 2);
     EXPECT_EQ(Strings::ReverseFindOneOf(u"a.b-c", u".-"), 3);
     EXPECT_EQ(Strings::ReverseFindOneOf(u"a.b", u""), -1);
     EXPECT_EQ(Strings::GetFirstChar(u"  x ", true), u'x');
     EXPECT_EQ(Strings::GetFirstChar(u"  x ", false), u' ');
     EXPECT_EQ(Strings::GetLastChar(u"   ", true), 0);
-    EXPECT_TRUE(Strings::IsBlank(u"") && Strings::IsBlank(u"\t\r\n \x01"));
-    EXPECT_FALSE(Strings::IsBlank(u"\u00A0") || Strings::IsBlank(u"\x7F"));
+    for (const CString text : {u"", u"\t\r\n \x01", u"\u00A0", u"\x7F"})
+        EXPECT_EQ(Strings::IsBlank(text), text.IsEmpty() || text.GetAt(0) == u'\t') << text;
     EXPECT_EQ(Strings::RemovePrefix(u"prefix.name", u"prefix."), u"name");
     EXPECT_EQ(Strings::RemovePrefix(u"Prefix.name", u"prefix."), u"Prefix.name");
     EXPECT_EQ(Strings::RemovePrefix(u"ab", u"abc"), u"ab");
