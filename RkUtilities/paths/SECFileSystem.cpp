@@ -225,6 +225,6 @@ int SECFileSystem::CopyFile(const CString& source, const CString& destination, u
 
 int SECFileSystem::CopyFiles(const CString& source, const CString& destination, unsigned int flags, signed char) const
 {
-    (void)platform::CopyContents(rk::NativePath(source), rk::NativePath(destination), RulesOf(flags));
+    static_cast<void>(platform::CopyContents(rk::NativePath(source), rk::NativePath(destination), RulesOf(flags)));
     return 1;
 }

@@ -41,7 +41,7 @@ std::error_code CopyFileTo(Place from, Place to, mode_t extraPermissions)
 void SetTimes(Place place, const struct stat& source)
 {
     const timespec times[] = {source.st_atim, source.st_mtim};
-    (void)utimensat(place.folder, place.name, times, AT_SYMLINK_NOFOLLOW);
+    static_cast<void>(utimensat(place.folder, place.name, times, AT_SYMLINK_NOFOLLOW));
 }
 
 std::error_code CopyLinkTo(Place from, Place to)
@@ -86,8 +86,8 @@ std::error_code KindAt(Place place, FileKind& kind)
 void SetPermissionsAndTimes(int descriptor, const struct stat& source, mode_t extraPermissions)
 {
     const timespec times[] = {source.st_atim, source.st_mtim};
-    (void)fchmod(descriptor, (source.st_mode & kPermissions) | extraPermissions);
-    (void)futimens(descriptor, times);
+    static_cast<void>(fchmod(descriptor, (source.st_mode & kPermissions) | extraPermissions));
+    static_cast<void>(futimens(descriptor, times));
 }
 
 std::error_code CopyItem(Place from, Place to, FileKind kind, mode_t extraPermissions)
@@ -109,7 +109,7 @@ std::error_code Decide(Place to, const CopyRules& rules, Decision& decision)
     if (fstatat(to.folder, to.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return errno == ENOENT ? std::error_code() : LastError();
     if (S_ISLNK(status.st_mode))
-        (void)fstatat(to.folder, to.name, &status, 0);  // one that leads nowhere is decided about itself
+        static_cast<void>(fstatat(to.folder, to.name, &status, 0));  // one that leads nowhere is decided about itself
     const bool isReadOnly = (status.st_mode & S_IWUSR) == 0;
     if (S_ISDIR(status.st_mode))
         decision = isReadOnly && !rules.replaceReadOnly ? Decision::ReadOnlyFolder : Decision::Folder;

@@ -22,11 +22,11 @@ std::string Suffix(std::int64_t number)
 std::unordered_set<std::string> ListedNames(const std::string& folder, const NumberedName& name, TakenBy takenBy)
 {
     std::unordered_set<std::string> names;
-    (void)VisitFolder(folder, [&](std::string_view listed, FileKind kind) {
+    static_cast<void>(VisitFolder(folder, [&](std::string_view listed, FileKind kind) {
         if (listed.ends_with(name.end) && (takenBy == TakenBy::Anything || kind == FileKind::Folder))
             names.emplace(listed);
         return Visit::Continue;
-    });
+    }));
     return names;
 }
 

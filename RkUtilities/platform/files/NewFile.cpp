@@ -37,7 +37,7 @@ std::error_code Complete(int descriptor, const std::string& target)
 {
     struct stat replaced{};
     if (stat(SystemPath(target), &replaced) == 0 && S_ISREG(replaced.st_mode))
-        (void)fchmod(descriptor, replaced.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO));
+        static_cast<void>(fchmod(descriptor, replaced.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)));
     return Outcome(fsync(descriptor));
 }
 
