@@ -9,7 +9,7 @@ public:
     ~CException() override;
 
     /// Disposes of an exception that was caught as a pointer; it must not be used afterwards.
-    /// Only for objects made with `new`: one that stands in a variable goes with its scope.
+    /// Only for objects made with `new`: an exception in a variable goes with its scope.
     void Delete();
 
 protected:

@@ -57,7 +57,7 @@ CTime TimeOf(const platform::FileTime& time)
                                      static_cast<double>(time.nanoseconds) * 1e-9);
 }
 
-/// The file's time for one that is to be set; none when that says nothing new.
+/// The time to set in the file; nothing when the wanted time is null or the present time.
 std::optional<platform::FileTime> NewTime(const CTime& wanted, const platform::FileTime& present)
 {
     if (wanted == CTime() || wanted == TimeOf(present))
@@ -94,7 +94,7 @@ CFile::CFile() noexcept = default;
 CFile::~CFile()
 {
     if (IsOpen() && !m_new)
-        (void)platform::CloseFile(m_hFile);
+        static_cast<void>(platform::CloseFile(m_hFile));
 }
 
 CFile::CFile(CFile&& other) noexcept

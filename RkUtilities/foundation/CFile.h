@@ -22,13 +22,13 @@ class NewFile;
 ///   catcher disposes of with `Delete()`. Exhausted memory throws `std::bad_alloc`.
 /// - A call that a signal interrupts goes on. A descriptor is never handed to programs that the process starts.
 /// - Links are followed, except by `Remove` and `Rename`, which act on the link itself.
-/// - Saving safely is `OpenNew`, `Write` and `CommitOver`, or `ReplaceFile` for a file that was written elsewhere. Whoever
-///   opens a document that exists and writes over it may lose both versions to a full disk or a power cut.
+/// - Saving safely is `OpenNew`, `Write` and `CommitOver`, or `ReplaceFile` for a file that was written elsewhere. An
+///   application that writes over an existing document may lose both versions to a full disk or a power cut.
 /// - An object is used by one thread at a time; the static members are safe from any thread.
 class RK_EXPORT CFile {
 public:
-    /// Flags of `Open`: one of the first two, one of the next two or none (as `shareDenyNone`), and the last two if
-    /// wanted.
+    /// Flags of `Open`: one of the modes `modeRead` and `modeReadWrite`, at most one of the two for sharing (without one
+    /// `shareDenyNone` holds), and the last two if wanted.
     enum OpenFlags : unsigned int {
         modeRead = 0x0000,
         modeReadWrite = 0x0002,
@@ -84,7 +84,7 @@ public:
     /// never replaced; the file stays open then, to be given another name in the same folder.
     ///
     /// The content is on the disk before the name is, and the name before this returns: after a power cut there is the
-    /// whole file or none. A failure of the disk after the naming is thrown too.
+    /// whole file or no file. A failure of the disk after the naming is thrown too.
     void CommitAs(const CString& path) { Commit(path, /*isReplacing=*/false); }
     /// The same, in the place of what has the name: other programs and a power cut see the whole old file or the whole new
     /// one. The new file takes over the permissions of the old one. A link is followed; one that leads nowhere fails with

@@ -29,7 +29,7 @@ template <class T>
 concept Utf16Text =
     std::convertible_to<const T&, std::u16string_view> && !std::derived_from<std::remove_cvref_t<T>, CString>;
 
-/// A single UTF-16 code unit: exactly one of the two unit types, so that no number passes for one.
+/// A single UTF-16 code unit: exactly one of the two unit types, so that no number passes for a unit.
 template <class T>
 concept CodeUnit = std::same_as<T, char16_t> || std::same_as<T, unsigned short>;
 
@@ -51,7 +51,7 @@ concept CodeUnit = std::same_as<T, char16_t> || std::same_as<T, unsigned short>;
 /// - Every `int` argument may have any value. Negative counts and starts count as 0, those past the end as the end,
 ///   unless a member says otherwise.
 /// - A text may be passed to its own members (`s.Replace(s, t)`, `s += s`, `s.Insert(1, s)`): the argument's value is
-///   the one from before the call.
+///   its value before the call.
 /// - Case pairs, letters, digits and white space are Unicode's, from ICU, one unit to one unit: a length never changes
 ///   ("ß" has no one-unit upper case and stays). They do not depend on the user's locale.
 /// - Texts of up to 11 units are held in the object; longer ones are shared between copies until one of them changes.
@@ -291,7 +291,7 @@ private:
     friend class rk::TextBuilder;
 
     explicit constexpr CString(rk::TextStorage&& text) noexcept : m_text(std::move(text)) {}
-    /// With that many units, all to be written at once.
+    /// With `unitCount` units, all to be written at once.
     CString(std::in_place_t, std::size_t unitCount) : m_text(unitCount) {}
 
     static const char16_t* AsUnit(const char16_t* unit) noexcept { return unit; }

@@ -9,7 +9,7 @@
 /// A point in time, kept as one `double`: seconds since 1 January 2001, 00:00:00 UTC.
 ///
 /// - Times lie in the years 1 to 9999 of every zone, to the microsecond and better near the present. What would lie outside,
-///   or comes from a number that is none, is the null time.
+///   or comes from no number (NaN), is the null time.
 /// - The null time is 1 January 1970, 00:00:00 UTC: before every time that `CrkDateUtilities::MinimumTime` allows.
 /// - Calendar fields are read in the C library's local time (`TZ`, else the system's zone), for past and future dates after
 ///   the rules of that date, in the Gregorian calendar throughout. A changed `TZ` is seen by the next call.
@@ -22,9 +22,9 @@ public:
     explicit CTime(double dateValue) noexcept;
     /// The local time of calendar fields: full year, month 1 to 12. Fields out of range are carried ("31 April" is 1 May).
     ///
-    /// A local time that a clock change leaves out is moved on by the length of the gap (2:30 becomes 3:30). Of one that
-    /// exists twice, -1 (the system decides) means the first; 1 the one in daylight saving time, 0 the one in standard
-    /// time. A local time that exists once is that one, whatever `dst` says.
+    /// A local time that a clock change leaves out is moved on by the length of the gap (2:30 becomes 3:30). Where a local
+    /// time exists twice, `dst` decides: -1 (the system decides) means the first time, 1 the time in daylight saving time,
+    /// 0 the time in standard time. A local time that exists once is that time, whatever `dst` says.
     CTime(int year, int month, int day, int hour, int minute, int second, int dst = -1) noexcept;
 
     /// Now, to the microsecond.

@@ -13,7 +13,7 @@ public:
         : m_seconds(static_cast<double>(days * std::int64_t{86400} + hours * std::int64_t{3600} +
                                         minutes * std::int64_t{60} + seconds))
     {}
-    /// The span of that many seconds.
+    /// The span of `seconds`.
     static constexpr CTimeSpan FromSeconds(double seconds) noexcept
     {
         CTimeSpan span;

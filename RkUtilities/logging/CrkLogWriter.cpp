@@ -55,7 +55,7 @@ void Echo(const CString& message)
 
 bool IsMissingFolder(const std::error_code& error, const std::string& path)
 {
-    // A missing file may also be a link that leads nowhere, a bad path one that leads to itself.
+    // A missing file may also be a link that leads nowhere, a bad path a link that leads to itself.
     const int cause = CFileException::ErrnoToException(error.value());
     return (cause == CFileException::fileNotFound || cause == CFileException::badPath) &&
            !rk::platform::HasExistingFolder(path);

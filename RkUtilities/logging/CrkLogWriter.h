@@ -148,7 +148,7 @@ public:
     /// since a message may be an XML document, whose declaration must not stand inside an entry. Other markup passes
     /// as it is.
     [[nodiscard]] static CString PrepareXml(const CString& message);
-    /// Makes each "&" into "&amp;", also one that begins a reference already. Nothing else changes.
+    /// Makes each "&" into "&amp;", also an "&" that begins a reference already. Nothing else changes.
     static void EscapeXmlCharacters(CString& text) { text.Replace(u"&", u"&amp;"); }
     /// The local date and time in the user's locale, the style used for both; "" when the locale has no such text.
     [[nodiscard]] static CString CurrentTimeString(CFDateFormatterStyle style);

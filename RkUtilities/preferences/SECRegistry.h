@@ -26,8 +26,8 @@ concept StoredNumber =
 ///   empty name.
 /// - The root key decides where a write goes: 1 is the user's preferences on this machine, which are stored at once;
 ///   every other is the user's preferences on any machine, which are stored by the next `Open` or `Close` of any object
-///   and at normal exit; what the destructors of static objects write after that is stored at once. A read finds the
-///   value of this machine before the one of any machine, whatever the root key.
+///   and at normal exit; values that the destructors of static objects write after that are stored at once. A read finds
+///   the value of this machine before the value of any machine, whatever the root key.
 /// - A write is seen in the whole process at once. What other processes have stored is seen after the next `Open` or
 ///   `Close`.
 /// - The values live in `$XDG_CONFIG_HOME/<application>/preferences.sqlite` (without that variable in `~/.config`), mode 0600, in a table with
@@ -38,13 +38,13 @@ concept StoredNumber =
 ///   and the next synchronisation tries again. What was stored before is read also from a folder that may not be written.
 ///   `rk::GetPreferenceState` tells how the storage fares.
 /// - A file that cannot be used as a database of preferences (damaged, of a later version, made to run without end) is put
-///   aside under a dated name, and a new one is begun with what the process knows; so is one in place of a database that
-///   is moved or deleted meanwhile.
+///   aside under a dated name, and a new file is begun with the values that the process knows. A new file also takes the
+///   place of a database that is moved or deleted meanwhile.
 /// - Any text is kept exactly: empty, lone surrogates, U+0000 inside a value, up to 1 GB. A larger value stays in the
-///   process, and what is written after it with it, until a smaller one replaces it.
+///   process, and so do all later values, until a smaller value replaces it.
 /// - Different objects may be used from different threads at once, and in a child after `fork`. A fork waits for a
-///   synchronisation that is under way, and closes the database until the next one. What waits is stored by the process
-///   that wrote it; a child that wrote nothing stores nothing when it exits.
+///   synchronisation that is under way, and closes the database until the next synchronisation. A value that waits is stored
+///   by the process that wrote it; a child that wrote nothing stores nothing when it exits.
 /// - The first read or write in a process opens or makes the database and takes in its values; it may wait a few seconds
 ///   for other processes. After it a read costs no file access. Memory exhausted is `std::bad_alloc` and changes nothing;
 ///   nothing else is thrown. At the process's end, what memory or storage cannot take then is lost.

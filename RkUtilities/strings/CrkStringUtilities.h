@@ -29,8 +29,8 @@ public:
     /// Where `sought` stands in `text`.
     ///
     /// With `wholeWord`, a match counts only between units that are no word characters. The unit before a match at the
-    /// very start of a pass is not looked at; the first pass starts at `start`, and one that follows a rejected match
-    /// at its end:
+    /// very start of a pass is not looked at; the first pass starts at `start`, each later pass at the end of the match that
+    /// was rejected:
     ///
     ///     "cat" in "concatenate cat"  ->  12
     ///     "cat" in "cat_s"            ->  0
@@ -54,13 +54,13 @@ public:
 
     // --- Beginnings and ends
 
-    /// Whether the text begins / ends with another one. Every text begins and ends with the empty text.
+    /// Whether the text begins with `prefix`. Every text begins and ends with the empty text.
     static bool BeginsWith(const CString& text, const CString& prefix, bool ignoreCase);
-    /// Whether the text ends with another one.
+    /// Whether the text ends with `suffix`.
     static bool EndsWith(const CString& text, const CString& suffix, bool ignoreCase);
     /// The text without `prefix`; unchanged when it does not begin with it exactly.
     static CString RemovePrefix(const CString& text, const CString& prefix);
-    /// The first / the last unit, after `CString::Trim` when asked for; 0 when there is none.
+    /// The first unit, after `CString::Trim` when asked for; 0 for an empty text.
     static unsigned short GetFirstChar(CString text, bool trimFirst);
     /// The last unit, as `GetFirstChar` gives the first.
     static unsigned short GetLastChar(CString text, bool trimFirst);

@@ -6,8 +6,8 @@
 
 namespace rk {
 
-/// The memory of a long text: a head, then the units with their terminating 0. Texts share it until one of them
-/// changes.
+/// The memory of a long text: a head, then the units with their terminating 0. Copies of a text share the memory until a
+/// copy changes.
 class SharedUnits {
 public:
     /// Room for `capacity` units and the terminator, with one owner. Throws `std::bad_alloc`.
@@ -21,7 +21,7 @@ public:
     static void Release(const char16_t* units) noexcept
     {
         SharedUnits* const head = Of(units);
-        // The only owner need not count: no other thread can begin to share a text that only this thread has.
+        // A single owner need not count: no other thread can begin to share a text that only this thread has.
         if (!IsUnique(units) && head->m_owners.fetch_sub(1, std::memory_order_acq_rel) != 1)
             return;
         head->~SharedUnits();

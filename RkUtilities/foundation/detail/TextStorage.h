@@ -17,7 +17,7 @@ public:
     static constexpr std::size_t kInlineUnits = 11;
 
     constexpr TextStorage() noexcept = default;
-    /// Room for exactly that many units, all of them and the terminator to be written at once. Throws `std::length_error`,
+    /// Room for exactly `unitCount` units, all of them and the terminator to be written at once. Throws `std::length_error`,
     /// `std::bad_alloc`.
     explicit TextStorage(std::size_t unitCount)
     {

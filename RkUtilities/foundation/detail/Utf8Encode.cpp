@@ -63,7 +63,7 @@ char* EncodeNext(const char16_t*& in, const char16_t* end, char* out) noexcept
 
 constexpr std::size_t kStoredBytes = 4;  // whatever a unit gives; the next unit's overwrite the surplus
 
-/// A block's units as UTF-8, as if none belonged to a pair: four bytes for each, of which `lengths` are meant.
+/// A block's units as UTF-8, as if no unit belonged to a pair: four bytes for each unit, of which the first `lengths` count.
 struct EncodedBlock {
     std::array<char, kStoredBytes * kBlockUnits> bytes;
     std::array<std::uint16_t, kBlockUnits> lengths;
@@ -83,8 +83,8 @@ struct EncodedBlock {
     }
 };
 
-/// Encodes eight units, or nine where a pair begins with the eighth. What is stored lies within what they and three more
-/// give, so that many must follow unless all are ASCII.
+/// Encodes eight units, or nine where a pair begins with the eighth. The four bytes stored for the last unit may reach past
+/// its own bytes, so three more units must follow unless all eight are ASCII.
 void EncodeBlock(const char16_t*& in, const char16_t* end, char*& out) noexcept
 {
     const UnitBlock units = LoadBlock(in);

@@ -11,7 +11,7 @@
 /// tree nor the number of its entries is limited by the stack or by the descriptors of the process.
 namespace rk::platform {
 
-/// What is done about a destination name that is taken, by the facts of what has it (links followed).
+/// What happens to an existing destination, by its facts (links followed).
 struct CopyRules {
     bool keepWritable = false;     ///< a writable file stays
     bool replaceReadOnly = false;  ///< a read-only file is replaced, a read-only folder made writable; else both stay
@@ -20,8 +20,7 @@ struct CopyRules {
 enum class CopyOutcome { Copied, Stayed };
 /// Copies a file, link or folder with all it holds to the path `to`. Success too when the rules let `to` stay.
 ///
-/// A file appears, and replaces another one, when its copy is complete. A folder that has the name and does not stay is
-/// EEXIST. In a folder the first failure is reported and the other entries are copied. The destination is not copied into
+/// A file appears, and replaces another file, when its copy is complete. An existing folder that does not stay is EEXIST. In a folder the first failure is reported and the other entries are copied. The destination is not copied into
 /// itself.
 [[nodiscard]] std::error_code CopyTree(Place from, Place to, const CopyRules& rules, CopyOutcome& outcome);
 [[nodiscard]] std::error_code CopyTree(const std::string& from, const std::string& to, const CopyRules& rules,

@@ -19,14 +19,12 @@ constexpr int kBusyMilliseconds = 2000;
 
 // UTF-16 inside keeps any sequence of code units, lone surrogates and U+0000 included.
 constexpr const char* kEncoding = "PRAGMA encoding = 'UTF-16le';";
-// A journal written ahead needs one flush a transaction, but also memory that all who use the database share: where
-// they may be on several machines, it is the older kind of journal.
-//
-// A flush behind a write that makes the journal longer takes half as long again as one behind a write over old pages:
-// the journal begins at its start again after 128 pages, not after SQLite's 1000.
+// A write-ahead journal needs one flush a transaction, but its users share memory: a database whose users may be on
+// several machines has the older kind of journal. A flush after a write that makes the journal longer takes half as long
+// again as a flush after a write over old pages, so the journal starts over after 128 pages, not after SQLite's 1000.
 constexpr const char* kJournalOfOneMachine = "PRAGMA journal_mode = WAL; PRAGMA wal_autocheckpoint = 128;";
 constexpr const char* kJournalOfSeveral = "PRAGMA journal_mode = TRUNCATE;";
-// FULL waits for the disk, so that what is reported as stored survives a power cut.
+// FULL waits for the disk, so that values that are reported as stored survive a power cut.
 constexpr const char* kTable = "PRAGMA synchronous = FULL;"
                                "CREATE TABLE IF NOT EXISTS preferences (scope TEXT NOT NULL, name TEXT NOT NULL,"
                                " type TEXT NOT NULL, value, PRIMARY KEY (scope, name)) WITHOUT ROWID;";
@@ -137,14 +135,14 @@ std::optional<PreferenceValue> ValueAt(sqlite3_stmt* row)
     return std::nullopt;
 }
 
-/// What a statement may take, far above what any sound database of preferences needs: this one does not end.
+/// The steps that a statement may take. No sound database of preferences needs nearly as many: a longer statement never ends.
 constexpr int kMostSteps = 50'000'000;
 
 /// The codes that tell of a file which is no database of preferences, or no sound one.
 constexpr int kDamage[] = {SQLITE_ERROR,  SQLITE_INTERRUPT,  SQLITE_CORRUPT,
                            SQLITE_NOTADB, SQLITE_CONSTRAINT, SQLITE_MISMATCH};
 
-/// What a database may bring along that runs by itself.
+/// The parts of a database that would run by themselves.
 constexpr int kForbidden[] = {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_ENABLE_VIEW,
                               SQLITE_DBCONFIG_TRUSTED_SCHEMA};
 
@@ -156,7 +154,7 @@ PreferenceDatabase::PreferenceDatabase(std::string path, const std::string& host
 
 StorageOutcome PreferenceDatabase::Open()
 {
-    // Made here, so that it is never open to others; the files beside it take over its mode.
+    // The file is made here, so that it is never open to other users; SQLite's files beside it take over its mode.
     static_cast<void>(FileHandle(::open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600)));
     if (KindOf(m_path).value_or(FileKind::File) != FileKind::File)
         return {StorageOutcome::Damaged, "the database is no file"};
@@ -253,14 +251,14 @@ StorageOutcome PreferenceDatabase::ReadIfChanged(const Taker& take)
         code = ReadAll(read);
     if (code == SQLITE_OK) {
         take(std::move(read));
-        m_takenVersion = version;  // last, so that what could not be taken is read again
+        m_takenVersion = version;  // last, so that values that could not be taken are read again
     }
     return Judge(code);
 }
 
 StorageOutcome PreferenceDatabase::ReadUnwritable(const Taker& take)
 {
-    // Where there is no journal the file is all there is, and nothing needs to be made beside it.
+    // Without a journal the file holds all values, and SQLite needs to make no file beside it.
     const char* const mode = access((m_path + "-wal").c_str(), F_OK) == 0 ? "?mode=ro" : "?immutable=1";
     StorageOutcome outcome = OpenWith(UriOf(m_path) + mode, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
     if (outcome.kind == StorageOutcome::Done)
@@ -345,7 +343,7 @@ StorageOutcome PreferenceDatabase::Judge(int code) const noexcept
 {
     if (code == SQLITE_OK)
         return {};
-    // SQLite does not write a file that says that only later versions can, even if it may.
+    // SQLite never writes to a file that says that only later versions may write, whatever the permissions.
     const bool saysItIsReadOnly = code == SQLITE_READONLY &&
                                   sqlite3_extended_errcode(m_database.get()) == SQLITE_READONLY &&
                                   faccessat(AT_FDCWD, m_path.c_str(), W_OK, AT_EACCESS) == 0;

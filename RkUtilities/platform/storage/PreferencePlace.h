@@ -21,7 +21,7 @@ struct PreferencePlace {
 StorageOutcome FindPreferencePlace(PreferencePlace& place);
 
 /// Keeps other processes from opening the database in the folder, or putting it aside, for as long as `lock` lives.
-/// `Failed` when another one keeps the folder for two seconds; a folder that cannot be locked at all counts as locked.
+/// `Failed` when another process keeps the folder for two seconds; a folder that cannot be locked at all counts as locked.
 StorageOutcome LockFolder(const std::string& folder, FileHandle& lock);
 
 /// Moves a database and what SQLite keeps beside it out of the way: to a free name that tells the date. Returns the path

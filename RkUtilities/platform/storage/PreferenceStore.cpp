@@ -45,7 +45,7 @@ public:
         damagedDatabase = m_damagedDatabase;
     }
 
-    /// The process ends. What is written after this is stored at once; a child that has used nothing does nothing.
+    /// The process ends. A later value is stored at once; a child that has used no preference does nothing.
     void End() noexcept
     {
         m_isEnding = true;
@@ -63,8 +63,7 @@ public:
     /// The child of a fork has used and set nothing yet.
     void BeginInChild() noexcept { m_isUsed = m_hasSet = false; }
 
-    /// To be called with the mutex held. A connection that is open during a fork would count for the child too, which
-    /// has none of its locks.
+    /// To be called with the mutex held. A child would inherit a connection that is open during a fork, without its locks.
     void Close() noexcept
     {
         if (m_database)
