@@ -55,10 +55,8 @@ public:
     // The date value of a time has the time's local calendar fields, to the second.
 
     static CTime COleDateTimeToCTime(COleDateTime date) noexcept { return CTime(date.m_dt); }  ///< `CTime(date.m_dt)`.
-    static COleDateTime CTimeToCOleDateTime(CTime time) noexcept
-    {
-        return COleDateTime(time);
-    }  ///< `COleDateTime(time)`.
+    /// `COleDateTime(time)`.
+    static COleDateTime CTimeToCOleDateTime(CTime time) noexcept { return COleDateTime(time); }
 
     // --- Days
 

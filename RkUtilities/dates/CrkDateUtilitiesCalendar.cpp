@@ -18,8 +18,8 @@ constexpr char16_t kWorkingDay = u'1';
 void AppendDate(std::u16string& text, double date)
 {
     constexpr int kDecimals = 6;
-    std::array<char, std::numeric_limits<double>::max_exponent10 + kDecimals + 4>
-        digits;  // sign, point, one more digit
+    // Digits before and behind the point, the point and a sign.
+    std::array<char, std::numeric_limits<double>::max_exponent10 + 1 + kDecimals + 2> digits;
     const auto end = std::to_chars(digits.begin(), digits.end(), date, std::chars_format::fixed, kDecimals).ptr;
     text.append(digits.begin(), end);
 }

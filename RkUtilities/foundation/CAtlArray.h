@@ -153,8 +153,7 @@ private:
             construct(m_storage.m_elements + m_count, addedCount);
         } else {
             Storage wider(std::max(count, 2 * m_storage.m_capacity));
-            construct(wider.m_elements + m_count,
-                      addedCount);  // first: it may copy an element that is about to be moved
+            construct(wider.m_elements + m_count, addedCount);  // it may copy an element that is moved next
             MoveElementsTo(wider, addedCount);
         }
         m_count = count;
@@ -163,8 +162,8 @@ private:
     void MoveElementsTo(Storage& wider, std::size_t addedCount)
     {
         if constexpr (std::is_nothrow_move_constructible_v<T>) {
-            for (std::size_t i = 0; i < m_count;
-                 ++i) {  // one after the other, so that what a move leaves is not stored
+            // Each is destroyed at once, so that no moved-from element is stored.
+            for (std::size_t i = 0; i < m_count; ++i) {
                 std::construct_at(wider.m_elements + i, std::move(m_storage.m_elements[i]));
                 std::destroy_at(m_storage.m_elements + i);
             }

@@ -51,16 +51,12 @@ public:
     /// Adds an element before the first or behind the last one.
     /// @return its position
     POSITION AddHead(const T& element) { return LinkHead(Create(element)); }
-    POSITION AddHead(T&& element)
-    {
-        return LinkHead(Create(std::move(element)));
-    }  ///< Moves an element in at the head.
+    /// Moves an element in at the head.
+    POSITION AddHead(T&& element) { return LinkHead(Create(std::move(element))); }
     /// Adds an element at the tail; returns its position.
     POSITION AddTail(const T& element) { return LinkTail(Create(element)); }
-    POSITION AddTail(T&& element)
-    {
-        return LinkTail(Create(std::move(element)));
-    }  ///< Moves an element in at the tail.
+    /// Moves an element in at the tail.
+    POSITION AddTail(T&& element) { return LinkTail(Create(std::move(element))); }
 
     /// The position of the first element; null in an empty list.
     POSITION GetHeadPosition() const noexcept { return PositionOf(m_head); }

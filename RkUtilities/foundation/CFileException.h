@@ -21,13 +21,11 @@ public:
     /// Values of `m_cause`. The causes in brackets are part of the numbering but are never reported here.
     enum Cause : int {
         none = 0,
-        genericException = 1,  ///< a cause without a name here; `m_lOsError` tells it
-        fileNotFound = 2,      ///< the folder exists, the name in it does not
-        badPath =
-            3,  ///< a folder on the path does not exist or is no folder, or the path is too long or a ring of links
-        tooManyOpenFiles = 4,  ///< of this process or of the system
-        accessDenied =
-            5,  ///< permission, a read-only file system, a folder where a file is wanted, a name already taken
+        genericException = 1,   ///< a cause without a name here; `m_lOsError` tells it
+        fileNotFound = 2,       ///< the folder exists, the name in it does not
+        badPath = 3,            ///< a folder on the path is missing or no folder, the path too long or a ring of links
+        tooManyOpenFiles = 4,   ///< of this process or of the system
+        accessDenied = 5,       ///< permission, a read-only file system, a folder in place of a file, a taken name
         invalidFile = 6,        ///< a `CFile` that is closed, or a pipe or socket, which no `CFile` opens
         removeCurrentDir = 7,   ///< the folder is in use
         directoryFull = 8,      ///< the folder takes no more entries

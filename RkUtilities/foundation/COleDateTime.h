@@ -41,8 +41,8 @@ public:
     {
         return COleDateTime(date.m_dt - span.m_span);
     }
-    friend constexpr auto operator<=>(const COleDateTime&,
-                                      const COleDateTime&) noexcept = default;  ///< By the numbers.
+    /// By the numbers.
+    friend constexpr auto operator<=>(const COleDateTime&, const COleDateTime&) noexcept = default;
 
     double m_dt = 0;  ///< the date value
 

@@ -10,8 +10,8 @@ namespace rk {
 /// `FormatV`.
 class RK_EXPORT RK_DESCRIBED FormatError : public std::runtime_error {
 public:
-    explicit FormatError(const char* reason)
-        : std::runtime_error(reason) {}  ///< An error whose `what()` is the reason.
+    /// An error whose `what()` is the reason.
+    explicit FormatError(const char* reason) : std::runtime_error(reason) {}
     ~FormatError() override;
 };
 

@@ -17,8 +17,8 @@ void TextBuilder::AppendUtf8(std::string_view bytes)
 {
     constexpr std::size_t kBytesAtOnce = 1024;
     constexpr std::size_t kMostOver = 3;  // units beyond the bytes asked for
-    if (bytes.size() >
-        m_capacity - m_length)  // where more bytes come than a text holds units, their units may still fit
+    // More bytes than a text holds units may still fit as units.
+    if (bytes.size() > m_capacity - m_length)
         Reserve(std::min<std::size_t>(m_length + bytes.size(), INT_MAX - 1));
     while (!bytes.empty()) {
         const std::size_t room = m_capacity - m_length;
@@ -37,11 +37,9 @@ CString TextBuilder::Take()
     const std::size_t length = std::exchange(m_length, 0);
     if (IsShort())
         return std::u16string_view(m_units, length);
-    if (m_capacity - length >
-        m_capacity / 4) {  // as texts of few ASCII characters leave much of the room for their bytes
-        CString fitting(std::u16string_view(m_units, length));
-        return fitting;
-    }
+    // A text with few ASCII characters leaves much of the room for its bytes unused.
+    if (m_capacity - length > m_capacity / 4)
+        return CString(std::u16string_view(m_units, length));
     m_capacity = kShortUnits;
     return CString(TextStorage::Adopting(std::exchange(m_units, m_short), length));
 }

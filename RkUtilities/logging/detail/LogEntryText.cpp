@@ -4,6 +4,8 @@
 #include "RkUtilities/foundation/detail/TextSearch.h"
 #include "RkUtilities/foundation/detail/Utf8.h"
 #include "RkUtilities/logging/CrkLogWriter.h"
+#include "RkUtilities/platform/locale/DateText.h"
+#include "RkUtilities/platform/locale/UserLocale.h"
 #include "RkUtilities/platform/process/Threads.h"
 
 #include <array>
@@ -51,12 +53,21 @@ void AppendPreparedMessage(TextBuilder& target, std::u16string_view message)
     AppendEscaped(target, WithoutDeclaration(message));
 }
 
-template <class Number>
-void AppendNumber(TextBuilder& target, Number number, int base)
+/// `CrkLogWriter::CurrentTimeString` of a time. Valid until the thread's next text of a date or a time.
+std::u16string_view LocalTimeText(std::chrono::system_clock::time_point time, CFDateFormatterStyle style)
 {
-    std::array<char, 24> digits;
-    const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), number, base);
-    target.AppendAscii({digits.data(), result.ptr});
+    using platform::DateStyle;
+    static_assert(static_cast<long>(DateStyle::Full) == kCFDateFormatterFullStyle);
+    const bool isKnown = style >= kCFDateFormatterNoStyle && style <= kCFDateFormatterFullStyle;
+    const DateStyle ours = isKnown ? static_cast<DateStyle>(style) : DateStyle::None;
+    return platform::LocalDateText(platform::UserLocaleName(platform::LocaleUse::Time), ours, ours,
+                                   std::chrono::floor<std::chrono::seconds>(time.time_since_epoch()).count());
+}
+
+void AppendHexadecimal(TextBuilder& target, std::uintptr_t number)
+{
+    std::array<char, 2 * sizeof number> digits;
+    target.AppendAscii({digits.data(), std::to_chars(digits.begin(), digits.end(), number, 16).ptr});
 }
 
 void AppendUuid(TextBuilder& target, const CFUUIDBytes& id)
@@ -89,9 +100,9 @@ void AppendHeader(TextBuilder& target, const CString& category, ErkLogLevel leve
     target.Append(u"<l:LogEntry><l:Timestamp>"sv);
     target.Append(LocalTimeText(now, kCFDateFormatterShortStyle));
     target.Append(u":"sv);
-    AppendNumber(target, std::int64_t{SecondsSince2001(now)} - CrkLogWriter::m_seconds, 10);
+    target.AppendAscii(std::to_string(std::int64_t{SecondsSince2001(now)} - CrkLogWriter::m_seconds));
     target.Append(u"</l:Timestamp><l:Tid>"sv);
-    AppendNumber(target, platform::CurrentThreadHandle(), 16);
+    AppendHexadecimal(target, platform::CurrentThreadHandle());
     target.Append(u"</l:Tid><l:Category>"sv);
     AppendEscaped(target, category);
     target.Append(u"</l:Category><l:Severity>"sv);
@@ -151,6 +162,11 @@ CString CrkLogWriter::PrepareXml(const CString& message)
     rk::TextBuilder body(static_cast<std::size_t>(message.GetLength()));
     rk::AppendPreparedMessage(body, message);
     return body.Take();
+}
+
+CString CrkLogWriter::CurrentTimeString(CFDateFormatterStyle style)
+{
+    return rk::LocalTimeText(std::chrono::system_clock::now(), style);
 }
 
 CString CrkLogWriter::Severity(ErkLogLevel level)

@@ -1,11 +1,9 @@
 #pragma once
 
-#include "RkUtilities/foundation/CFDateFormatterStyle.h"
 #include "RkUtilities/foundation/CFUUIDBytes.h"
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/logging/ErkLogLevel.h"
 
-#include <chrono>
 #include <string>
 #include <string_view>
 
@@ -22,8 +20,5 @@ inline constexpr std::string_view kLevelNames[] = {"LogEmergency", "LogCritical"
 /// A whole entry as the file holds it: header, body and footer, as `CrkLogWriter` describes them.
 [[nodiscard]] std::string EntryUtf8(const CString& message, const CString& category, ErkLogLevel level,
                                     const CString& description, const CFUUIDBytes& id);
-
-/// `CrkLogWriter::CurrentTimeString` of another time than now. Valid until the thread's next text of a date or a time.
-std::u16string_view LocalTimeText(std::chrono::system_clock::time_point time, CFDateFormatterStyle style);
 
 }  // namespace rk

@@ -241,8 +241,7 @@ private:
     std::optional<WorkFolder> m_work;
     std::error_code m_firstFailure;
     std::vector<Level> m_levels;
-    std::set<FileIdentity>
-        m_made;  // the destination and its new folders: never copied from, or the copying would not end
+    std::set<FileIdentity> m_made;  // the destination and its new folders; to copy from them would never end
 };
 
 }  // namespace

@@ -180,8 +180,7 @@ private:
 
     PreferenceValues m_values;
     std::atomic<bool> m_isRead = false;
-    std::atomic<bool> m_isUsed =
-        false;  // this and the next: in this process, not in the process that it was forked from
+    std::atomic<bool> m_isUsed = false;  // as the next: in this process, not in the parent of a fork
     std::atomic<bool> m_hasSet = false;
     std::atomic<bool> m_isEnding = false;
 };
