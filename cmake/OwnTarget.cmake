@@ -16,9 +16,13 @@ function(rk_own_target target)
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_UNITY_BUILD)
         target_compile_options(${target} PRIVATE -Wno-array-bounds -Wno-stringop-overread)
     endif()
-    # Google Benchmark's macros count with __COUNTER__, and std::stable_sort of g++ 12 calls what C++17 calls deprecated.
+    # std::stable_sort of g++ 12 calls a function that C++17 deprecates.
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 19)
+        target_compile_options(${target} PRIVATE -Wno-deprecated-declarations)
+    endif()
+    # Google Benchmark's macros count with __COUNTER__.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang" AND CMAKE_CXX_COMPILER_VERSION VERSION_GREATER_EQUAL 22)
-        target_compile_options(${target} PRIVATE -Wno-c2y-extensions -Wno-deprecated-declarations)
+        target_compile_options(${target} PRIVATE -Wno-c2y-extensions)
     endif()
     if(RKUTILITIES_SANITIZE)
         set(sanitize -fsanitize=${RKUTILITIES_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

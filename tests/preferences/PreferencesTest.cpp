@@ -286,21 +286,21 @@ TEST_F(Preferences, BeginANewDatabaseWithWhatTheProcessKnows)
                        {true, [&] { std::filesystem::remove(file), std::filesystem::create_directory(file); }},
                        // The list of free pages, which a store runs into and a reading does not see.
                        {true, [&] { overwrite(32, {"\0\xFF\xFF\xFF\0\0\0\5", 8}); }}};
-    for (const auto& [isDamage, happens] : misfortunes) {
-        SCOPED_TRACE(&happens - &misfortunes[0].happens);
+    for (const auto& misfortune : misfortunes) {
+        SCOPED_TRACE(&misfortune - misfortunes);
         InAProcess([] { Set(kThisHost, u"large", u""); });
-        if (isDamage)
-            happens();
-        InAProcess([&, isDamage = isDamage, &happens = happens] {
+        if (misfortune.isDamage)
+            misfortune.happens();
+        InAProcess([&] {
             Set(kThisHost, u"stored", u"before");
-            if (!isDamage)
-                happens();
+            if (!misfortune.isDamage)
+                misfortune.happens();
             const CString large = std::u16string(100000, u'x');
             Set(kAnyHost, u"large", large);
             Set(kThisHost, u"large", large);
             const rk::PreferenceState state = rk::GetPreferenceState();
             EXPECT_EQ(state.lastFailure, "");
-            EXPECT_EQ(std::filesystem::exists(state.damagedDatabase), isDamage);
+            EXPECT_EQ(std::filesystem::exists(state.damagedDatabase), misfortune.isDamage);
         });
         InAProcess([] { EXPECT_EQ(TextOf(u"stored").GetLength() + TextOf(u"large").GetLength(), 100006); });
     }

@@ -15,8 +15,9 @@ auto MadeWhole(const Make& make)
     const auto again = make();
     ::operator delete(::operator new(kMemoryLeft));
     bool isWhole = false;
+    // Clang 14 finds `==` between ICU's formats ambiguous in C++20: the operator is called by its name.
     if constexpr (requires { *made; })
-        isWhole = made != nullptr && again != nullptr && *made == *again;
+        isWhole = made != nullptr && again != nullptr && made->operator==(*again);
     else
         isWhole = made == again;
     if (!isWhole)
