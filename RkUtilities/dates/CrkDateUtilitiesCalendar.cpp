@@ -17,6 +17,10 @@ constexpr char16_t kWorkingDay = u'1';
 /// The number as C's "%f" prints it in the "C" locale.
 void AppendDate(std::u16string& text, double date)
 {
+    if (std::isnan(date)) {  // the standard libraries differ in the words for a NaN
+        text += std::signbit(date) ? u"-nan" : u"nan";
+        return;
+    }
     constexpr int kDecimals = 6;
     // Digits before and behind the point, the point and a sign.
     std::array<char, std::numeric_limits<double>::max_exponent10 + 1 + kDecimals + 2> digits;

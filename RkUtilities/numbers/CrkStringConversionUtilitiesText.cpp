@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <iterator>
 
 namespace {
@@ -29,6 +30,8 @@ const char* WriteFixed(double value, char* text, char* end)
 
 CString CrkStringConversionUtilities::DoubleToString(double value)
 {
+    if (std::isnan(value))  // the standard libraries differ in the words for a NaN
+        return std::signbit(value) ? u"-nan" : u"nan";
     char characters[32];
     const bool fixed = value > kFixedAbove && value < kFixedBelow;
     const char* const end =

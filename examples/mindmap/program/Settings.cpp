@@ -68,8 +68,10 @@ CString CanonicalFolder(const CString& folder)
 CString Checked(const Rule& rule, const CString& value)
 {
     if (rule.values.empty()) {
+        if (value.IsEmpty())
+            return value;
         CString folder = CanonicalFolder(ExpandPlaceholders(value));
-        if (folder.IsEmpty() && !value.IsEmpty())
+        if (folder.IsEmpty())
             throw UsageError{u"no such folder: " + value};
         return folder;
     }
