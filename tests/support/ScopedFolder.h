@@ -25,6 +25,8 @@ public:
     {
         if (mkdtemp(m_path.data()) == nullptr)
             throw std::system_error(errno, std::generic_category(), m_path);
+        umask(S_IWGRP |
+              S_IWOTH);  // some systems let a group of the user's own write, which the log takes for a shared folder
     }
     ~ScopedFolder()
     {
