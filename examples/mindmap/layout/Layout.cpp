@@ -125,12 +125,10 @@ private:
 
     void FindBounds()
     {
-        const std::array<CrkFloatPoint, 2> corners = {
-            {{static_cast<float>(m_placement.left), static_cast<float>(m_placement.top)},
-             {static_cast<float>(m_placement.right), static_cast<float>(m_placement.bottom)}}};
-        m_map.bounds = CrkMathUtilities::CalculatePointsBoundingRectangle(corners.data(), 2);
-        constexpr float kWidth = kMargin;
-        CrkFloatMargin{kWidth, kWidth, kWidth, kWidth}.InflateRect(m_map.bounds);
+        m_map.bounds = {static_cast<float>(m_placement.left), static_cast<float>(m_placement.top),
+                        static_cast<float>(m_placement.right - m_placement.left),
+                        static_cast<float>(m_placement.bottom - m_placement.top)};
+        CrkFloatMargin{kMargin, kMargin, kMargin, kMargin}.InflateRect(m_map.bounds);
     }
 
     const std::vector<Topic>& m_topics;
@@ -145,6 +143,13 @@ private:
 MapLayout LayOut(const Outline& outline, const ProgressHook& progress)
 {
     return Layouter(outline, progress).Run();
+}
+
+CrkFloatRect Around(const CrkFloatRect& a, const CrkFloatRect& b)
+{
+    const std::array<CrkFloatPoint, 4> corners = {
+        {{a.x, a.y}, {a.x + a.width, a.y + a.height}, {b.x, b.y}, {b.x + b.width, b.y + b.height}}};
+    return CrkMathUtilities::CalculatePointsBoundingRectangle(corners.data(), static_cast<int>(corners.size()));
 }
 
 std::vector<CrkFloatPoint> Flatten(const Connection& connection, int segmentCount)

@@ -21,13 +21,6 @@ bool ShareArea(const CrkFloatRect& a, const CrkFloatRect& b)
     return CrkFloatRect::Intersect(common, a, b);
 }
 
-CrkFloatRect Around(const CrkFloatRect& a, const CrkFloatRect& b)
-{
-    const std::array<CrkFloatPoint, 4> corners = {
-        {{a.x, a.y}, {a.x + a.width, a.y + a.height}, {b.x, b.y}, {b.x + b.width, b.y + b.height}}};
-    return CrkMathUtilities::CalculatePointsBoundingRectangle(corners.data(), static_cast<int>(corners.size()));
-}
-
 /// A binary tree of bounding boxes over the topics in their order: neighbours in the outline are neighbours in the map,
 /// so the boxes stay small. Node i has the children 2i and 2i + 1; the leaves begin at `m_leafCount`.
 class ShapeTree {

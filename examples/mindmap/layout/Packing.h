@@ -73,8 +73,8 @@ struct FormRange {
     int last = 0;
 };
 
-/// Neighbours among the children of a box, which share the line that comes from it, or on a heavy path, where a line leads
-/// from each to the next. A part of a group is a box (its index) or a smaller group (its index, all bits turned over).
+/// Neighbours among the children of a box, which share the line that comes from it, or on a heavy path, where a line
+/// leads from each to the next. A part of a group is a box (its index) or a smaller group (~ its index).
 struct Group {
     std::size_t firstMember;  // in Packing::members
     std::size_t lastMember;

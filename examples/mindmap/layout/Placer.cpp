@@ -121,7 +121,7 @@ private:
         }
     }
 
-    /// The line from a topic of a path, below which nothing stands down to `bottom`, to the next one below or beside it.
+    /// The line from a topic of a path, below which nothing stands down to `bottom`, to the next below or beside it.
     /// Lines to the later siblings of the next one leave it in the corridor above that.
     void DrawNext(int from, int to, double bottom, bool isBelow)
     {

@@ -65,9 +65,8 @@ struct WrappedText {
 /// Breaks a drawable text into lines that are at most `maximumWidth` wide.
 ///
 /// - Lines break after spaces, dashes, slashes and between ideographs, but not before closing or after opening
-/// punctuation;
-///   in a word that is too wide for a line behind one of "/.-_?&=", then anywhere, but never inside a character with its
-///   marks.
+///   punctuation; a word that is too wide for a line breaks behind one of "/.-_?&=", then anywhere, but never inside a
+///   character with its marks.
 /// - The lines are made about equally wide. U+000A always ends one.
 /// - What does not go into `maximumLineCount` lines is cut off and "…" ends the last one.
 WrappedText Wrap(std::u16string_view text, Font font, int maximumWidth, int maximumLineCount);

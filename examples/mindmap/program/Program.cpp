@@ -126,22 +126,6 @@ std::vector<CString> NameTopics(const Outline& outline, const MapLayout& map, Ru
     return ids;
 }
 
-/// Takes a map to standard output.
-class MapStream {
-public:
-    explicit MapStream(std::ostream& out) : m_out(out) {}
-    void Write(const CString& text) { Check(m_out << text); }
-    void Commit() { Check(m_out.flush()); }
-
-private:
-    static void Check(const std::ostream& out)
-    {
-        if (!out)
-            throw FileError{u"standard output", u"cannot be written"};
-    }
-    std::ostream& m_out;
-};
-
 Outline Read(const Options& options, std::istream& in)
 {
     Outline outline =
@@ -179,9 +163,9 @@ CString Draw(const Options& options, RunLog& log, std::istream& in, std::ostream
     };
     CString mapPath = options.mapPath;
     if (mapPath == kStandardStream) {
-        MapStream stream(out);
-        write([&](const CString& piece) { stream.Write(piece); });
-        stream.Commit();
+        write([&](const CString& piece) { out << piece; });
+        if (!out.flush())
+            throw FileError{u"standard output", u"cannot be written"};
     } else {
         MapFile file(mapPath, options.mayReplaceMap ? Overwrite::Allowed : Overwrite::Never);
         write([&](const CString& piece) { file.Write(piece); });

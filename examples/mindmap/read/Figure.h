@@ -37,8 +37,8 @@ std::optional<Figure> ReadFigure(const CString& text);
 /// The figure in the user's locale, exactly and with the decimals that it needs; an amount has two and more, but of yen
 /// and other units without cents: "€ 1,284.00", "1.284,00 €", "12,5%".
 ///
-/// The unit of an amount stands behind it, after a blank, where the decimal point is a comma, as German, French and most
-/// readers of such numbers expect; elsewhere it stands where it was written. The library leaves that to its caller:
+/// The unit of an amount stands behind it, after a blank, where the decimal point is a comma, as German, French and
+/// most readers of such numbers expect; elsewhere it stands where it was written. The library leaves that to its caller:
 /// CrkLocaleUtilities knows one currency format for all locales, "$1.10", so a German amount differs from that one.
 CString ShownFigure(const Figure& figure);
 

@@ -13,8 +13,8 @@ struct Link {
 
 /// Reads a link as it is written in an outline.
 ///
-/// - Web and mail addresses, files and relative links may be followed: "http:", "https:", "mailto:", "file:", what begins
-///   with "www." or looks like the address of a mail box, and what has no scheme. Nothing else may ("javascript:").
+/// - Web and mail addresses, files and relative links may be followed: "http:", "https:", "mailto:", "file:", what
+///   begins with "www." or looks like the address of a mail box, and what has no scheme. Nothing else may ("javascript:").
 /// - Parameters are the pairs "name=value" in the query and in the fragment. One of the two that holds anything else
 ///   stays a part of the address.
 /// - Nothing is expanded: an outline must not get at its reader's environment.

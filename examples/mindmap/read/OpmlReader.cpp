@@ -101,33 +101,20 @@ private:
         ++m_depth;
         if (m_ignoredFromDepth != 0)
             return;
-        switch (m_section) {
-        case Section::BeforeRoot:
-            if (name != "opml")
-                throw OutlineError{Line(), CString(u"is no OPML: the root element is \"") + CString(name) + u"\""};
+        if (m_section == Section::BeforeRoot && name != "opml")
+            throw OutlineError{Line(), CString(u"is no OPML: the root element is \"") + CString(name) + u"\""};
+        if (m_section == Section::BeforeRoot)
             m_section = Section::Root;
-            break;
-        case Section::Root:
-            m_section = name == "head" ? Section::Head : name == "body" ? Section::Body : Section::Root;
-            if (m_section == Section::Root)
-                m_ignoredFromDepth = m_depth;
-            break;
-        case Section::Head:
-            if (name == "title")
-                m_section = Section::Title;
-            else
-                m_ignoredFromDepth = m_depth;
-            break;
-        case Section::Title:
+        else if (m_section == Section::Root && name == "head")
+            m_section = Section::Head;
+        else if (m_section == Section::Root && name == "body")
+            m_section = Section::Body;
+        else if (m_section == Section::Head && name == "title")
+            m_section = Section::Title;
+        else if (m_section == Section::Body && name == "outline")
+            AddTopic(attributes);
+        else
             m_ignoredFromDepth = m_depth;
-            break;
-        case Section::Body:
-            if (name == "outline")
-                AddTopic(attributes);
-            else
-                m_ignoredFromDepth = m_depth;
-            break;
-        }
     }
 
     void AddTopic(const XML_Char** attributes)

@@ -53,8 +53,8 @@ public:
     Topic& At(int index) { return m_outline.topics[static_cast<std::size_t>(index)]; }
     void CountLeftOut() { ++m_outline.leftOutCount; }
 
-    /// The outline, with clean texts and notes and its figures read. A single top-level topic that has topics below it is the centre; otherwise the centre is a topic
-    /// with the text `title`.
+    /// The outline, with clean texts and notes and its figures read. A single top-level topic that has topics below it
+    /// is the centre; otherwise the centre is a topic with the text `title`.
     ///
     /// @throws OutlineError when there is no topic.
     Outline Finish(const CString& title);

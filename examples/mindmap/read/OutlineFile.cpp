@@ -21,22 +21,28 @@ namespace {
 
 constexpr unsigned int kPieceBytes = 1 << 20;
 
-std::string ReadAll(const CString& path)
+/// Puts together what `readPiece` reads, until it reads nothing or the outline is too long.
+template <class ReadPiece>
+std::string ReadAll(ReadPiece readPiece)
+{
+    std::string bytes;
+    for (std::size_t count = 1; count > 0 && bytes.size() <= kMaximumOutlineBytes;) {
+        const std::size_t size = bytes.size();
+        bytes.resize(size + kPieceBytes);
+        count = readPiece(bytes.data() + size);
+        bytes.resize(size + count);
+    }
+    return bytes;
+}
+
+std::string ReadFile(const CString& path)
 {
     CFileException failure;
     CFile file;
     if (!file.Open(path, CFile::modeRead | CFile::shareDenyNone, &failure))
         throw FileError{path, ReasonOf(failure)};
     std::string bytes;
-    Attempt(path, [&] {
-        unsigned int count = 0;
-        do {
-            const std::size_t size = bytes.size();
-            bytes.resize(size + kPieceBytes);
-            count = file.Read(bytes.data() + size, kPieceBytes);
-            bytes.resize(size + count);
-        } while (count > 0 && bytes.size() <= kMaximumOutlineBytes);
-    });
+    Attempt(path, [&] { bytes = ReadAll([&](char* piece) { return file.Read(piece, kPieceBytes); }); });
     return bytes;
 }
 
@@ -72,7 +78,7 @@ Outline ReadOutlineFile(const CString& path)
         return ReadOutlineStream(stream);
     }
     try {
-        return Read(ReadAll(path), files.GetBaseFileName(path), isMarkdown);
+        return Read(ReadFile(path), files.GetBaseFileName(path), isMarkdown);
     } catch (const FileError& error) {
         throw OutlineError{0, error.reason};
     }
@@ -80,13 +86,10 @@ Outline ReadOutlineFile(const CString& path)
 
 Outline ReadOutlineStream(std::istream& stream)
 {
-    std::string bytes;
-    while (stream && bytes.size() <= kMaximumOutlineBytes) {
-        const std::size_t size = bytes.size();
-        bytes.resize(size + kPieceBytes);
-        stream.read(bytes.data() + size, kPieceBytes);
-        bytes.resize(size + static_cast<std::size_t>(stream.gcount()));
-    }
+    const std::string bytes = ReadAll([&](char* piece) {
+        stream.read(piece, kPieceBytes);
+        return static_cast<std::size_t>(stream.gcount());
+    });
     if (stream.bad() || (bytes.empty() && !stream.eof()))
         throw OutlineError{0, u"cannot be read"};
     return Read(bytes, u"Outline", /*isMarkdown=*/false);

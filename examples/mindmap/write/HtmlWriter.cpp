@@ -16,7 +16,7 @@ namespace mindmap {
 
 namespace {
 
-/// What a page shows beside topics, which no other map has: links in the details, the ring of the chosen topic and of hits.
+/// What only a page shows: links in the details, the ring of the chosen topic and of hits.
 struct Signals {
     std::uint32_t link;
     std::uint32_t chosen;
@@ -25,12 +25,6 @@ struct Signals {
 constexpr std::array<Signals, 2> kSignals = {{{0x1D4ED8, 0x0A84FF, 0xD97706}, {0x8AB4F8, 0x5AA9FF, 0xF59E0B}}};
 
 constexpr int kLookCount = 4;  // levels below the centre that look different
-
-std::string_view NameOf(Anchor anchor)
-{
-    constexpr std::array<std::string_view, 3> kNames = {"start", "middle", "end"};
-    return kNames[static_cast<std::size_t>(anchor)];
-}
 
 /// A text as a JSON string (RFC 8259) with its quotes, fit to stand in a script element of HTML: "<", ">" and "&" are
 /// written as escapes, so that no end of the element and no comment can begin. A lone surrogate becomes U+FFFD.

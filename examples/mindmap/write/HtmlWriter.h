@@ -9,9 +9,9 @@
 
 namespace mindmap {
 
-/// Writes the map as one HTML file that lives in a browser: it is panned, zoomed, folded and searched there. It needs nothing
-/// from outside. Topics with the sizes of their boxes stand in it as JSON, which is never run as script or read as markup;
-/// a content security policy lets the page's own script and style run and nothing else.
+/// Writes the map as one HTML file that lives in a browser: it is panned, zoomed, folded and searched there. It needs
+/// nothing from outside. Topics with the sizes of their boxes stand in it as JSON, never run as script or read as
+/// markup; a content security policy lets the page's own script and style run and nothing else.
 ///
 /// Colors follow the system, dark or light; of the design only the shapes count. The page's own words are in the user's
 /// language where the string tables have it.

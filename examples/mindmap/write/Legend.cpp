@@ -4,11 +4,9 @@
 #include "mindmap/write/BranchColors.h"
 
 #include <RkUtilities/geometry/CrkFloatMargin.h>
-#include <RkUtilities/geometry/CrkMathUtilities.h>
 #include <RkUtilities/strings/CrkStringUtilities.h>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 
 namespace mindmap {
@@ -32,7 +30,7 @@ CString OneLine(const CString& text, int maximumWidth)
     return wrapped.lines.empty() ? CString() : wrapped.lines.front();
 }
 
-/// The titles of the main topics with one color, and how many more there are than a line has room for: "Route · Ship +2".
+/// The titles of the main topics with one color, and how many more than a line holds there are: "Route · Ship +2".
 CString TitlesOf(const std::vector<const Topic*>& mains, std::size_t colorIndex)
 {
     constexpr std::size_t kStep = kBranchColors.size();
@@ -83,15 +81,11 @@ void PlaceEntries(Legend& legend, const CrkFloatRect& map)
     }
 }
 
-CrkFloatRect Around(const CrkFloatRect& map, CrkFloatRect box)
+/// With a margin, but above: there the map has its own.
+CrkFloatRect WithMargin(CrkFloatRect box)
 {
-    constexpr float kWidth = kMargin;
-    CrkFloatMargin{kWidth, kWidth, kWidth, kWidth}.InflateRect(box);
-    const std::array<CrkFloatPoint, 4> corners = {{{map.x, map.y},
-                                                   {map.x + map.width, map.y + map.height},
-                                                   {box.x, box.y + kWidth},
-                                                   {box.x + box.width, box.y + box.height}}};
-    return CrkMathUtilities::CalculatePointsBoundingRectangle(corners.data(), static_cast<int>(corners.size()));
+    CrkFloatMargin{kMargin, 0, kMargin, kMargin}.InflateRect(box);
+    return box;
 }
 
 /// Grown evenly on two sides until neither side is longer than kMaximumSideRatio times the other.
@@ -116,7 +110,7 @@ Legend MakeLegend(const Outline& outline, const MapLayout& map)
     }
     if (!mains.empty()) {
         PlaceEntries(legend, map.bounds);
-        legend.bounds = Around(map.bounds, legend.box);
+        legend.bounds = Around(map.bounds, WithMargin(legend.box));
     }
     legend.bounds = WithinRatio(legend.bounds);
     return legend;

@@ -18,8 +18,10 @@ public:
     void Write(const CString& text);
     /// Puts the map on the disk for good, and then in its place. Returns the path that it has now: when nothing may be
     /// overwritten the first free one of "plan.svg", "plan (2).svg", "plan (3).svg" ..., also when others take names
-    /// meanwhile. A FileError tells when there is no free name, or when looking for it failed. With Overwrite::Allowed the map takes the place and the permissions of the one that is there, or that
+    /// meanwhile. With Overwrite::Allowed the map takes the place and the permissions of the one that is there, or that
     /// a link there leads to.
+    ///
+    /// @throws FileError when there is no free name, or looking for it failed.
     CString Commit();
 
 private:

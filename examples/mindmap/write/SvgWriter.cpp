@@ -176,26 +176,29 @@ private:
         if (run.hasIcon)
             m_xml << u"<use xlink:href=\"#icon-" << CString(NameOf(run.role)) << u"\" x=\"" << place.iconX << u"\" y=\""
                   << place.iconTop << u"\" stroke=\"" << color << u"\"/>";
-        m_xml << u"<text x=\"" << place.x << u"\" y=\"" << place.baseline << u"\" font-size=\"" << font.size
-              << u"\" fill=\"" << color;
+        BeginText(place.x, place.baseline, font, color);
         if (font.weight == Weight::Bold)
             m_xml << u"\" font-weight=\"bold";
         if (run.direction == Direction::RightToLeft)
             m_xml << u"\" direction=\"rtl\" unicode-bidi=\"embed";
-        if (place.anchor == Anchor::Middle)
-            m_xml << u"\" text-anchor=\"middle";
-        else if (place.anchor == Anchor::End)
-            m_xml << u"\" text-anchor=\"end";
+        if (place.anchor != Anchor::Start)
+            m_xml << u"\" text-anchor=\"" << CString(NameOf(place.anchor));
         m_xml << u"\">";
         WriteFontParts(run.text);
         m_xml << u"</text>";
     }
 
+    /// Begins a line of text; more attributes may follow.
+    void BeginText(float x, float baseline, Font font, Color color)
+    {
+        m_xml << u"<text x=\"" << x << u"\" y=\"" << baseline << u"\" font-size=\"" << font.size << u"\" fill=\""
+              << color;
+    }
+
     /// Begins right of the square of color, whatever the text's direction is.
     void WriteLegendLine(const CString& text, Font font, std::uint32_t color, float cellX, float baseline)
     {
-        m_xml << u"<text x=\"" << cellX + kSwatchSize + kSwatchGap << u"\" y=\"" << baseline << u"\" font-size=\""
-              << font.size << u"\" fill=\"" << Color{color};
+        BeginText(cellX + kSwatchSize + kSwatchGap, baseline, font, Color{color});
         if (DirectionOf(text) == Direction::RightToLeft)
             m_xml << u"\" direction=\"rtl\" unicode-bidi=\"embed\" text-anchor=\"end";
         m_xml << u"\">";

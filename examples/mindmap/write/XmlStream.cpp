@@ -2,50 +2,35 @@
 
 #include "mindmap/read/CodePoints.h"
 
-#include <array>
-#include <charconv>
-
 namespace mindmap {
 
 namespace {
 
 constexpr std::size_t kPieceUnits = 1 << 16;
 
+struct Reference {
+    char32_t character;
+    std::u16string_view text;
+    bool isForAttributes = false;  // alone
+};
+constexpr Reference kReferences[] = {
+    {u'&', u"&amp;"},       {u'<', u"&lt;"},
+    {u'>', u"&gt;"},        {u'"', u"&quot;"},
+    {u'\r', u"&#13;"},      {u'\n', u"&#10;", true},
+    {u'\t', u"&#9;", true}, {kReplacementCharacter, u"\uFFFD"},  // may stand for a lone surrogate
+};
+
 std::u16string_view ReferenceFor(char32_t c, Place place)
 {
-    switch (c) {
-    case u'&':
-        return u"&amp;";
-    case u'<':
-        return u"&lt;";
-    case u'>':
-        return u"&gt;";
-    case u'"':
-        return u"&quot;";
-    case u'\r':
-        return u"&#13;";
-    case u'\n':
-        return place == Place::Attribute ? u"&#10;" : u"";
-    case u'\t':
-        return place == Place::Attribute ? u"&#9;" : u"";
-    case kReplacementCharacter:  // may stand for a lone surrogate
-        return u"\uFFFD";
-    default:
-        return {};
-    }
+    for (const Reference& reference : kReferences)
+        if (reference.character == c && (place == Place::Attribute || !reference.isForAttributes))
+            return reference.text;
+    return {};
 }
 
 bool IsXmlCharacter(char32_t c)
 {
     return c == u'\t' || c == u'\n' || (c >= 0x20 && c < 0xFFFE) || c > 0xFFFF;
-}
-
-template <class Number>
-void Append(std::u16string& buffer, Number number)
-{
-    std::array<char, 40> text;
-    const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
-    buffer.append(text.data(), end);
 }
 
 }  // namespace
@@ -88,21 +73,6 @@ void XmlStream::HandOnAll()
 {
     m_sink(m_buffer);
     m_buffer.clear();
-}
-
-void XmlStream::AppendNumber(float number)
-{
-    Append(m_buffer, number);
-}
-
-void XmlStream::AppendNumber(double number)
-{
-    Append(m_buffer, number);
-}
-
-void XmlStream::AppendNumber(int number)
-{
-    Append(m_buffer, number);
 }
 
 }  // namespace mindmap

@@ -2,6 +2,8 @@
 
 #include <RkUtilities/foundation/CString.h>
 
+#include <array>
+#include <charconv>
 #include <concepts>
 #include <cstdint>
 #include <functional>
@@ -38,7 +40,9 @@ public:
         requires std::same_as<Number, float> || std::same_as<Number, double> || std::same_as<Number, int>
     XmlStream& operator<<(Number number)
     {
-        AppendNumber(number);
+        std::array<char, 40> text;
+        const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
+        m_buffer.append(text.data(), end);
         return *this;
     }
     /// A text of any content: markup is escaped, and what XML 1.0 does not allow becomes U+FFFD.
@@ -49,10 +53,6 @@ public:
     void HandOnAll();
 
 private:
-    void AppendNumber(float number);
-    void AppendNumber(double number);
-    void AppendNumber(int number);
-
     const TextSink& m_sink;
     std::u16string m_buffer;
 };
