@@ -1,8 +1,7 @@
 #pragma once
 
+#include <RkUtilities/foundation/CAtlMap.h>
 #include <RkUtilities/foundation/CString.h>
-
-#include <map>
 
 namespace mindmap {
 
@@ -15,7 +14,9 @@ public:
     CString Make(const CString& topicText);
 
 private:
-    std::map<CString, int> m_counts;  // how often an id was wished for
+    int& CountOf(const CString& id);
+
+    CAtlMap<CString, int> m_counts;  // how often an id was wished for
 };
 
 }  // namespace mindmap
