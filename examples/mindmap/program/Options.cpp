@@ -12,6 +12,7 @@ namespace mindmap {
 const char kHelp[] = R"(mindmap: draws an outline as a mind map
 
 Usage: mindmap OUTLINE [-o MAP.svg] [--replace] [--log FOLDER] [--locale NAME]
+               [--expand]
        mindmap --set NAME=VALUE | --settings
 
   OUTLINE        OPML 2.0, Markdown or indented lines; "-" for standard input.
@@ -23,8 +24,8 @@ Usage: mindmap OUTLINE [-o MAP.svg] [--replace] [--log FOLDER] [--locale NAME]
   --log FOLDER   for messages.xml, the log, and settings.xml, what is logged;
                  otherwise beside the map, with its name and .log
   --locale NAME  the language and its formats, as de_DE; otherwise the shell's
-  --expand       puts environment variables for %NAME% in the outline's links
-                 without "https:" or such: the map then tells their values
+  --expand       puts environment variables for %NAME% in the outline's links:
+                 the map then tells their values to all who see it
   --set          remembers theme=light or dark, shapes=rounded, square or pill,
                  folder=FOLDER, the last outline's
   --settings     shows what is remembered, and where
