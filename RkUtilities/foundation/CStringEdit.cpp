@@ -10,13 +10,23 @@
 
 namespace {
 
-/// The text after the change; the same one, sharing its memory, when nothing changes.
-CString InOtherCase(const CString& source, const rk::platform::CaseTable& table)
+/// The text after the change, or the same text, sharing its memory, when nothing changes. `firstLetter` is the first ASCII
+/// letter that changes.
+CString InOtherCase(const CString& source, const rk::platform::CaseTable& table, char16_t firstLetter)
 {
     if (std::all_of(source.begin(), source.end(), [&](char16_t unit) { return table[unit] == unit; }))
         return source;
-    return rk::TextBuilder::Written(source.View().size(), [&](char16_t* units) {
-        std::transform(source.begin(), source.end(), units, [&](char16_t unit) { return table[unit]; });
+    const auto changed = [&](char16_t unit) { return table[unit]; };
+    return rk::TextBuilder::Written(source.View().size(), [&](char16_t* out) {
+        const char16_t* in = source.begin();
+        for (; source.end() - in >= std::ptrdiff_t{rk::kBlockUnits}; in += rk::kBlockUnits, out += rk::kBlockUnits) {
+            const rk::UnitBlock block = rk::LoadBlock(in);
+            if (rk::IsAsciiBlock(block))
+                rk::StoreBlock(out, rk::WithAsciiCaseChanged(block, firstLetter));
+            else
+                std::transform(in, in + rk::kBlockUnits, out, changed);
+        }
+        std::transform(in, source.end(), out, changed);
     });
 }
 
@@ -102,12 +112,12 @@ void CString::RemoveLineFeeds()
 
 CString& CString::MakeUpper()
 {
-    return *this = InOtherCase(*this, rk::platform::UpperCase());
+    return *this = InOtherCase(*this, rk::platform::UpperCase(), u'a');
 }
 
 CString& CString::MakeLower()
 {
-    return *this = InOtherCase(*this, rk::platform::LowerCase());
+    return *this = InOtherCase(*this, rk::platform::LowerCase(), u'A');
 }
 
 CString& CString::Trim()
