@@ -102,13 +102,18 @@ public:
     template <class... Arguments>
     static CString Format(rk::TextView format, const Arguments&... arguments) noexcept
     {
-        return FormatSafely(format, arguments...);
+        try {
+            const std::array<rk::FormatArgument, sizeof...(Arguments)> list{rk::FormatArgument(arguments)...};
+            return rk::FormattedText(format, list.data(), list.size());
+        } catch (...) {
+            return {};
+        }
     }
     /// The same as `Format`.
     template <class... Arguments>
     static CString FormatOrdered(rk::TextView format, const Arguments&... arguments) noexcept
     {
-        return FormatSafely(format, arguments...);
+        return Format(format, arguments...);
     }
     /// The text followed by the number, as "%s%d" gives them: "Topic-2".
     static CString AppendInt(rk::TextView text, int value);
@@ -213,16 +218,4 @@ public:
     /// When that does not end after 64 placeholders, as where a value holds its own name, or would bring in more than
     /// 4,194,304 units, the text is expanded once instead: placeholders from left to right, values as they are. Linear time.
     static void ReplaceEnvironmentVariables(CString* text);
-
-private:
-    template <class... Arguments>
-    static CString FormatSafely(std::u16string_view format, const Arguments&... arguments) noexcept
-    {
-        try {
-            const std::array<rk::FormatArgument, sizeof...(Arguments)> list{rk::FormatArgument(arguments)...};
-            return rk::FormattedText(format, list.data(), list.size());
-        } catch (...) {
-            return {};
-        }
-    }
 };

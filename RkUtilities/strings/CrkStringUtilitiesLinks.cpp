@@ -33,7 +33,7 @@ CString CrkStringUtilities::GetUrlString(CString link, CString format)
 {
     if (link.View().starts_with(u"http"))
         return link;
-    return FormatSafely(format, link.ToUtf8());
+    return Format(format, link.ToUtf8());
 }
 
 bool CrkStringUtilities::IsValidEmail(const CString& address)
