@@ -60,7 +60,7 @@ void Stats::Count(const Entry& entry, const EntryTime& time)
 
 void Stats::Write(std::ostream& out) const
 {
-    out << m_entryCount << " entries\n\nby level:\n";
+    out << m_entryCount << (m_entryCount == 1 ? " entry" : " entries") << "\n\nby level:\n";
     for (int level = 0; level <= kLevelCount; ++level) {
         const std::uint64_t count = m_levels[static_cast<std::size_t>(level)];
         if (count > 0)
