@@ -1,6 +1,6 @@
 #include "RkUtilities/platform/locale/DateText.h"
 
-#include "RkUtilities/platform/locale/MadeWhole.h"
+#include "RkUtilities/platform/locale/IcuMemory.h"
 #include "RkUtilities/platform/process/KeptByName.h"
 #include "RkUtilities/platform/process/LocalTime.h"
 #include "RkUtilities/platform/process/PerThread.h"

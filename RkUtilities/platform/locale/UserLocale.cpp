@@ -1,6 +1,6 @@
 #include "RkUtilities/platform/locale/UserLocale.h"
 
-#include "RkUtilities/platform/locale/MadeWhole.h"
+#include "RkUtilities/platform/locale/IcuMemory.h"
 #include "RkUtilities/platform/process/PerThread.h"
 #include "RkUtilities/platform/process/SameAsLast.h"
 #include "RkUtilities/platform/process/Threads.h"

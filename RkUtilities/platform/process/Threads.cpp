@@ -9,7 +9,7 @@ namespace rk::platform {
 
 namespace {
 
-constexpr std::size_t kLockCount = static_cast<std::size_t>(Lock::CaseTables) + 1;
+constexpr std::size_t kLockCount = static_cast<std::size_t>(Lock::IcuMemory) + 1;
 constexpr std::time_t kLongestWaitSeconds = 2;
 
 constinit std::array<std::mutex, kLockCount> mutexes{};

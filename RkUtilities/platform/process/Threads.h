@@ -19,6 +19,7 @@ enum class Lock {
     Locale,            ///< the user's locale, and all of ICU that has locks of its own
     Zone,              ///< the C library's time zone, which it locks too
     CaseTables,        ///< while a table of Unicode is made
+    IcuMemory,         ///< ICU's reserve of memory
 };
 
 /// The mutex of a lock. It may be used before main and after it.
