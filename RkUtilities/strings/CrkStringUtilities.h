@@ -21,7 +21,8 @@
 ///   by unit.
 /// - A word is made of letters and digits (`IsCharAlphaNumeric`); everything else, "_" included, ends it.
 /// - Nothing is kept: safe from any thread, as long as no other thread changes an argument meanwhile. Nothing throws but
-///   `std::bad_alloc`, and `std::length_error` for a result that a `CString` cannot hold.
+///   `std::bad_alloc`, `ATL::CAtlException` where a container is filled, and `std::length_error` for a result that a
+///   `CString` cannot hold.
 class RK_EXPORT CrkStringUtilities {
 public:
     // --- Searching in a text

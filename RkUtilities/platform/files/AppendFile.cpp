@@ -2,7 +2,6 @@
 
 #include "RkUtilities/platform/files/Files.h"
 
-#include <algorithm>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -40,7 +39,10 @@ std::error_code AppendFile::Open(const std::string& path, std::uint64_t fullAbov
         if (const std::error_code error = OpenUnlocked(path))
             return error;
         Lock(patience);
-        m_byteCount = static_cast<std::uint64_t>(std::max<off_t>(lseek(m_file.Descriptor(), 0, SEEK_END), 0));
+        const off_t end = lseek(m_file.Descriptor(), 0, SEEK_END);
+        if (end < 0)  // no length is not a length of 0: what stands in the file would be cut off as torn
+            return LastError();
+        m_byteCount = static_cast<std::uint64_t>(end);
         if (m_byteCount > fullAboveByteCount && !StandsAt(path) && reopenings < kMostReopenings)
             continue;
         m_isAsLeft = m_isLocked && left && m_byteCount == left->byteCount && path == left->path;

@@ -41,14 +41,19 @@ std::error_code Complete(int descriptor, const std::string& target)
     return Outcome(fsync(descriptor));
 }
 
-std::error_code PutFolderOnDisk(const std::string& target)
+/// Opens the folder of the target before the target changes, so that nothing but the disk can fail afterwards. A folder
+/// that may be written to, not read, stays closed.
+std::error_code OpenFolderOf(const std::string& target, FileHandle& handle)
 {
     const std::string folder = FolderPart(target);
-    const FileHandle handle(
+    handle = FileHandle(
         Uninterrupted([&] { return open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
-    if (!handle)
-        return errno == EACCES ? std::error_code() : LastError();  // a folder that may be written to, not read
-    return fsync(handle.Descriptor()) == 0 || errno == EINVAL ? std::error_code() : LastError();
+    return handle || errno == EACCES ? std::error_code() : LastError();
+}
+
+std::error_code PutOnDisk(const FileHandle& folder)
+{
+    return !folder || fsync(folder.Descriptor()) == 0 || errno == EINVAL ? std::error_code() : LastError();
 }
 
 }  // namespace
@@ -112,14 +117,17 @@ std::error_code NewFile::Publish(Place target, Taken taken)
 std::error_code PublishForGood(NewFile& file, const std::string& target, Taken taken)
 {
     std::string place = target;
+    FileHandle folder;
     std::error_code error;
     if (taken == Taken::IsReplaced)
         error = ResolveTarget(place);
     if (!error)
         error = Complete(file.Descriptor(), place);
     if (!error)
+        error = OpenFolderOf(place, folder);
+    if (!error)
         error = file.Publish({AT_FDCWD, SystemPath(place)}, taken);
-    return error ? error : PutFolderOnDisk(place);
+    return error ? error : PutOnDisk(folder);
 }
 
 std::error_code ReplaceForGood(const std::string& temporary, const std::string& target)
@@ -131,11 +139,14 @@ std::error_code ReplaceForGood(const std::string& temporary, const std::string& 
     if (!file || fstat(file.Descriptor(), &status) != 0)
         return LastError();
     std::error_code error = S_ISREG(status.st_mode) ? ResolveTarget(place) : ErrorOf(EINVAL);
+    FileHandle folder;
     if (!error)
         error = Complete(file.Descriptor(), place);
     if (!error)
+        error = OpenFolderOf(place, folder);
+    if (!error)
         error = Outcome(rename(SystemPath(temporary), SystemPath(place)));
-    return error ? error : PutFolderOnDisk(place);
+    return error ? error : PutOnDisk(folder);
 }
 
 }  // namespace rk::platform

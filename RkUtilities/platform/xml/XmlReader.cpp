@@ -3,17 +3,29 @@
 #include "RkUtilities/platform/files/FileCalls.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <ctime>
 #include <exception>
 #include <expat.h>
 #include <fcntl.h>
 #include <memory>
 #include <new>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace rk::platform {
 
 namespace {
+
+/// For expat's hash tables. Where the system gives no random bytes, expat's own drawing may end the program.
+unsigned long Secret(const void* here) noexcept
+{
+    unsigned long secret = 0;
+    if (getrandom(&secret, sizeof secret, GRND_NONBLOCK) != sizeof secret)
+        secret = reinterpret_cast<std::uintptr_t>(here) ^ static_cast<unsigned long>(clock());
+    return secret | 1;  // 0 stands for no secret
+}
 
 // The reading of a document. No exception passes through expat: the exception is kept until the parser has returned.
 class Reading {
@@ -23,6 +35,7 @@ public:
         if (!m_parser)
             throw std::bad_alloc();
         XML_Parser parser = m_parser.get();
+        XML_SetHashSalt(parser, Secret(parser));
         XML_SetUserData(parser, this);
         XML_SetElementHandler(
             parser, [](void* self, const XML_Char* name, const XML_Char**) { Of(self).Begin(name); },
