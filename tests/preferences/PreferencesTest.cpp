@@ -3,7 +3,6 @@
 #include "RkUtilities/preferences/PreferenceState.h"
 #include "RkUtilities/preferences/SECRegistry.h"
 
-#include "tests/support/FaultInjection.h"
 #include "tests/support/InChild.h"
 #include "tests/support/ScopedFileSizeLimit.h"
 #include "tests/support/ScopedFolder.h"
@@ -369,28 +368,6 @@ TEST_F(Preferences, LiveThroughForks)
         }
         isOver = true;
     });
-}
-
-TEST_F(Preferences, AreKnownAfterAFailedAllocation)
-{
-    InAProcess([] { Set(kAnyHost, u"theme", u"dark"); });
-    for (std::size_t step = 1; step <= 60; ++step) {
-        InAProcess([&] {
-            Set(kAnyHost, u"mine", u"kept");
-            InAProcess([] { Set(kThisHost, u"another's", u"kept"); });
-            test::Arm(step);
-            try {
-                SECRegistry().Close();
-            } catch (const std::bad_alloc&) {
-            }
-            test::Arm(0);
-            EXPECT_EQ(TextOf(u"theme"), u"dark");
-            SECRegistry().Close();
-            EXPECT_EQ(TextOf(u"another's"), u"kept");
-            Set(kAnyHost, u"at the end", u"kept");
-            test::Arm(step);  // ends the process as if nothing had happened, with or without the value
-        });
-    }
 }
 
 bool lateWriterIsArmed = false;

@@ -1,0 +1,274 @@
+#include "tests/faults/Injection.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <ucontext.h>
+#include <unistd.h>
+
+extern "C" {
+void* __libc_malloc(std::size_t);
+void* __libc_calloc(std::size_t, std::size_t);
+void* __libc_realloc(void*, std::size_t);
+void __libc_free(void*);
+}
+
+namespace faults {
+namespace {
+
+#ifdef __x86_64__
+constexpr long kReading[] = {SYS_read,     SYS_pread64,   SYS_write, SYS_pwrite64, SYS_copy_file_range,
+                             SYS_sendfile, SYS_getrandom, -1};
+constexpr long kWriting[] = {SYS_write,     SYS_pwrite64, SYS_copy_file_range, SYS_sendfile,  SYS_ftruncate,
+                             SYS_fallocate, SYS_fsync,    SYS_mkdir,           SYS_mkdirat,   SYS_linkat,
+                             SYS_rename,    SYS_renameat, SYS_renameat2,       SYS_mknodat,   SYS_symlinkat,
+                             SYS_open,      SYS_openat,   SYS_close,           SYS_fdatasync, -1};
+constexpr long kOpening[] = {SYS_open, SYS_openat, -1};
+constexpr long kLimited[] = {SYS_open,  SYS_openat, SYS_mmap, SYS_mremap, SYS_brk,    SYS_stat,       SYS_lstat,
+                             SYS_mkdir, SYS_rename, SYS_link, SYS_unlink, SYS_getcwd, SYS_newfstatat, -1};
+constexpr long kSlow[] = {SYS_read,      SYS_pread64,   SYS_write,     SYS_pwrite64,  SYS_open,
+                          SYS_openat,    SYS_close,     SYS_flock,     SYS_fcntl,     SYS_fsync,
+                          SYS_ftruncate, SYS_fallocate, SYS_fdatasync, SYS_getrandom, -1};
+constexpr long kFiles[] = {
+    SYS_read,       SYS_pread64,   SYS_write,     SYS_pwrite64,   SYS_open,       SYS_openat,   SYS_close,
+    SYS_stat,       SYS_fstat,     SYS_lstat,     SYS_newfstatat, SYS_statx,      SYS_access,   SYS_faccessat,
+    SYS_faccessat2, SYS_fsync,     SYS_fdatasync, SYS_ftruncate,  SYS_fallocate,  SYS_flock,    SYS_fcntl,
+    SYS_mkdir,      SYS_mkdirat,   SYS_rmdir,     SYS_unlink,     SYS_unlinkat,   SYS_link,     SYS_linkat,
+    SYS_symlink,    SYS_symlinkat, SYS_rename,    SYS_renameat,   SYS_renameat2,  SYS_readlink, SYS_readlinkat,
+    SYS_chmod,      SYS_fchmod,    SYS_fchmodat,  SYS_utimensat,  SYS_getdents64, SYS_statfs,   SYS_copy_file_range,
+    SYS_sendfile,   SYS_getrandom, SYS_mknodat,   SYS_pipe2,      SYS_lseek,      SYS_mmap,     -1};
+/// What the filters of sandboxes refuse although the kernel knows it.
+constexpr long kRefused[] = {SYS_renameat2, SYS_copy_file_range, SYS_getrandom, SYS_statx,
+                             SYS_linkat,    SYS_fallocate,       SYS_flock,     -1};
+#else
+constexpr long kReading[] = {-1};
+constexpr const auto &kWriting = kReading, &kOpening = kReading, &kLimited = kReading, &kSlow = kReading,
+                     &kFiles = kReading, &kRefused = kReading;
+#endif
+
+/// Plain data: the thread's own, without a constructor or destructor.
+struct Plan {
+    bool isArmed;
+    const Fault* fault;
+    std::size_t point;
+    std::array<std::size_t, 17> counts;
+    std::ptrdiff_t living;
+};
+constinit thread_local Plan plan{};
+constinit volatile char selector = 0;  // read by the kernel: 1 when calls are caught
+
+/// Counts a chance of all faults that could occur here; whether the planned fault occurs.
+template <class IsChance>
+const Fault* Occurring(const IsChance& isChance) noexcept
+{
+    const Fault* occurring = nullptr;
+    for (std::size_t i = 0; plan.isArmed && i < kFaults.size(); ++i) {
+        if (!isChance(kFaults[i]))
+            continue;
+        const std::size_t count = ++plan.counts[i];
+        if (&kFaults[i] == plan.fault && plan.point != 0 &&
+            (count == plan.point || (count > plan.point && plan.fault->persistence == Persistence::FromThenOn)))
+            occurring = plan.fault;
+    }
+    return occurring;
+}
+
+template <class Take>
+void* Allocated(const Take& take) noexcept
+{
+    if (Occurring([](const Fault& fault) { return fault.error == kNoMemory; }) != nullptr) {
+        errno = ENOMEM;
+        return nullptr;
+    }
+    void* const memory = take();
+    plan.living += memory != nullptr ? 1 : 0;
+    return memory;
+}
+
+#ifdef __x86_64__
+// The only places from which the kernel takes calls while `selector` is 1.
+extern "C" const char rkGateBegin[], rkGateEnd[];
+extern "C" long rkSystemCall(long number, long, long, long, long, long, long);
+extern "C" void rkReturnFromSignal();
+asm(R"(
+    .pushsection .text
+rkGateBegin:
+rkSystemCall:
+    mov %rdi, %rax
+    mov %rsi, %rdi
+    mov %rdx, %rsi
+    mov %rcx, %rdx
+    mov %r8, %r10
+    mov %r9, %r8
+    mov 8(%rsp), %r9
+    syscall
+    ret
+rkReturnFromSignal:
+    mov $15, %eax
+    syscall
+    hlt  # the kernel looks at the address behind the call
+rkGateEnd:
+    .popsection
+)");
+
+/// The place of the argument that counts bytes.
+int* ByteCountArgument(long number) noexcept
+{
+    static constinit int registers[] = {REG_RDX, REG_R8, REG_R10, REG_RSI};
+    return &registers[number == SYS_copy_file_range ? 1 : number == SYS_sendfile ? 2 : number == SYS_getrandom ? 3 : 0];
+}
+
+/// The mask is that of the interrupted code, and SIGSYS stays out of it: the kernel ends a program that blocks it.
+long ChangeMask(ucontext_t& context, long how, const std::uint64_t* set, std::uint64_t* old) noexcept
+{
+    std::uint64_t mask = 0;
+    std::memcpy(&mask, &context.uc_sigmask, sizeof mask);
+    if (old != nullptr)
+        *old = mask;
+    if (set != nullptr)
+        mask = how == SIG_BLOCK ? mask | *set : how == SIG_UNBLOCK ? mask & ~*set : *set;
+    mask &= ~(std::uint64_t{1} << (SIGSYS - 1));
+    std::memcpy(&context.uc_sigmask, &mask, sizeof mask);
+    return 0;
+}
+
+/// No file system refuses to take a lock back.
+bool IsUnlocking(long number, const greg_t* registers) noexcept
+{
+    return (number == SYS_flock && (registers[REG_RSI] & LOCK_UN) != 0) ||
+           (number == SYS_fcntl && registers[REG_RSI] == F_SETLK &&
+            reinterpret_cast<const struct flock*>(registers[REG_RDX])->l_type == F_UNLCK);
+}
+
+void OnSystemCall(int, siginfo_t* info, void* contextOfCall) noexcept
+{
+    auto& context = *static_cast<ucontext_t*>(contextOfCall);
+    auto& registers = context.uc_mcontext.gregs;
+    const long number = info->si_syscall;
+    const Fault* const fault = Occurring([&](const Fault& candidate) {
+        const long* call = candidate.calls;
+        while (call != nullptr && *call != -1 && *call != number)
+            ++call;
+        return call != nullptr && *call != -1 && !IsUnlocking(number, registers);
+    });
+    if (fault != nullptr && fault->error == 0) {
+        auto& byteCount = registers[*ByteCountArgument(number)];
+        byteCount = byteCount / 2 + byteCount % 2;
+    }
+    long result = 0;
+    if (number == SYS_rt_sigprocmask)
+        result = ChangeMask(context, registers[REG_RDI], reinterpret_cast<const std::uint64_t*>(registers[REG_RSI]),
+                            reinterpret_cast<std::uint64_t*>(registers[REG_RDX]));
+    else if (fault == nullptr || fault->error == 0 ||
+             number == SYS_close)  // what fails to close is closed all the same
+        result = rkSystemCall(number, registers[REG_RDI], registers[REG_RSI], registers[REG_RDX], registers[REG_R10],
+                              registers[REG_R8], registers[REG_R9]);
+    else if (number == SYS_brk)  // which tells of a failure by where the end of the data stays
+        return static_cast<void>(registers[REG_RAX] = rkSystemCall(SYS_brk, 0, 0, 0, 0, 0, 0));
+    registers[REG_RAX] = fault != nullptr && fault->error > 0 ? -fault->error : result;
+}
+
+bool StartCatching() noexcept
+{
+    struct {
+        void (*handler)(int, siginfo_t*, void*);
+        unsigned long flags;
+        void (*restorer)();
+        std::uint64_t mask;
+    } const action{&OnSystemCall, SA_SIGINFO | SA_NODEFER | 0x04000000UL, &rkReturnFromSignal, 0};
+    constexpr int kSetSyscallUserDispatch = 59, kOn = 1;
+    return syscall(SYS_rt_sigaction, SIGSYS, &action, nullptr, sizeof action.mask) == 0 &&
+           prctl(kSetSyscallUserDispatch, kOn, rkGateBegin, rkGateEnd - rkGateBegin, &selector) == 0;
+}
+#else
+bool StartCatching() noexcept
+{
+    return false;
+}
+#endif
+
+}  // namespace
+
+constexpr std::array<Fault, 17> kFaults = {{
+    {"no memory", kNoMemory, Persistence::Once, nullptr},
+    {"no memory on", kNoMemory, Persistence::FromThenOn, nullptr},
+    {"EIO", EIO, Persistence::Once, kFiles},
+    {"EIO on", EIO, Persistence::FromThenOn, kFiles},
+    {"ENOSPC", ENOSPC, Persistence::Once, kWriting},
+    {"ENOSPC on", ENOSPC, Persistence::FromThenOn, kWriting},
+    {"EMFILE", EMFILE, Persistence::Once, kOpening},
+    {"EMFILE on", EMFILE, Persistence::FromThenOn, kOpening},
+    {"ENOMEM", ENOMEM, Persistence::Once, kLimited},
+    {"ENOMEM on", ENOMEM, Persistence::FromThenOn, kLimited},
+    {"EACCES", EACCES, Persistence::Once, kOpening},
+    {"EPERM", EPERM, Persistence::Once, kRefused},
+    {"EPERM on", EPERM, Persistence::FromThenOn, kRefused},
+    {"ENOSYS on", ENOSYS, Persistence::FromThenOn, kRefused},
+    {"EINTR", EINTR, Persistence::Once, kSlow},
+    {"short", 0, Persistence::Once, kReading},
+    {"short on", 0, Persistence::FromThenOn, kReading},
+}};
+
+bool CatchSystemCalls()
+{
+    return StartCatching();
+}
+
+void Arm(const Fault& fault, std::size_t point)
+{
+    plan.fault = &fault;
+    plan.point = point;
+    plan.counts = {};
+    plan.isArmed = true;
+    selector = 1;
+}
+
+Counts Disarm()
+{
+    selector = 0;
+    plan.isArmed = false;
+    return plan.counts;
+}
+
+std::ptrdiff_t LivingBlocks()
+{
+    return plan.living;
+}
+
+}  // namespace faults
+
+// --- The C library's own, with a look at the plan before. Visible to all that is loaded.
+
+#pragma GCC visibility push(default)
+extern "C" {
+void* malloc(std::size_t byteCount) noexcept
+{
+    return faults::Allocated([=] { return __libc_malloc(byteCount); });
+}
+void* calloc(std::size_t count, std::size_t byteCount) noexcept
+{
+    return faults::Allocated([=] { return __libc_calloc(count, byteCount); });
+}
+void* realloc(void* memory, std::size_t byteCount) noexcept
+{
+    if (memory != nullptr && byteCount == 0) {
+        free(memory);
+        return nullptr;
+    }
+    void* const moved = faults::Allocated([=] { return __libc_realloc(memory, byteCount); });
+    faults::plan.living -= memory != nullptr && moved != nullptr ? 1 : 0;
+    return moved;
+}
+void free(void* memory) noexcept
+{
+    faults::plan.living -= memory != nullptr ? 1 : 0;
+    __libc_free(memory);
+}
+}
+#pragma GCC visibility pop

@@ -1,0 +1,369 @@
+// Lets every allocation and every system call of a workload fail, each in a process of its own, and looks at what is left.
+//
+//     laboratory                 all points
+//     laboratory --every 50      each fiftieth point
+//     laboratory NAME...         the workloads whose names begin so
+//
+// For each point: no crash, no endless wait, a result or an exception that the header names, what the header says of the
+// state, the same result as ever when the call is made again undisturbed, and no descriptor or (warm, where an allocation
+// failed) block of memory left behind. "Cold" is the process's first call of the library, "warm" the second.
+#include "tests/faults/Injection.h"
+#include "tests/faults/Workload.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <set>
+#include <sqlite3.h>
+#include <string_view>
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace faults {
+
+void Scene::Make(std::initializer_list<std::pair<const char*, const char*>> files) const
+{
+    for (const auto& [name, content] : files) {
+        fs::create_directories(fs::path(Path(name)).parent_path());
+        if (!std::string_view(name).ends_with('/'))
+            std::ofstream(Path(name), std::ios::binary) << content;
+    }
+}
+
+namespace {
+
+/// Who may remove nothing leaves the hidden folder of what was under way; the next call in its place removes it.
+bool mayLeaveWork = false;
+
+std::string StoredPreferences(const std::string& path)
+{
+    sqlite3* database = nullptr;
+    std::string stored;
+    const auto append = [](void* text, int, char** values, char**) {
+        *static_cast<std::string*>(text) += std::string(values[0]) + '=' + values[1] + ';';
+        return 0;
+    };
+    if (sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK)
+        sqlite3_exec(database, "SELECT DISTINCT name, value FROM preferences ORDER BY name", append, &stored, nullptr);
+    sqlite3_close(database);
+    return stored;
+}
+
+std::string ContentOf(const fs::path& path)
+{
+    if (fs::is_symlink(path))
+        return "->" + fs::read_symlink(path).string();
+    if (!fs::is_regular_file(path))
+        return "";
+    std::ifstream file(path, std::ios::binary);
+    std::string content(std::istreambuf_iterator<char>(file), {});
+    if (content.find("<l:LogEntry>") == std::string::npos)
+        return content;
+    std::string bodies;  // the times of entries differ from run to run
+    for (std::size_t at = 0; (at = content.find("<l:Body>", at)) != std::string::npos; ++at)
+        bodies += content.substr(at, content.find_first_of("=<", at + 8) - at);
+    return bodies + (content.find_last_of('>') + 3 > content.size() ? "" : " and a torn entry");
+}
+
+std::string TreeAt(const std::string& folder)
+{
+    std::map<std::string, std::string> entries;
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+        std::string name = entry.path().lexically_relative(folder).string();
+        if (name.find("preferences.sqlite") != std::string::npos || (mayLeaveWork && name.starts_with(".rk-new-")))
+            continue;
+        if (const std::size_t made = name.find("draft-"); made != std::string::npos)
+            name.resize(made);         // the rest is random
+        if (name.starts_with("log/"))  // names of backups tell the time
+            std::replace_if(name.begin(), name.end(), [](char c) { return c >= '0' && c <= '9'; }, '#');
+        entries[name] =
+            ContentOf(entry.path()) +
+            ((entry.status().permissions() & fs::perms::owner_write) == fs::perms::none ? " read-only" : "");
+    }
+    std::string tree;
+    for (const auto& [name, content] : entries)
+        tree.append(name).append("=").append(content).append("\n");
+    return tree;
+}
+
+}  // namespace
+
+std::string Scene::State() const
+{
+    std::string state = "text=" + Shown(text) + " other=" + Shown(other) + " number=" + Shown(number) + "\narray:";
+    for (const CString& element : array)
+        state += ' ' + Shown(element);
+    state += "\nlist:";
+    for (const CString& element : list)
+        state += ' ' + Shown(element);
+    std::set<std::string> pairs;
+    for (const auto& [key, value] : map)
+        pairs.insert(Shown(key) + '=' + Shown(value));
+    state += "\nmap:";
+    for (const std::string& pair : pairs)
+        state += ' ' + pair;
+    const char* const config = std::getenv("XDG_CONFIG_HOME");
+    const std::string database = std::string(config) + "/laboratory/preferences.sqlite";
+    return state + "\npreferences: " + (fs::exists(database) ? StoredPreferences(database) : "") + "\ndisk:\n" +
+           TreeAt(folder);
+}
+
+namespace {
+
+constexpr std::size_t kTextRoom = 4096;
+
+/// What a run tells its parent, in memory that both share.
+struct Report {
+    Counts counts;
+    char outcome[kTextRoom], before[kTextRoom], after[kTextRoom];
+    std::ptrdiff_t blocks;
+    int descriptors;
+    char complaint[4 * kTextRoom];
+};
+
+struct Totals {
+    std::atomic<std::size_t> points[kFaults.size()], failures[kFaults.size()], next;
+};
+
+template <class Object>
+Object& Shared()
+{
+    return *static_cast<Object*>(
+        mmap(nullptr, sizeof(Object), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
+}
+
+void Keep(char (&room)[kTextRoom], const std::string& text)
+{
+    std::snprintf(room, sizeof room, "%s", text.c_str());
+}
+
+/// The call's result as text, or the name of what it threw. Counted and failing is the call alone.
+std::string CallOf(const Workload& workload, Scene& scene)
+{
+    try {
+        return workload.call(scene);
+    } catch (CFileException* failure) {
+        failure->Delete();
+        return "CFileException";
+    } catch (const ATL::CAtlException&) {
+        return "CAtlException";
+    } catch (const CrkLogException&) {
+        return "CrkLogException";
+    } catch (const std::bad_alloc&) {
+        return "bad_alloc";
+    } catch (const std::system_error&) {
+        return "system_error";
+    } catch (const std::exception& other) {
+        return std::string("unexpected: ") + other.what();
+    }
+}
+
+int OpenDescriptors()
+{
+    int count = 0;
+    for (int descriptor = 0; descriptor < 64; ++descriptor)
+        count += fcntl(descriptor, F_GETFD) >= 0 ? 1 : 0;
+    return count;
+}
+
+bool IsListed(std::string_view list, std::string_view outcome)
+{
+    return list == "*" || ('|' + std::string(list) + '|').find('|' + std::string(outcome) + '|') != std::string::npos;
+}
+
+void Complain(Report& report, const std::string& what)
+{
+    std::snprintf(report.complaint, sizeof report.complaint, "%s", what.c_str());
+}
+
+void Judge(const Workload& workload, const Fault& fault, const Report& expected, Report& report)
+{
+    const std::string_view outcome = report.outcome;
+    const bool isDone = outcome == expected.outcome;
+    const bool isMemory = fault.error == kNoMemory || fault.error == ENOMEM;
+    if (!isDone && !IsListed(workload.failures, outcome) && !(isMemory && outcome == "bad_alloc"))
+        return Complain(report, "gives \"" + std::string(outcome) + "\"");
+    const bool isBefore = std::strcmp(report.after, report.before) == 0;
+    const bool isAfter = std::strcmp(report.after, expected.after) == 0;
+    const bool isKept = workload.keeps == Keeps::Nothing || (isDone && isAfter) || (!isDone && isBefore) ||
+                        (workload.keeps == Keeps::Later && isDone && isBefore) ||
+                        (workload.keeps >= Keeps::Either && fault.error != kNoMemory && isAfter);
+    if (!isKept)
+        Complain(report, "gives \"" + std::string(outcome) + "\" and leaves\n" + report.after + "--- before:\n" +
+                             report.before + "--- undisturbed:\n" + expected.after);
+}
+
+struct Point {
+    const Workload& workload;
+    bool isWarm;
+    const Fault& fault;
+    std::size_t number;  // 0: undisturbed
+};
+
+/// The whole life of a process of its own.
+void Live(const Point& point, const std::string& folder, const Report& expected, Report& report)
+{
+    const rlimit noCore{0, 0};
+    setrlimit(RLIMIT_CORE, &noCore);
+    alarm(120);  // above all waits for locks that SQLite and the library allow themselves in some calls together
+    for (const char* const variable : {"HOME", "TMPDIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
+        setenv(variable, (folder + "/own").c_str(), 1);
+    setenv("TZ", "Europe/Berlin", 1);
+    fs::create_directories(folder + "/own");
+    int sceneCount = 0;
+    Scene scene;
+    const auto prepare = [&] {
+        scene = Scene();
+        scene.folder = folder + '/' + std::to_string(sceneCount++);
+        fs::create_directories(scene.folder);
+        if (point.workload.prepare != nullptr)
+            point.workload.prepare(scene);
+    };
+    CatchSystemCalls();
+    if (point.isWarm) {
+        prepare();
+        CallOf(point.workload, scene);
+    }
+    prepare();
+    mayLeaveWork = point.fault.error != kNoMemory;
+    if (!point.workload.readsZone)
+        static_cast<void>(CTime::GetCurrentTime().GetHour());
+    Keep(report.before, scene.State());
+    Arm(point.fault, point.number);
+    std::string outcome = CallOf(point.workload, scene);
+    report.counts = Disarm();
+    Keep(report.outcome, outcome);
+    Keep(report.after, scene.State());
+    if (point.number != 0)
+        Judge(point.workload, point.fault, expected, report);
+    prepare();
+    outcome = CallOf(point.workload, scene);
+    const std::string state = scene.State();
+    scene = Scene();
+    report.descriptors = OpenDescriptors();
+    report.blocks = LivingBlocks();
+    const Report& usual = point.number != 0 ? expected : report;
+    if (report.complaint[0] != '\0' || point.workload.readsZone)
+        return;
+    if (outcome != usual.outcome || state != usual.after)
+        Complain(report, "then, undisturbed, gives \"" + outcome + "\" for \"" + usual.outcome + "\" and leaves\n" +
+                             state + "--- instead of\n" + usual.after);
+    else if (report.descriptors > usual.descriptors)
+        Complain(report, "leaves a descriptor open");
+    else if (point.isWarm && point.fault.error == kNoMemory && point.workload.keeps == Keeps::Before &&
+             report.blocks > usual.blocks)
+        Complain(report, "leaves " + std::to_string(report.blocks - usual.blocks) + " blocks of memory");
+}
+
+bool Run(const Point& point, const std::string& folder, const Report& expected, Report& report)
+{
+    new (&report) Report();
+    fs::create_directories(folder);
+    const pid_t child = fork();
+    if (child == 0) {
+        Live(point, folder, expected, report);
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    fs::remove_all(folder);
+    if (WIFSIGNALED(status))
+        Complain(report, WTERMSIG(status) == SIGALRM ? "does not return" : strsignal(WTERMSIG(status)));
+    if (report.complaint[0] == '\0')
+        return true;
+    std::cout << (std::string(point.workload.name) + (point.isWarm ? ", warm, " : ", cold, ") + point.fault.name + ' ' +
+                  std::to_string(point.number) + ": " + report.complaint + '\n')
+              << std::flush;
+    return false;
+}
+
+/// All points of a workload; every n-th where n is more than 1, and not the same ones of each workload.
+void Examine(const Workload& workload, std::size_t every, const std::string& folder, Totals& totals)
+{
+    static Report &expected = Shared<Report>(), &report = Shared<Report>();
+    std::size_t skipped = std::hash<std::string_view>()(workload.name);
+    for (const bool isWarm : {false, true}) {
+        if (!Run({workload, isWarm, kFaults[0], 0}, folder, expected, expected)) {
+            ++totals.failures[0];
+            continue;
+        }
+        for (std::size_t kind = 0; kind < kFaults.size(); ++kind) {
+            for (std::size_t number = 1; number <= expected.counts[kind]; ++number) {
+                if (++skipped % every != 0)
+                    continue;
+                ++totals.points[kind];
+                if (!Run({workload, isWarm, kFaults[kind], number}, folder, expected, report))
+                    ++totals.failures[kind];
+            }
+        }
+    }
+}
+
+int RunAll(const std::vector<Workload>& workloads, std::size_t every)
+{
+    auto& totals = Shared<Totals>();
+    if (!CatchSystemCalls())
+        std::puts("Calls to the system do not fail here: this system lets no program catch its own.");
+    std::string folder = (fs::temp_directory_path() / "rk-faults-XXXXXX").string();
+    if (mkdtemp(folder.data()) == nullptr)
+        return 2;
+    for (unsigned worker = 0; worker < std::max(1U, std::thread::hardware_concurrency()); ++worker) {
+        if (fork() == 0) {
+            for (std::size_t next = 0; (next = totals.next++) < workloads.size();)
+                Examine(workloads[next], every, folder + '/' + std::to_string(worker), totals);
+            _exit(0);
+        }
+    }
+    bool areDone = true;
+    for (int status = 0; wait(&status) > 0;)
+        areDone = areDone && status == 0;
+    fs::remove_all(folder);
+    std::size_t pointCount = 0, failureCount = 0;
+    for (std::size_t kind = 0; kind < kFaults.size(); ++kind) {
+        std::printf("%-14s %7zu points %5zu failures\n", kFaults[kind].name, totals.points[kind].load(),
+                    totals.failures[kind].load());
+        pointCount += totals.points[kind];
+        failureCount += totals.failures[kind];
+    }
+    std::printf("%zu workloads, %zu points, %zu failures\n", workloads.size(), pointCount, failureCount);
+    return areDone && failureCount == 0 && pointCount > 0 ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace faults
+
+int main(int argumentCount, char** arguments)
+{
+    std::size_t every = 1;
+    std::vector<std::string_view> names(arguments + 1, arguments + argumentCount);
+    if (names.size() >= 2 && names[0] == "--every") {
+        every = std::max<std::size_t>(1, std::strtoul(arguments[2], nullptr, 10));
+        names.erase(names.begin(), names.begin() + 2);
+    }
+    std::vector<faults::Workload> workloads;
+    for (const auto& rows :
+         {faults::kTextWorkloads, faults::kLocaleWorkloads, faults::kFileWorkloads, faults::kStorageWorkloads})
+        std::copy_if(rows.begin(), rows.end(), std::back_inserter(workloads), [&](const faults::Workload& row) {
+            return names.empty() || std::any_of(names.begin(), names.end(), [&](std::string_view name) {
+                       return std::string_view(row.name).starts_with(name);
+                   });
+        });
+    return faults::RunAll(workloads, every);
+}

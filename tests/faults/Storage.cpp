@@ -1,0 +1,122 @@
+#include "tests/faults/Injection.h"
+#include "tests/faults/Workload.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace faults {
+namespace {
+
+using Log = CrkLogWriter;
+
+constexpr const char* kSettings = "<x><ls:Enable>true</ls:Enable><ls:IncludeCategory>*</ls:IncludeCategory></x>";
+
+void WithLog(Scene& scene)
+{
+    Log::Uninitialize();
+    Log::m_maxFileLength = 20'000'000;
+    scene.Make({{"settings.xml", kSettings}});
+    Log::Init(scene.Text("settings.xml"), scene.Text("log/"));
+    Log::Log(Log::LogInfo, u"the first entry");
+}
+
+void WithFullLog(Scene& scene)
+{
+    WithLog(scene);
+    Log::m_maxFileLength = 10;
+}
+
+/// What the first call since `Init` did with an entry: it was written, or dropped and counted.
+std::string Logged(const CString& message)
+{
+    Log::Log(Log::LogWarning, message, u"Category", u"description");
+    Disarm();
+    return Log::GetLogState().droppedEntries == 0 ? "logged" : "dropped";
+}
+
+void Set(const CString& name, const CString& value)
+{
+    SECRegistry preferences;
+    preferences.Connect(1, u"", false);
+    preferences.SetValue(name, value);
+}
+
+void WithPreferences(Scene&)
+{
+    rk::SetApplicationName("laboratory");
+    Set(u"theme", u"dark");
+}
+
+/// With a value that this process has not seen yet.
+void WithAnothersPreferences(Scene& scene)
+{
+    WithPreferences(scene);
+    if (fork() == 0) {
+        Set(u"folder", u"/maps");
+        _exit(0);
+    }
+    wait(nullptr);
+}
+
+void WithName(Scene&)
+{
+    rk::SetApplicationName("laboratory");
+}
+
+/// Sets a value, and tells what a reader in this process sees of it and of others.
+std::string SetAndRead(std::uint32_t rootKey, bool isClosed)
+{
+    SECRegistry preferences;
+    preferences.Connect(rootKey, u"", false);
+    preferences.SetValue(u"width", 4711);
+    if (isClosed)
+        preferences.Close();
+    std::uint32_t width = 0;
+    const bool isRead = preferences.GetValue(u"width", width);
+    return Shown(isRead) + Shown(width);
+}
+
+const Workload kRows[] = {
+    {"log: settings", [](Scene& s) { s.Make({{"settings.xml", kSettings}}); },
+     [](Scene& s) {
+         const CrkLogSettings settings(s.Text("settings.xml"));
+         return Shown(settings.m_enable) + Shown(settings.m_includeAll) + Shown(settings.Fault().empty());
+     },
+     "falsefalsefalse|CAtlException"},
+    {"log: start and first entry", [](Scene& s) { s.Make({{"settings.xml", kSettings}}); },
+     [](Scene& s) {
+         Log::Uninitialize();
+         Log::Init(s.Text("settings.xml"), s.Text("log/"));
+         return Log::CanLog(Log::LogInfo) ? Logged(u"entry") : "off";
+     },
+     "*", Keeps::Nothing},
+    {"log: entry", &WithLog, [](Scene&) { return Logged(u"an entry of some length, with & and %s"); },
+     "dropped|CFileException|CrkLogException"},
+    {"log: start entry", &WithLog,
+     [](Scene&) {
+         Log::LogStart();
+         return std::string("logged");
+     },
+     "*", Keeps::Nothing},
+    {"log: roll-over", &WithFullLog, [](Scene&) { return Logged(u"an entry behind a full file"); },
+     "logged|dropped|CFileException|CrkLogException", Keeps::Nothing},
+    {"preferences: first use", &WithName, [](Scene&) { return SetAndRead(1, /*isClosed=*/false); }, "", Keeps::Later},
+    {"preferences: set", &WithPreferences, [](Scene&) { return SetAndRead(1, /*isClosed=*/false); }, "", Keeps::Later},
+    {"preferences: set and close", &WithPreferences, [](Scene&) { return SetAndRead(0, /*isClosed=*/true); }, "",
+     Keeps::Later},
+    {"preferences: read", &WithAnothersPreferences,
+     [](Scene&) {
+         SECRegistry preferences;
+         CString theme, folder;
+         preferences.Open(u"", {});
+         const bool isTheme = preferences.GetValue(u"theme", theme), isFolder = preferences.GetValue(u"folder", folder);
+         return Shown(isTheme) + Shown(theme) + Shown(isFolder) + Shown(folder);
+     },
+     "truedarkfalse"},
+};
+
+}  // namespace
+
+constinit const std::span<const Workload> kStorageWorkloads(kRows);
+
+}  // namespace faults
