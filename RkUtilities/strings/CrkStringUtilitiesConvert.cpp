@@ -43,8 +43,10 @@ CString CrkStringUtilities::MakeByteString(unsigned long byteCount)
     constexpr const char* kUnits[] = {" KB", " MB", " GB", " TB"};
     std::size_t unit = 0;
     double number = static_cast<double>(byteCount) / 1024;
-    for (; number >= kUsedFrom; number /= 1024)
+    while (number >= kUsedFrom) {
+        number /= 1024;
         ++unit;
+    }
     char digits[24];
     char* const end = std::to_chars(digits, std::end(digits), number, std::chars_format::fixed, 6).ptr;
     const std::string shown(std::begin(digits), end);
