@@ -17,6 +17,13 @@
 #    define RK_EXPORT __attribute__((visibility("default")))
 #endif
 
+/// Marks a member whose result looks into its object: compilers that can (clang) warn of a result that outlives a temporary.
+#if defined(__clang__)
+#    define RK_LIFETIMEBOUND [[clang::lifetimebound]]
+#else
+#    define RK_LIFETIMEBOUND
+#endif
+
 /// Marks a class with virtual functions that debuggers show. Compilers describe such a class only where its virtual functions
 /// are defined, so programs beside a library without debugging symbols knew its name alone. clang takes the mark; the CMake
 /// target gives g++ `-femit-class-debug-always`.

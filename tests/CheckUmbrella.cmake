@@ -1,5 +1,6 @@
-# Compares the includes of UMBRELLA with the public HEADERS (paths below RkUtilities/).
+# Compares the includes of UMBRELLA with the public HEADERS (paths below RkUtilities/), those for some callers only aside.
 list(REMOVE_ITEM HEADERS RkUtilities.h)
+list(FILTER HEADERS EXCLUDE REGEX "^(compat|interop)/")
 list(SORT HEADERS)
 file(STRINGS ${UMBRELLA} included REGEX "^#include ")
 list(TRANSFORM included REPLACE "^#include \"RkUtilities/(.*)\"$" "\\1")

@@ -67,11 +67,6 @@ public:
     /// end; flags beyond those above too (`genericException`, EINVAL).
     /// @param[out] error  may be null; on failure cause, error number and path, untouched on success.
     bool Open(const CString& path, unsigned int flags, CFileException* error = nullptr);
-    /// The same for a zero-terminated path.
-    bool Open(unsigned short const* path, unsigned int flags, CFileException* error = nullptr)
-    {
-        return Open(CString(path), flags, error);
-    }
 
     /// Opens a new, empty file for reading and writing that has no name before `CommitAs` or `CommitOver`.
     ///
@@ -132,8 +127,6 @@ public:
     ///   alone, to the nanosecond: a status just read and written back moves no time.
     /// - The time a file was made, its size and its name are not looked at.
     static void SetStatus(const CString& path, const CFileStatus& status);
-    /// The same for a zero-terminated path.
-    static void SetStatus(unsigned short const* path, const CFileStatus& status) { SetStatus(CString(path), status); }
 
     /// Removes a file or a link (never what it leads to); a folder fails with `accessDenied`.
     static void Remove(const CString& path);

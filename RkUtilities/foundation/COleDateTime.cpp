@@ -14,14 +14,18 @@ constexpr std::int64_t kDateValueZero = -2209161600;  // 30 December 1899
 
 }  // namespace
 
-std::int64_t rk::SecondsOfDateValue(double dateValue) noexcept
+bool rk::IsDateValue(double dateValue) noexcept
 {
     const double seconds = std::round(dateValue * kSecondsADay);
     const auto first = static_cast<double>(platform::kFirstCalendarSecond - kDateValueZero);
     const auto last = static_cast<double>(platform::kLastCalendarSecond - kDateValueZero);
-    if (!(seconds >= first && seconds <= last))  // not-a-number fails too
-        return kDateValueZero;
-    return static_cast<std::int64_t>(seconds) + kDateValueZero;
+    return seconds >= first && seconds <= last;  // not-a-number fails too
+}
+
+std::int64_t rk::SecondsOfDateValue(double dateValue) noexcept
+{
+    return kDateValueZero +
+           (IsDateValue(dateValue) ? static_cast<std::int64_t>(std::round(dateValue * kSecondsADay)) : 0);
 }
 
 COleDateTime::COleDateTime(const CTime& time) noexcept

@@ -5,6 +5,7 @@
 #include "RkUtilities/foundation/CTime.h"
 
 #include <compare>
+#include <concepts>
 #include <ctime>
 
 /// A date value: days since 30 December 1899, 00:00, whose fraction is the time of day. It belongs to no time zone.
@@ -18,6 +19,9 @@ public:
     constexpr COleDateTime() noexcept = default;
     /// The given value.
     explicit constexpr COleDateTime(double dateValue) noexcept : m_dt(dateValue) {}
+    template <std::integral T>
+    explicit COleDateTime(T) =
+        delete;  ///< Seconds since 1970: `COleDateTime(CTime::FromTimeT(seconds))`; days: a `double`.
     /// The local calendar fields of a time, seconds included, fractions of a second not.
     explicit COleDateTime(const CTime& time) noexcept;
     /// The value of these fields; those out of range are carried ("31 April" is 1 May).

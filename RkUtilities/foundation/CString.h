@@ -112,12 +112,21 @@ public:
         return index >= 0 && index < GetLength() ? Units()[index] : static_cast<unsigned short>(0);
     }
     /// The zero-terminated text, valid while this text is neither changed nor destroyed.
-    [[nodiscard]] unsigned short const* GetUTF16Ptr() const noexcept { return rk::AsUnsignedShort(Units()); }
+    [[nodiscard]] unsigned short const* GetUTF16Ptr() const noexcept RK_LIFETIMEBOUND
+    {
+        return rk::AsUnsignedShort(Units());
+    }
     /// The units, valid while this text is neither changed nor destroyed. Zero-terminated.
-    [[nodiscard]] std::u16string_view View() const noexcept { return {Units(), static_cast<std::size_t>(GetLength())}; }
-    operator std::u16string_view() const noexcept { return View(); }                     ///< `View()`.
-    [[nodiscard]] const_iterator begin() const noexcept { return Units(); }              ///< The first unit.
-    [[nodiscard]] const_iterator end() const noexcept { return Units() + GetLength(); }  ///< Behind the last unit.
+    [[nodiscard]] std::u16string_view View() const noexcept RK_LIFETIMEBOUND
+    {
+        return {Units(), static_cast<std::size_t>(GetLength())};
+    }
+    operator std::u16string_view() const noexcept RK_LIFETIMEBOUND { return View(); }         ///< `View()`.
+    [[nodiscard]] const_iterator begin() const noexcept RK_LIFETIMEBOUND { return Units(); }  ///< The first unit.
+    [[nodiscard]] const_iterator end() const noexcept RK_LIFETIMEBOUND
+    {
+        return Units() + GetLength();
+    }  ///< Behind the last unit.
     /// The UTF-8 bytes; a lone surrogate becomes U+FFFD (EF BF BD).
     [[nodiscard]] std::string ToUtf8() const;
     void AppendUtf8To(std::string& bytes) const;  ///< Appends the UTF-8 bytes to `bytes`.

@@ -19,7 +19,8 @@ CTime LocalTime(std::int64_t localSeconds, int dst) noexcept
 
 }  // namespace
 
-CTime::CTime(double dateValue) noexcept : CTime(LocalTime(rk::SecondsOfDateValue(dateValue), -1))
+CTime::CTime(double dateValue) noexcept
+    : CTime(rk::IsDateValue(dateValue) ? LocalTime(rk::SecondsOfDateValue(dateValue), -1) : CTime())
 {}
 
 CTime::CTime(int year, int month, int day, int hour, int minute, int second, int dst) noexcept
@@ -43,6 +44,16 @@ CTime CTime::FromCFAbsoluteTime(double seconds) noexcept
     if (seconds >= kFirst && seconds < kEnd)
         time.m_seconds = seconds;
     return time;
+}
+
+CTime CTime::FromTimeT(std::time_t seconds) noexcept
+{
+    return FromCFAbsoluteTime(static_cast<double>(seconds) - static_cast<double>(kUtcSecondsOf2001));
+}
+
+std::time_t CTime::GetTime() const noexcept
+{
+    return rk::platform::UtcSecondsOf(m_seconds);
 }
 
 std::tm CTime::Fields() const noexcept

@@ -4,6 +4,7 @@
 #include "RkUtilities/foundation/CTimeSpan.h"
 
 #include <compare>
+#include <concepts>
 #include <ctime>
 
 /// A point in time, kept as one `double`: seconds since 1 January 2001, 00:00:00 UTC.
@@ -18,8 +19,11 @@ class RK_EXPORT CTime {
 public:
     /// The null time.
     constexpr CTime() noexcept = default;
-    /// The local time of a date value: days since 30 December 1899, 00:00, to the nearest second.
+    /// The local time of a date value: days since 30 December 1899, 00:00, to the nearest second. The null time for a value
+    /// that is no number or lies outside the years 1 to 9999.
     explicit CTime(double dateValue) noexcept;
+    template <std::integral T>
+    explicit CTime(T) = delete;  ///< An integer is no date value: `FromTimeT` takes seconds since 1970.
     /// The local time of calendar fields: full year, month 1 to 12. Fields out of range are carried ("31 April" is 1 May).
     ///
     /// A local time that a clock change leaves out is moved on by the length of the gap (2:30 becomes 3:30). Where a local
@@ -31,6 +35,12 @@ public:
     [[nodiscard]] static CTime GetCurrentTime() noexcept;
     /// The time `seconds` after 1 January 2001, 00:00:00 UTC.
     [[nodiscard]] static CTime FromCFAbsoluteTime(double seconds) noexcept;
+    /// The time `seconds` after 1 January 1970, 00:00:00 UTC, as the C library counts them (`std::time`).
+    ///
+    /// `RkUtilities/interop/SysTime.h` converts from and to the times of `std::chrono::system_clock`.
+    [[nodiscard]] static CTime FromTimeT(std::time_t seconds) noexcept;
+    /// Whole seconds since 1 January 1970, 00:00:00 UTC, as the C library counts them; fractions are cut downwards.
+    [[nodiscard]] std::time_t GetTime() const noexcept;
 
     [[nodiscard]] int GetYear() const noexcept { return Fields().tm_year; }           ///< The full year.
     [[nodiscard]] int GetMonth() const noexcept { return Fields().tm_mon; }           ///< 1 to 12

@@ -16,8 +16,11 @@ class RK_EXPORT StUTF8Buffer {
 public:
     explicit StUTF8Buffer(const CString& text);  ///< Copies the text as UTF-8.
 
-    operator char*() noexcept { return m_bytes.get(); }              ///< The bytes, to be read or changed in place.
-    operator char const*() const noexcept { return m_bytes.get(); }  ///< The bytes, to be read.
+    operator char*() noexcept RK_LIFETIMEBOUND
+    {
+        return m_bytes.get();
+    }  ///< The bytes, to be read or changed in place.
+    operator char const*() const noexcept RK_LIFETIMEBOUND { return m_bytes.get(); }  ///< The bytes, to be read.
 
 private:
     std::unique_ptr<char[]> m_bytes;

@@ -29,7 +29,7 @@ public:
 
     constexpr bool IsNull() const noexcept { return IsNullGuid(m_bytes); }  ///< Whether this is the null GUID.
     /// The record, for the log and the static members.
-    constexpr const CFUUIDBytes& Bytes() const noexcept { return m_bytes; }
+    constexpr const CFUUIDBytes& Bytes() const noexcept RK_LIFETIMEBOUND { return m_bytes; }
     /// The text as GuidToString makes it. Throws std::bad_alloc without memory.
     operator CString() const { return GuidToString(m_bytes); }
 

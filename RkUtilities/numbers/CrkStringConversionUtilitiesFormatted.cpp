@@ -136,7 +136,7 @@ CString CrkStringConversionUtilities::DoubleStringToFormattedPercentage(const CS
     std::u16string moved;
     const rk::SplitNumber number = rk::Split(numberText, point, moved).value_or(rk::SplitNumber());
     rk::TextBuilder percents;
-    if (_ttoi(CString(number.integer).GetUTF16Ptr()) != 0)
+    if (_ttoi(number.integer) != 0)
         percents.Append(number.integer);
     rk::AppendDecimals(percents, number.fraction, kMovedDigits);
     const std::u16string_view whole = percents.View();

@@ -210,8 +210,7 @@ int SECFileSystem::CompareFiles(const CString& first, const CString& second, uns
     return couldRead && areEqual ? 1 : 0;
 }
 
-int SECFileSystem::CopyFile(const CString& source, const CString& destination, unsigned int flags,
-                            unsigned short const*) const
+int SECFileSystem::CopyFile(const CString& source, const CString& destination, unsigned int flags, rk::TextView) const
 {
     const std::string to = rk::NativePath(destination);
     auto outcome = platform::CopyOutcome::Stayed;

@@ -5,6 +5,7 @@
 #include "RkUtilities/foundation/CObject.h"
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/CTime.h"
+#include "RkUtilities/foundation/TextView.h"
 
 class CFile;
 struct CFileStatus;
@@ -120,8 +121,7 @@ public:
     ///
     /// With 0x8 the copy is made writable and must be a file or link, else the result is 0; one that is writable
     /// already counts as success, and a link is left alone with what it leads to. `prompt` is not used.
-    int CopyFile(const CString& source, const CString& destination, unsigned int flags,
-                 unsigned short const* prompt) const;
+    int CopyFile(const CString& source, const CString& destination, unsigned int flags, rk::TextView prompt) const;
 
     /// Copies all that a folder holds into an existing folder, each entry as `CopyFile` would, and folders that exist
     /// on both sides into each other. Always 1: what cannot be copied is left out. The last argument has no effect.

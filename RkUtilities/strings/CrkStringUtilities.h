@@ -8,6 +8,7 @@
 #include "RkUtilities/foundation/CString.h"
 
 #include <array>
+#include <concepts>
 #include <string_view>
 
 /// What an application asks of topic texts, names and lists of names, and makes of them.
@@ -162,6 +163,10 @@ public:
                            bool skipEmptyParts);
     static CString Combine(const CString& separator, const CString& first, const CString& second, const CString& third,
                            const CString& fourth, bool skipEmptyParts);  ///< Four parts.
+    template <class... Texts>
+        requires(sizeof...(Texts) > 0 && (std::convertible_to<const Texts&, CString> && ...))
+    static CString Combine(const CString& separator, const CString& first, const CString& second,
+                           const Texts&... further) = delete;  ///< A text in the place of `skipEmptyParts` is refused.
     /// Sorts the list in place by `CString::CompareNoCase`. Ascending, elements that compare equal keep their order;
     /// descending, they are reversed. Positions taken before are no longer valid. After an exception the list is as it was.
     static void SortStringList(CAtlList<CString>& list, bool ascending);

@@ -1,4 +1,6 @@
 #include "RkUtilities/foundation/CFile.h"
+#include "RkUtilities/interop/SystemErrors.h"
+
 #include "tests/support/ScopedCurrentFolder.h"
 #include "tests/support/ScopedFileSizeLimit.h"
 #include "tests/support/ScopedFolder.h"
@@ -80,6 +82,14 @@ TEST(File, OpensWhatItCanAndTellsTheCauseOfEveryFailure)
         EXPECT_EQ(error.m_strFileName, opens ? CString() : folder.Text(name));
     }
     EXPECT_FALSE(CFile().Open(CString().GetUTF16Ptr(), 0));
+    EXPECT_EQ(rk::WithSystemErrors([] { return 7; }), 7);
+    try {
+        rk::WithSystemErrors([&] { CFile::Remove(u"/missing/file"); });
+        FAIL();
+    } catch (const std::system_error& failure) {
+        EXPECT_EQ(failure.code(), std::errc::no_such_file_or_directory);
+        EXPECT_TRUE(std::string_view(failure.what()).starts_with("/missing/file: "));
+    }
 }
 
 TEST(File, ReadsWritesAndSeeksWhereItStands)

@@ -1,5 +1,6 @@
 #include "RkUtilities/foundation/COleDateTime.h"
 #include "RkUtilities/foundation/CTime.h"
+#include "RkUtilities/interop/SysTime.h"
 
 #include "tests/support/ScopedVariable.h"
 #include "tests/support/TimeAt.h"
@@ -114,12 +115,34 @@ TEST(Time, KeepsNumbersThatAreNoDatesOut)
 {
     for (const double value : {std::nan(""), HUGE_VAL, -HUGE_VAL, 1e300, -1e300, 3e6}) {
         EXPECT_EQ(COleDateTime(value).GetYear(), 1899) << value;
-        EXPECT_EQ(CTime(value), CTime(1899, 12, 30, 0, 0, 0, -1)) << value;
+        EXPECT_EQ(CTime(value), CTime()) << value;
         EXPECT_EQ(CTime::FromCFAbsoluteTime(value * 1e6), CTime()) << value;
     }
     const CTimeSpan longest(INT_MAX, INT_MAX, INT_MAX, INT_MAX);
     EXPECT_EQ(CTime::GetCurrentTime() + longest, CTime());
     EXPECT_EQ(CTime::GetCurrentTime() - longest, CTime());
+}
+
+static_assert(!std::is_constructible_v<CTime, std::time_t> && !std::is_constructible_v<COleDateTime, int>);
+static_assert(std::is_constructible_v<CTime, double> && std::is_constructible_v<COleDateTime, float>);
+
+TEST(Time, GoesToTheCLibrarysAndTheClocksTimesAndBack)
+{
+    using namespace std::chrono;
+    for (const std::time_t seconds : {-62135596800L, -1L, 0L, 1L, 1'795'000'000L, 253402300799L}) {
+        EXPECT_EQ(CTime::FromTimeT(seconds).GetTime(), seconds);
+        const sys_time<microseconds> time = sys_seconds(std::chrono::seconds(seconds)) + microseconds(500'000);
+        EXPECT_EQ(rk::ToSysTime(rk::FromSysTime(time)), time);
+        EXPECT_EQ(rk::FromSysTime(time).GetTime(), seconds);
+    }
+    EXPECT_EQ(rk::FromSysTime(sys_days{2001y / January / 1}).GetCFAbsoluteTime(), 0);
+    for (const std::time_t seconds : {LONG_MIN, -99999999999L, 999999999999L, LONG_MAX}) {
+        EXPECT_EQ(CTime::FromTimeT(seconds), CTime());
+        EXPECT_EQ(rk::FromSysTime(sys_seconds(std::chrono::seconds(seconds))), CTime());
+        EXPECT_EQ(rk::FromSysTime(sys_time<hours>(hours(seconds))), CTime());
+    }
+    const system_clock::time_point now = system_clock::now();
+    EXPECT_LT(abs(rk::ToSysTime(rk::FromSysTime(now)) - now), 2us);
 }
 
 TEST(Time, AddsAndSubtractsSpans)

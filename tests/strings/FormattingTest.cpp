@@ -159,6 +159,10 @@ TEST(Lists, JoinAndSort)
     EXPECT_EQ(Strings::Combine(u", ", parts, 3, false), u"a, , b");
     EXPECT_EQ(Strings::Combine(u", ", u"", u"a", true) + Strings::Combine(u"-", u"", u"", u"x", u"", false), u"a--x-");
     EXPECT_EQ(Strings::Combine(u"-", u"1", u"2", u"3", true), u"1-2-3");
+    const auto takes = [](const auto&... arguments) { return requires { Strings::Combine(arguments...); }; };
+    EXPECT_FALSE(takes(u"-", u"1", u"2", u"3") || takes(u"-", u"1", u"2", u"3", parts[0]) ||
+                 takes(u"-", u"1", u"2", "3"));
+    EXPECT_TRUE(takes(u"-", u"1", parts[1], u"3", u"4", false) && takes(u"-", parts, 3, false));
     EXPECT_EQ(Strings::Combine(u", ", nullptr, 3, true) + Strings::Combine(u", ", parts, 0, true), u"");
     CAtlList<CString> list{u"b", u"A", u"a", u"C", u"ab", u"abcde", u"ABCDF"};
     Strings::SortStringList(list, true);

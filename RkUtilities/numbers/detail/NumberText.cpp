@@ -72,7 +72,7 @@ std::optional<SplitNumber> Split(const CString& text, std::u16string_view decima
     if (pointAt != std::u16string_view::npos && pointAt + decimalPoint.size() < digits.size())
         number.fraction = digits.substr(pointAt + decimalPoint.size());
     if (exponentAt != std::u16string_view::npos)
-        ShiftPoint(number, _ttoi(AsUnsignedShort(rest.data() + exponentAt + 1)), moved);  // up to the text's terminator
+        ShiftPoint(number, _ttoi(rest.substr(exponentAt + 1)), moved);
     return number;
 }
 
