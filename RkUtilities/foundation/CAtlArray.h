@@ -3,6 +3,7 @@
 #include "RkUtilities/foundation/AtlThrow.h"
 
 #include <algorithm>
+#include <concepts>
 #include <cstddef>
 #include <initializer_list>
 #include <memory>
@@ -26,9 +27,13 @@
 template <class T>
 class CAtlArray {
 public:
-    using value_type = T;             ///< The elements' type.
-    using iterator = T*;              ///< Walks and changes the elements.
-    using const_iterator = const T*;  ///< Walks the elements.
+    using value_type = T;                    ///< The elements' type.
+    using size_type = std::size_t;           ///< The type of counts.
+    using difference_type = std::ptrdiff_t;  ///< The distance of two iterators.
+    using reference = T&;                    ///< An element.
+    using const_reference = const T&;        ///< An element, for reading.
+    using iterator = T*;                     ///< Walks and changes the elements.
+    using const_iterator = const T*;         ///< Walks the elements.
 
     CAtlArray() noexcept = default;
     /// The listed elements.
@@ -43,8 +48,12 @@ public:
     }
     ~CAtlArray() { std::destroy_n(m_storage.m_elements, m_count); }
 
-    std::size_t GetCount() const noexcept { return m_count; }  ///< The number of elements.
-    bool IsEmpty() const noexcept { return m_count == 0; }     ///< Whether there are no elements.
+    std::size_t GetCount() const noexcept { return m_count; }        ///< The number of elements.
+    bool IsEmpty() const noexcept { return m_count == 0; }           ///< Whether there are no elements.
+    std::size_t size() const noexcept { return m_count; }            ///< `GetCount`.
+    bool empty() const noexcept { return m_count == 0; }             ///< `IsEmpty`.
+    T* data() noexcept { return m_storage.m_elements; }              ///< The first element; anything in an empty array.
+    const T* data() const noexcept { return m_storage.m_elements; }  ///< The same, for reading.
 
     /// The element at `index`, for reading.
     const T& GetAt(std::size_t index) const { return m_storage.m_elements[Checked(index)]; }
@@ -68,6 +77,26 @@ public:
     std::size_t Add(const T& element) { return Append(element); }
     /// Moves an element in at the end; returns its index.
     std::size_t Add(T&& element) { return Append(std::move(element)); }
+
+    /// Inserts an element before the one at `index`; `GetCount()` inserts at the end. An element's own move or swap decides
+    /// what is left of the order when that throws.
+    template <std::convertible_to<T> Element = T>
+    void InsertAt(std::size_t index, Element&& element)
+    {
+        if (index > m_count)
+            ATL::AtlThrow(ATL::kInvalidArgument);
+        Append(std::forward<Element>(element));
+        std::rotate(begin() + index, end() - 1, end());
+    }
+    /// Removes `count` elements from `index` on. An element's own move decides what is left of the others when that throws.
+    void RemoveAt(std::size_t index, std::size_t count = 1)
+    {
+        if (index > m_count || count > m_count - index)
+            ATL::AtlThrow(ATL::kInvalidArgument);
+        std::move(begin() + index + count, end(), begin() + index);
+        std::destroy_n(end() - count, count);
+        m_count -= count;
+    }
 
     /// Cuts the array to its first `count` elements, or lengthens it with value-initialised ones (0, false, "").
     /// @return true; failures throw

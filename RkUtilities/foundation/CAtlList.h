@@ -5,6 +5,7 @@
 #include "RkUtilities/foundation/detail/NodePool.h"
 
 #include <algorithm>
+#include <concepts>
 #include <cstddef>
 #include <initializer_list>
 #include <type_traits>
@@ -27,6 +28,10 @@ template <class T>
 class CAtlList {
 public:
     using value_type = T;                                            ///< The elements' type.
+    using size_type = std::size_t;                                   ///< The type of counts.
+    using difference_type = std::ptrdiff_t;                          ///< The distance of two iterators.
+    using reference = T&;                                            ///< An element.
+    using const_reference = const T&;                                ///< An element, for reading.
     using iterator = rk::PositionIterator<CAtlList, T>;              ///< Walks and changes the elements.
     using const_iterator = rk::PositionIterator<CAtlList, const T>;  ///< Walks the elements.
 
@@ -47,6 +52,8 @@ public:
 
     std::size_t GetCount() const noexcept { return m_count; }  ///< The number of elements.
     bool IsEmpty() const noexcept { return m_count == 0; }     ///< Whether there are no elements.
+    std::size_t size() const noexcept { return m_count; }      ///< `GetCount`.
+    bool empty() const noexcept { return m_count == 0; }       ///< `IsEmpty`.
 
     /// Adds an element before the first or behind the last one.
     /// @return its position
@@ -65,6 +72,36 @@ public:
     T& GetNext(POSITION& position) { return NodeAt(std::exchange(position, Following(position)))->element; }
     /// The same, for reading.
     const T& GetNext(POSITION& position) const { return NodeAt(std::exchange(position, Following(position)))->element; }
+
+    POSITION GetTailPosition() const noexcept
+    {
+        return PositionOf(m_tail);
+    }  ///< The last element's; null in an empty list.
+    /// The element at the position, which moves back to the previous element, or to null before the first one.
+    T& GetPrev(POSITION& position) { return NodeAt(std::exchange(position, Preceding(position)))->element; }
+    /// The same, for reading.
+    const T& GetPrev(POSITION& position) const { return NodeAt(std::exchange(position, Preceding(position)))->element; }
+    T& GetHead() { return GetAt(GetHeadPosition()); }              ///< The first element.
+    const T& GetHead() const { return GetAt(GetHeadPosition()); }  ///< The first element, for reading.
+    T& GetTail() { return GetAt(GetTailPosition()); }              ///< The last element.
+    const T& GetTail() const { return GetAt(GetTailPosition()); }  ///< The last element, for reading.
+
+    /// Adds an element before the one at a position; returns its position.
+    template <std::convertible_to<T> Element = T>
+    POSITION InsertBefore(POSITION position, Element&& element)
+    {
+        Node* const next = Checked(position);
+        return next->previous ? LinkAfter(next->previous, Create(std::forward<Element>(element)))
+                              : LinkHead(Create(std::forward<Element>(element)));
+    }
+    /// Adds an element behind the one at a position; returns its position.
+    template <std::convertible_to<T> Element = T>
+    POSITION InsertAfter(POSITION position, Element&& element)
+    {
+        Node* const previous = Checked(position);
+        return previous->next ? LinkAfter(previous, Create(std::forward<Element>(element)))
+                              : LinkTail(Create(std::forward<Element>(element)));
+    }
 
     T& GetAt(POSITION position) { return Checked(position)->element; }              ///< The element at a position.
     const T& GetAt(POSITION position) const { return Checked(position)->element; }  ///< The element, for reading.
@@ -92,7 +129,7 @@ public:
         m_pool.Release();
     }
 
-    /// Forward iterators, head to tail.
+    /// Iterators in both directions, head to tail.
     iterator begin() noexcept { return {this, GetHeadPosition()}; }
     iterator end() noexcept { return {this, nullptr}; }                          ///< Behind the last element.
     const_iterator begin() const noexcept { return {this, GetHeadPosition()}; }  ///< The first element, for reading.
@@ -122,7 +159,12 @@ private:
     static POSITION PositionOf(Node* node) noexcept { return reinterpret_cast<POSITION>(node); }
     static Node* NodeAt(POSITION position) noexcept { return reinterpret_cast<Node*>(position); }
     static T& EntryAt(POSITION position) noexcept { return NodeAt(position)->element; }
+    static constexpr bool kWalksBack = true;
     static POSITION PositionAfter(POSITION position) noexcept { return PositionOf(NodeAt(position)->next); }
+    POSITION PositionBefore(POSITION position) const noexcept
+    {
+        return PositionOf(position ? NodeAt(position)->previous : m_tail);
+    }
 
     static Node* Checked(POSITION position)
     {
@@ -131,6 +173,7 @@ private:
         return NodeAt(position);
     }
     static POSITION Following(POSITION position) { return PositionOf(Checked(position)->next); }
+    static POSITION Preceding(POSITION position) { return PositionOf(Checked(position)->previous); }
 
     template <class Element>
     Node* Create(Element&& element)
@@ -153,6 +196,16 @@ private:
         node->previous = m_tail;
         (m_tail ? m_tail->next : m_head) = node;
         m_tail = node;
+        ++m_count;
+        return PositionOf(node);
+    }
+
+    /// Between a node and the next one.
+    POSITION LinkAfter(Node* previous, Node* node) noexcept
+    {
+        node->previous = previous;
+        node->next = previous->next;
+        previous->next = node->next->previous = node;
         ++m_count;
         return PositionOf(node);
     }

@@ -55,6 +55,10 @@ public:
     };
 
     using value_type = CPair;                                           ///< The entries' type.
+    using size_type = std::size_t;                                      ///< The type of counts.
+    using difference_type = std::ptrdiff_t;                             ///< The distance of two iterators.
+    using reference = CPair&;                                           ///< An element.
+    using const_reference = const CPair&;                               ///< An element, for reading.
     using iterator = rk::PositionIterator<CAtlMap, CPair>;              ///< Walks the entries and changes values.
     using const_iterator = rk::PositionIterator<CAtlMap, const CPair>;  ///< Walks the entries.
 
@@ -98,6 +102,8 @@ public:
 
     std::size_t GetCount() const noexcept { return m_count; }  ///< The number of entries.
     bool IsEmpty() const noexcept { return m_count == 0; }     ///< Whether there are no entries.
+    std::size_t size() const noexcept { return m_count; }      ///< `GetCount`.
+    bool empty() const noexcept { return m_count == 0; }       ///< `IsEmpty`.
 
     /// Sets the value of the key. A key that was there stays, in its place, and its value is assigned to: that
     /// assignment decides what is left of the value when it throws.
@@ -105,6 +111,13 @@ public:
     POSITION SetAt(const K& key, const V& value) { return Set(key, value); }
     POSITION SetAt(const K& key, V&& value) { return Set(key, std::move(value)); }  ///< The same, moving the value in.
     POSITION SetAt(K&& key, V&& value) { return Set(std::move(key), std::move(value)); }  ///< The same, moving both in.
+
+    /// The key's value. A key that is not there is set with a value-initialised one (0, false, "").
+    V& operator[](const K& key)
+    {
+        CPair* const entry = Lookup(key);
+        return entry ? entry->m_value : EntryAt(Set(key, V())).m_value;
+    }
 
     /// The entry of the key, or null.
     ///
@@ -240,6 +253,7 @@ private:
         std::uint32_t count = 0;
     };
 
+    static constexpr bool kWalksBack = false;
     static POSITION PositionOf(const Node* node) noexcept
     {
         return reinterpret_cast<POSITION>(const_cast<Node*>(node));  // a position says nothing about const

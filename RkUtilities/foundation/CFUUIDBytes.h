@@ -2,6 +2,7 @@
 
 #include <array>
 #include <bit>
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -16,6 +17,8 @@ struct CFUUIDBytes {
 
     /// Whether all 16 bytes are equal.
     friend constexpr bool operator==(const CFUUIDBytes&, const CFUUIDBytes&) = default;
+    /// Byte by byte.
+    friend constexpr auto operator<=>(const CFUUIDBytes&, const CFUUIDBytes&) = default;
 };
 static_assert(sizeof(CFUUIDBytes) == 16 && std::is_trivially_copyable_v<CFUUIDBytes>);
 

@@ -9,6 +9,7 @@
 #include "RkUtilities/platform/files/NewFile.h"
 #include "RkUtilities/platform/process/Environment.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <limits>
@@ -91,6 +92,13 @@ CString FullName(const CString& path, const std::string& nativePath)
 
 CFile::CFile() noexcept = default;
 
+CFile::CFile(const CString& path, unsigned int flags)
+{
+    CFileException failure;
+    if (!Open(path, flags, &failure))
+        throw new CFileException(failure.m_cause, static_cast<int>(failure.m_lOsError), path);
+}
+
 CFile::~CFile()
 {
     if (IsOpen() && !m_new)
@@ -167,15 +175,37 @@ void CFile::Commit(const CString& path, bool isReplacing)
 
 unsigned int CFile::Read(void* buffer, unsigned int byteCount)
 {
+    return static_cast<unsigned int>(Read(std::span(static_cast<std::byte*>(buffer), byteCount)).size());
+}
+
+std::span<std::byte> CFile::Read(std::span<std::byte> bytes)
+{
     std::error_code error;
-    const std::size_t count = platform::ReadFile(m_hFile, buffer, byteCount, error);
+    const std::size_t count = platform::ReadFile(m_hFile, bytes.data(), bytes.size(), error);
     ThrowIfSet(error, m_path);
-    return static_cast<unsigned int>(count);
+    return bytes.first(count);
+}
+
+std::string CFile::ReadAll()
+{
+    std::string bytes;
+    std::size_t count = 0;
+    do {
+        bytes.resize(std::max<std::size_t>(1024, 2 * bytes.size()));
+        count += Read(std::as_writable_bytes(std::span(bytes).subspan(count))).size();
+    } while (count == bytes.size());
+    bytes.resize(count);
+    return bytes;
 }
 
 void CFile::Write(const void* bytes, unsigned int byteCount)
 {
-    ThrowIfSet(platform::WriteFile(m_hFile, {static_cast<const char*>(bytes), byteCount}), m_path);
+    Write(std::span(static_cast<const std::byte*>(bytes), byteCount));
+}
+
+void CFile::Write(std::span<const std::byte> bytes)
+{
+    ThrowIfSet(platform::WriteFile(m_hFile, {reinterpret_cast<const char*>(bytes.data()), bytes.size()}), m_path);
 }
 
 void CFile::WriteString(const CString& text)

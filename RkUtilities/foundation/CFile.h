@@ -5,7 +5,9 @@
 #include "RkUtilities/foundation/CFileStatus.h"
 #include "RkUtilities/foundation/CString.h"
 
+#include <cstddef>
 #include <memory>
+#include <span>
 #include <string>
 #include <system_error>
 
@@ -51,6 +53,8 @@ public:
 
     /// A closed file.
     CFile() noexcept;
+    /// Opens a file as `Open` does; a failure is thrown as a `CFileException*`.
+    CFile(const CString& path, unsigned int flags);
     /// Closes an open file. A failure to write back what was written goes unnoticed here: call `Close` to learn of
     /// it.
     ~CFile();
@@ -92,6 +96,11 @@ public:
     unsigned int Read(void* buffer, unsigned int byteCount);
     /// Writes all bytes at the position. After a failure a part of them may stand in the file.
     void Write(const void* bytes, unsigned int byteCount);
+    /// Reads into the bytes, as many as there are, and returns the part that was filled; it is shorter only where the file ends.
+    std::span<std::byte> Read(std::span<std::byte> bytes);
+    void Write(std::span<const std::byte> bytes);  ///< Writes all bytes at the position, as the other `Write`.
+    /// All bytes from the position to the end of the file, also of a file that does not know its length.
+    [[nodiscard]] std::string ReadAll();
     /// Writes the text at the position in UTF-8, without a byte-order mark; a lone surrogate becomes U+FFFD. As
     /// `Write`.
     void WriteString(const CString& text);
@@ -99,6 +108,7 @@ public:
     /// Moves the position; `from` is 0 for the start, 1 for the position, 2 for the end. A position past the end is
     /// legal, one before the start fails with `badSeek`. Returns the new position.
     unsigned long long Seek(long long offset, unsigned int from);
+    unsigned long long SeekToEnd() { return Seek(0, 2); }  ///< Moves the position to the end; returns the length.
     [[nodiscard]] unsigned long long GetPosition() const;  ///< The position in bytes from the start.
     [[nodiscard]] unsigned long long GetLength() const;    ///< The length in bytes.
     /// Cuts the file to a length in bytes, or lengthens it with zero bytes. The position stays.

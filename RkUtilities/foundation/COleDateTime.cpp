@@ -1,5 +1,6 @@
 #include "RkUtilities/foundation/COleDateTime.h"
 
+#include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/detail/DateValue.h"
 #include "RkUtilities/platform/process/LocalTime.h"
 
@@ -43,4 +44,11 @@ COleDateTime::COleDateTime(int year, int month, int day, int hour, int minute, i
 std::tm COleDateTime::Fields() const noexcept
 {
     return platform::UtcCalendar(rk::SecondsOfDateValue(m_dt));
+}
+
+CString COleDateTime::Format(const CString& format) const
+{
+    std::tm fields = Fields();
+    fields.tm_isdst = -1;  // no zone is known
+    return platform::FormattedTime(fields, format.ToUtf8());
 }

@@ -12,7 +12,7 @@
 ///
 /// - Days are counted in one line, before that date too: -0.25 is 18:00 on 29 December 1899. The calendar is Gregorian.
 /// - Fields are read to the nearest second. A value that is no number or lies outside the years 1 to 9999 reads as 0.
-/// - Nothing throws. Safe from any thread.
+/// - Nothing throws but `Format`. Safe from any thread.
 class RK_EXPORT COleDateTime {
 public:
     /// The value 0: 30 December 1899, 00:00.
@@ -27,6 +27,11 @@ public:
     /// The value of these fields; those out of range are carried ("31 April" is 1 May).
     COleDateTime(int year, int month, int day, int hour, int minute, int second) noexcept;
 
+    [[nodiscard]] static COleDateTime GetCurrentTime() noexcept
+    {
+        return COleDateTime(CTime::GetCurrentTime());
+    }  ///< Now.
+
     [[nodiscard]] int GetYear() const noexcept { return Fields().tm_year; }           ///< The full year.
     [[nodiscard]] int GetMonth() const noexcept { return Fields().tm_mon; }           ///< 1 to 12
     [[nodiscard]] int GetDay() const noexcept { return Fields().tm_mday; }            ///< 1 to 31
@@ -35,6 +40,14 @@ public:
     [[nodiscard]] int GetSecond() const noexcept { return Fields().tm_sec; }          ///< 0 to 59
     [[nodiscard]] int GetDayOfWeek() const noexcept { return Fields().tm_wday + 1; }  ///< 1 is Sunday, 7 Saturday
 
+    /// The fields by a format of C's strftime, as `CTime::Format`; "%z" and "%Z" are empty.
+    [[nodiscard]] CString Format(const CString& format) const;
+
+    /// The span from `b` to `a`.
+    friend constexpr COleDateTimeSpan operator-(const COleDateTime& a, const COleDateTime& b) noexcept
+    {
+        return COleDateTimeSpan::FromDays(a.m_dt - b.m_dt);
+    }
     /// The date value so much later.
     friend constexpr COleDateTime operator+(const COleDateTime& date, const COleDateTimeSpan& span) noexcept
     {

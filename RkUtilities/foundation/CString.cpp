@@ -3,6 +3,7 @@
 #include "RkUtilities/foundation/detail/TextBuilder.h"
 #include "RkUtilities/foundation/detail/UnitBlock.h"
 #include "RkUtilities/foundation/detail/Utf8.h"
+#include "RkUtilities/platform/locale/Collation.h"
 #include "RkUtilities/platform/locale/StringTables.h"
 #include "RkUtilities/platform/process/Environment.h"
 
@@ -89,6 +90,18 @@ CString CString::Part(std::size_t start, std::size_t unitCount) const
     std::memcpy(part.m_text.OwnUnits(), text.data() + start, kMost * sizeof(char16_t));
     part.m_text.SetLength(unitCount);
     return part;
+}
+
+// --- Comparing
+
+int CString::Collate(const CString& other) const
+{
+    rk::platform::TextRow<char16_t> texts;
+    texts.Add(View());
+    texts.Add(other.View());
+    const rk::platform::TextRow<char> keys = rk::platform::CollationKeysOf(texts);
+    const int order = keys[0].compare(keys[1]);
+    return order != 0 ? order : Compare(other);
 }
 
 // --- Changing

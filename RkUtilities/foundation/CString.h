@@ -111,6 +111,12 @@ public:
     {
         return index >= 0 && index < GetLength() ? Units()[index] : static_cast<unsigned short>(0);
     }
+    /// The code unit at `index`; 0 outside the text. A text has no units to assign to: `SetAt` changes one.
+    template <std::integral T>
+    [[nodiscard]] char16_t operator[](T index) const noexcept
+    {
+        return GetAt(static_cast<long>(index));
+    }
     /// The zero-terminated text, valid while this text is neither changed nor destroyed.
     [[nodiscard]] unsigned short const* GetUTF16Ptr() const noexcept RK_LIFETIMEBOUND
     {
@@ -127,6 +133,10 @@ public:
     {
         return Units() + GetLength();
     }  ///< Behind the last unit.
+    // As the standard's algorithms and containers name them.
+    [[nodiscard]] std::size_t size() const noexcept { return View().size(); }  ///< The number of code units.
+    [[nodiscard]] bool empty() const noexcept { return IsEmpty(); }            ///< `IsEmpty`.
+    [[nodiscard]] const char16_t* data() const noexcept RK_LIFETIMEBOUND { return Units(); }  ///< `View().data()`.
     /// The UTF-8 bytes; a lone surrogate becomes U+FFFD (EF BF BD).
     [[nodiscard]] std::string ToUtf8() const;
     void AppendUtf8To(std::string& bytes) const;  ///< Appends the UTF-8 bytes to `bytes`.
@@ -140,6 +150,7 @@ public:
     [[nodiscard]] CString Mid(int start, int unitCount) const;  ///< The same, at most `unitCount` units.
     /// The leading part before the first unit that occurs in `set`; the whole text when no unit does.
     [[nodiscard]] CString SpanExcluding(const CString& set) const;
+    [[nodiscard]] CString SpanIncluding(const CString& set) const;  ///< The leading part of units that occur in `set`.
     /// The next run of units that are not in `delimiters`, from `position` on; `position` moves past the delimiter that
     /// ends it, or to the end.
     ///
@@ -167,6 +178,9 @@ public:
     [[nodiscard]] int Compare(const CString& other) const noexcept { return View().compare(other.View()); }
     /// Below 0, 0 or above 0: by code units after Unicode's simple case folding. The same in every locale.
     [[nodiscard]] int CompareNoCase(const CString& other) const;
+    /// Below 0, 0 or above 0: in the order of names of the user's language, without regard to case; texts that are alike in
+    /// that by code units, so that 0 means the same text. Throws `std::bad_alloc` without memory for the language's order.
+    [[nodiscard]] int Collate(const CString& other) const;
 
     /// The same units.
     friend bool operator==(const CString& a, const CString& b) noexcept { return a.View() == b.View(); }
@@ -213,11 +227,19 @@ public:
     void RemoveLineFeeds();
     CString& MakeUpper();  ///< Upper case, unit by unit.
     CString& MakeLower();  ///< Lower case, unit by unit.
-    CString& Trim();       ///< Removes white space (Unicode's White_Space) at both ends.
-    CString& TrimRight();  ///< Removes white space at the end.
+    /// The units in reverse order; the two of a character outside the Basic Multilingual Plane keep theirs.
+    CString& MakeReverse();
+    CString& Trim() { return TrimRight().TrimLeft(); }  ///< Removes white space (Unicode's White_Space) at both ends.
+    CString& TrimLeft();                                ///< Removes white space at the start.
+    CString& TrimRight();                               ///< Removes white space at the end.
+    /// Removes the units that occur in `set` at both ends.
+    CString& Trim(const CString& set) { return TrimRight(set).TrimLeft(set); }
+    CString& TrimLeft(const CString& set);   ///< Removes the units that occur in `set` at the start.
+    CString& TrimRight(const CString& set);  ///< Removes the units that occur in `set` at the end.
 
-    CString& Append(const CString& text);                              ///< Adds a text at the end.
-    CString& operator+=(const CString& text) { return Append(text); }  ///< `Append`.
+    CString& Append(const CString& text);                               ///< Adds a text at the end.
+    CString& AppendChar(unsigned short unit) { return *this += unit; }  ///< Adds a unit at the end.
+    CString& operator+=(const CString& text) { return Append(text); }   ///< `Append`.
     /// Appends any text.
     template <rk::Utf16Text T>
     CString& operator+=(const T& text)
@@ -258,6 +280,18 @@ public:
         return Joined({AsUnit(&unit), 1}, b.View());
     }
 
+    /// The text's units, to be written to by a call that fills a buffer, with room for `unitCount` units or the length if
+    /// that is larger; units behind the length are 0, and so is the unit behind the room, which is not to be written to.
+    ///
+    ///     const int count = FillTitle(title.GetBuffer(100), 100);
+    ///     title.ReleaseBuffer(count);
+    ///
+    /// The pointer serves until the text is next used in any way. Throws `std::length_error`, `std::bad_alloc`.
+    [[nodiscard]] char16_t* GetBuffer(int unitCount = 0) RK_LIFETIMEBOUND;
+    /// Ends the text after `unitCount` units of the buffer (the whole room at most) or, for -1, before the first unit 0. Only
+    /// after `GetBuffer`: behind the length of another text there is anything.
+    void ReleaseBuffer(int unitCount = -1);
+
     // --- Texts from elsewhere
 
     /// Takes the value of the process's environment variable, read as UTF-8; empty when it is not set.
@@ -282,6 +316,14 @@ public:
     {
         const std::array<rk::FormatArgument, sizeof...(Arguments)> list{rk::FormatArgument(arguments)...};
         *this = rk::FormattedText(format.View(), list.data(), list.size());
+    }
+    /// Formats as `Format` does and adds the result at the end.
+    template <class... Arguments>
+    void AppendFormat(const CString& format, const Arguments&... arguments)
+    {
+        CString added;
+        added.Format(format, arguments...);
+        Append(added);
     }
     /// The same with C's argument list, whose kinds must be those that the conversions name. A position that no
     /// conversion uses, below one that is used, is a failure: nothing tells its kind.

@@ -120,19 +120,63 @@ CString& CString::MakeLower()
     return *this = InOtherCase(*this, rk::platform::LowerCase(), u'A');
 }
 
-CString& CString::Trim()
+CString& CString::MakeReverse()
 {
-    int first = 0;
-    while (first < GetLength() && rk::platform::IsWhiteSpace(GetAt(first)))
-        ++first;
-    return (*this = Mid(first)).TrimRight();
+    char16_t* const units = m_text.MakeOwn();
+    std::reverse(units, units + GetLength());
+    for (int i = 1; i < GetLength(); ++i) {
+        if ((units[i - 1] & 0xFC00) == 0xDC00 && (units[i] & 0xFC00) == 0xD800) {
+            std::swap(units[i - 1], units[i]);
+            ++i;
+        }
+    }
+    return *this;
+}
+
+CString& CString::TrimLeft()
+{
+    return *this = Mid(static_cast<int>(std::find_if_not(begin(), end(), rk::platform::IsWhiteSpace) - begin()));
 }
 
 CString& CString::TrimRight()
 {
-    int end = GetLength();
-    while (end > 0 && rk::platform::IsWhiteSpace(GetAt(end - 1)))
-        --end;
-    Delete(end, GetLength() - end);
+    int last = GetLength();
+    while (last > 0 && rk::platform::IsWhiteSpace(GetAt(last - 1)))
+        --last;
+    Delete(last, GetLength() - last);
     return *this;
+}
+
+CString& CString::TrimLeft(const CString& set)
+{
+    return *this = Mid(SpanIncluding(set).GetLength());
+}
+
+CString& CString::TrimRight(const CString& set)
+{
+    return *this = Left(static_cast<int>(View().find_last_not_of(set.View()) + 1));  // npos + 1 is 0
+}
+
+char16_t* CString::GetBuffer(int unitCount)
+{
+    const std::size_t length = View().size();
+    const std::size_t room = std::max(length, static_cast<std::size_t>(std::max(unitCount, 0)));
+    if (!m_text.IsOwn() || m_text.Capacity() < room) {
+        rk::TextStorage::CheckLength(room);
+        char16_t* const units = rk::SharedUnits::Allocate(std::max(room, rk::TextStorage::kInlineUnits));
+        rk::CopyUnits(View().data(), length, units);
+        m_text = rk::TextStorage::Adopting(units, length);
+    }
+    char16_t* const units = m_text.OwnUnits();
+    std::fill(units + length, units + m_text.Capacity() + 1, char16_t{0});
+    return units;
+}
+
+void CString::ReleaseBuffer(int unitCount)
+{
+    const char16_t* const units = m_text.MakeOwn();
+    const char16_t* const roomEnd = units + m_text.Capacity();
+    const auto length = unitCount >= 0 ? std::min(static_cast<std::size_t>(unitCount), m_text.Capacity())
+                                       : static_cast<std::size_t>(std::find(units, roomEnd, u'\0') - units);
+    m_text.SetLength(length);
 }

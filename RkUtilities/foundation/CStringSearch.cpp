@@ -95,6 +95,11 @@ int CString::ReverseFind(const CString& sought, int start) const
     return -1;
 }
 
+CString CString::SpanIncluding(const CString& set) const
+{
+    return Left(static_cast<int>(std::min(View().find_first_not_of(set.View()), View().size())));
+}
+
 CString CString::SpanExcluding(const CString& set) const
 {
     const int end = FindOneOf(set);

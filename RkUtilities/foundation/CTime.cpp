@@ -1,5 +1,6 @@
 #include "RkUtilities/foundation/CTime.h"
 
+#include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/detail/DateValue.h"
 #include "RkUtilities/platform/process/LocalTime.h"
 
@@ -71,4 +72,9 @@ std::tm* CTime::GetLocalTm(std::tm* fields) const noexcept
 {
     *fields = Fields();
     return fields;
+}
+
+CString CTime::Format(const CString& format) const
+{
+    return rk::platform::FormattedTime(Fields(), format.ToUtf8());
 }

@@ -7,6 +7,8 @@
 #include <concepts>
 #include <ctime>
 
+class CString;
+
 /// A point in time, kept as one `double`: seconds since 1 January 2001, 00:00:00 UTC.
 ///
 /// - Times lie in the years 1 to 9999 of every zone, to the microsecond and better near the present. What would lie outside,
@@ -14,7 +16,7 @@
 /// - The null time is 1 January 1970, 00:00:00 UTC: before every time that `CrkDateUtilities::MinimumTime` allows.
 /// - Calendar fields are read in the C library's local time (`TZ`, else the system's zone), for past and future dates after
 ///   the rules of that date, in the Gregorian calendar throughout. A changed `TZ` is seen by the next call.
-/// - Nothing throws. Safe from any thread, as long as no thread changes the environment meanwhile.
+/// - Nothing throws but `Format`. Safe from any thread, as long as no thread changes the environment meanwhile.
 class RK_EXPORT CTime {
 public:
     /// The null time.
@@ -54,6 +56,11 @@ public:
     /// 1, so that the fields fit the constructor; day of the week and of the year count from 0, as C's.
     std::tm* GetGmtTm(std::tm* fields) const noexcept;
     std::tm* GetLocalTm(std::tm* fields) const noexcept;  ///< Fills a record with the local fields, as `GetGmtTm` does.
+
+    /// The local fields by a format of C's strftime: "%Y-%m-%d %H:%M" gives "2026-11-16 21:52". Names of months and days are
+    /// those of the process's LC_TIME (`setlocale`), "%Z" is the zone's present abbreviation. The format ends at U+0000; ""
+    /// for a result of more than 1 MiB. `CrkDateUtilities` has texts for people. Throws `std::bad_alloc`; needs CString.h.
+    [[nodiscard]] CString Format(const CString& format) const;
 
     /// Seconds since 1 January 2001, 00:00:00 UTC.
     [[nodiscard]] constexpr double GetCFAbsoluteTime() const noexcept { return m_seconds; }

@@ -12,16 +12,18 @@ using POSITION = struct PositionTag*;
 
 namespace rk {
 
-/// The iterator of the containers that are walked by positions: multi-pass, forwards, valid as long as its position and
+/// The iterator of the containers that are walked by positions: multi-pass, in a list backwards too, valid as long as its position and
 /// its container's address.
 template <class Container, class Entry>
 class PositionIterator {
 public:
-    using iterator_category = std::forward_iterator_tag;  ///< Multi-pass, forwards.
-    using value_type = std::remove_const_t<Entry>;        ///< What a position holds.
-    using difference_type = std::ptrdiff_t;               ///< The distance of two iterators.
-    using pointer = Entry*;                               ///< The result of `->`.
-    using reference = Entry&;                             ///< The result of `*`.
+    /// Multi-pass, forwards or in both directions.
+    using iterator_category =
+        std::conditional_t<Container::kWalksBack, std::bidirectional_iterator_tag, std::forward_iterator_tag>;
+    using value_type = std::remove_const_t<Entry>;  ///< What a position holds.
+    using difference_type = std::ptrdiff_t;         ///< The distance of two iterators.
+    using pointer = Entry*;                         ///< The result of `->`.
+    using reference = Entry&;                       ///< The result of `*`.
 
     PositionIterator() = default;
     /// The iterator at a position of a container.
@@ -48,6 +50,22 @@ public:
     {
         PositionIterator before = *this;
         ++*this;
+        return before;
+    }
+
+    /// Goes back to the previous position; from the end to the last one.
+    PositionIterator& operator--()
+        requires(Container::kWalksBack)
+    {
+        m_position = m_container->PositionBefore(m_position);
+        return *this;
+    }
+    /// Goes back and returns the iterator from before.
+    PositionIterator operator--(int)
+        requires(Container::kWalksBack)
+    {
+        PositionIterator before = *this;
+        --*this;
         return before;
     }
 

@@ -6,6 +6,7 @@
 #include "tests/support/FaultInjection.h"
 
 #include <gtest/gtest.h>
+#include <ranges>
 
 #include <cmath>
 #include <cstdint>
@@ -215,6 +216,56 @@ TEST(Containers, AnswerAWrongIndexOrPositionOrCountWithAnException)
         EXPECT_EQ(errorOf([&] { array.SetCount(count); }), -108);
     EXPECT_EQ(array, CAtlArray<int>{1});
     EXPECT_EQ(list, CAtlList<int>{1});
+}
+
+static_assert(std::ranges::contiguous_range<CAtlArray<CString>> && std::ranges::sized_range<const CAtlArray<int>>);
+static_assert(std::ranges::bidirectional_range<const CAtlList<CString>> && std::ranges::sized_range<CAtlList<int>>);
+static_assert(std::ranges::forward_range<const CAtlMap<CString, int>> &&
+              !std::ranges::bidirectional_range<CAtlMap<int, int>>);
+
+TEST(Containers, TakeAndGiveInTheMiddle)
+{
+    CAtlArray<CString> array{u"a", u"b", u"c"};
+    array.InsertAt(1, array[2]);
+    array.InsertAt(4, u"end");
+    array.InsertAt(0, CString(u"start"));
+    EXPECT_EQ(array, (CAtlArray<CString>{u"start", u"a", u"c", u"b", u"c", u"end"}));
+    array.RemoveAt(1, 2);
+    array.RemoveAt(3);
+    array.RemoveAt(3, 0);
+    EXPECT_EQ(array, (CAtlArray<CString>{u"start", u"b", u"c"}));
+    EXPECT_EQ(*array.data() + *std::ranges::max_element(array), u"startstart");
+    for (const auto& call :
+         {+[](CAtlArray<CString>& a) { a.InsertAt(4, u""); }, +[](CAtlArray<CString>& a) { a.RemoveAt(3); },
+          +[](CAtlArray<CString>& a) { a.RemoveAt(1, SIZE_MAX); }})
+        EXPECT_THROW(call(array), ATL::CAtlException);
+    EXPECT_EQ(std::size(array), 3u);
+
+    CAtlList<int> list;
+    const POSITION two = list.AddTail(2);
+    list.InsertBefore(two, 0);
+    list.InsertAfter(two, 4);
+    list.InsertBefore(two, 1);
+    list.InsertAfter(two, 3);
+    EXPECT_EQ(list, (CAtlList<int>{0, 1, 2, 3, 4}));
+    EXPECT_TRUE(std::ranges::equal(list | std::views::reverse, std::array{4, 3, 2, 1, 0}));
+    int last = 5;
+    for (POSITION position = list.GetTailPosition(); position; --last)
+        EXPECT_EQ(list.GetPrev(position), last - 1);
+    EXPECT_EQ(last, 0);
+    EXPECT_EQ(std::pair(list.GetHead(), list.GetTail()), std::pair(0, 4));
+    list.RemoveAt(two);
+    EXPECT_EQ(list, (CAtlList<int>{0, 1, 3, 4}));
+    CAtlList<int> none;
+    EXPECT_THROW(none.InsertBefore(nullptr, 1), ATL::CAtlException);
+    EXPECT_THROW(none.GetTail(), ATL::CAtlException);
+    EXPECT_TRUE(std::empty(none));
+
+    CAtlMap<CString, int> map;
+    ++map[u"a"];
+    map[u"a"] += map[u"b"] = 5;
+    EXPECT_EQ(map, (CAtlMap<CString, int>{{u"a", 6}, {u"b", 5}}));
+    EXPECT_EQ(std::size(map), 2u);
 }
 
 TEST(Containers, TakeElementsThatCanOnlyBeMoved)

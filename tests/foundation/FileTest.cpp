@@ -367,4 +367,25 @@ TEST(File, IsRemovedAndRenamedByItsOwnName)
     folder.SetMode("sub", 0700);
 }
 
+TEST(File, IsOpenedByItsConstructorAndReadWhole)
+{
+    const ScopedFolder folder;
+    const CString path = folder.Text("file");
+    EXPECT_EQ(CauseOf([&] { CFile(path, CFile::modeRead); }), CFileException::fileNotFound);
+    const std::string content(5000, 'c');
+    CFile file(path, CFile::modeReadWrite | CFile::modeCreate);
+    EXPECT_EQ(file.ReadAll(), "");
+    file.Write(std::as_bytes(std::span(content)));
+    EXPECT_EQ(file.Seek(0, 0), 0u);
+    std::array<char, 3> start{};
+    EXPECT_EQ(file.Read(std::as_writable_bytes(std::span(start))).size(), 3u);
+    EXPECT_EQ(start[2], 'c');
+    EXPECT_EQ(file.ReadAll(), content.substr(3));
+    EXPECT_EQ(file.Read(std::as_writable_bytes(std::span(start))).size(), 0u);
+    file.Seek(0, 0);
+    EXPECT_EQ(file.SeekToEnd(), 5000u);
+    EXPECT_FALSE(CFile(u"/proc/self/status", 0).ReadAll().empty());  // which has no length
+    EXPECT_EQ(CauseOf([] { (void)CFile().ReadAll(); }), CFileException::invalidFile);
+}
+
 }  // namespace

@@ -2,6 +2,10 @@
 
 #include "RkUtilities/foundation/CharacterTypes.h"
 #include "RkUtilities/foundation/StUTF8Buffer.h"
+#include "RkUtilities/interop/FilesystemPath.h"
+#include "RkUtilities/interop/Format.h"
+
+#include "tests/support/ScopedUserLocale.h"
 
 #include <algorithm>
 #include <climits>
@@ -323,6 +327,75 @@ TEST(String, ReadsIntegersFromTheFront)
     for (const auto& [text, value] : kRows)
         EXPECT_EQ(_ttoi(CString(text).GetUTF16Ptr()), value) << CString(text);
     EXPECT_EQ(_ttoi(nullptr), 0);
+}
+
+TEST(String, HasWhatAlgorithmsAndOlderCodeAskFor)
+{
+    const CString text = u"xxabcyx";
+    EXPECT_EQ(text[std::size_t{2}], u'a');
+    EXPECT_EQ(text[-1] + text[7] + text[SIZE_MAX], 0);
+    EXPECT_EQ(std::size(text), 7U);
+    EXPECT_TRUE(!std::empty(text) && std::data(text) == text.begin() && std::ranges::contiguous_range<CString>);
+    const std::tuple<CString, CString, CString> rows[] = {
+        {CString(text).Trim(u"yx"), u"abc", u"both ends"},
+        {CString(text).TrimLeft(u"x"), u"abcyx", u"start"},
+        {CString(text).TrimRight(u"xy"), u"xxabc", u"end"},
+        {CString(text).Trim(u"abcxy"), u"", u"all"},
+        {CString(text).Trim(u""), text, u"nothing"},
+        {CString(u"\u2003 a ").TrimLeft(), u"a ", u"white space"},
+        {text.SpanIncluding(u"ax"), u"xxa", u"some"},
+        {text.SpanIncluding(u"abcxy"), text, u"whole"},
+        {text.SpanIncluding(u""), u"", u"none"},
+        {CString(u"a\U0001F600b").MakeReverse(), u"b\U0001F600a", u"pair"},
+        {CString().MakeReverse(), u"", u"empty"}};
+    for (const auto& [result, expected, what] : rows)
+        EXPECT_EQ(result, expected) << what;
+    CString line = u"a";
+    line.AppendChar(u'=');
+    line.AppendFormat(u"%d%s", 7, line);
+    EXPECT_EQ(line, u"a=7a=");
+    EXPECT_THROW(line.AppendFormat(u"%s"), rk::FormatError);
+    EXPECT_EQ(line, u"a=7a=");
+    const ScopedUserLocale swedish("sv_SE");
+    EXPECT_LT(CString(u"z").Collate(u"\u00C4"), 0);
+    EXPECT_GT(CString(u"B").Collate(u"a"), 0);
+    EXPECT_NE(CString(u"A").Collate(u"a"), 0);
+    EXPECT_EQ(CString(u"\u00E4").Collate(u"\u00E4"), 0);
+}
+
+TEST(String, LendsABufferThatOnlyItsOwnTextSees)
+{
+    for (const int room : {-1, 0, 3, 11, 12, 400}) {
+        SCOPED_TRACE(room);
+        CString text = u"an older text of some length";
+        const CString copy = text;
+        const std::size_t units = std::max(copy.size(), static_cast<std::size_t>(std::max(room, 0)));
+        char16_t* buffer = text.GetBuffer(room);
+        EXPECT_TRUE(std::all_of(buffer + copy.size(), buffer + units + 1, [](char16_t unit) { return unit == 0; }));
+        std::fill_n(buffer, units, u'n');
+        text.ReleaseBuffer(INT_MAX);
+        EXPECT_EQ(text.Left(static_cast<int>(units)), CString(std::u16string(units, u'n')));
+        buffer = text.GetBuffer();
+        buffer[2] = 0;
+        text.ReleaseBuffer();
+        EXPECT_EQ(text, u"nn");
+        EXPECT_EQ(copy.size(), 28U);
+    }
+    CString literal = CString::Literal(u"a literal of more than eleven units");
+    literal.GetBuffer()[0] = u'A';
+    literal.ReleaseBuffer();
+    EXPECT_EQ(literal, u"A literal of more than eleven units");
+    EXPECT_THROW(static_cast<void>(literal.GetBuffer(INT_MAX)), std::length_error);
+}
+
+TEST(String, GoesToAndFromTheStandardLibrary)
+{
+    const CString path = u"/maps/old\xDCE9 \u00FC";
+    EXPECT_EQ(rk::ToFilesystemPath(path).native(), "/maps/old\xE9 \xC3\xBC");
+    EXPECT_EQ(rk::FromFilesystemPath(rk::ToFilesystemPath(path)), path);
+#if defined(__cpp_lib_format)
+    EXPECT_EQ(std::format("{:>3}|{:.8}", CString(u"\u00FC"), CrkGuid(CrkGuid::c_nullGuid)), "  \u00FC|00000000");
+#endif
 }
 
 }  // namespace

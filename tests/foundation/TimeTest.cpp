@@ -1,4 +1,5 @@
 #include "RkUtilities/foundation/COleDateTime.h"
+#include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/CTime.h"
 #include "RkUtilities/interop/SysTime.h"
 
@@ -154,7 +155,43 @@ TEST(Time, AddsAndSubtractsSpans)
     const COleDateTime date(2024, 2, 28, 12, 0, 0);
     EXPECT_EQ(date + COleDateTimeSpan(1, 12, 0, 0), COleDateTime(2024, 3, 1, 0, 0, 0));
     EXPECT_EQ(date - COleDateTimeSpan(58, 12, 0, 0), COleDateTime(2024, 1, 1, 0, 0, 0));
+    EXPECT_EQ(COleDateTime(2024, 3, 1, 0, 0, 0) - date, COleDateTimeSpan(1, 12, 0, 0));
+    EXPECT_NEAR((COleDateTime::GetCurrentTime() - COleDateTime(CTime::GetCurrentTime())).GetTotalSeconds(), 0, 2);
+    const auto parts = [](const auto& s) {
+        return std::tuple(s.GetDays(), s.GetHours(), s.GetMinutes(), s.GetSeconds());
+    };
+    const COleDateTimeSpan days(1, 2, 3, 4);
+    EXPECT_EQ(parts(span), std::tuple(1, 2, 3, 4));
+    EXPECT_EQ(parts(-span), std::tuple(-1, -2, -3, -4));
+    EXPECT_EQ(parts(days), parts(span));  // although the fraction of a day is not exact
+    EXPECT_EQ(parts(-days), parts(-span));
+    EXPECT_EQ(parts(span * 1e300), std::tuple(0, 0, 0, 0));
+    EXPECT_EQ(parts(days * NAN), std::tuple(0, 0, 0, 0));
+    EXPECT_EQ((span + span - span * 0.5).GetTotalHours(), 1.5 * 93784 / 3600);
+    EXPECT_EQ((COleDateTimeSpan(1, 12, 0, 0) * 2 - COleDateTimeSpan::FromDays(1)).GetTotalMinutes(), 2880);
+    CTimeSpan sum;
+    EXPECT_EQ(((sum += span) -= span), CTimeSpan());
     EXPECT_NEAR((CTime::GetCurrentTime() - At(std::time(nullptr))).GetTotalSeconds(), 0, 5);
+}
+
+TEST(Time, IsWrittenByAFormatOfC)
+{
+    const ScopedZone zone("Europe/Berlin");
+    const CTime time(2026, 7, 1, 9, 5, 7);
+    const COleDateTime date(time);
+    const std::tuple<CString, CString, CString> rows[] = {
+        {u"%Y-%m-%d %H:%M:%S", u"2026-07-01 09:05:07", u"2026-07-01 09:05:07"},
+        {u"%j %a \u00FC%%", u"182 Wed \u00FC%", u"182 Wed \u00FC%"},
+        {u"%z", u"+0200", u""},
+        {u"%Z", u"CEST", u""},
+        {u"", u"", u""},
+        {CString(std::u16string_view(u"%d\0%d", 5)), u"01", u"01"},
+        {CString(std::u16string(5000, u'x')), CString(std::u16string(5000, u'x')), CString(std::u16string(5000, u'x'))},
+        {u"%2000000d", u"", u""}};
+    for (const auto& [format, ofTime, ofDate] : rows) {
+        EXPECT_EQ(time.Format(format), ofTime) << format;
+        EXPECT_EQ(date.Format(format), ofDate) << format;
+    }
 }
 
 }  // namespace
