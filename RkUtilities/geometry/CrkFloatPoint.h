@@ -1,5 +1,10 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
+
+#include <concepts>
+#include <iosfwd>
+
 /// A point of the drawing plane, or a direction where a function says so.
 ///
 /// The geometry of the library uses screen coordinates in single precision: x grows to the right, y grows downwards, so
@@ -12,4 +17,21 @@ struct CrkFloatPoint {
 
     /// Whether both coordinates are equal, exactly.
     constexpr bool operator==(const CrkFloatPoint& other) const noexcept = default;
+
+    // Templates, so that a vector before a point keeps its own arithmetic.
+    /// The point moved by another point's coordinates, or by a vector.
+    template <std::same_as<CrkFloatPoint> Point>
+    friend constexpr Point operator+(const Point& a, const CrkFloatPoint& b) noexcept
+    {
+        return {a.x + b.x, a.y + b.y};
+    }
+    /// The difference of two points, or the point moved back by a vector.
+    template <std::same_as<CrkFloatPoint> Point>
+    friend constexpr Point operator-(const Point& a, const CrkFloatPoint& b) noexcept
+    {
+        return {a.x - b.x, a.y - b.y};
+    }
 };
+
+/// Writes "(x, y)", in the number format of the stream.
+RK_EXPORT std::ostream& operator<<(std::ostream& stream, const CrkFloatPoint& point);

@@ -1,5 +1,9 @@
 #include "RkUtilities/geometry/CrkFloatRect.h"
 
+#include "RkUtilities/geometry/CrkFloatSize.h"
+
+#include <ostream>
+
 CrkFloatRect CrkFloatRect::Moved(float dx, float dy) const noexcept
 {
     return IsNull() ? *this : CrkFloatRect{x + dx, y + dy, width, height};
@@ -17,4 +21,20 @@ CrkFloatRect CrkFloatRect::Inflated(float dx, float dy) const noexcept
         return Null();
     return {static_cast<float>(left - dx), static_cast<float>(top - dy), static_cast<float>(grownWidth),
             static_cast<float>(grownHeight)};
+}
+
+std::ostream& operator<<(std::ostream& stream, const CrkFloatPoint& point)
+{
+    return stream << '(' << point.x << ", " << point.y << ')';
+}
+
+std::ostream& operator<<(std::ostream& stream, const CrkFloatSize& size)
+{
+    return stream << size.width << " x " << size.height;
+}
+
+std::ostream& operator<<(std::ostream& stream, const CrkFloatRect& rectangle)
+{
+    return stream << '(' << rectangle.x << ", " << rectangle.y << ", " << rectangle.width << " x " << rectangle.height
+                  << ')';
 }

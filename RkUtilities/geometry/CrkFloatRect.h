@@ -1,8 +1,10 @@
 #pragma once
 
 #include "RkUtilities/RkExport.h"
+#include "RkUtilities/geometry/CrkFloatPoint.h"
 #include "RkUtilities/geometry/detail/FloatPair.h"
 
+#include <iosfwd>
 #include <limits>
 
 /// A rectangle as origin corner and size (not two corners), in the coordinates of CrkFloatPoint.
@@ -47,6 +49,29 @@ struct RK_EXPORT CrkFloatRect {
     /// gives Null(), as does the null rectangle.
     CrkFloatRect Inflated(float dx, float dy) const noexcept;
 
+    /// Whether the point lies inside the bounds or on an edge; never in the null rectangle.
+    constexpr bool Contains(const CrkFloatPoint& point) const noexcept
+    {
+        return MinX() <= point.x && point.x <= MaxX() && MinY() <= point.y && point.y <= MaxY() && !IsNull();
+    }
+    /// Whether the bounds of `other` lie inside these bounds or touch them from inside; never for a null rectangle.
+    constexpr bool Contains(const CrkFloatRect& other) const noexcept
+    {
+        return MinX() <= other.MinX() && other.MaxX() <= MaxX() && MinY() <= other.MinY() && other.MaxY() <= MaxY() &&
+               !IsNull() && !other.IsNull();
+    }
+    /// The smallest rectangle around both bounds, with positive size up to rounding. The null rectangle adds nothing: the
+    /// result is the other rectangle as it is.
+    static constexpr CrkFloatRect Union(const CrkFloatRect& a, const CrkFloatRect& b) noexcept
+    {
+        if (a.IsNull() || b.IsNull())
+            return a.IsNull() ? b : a;
+        const float left = a.MinX() < b.MinX() ? a.MinX() : b.MinX();
+        const float top = a.MinY() < b.MinY() ? a.MinY() : b.MinY();
+        return {left, top, (a.MaxX() > b.MaxX() ? a.MaxX() : b.MaxX()) - left,
+                (a.MaxY() > b.MaxY() ? a.MaxY() : b.MaxY()) - top};
+    }
+
     /// Where two rectangles overlap.
     ///
     /// @param[out] result  from the larger of the minima to the smaller of the maxima of both bounds, written in every
@@ -55,6 +80,9 @@ struct RK_EXPORT CrkFloatRect {
     ///         and for rectangles that lie apart. Where a field is not a number, false, and the result is of no use.
     static bool Intersect(CrkFloatRect& result, const CrkFloatRect& a, const CrkFloatRect& b) noexcept;
 };
+
+/// Writes "(x, y, width x height)" of the raw fields, in the number format of the stream.
+RK_EXPORT std::ostream& operator<<(std::ostream& stream, const CrkFloatRect& rectangle);
 
 inline bool CrkFloatRect::Intersect(CrkFloatRect& result, const CrkFloatRect& a, const CrkFloatRect& b) noexcept
 {

@@ -72,3 +72,9 @@ constexpr CrkFloatVector2D operator*(float s, const CrkFloatVector2D& v) noexcep
 {
     return v * s;
 }
+
+/// Writes the vector as a point.
+inline std::ostream& operator<<(std::ostream& stream, const CrkFloatVector2D& vector)
+{
+    return stream << static_cast<CrkFloatPoint>(vector);
+}

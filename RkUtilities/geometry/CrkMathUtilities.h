@@ -9,6 +9,7 @@
 #include <climits>
 #include <cmath>
 #include <numbers>
+#include <span>
 
 /// Geometry of shapes and connecting lines: rounding, angles, rotation, edge points, hit tests, crossings, bounding
 /// boxes.
@@ -18,7 +19,7 @@
 /// down is π.
 ///
 /// A rectangle stands for its bounds, so a negative size counts as its mirror image, unless a member speaks of the raw
-/// fields. Points given as pointer and count are read from index 0; a count of 0 or less, or a null pointer, means no
+/// fields. Points go in as a `std::span` (a `CAtlArray`, a `std::vector`, an array) or as pointer and count; they are read from index 0; a count of 0 or less, or a null pointer, means no
 /// points.
 ///
 /// No member throws or reports an error, and every argument is legal: infinities and not-a-numbers take the course of
@@ -116,6 +117,11 @@ public:
     /// Turns each point by an affine map in double precision, narrowed at the end: some last bits are more exact than
     /// RotatePoint's.
     static void RotatePointsAt(CrkFloatPoint* points, int count, float degrees, CrkFloatPoint centre) noexcept;
+    /// The same for a span.
+    static void RotatePointsAt(std::span<CrkFloatPoint> points, float degrees, CrkFloatPoint centre) noexcept
+    {
+        RotatePointsAt(points.data(), CountOf(points), degrees, centre);
+    }
     /// `RotatePointsAt` for one point.
     static void RotatePointAt(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept
     {
@@ -212,6 +218,12 @@ public:
     /// Whether IsPointOnLine holds for a segment between two neighbouring points; false for fewer than two points.
     static bool IsPointOnPolyline(const CrkFloatPoint& point, const CrkFloatPoint* points, int count,
                                   float tolerance) noexcept;
+    /// The same for a span.
+    static bool IsPointOnPolyline(const CrkFloatPoint& point, std::span<const CrkFloatPoint> points,
+                                  float tolerance) noexcept
+    {
+        return IsPointOnPolyline(point, points.data(), CountOf(points), tolerance);
+    }
 
     /// On which side of the line the point lies: a value above 0, 0, or below 0.
     ///
@@ -245,6 +257,11 @@ public:
     ///
     /// (0, 0) for fewer than two points, for points that are all equal, and for a polyline whose length is not finite.
     static CrkFloatPoint GetPolylineMidpoint(const CrkFloatPoint* points, int count) noexcept;
+    /// The same for a span.
+    static CrkFloatPoint GetPolylineMidpoint(std::span<const CrkFloatPoint> points) noexcept
+    {
+        return GetPolylineMidpoint(points.data(), CountOf(points));
+    }
 
     // --- Crossings
     // Touching counts, unless a member says otherwise. Lines are segments from start to end.
@@ -264,6 +281,11 @@ public:
 
     /// Whether IsLineCrossingRect holds for a segment between two neighbouring points; false for fewer than two points.
     static bool IsPolylineCrossingRect(const CrkFloatPoint* points, int count, const CrkFloatRect& rectangle) noexcept;
+    /// The same for a span.
+    static bool IsPolylineCrossingRect(std::span<const CrkFloatPoint> points, const CrkFloatRect& rectangle) noexcept
+    {
+        return IsPolylineCrossingRect(points.data(), CountOf(points), rectangle);
+    }
 
     /// Whether a segment parallel to an axis crosses a rectangle; a slanted segment (by 2^-23 or more) never crosses.
     ///
@@ -279,6 +301,11 @@ public:
     /// A coordinate that is not a number is passed over, except in the first point, where it makes the bounds of its
     /// dimension not numbers. The sign of a bound that is 0 is unspecified.
     static CrkFloatRect CalculatePointsBoundingRectangle(const CrkFloatPoint* points, int count) noexcept;
+    /// The same for a span.
+    static CrkFloatRect CalculatePointsBoundingRectangle(std::span<const CrkFloatPoint> points) noexcept
+    {
+        return CalculatePointsBoundingRectangle(points.data(), CountOf(points));
+    }
 
     /// The smallest rectangle around the four mapped corners of a rectangle.
     ///
@@ -288,6 +315,11 @@ public:
                                                                   const CGAffineTransform& transform) noexcept;
 
 private:
+    static constexpr int CountOf(std::span<const CrkFloatPoint> points) noexcept
+    {
+        return points.size() < INT_MAX ? static_cast<int>(points.size()) : INT_MAX;
+    }
+
     /// IsLineCrossingLine of segments whose bounds meet.
     static bool IsCrossingWithinBounds(rk::FloatPair start, rk::FloatPair end, rk::FloatPair otherStart,
                                        rk::FloatPair otherEnd) noexcept;

@@ -3,9 +3,12 @@
 #include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CFUUIDBytes.h"
 #include "RkUtilities/foundation/CString.h"
+#include "RkUtilities/guid/detail/GuidText.h"
 
+#include <compare>
 #include <cstddef>
 #include <functional>
+#include <string_view>
 #include <type_traits>
 
 /// A 128-bit identifier: one CFUUIDBytes and nothing else, copied by value.
@@ -15,8 +18,8 @@
 ///
 ///     00112233-4455-6677-8899-AABBCCDDEEFF  <->  33 22 11 00  55 44  77 66  88 99  AA BB CC DD EE FF
 ///
-/// The null GUID, 16 zero bytes, stands for the absence of a GUID. GUIDs are equal or not; they have no order. Members
-/// throw nothing unless they say so, and are safe from any thread.
+/// The null GUID, 16 zero bytes, stands for the absence of a GUID. GUIDs are ordered by their
+/// bytes as they are stored, which is not the order of their texts. Members throw nothing unless they say so, and are safe from any thread.
 class RK_EXPORT CrkGuid {
 public:
     static constexpr CFUUIDBytes c_nullGuid = {};  ///< 16 zero bytes: no GUID.
@@ -36,6 +39,9 @@ public:
     /// Whether all bytes are equal.
     friend constexpr bool operator==(const CrkGuid&, const CrkGuid&) noexcept = default;
 
+    /// By the bytes as they are stored.
+    friend constexpr auto operator<=>(const CrkGuid&, const CrkGuid&) noexcept = default;
+
     /// A new random GUID: RFC 4122 version 4, from 122 bits of the system's random generator, also across fork.
     ///
     /// The record is a UUID in network byte order and is not put into the layout above: byte6 begins with the digit 4
@@ -53,7 +59,16 @@ public:
     ///     "{00112233-4455-6677-8899-aabbccddeeff]"  ->  the same
     ///     "00112233-4455-6677-8899-aabbccddeeff}"   ->  the null GUID
     ///     "00112233445566778899aabbccddeeff", "{"   ->  the null GUID
-    static CFUUIDBytes StringToGuid(const CString& text) noexcept;
+    static CFUUIDBytes StringToGuid(const CString& text) noexcept { return Parse(text); }
+    /// The same for a view, also at compile time.
+    static constexpr CFUUIDBytes Parse(std::u16string_view text) noexcept { return rk::guid::Read(text); }
+    /// The GUID of a literal, made at compile time; a malformed text, and that of the null GUID, do not compile.
+    template <std::size_t N>
+    static consteval CrkGuid Literal(const char16_t (&text)[N])
+    {
+        const CFUUIDBytes bytes = Parse({text, N - 1});
+        return IsNullGuid(bytes) ? throw "no GUID" : CrkGuid(bytes);
+    }
 
     /// The text of 36 units: upper-case digits, no braces. Throws std::bad_alloc without memory.
     static CString GuidToString(const CFUUIDBytes& bytes);

@@ -1,3 +1,4 @@
+#include "RkUtilities/foundation/CAtlArray.h"
 #include "RkUtilities/geometry/CrkFloatMargin.h"
 #include "RkUtilities/geometry/CrkFloatVector2D.h"
 
@@ -6,6 +7,9 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <sstream>
+#include <tuple>
+#include <vector>
 
 namespace {
 
@@ -28,6 +32,38 @@ TEST(Rectangles, GrowByMarginsAndOffsets)
     EXPECT_EQ(small.Inflated(-10, -5), (CrkFloatRect{0, 0, 0, 0}));
     EXPECT_EQ(small.Inflated(-10.5f, 0), CrkFloatRect::Null());
     EXPECT_EQ(CrkFloatRect::Null().Inflated(1, 1).Moved(-kInfinity, 0), CrkFloatRect::Null());
+}
+
+TEST(Records, AddContainUniteAndWriteThemselves)
+{
+    constexpr CrkFloatPoint p{1, 2}, q{3, 5};
+    static_assert(p + q == CrkFloatPoint{4, 7} && q - p == CrkFloatPoint{2, 3});
+    const CrkFloatVector2D v(1, 1);
+    static_assert(std::same_as<decltype(p + v), CrkFloatPoint> && std::same_as<decltype(v + p), CrkFloatVector2D>);
+    EXPECT_EQ(p - v, (CrkFloatPoint{0, 1}));
+    constexpr CrkFloatRect r{10, 10, -10, -10}, s{8, 8, 4, 1}, null = CrkFloatRect::Null();
+    constexpr std::tuple<CrkFloatRect, CrkFloatPoint, bool> kPoints[] = {
+        {r, {0, 10}, true},  {r, {5, 5}, true},     {r, {10.5f, 5}, false},
+        {r, {5, -1}, false}, {r, {kNan, 5}, false}, {null, {kInfinity, kInfinity}, false}};
+    for (const auto& [rectangle, point, isInside] : kPoints)
+        EXPECT_EQ(rectangle.Contains(point), isInside) << rectangle << point;
+    EXPECT_TRUE(r.Contains(r) && r.Contains(CrkFloatRect{0, 0, 10, 10}));
+    EXPECT_FALSE(r.Contains(s) || s.Contains(r) || r.Contains(null) || null.Contains(null));
+    EXPECT_EQ(CrkFloatRect::Union(r, s), (CrkFloatRect{0, 0, 12, 10}));
+    EXPECT_EQ(CrkFloatRect::Union(null, r), r);
+    EXPECT_EQ(CrkFloatRect::Union(r, null), r);
+    std::ostringstream text;
+    text << p << ' ' << CrkFloatSize{2.5f, 3} << ' ' << s << ' ' << v;
+    EXPECT_EQ(text.str(), "(1, 2) 2.5 x 3 (8, 8, 4 x 1) (1, 1)");
+    const CAtlArray<CrkFloatPoint> points{p, q, {0, 4}};
+    std::vector<CrkFloatPoint> turned(points.begin(), points.end());
+    CrkMathUtilities::RotatePointsAt(turned, 180, {0, 0});
+    EXPECT_NEAR(turned[1].x, -3, 1e-6);
+    EXPECT_EQ(CrkMathUtilities::CalculatePointsBoundingRectangle(points), (CrkFloatRect{0, 2, 3, 3}));
+    EXPECT_EQ(CrkMathUtilities::GetPolylineMidpoint(std::array{p, p + v * 2}), p + v);
+    EXPECT_TRUE(CrkMathUtilities::IsPointOnPolyline(q, points, 0.1f) &&
+                CrkMathUtilities::IsPolylineCrossingRect(points, r));
+    EXPECT_FALSE(CrkMathUtilities::IsPolylineCrossingRect(std::span<CrkFloatPoint>(), r));
 }
 
 TEST(Vectors, CalculateAndCompareByDistance)

@@ -22,6 +22,11 @@ constexpr CFUUIDBytes kBytes = {0x33, 0x22, 0x11, 0x00, 0x55, 0x44, 0x77, 0x66,
                                 0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF};
 constexpr std::u16string_view kText = u"00112233-4455-6677-8899-AABBCCDDEEFF";
 
+static_assert(CrkGuid::Parse(kText) == kBytes && CrkGuid::Parse(u"{") == CrkGuid::c_nullGuid);
+static_assert(CrkGuid::Literal(u"{00112233-4455-6677-8899-aabbccddeeff}").Bytes() == kBytes);
+static_assert(CrkGuid(CrkGuid::c_nullGuid) < CrkGuid(kBytes) &&
+              CrkGuid(kBytes) >= CrkGuid::Literal(u"FF112222-4455-6677-8899-AABBCCDDEEFF"));
+
 TEST(Guid, IsReadFromTheDocumentedTextsAndNoOthers)
 {
     constexpr std::pair<std::u16string_view, bool> kTexts[] = {
