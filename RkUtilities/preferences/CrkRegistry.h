@@ -1,6 +1,7 @@
 #pragma once
 
 #include "RkUtilities/RkExport.h"
+#include "RkUtilities/foundation/CAtlArray.h"
 #include "RkUtilities/foundation/CObject.h"
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/TextView.h"
@@ -18,4 +19,7 @@ public:
     static CString GetRegKeyString(std::uint32_t rootKey, rk::TextView keyPath, rk::TextView name);
     /// The same; with `found`, also whether it is a string that is not empty.
     static CString GetUserOrMachineRegKeyString(rk::TextView keyPath, rk::TextView name, bool* found);
+    /// `SECRegistry::DeleteValue`, stored at once; whether a value was there.
+    static bool DeleteRegValue(rk::TextView name);
+    static CAtlArray<CString> GetRegValueNames();  ///< `SECRegistry::GetValueNames`.
 };

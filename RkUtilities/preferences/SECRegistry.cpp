@@ -2,6 +2,8 @@
 
 #include "RkUtilities/platform/storage/PreferenceStore.h"
 
+#include <array>
+#include <charconv>
 #include <utility>
 
 namespace {
@@ -75,6 +77,43 @@ bool SECRegistry::GetValue(rk::TextView name, bool& value) const
     return Give<bool>(GetValueFromSystem(name, Boolean), value);
 }
 
+bool SECRegistry::GetValue(rk::TextView name, double& value) const
+{
+    if (std::int32_t number = 0; Give<std::int32_t>(GetValueFromSystem(name, Number), number)) {
+        value = number;
+        return true;
+    }
+    CString text;
+    if (!GetStringValue(name, text))
+        return false;
+    const std::string bytes = text.ToUtf8();
+    double read = 0;
+    const auto [end, error] = std::from_chars(bytes.data(), bytes.data() + bytes.size(), read);
+    if (error != std::errc() || end != bytes.data() + bytes.size())
+        return false;
+    value = read;
+    return true;
+}
+
+bool SECRegistry::GetValue(rk::TextView name, CAtlArray<CString>& texts) const
+{
+    CString joined;
+    if (!GetStringValue(name, joined) || (!joined.IsEmpty() && joined[joined.size() - 1] != u'\n'))
+        return false;
+    CAtlArray<CString> read;
+    std::u16string text;
+    for (std::size_t i = 0; i < joined.size(); ++i) {
+        if (joined[i] == u'\n')
+            read.Add(std::exchange(text, {}));
+        else if (joined[i] == u'\\')
+            text += joined[++i] == u'n' ? u'\n' : joined[i];
+        else
+            text += joined[i];
+    }
+    texts = std::move(read);
+    return true;
+}
+
 bool SECRegistry::GetDoubleWordValue(rk::TextView name, std::uint32_t& value) const
 {
     return Give<std::int32_t>(GetValueFromSystem(name, Number), value);
@@ -83,6 +122,45 @@ bool SECRegistry::GetDoubleWordValue(rk::TextView name, std::uint32_t& value) co
 bool SECRegistry::GetStringValue(rk::TextView name, CString& value) const
 {
     return Give<CString>(GetValueFromSystem(name, String), value);
+}
+
+bool SECRegistry::SetDouble(rk::TextView name, double value)
+{
+    std::array<char, 32> text{};  // the longest has 24
+    const char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    return SetStringValue(name, std::string_view(text.data(), end));
+}
+
+bool SECRegistry::SetValue(rk::TextView name, const CAtlArray<CString>& texts)
+{
+    CString joined;
+    for (CString text : texts) {
+        text.Replace(u"\\", u"\\\\");
+        text.Replace(u"\n", u"\\n");
+        joined += text + u"\n";
+    }
+    return SetStringValue(name, joined);
+}
+
+bool SECRegistry::DeleteValue(rk::TextView name)
+{
+    bool isThere = false;
+    rk::platform::FindPreference(name, [&](const PreferenceValue& /*value*/) { isThere = true; });
+    if (!isThere)
+        return false;
+    rk::platform::SetPreference(PreferenceScope::ThisHost, name, std::monostate());
+    rk::platform::SetPreference(PreferenceScope::AnyHost, name, std::monostate());
+    if (m_rootKey == kThisHostRootKey)
+        rk::platform::SynchronizePreferences();
+    return true;
+}
+
+CAtlArray<CString> SECRegistry::GetValueNames() const
+{
+    CAtlArray<CString> names;
+    for (const std::u16string& name : rk::platform::PreferenceNames())
+        names.Add(name);
+    return names;
 }
 
 bool SECRegistry::SetDoubleWordValue(rk::TextView name, std::uint32_t value)

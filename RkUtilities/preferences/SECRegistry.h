@@ -1,6 +1,7 @@
 #pragma once
 
 #include "RkUtilities/RkExport.h"
+#include "RkUtilities/foundation/CAtlArray.h"
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/TextView.h"
 
@@ -86,13 +87,15 @@ public:
     /// Reads a number.
     bool GetValue(rk::TextView name, std::uint32_t& value) const { return GetDoubleWordValue(name, value); }
     bool GetValue(rk::TextView name, CString& value) const { return GetStringValue(name, value); }  ///< Reads a text.
-    bool GetDoubleWordValue(rk::TextView name, std::uint32_t& value) const;                         ///< Reads a number.
-    bool GetStringValue(rk::TextView name, CString& value) const;                                   ///< Reads a text.
+    bool GetValue(rk::TextView name, double& value) const;              ///< Reads a number, also a stored `double`.
+    bool GetValue(rk::TextView name, CAtlArray<CString>& texts) const;  ///< Reads a list of texts.
+    bool GetDoubleWordValue(rk::TextView name, std::uint32_t& value) const;  ///< Reads a number.
+    bool GetStringValue(rk::TextView name, CString& value) const;            ///< Reads a text.
 
     /// Writes a value; true. With root key 1, when it cannot be stored at once, it is also set for any machine.
     ///
     /// A `bool` is stored as a boolean, an integer of at most 32 bits as a number, and what a `CString` is made of as a
-    /// string; nothing else compiles.
+    /// string; a floating-point number and a list of texts as strings that `GetValue` reads. Nothing else compiles.
     template <std::same_as<bool> T>
     bool SetValue(rk::TextView name, T value)
     {
@@ -106,16 +109,32 @@ public:
         return SetDoubleWordValue(name, static_cast<std::uint32_t>(value));
     }
     bool SetValue(rk::TextView name, CString const& value) { return SetStringValue(name, value); }  ///< Writes a text.
+    /// Writes a number as the shortest text that reads as the same number: "0.1", "1e+300", "nan".
+    template <std::floating_point T>
+        requires(sizeof(T) <= sizeof(double))
+    bool SetValue(rk::TextView name, T value)
+    {
+        return SetDouble(name, static_cast<double>(value));
+    }
+    /// Writes a list of texts as one string: each text ends with a line feed, and "\\" stands before its own line feeds, which
+    /// become "n", and before its own "\\".
+    bool SetValue(rk::TextView name, const CAtlArray<CString>& texts);
     bool SetDoubleWordValue(rk::TextView name, std::uint32_t value);  ///< Writes a number.
     bool SetStringValue(rk::TextView name, CString const& value);     ///< Writes a text.
 
     /// The stored value as the wanted type; nullopt when there is no value or its type is another.
     [[nodiscard]] std::optional<Value> GetValueFromSystem(rk::TextView name, ErkValueType type) const;
     void WriteValueToSystem(rk::TextView name, const Value& value);  ///< Writes a value of any type.
+    /// Deletes the values of the name, of this machine and of any machine, as `SetValue` writes; whether a value was there.
+    bool DeleteValue(rk::TextView name);
+    /// The names of all values that can be read, in the order of their code units.
+    [[nodiscard]] CAtlArray<CString> GetValueNames() const;
     /// The name itself.
     [[nodiscard]] CString GetFullKey(rk::TextView name) const { return name; }
 
 private:
+    bool SetDouble(rk::TextView name, double value);
+
     std::uint32_t m_rootKey = 0;
     CString m_keyName;
     CreatePermissions m_permissions{};

@@ -9,6 +9,7 @@
 #include "tests/support/ScopedVariable.h"
 
 #include <atomic>
+#include <cmath>
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
@@ -125,7 +126,7 @@ concept Settable = requires(SECRegistry& registry, const T& value) { registry.Se
 static_assert(Settable<bool> && Settable<int> && Settable<std::uint8_t> && Settable<unsigned short const*> &&
               Settable<char16_t[5]> && Settable<char[5]> && Settable<std::u16string_view>);
 // Neither a cut number nor a pointer as a boolean.
-static_assert(!Settable<long> && !Settable<double> && !Settable<void*> && !Settable<std::nullptr_t> &&
+static_assert(!Settable<long> && !Settable<long double> && !Settable<void*> && !Settable<std::nullptr_t> &&
               !Settable<wchar_t>);
 
 TEST_F(Preferences, AreOfTheTypeThatIsWritten)
@@ -146,6 +147,56 @@ TEST_F(Preferences, AreOfTheTypeThatIsWritten)
         EXPECT_EQ(registry.GetValueFromSystem(u"count", SECRegistry::Number), SECRegistry::Value(-5));
         EXPECT_EQ(registry.GetValueFromSystem(u"written", SECRegistry::String), SECRegistry::Value(jane));
         EXPECT_EQ(registry.GetValueFromSystem(u"written", SECRegistry::Boolean), std::nullopt);
+    });
+}
+
+TEST_F(Preferences, AreNumbersAndListsOfTextsListedAndDeleted)
+{
+    const CAtlArray<CString> texts{u"a\nb\\n", u"", CString(std::u16string_view(u"\0\\", 2)), u"\xD800"};
+    const CAtlArray<CString> none, onlyEmpty{u""};
+    constexpr std::pair<const char16_t*, double> kNumbers[] = {
+        {u"tenth", 0.1}, {u"large", -1e300}, {u"least", 5e-324}, {u"infinite", HUGE_VAL}, {u"half", 0.5f}};
+    InAProcess([&] {
+        SECRegistry registry;
+        registry.Connect(kThisHost, u"", false);
+        registry.SetValue(u"texts", texts);
+        registry.SetValue(u"none", none);
+        registry.SetValue(u"only empty", onlyEmpty);
+        registry.SetValue(u"integer", -7);
+        for (const auto& [name, number] : kNumbers)
+            registry.SetValue(name, number);
+        Set(kAnyHost, u"gone", u"anywhere");
+        Set(kThisHost, u"gone", u"here");
+        registry.SetValue(u"damaged", u"no line feed");
+    });
+    InAProcess([&] {
+        SECRegistry registry;
+        registry.Connect(kThisHost, u"", false);
+        CAtlArray<CString> read{u"old"};
+        EXPECT_FALSE(registry.GetValue(u"damaged", read) || registry.GetValue(u"integer", read));
+        EXPECT_EQ(read, (CAtlArray<CString>{u"old"}));
+        EXPECT_TRUE(registry.GetValue(u"texts", read) && read == texts);
+        EXPECT_TRUE(registry.GetValue(u"only empty", read) && read == onlyEmpty);
+        EXPECT_TRUE(registry.GetValue(u"none", read) && read == none);
+        double number = 0;
+        for (const auto& [name, expected] : kNumbers)
+            EXPECT_TRUE(registry.GetValue(name, number) && number == expected) << CString(name);
+        EXPECT_FALSE(registry.GetValue(u"damaged", number));
+        EXPECT_TRUE(registry.GetValue(u"integer", number) && number == -7);
+        EXPECT_EQ(registry.GetValueNames().size(), 11u);
+        EXPECT_EQ(registry.GetValueNames()[0], u"damaged");
+        EXPECT_TRUE(registry.DeleteValue(u"gone"));
+        EXPECT_FALSE(registry.DeleteValue(u"gone") || registry.DeleteValue(u"never there"));
+        EXPECT_EQ(registry.GetValueNames().size(), 10u);
+    });
+    InAProcess([] {
+        EXPECT_EQ(TextOf(u"gone"), u"(none)");
+        EXPECT_EQ(SECRegistry().GetValueNames().size(), 10u);
+        Set(kAnyHost, u"gone", u"again");
+        EXPECT_EQ(TextOf(u"gone"), u"again");
+        EXPECT_TRUE(CrkRegistry::DeleteRegValue(u"gone"));
+        EXPECT_FALSE(CrkRegistry::DeleteRegValue(u"gone"));
+        EXPECT_EQ(CrkRegistry::GetRegValueNames().size(), 10u);
     });
 }
 

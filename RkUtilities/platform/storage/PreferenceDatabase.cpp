@@ -68,7 +68,7 @@ constexpr const char* kCommands[] = {"BEGIN IMMEDIATE",
                                      "PRAGMA quick_check(1)"};
 
 /// The types by the index of PreferenceValue.
-constexpr const char* kTypes[] = {"boolean", "number", "string"};
+constexpr const char* kTypes[] = {"boolean", "number", "string", "deleted"};
 
 /// A statement that runs, made ready to run again when this goes.
 struct Resetter {
@@ -104,6 +104,8 @@ int BindValue(sqlite3_stmt* statement, int index, const PreferenceValue& value)
 {
     if (const auto* const text = std::get_if<std::u16string>(&value))
         return BindText(statement, index, *text);
+    if (std::holds_alternative<std::monostate>(value))
+        return sqlite3_bind_null(statement, index);
     const auto* const number = std::get_if<std::int64_t>(&value);
     return sqlite3_bind_int64(statement, index, number != nullptr ? *number : std::int64_t{std::get<bool>(value)});
 }
@@ -122,7 +124,7 @@ std::string AsciiAt(sqlite3_stmt* statement, int column)
     return text != nullptr ? reinterpret_cast<const char*>(text) : "";
 }
 
-/// The value of a row; nullopt for a type that another program has written there.
+/// The value of a row; nullopt for a deleted value and a type that another program has written there.
 std::optional<PreferenceValue> ValueAt(sqlite3_stmt* row)
 {
     const std::string type = AsciiAt(row, 2);

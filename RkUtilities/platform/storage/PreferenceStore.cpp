@@ -4,6 +4,7 @@
 #include "RkUtilities/platform/storage/PreferenceDatabase.h"
 #include "RkUtilities/platform/storage/PreferencePlace.h"
 
+#include <algorithm>
 #include <atomic>
 #include <fcntl.h>
 #include <optional>
@@ -20,6 +21,14 @@ public:
     {
         EnsureRead();
         m_values.Find(name, use);
+    }
+
+    std::vector<std::u16string> Names()
+    {
+        EnsureRead();
+        std::vector<std::u16string> names = m_values.Names();
+        std::sort(names.begin(), names.end());
+        return names;
     }
 
     void Set(PreferenceScope scope, std::u16string_view name, PreferenceValue&& value)
@@ -208,6 +217,11 @@ Store& TheStore()
 void FindPreference(std::u16string_view name, const std::function<void(const PreferenceValue& value)>& use)
 {
     TheStore().Find(name, use);
+}
+
+std::vector<std::u16string> PreferenceNames()
+{
+    return TheStore().Names();
 }
 
 void SetPreference(PreferenceScope scope, std::u16string_view name, PreferenceValue value)

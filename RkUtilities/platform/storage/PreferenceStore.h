@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The application's preferences: values in memory, and a database file that they are synchronised with.
 ///
@@ -16,6 +17,8 @@ namespace rk::platform {
 /// Calls `use` with the value for this host, else for any host; not at all when neither has one. During the call no
 /// preference may be read or written.
 void FindPreference(std::u16string_view name, const std::function<void(const PreferenceValue& value)>& use);
+/// The names that have a value for this host or any host, in the order of their units.
+std::vector<std::u16string> PreferenceNames();
 void SetPreference(PreferenceScope scope, std::u16string_view name, PreferenceValue value);
 /// False when the database could not be written or read; the values stay in memory and wait for the next
 /// synchronisation.

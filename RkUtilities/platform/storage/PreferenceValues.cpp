@@ -1,5 +1,7 @@
 #include "RkUtilities/platform/storage/PreferenceValues.h"
 
+#include <algorithm>
+
 namespace rk::platform {
 
 void PreferenceValues::Find(std::u16string_view name,
@@ -11,10 +13,24 @@ void PreferenceValues::Find(std::u16string_view name,
         return;
     for (const std::string_view scope : kScopeTexts) {
         for (const auto& [heldScope, held] : found->second) {
-            if (heldScope == scope)
+            if (heldScope == scope && !std::holds_alternative<std::monostate>(held.value))
                 return use(held.value);
         }
     }
+}
+
+std::vector<std::u16string> PreferenceValues::Names() const
+{
+    std::vector<std::u16string> names;
+    const std::lock_guard lock(m_mutex);
+    for (const auto& [name, scopes] : m_values) {
+        if (std::any_of(scopes.begin(), scopes.end(), [](const auto& entry) {
+                return std::find(kScopeTexts.begin(), kScopeTexts.end(), entry.first) != kScopeTexts.end() &&
+                       !std::holds_alternative<std::monostate>(entry.second.value);
+            }))
+            names.push_back(name);
+    }
+    return names;
 }
 
 /// The value of a scope, made when it is missing.

@@ -17,7 +17,8 @@ namespace rk::platform {
 
 /// In the order in which a name is looked up.
 enum class PreferenceScope { ThisHost, AnyHost };
-using PreferenceValue = std::variant<bool, std::int64_t, std::u16string>;
+/// The last is that of a deleted value, which is stored so that it stays deleted.
+using PreferenceValue = std::variant<bool, std::int64_t, std::u16string, std::monostate>;
 
 /// A value's scope as text and its name. The scope of this host is spelled without the host's id, which only the
 /// database needs; the scope of another host is "host <id>".
@@ -33,6 +34,8 @@ class PreferenceValues {
 public:
     /// Calls `use` with the value for this host, else for any host; not at all when neither has one. The lock is held.
     void Find(std::u16string_view name, const std::function<void(const PreferenceValue& value)>& use) const;
+    /// The names that have a value for this host or any host.
+    [[nodiscard]] std::vector<std::u16string> Names() const;
     /// Sets a value, which waits from now on.
     void Set(PreferenceScope scope, std::u16string_view name, PreferenceValue&& value);
 
