@@ -157,12 +157,8 @@ CString NumberText(const Figure& figure)
     return text + Conversion::LongToString(Figure::kScale + magnitude % Figure::kScale).Mid(1);
 }
 
-/// The negative currency format that has the symbol where a positive one has it, and a minus in front.
-int NegativeFormat(UnitPlace place)
-{
-    constexpr int kFormats[] = {1, 5, 9, 8};
-    return kFormats[static_cast<std::size_t>(place)];
-}
+/// For each UnitPlace, the negative currency format with the symbol there and a minus in front.
+constexpr int kNegativeFormats[] = {1, 5, 9, 8};
 
 }  // namespace
 
@@ -208,7 +204,8 @@ CString ShownFigure(const Figure& figure)
                                                          Conversion::MinusSign);
     const UnitPlace place = CrkLocaleUtilities::GetDecimalPoint() == u"," ? UnitPlace::BehindBlank : figure.place;
     return Conversion::DoubleStringToFormattedCurrency(number, figure.unit, decimalCount, static_cast<int>(place),
-                                                       NegativeFormat(place), Conversion::MinusSign);
+                                                       kNegativeFormats[static_cast<std::size_t>(place)],
+                                                       Conversion::MinusSign);
 }
 
 }  // namespace mindmap

@@ -81,13 +81,6 @@ void PlaceEntries(Legend& legend, const CrkFloatRect& map)
     }
 }
 
-/// With a margin, but above: there the map has its own.
-CrkFloatRect WithMargin(CrkFloatRect box)
-{
-    CrkFloatMargin{kMargin, 0, kMargin, kMargin}.InflateRect(box);
-    return box;
-}
-
 /// Grown evenly on two sides until neither side is longer than kMaximumSideRatio times the other.
 CrkFloatRect WithinRatio(CrkFloatRect page)
 {
@@ -110,7 +103,9 @@ Legend MakeLegend(const Outline& outline, const MapLayout& map)
     }
     if (!mains.empty()) {
         PlaceEntries(legend, map.bounds);
-        legend.bounds = Around(map.bounds, WithMargin(legend.box));
+        CrkFloatRect box = legend.box;
+        CrkFloatMargin{kMargin, 0, kMargin, kMargin}.InflateRect(box);  // above, the map has its own
+        legend.bounds = Around(map.bounds, box);
     }
     legend.bounds = WithinRatio(legend.bounds);
     return legend;
