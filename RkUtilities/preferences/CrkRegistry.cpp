@@ -1,5 +1,6 @@
 #include "RkUtilities/preferences/CrkRegistry.h"
 
+#include "RkUtilities/foundation/CAtlArray.h"
 #include "RkUtilities/preferences/SECRegistry.h"
 
 namespace {

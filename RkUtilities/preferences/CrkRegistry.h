@@ -1,12 +1,14 @@
 #pragma once
 
 #include "RkUtilities/RkExport.h"
-#include "RkUtilities/foundation/CAtlArray.h"
 #include "RkUtilities/foundation/CObject.h"
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/TextView.h"
 
 #include <cstdint>
+
+template <class T>
+class CAtlArray;
 
 /// Preferences read in one call; `SECRegistry` states the rules. Each call synchronises, so it sees what other
 /// processes have stored. Safe from any thread.
@@ -21,5 +23,5 @@ public:
     static CString GetUserOrMachineRegKeyString(rk::TextView keyPath, rk::TextView name, bool* found);
     /// `SECRegistry::DeleteValue`, stored at once; whether a value was there.
     static bool DeleteRegValue(rk::TextView name);
-    static CAtlArray<CString> GetRegValueNames();  ///< `SECRegistry::GetValueNames`.
+    static CAtlArray<CString> GetRegValueNames();  ///< `SECRegistry::GetValueNames`; needs CAtlArray.h.
 };

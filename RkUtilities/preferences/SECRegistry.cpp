@@ -1,5 +1,6 @@
 #include "RkUtilities/preferences/SECRegistry.h"
 
+#include "RkUtilities/foundation/CAtlArray.h"
 #include "RkUtilities/platform/storage/PreferenceStore.h"
 
 #include <array>

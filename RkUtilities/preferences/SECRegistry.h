@@ -1,7 +1,6 @@
 #pragma once
 
 #include "RkUtilities/RkExport.h"
-#include "RkUtilities/foundation/CAtlArray.h"
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/TextView.h"
 
@@ -9,6 +8,9 @@
 #include <cstdint>
 #include <optional>
 #include <variant>
+
+template <class T>
+class CAtlArray;
 
 namespace rk {
 
@@ -127,7 +129,7 @@ public:
     void WriteValueToSystem(rk::TextView name, const Value& value);  ///< Writes a value of any type.
     /// Deletes the values of the name, of this machine and of any machine, as `SetValue` writes; whether a value was there.
     bool DeleteValue(rk::TextView name);
-    /// The names of all values that can be read, in the order of their code units.
+    /// The names of all values that can be read, in the order of their code units. Needs CAtlArray.h.
     [[nodiscard]] CAtlArray<CString> GetValueNames() const;
     /// The name itself.
     [[nodiscard]] CString GetFullKey(rk::TextView name) const { return name; }

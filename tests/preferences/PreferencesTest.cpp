@@ -1,3 +1,4 @@
+#include "RkUtilities/foundation/CAtlArray.h"
 #include "RkUtilities/preferences/ApplicationName.h"
 #include "RkUtilities/preferences/CrkRegistry.h"
 #include "RkUtilities/preferences/PreferenceState.h"
