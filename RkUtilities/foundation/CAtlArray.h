@@ -93,6 +93,8 @@ public:
     {
         if (index > m_count || count > m_count - index)
             ATL::AtlThrow(ATL::kInvalidArgument);
+        if (count == 0)  // an element must not be moved onto itself
+            return;
         std::move(begin() + index + count, end(), begin() + index);
         std::destroy_n(end() - count, count);
         m_count -= count;

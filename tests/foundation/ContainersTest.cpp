@@ -240,6 +240,9 @@ TEST(Containers, TakeAndGiveInTheMiddle)
           +[](CAtlArray<CString>& a) { a.RemoveAt(1, SIZE_MAX); }})
         EXPECT_THROW(call(array), ATL::CAtlException);
     EXPECT_EQ(std::size(array), 3u);
+    CAtlArray<std::vector<int>> lists{{1, 2}};  // a vector that is moved onto itself is empty
+    lists.RemoveAt(0, 0);
+    EXPECT_EQ(lists[0].size(), 2u);
 
     CAtlList<int> list;
     const POSITION two = list.AddTail(2);
