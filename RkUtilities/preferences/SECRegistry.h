@@ -38,8 +38,8 @@ concept StoredNumber =
 ///   a power cut, also where several machines share the home folder, if its file system keeps their locks.
 /// - Nothing is lost while the storage fails (full disk, read-only folder, no home, no descriptor or no memory left, a
 ///   folder or database that another process keeps locked for more than two seconds): values stay readable in the process
-///   and the next synchronisation tries again. What was stored before is read also from a folder that may not be written.
-///   `rk::GetPreferenceState` tells how the storage fares.
+///   and the next synchronisation tries again. What was stored before is read also from a full disk and from a folder
+///   that may not be written. `rk::GetPreferenceState` tells how the storage fares.
 /// - A file that cannot be used as a database of preferences (damaged, of a later version, made to run without end) is put
 ///   aside under a dated name, and a new file is begun with the values that the process knows. A new file also takes the
 ///   place of a database that is moved or deleted meanwhile.

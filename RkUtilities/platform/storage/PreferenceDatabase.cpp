@@ -260,8 +260,10 @@ StorageOutcome PreferenceDatabase::ReadIfChanged(const Taker& take)
 
 StorageOutcome PreferenceDatabase::ReadUnwritable(const Taker& take)
 {
-    // Without a journal the file holds all values, and SQLite needs to make no file beside it.
-    const char* const mode = access((m_path + "-wal").c_str(), F_OK) == 0 ? "?mode=ro" : "?immutable=1";
+    // With an empty journal the file holds all values, and SQLite needs to make no file beside it.
+    struct stat journal{};
+    const bool hasJournal = stat((m_path + "-wal").c_str(), &journal) == 0 && journal.st_size > 0;
+    const char* const mode = hasJournal ? "?mode=ro" : "?immutable=1";
     StorageOutcome outcome = OpenWith(UriOf(m_path) + mode, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
     if (outcome.kind == StorageOutcome::Done)
         outcome = ReadIfChanged(take);

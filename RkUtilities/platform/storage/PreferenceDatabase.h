@@ -37,7 +37,7 @@ public:
     StorageOutcome Store(const PreferenceMap& values) noexcept;
     /// Gives all values to `take` if another process has stored some since they were last taken.
     StorageOutcome ReadIfChanged(const Taker& take);
-    /// Gives all values of a file in a folder that this process may not write to `take`. Opens the database for that alone.
+    /// Gives all values of a file to `take` where nothing can be written, as on a full disk. Opens the database for that alone.
     StorageOutcome ReadUnwritable(const Taker& take);
 
 private:

@@ -6,9 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
-#include <fcntl.h>
 #include <optional>
-#include <unistd.h>
 #include <utility>
 
 namespace rk::platform {
@@ -119,7 +117,7 @@ private:
             if (outcome.kind == StorageOutcome::Failed || isFinished)
                 break;
         }
-        if (m_database && !m_database->IsOpen() && faccessat(AT_FDCWD, m_place.folder.c_str(), W_OK, AT_EACCESS) != 0)
+        if (m_database && !m_database->IsOpen() && outcome.kind == StorageOutcome::Failed)  // a full disk, for one
             static_cast<void>(m_database->ReadUnwritable(m_taker));
         return outcome;
     }
