@@ -1,9 +1,7 @@
 #pragma once
 
-#include <algorithm>
 #include <concepts>
 #include <cstddef>
-#include <memory>
 #include <ranges>
 #include <set>
 #include <type_traits>
@@ -77,8 +75,11 @@ public:
         requires rk::IdentityComparable<rk::RangeReference<Array>, Object>
     static bool containsObjectIdenticalTo(Array&& array, const Object& object)
     {
-        return std::ranges::any_of(
-            array, [&](const auto& element) { return rk::AddressOf(element) == rk::AddressOf(object); });
+        for (auto&& element : array) {
+            if (rk::AddressOf(element) == rk::AddressOf(object))
+                return true;
+        }
+        return false;
     }
 
     /// Whether the array holds at least one of those very objects. The walk over `objects` ends at the first object
@@ -91,8 +92,11 @@ public:
         std::unordered_set<Common> addresses(static_cast<std::size_t>(std::ranges::distance(array)));
         for (auto&& element : array)
             addresses.insert(rk::AddressOf(element));
-        return std::ranges::any_of(objects,
-                                   [&](const auto& object) { return addresses.contains(rk::AddressOf(object)); });
+        for (auto&& object : objects) {
+            if (addresses.contains(rk::AddressOf(object)))
+                return true;
+        }
+        return false;
     }
 
     /// For each of `objects`, the lowest position, from 0, of an equal object in the array; a second equal object in

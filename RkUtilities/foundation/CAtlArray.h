@@ -1,12 +1,11 @@
 #pragma once
 
 #include "RkUtilities/foundation/AtlThrow.h"
+#include "RkUtilities/foundation/detail/ElementMemory.h"
 
-#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <initializer_list>
-#include <memory>
 #include <type_traits>
 #include <utility>
 
@@ -46,7 +45,7 @@ public:
         Swap(other);
         return *this;
     }
-    ~CAtlArray() { std::destroy_n(m_storage.m_elements, m_count); }
+    ~CAtlArray() { Memory::DestroyEach(m_storage.m_elements, m_count); }
 
     std::size_t GetCount() const noexcept { return m_count; }        ///< The number of elements.
     bool IsEmpty() const noexcept { return m_count == 0; }           ///< Whether there are no elements.
@@ -86,7 +85,9 @@ public:
         if (index > m_count)
             ATL::AtlThrow(ATL::kInvalidArgument);
         Append(std::forward<Element>(element));
-        std::rotate(begin() + index, end() - 1, end());
+        using std::swap;
+        for (T* place = end() - 1; place != begin() + index; --place)
+            swap(place[-1], *place);
     }
     /// Removes `count` elements from `index` on. An element's own move decides what is left of the others when that throws.
     void RemoveAt(std::size_t index, std::size_t count = 1)
@@ -95,8 +96,9 @@ public:
             ATL::AtlThrow(ATL::kInvalidArgument);
         if (count == 0)  // an element must not be moved onto itself
             return;
-        std::move(begin() + index + count, end(), begin() + index);
-        std::destroy_n(end() - count, count);
+        for (T* place = begin() + index; place + count != end(); ++place)
+            *place = std::move(place[count]);
+        Memory::DestroyEach(end() - count, count);
         m_count -= count;
     }
 
@@ -106,11 +108,11 @@ public:
     {
         rk::RaisingAllocationFailures([&] {
             if (count <= m_count) {
-                std::destroy_n(m_storage.m_elements + count, m_count - count);
+                Memory::DestroyEach(m_storage.m_elements + count, m_count - count);
                 m_count = count;
             } else {
                 AddBehind(count - m_count, [](T* place, std::size_t addedCount) {
-                    std::uninitialized_value_construct_n(place, addedCount);
+                    Memory::MakeEach(place, addedCount, [](T* each, std::size_t) { Memory::Make(each); });
                 });
             }
         });
@@ -129,23 +131,25 @@ public:
     /// The same number of elements, equal one by one.
     friend bool operator==(const CAtlArray& left, const CAtlArray& right)
     {
-        return std::equal(left.begin(), left.end(), right.begin(), right.end());
+        if (left.m_count != right.m_count)
+            return false;
+        for (std::size_t i = 0; i < left.m_count; ++i) {
+            if (!(left.m_storage.m_elements[i] == right.m_storage.m_elements[i]))
+                return false;
+        }
+        return true;
     }
 
 private:
+    using Memory = rk::ElementMemory<T>;
+
     /// Memory without elements; what stands in it is the array's matter.
     struct Storage {
         Storage() = default;
-        explicit Storage(std::size_t capacity)
-            : m_elements(std::allocator<T>().allocate(capacity)), m_capacity(capacity)
-        {}
+        explicit Storage(std::size_t capacity) : m_elements(Memory::Allocate(capacity)), m_capacity(capacity) {}
         Storage(const Storage&) = delete;
         Storage& operator=(const Storage&) = delete;
-        ~Storage()
-        {
-            if (m_elements)
-                std::allocator<T>().deallocate(m_elements, m_capacity);
-        }
+        ~Storage() { Memory::Free(m_elements); }
 
         T* m_elements = nullptr;
         std::size_t m_capacity = 0;
@@ -155,7 +159,7 @@ private:
     {
         rk::RaisingAllocationFailures([&] {
             if (count > 0)
-                AddBehind(count, [&](T* place, std::size_t) { std::uninitialized_copy_n(elements, count, place); });
+                AddBehind(count, [&](T* place, std::size_t) { Memory::CopyEach(elements, count, place); });
         });
     }
 
@@ -169,9 +173,8 @@ private:
     template <class Element>
     std::size_t Append(Element&& element)
     {
-        rk::RaisingAllocationFailures([&] {
-            AddBehind(1, [&](T* place, std::size_t) { std::construct_at(place, std::forward<Element>(element)); });
-        });
+        rk::RaisingAllocationFailures(
+            [&] { AddBehind(1, [&](T* place, std::size_t) { Memory::Make(place, std::forward<Element>(element)); }); });
         return m_count - 1;
     }
 
@@ -183,7 +186,7 @@ private:
         if (count <= m_storage.m_capacity) {
             construct(m_storage.m_elements + m_count, addedCount);
         } else {
-            Storage wider(std::max(count, 2 * m_storage.m_capacity));
+            Storage wider(count > 2 * m_storage.m_capacity ? count : 2 * m_storage.m_capacity);
             construct(wider.m_elements + m_count, addedCount);  // it may copy an element that is moved next
             MoveElementsTo(wider, addedCount);
         }
@@ -195,12 +198,12 @@ private:
         if constexpr (std::is_nothrow_move_constructible_v<T>) {
             // Each is destroyed at once, so that no moved-from element is stored.
             for (std::size_t i = 0; i < m_count; ++i) {
-                std::construct_at(wider.m_elements + i, std::move(m_storage.m_elements[i]));
-                std::destroy_at(m_storage.m_elements + i);
+                Memory::Make(wider.m_elements + i, std::move(m_storage.m_elements[i]));
+                m_storage.m_elements[i].~T();
             }
         } else {
             CopyOrMoveElementsTo(wider, addedCount);
-            std::destroy_n(m_storage.m_elements, m_count);
+            Memory::DestroyEach(m_storage.m_elements, m_count);
         }
         SwapStorage(wider);
     }
@@ -209,11 +212,13 @@ private:
     {
         try {
             if constexpr (std::is_copy_constructible_v<T>)
-                std::uninitialized_copy_n(m_storage.m_elements, m_count, wider.m_elements);
+                Memory::CopyEach(m_storage.m_elements, m_count, wider.m_elements);
             else
-                std::uninitialized_move_n(m_storage.m_elements, m_count, wider.m_elements);
+                Memory::MakeEach(wider.m_elements, m_count, [this](T* each, std::size_t index) {
+                    Memory::Make(each, std::move(m_storage.m_elements[index]));
+                });
         } catch (...) {
-            std::destroy_n(wider.m_elements + m_count, addedCount);
+            Memory::DestroyEach(wider.m_elements + m_count, addedCount);
             throw;
         }
     }

@@ -4,7 +4,6 @@
 #include "RkUtilities/foundation/POSITION.h"
 #include "RkUtilities/foundation/detail/NodePool.h"
 
-#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <initializer_list>
@@ -138,7 +137,13 @@ public:
     /// The same number of elements, equal one by one.
     friend bool operator==(const CAtlList& left, const CAtlList& right)
     {
-        return left.m_count == right.m_count && std::equal(left.begin(), left.end(), right.begin());
+        if (left.m_count != right.m_count)
+            return false;
+        for (auto a = left.begin(), b = right.begin(); a != left.end(); ++a, ++b) {
+            if (!(*a == *b))
+                return false;
+        }
+        return true;
     }
 
 private:

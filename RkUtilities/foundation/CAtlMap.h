@@ -5,14 +5,11 @@
 #include "RkUtilities/foundation/POSITION.h"
 #include "RkUtilities/foundation/detail/NodePool.h"
 
-#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <iterator>
-#include <memory>
-#include <span>
 #include <type_traits>
 #include <utility>
 
@@ -171,9 +168,11 @@ public:
         const Buckets buckets = std::exchange(m_buckets, {});
         m_count = 0;
         if constexpr (!std::is_trivially_destructible_v<CPair>) {
-            for (Node* node : buckets.All()) {
-                while (node)
-                    m_pool.Destroy(std::exchange(node, node->next));
+            for (std::uint32_t bucket = 0; bucket < buckets.count; ++bucket) {
+                while (Node* const node = buckets.first[bucket]) {
+                    buckets.first[bucket] = node->next;
+                    m_pool.Destroy(node);
+                }
             }
         }
         m_pool.Release();
@@ -207,10 +206,14 @@ public:
     /// The same keys with equal values, in whatever order.
     friend bool operator==(const CAtlMap& left, const CAtlMap& right)
     {
-        return left.m_count == right.m_count && std::all_of(left.begin(), left.end(), [&](const CPair& pair) {
-                   const CPair* const other = right.Lookup(pair.m_key);
-                   return other && other->m_value == pair.m_value;
-               });
+        if (left.m_count != right.m_count)
+            return false;
+        for (const CPair& pair : left) {
+            const CPair* const other = right.Lookup(pair.m_key);
+            if (!other || !(other->m_value == pair.m_value))
+                return false;
+        }
+        return true;
     }
 
 private:
@@ -231,17 +234,20 @@ private:
     /// The first node of each bucket. No std::vector, whose layout changes with the checks of the standard library.
     struct Buckets {
         Buckets() = default;
-        explicit Buckets(std::uint32_t bucketCount) : first(std::make_unique<Node*[]>(bucketCount)), count(bucketCount)
-        {}
-        Buckets(Buckets&& other) noexcept : first(std::move(other.first)), count(std::exchange(other.count, 0)) {}
-        Buckets& operator=(Buckets&& other) noexcept
+        explicit Buckets(std::uint32_t bucketCount) : first(new Node* [bucketCount] {}), count(bucketCount) {}
+        Buckets(Buckets&& other) noexcept : Buckets() { Swap(other); }
+        Buckets& operator=(Buckets other) noexcept
         {
-            first = std::move(other.first);
-            count = std::exchange(other.count, 0);
+            Swap(other);
             return *this;
         }
+        ~Buckets() { delete[] first; }
 
-        std::span<Node*> All() const noexcept { return {first.get(), count}; }
+        void Swap(Buckets& other) noexcept
+        {
+            std::swap(first, other.first);
+            std::swap(count, other.count);
+        }
         std::uint32_t Of(std::uint32_t hash) const noexcept
         {
             const std::uint32_t mask = count - 1;
@@ -249,7 +255,7 @@ private:
         }
         void Link(Node* node) noexcept { node->next = std::exchange(first[Of(node->hash)], node); }
 
-        std::unique_ptr<Node*[]> first;
+        Node** first = nullptr;
         std::uint32_t count = 0;
     };
 
@@ -265,10 +271,9 @@ private:
 
     POSITION FirstFromBucket(std::size_t bucket) const noexcept
     {
-        const std::span<Node*> buckets = m_buckets.All().subspan(bucket);
-        const auto found =
-            std::find_if(buckets.begin(), buckets.end(), [](const Node* node) { return node != nullptr; });
-        return found == buckets.end() ? nullptr : PositionOf(*found);
+        while (bucket < m_buckets.count && !m_buckets.first[bucket])
+            ++bucket;
+        return bucket < m_buckets.count ? PositionOf(m_buckets.first[bucket]) : nullptr;
     }
     POSITION PositionAfter(POSITION position) const noexcept
     {
@@ -338,7 +343,7 @@ private:
     }
 
     /// Blocks grow with the map, up to a size from which an allocation hardly costs more for each node.
-    std::size_t BlockNodeCount() const noexcept { return std::clamp<std::size_t>(m_count, 10, 250); }
+    std::size_t BlockNodeCount() const noexcept { return m_count < 10 ? 10 : m_count < 250 ? m_count : 250; }
 
     void MakeRoomForOneMore()
     {
@@ -355,15 +360,17 @@ private:
             17,       37,       79,       163,       331,       673,       1361,       2729,      5471,    10949,
             21911,    43853,    87719,    175447,    350899,    701819,    1403641,    2807303,   5614657, 11229331,
             22458671, 44917381, 89834777, 179669557, 359339171, 718678369, 1437356741, 2874713497};
-        const auto* const wider = std::lower_bound(std::begin(kBucketCounts), std::end(kBucketCounts), 2 * m_count);
+        const auto* wider = std::begin(kBucketCounts);
+        while (wider != std::end(kBucketCounts) && *wider < 2 * m_count)
+            ++wider;
         if (wider == std::end(kBucketCounts))
             return;
         Buckets buckets(*wider);
-        for (Node* node : m_buckets.All()) {
-            while (node)
+        for (std::uint32_t bucket = 0; bucket < m_buckets.count; ++bucket) {
+            for (Node* node = m_buckets.first[bucket]; node;)
                 buckets.Link(std::exchange(node, node->next));
         }
-        m_buckets = std::move(buckets);
+        m_buckets.Swap(buckets);
     }
 
     void CopyEntries(const CAtlMap& other)
@@ -385,7 +392,7 @@ private:
     void Swap(CAtlMap& other) noexcept
     {
         m_pool.Swap(other.m_pool);
-        std::swap(m_buckets, other.m_buckets);
+        m_buckets.Swap(other.m_buckets);
         std::swap(m_count, other.m_count);
         std::swap(m_firstBucketCount, other.m_firstBucketCount);
     }

@@ -2,11 +2,10 @@
 
 #include "RkUtilities/RkExport.h"
 
-#include <algorithm>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
+#include <cstring>
 #include <string_view>
 #include <type_traits>
 
@@ -32,7 +31,8 @@ struct CElementTraits {
     static bool CompareElements(INARGTYPE left, INARGTYPE right)
     {
         if constexpr (kIsText)  // as bytes, where the view's own comparison goes unit by unit
-            return left.size() == right.size() && std::equal(left.begin(), left.end(), right.begin());
+            return left.size() == right.size() &&
+                   std::memcmp(left.data(), right.data(), left.size() * sizeof(char16_t)) == 0;
         else
             return left == right;
     }

@@ -5,7 +5,7 @@
 #include <compare>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
+#include <string_view>  // for std::hash, which <functional> would add much to
 #include <type_traits>
 
 /// The 16 bytes of a UUID, and nothing else. Their order is the owner's matter: CrkGuid says which it uses.

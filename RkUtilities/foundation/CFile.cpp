@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -103,10 +104,12 @@ CFile::~CFile()
 {
     if (IsOpen() && !m_new)
         static_cast<void>(platform::CloseFile(m_hFile));
+    delete m_new;
 }
 
 CFile::CFile(CFile&& other) noexcept
-    : m_hFile(std::exchange(other.m_hFile, -1)), m_new(std::move(other.m_new)), m_path(std::move(other.m_path))
+    : m_hFile(std::exchange(other.m_hFile, -1)), m_new(std::exchange(other.m_new, nullptr)),
+      m_path(std::move(other.m_path))
 {}
 
 CFile& CFile::operator=(CFile&& other) noexcept
@@ -148,7 +151,7 @@ bool CFile::OpenNew(const CString& path, CFileException* error)
     const std::error_code failure = file->Make(nativePath);
     if (!failure) {
         m_hFile = file->Descriptor();
-        m_new = std::move(file);
+        m_new = file.release();
     }
     return Opened(path, nativePath, failure, error);
 }

@@ -6,7 +6,6 @@
 #include "RkUtilities/foundation/CString.h"
 
 #include <cstddef>
-#include <memory>
 #include <span>
 #include <string>
 #include <system_error>
@@ -164,6 +163,6 @@ private:
     void Commit(const CString& path, bool isReplacing);
 
     int m_hFile = -1;
-    std::unique_ptr<rk::platform::NewFile> m_new;  // of OpenNew; it owns the descriptor then
-    CString m_path;                                // as given to Open: failures name it
+    rk::platform::NewFile* m_new = nullptr;  // owned; of OpenNew, and it owns the descriptor then
+    CString m_path;                          // as given to Open: failures name it
 };

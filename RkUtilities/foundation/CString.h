@@ -6,12 +6,11 @@
 #include "RkUtilities/foundation/detail/FormatArgument.h"
 #include "RkUtilities/foundation/detail/TextStorage.h"
 
-#include <array>
 #include <compare>
 #include <concepts>
 #include <cstdarg>
-#include <cstdint>
-#include <functional>
+#include <cstddef>
+#include <initializer_list>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -314,8 +313,8 @@ public:
     template <class... Arguments>
     void Format(const CString& format, const Arguments&... arguments)
     {
-        const std::array<rk::FormatArgument, sizeof...(Arguments)> list{rk::FormatArgument(arguments)...};
-        *this = rk::FormattedText(format.View(), list.data(), list.size());
+        const std::initializer_list<rk::FormatArgument> list{rk::FormatArgument(arguments)...};
+        *this = rk::FormattedText(format.View(), list.begin(), list.size());
     }
     /// Formats as `Format` does and adds the result at the end.
     template <class... Arguments>

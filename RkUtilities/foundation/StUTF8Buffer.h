@@ -3,7 +3,6 @@
 #include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CString.h"
 
-#include <memory>
 #include <string>
 
 /// A writable, zero-terminated UTF-8 copy of a text, for calls that take `char*`; valid as long as the buffer lives.
@@ -14,16 +13,16 @@
 ///     line.Format(u"%s: %d", static_cast<char*>(StUTF8Buffer(name)), count);
 class RK_EXPORT StUTF8Buffer {
 public:
-    explicit StUTF8Buffer(const CString& text);  ///< Copies the text as UTF-8.
+    explicit StUTF8Buffer(const CString& text) : m_bytes(text.ToUtf8()) {}  ///< Copies the text as UTF-8.
 
     operator char*() noexcept RK_LIFETIMEBOUND
     {
-        return m_bytes.get();
+        return m_bytes.data();
     }  ///< The bytes, to be read or changed in place.
-    operator char const*() const noexcept RK_LIFETIMEBOUND { return m_bytes.get(); }  ///< The bytes, to be read.
+    operator char const*() const noexcept RK_LIFETIMEBOUND { return m_bytes.c_str(); }  ///< The bytes, to be read.
 
 private:
-    std::unique_ptr<char[]> m_bytes;
+    std::string m_bytes;
 };
 
 /// The UTF-8 bytes of the text, into `bytes`, whose memory is used again; a lone surrogate becomes U+FFFD.

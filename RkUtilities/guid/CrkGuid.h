@@ -7,7 +7,6 @@
 
 #include <compare>
 #include <cstddef>
-#include <functional>
 #include <string_view>
 #include <type_traits>
 

@@ -7,8 +7,8 @@
 #include "RkUtilities/foundation/CElementTraits.h"
 #include "RkUtilities/foundation/CString.h"
 
-#include <array>
 #include <concepts>
+#include <initializer_list>
 #include <string_view>
 
 /// What an application asks of topic texts, names and lists of names, and makes of them.
@@ -105,8 +105,8 @@ public:
     static CString Format(rk::TextView format, const Arguments&... arguments) noexcept
     {
         try {
-            const std::array<rk::FormatArgument, sizeof...(Arguments)> list{rk::FormatArgument(arguments)...};
-            return rk::FormattedText(format, list.data(), list.size());
+            const std::initializer_list<rk::FormatArgument> list{rk::FormatArgument(arguments)...};
+            return rk::FormattedText(format, list.begin(), list.size());
         } catch (...) {
             return {};
         }

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <ranges>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <functional>

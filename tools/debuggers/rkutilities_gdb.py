@@ -54,18 +54,12 @@ class List(Array):
 
 class Map(Container):
     def children(self):
-        for index, entry in enumerate(values.map_entries(self.container, self.first_of_buckets)):
+        for index, entry in enumerate(values.map_entries(self.container)):
             yield f"[{2 * index}]", entry["m_key"]
             yield f"[{2 * index + 1}]", entry["m_value"]
 
     def display_hint(self):
         return "map"
-
-    @staticmethod
-    def first_of_buckets(owner):
-        # The owning pointer is the object's first and only word, whichever standard library it comes from.
-        node = owner.type.strip_typedefs().template_argument(0).strip_typedefs().target()
-        return owner.address.cast(node.pointer().pointer()).dereference()
 
 
 class LogSettings:

@@ -117,15 +117,7 @@ class ListElements(Elements):
 
 
 class MapElements(Elements):
-    @staticmethod
-    def walk(entries):
-        return values.map_entries(entries, first_of_buckets)
-
-
-def first_of_buckets(owner):
-    # The owning pointer is the object's first and only word, whichever standard library it comes from.
-    node = owner.value.GetType().GetCanonicalType().GetTemplateArgumentType(0).GetArrayElementType()
-    return Value(owner.value.CreateValueFromAddress("first", owner.value.GetLoadAddress(), node.GetPointerType()))
+    walk = staticmethod(values.map_entries)
 
 
 def __lldb_init_module(debugger, _):

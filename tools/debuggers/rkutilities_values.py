@@ -44,10 +44,10 @@ def list_elements(values):
         node = node.dereference()["next"]
 
 
-def map_entries(entries, first_of_buckets):
-    """The pairs in the order of a walk; first_of_buckets turns the owning pointer into a plain one."""
+def map_entries(entries):
+    """The pairs in the order of a walk."""
     buckets = entries["m_buckets"]
-    first, left = first_of_buckets(buckets["first"]), int(entries["m_count"])
+    first, left = buckets["first"], int(entries["m_count"])
     for bucket in range(int(buckets["count"])):
         node = first[bucket]
         while node and left > 0:

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
-#include <memory>
 #include <new>
 #include <utility>
 
@@ -45,8 +43,8 @@ public:
     {
         while (m_blocks) {
             Slot* const block = m_blocks;
-            m_blocks = block->header.nextBlock;
-            std::allocator<Slot>().deallocate(block, block->header.slotCount);
+            m_blocks = block->nextBlock;
+            delete[] block;
         }
         m_free = m_unused = m_unusedEnd = nullptr;
     }
@@ -60,12 +58,9 @@ public:
     }
 
 private:
-    /// The first slot of a block is its header; every other one holds a node or, after one, the next free slot.
+    /// The first slot of a block leads to the next block; every other one holds a node or, after one, the next free slot.
     union Slot {
-        struct {
-            Slot* nextBlock;
-            std::size_t slotCount;
-        } header;
+        Slot* nextBlock;
         Slot* nextFree;
         alignas(Node) std::byte node[sizeof(Node)];
     };
@@ -75,7 +70,7 @@ private:
         if (m_free)
             return std::exchange(m_free, m_free->nextFree);
         if (m_unused == m_unusedEnd)
-            AddBlock(std::max<std::size_t>(blockNodeCount, 1));
+            AddBlock(blockNodeCount > 0 ? blockNodeCount : 1);
         return m_unused++;
     }
 
@@ -84,8 +79,9 @@ private:
     void AddBlock(std::size_t nodeCount)
     {
         const std::size_t slotCount = nodeCount + 1;
-        Slot* const block = std::allocator<Slot>().allocate(slotCount);
-        m_blocks = ::new (static_cast<void*>(block)) Slot{.header = {m_blocks, slotCount}};
+        Slot* const block = new Slot[slotCount];
+        block->nextBlock = m_blocks;
+        m_blocks = block;
         m_unused = block + 1;
         m_unusedEnd = block + slotCount;
     }

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <atomic>
 #include <cstddef>
 #include <new>
 
 namespace rk {
 
 /// The memory of a long text: a head, then the units with their terminating 0. Copies of a text share the memory until a
-/// copy changes.
+/// copy changes. The compiler's functions count the owners, since `<atomic>` would make each user of texts wait.
 class SharedUnits {
 public:
     /// Room for `capacity` units and the terminator, with one owner. Throws `std::bad_alloc`.
@@ -17,12 +16,15 @@ public:
         auto* const head = new (memory) SharedUnits(capacity);
         return reinterpret_cast<char16_t*>(head + 1);
     }
-    static void Retain(const char16_t* units) noexcept { Of(units)->m_owners.fetch_add(1, std::memory_order_relaxed); }
+    static void Retain(const char16_t* units) noexcept
+    {
+        __atomic_fetch_add(&Of(units)->m_owners, 1, __ATOMIC_RELAXED);
+    }
     static void Release(const char16_t* units) noexcept
     {
         SharedUnits* const head = Of(units);
         // A single owner need not count: no other thread can begin to share a text that only this thread has.
-        if (!IsUnique(units) && head->m_owners.fetch_sub(1, std::memory_order_acq_rel) != 1)
+        if (!IsUnique(units) && __atomic_fetch_sub(&head->m_owners, 1, __ATOMIC_ACQ_REL) != 1)
             return;
         head->~SharedUnits();
         ::operator delete(head);
@@ -30,7 +32,7 @@ public:
     /// Whether one owner has the memory for itself and may write to it.
     static bool IsUnique(const char16_t* units) noexcept
     {
-        return Of(units)->m_owners.load(std::memory_order_acquire) == 1;
+        return __atomic_load_n(&Of(units)->m_owners, __ATOMIC_ACQUIRE) == 1;
     }
     static std::size_t Capacity(const char16_t* units) noexcept { return Of(units)->m_capacity; }
 
@@ -41,7 +43,7 @@ private:
         return reinterpret_cast<SharedUnits*>(const_cast<char16_t*>(units)) - 1;
     }
 
-    std::atomic<std::size_t> m_owners;
+    std::size_t m_owners;
     std::size_t m_capacity;
 };
 
