@@ -75,6 +75,7 @@ public:
         requires rk::IdentityComparable<rk::RangeReference<Array>, Object>
     static bool containsObjectIdenticalTo(Array&& array, const Object& object)
     {
+        // NOLINTNEXTLINE(readability-use-anyofallof): <algorithm> would double the cost of this header
         for (auto&& element : array) {
             if (rk::AddressOf(element) == rk::AddressOf(object))
                 return true;

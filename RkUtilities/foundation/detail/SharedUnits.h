@@ -37,13 +37,13 @@ public:
     static std::size_t Capacity(const char16_t* units) noexcept { return Of(units)->m_capacity; }
 
 private:
-    explicit SharedUnits(std::size_t capacity) noexcept : m_owners(1), m_capacity(capacity) {}
+    explicit SharedUnits(std::size_t capacity) noexcept : m_capacity(capacity) {}
     static SharedUnits* Of(const char16_t* units) noexcept
     {
         return reinterpret_cast<SharedUnits*>(const_cast<char16_t*>(units)) - 1;
     }
 
-    std::size_t m_owners;
+    std::size_t m_owners = 1;
     std::size_t m_capacity;
 };
 
