@@ -83,7 +83,8 @@ void PointsBounds(benchmark::State& state, auto boundsOf)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK_CAPTURE(PointsBounds, plain, plain::BoundsOf)->RangeMultiplier(10)->Range(10, 1'000'000);
-BENCHMARK_CAPTURE(PointsBounds, ours, Math::CalculatePointsBoundingRectangle)
+BENCHMARK_CAPTURE(PointsBounds, ours,
+                  [](const CrkFloatPoint* p, int n) { return Math::CalculatePointsBoundingRectangle(p, n); })
     ->RangeMultiplier(10)
     ->Range(10, 1'000'000);
 
