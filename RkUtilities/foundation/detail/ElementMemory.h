@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <new>
 #include <utility>
 
@@ -12,7 +13,12 @@ template <class T>
 class ElementMemory {
 public:
     /// Room for that many elements, of which none is made. Throws `std::bad_alloc`.
-    static T* Allocate(std::size_t count) { return reinterpret_cast<T*>(new Place[count]); }
+    static T* Allocate(std::size_t count)
+    {
+        if (count > SIZE_MAX / 2 / sizeof(T))  // more than pointers can be apart; allocators of sanitizers end the program
+            throw std::bad_alloc();
+        return reinterpret_cast<T*>(new Place[count]);
+    }
     static void Free(T* memory) noexcept { delete[] reinterpret_cast<Place*>(memory); }
 
     template <class... Arguments>
