@@ -15,7 +15,8 @@ public:
     /// Room for that many elements, of which none is made. Throws `std::bad_alloc`.
     static T* Allocate(std::size_t count)
     {
-        if (count > SIZE_MAX / 2 / sizeof(T))  // more than pointers can be apart; allocators of sanitizers end the program
+        // More than pointers can be apart; the allocators of sanitizers would end the program.
+        if (count > SIZE_MAX / 2 / sizeof(T))
             throw std::bad_alloc();
         return reinterpret_cast<T*>(new Place[count]);
     }
