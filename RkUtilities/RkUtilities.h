@@ -28,6 +28,7 @@
 #include "RkUtilities/foundation/FormatError.h"
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/foundation/POSITION.h"
+#include "RkUtilities/foundation/SpanParts.h"
 #include "RkUtilities/foundation/StUTF8Buffer.h"
 #include "RkUtilities/foundation/StringTables.h"
 #include "RkUtilities/foundation/TextView.h"

@@ -72,10 +72,8 @@ public:
     /// The same, for reading.
     const T& GetNext(POSITION& position) const { return NodeAt(std::exchange(position, Following(position)))->element; }
 
-    POSITION GetTailPosition() const noexcept
-    {
-        return PositionOf(m_tail);
-    }  ///< The last element's; null in an empty list.
+    /// The position of the last element; null in an empty list.
+    POSITION GetTailPosition() const noexcept { return PositionOf(m_tail); }
     /// The element at the position, which moves back to the previous element, or to null before the first one.
     T& GetPrev(POSITION& position) { return NodeAt(std::exchange(position, Preceding(position)))->element; }
     /// The same, for reading.

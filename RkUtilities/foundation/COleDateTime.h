@@ -19,18 +19,16 @@ public:
     constexpr COleDateTime() noexcept = default;
     /// The given value.
     explicit constexpr COleDateTime(double dateValue) noexcept : m_dt(dateValue) {}
+    /// Refused. Seconds since 1970: `COleDateTime(CTime::FromTimeT(seconds))`; days: a `double`.
     template <std::integral T>
-    explicit COleDateTime(T) =
-        delete;  ///< Seconds since 1970: `COleDateTime(CTime::FromTimeT(seconds))`; days: a `double`.
+    explicit COleDateTime(T) = delete;
     /// The local calendar fields of a time, seconds included, fractions of a second not.
     explicit COleDateTime(const CTime& time) noexcept;
     /// The value of these fields; those out of range are carried ("31 April" is 1 May).
     COleDateTime(int year, int month, int day, int hour, int minute, int second) noexcept;
 
-    [[nodiscard]] static COleDateTime GetCurrentTime() noexcept
-    {
-        return COleDateTime(CTime::GetCurrentTime());
-    }  ///< Now.
+    /// Now.
+    [[nodiscard]] static COleDateTime GetCurrentTime() noexcept { return COleDateTime(CTime::GetCurrentTime()); }
 
     [[nodiscard]] int GetYear() const noexcept { return Fields().tm_year; }           ///< The full year.
     [[nodiscard]] int GetMonth() const noexcept { return Fields().tm_mon; }           ///< 1 to 12

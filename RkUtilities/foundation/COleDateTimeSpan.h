@@ -1,10 +1,12 @@
 #pragma once
 
+#include "RkUtilities/foundation/SpanParts.h"
+
 #include <compare>
 #include <cstdint>
 
-/// A signed duration, in days.
-class COleDateTimeSpan {
+/// A signed duration, in days. Its parts are those of the nearest second.
+class COleDateTimeSpan : public rk::SpanParts<COleDateTimeSpan> {
 public:
     /// No time at all.
     constexpr COleDateTimeSpan() noexcept = default;
@@ -22,59 +24,29 @@ public:
         return span;
     }
 
-    // The parts of the span, each of its sign, to the nearest second: -90 minutes are -1 hour and -30 minutes. 0 for a span that is no number or longer
-    // than 10,000,000 years.
-    [[nodiscard]] constexpr long GetDays() const noexcept { return WholeSeconds() / 86400; }  ///< Whole days.
-    [[nodiscard]] constexpr int GetHours() const noexcept
-    {
-        return static_cast<int>(WholeSeconds() / 3600 % 24);
-    }  ///< -23 to 23
-    [[nodiscard]] constexpr int GetMinutes() const noexcept
-    {
-        return static_cast<int>(WholeSeconds() / 60 % 60);
-    }  ///< -59 to 59
-    [[nodiscard]] constexpr int GetSeconds() const noexcept
-    {
-        return static_cast<int>(WholeSeconds() % 60);
-    }  ///< -59 to 59
     [[nodiscard]] constexpr double GetTotalDays() const noexcept { return m_span; }             ///< With fractions.
     [[nodiscard]] constexpr double GetTotalHours() const noexcept { return m_span * 24; }       ///< With fractions.
     [[nodiscard]] constexpr double GetTotalMinutes() const noexcept { return m_span * 1440; }   ///< With fractions.
     [[nodiscard]] constexpr double GetTotalSeconds() const noexcept { return m_span * 86400; }  ///< With fractions.
 
-    friend constexpr COleDateTimeSpan operator+(const COleDateTimeSpan& a, const COleDateTimeSpan& b) noexcept
-    {
-        return FromDays(a.m_span + b.m_span);
-    }  ///< The sum.
-    friend constexpr COleDateTimeSpan operator-(const COleDateTimeSpan& a, const COleDateTimeSpan& b) noexcept
-    {
-        return FromDays(a.m_span - b.m_span);
-    }  ///< The difference.
-    friend constexpr COleDateTimeSpan operator-(const COleDateTimeSpan& span) noexcept
-    {
-        return FromDays(-span.m_span);
-    }  ///< The reverse.
-    friend constexpr COleDateTimeSpan operator*(const COleDateTimeSpan& span, double factor) noexcept
-    {
-        return FromDays(span.m_span * factor);
-    }  ///< So many times the span.
+    /// Adds a span.
     constexpr COleDateTimeSpan& operator+=(const COleDateTimeSpan& other) noexcept
     {
-        return *this = *this + other;
-    }  ///< Adds a span.
-    constexpr COleDateTimeSpan& operator-=(const COleDateTimeSpan& other) noexcept
+        m_span += other.m_span;
+        return *this;
+    }
+    /// Makes the span that many times as long.
+    constexpr COleDateTimeSpan& operator*=(double factor) noexcept
     {
-        return *this = *this - other;
-    }  ///< Subtracts a span.
+        m_span *= factor;
+        return *this;
+    }
     /// By the numbers.
     friend constexpr auto operator<=>(const COleDateTimeSpan&, const COleDateTimeSpan&) noexcept = default;
 
     double m_span = 0;  ///< the whole duration in days
 
 private:
-    [[nodiscard]] constexpr long WholeSeconds() const noexcept
-    {
-        const double seconds = m_span * 86400;
-        return seconds > -3e14 && seconds < 3e14 ? static_cast<long>(seconds + (seconds < 0 ? -0.5 : 0.5)) : 0;
-    }
+    friend rk::SpanParts<COleDateTimeSpan>;
+    static constexpr double kRounding = 0.5;  // a fraction of a day is seldom exactly its seconds
 };

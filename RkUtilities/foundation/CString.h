@@ -128,10 +128,8 @@ public:
     }
     operator std::u16string_view() const noexcept RK_LIFETIMEBOUND { return View(); }         ///< `View()`.
     [[nodiscard]] const_iterator begin() const noexcept RK_LIFETIMEBOUND { return Units(); }  ///< The first unit.
-    [[nodiscard]] const_iterator end() const noexcept RK_LIFETIMEBOUND
-    {
-        return Units() + GetLength();
-    }  ///< Behind the last unit.
+    /// Behind the last unit.
+    [[nodiscard]] const_iterator end() const noexcept RK_LIFETIMEBOUND { return Units() + GetLength(); }
     // As the standard's algorithms and containers name them.
     [[nodiscard]] std::size_t size() const noexcept { return View().size(); }  ///< The number of code units.
     [[nodiscard]] bool empty() const noexcept { return IsEmpty(); }            ///< `IsEmpty`.

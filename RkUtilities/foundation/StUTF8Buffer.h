@@ -15,10 +15,8 @@ class RK_EXPORT StUTF8Buffer {
 public:
     explicit StUTF8Buffer(const CString& text) : m_bytes(text.ToUtf8()) {}  ///< Copies the text as UTF-8.
 
-    operator char*() noexcept RK_LIFETIMEBOUND
-    {
-        return m_bytes.data();
-    }  ///< The bytes, to be read or changed in place.
+    /// The bytes, to be read or changed in place.
+    operator char*() noexcept RK_LIFETIMEBOUND { return m_bytes.data(); }
     operator char const*() const noexcept RK_LIFETIMEBOUND { return m_bytes.c_str(); }  ///< The bytes, to be read.
 
 private:
