@@ -46,10 +46,13 @@ constexpr long kFiles[] = {
 /// What the filters of sandboxes refuse although the kernel knows it.
 constexpr long kRefused[] = {SYS_renameat2, SYS_copy_file_range, SYS_getrandom, SYS_statx,
                              SYS_linkat,    SYS_fallocate,       SYS_flock,     -1};
+/// What some kernels and file systems do not have.
+constexpr long kReplaceable[] = {SYS_renameat2, SYS_copy_file_range, -1};
+constexpr long kCopying[] = {SYS_copy_file_range, -1};
 #else
 constexpr long kReading[] = {-1};
-constexpr const auto &kWriting = kReading, &kOpening = kReading, &kLimited = kReading, &kSlow = kReading,
-                     &kFiles = kReading, &kRefused = kReading;
+constexpr const auto &kReplaceable = kReading, &kCopying = kReading, &kWriting = kReading, &kOpening = kReading,
+                     &kLimited = kReading, &kSlow = kReading, &kFiles = kReading, &kRefused = kReading;
 #endif
 
 /// Plain data: the thread's own, without a constructor or destructor.
@@ -57,7 +60,7 @@ struct Plan {
     bool isArmed;
     const Fault* fault;
     std::size_t point;
-    std::array<std::size_t, 17> counts;
+    Counts counts;
     std::ptrdiff_t living;
 };
 constinit thread_local Plan plan{};
@@ -195,7 +198,7 @@ bool StartCatching() noexcept
 
 }  // namespace
 
-constexpr std::array<Fault, 17> kFaults = {{
+constexpr std::array<Fault, 22> kFaults = {{
     {"no memory", kNoMemory, Persistence::Once, nullptr},
     {"no memory on", kNoMemory, Persistence::FromThenOn, nullptr},
     {"EIO", EIO, Persistence::Once, kFiles},
@@ -210,6 +213,11 @@ constexpr std::array<Fault, 17> kFaults = {{
     {"EPERM", EPERM, Persistence::Once, kRefused},
     {"EPERM on", EPERM, Persistence::FromThenOn, kRefused},
     {"ENOSYS on", ENOSYS, Persistence::FromThenOn, kRefused},
+    {"EPERM, another way", EPERM, Persistence::FromThenOn, kReplaceable, /*hasAnotherWay=*/true},
+    {"EINVAL, another way", EINVAL, Persistence::FromThenOn, kReplaceable, /*hasAnotherWay=*/true},
+    {"ENOSYS, another way", ENOSYS, Persistence::FromThenOn, kReplaceable, /*hasAnotherWay=*/true},
+    {"EXDEV, another way", EXDEV, Persistence::FromThenOn, kCopying, /*hasAnotherWay=*/true},
+    {"EINTR, another way", EINTR, Persistence::Once, kCopying, /*hasAnotherWay=*/true},
     {"EINTR", EINTR, Persistence::Once, kSlow},
     {"short", 0, Persistence::Once, kReading},
     {"short on", 0, Persistence::FromThenOn, kReading},

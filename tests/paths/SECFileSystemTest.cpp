@@ -8,41 +8,13 @@
 
 #include <algorithm>
 #include <climits>
-#include <deque>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <random>
+#include <span>
 #include <sys/file.h>
 #include <sys/resource.h>
-#include <sys/syscall.h>
 #include <vector>
-
-/// What the next of these calls fail with, one after the other: some kernels and file systems do not have them.
-static std::deque<int> failures;  // NOLINT(misc-use-anonymous-namespace)
-
-template <class... Arguments>
-static long Called(long number, Arguments... arguments)
-{
-    if (failures.empty())
-        return syscall(number, arguments...);
-    errno = failures.front();
-    failures.pop_front();
-    return -1;
-}
-
-// The library's calls come here first.
-// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name): the C library's names are reserved ones
-extern "C" [[gnu::visibility("default")]] int renameat2(int from, const char* name, int to, const char* newName,
-                                                        unsigned int flags) noexcept
-{
-    return static_cast<int>(Called(SYS_renameat2, from, name, to, newName, flags));
-}
-extern "C" [[gnu::visibility("default")]] ssize_t copy_file_range(int from, off64_t* start, int to, off64_t* target,
-                                                                  std::size_t byteCount, unsigned int flags)
-{
-    return Called(SYS_copy_file_range, from, start, to, target, byteCount, flags);
-}
-// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 namespace {
 
@@ -325,37 +297,21 @@ TEST(FileSystem, KeepsTheOldFileWhenTheCopyFails)
     EXPECT_EQ(folder.EntryCount(), 3U);
 }
 
-TEST(FileSystem, FindsAnotherWayWhereTheKernelHasNoneOrIsInterrupted)
+TEST(FileSystem, LeavesNoPartOfACopyOrSavingThatIsKilled)
 {
     const ScopedFolder folder;
-    folder.Make({"a=A", "b=B"});
-    failures = {EINVAL};  // no renaming that leaves a taken name alone
-    EXPECT_FALSE(files.RenameDirectory(folder.Text("a"), folder.Text("b")));
-    failures = {EINVAL};
-    EXPECT_TRUE(files.RenameDirectory(folder.Text("a"), folder.Text("c")));
-    failures = {EPERM};  // as in a sandbox
-    EXPECT_TRUE(files.RenameDirectory(folder.Text("c"), folder.Text("e")));
-    failures = {ENOSYS};
-    EXPECT_TRUE(files.RenameDirectory(folder.Text("e"), folder.Text("c")));
-    failures = {EINTR, EXDEV};  // then no copying inside the kernel
-    EXPECT_EQ(files.CopyFile(folder.Text("c"), folder.Text("d"), 0, nullptr), 1);
-    EXPECT_TRUE(failures.empty());
-    failures = {ENOSPC};
-    EXPECT_EQ(files.CopyFile(folder.Text("b"), folder.Text("d"), 0, nullptr), 0);
-    EXPECT_EQ(folder.Read("b") + folder.Read("c") + folder.Read("d"), "BAA");
-    EXPECT_EQ(folder.EntryCount(), 3U);
-}
-
-TEST(FileSystem, LeavesNoPartOfACopyThatIsKilled)
-{
-    const ScopedFolder folder;
-    folder.Make({"from=" + std::string(1 << 20, 'x'), "old=old", "new/"});
+    const std::string content(1 << 20, 'x');
+    folder.Make({"from=" + content, "old=old", "saved=" + content, "new/"});
     std::mt19937 random(1);
     for (int i = 0; i < 20; ++i) {
         const pid_t child = StartChild([&] {
             for (int n = 0;; ++n) {
                 files.CopyFile(folder.Text("from"), folder.Text("old"), 0, nullptr);
                 files.CopyFile(folder.Text("from"), folder.Text("new/" + std::to_string(n)), 0, nullptr);
+                CFile file;
+                file.OpenNew(folder.Text("saved"));
+                file.Write(std::as_bytes(std::span(content)));
+                file.CommitOver(folder.Text("saved"));
             }
         });
         usleep(static_cast<useconds_t>(1000 + random() % 20'000));
@@ -367,6 +323,7 @@ TEST(FileSystem, LeavesNoPartOfACopyThatIsKilled)
             fs::remove_all(entry);
         }
         EXPECT_EQ(fs::file_size(folder.Path("old")) % (1U << 20), fs::file_size(folder.Path("old")) == 3 ? 3U : 0U);
+        EXPECT_EQ(fs::file_size(folder.Path("saved")), 1U << 20);
     }
     // What a killed process had no time to remove, what a living one works in, and what is not ours.
     folder.Make({".rk-new-0/item=left", ".rk-new-1/item=alive", ".rk-new-2=other", ".rk-new-3>new"});
@@ -376,7 +333,7 @@ TEST(FileSystem, LeavesNoPartOfACopyThatIsKilled)
     EXPECT_EQ(close(alive), 0);
     EXPECT_FALSE(folder.Has(".rk-new-0"));
     EXPECT_EQ(folder.Read(".rk-new-1/item") + folder.Read(".rk-new-2"), "aliveother");
-    EXPECT_EQ(folder.EntryCount(), 6U);
+    EXPECT_EQ(folder.EntryCount(), 7U);
 }
 
 TEST(FileSystem, MovesWhollyOrNotAtAllWithoutMemory)
