@@ -13,11 +13,9 @@ namespace {
 
 void CheckOutline(const Outline& outline)
 {
-    constexpr std::size_t kMostForEveryPair = 300;
     const MapLayout map = LayOut(outline);
     Require(CheckMap(outline, map).AreNone());
-    if (outline.topics.size() <= kMostForEveryPair)
-        Require(FaultOf(outline, map).empty());
+    Require(std::ranges::all_of(map.shapes, TextStaysInShape));
     const XmlFacts svg = ParseXml(SvgOf(outline, map));
     Require(svg.isWellFormed);
     Require(svg.elements.count("path") >= outline.topics.size() - 1);  // the lines

@@ -7,12 +7,11 @@
 #include <expat.h>
 
 #include <algorithm>
-#include <cmath>
 #include <set>
 #include <string>
 #include <vector>
 
-/// What holds for the map of every outline, checked without the library's geometry and without the program's own check.
+/// What holds for the map of every outline beside what the program's own check looks for (MapCheck.h).
 namespace mindmap {
 
 struct Box {
@@ -24,10 +23,6 @@ struct Box {
     [[nodiscard]] bool Overlaps(const Box& o) const
     {
         return left < o.right && o.left < right && top < o.bottom && o.top < bottom;
-    }
-    [[nodiscard]] bool Touches(const Box& o) const
-    {
-        return left <= o.right && o.left <= right && top <= o.bottom && o.top <= bottom;
     }
     [[nodiscard]] bool Holds(double x, double y) const { return x >= left && x <= right && y >= top && y <= bottom; }
 };
@@ -55,80 +50,6 @@ inline bool TextStaysInShape(const TopicShape& shape)
             if (shape.side == Side::Centre ? !IsInEllipse(box, x, y) : !box.Holds(x, y))
                 return false;
     return true;
-}
-
-/// A point of a cubic curve, by repeated halving of its control polygon.
-inline CrkFloatPoint PointAt(std::vector<CrkFloatPoint> points, float t)
-{
-    for (std::size_t count = points.size(); --count > 0;)
-        for (std::size_t i = 0; i < count; ++i) {
-            points[i].x += (points[i + 1].x - points[i].x) * t;
-            points[i].y += (points[i + 1].y - points[i].y) * t;
-        }
-    return points.front();
-}
-
-inline bool IsOnEdge(const CrkFloatPoint& point, const TopicShape& shape)
-{
-    const Box box(shape.bounds);
-    const double x = double{point.x};
-    const double y = double{point.y};
-    if (shape.side == Side::Centre) {
-        const double u = 2 * x / (box.right - box.left);
-        const double v = 2 * y / (box.bottom - box.top);
-        return std::abs(u * u + v * v - 1) < 1e-5;
-    }
-    return box.Holds(x, y) && (x == box.left || x == box.right || y == box.top || y == box.bottom);
-}
-
-/// Boxes around the straight pieces of a line, or points of a curve.
-inline std::vector<Box> PiecesOf(const Connection& line)
-{
-    const std::vector<CrkFloatPoint>& points = line.points;
-    std::vector<Box> pieces;
-    if (line.isCurve) {
-        for (int step = 0; step <= 24; ++step) {
-            const CrkFloatPoint point = PointAt(line.points, static_cast<float>(step) / 24);
-            pieces.emplace_back(CrkFloatRect{point.x, point.y, 0, 0});
-        }
-        return pieces;
-    }
-    for (std::size_t i = 0; i + 1 < points.size(); ++i) {
-        const auto [left, right] = std::minmax(points[i].x, points[i + 1].x);
-        const auto [top, bottom] = std::minmax(points[i].y, points[i + 1].y);
-        pieces.emplace_back(CrkFloatRect{left, top, right - left, bottom - top});
-    }
-    return pieces;
-}
-
-/// What is wrong with a map, "" for nothing. Every pair of topics is looked at, so only for maps of some hundred.
-inline std::string FaultOf(const Outline& outline, const MapLayout& map)
-{
-    const std::size_t count = outline.topics.size();
-    if (map.shapes.size() != count)
-        return "topics are missing";
-    std::vector<Box> boxes;
-    for (const TopicShape& shape : map.shapes)
-        boxes.emplace_back(shape.bounds);
-    for (std::size_t i = 0; i < count; ++i) {
-        const std::string name = "topic " + std::to_string(i);
-        if (!TextStaysInShape(map.shapes[i]))
-            return name + " does not hold its text";
-        for (std::size_t j = 0; j < i; ++j)
-            if (boxes[i].Overlaps(boxes[j]))
-                return name + " overlaps topic " + std::to_string(j);
-        if (i == 0)
-            continue;
-        const auto parent = static_cast<std::size_t>(outline.topics[i].parent);
-        const Connection& line = map.connections[i];
-        if (!IsOnEdge(line.points.front(), map.shapes[parent]) || !IsOnEdge(line.points.back(), map.shapes[i]))
-            return name + " has a line that ends elsewhere";
-        for (const Box& piece : PiecesOf(line))
-            for (std::size_t j = 0; j < count; ++j)
-                if (j != i && j != parent && boxes[j].Touches(piece))
-                    return name + " has a line through topic " + std::to_string(j);
-    }
-    return {};
 }
 
 /// How much of the map inside its outline is topics and the gaps beside them. The outline goes from the leftmost to the
