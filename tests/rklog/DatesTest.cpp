@@ -6,6 +6,7 @@
 #include "../support/ScopedFolder.h"
 #include "../support/ScopedUserLocale.h"
 #include "../support/ScopedVariable.h"
+#include "LogText.h"
 
 #include <RkUtilities/logging/CrkLogWriter.h>
 
@@ -38,17 +39,6 @@ public:
 private:
     std::unique_ptr<icu::DateFormat> m_format;
 };
-
-std::string EntryAt(std::string_view date, Seconds sinceLoad, std::string_view thread = "7f01",
-                    std::string_view category = "A", std::string_view message = "m")
-{
-    std::string text = "<l:LogEntry><l:Timestamp>";
-    text.append(date).append(":").append(std::to_string(sinceLoad)).append("</l:Timestamp><l:Tid>").append(thread);
-    text.append("</l:Tid><l:Category>")
-        .append(category)
-        .append("</l:Category><l:Severity>Info</l:Severity><l:Id></l:Id>");
-    return text.append("<l:Description></l:Description><l:Body>").append(message).append("</l:Body></l:LogEntry>\n");
-}
 
 void SetLastChange(const std::string& path, std::chrono::sys_days day)
 {
@@ -127,16 +117,16 @@ TEST(Dates, AreRecognisedByWhatTheLogHolds)
         bool isAmbiguous;
         bool isReadable = true;
     } cases[] = {
-        {EntryAt("11/16/26, 9:52 PM", 0), MonthDayYear, false},                                  // no 16th month
-        {EntryAt("5/6/26, 9:52 PM", 0), DayMonthYear, true},                                     // the user's
-        {EntryAt("5/5/26, 9:52 PM", 0), DayMonthYear, true},                                     // 5 may be a year
-        {EntryAt("5/5/2026, 9:52 PM", 0), DayMonthYear, false},                                  // the same either way
-        {EntryAt("5/6/2026, 9:52", 0) + EntryAt("5/7/2026, 9:52", 86400), MonthDayYear, false},  // a day passed
-        {EntryAt("2026-05-06 21:52", 0), YearMonthDay, false},                                   //
-        {EntryAt("11/12/26, 9:52 PM", 125, "7f01", "Application Start",
-                 R"(LogStart time="" loaded="2026-11-12T21:50:00+01:00" pid="1")"),
-         MonthDayYear, false},                                        // the start tells it
-        {EntryAt("1448/5/25, 9:52", 0), DayMonthYear, false, false},  // another calendar
+        {EntryAt("11/16/26, 9:52 PM:0"), MonthDayYear, false},                                 // no 16th month
+        {EntryAt("5/6/26, 9:52 PM:0"), DayMonthYear, true},                                    // the user's
+        {EntryAt("5/5/26, 9:52 PM:0"), DayMonthYear, true},                                    // 5 may be a year
+        {EntryAt("5/5/2026, 9:52 PM:0"), DayMonthYear, false},                                 // the same either way
+        {EntryAt("5/6/2026, 9:52:0") + EntryAt("5/7/2026, 9:52:86400"), MonthDayYear, false},  // a day passed
+        {EntryAt("2026-05-06 21:52:0"), YearMonthDay, false},                                  //
+        {EntryAt("11/12/26, 9:52 PM:125", R"(LogStart time="" loaded="2026-11-12T21:50:00+01:00" pid="1")", "Info",
+                 "Application Start"),
+         MonthDayYear, false},                                       // the start tells it
+        {EntryAt("1448/5/25, 9:52:0"), DayMonthYear, false, false},  // another calendar
         {"", DayMonthYear, false},
     };
     for (const auto& c : cases) {
@@ -151,7 +141,7 @@ TEST(Dates, AreRecognisedByWhatTheLogHolds)
         EXPECT_EQ(verdict.isReadable, c.isReadable);
     }
     // What would come after the file's last change is not what was written.
-    folder.Write("log.xml", EntryAt("11/12/2026, 9:52 PM", 0));
+    folder.Write("log.xml", EntryAt("11/12/2026, 9:52 PM:0"));
     SetLastChange(folder.Path("log.xml"), 2026y / November / 20);
     DateSamples samples;
     samples.TakeFrom(folder.Path("log.xml"));

@@ -3,6 +3,7 @@
 #include "rklog/LogFiles.h"
 
 #include "../logging/LogFolder.h"
+#include "LogText.h"
 
 #include <chrono>
 #include <filesystem>
@@ -29,17 +30,6 @@ Outcome Rklog(const std::vector<std::string>& arguments, bool isTerminal = false
     std::ostringstream out, err;
     const int status = RunProgram({arguments.begin(), arguments.end()}, isTerminal, out, err);
     return {status, out.str(), err.str()};
-}
-
-std::string EntryAt(std::string_view date, std::string_view message, std::string_view level = "Info",
-                    std::string_view category = "General")
-{
-    std::string text = "<l:LogEntry><l:Timestamp>";
-    text.append(date).append(":7</l:Timestamp><l:Tid>7f01</l:Tid><l:Category>").append(category);
-    text.append("</l:Category><l:Severity>").append(level);
-    text.append(
-        "</l:Severity><l:Id>00000000-0000-0000-0000-000000000000</l:Id><l:Description></l:Description><l:Body>");
-    return text.append(message).append("</l:Body></l:LogEntry>\n");
 }
 
 void SetAge(const std::string& path, int minutes)
@@ -122,11 +112,12 @@ TEST(Program, FindsWhatIsAskedFor)
 TEST(Program, KnowsBackupsAndMergesByTime)
 {
     const ScopedFolder folder;
-    folder.Write("a/messages.xml", EntryAt("11/18/26, 9:52 PM", "a3"));
-    folder.Write("a/11-16-26, 9-52 PM.xml", EntryAt("11/16/26, 9:52 PM", "a1") + EntryAt("11/16/26, 9:50 PM", "a1b"));
-    folder.Write("a/11-17-26, 9-52 AM.xml", EntryAt("11/17/26, 9:52 AM", "a2"));
+    folder.Write("a/messages.xml", EntryAt("11/18/26, 9:52 PM:7", "a3"));
+    folder.Write("a/11-16-26, 9-52 PM.xml",
+                 EntryAt("11/16/26, 9:52 PM:7", "a1") + EntryAt("11/16/26, 9:50 PM:7", "a1b"));
+    folder.Write("a/11-17-26, 9-52 AM.xml", EntryAt("11/17/26, 9:52 AM:7", "a2"));
     folder.Write("a/settings.xml", "<settings/>");
-    folder.Write("b.xml", EntryAt("11/16/26, 11:00 PM", "b1") + "stray\n" + EntryAt("11/18/26, 11:00 PM", "b2"));
+    folder.Write("b.xml", EntryAt("11/16/26, 11:00 PM:7", "b1") + "stray\n" + EntryAt("11/18/26, 11:00 PM:7", "b2"));
     const auto order = [&](std::vector<std::string> arguments) {
         std::string messages;
         std::istringstream lines(Rklog(arguments).out);
@@ -149,12 +140,12 @@ TEST(Program, WritesWhatNoMessageCanBreak)
 {
     const ScopedFolder folder;
     const CString path =
-        folder.Write("log.xml", EntryAt("11/16/26, 9:52 PM", kNasty) + EntryAt("11/16/26, 9:53 PM", "next"));
+        folder.Write("log.xml", EntryAt("11/16/26, 9:52 PM:7", kNasty) + EntryAt("11/16/26, 9:53 PM:7", "next"));
     const auto run = [&](const char* format) { return Rklog({"--format", format, path.ToUtf8()}).out; };
 
-    EXPECT_EQ(run("text"), "2026-11-16 21:52  Info       General  <b>&\"',;\n    "
+    EXPECT_EQ(run("text"), "2026-11-16 21:52  Info       A  <b>&\"',;\n    "
                            "</script><l:x>\\x1B[31m\\x9B\\u202E\uFFFD\uFFFF\\x01\\x0Dend\n"
-                           "2026-11-16 21:53  Info       General  next\n");
+                           "2026-11-16 21:53  Info       A  next\n");
     const std::string json = run("json");
     EXPECT_THAT(json, HasSubstr(R"("message":"<b>&\"',;\n</script><l:x>\u001b[31m)"));
     EXPECT_EQ(std::count(json.begin(), json.end(), '\n'), 2);

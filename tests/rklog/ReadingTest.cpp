@@ -3,6 +3,7 @@
 #include "rklog/Levels.h"
 
 #include "../logging/LogFolder.h"
+#include "LogText.h"
 
 #include <string>
 #include <vector>
@@ -22,35 +23,14 @@ std::string Told(const Entry& entry)
 
 std::vector<std::string> Scanned(std::string_view log, std::size_t blockByteCount, std::size_t longest = 1 << 28)
 {
-    EntryScanner scanner(longest);
     std::vector<std::string> told;
-    std::uint64_t end = 0;
-    Entry entry;
-    const auto take = [&] {
-        while (scanner.Next(entry)) {
-            EXPECT_EQ(entry.offset, end);
-            end = scanner.Offset();
-            told.push_back(Told(entry));
-        }
-    };
-    for (; !log.empty(); log.remove_prefix(std::min(log.size(), blockByteCount))) {
-        const std::string_view block = log.substr(0, blockByteCount);
-        block.copy(scanner.Room(), block.size());
-        scanner.Took(block.size());
-        take();
-    }
-    scanner.Finish();
-    take();
+    EXPECT_TRUE(Scan(EntryScanner(longest), log, blockByteCount, [&](const Entry& e) { told.push_back(Told(e)); }));
     return told;
 }
 
 std::string EntryOf(std::string_view message)
 {
-    return "<l:LogEntry><l:Timestamp>11/16/26, 9:52 PM:125</l:Timestamp><l:Tid>7f01</l:Tid><l:Category>A</l:Category>"
-           "<l:Severity>Info</l:Severity><l:Id>00000000-0000-0000-0000-000000000000</l:Id><l:Description></"
-           "l:Description>"
-           "<l:Body>" +
-           std::string(message) + "</l:Body></l:LogEntry>\n";
+    return EntryAt("11/16/26, 9:52 PM:125", message);
 }
 
 }  // namespace
