@@ -5,7 +5,6 @@
 #include "tests/support/ScopedUserLocale.h"
 #include "tests/support/ScopedVariable.h"
 
-#include <atomic>
 #include <chrono>
 #include <clocale>
 #include <ctime>
@@ -13,10 +12,7 @@
 #include <memory>
 #include <random>
 #include <string>
-#include <thread>
 #include <unicode/smpdtfmt.h>
-#include <utility>
-#include <vector>
 
 namespace {
 
@@ -96,26 +92,6 @@ TEST(UserLocale, TakesHostileNamesForTheRootLocale)
         ASSERT_FALSE(CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle).IsEmpty()) << name;
     }
     rk::SetUserLocale("");
-}
-
-TEST(UserLocale, MayChangeWhileOtherThreadsAsk)
-{
-    const auto now = [] { return CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle); };
-    std::atomic<bool> isOver = false;
-    std::atomic<int> germanCount = 0, otherCount = 0;
-    {
-        std::vector<std::jthread> threads;
-        for (int i = 0; i < 3; ++i)
-            threads.emplace_back([&] {
-                while (!isOver)
-                    ++(now().Find(u'.') == 2 ? germanCount : otherCount);
-            });
-        for (int i = 0; i < 2000 || germanCount == 0 || otherCount == 0; ++i)
-            rk::SetUserLocale(i % 2 == 0 ? "de_DE" : "en_US");
-        isOver = true;
-    }
-    rk::SetUserLocale("");
-    EXPECT_EQ(now().Find(u'.'), -1);
 }
 
 }  // namespace
