@@ -165,25 +165,6 @@ TEST(String, TakesItselfAsArgument)
     }
 }
 
-TEST(String, TokensEndWhenNothingIsLeft)
-{
-    const auto tokens = [](const CString& text, const CString& delimiters) {
-        std::u16string all;
-        int position = 0;
-        for (CString token = text.Tokenize(delimiters, position); !token.IsEmpty();
-             token = text.Tokenize(delimiters, position))
-            all += std::u16string(token.View()) + u'|';
-        EXPECT_EQ(position, -1);
-        return all;
-    };
-    EXPECT_EQ(tokens(u"a;;b,c;", u",;"), u"a|b|c|");
-    EXPECT_EQ(tokens(u";;", u";"), u"");
-    EXPECT_EQ(tokens(u"a→b", u"→"), u"a|b|");
-    EXPECT_EQ(tokens(u"whole", u""), u"whole|");
-    EXPECT_EQ(CString(u"ab;c").SpanExcluding(u";"), u"ab");
-    EXPECT_EQ(CString(u"abc").SpanExcluding(u";"), u"abc");
-}
-
 /// The reference for searches and replacements: the obvious way.
 std::size_t Naive(std::u16string_view text, std::u16string_view sought, std::size_t start, bool fold)
 {
@@ -346,6 +327,8 @@ TEST(String, HasWhatAlgorithmsAndOlderCodeAskFor)
         {text.SpanIncluding(u"ax"), u"xxa", u"some"},
         {text.SpanIncluding(u"abcxy"), text, u"whole"},
         {text.SpanIncluding(u""), u"", u"none"},
+        {text.SpanExcluding(u"yb"), u"xxa", u"up to"},
+        {text.SpanExcluding(u";"), text, u"nothing found"},
         {CString(u"a\U0001F600b").MakeReverse(), u"b\U0001F600a", u"pair"},
         {CString().MakeReverse(), u"", u"empty"}};
     for (const auto& [result, expected, what] : rows)
