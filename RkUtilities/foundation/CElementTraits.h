@@ -30,9 +30,9 @@ struct CElementTraits {
     /// `==`; texts are equal when they have the same code units.
     static bool CompareElements(INARGTYPE left, INARGTYPE right)
     {
-        if constexpr (kIsText)  // as bytes, where the view's own comparison goes unit by unit
+        if constexpr (kIsText)  // as bytes, where the view's own comparison goes unit by unit; an empty view may have no memory
             return left.size() == right.size() &&
-                   std::memcmp(left.data(), right.data(), left.size() * sizeof(char16_t)) == 0;
+                   (left.empty() || std::memcmp(left.data(), right.data(), left.size() * sizeof(char16_t)) == 0);
         else
             return left == right;
     }
