@@ -226,11 +226,11 @@ public:
     CString& MakeLower();  ///< Lower case, unit by unit.
     /// The units in reverse order; the two of a character outside the Basic Multilingual Plane keep theirs.
     CString& MakeReverse();
-    CString& Trim() { return TrimRight().TrimLeft(); }  ///< Removes white space (Unicode's White_Space) at both ends.
+    CString& Trim() { return TrimLeft().TrimRight(); }  ///< Removes white space (Unicode's White_Space) at both ends.
     CString& TrimLeft();                                ///< Removes white space at the start.
     CString& TrimRight();                               ///< Removes white space at the end.
     /// Removes the units that occur in `set` at both ends.
-    CString& Trim(const CString& set) { return TrimRight(set).TrimLeft(set); }
+    CString& Trim(const CString& set) { return TrimLeft(set).TrimRight(set); }
     CString& TrimLeft(const CString& set);   ///< Removes the units that occur in `set` at the start.
     CString& TrimRight(const CString& set);  ///< Removes the units that occur in `set` at the end.
 

@@ -133,6 +133,8 @@ CString& CString::MakeReverse()
     return *this;
 }
 
+// The second half of `Trim`, the cutting at the end, takes no memory: the first half has made the text its own.
+
 CString& CString::TrimLeft()
 {
     return *this = Mid(static_cast<int>(std::find_if_not(begin(), end(), rk::platform::IsWhiteSpace) - begin()));
@@ -154,7 +156,9 @@ CString& CString::TrimLeft(const CString& set)
 
 CString& CString::TrimRight(const CString& set)
 {
-    return *this = Left(static_cast<int>(View().find_last_not_of(set.View()) + 1));  // npos + 1 is 0
+    const auto last = static_cast<int>(View().find_last_not_of(set.View()) + 1);  // npos + 1 is 0
+    Delete(last, GetLength() - last);
+    return *this;
 }
 
 char16_t* CString::GetBuffer(int unitCount)

@@ -12,7 +12,7 @@ constexpr const char16_t* kLong = u"Eine Überfahrt nach Łódź dauert länger,
 void Begin(Scene& scene)
 {
     scene.text = kLong;
-    scene.other = CString(u"Ein anderer Text, der für sich steht: ") + kLong;
+    scene.other = CString(u" Ein anderer Text, der für sich steht: ") + kLong + u" ";
     scene.array = {u"alpha alpha alpha alpha", u"beta beta beta beta beta", CString(kLong)};
     scene.list = {CString(kLong), u"zwei zwei zwei zwei zwei", u"Ämter und Würden im Jahr 2027"};
     for (const char16_t* const key : {u"one", u"two", u"three and a longer key behind it"})
@@ -60,7 +60,8 @@ const Workload kRows[] = {
     CHANGES("text: remove", s.text.Remove(u'e')),
     CHANGES("text: upper case", s.text.MakeUpper()),
     CHANGES("text: lower case", s.text.MakeLower()),
-    CHANGES("text: trim", s.text.Trim()),
+    CHANGES("text: trim", s.other.Trim()),
+    CHANGES("text: trim units", s.other.Trim(u" E.")),
     CHANGES("text: set a unit", s.text.SetAt(2, u'x')),
     CHANGES("text: format", s.text.Format(u"%s: %d of %08.3f, %Lg", s.other, 7, 2.5, 1.0L)),
     MAKES("text: join", s.text + s.other + u"!"),
