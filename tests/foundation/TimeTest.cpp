@@ -187,7 +187,8 @@ TEST(Time, IsWrittenByAFormatOfC)
         {u"", u"", u""},
         {CString(std::u16string_view(u"%d\0%d", 5)), u"01", u"01"},
         {CString(std::u16string(5000, u'x')), CString(std::u16string(5000, u'x')), CString(std::u16string(5000, u'x'))},
-        {u"%2000000d", u"", u""}};
+        {u"%1048576d", CString(std::u16string(1048575, u'0')) + u"1", CString(std::u16string(1048575, u'0')) + u"1"},
+        {u"%1048577d", u"", u""}};
     for (const auto& [format, ofTime, ofDate] : rows) {
         EXPECT_EQ(time.Format(format), ofTime) << format;
         EXPECT_EQ(date.Format(format), ofDate) << format;

@@ -167,17 +167,20 @@ std::int64_t LocalToUtc(std::int64_t localSeconds, int daylight)
 
 std::string FormattedTime(CalendarTime fields, std::string format)
 {
-    constexpr std::size_t kMostBytes = std::size_t{1} << 20;
+    constexpr std::size_t kMostBytes = (std::size_t{1} << 20) + 2;  // with the "." and the terminator
     fields.tm_year -= 1900;
     --fields.tm_mon;
     format.resize(std::min(format.size(), format.find('\0')));
     format += '.';  // tells an empty result from one that has no room
+    std::string text;
     const std::lock_guard lock(MutexOf(Lock::Zone));
-    UpdateZone();
-    for (std::string text(format.size() + 64, '\0'); text.size() <= kMostBytes; text.resize(4 * text.size())) {
+    if (!UpdateZone())
+        throw std::bad_alloc();
+    do {
+        text.resize(std::min(std::max(format.size() + 64, 4 * text.size()), kMostBytes));
         if (const std::size_t count = std::strftime(text.data(), text.size(), format.c_str(), &fields); count > 0)
             return text.substr(0, count - 1);
-    }
+    } while (text.size() < kMostBytes);
     return {};
 }
 

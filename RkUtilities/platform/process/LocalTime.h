@@ -43,7 +43,8 @@ std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int s
 /// a clock change leaves out is moved on by the length of the gap. The result may lie outside the range.
 std::int64_t LocalToUtc(std::int64_t localSeconds, int daylight);
 
-/// The fields by a format of C's strftime; "" for more than 1 MiB. Names are those of the process's LC_TIME.
+/// The fields by a format of C's strftime; "" for more than 1 MiB. Names are those of the process's LC_TIME. Throws
+/// `std::bad_alloc`, also where there is no memory for the zone.
 std::string FormattedTime(CalendarTime fields, std::string format);
 
 /// Changes whenever the zone that local times are read in has changed: for what is kept about local times. 0 as long as no
