@@ -13,14 +13,14 @@ namespace rk::guid {
 
 using ByteArray = std::array<std::uint8_t, 16>;
 
-constexpr std::size_t kTextUnitCount = 36;
-constexpr std::array<std::size_t, 4> kHyphenUnits = {8, 13, 18, 23};
+inline constexpr std::size_t kTextUnitCount = 36;
+inline constexpr std::array<std::size_t, 4> kHyphenUnits = {8, 13, 18, 23};
 /// Where the two digits of each byte stand in the text. The first three groups are numbers, stored least significant
 /// byte first.
-constexpr std::array<std::size_t, 16> kDigitUnits = {6, 4, 2, 0, 11, 9, 16, 14, 19, 21, 24, 26, 28, 30, 32, 34};
+inline constexpr std::array<std::size_t, 16> kDigitUnits = {6, 4, 2, 0, 11, 9, 16, 14, 19, 21, 24, 26, 28, 30, 32, 34};
 
-constexpr std::uint8_t kNoDigit = 0xFF;
-constexpr auto kDigitValues = [] {
+inline constexpr std::uint8_t kNoDigit = 0xFF;
+inline constexpr auto kDigitValues = [] {
     std::array<std::uint8_t, 256> values = {};
     values.fill(kNoDigit);
     for (std::uint8_t value = 0; value < 16; ++value)
