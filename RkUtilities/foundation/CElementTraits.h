@@ -30,7 +30,8 @@ struct CElementTraits {
     /// `==`; texts are equal when they have the same code units.
     static bool CompareElements(INARGTYPE left, INARGTYPE right)
     {
-        if constexpr (kIsText)  // as bytes, where the view's own comparison goes unit by unit; an empty view may have no memory
+        if constexpr (
+            kIsText)  // as bytes, where the view's own comparison goes unit by unit; an empty view may have no memory
             return left.size() == right.size() &&
                    (left.empty() || std::memcmp(left.data(), right.data(), left.size() * sizeof(char16_t)) == 0);
         else

@@ -1,10 +1,12 @@
 #include "RkUtilities/preferences/SECRegistry.h"
 
 #include "RkUtilities/foundation/CAtlArray.h"
+#include "RkUtilities/foundation/detail/SpelledNumber.h"
 #include "RkUtilities/platform/storage/PreferenceStore.h"
 
 #include <array>
 #include <charconv>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -13,6 +15,12 @@ using rk::platform::PreferenceScope;
 using rk::platform::PreferenceValue;
 
 constexpr std::uint32_t kThisHostRootKey = 1;
+
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
+/// What `std::to_chars` writes without digits.
+constexpr std::pair<std::u16string_view, double> kNumbersInWords[] = {
+    {u"inf", kInfinity}, {u"-inf", -kInfinity}, {u"nan", kNoNumber}, {u"-nan", -kNoNumber}};
 
 void Write(std::uint32_t rootKey, rk::TextView name, PreferenceValue value)
 {
@@ -87,10 +95,15 @@ bool SECRegistry::GetValue(rk::TextView name, double& value) const
     CString text;
     if (!GetStringValue(name, text))
         return false;
-    const std::string bytes = text.ToUtf8();
+    for (const auto& [word, number] : kNumbersInWords) {
+        if (text == word) {
+            value = number;
+            return true;
+        }
+    }
     double read = 0;
-    const auto [end, error] = std::from_chars(bytes.data(), bytes.data() + bytes.size(), read);
-    if (error != std::errc() || end != bytes.data() + bytes.size())
+    std::u16string_view rest;
+    if (!rk::ReadSpelledDouble(text, rk::NumberSpelling(), read, &rest) || !rest.empty())
         return false;
     value = read;
     return true;

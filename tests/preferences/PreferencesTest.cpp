@@ -167,7 +167,9 @@ TEST_F(Preferences, AreNumbersAndListsOfTextsListedAndDeleted)
             registry.SetValue(name, number);
         Set(kAnyHost, u"gone", u"anywhere");
         Set(kThisHost, u"gone", u"here");
+        registry.SetValue(u"none at all", -std::nan(""));
         registry.SetValue(u"damaged", u"no line feed");
+        registry.SetValue(u"7 days", u"7 days\\\n");
     });
     InAProcess([&] {
         SECRegistry registry;
@@ -181,22 +183,23 @@ TEST_F(Preferences, AreNumbersAndListsOfTextsListedAndDeleted)
         double number = 0;
         for (const auto& [name, expected] : kNumbers)
             EXPECT_TRUE(registry.GetValue(name, number) && number == expected) << CString(name);
-        EXPECT_FALSE(registry.GetValue(u"damaged", number));
+        EXPECT_FALSE(registry.GetValue(u"damaged", number) || registry.GetValue(u"7 days", number));
+        EXPECT_TRUE(registry.GetValue(u"none at all", number) && std::isnan(number) && std::signbit(number));
         EXPECT_TRUE(registry.GetValue(u"integer", number) && number == -7);
-        EXPECT_EQ(registry.GetValueNames().size(), 11u);
-        EXPECT_EQ(registry.GetValueNames()[0], u"damaged");
+        EXPECT_EQ(registry.GetValueNames().size(), 13u);
+        EXPECT_EQ(registry.GetValueNames()[1], u"damaged");
         EXPECT_TRUE(registry.DeleteValue(u"gone"));
         EXPECT_FALSE(registry.DeleteValue(u"gone") || registry.DeleteValue(u"never there"));
-        EXPECT_EQ(registry.GetValueNames().size(), 10u);
+        EXPECT_EQ(registry.GetValueNames().size(), 12u);
     });
     InAProcess([] {
         EXPECT_EQ(TextOf(u"gone"), u"(none)");
-        EXPECT_EQ(SECRegistry().GetValueNames().size(), 10u);
+        EXPECT_EQ(SECRegistry().GetValueNames().size(), 12u);
         Set(kAnyHost, u"gone", u"again");
         EXPECT_EQ(TextOf(u"gone"), u"again");
         EXPECT_TRUE(CrkRegistry::DeleteRegValue(u"gone"));
         EXPECT_FALSE(CrkRegistry::DeleteRegValue(u"gone"));
-        EXPECT_EQ(CrkRegistry::GetRegValueNames().size(), 10u);
+        EXPECT_EQ(CrkRegistry::GetRegValueNames().size(), 12u);
     });
 }
 

@@ -119,7 +119,8 @@ std::int64_t TakeExponent(Reader& reader)
 
 }  // namespace
 
-bool ReadSpelledDouble(std::u16string_view text, const NumberSpelling& spelling, double& value)
+bool ReadSpelledDouble(std::u16string_view text, const NumberSpelling& spelling, double& value,
+                       std::u16string_view* rest)
 {
     Reader reader(text, spelling);
     const bool negative = reader.TakeMinus();
@@ -138,6 +139,8 @@ bool ReadSpelledDouble(std::u16string_view text, const NumberSpelling& spelling,
         digits.append("e").append(std::to_string(exponent));
     value = ValueOf<double>(digits);
     value = negative ? -value : value;
+    if (rest != nullptr)
+        *rest = reader.Rest();
     return true;
 }
 
