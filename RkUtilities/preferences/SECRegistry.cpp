@@ -112,7 +112,7 @@ bool SECRegistry::GetValue(rk::TextView name, double& value) const
 bool SECRegistry::GetValue(rk::TextView name, CAtlArray<CString>& texts) const
 {
     CString joined;
-    if (!GetStringValue(name, joined) || (!joined.IsEmpty() && joined[joined.size() - 1] != u'\n'))
+    if (!GetStringValue(name, joined))
         return false;
     CAtlArray<CString> read;
     std::u16string text;
@@ -124,6 +124,8 @@ bool SECRegistry::GetValue(rk::TextView name, CAtlArray<CString>& texts) const
         else
             text += joined[i];
     }
+    if (!text.empty())  // no line feed ends it
+        return false;
     texts = std::move(read);
     return true;
 }

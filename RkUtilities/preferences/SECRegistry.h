@@ -49,8 +49,9 @@ concept StoredNumber =
 ///   synchronisation that is under way, and closes the database until the next synchronisation. A value that waits is stored
 ///   by the process that wrote it; a child that wrote nothing stores nothing when it exits.
 /// - The first read or write in a process opens or makes the database and takes in its values; it may wait a few seconds
-///   for other processes. After it a read costs no file access. Memory exhausted is `std::bad_alloc` and changes nothing;
-///   nothing else is thrown. At the process's end, what memory or storage cannot take then is lost.
+///   for other processes. After it a read costs no file access. Memory exhausted is `std::bad_alloc`, or
+///   `ATL::CAtlException` where an array is filled, and changes nothing; nothing else is thrown. At the process's end, what
+///   memory or storage cannot take then is lost.
 class RK_EXPORT SECRegistry {
 public:
     /// Recorded, not enforced; 0x20019 asks for reading.
@@ -118,8 +119,8 @@ public:
     {
         return SetDouble(name, static_cast<double>(value));
     }
-    /// Writes a list of texts as one string: each text ends with a line feed, and "\\" stands before its own line feeds, which
-    /// become "n", and before its own "\\".
+    /// Writes a list of texts as one string: each text ends with a line feed. Inside a text a "\\" is written twice, and a line
+    /// feed as a "\\" and an "n".
     bool SetValue(rk::TextView name, const CAtlArray<CString>& texts);
     bool SetDoubleWordValue(rk::TextView name, std::uint32_t value);  ///< Writes a number.
     bool SetStringValue(rk::TextView name, CString const& value);     ///< Writes a text.

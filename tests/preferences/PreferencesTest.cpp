@@ -175,7 +175,8 @@ TEST_F(Preferences, AreNumbersAndListsOfTextsListedAndDeleted)
         SECRegistry registry;
         registry.Connect(kThisHost, u"", false);
         CAtlArray<CString> read{u"old"};
-        EXPECT_FALSE(registry.GetValue(u"damaged", read) || registry.GetValue(u"integer", read));
+        EXPECT_FALSE(registry.GetValue(u"damaged", read) || registry.GetValue(u"integer", read) ||
+                     registry.GetValue(u"7 days", read));
         EXPECT_EQ(read, (CAtlArray<CString>{u"old"}));
         EXPECT_TRUE(registry.GetValue(u"texts", read) && read == texts);
         EXPECT_TRUE(registry.GetValue(u"only empty", read) && read == onlyEmpty);
