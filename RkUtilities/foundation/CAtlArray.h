@@ -85,9 +85,11 @@ public:
         if (index > m_count)
             ATL::AtlThrow(ATL::kInvalidArgument);
         Append(std::forward<Element>(element));
-        using std::swap;
-        for (T* place = end() - 1; place != begin() + index; --place)
-            swap(place[-1], *place);
+        rk::RaisingAllocationFailures([&] {
+            using std::swap;
+            for (T* place = end() - 1; place != begin() + index; --place)
+                swap(place[-1], *place);
+        });
     }
     /// Removes `count` elements from `index` on. An element's own move decides what is left of the others when that throws.
     void RemoveAt(std::size_t index, std::size_t count = 1)
@@ -96,8 +98,10 @@ public:
             ATL::AtlThrow(ATL::kInvalidArgument);
         if (count == 0)  // an element must not be moved onto itself
             return;
-        for (T* place = begin() + index; place + count != end(); ++place)
-            *place = std::move(place[count]);
+        rk::RaisingAllocationFailures([&] {
+            for (T* place = begin() + index; place + count != end(); ++place)
+                *place = std::move(place[count]);
+        });
         Memory::DestroyEach(end() - count, count);
         m_count -= count;
     }

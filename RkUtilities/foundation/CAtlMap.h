@@ -54,8 +54,8 @@ public:
     using value_type = CPair;                                           ///< The entries' type.
     using size_type = std::size_t;                                      ///< The type of counts.
     using difference_type = std::ptrdiff_t;                             ///< The distance of two iterators.
-    using reference = CPair&;                                           ///< An element.
-    using const_reference = const CPair&;                               ///< An element, for reading.
+    using reference = CPair&;                                           ///< An entry.
+    using const_reference = const CPair&;                               ///< An entry, for reading.
     using iterator = rk::PositionIterator<CAtlMap, CPair>;              ///< Walks the entries and changes values.
     using const_iterator = rk::PositionIterator<CAtlMap, const CPair>;  ///< Walks the entries.
 
@@ -112,8 +112,9 @@ public:
     /// The key's value. A key that is not there is set with a value-initialised one (0, false, "").
     V& operator[](const K& key)
     {
-        CPair* const entry = Lookup(key);
-        return entry ? entry->m_value : EntryAt(Set(key, V())).m_value;
+        if (CPair* const entry = Lookup(key))
+            return entry->m_value;
+        return EntryAt(rk::RaisingAllocationFailures([&] { return Set(key, V()); })).m_value;
     }
 
     /// The entry of the key, or null.

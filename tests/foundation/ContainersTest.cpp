@@ -270,6 +270,19 @@ TEST(Containers, TakeAndGiveInTheMiddle)
     map[u"a"] += map[u"b"] = 5;
     EXPECT_EQ(map, (CAtlMap<CString, int>{{u"a", 6}, {u"b", 5}}));
     EXPECT_EQ(std::size(map), 2u);
+
+    struct Hungry {
+        explicit Hungry(bool isFed) : value(isFed ? 1 : throw std::bad_alloc()) {}
+        Hungry() : Hungry(false) {}
+        Hungry(const Hungry&) = default;
+        Hungry& operator=(const Hungry&) { throw std::bad_alloc(); }
+        int value;
+    };
+    CAtlArray<Hungry> hungry{Hungry(true), Hungry(true)};
+    CAtlMap<int, Hungry> hungryMap;
+    EXPECT_THROW(hungry.RemoveAt(0), ATL::CAtlException);
+    EXPECT_THROW(hungry.InsertAt(0, Hungry(true)), ATL::CAtlException);
+    EXPECT_THROW(hungryMap[1], ATL::CAtlException);
 }
 
 TEST(Containers, TakeElementsThatCanOnlyBeMoved)
