@@ -6,7 +6,6 @@
 #include <RkUtilities/geometry/CrkFloatMargin.h>
 #include <RkUtilities/geometry/CrkMathUtilities.h>
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <numbers>
@@ -143,13 +142,6 @@ private:
 MapLayout LayOut(const Outline& outline, const ProgressHook& progress)
 {
     return Layouter(outline, progress).Run();
-}
-
-CrkFloatRect Around(const CrkFloatRect& a, const CrkFloatRect& b)
-{
-    const std::array<CrkFloatPoint, 4> corners = {
-        {{a.x, a.y}, {a.x + a.width, a.y + a.height}, {b.x, b.y}, {b.x + b.width, b.y + b.height}}};
-    return CrkMathUtilities::CalculatePointsBoundingRectangle(corners.data(), static_cast<int>(corners.size()));
 }
 
 std::vector<CrkFloatPoint> Flatten(const Connection& connection, int segmentCount)

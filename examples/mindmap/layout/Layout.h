@@ -42,9 +42,6 @@ struct MapLayout {
 /// @throws OutlineError when the map would reach further than kMaximumExtent from the centre.
 MapLayout LayOut(const Outline& outline, const ProgressHook& progress = {});
 
-/// The smallest rectangle around two.
-CrkFloatRect Around(const CrkFloatRect& a, const CrkFloatRect& b);
-
 /// The straight pieces of a line; a curve becomes `segmentCount` of them.
 std::vector<CrkFloatPoint> Flatten(const Connection& connection, int segmentCount);
 

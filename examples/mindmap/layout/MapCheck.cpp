@@ -31,7 +31,7 @@ public:
         for (std::size_t i = 0; i < m_leafCount; ++i)
             m_boxes[m_leafCount + i] = shapes[std::min(i, m_count - 1)].bounds;
         for (std::size_t i = m_leafCount; i-- > 1;)
-            m_boxes[i] = Around(m_boxes[2 * i], m_boxes[2 * i + 1]);
+            m_boxes[i] = CrkFloatRect::Union(m_boxes[2 * i], m_boxes[2 * i + 1]);
     }
 
     /// Calls `visit` with the index of every topic whose box shares an area with `sought`.
@@ -82,7 +82,7 @@ bool IsOnEdge(CrkFloatPoint point, const TopicShape& shape)
     const std::array<CrkFloatPoint, 5> outline = {
         {{r.x, r.y}, {r.x + r.width, r.y}, {r.x + r.width, r.y + r.height}, {r.x, r.y + r.height}, {r.x, r.y}}};
     return CrkMathUtilities::IsPointInRect(point, r) &&
-           CrkMathUtilities::IsPointOnPolyline(point, outline.data(), static_cast<int>(outline.size()), kEdgeTolerance);
+           CrkMathUtilities::IsPointOnPolyline(point, outline, kEdgeTolerance);
 }
 
 }  // namespace

@@ -105,7 +105,7 @@ Legend MakeLegend(const Outline& outline, const MapLayout& map)
         PlaceEntries(legend, map.bounds);
         CrkFloatRect box = legend.box;
         CrkFloatMargin{kMargin, 0, kMargin, kMargin}.InflateRect(box);  // above, the map has its own
-        legend.bounds = Around(map.bounds, box);
+        legend.bounds = CrkFloatRect::Union(map.bounds, box);
     }
     legend.bounds = WithinRatio(legend.bounds);
     return legend;

@@ -14,8 +14,6 @@ public:
     CString Make(const CString& topicText);
 
 private:
-    int& CountOf(const CString& id);
-
     CAtlMap<CString, int> m_counts;  // how often an id was wished for
 };
 
