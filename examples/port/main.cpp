@@ -63,7 +63,7 @@ int CountChar(const CString& text, TCHAR character)
 {
     int count = 0;
     for (int i = 0; i < text.GetLength(); i++) {
-        if (text.GetAt(i) == character)
+        if (text[i] == character)
             count++;
     }
     return count;
@@ -74,9 +74,9 @@ CString CapitalizeWords(CString text)
     BOOL start = TRUE;
     text.MakeLower();
     for (int i = 0; i < text.GetLength(); i++) {
-        TCHAR c = text.GetAt(i);
+        TCHAR c = text[i];
         if (start)
-            text.SetAt(i, CString(c).MakeUpper().GetAt(0));
+            text.SetAt(i, CString(c).MakeUpper()[0]);
         start = c == _T(' ');
     }
     return text;
@@ -192,14 +192,13 @@ void RemoveEmpty(CStringList& list)
 
 int DaysBetween(const COleDateTime& from, const COleDateTime& to)
 {
-    return (int)(to.m_dt - from.m_dt);
+    COleDateTimeSpan span = to - from;
+    return (int)span.GetDays();
 }
 
 CString IsoDate(const COleDateTime& date)
 {
-    CString text;
-    text.Format(_T("%04d-%02d-%02d"), date.GetYear(), date.GetMonth(), date.GetDay());
-    return text;
+    return date.Format(_T("%Y-%m-%d"));
 }
 
 COleDateTime NextWorkday(COleDateTime date)
@@ -231,8 +230,7 @@ DWORD Checksum(LPCTSTR text)
 CString ElapsedText(const CTimeSpan& span)
 {
     CString text;
-    const int seconds = (int)span.GetTotalSeconds();
-    text.Format(_T("%d:%02d:%02d"), seconds / 3600, seconds / 60 % 60, seconds % 60);
+    text.Format(_T("%d:%02d:%02d"), 24 * span.GetDays() + span.GetHours(), span.GetMinutes(), span.GetSeconds());
     return text;
 }
 
@@ -312,9 +310,9 @@ void CheckFiles(const CString& folder)
     const CString name = folder + _T("/report.txt");
     const CString longer = _T("a long report"), shorter = _T("short");
     BYTE bytes[20] = {};
-    Check("WriteReport", WriteReport(name.View().data(), longer) && WriteReport(name.View().data(), shorter));
-    Check("ReadBytes", ReadBytes(name.View().data(), bytes, sizeof bytes) == 5 && bytes[4] == 't');
-    Check("FileExists", FileExists(name.View().data()) && !FileExists(_T("/missing/file")));
+    Check("WriteReport", WriteReport(name.data(), longer) && WriteReport(name.data(), shorter));
+    Check("ReadBytes", ReadBytes(name.data(), bytes, sizeof bytes) == 5 && bytes[4] == 't');
+    Check("FileExists", FileExists(name.data()) && !FileExists(_T("/missing/file")));
     SavePosition(_T("position"), 3, 4);
     DWORD position = 0;
     Check("SavePosition", SECRegistry().GetValue(_T("position"), position) && position == (4u << 16 | 3u));
