@@ -47,6 +47,6 @@ public:
     double m_span = 0;  ///< the whole duration in days
 
 private:
-    friend rk::SpanParts<COleDateTimeSpan>;
+    friend class rk::SpanParts<COleDateTimeSpan>;
     static constexpr double kRounding = 0.5;  // a fraction of a day is seldom exactly its seconds
 };

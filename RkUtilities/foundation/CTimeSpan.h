@@ -45,7 +45,7 @@ public:
     friend constexpr auto operator<=>(const CTimeSpan&, const CTimeSpan&) noexcept = default;
 
 private:
-    friend rk::SpanParts<CTimeSpan>;
+    friend class rk::SpanParts<CTimeSpan>;
     static constexpr double kRounding = 0;  // a part counts once it is whole
 
     double m_seconds = 0;
