@@ -16,7 +16,8 @@ namespace rk::platform {
 
 namespace {
 
-constexpr std::size_t kByteCount = std::size_t{1} << 20;
+// The first texts of ICU 72 need less than 1 MB, those of ICU 76 less than 2.
+constexpr std::size_t kByteCount = std::size_t{4} << 20;
 
 /// A part of the reserve; the next one begins behind its bytes.
 struct alignas(16) Block {

@@ -4,7 +4,7 @@
 #include <new>
 
 /// ICU's memory. ICU keeps what it makes while memory is short, with parts left out, and does not tell. So ICU's memory
-/// comes from the system, and where the system has none from a reserve of 1 MB: what ICU makes is whole.
+/// comes from the system, and where the system has none from a reserve of 4 MB: what ICU makes is whole.
 namespace rk::platform {
 
 /// How often the system had no memory for ICU.
