@@ -11,6 +11,7 @@ import tempfile
 import unittest
 import xml.etree.ElementTree
 
+sys.path.append(f'{os.path.dirname(__file__)}/../support')
 from Browser import DOWN, ENTER, ESCAPE, LEFT, RIGHT, SHIFT, TAB, Browser, missing
 
 PLAN = '''<opml><body><outline text="Voyage">

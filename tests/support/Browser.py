@@ -1,4 +1,4 @@
-"""A headless Chromium, driven over WebDriver by chromedriver: what the tests of live maps need of it, no more."""
+"""A headless Chromium, driven over WebDriver by chromedriver: what the tests of pages need of it, no more."""
 
 import base64
 import json
@@ -67,10 +67,10 @@ class Browser:
         self.devtools('Emulation.setEmulatedMedia',
                       features=[{'name': name.replace('_', '-'), 'value': value} for name, value in features.items()])
 
-    def open(self, path, fragment=''):
+    def open(self, path, fragment='', ready='document.documentElement.dataset.ready'):
         self.call('/url', url='about:blank')
         self.call('/url', url=f'file://{path}{fragment}')
-        self.wait('document.documentElement.dataset.ready')
+        self.wait(ready)
 
     def run(self, script, *arguments):
         return self.call('/execute/sync', script=script, args=arguments)
