@@ -1,6 +1,7 @@
 #include "RkUtilities/foundation/CFile.h"
 #include "RkUtilities/interop/SystemErrors.h"
 
+#include "tests/support/Failure.h"
 #include "tests/support/ScopedCurrentFolder.h"
 #include "tests/support/ScopedFileSizeLimit.h"
 #include "tests/support/ScopedFolder.h"
@@ -14,29 +15,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Failure {
-    int cause = CFileException::none;
-    long osError = 0;
-    CString name;
-};
-
-/// What a call throws; cause `none` when it throws nothing.
-Failure FailureOf(const std::function<void()>& call)
-{
-    try {
-        call();
-        return {};
-    } catch (CFileException* thrown) {
-        const Failure failure{thrown->m_cause, thrown->m_lOsError, thrown->m_strFileName};
-        thrown->Delete();
-        return failure;
-    }
-}
-int CauseOf(const std::function<void()>& call)
-{
-    return FailureOf(call).cause;
-}
 
 CFile Opened(const CString& path, unsigned int flags)
 {

@@ -1,7 +1,7 @@
-#include "RkUtilities/foundation/CFileException.h"
 #include "RkUtilities/logging/CrkLogTypes.h"
 #include "RkUtilities/preferences/ApplicationName.h"
 
+#include "../support/Failure.h"
 #include "../support/ScopedVariable.h"
 #include "LogFolder.h"
 
@@ -194,14 +194,9 @@ TEST(LogWriter, ReportsOrDropsWhatCannotBeWrittenTellsItAndReleasesItsMutex)
     };
     EXPECT_EQ(state(), "0 ");
     folder.Link(folder.Active(), "/dev/full");
-    try {
-        Writer::Log(kLevel, u"no space");
-        ADD_FAILURE() << "a full disk went unnoticed";
-    } catch (CFileException* failure) {
-        EXPECT_EQ(failure->m_cause, CFileException::diskFull);
-        EXPECT_EQ(failure->m_strFileName, folder.Text(folder.Active()));
-        failure->Delete();
-    }
+    const Failure noSpace = FailureOf([] { Writer::Log(kLevel, u"no space"); });
+    EXPECT_EQ(noSpace.cause, CFileException::diskFull);
+    EXPECT_EQ(noSpace.name, folder.Text(folder.Active()));
     EXPECT_TRUE(isFree());
     EXPECT_EQ(state(), "0 write the entry: No space left on device");
     fs::remove(folder.ActivePath());

@@ -1,8 +1,8 @@
 // Threads and processes that log into one folder at once, and those that end or fail in the middle of it.
 
-#include "RkUtilities/foundation/CFileException.h"
 #include "RkUtilities/foundation/UserLocale.h"
 
+#include "../support/Failure.h"
 #include "../support/InChild.h"
 #include "../support/ScopedFileSizeLimit.h"
 #include "LogFolder.h"
@@ -87,14 +87,12 @@ TEST(LogSharing, PutsTheFileBackWhenASizeLimitStrikesAndGoesOnAfterwards)
     for (const std::size_t limit : {entry.size() * 7 / 2, entry.size() * 2, entry.size(), entry.size() / 2}) {
         folder.Write(folder.Active(), entry);
         std::size_t length = entry.size();
-        try {
+        const auto fill = [&] {
             const ScopedFileSizeLimit limited(limit);
             for (;; length = std::filesystem::file_size(folder.ActivePath()))
                 Writer::Log(Writer::LogInfo, u"1");
-        } catch (CFileException* failure) {
-            EXPECT_EQ(failure->m_cause, CFileException::diskFull);
-            failure->Delete();
-        }
+        };
+        EXPECT_EQ(CauseOf(fill), CFileException::diskFull);
         EXPECT_EQ(std::filesystem::file_size(folder.ActivePath()), length);
         EXPECT_GT(length + entry.size(), limit);
         Writer::Log(Writer::LogInfo, u"2");

@@ -223,11 +223,6 @@ TEST_F(Program, LeavesTheMapAsItWasWhenTheDiskIsFull)
     EXPECT_EQ(m_err.str(), "mindmap: " + map + ": File too large\n");
     EXPECT_EQ(m_folder.Read("map.svg"), "old");
     EXPECT_EQ(m_folder.EntryCount(), entryCount + 1);  // the log alone is new
-    {
-        const ScopedFileSizeLimit full(100);  // not even for the settings of the log
-        EXPECT_EQ(Run({outline, "--replace", "-o", map, "--log", m_folder.Path("log2")}), 1);
-    }
-    EXPECT_FALSE(m_folder.Has("log2/settings.xml"));
 }
 
 TEST_F(Program, StandsInAPipe)

@@ -5,9 +5,7 @@
 
 #include <atomic>
 #include <clocale>
-#include <cstdlib>
 #include <gtest/gtest.h>
-#include <iostream>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -127,29 +125,6 @@ TEST(LocaleQueries, SurviveHostileNames)
         EXPECT_EQ(value, 12) << name;
         EXPECT_TRUE(Conversion::StringToLong(u"12.", whole) || !Conversion::StringToLong(u"ab", whole)) << name;
     }
-}
-
-/// Asks when what threads and functions keep is gone already.
-struct LateCaller {
-    LateCaller() = default;
-    LateCaller(const LateCaller&) = delete;
-    LateCaller& operator=(const LateCaller&) = delete;
-    ~LateCaller()
-    {
-        const ScopedUserLocale user("de_DE");
-        std::cerr << Conversion::DoubleToString(2.5).ToUtf8() << Locale::GetFirstDayOfWeek();
-    }
-};
-
-TEST(LocaleQueries, AreAnsweredUntilTheProcessEnds)
-{
-    const auto endProcess = [] {
-        static const LateCaller late;
-        const ScopedUserLocale user("de_DE");
-        static_cast<void>(Conversion::DoubleToString(Locale::GetFirstDayOfWeek()));
-        std::exit(0);
-    };
-    EXPECT_EXIT(endProcess(), testing::ExitedWithCode(0), "^2,52$");
 }
 
 TEST(LocaleQueries, StayWholeWhileAnotherThreadChangesTheLocale)

@@ -1,5 +1,5 @@
-#include "RkUtilities/foundation/CFileException.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
+#include "tests/support/Failure.h"
 #include "tests/support/ScopedCurrentFolder.h"
 #include "tests/support/ScopedFolder.h"
 #include "tests/support/ScopedVariable.h"
@@ -143,14 +143,9 @@ TEST(ReadOnlyFlag, ThrowsWhenTheFileBelongsToSomebodyElse)
     ASSERT_EQ(seteuid(0), 0);
     ASSERT_EQ(chown(folder.Path("map").c_str(), 0, 0), 0);
     ASSERT_EQ(seteuid(65534), 0);
-    try {
-        P::MakeFileReadOnly(file);
-        ADD_FAILURE() << "changed";
-    } catch (CFileException* failure) {
-        EXPECT_EQ(failure->m_cause, CFileException::accessDenied);
-        EXPECT_EQ(failure->m_strFileName, file);
-        failure->Delete();
-    }
+    const Failure failure = FailureOf([&] { P::MakeFileReadOnly(file); });
+    EXPECT_EQ(failure.cause, CFileException::accessDenied);
+    EXPECT_EQ(failure.name, file);
 }
 
 TEST(Existence, OfBothMakesASubFolderOfWhatBeginsAlike)

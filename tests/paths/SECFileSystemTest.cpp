@@ -1,6 +1,7 @@
 #include "RkUtilities/paths/SECFileSystem.h"
 #include "RkUtilities/foundation/CFile.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
+#include "tests/support/Failure.h"
 #include "tests/support/FaultInjection.h"
 #include "tests/support/InChild.h"
 #include "tests/support/ScopedFileSizeLimit.h"
@@ -133,13 +134,7 @@ TEST(FileSystem, RenamesToAFreeNameAndMovesAcrossFileSystems)
     EXPECT_FALSE(files.RenameDirectory(a, a));
     EXPECT_FALSE(files.RenameDirectory(folder.Text("tree"), folder.Text("tree/a/itself")));
     EXPECT_EQ(folder.Read("a") + folder.Read("b"), "AB");
-    try {
-        files.RenameFile(a, folder.Text("missing/b"));
-        ADD_FAILURE() << "nothing was thrown";
-    } catch (CFileException* failure) {
-        EXPECT_EQ(failure->m_cause, CFileException::badPath);
-        failure->Delete();
-    }
+    EXPECT_EQ(CauseOf([&] { files.RenameFile(a, folder.Text("missing/b")); }), CFileException::badPath);
     EXPECT_TRUE(files.RenameFile(a, folder.Text("c")));
     EXPECT_TRUE(files.RenameDirectory(folder.Text("c"), a));
 
