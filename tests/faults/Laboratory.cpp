@@ -52,6 +52,9 @@ namespace {
 /// Who may remove nothing leaves the hidden folder of what was under way; the next call in its place removes it.
 bool mayLeaveWork = false;
 
+/// A folder of this process on another file system than its scenes, where there are two.
+std::string elsewhere;
+
 std::string StoredPreferences(const std::string& path)
 {
     sqlite3* database = nullptr;
@@ -122,7 +125,7 @@ std::string Scene::State() const
     const char* const config = std::getenv("XDG_CONFIG_HOME");
     const std::string database = std::string(config) + "/laboratory/preferences.sqlite";
     return state + "\npreferences: " + (fs::exists(database) ? StoredPreferences(database) : "") + "\ndisk:\n" +
-           TreeAt(folder);
+           TreeAt(folder) + "elsewhere:\n" + TreeAt(elsewhere);
 }
 
 namespace {
@@ -206,6 +209,7 @@ void Judge(const Workload& workload, const Fault& fault, const Report& expected,
     const bool isAfter = std::strcmp(report.after, expected.after) == 0;
     const bool isKept = workload.keeps == Keeps::Nothing || (isDone && isAfter) || (!isDone && isBefore) ||
                         (workload.keeps == Keeps::Later && isDone && isBefore) ||
+                        (workload.keeps == Keeps::Parts && fault.error != kNoMemory) ||
                         (workload.keeps >= Keeps::Either && fault.error != kNoMemory && isAfter);
     if (!isKept)
         Complain(report, "gives \"" + std::string(outcome) + "\" and leaves\n" + report.after + "--- before:\n" +
@@ -235,6 +239,8 @@ void Live(const Point& point, const std::string& folder, const Report& expected,
         scene = Scene();
         scene.folder = folder + '/' + std::to_string(sceneCount++);
         fs::create_directories(scene.folder);
+        fs::remove_all(elsewhere);
+        fs::create_directories(elsewhere);
         if (point.workload.prepare != nullptr)
             point.workload.prepare(scene);
     };
@@ -278,6 +284,7 @@ bool Run(const Point& point, const std::string& folder, const Report& expected, 
 {
     new (&report) Report();
     fs::create_directories(folder);
+    fs::create_directory_symlink(elsewhere, folder + "/elsewhere");
     const pid_t child = fork();
     if (child == 0) {
         Live(point, folder, expected, report);
@@ -286,6 +293,7 @@ bool Run(const Point& point, const std::string& folder, const Report& expected, 
     int status = 0;
     waitpid(child, &status, 0);
     fs::remove_all(folder);
+    fs::remove_all(elsewhere);
     if (WIFSIGNALED(status))
         Complain(report, WTERMSIG(status) == SIGALRM ? "does not return" : strsignal(WTERMSIG(status)));
     if (report.complaint[0] == '\0')
@@ -329,6 +337,8 @@ int RunAll(const std::vector<Workload>& workloads, std::size_t every)
         return 2;
     for (unsigned worker = 0; worker < std::max(1U, std::thread::hardware_concurrency()); ++worker) {
         if (fork() == 0) {
+            elsewhere = (fs::temp_directory_path() == "/dev/shm" ? "/tmp/rk-faults-" : "/dev/shm/rk-faults-") +
+                        std::to_string(getpid());
             for (std::size_t next = 0; (next = totals.next++) < workloads.size();)
                 Examine(workloads[next], every, folder + '/' + std::to_string(worker), totals);
             _exit(0);

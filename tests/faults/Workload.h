@@ -10,7 +10,7 @@ namespace faults {
 
 /// What a call works on. Made anew, in an empty folder, before each call.
 struct Scene {
-    std::string folder;  ///< without "/" at its end
+    std::string folder;  ///< without "/" at its end; "../elsewhere" is an empty one on another file system
     CString text;
     CString other;
     double number = 0;
@@ -31,6 +31,7 @@ enum class Keeps {
     Before,   ///< after a failure everything is as before the call
     Either,   ///< as before, or as after a success where a call to the system failed
     Later,    ///< the same, and after a success too: what could not be stored waits
+    Parts,    ///< as before where an allocation failed; a failing call to the system may leave a part in both places
     Nothing,  ///< outputs may hold a part
 };
 

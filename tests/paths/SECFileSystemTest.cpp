@@ -2,7 +2,6 @@
 #include "RkUtilities/foundation/CFile.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
 #include "tests/support/Failure.h"
-#include "tests/support/FaultInjection.h"
 #include "tests/support/InChild.h"
 #include "tests/support/ScopedFileSizeLimit.h"
 #include "tests/support/ScopedFolder.h"
@@ -329,27 +328,6 @@ TEST(FileSystem, LeavesNoPartOfACopyOrSavingThatIsKilled)
     EXPECT_FALSE(folder.Has(".rk-new-0"));
     EXPECT_EQ(folder.Read(".rk-new-1/item") + folder.Read(".rk-new-2"), "aliveother");
     EXPECT_EQ(folder.EntryCount(), 7U);
-}
-
-TEST(FileSystem, MovesWhollyOrNotAtAllWithoutMemory)
-{
-    const ScopedFolder folder, other("/dev/shm");
-    if (folder.Status("").st_dev == other.Status("").st_dev)
-        GTEST_SKIP() << "no second file system at /dev/shm";
-    folder.Make({"tree/a/b/file=content", "tree/c=c"});
-    const CString from = folder.Text("tree"), to = other.Text("tree");
-    bool isMoved = false;
-    for (std::size_t failing = 1; !isMoved; ++failing) {
-        test::Arm(failing);
-        try {
-            isMoved = files.RenameDirectory(from, to);
-        } catch (const std::bad_alloc&) {
-        }
-        test::Arm(0);
-        EXPECT_NE(folder.Has("tree"), other.Has("tree")) << failing;
-        EXPECT_EQ(other.EntryCount(), isMoved ? 1U : 0U) << failing;
-    }
-    EXPECT_EQ(other.Read("tree/a/b/file") + other.Read("tree/c"), "contentc");
 }
 
 TEST(FileSystem, CopiesHolesAndMadeUpFiles)
