@@ -7,14 +7,15 @@
 
 namespace rk {
 
-/// The time as the clock of the system counts it, to the microsecond downwards.
+/// The time as the clock of the system counts it, to the nearest microsecond: a clock's time near the present comes back
+/// from `FromSysTime` as it was.
 ///
 /// The result converts to `std::chrono::system_clock::time_point`, whose nanoseconds reach from 1677 to 2262 only.
 inline std::chrono::sys_time<std::chrono::microseconds> ToSysTime(const CTime& time) noexcept
 {
     constexpr double kMicroseconds = 1e6;
     const double seconds = std::floor(time.GetCFAbsoluteTime());
-    const double fraction = std::floor((time.GetCFAbsoluteTime() - seconds) * kMicroseconds);
+    const double fraction = std::round((time.GetCFAbsoluteTime() - seconds) * kMicroseconds);
     return std::chrono::sys_seconds(std::chrono::seconds(time.GetTime())) +
            std::chrono::microseconds(static_cast<long>(fraction));
 }
