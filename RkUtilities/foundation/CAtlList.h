@@ -78,9 +78,9 @@ public:
     T& GetPrev(POSITION& position) { return NodeAt(std::exchange(position, Preceding(position)))->element; }
     /// The same, for reading.
     const T& GetPrev(POSITION& position) const { return NodeAt(std::exchange(position, Preceding(position)))->element; }
-    T& GetHead() { return GetAt(GetHeadPosition()); }              ///< The first element.
+    T& GetHead() { return GetAt(GetHeadPosition()); }              ///< The first element; an empty list throws.
     const T& GetHead() const { return GetAt(GetHeadPosition()); }  ///< The first element, for reading.
-    T& GetTail() { return GetAt(GetTailPosition()); }              ///< The last element.
+    T& GetTail() { return GetAt(GetTailPosition()); }              ///< The last element; an empty list throws.
     const T& GetTail() const { return GetAt(GetTailPosition()); }  ///< The last element, for reading.
 
     /// Adds an element before the one at a position; returns its position.

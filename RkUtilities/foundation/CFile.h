@@ -95,7 +95,7 @@ public:
     unsigned int Read(void* buffer, unsigned int byteCount);
     /// Writes all bytes at the position. After a failure a part of them may stand in the file.
     void Write(const void* bytes, unsigned int byteCount);
-    /// Reads into the bytes, as many as there are, and returns the part that was filled; it is shorter only where the file ends.
+    /// Fills the bytes from the position on and returns the part that was filled, which is shorter only where the file ends.
     std::span<std::byte> Read(std::span<std::byte> bytes);
     void Write(std::span<const std::byte> bytes);  ///< Writes all bytes at the position, as the other `Write`.
     /// All bytes from the position to the end of the file, also of a file that does not know its length.

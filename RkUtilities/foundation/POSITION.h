@@ -12,8 +12,8 @@ using POSITION = struct PositionTag*;
 
 namespace rk {
 
-/// The iterator of the containers that are walked by positions: multi-pass, in a list backwards too, valid as long as its position and
-/// its container's address.
+/// The iterator of the containers that are walked by positions: multi-pass, in a list backwards too, valid as long as its
+/// position and its container's address.
 template <class Container, class Entry>
 class PositionIterator {
 public:

@@ -19,8 +19,8 @@
 /// down is π.
 ///
 /// A rectangle stands for its bounds, so a negative size counts as its mirror image, unless a member speaks of the raw
-/// fields. Points go in as a `std::span` (a `CAtlArray`, a `std::vector`, an array) or as pointer and count; they are read from index 0; a count of 0 or less, or a null pointer, means no
-/// points.
+/// fields. Points go in as a `std::span` (a `CAtlArray`, a `std::vector`, an array), of which the first INT_MAX are read, or
+/// as pointer and count, read from index 0; a count of 0 or less, or a null pointer, means no points.
 ///
 /// No member throws or reports an error, and every argument is legal: infinities and not-a-numbers take the course of
 /// IEEE 754 arithmetic and of comparisons that are false. A member whose result type cannot hold the value says what it

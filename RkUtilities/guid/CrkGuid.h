@@ -17,8 +17,8 @@
 ///
 ///     00112233-4455-6677-8899-AABBCCDDEEFF  <->  33 22 11 00  55 44  77 66  88 99  AA BB CC DD EE FF
 ///
-/// The null GUID, 16 zero bytes, stands for the absence of a GUID. GUIDs are ordered by their
-/// bytes as they are stored, which is not the order of their texts. Members throw nothing unless they say so, and are safe from any thread.
+/// The null GUID, 16 zero bytes, stands for the absence of a GUID. GUIDs are ordered by their bytes as they are stored,
+/// which is not the order of their texts. Members throw nothing unless they say so, and are safe from any thread.
 class RK_EXPORT CrkGuid {
 public:
     static constexpr CFUUIDBytes c_nullGuid = {};  ///< 16 zero bytes: no GUID.

@@ -20,8 +20,8 @@ struct CopyRules {
 enum class CopyOutcome { Copied, Stayed };
 /// Copies a file, link or folder with all it holds to the path `to`. Success too when the rules let `to` stay.
 ///
-/// A file appears, and replaces another file, when its copy is complete. An existing folder that does not stay is EEXIST. In a folder the first failure is reported and the other entries are copied. The destination is not copied into
-/// itself.
+/// A file appears, and replaces another file, when its copy is complete. An existing folder that does not stay is EEXIST.
+/// In a folder the first failure is reported and the other entries are copied. The destination is not copied into itself.
 [[nodiscard]] std::error_code CopyTree(Place from, Place to, const CopyRules& rules, CopyOutcome& outcome);
 [[nodiscard]] std::error_code CopyTree(const std::string& from, const std::string& to, const CopyRules& rules,
                                        CopyOutcome& outcome);
