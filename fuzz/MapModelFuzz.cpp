@@ -2,9 +2,10 @@
 #include "RkUtilities/foundation/CAtlList.h"
 #include "RkUtilities/foundation/CAtlMap.h"
 
+#include "fuzz/Require.h"
+
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <iterator>
 #include <list>
 #include <memory>
@@ -12,12 +13,6 @@
 #include <unordered_map>
 
 namespace {
-
-void Require(bool holds)
-{
-    if (!holds)
-        std::abort();
-}
 
 using Value = std::shared_ptr<int>;  // a value that is destroyed twice, or never, does not go unseen
 

@@ -31,14 +31,7 @@ void CheckFormat(const CString& format, const void* pointer)
 void CheckRepairs(const CString& text, int width, int lines)
 {
     Require(CString(text.ToUtf8()) == text);
-    CString note = text;
-    CString wrapped = Strings::ReplaceInvalidTopicTextCharacters(text);
-    Require(Xml::StringToXmlString(wrapped, u'?') == wrapped &&
-            Strings::ReplaceInvalidTopicTextCharacters(wrapped) == wrapped);
-    Strings::RemoveInvalidNotesCharacters(note);
-    Require(std::all_of(note.begin(), note.end(), [](char16_t unit) {
-        return Strings::IsCharPrintable(unit) || unit == u'\t' || unit == u'\n' || unit == u'\r';
-    }));
+    CString note = text, wrapped = text;
     Require(Xml::IsValidNCName(Xml::StringToNCName(text, u'_', /*insertUnderscore=*/true)));
     Strings::InsertLineSeparators(&wrapped, note.Left(3), width, lines);
     Strings::ReplaceEnvironmentVariables(&note);

@@ -1,9 +1,9 @@
 #include "RkUtilities/geometry/CrkMathUtilities.h"
 
-#include "tests/geometry/Agreement.h"
-
 #include <gmock/gmock.h>
 
+#include <climits>
+#include <cmath>
 #include <complex>
 #include <cstdlib>
 #include <random>
@@ -17,6 +17,7 @@ namespace {
 
 using testing::ElementsAre, testing::NanSensitiveFloatEq;
 using Math = CrkMathUtilities;
+constexpr float kInfinity = INFINITY, kNan = NAN;
 constexpr double kPi = 3.14159265358979323846;
 
 CrkFloatPoint Narrowed(double x, double y)
