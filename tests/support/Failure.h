@@ -6,7 +6,6 @@
 
 struct Failure {
     int cause = CFileException::none;
-    long osError = 0;
     CString name;
 };
 
@@ -17,7 +16,7 @@ inline Failure FailureOf(const std::function<void()>& call)
         call();
         return {};
     } catch (CFileException* thrown) {
-        const Failure failure{thrown->m_cause, thrown->m_lOsError, thrown->m_strFileName};
+        const Failure failure{thrown->m_cause, thrown->m_strFileName};
         thrown->Delete();
         return failure;
     }
