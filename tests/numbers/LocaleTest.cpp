@@ -1,3 +1,4 @@
+#include "RkUtilities/logging/CrkLogWriter.h"
 #include "RkUtilities/numbers/CrkLocaleUtilities.h"
 #include "RkUtilities/numbers/CrkStringConversionUtilities.h"
 
@@ -85,17 +86,20 @@ TEST(LocaleQueries, FollowEachCategoryOfTheProcessAtOnce)
 {
     const std::string before = std::setlocale(LC_ALL, nullptr);
     const auto facts = [] {
+        const CString now = CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle);
         return Locale::GetDecimalPoint() + Locale::GetListSeparator() +
-               Conversion::LongToString(Locale::GetFirstDayOfWeek());
+               Conversion::LongToString(Locale::GetFirstDayOfWeek()) + (now.Find(u'.') == 2 ? u"German" : u"");
     };
     EXPECT_EQ(facts(), u"..1");
     struct {
         int category;
         const char16_t* facts;
-    } const rows[] = {{LC_MONETARY, u",.1"}, {LC_NUMERIC, u",,1"}, {LC_TIME, u",,2"}};
+    } const rows[] = {{LC_MONETARY, u",.1"}, {LC_NUMERIC, u",,1"}, {LC_TIME, u",,2German"}};
     for (const auto& row : rows) {
         ASSERT_NE(std::setlocale(row.category, "de_DE.UTF-8"), nullptr) << "the build makes it, LOCPATH leads to it";
         EXPECT_EQ(facts(), row.facts);
+        const ScopedUserLocale chosen("en_US");
+        EXPECT_EQ(facts(), u"..1");
     }
     EXPECT_EQ(Conversion::DoubleToString(1e-10), u"1e-10");
     EXPECT_EQ(Conversion::DoubleToString(2.5), u"2,5");

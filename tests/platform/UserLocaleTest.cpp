@@ -6,7 +6,6 @@
 #include "tests/support/ScopedVariable.h"
 
 #include <chrono>
-#include <clocale>
 #include <ctime>
 #include <gtest/gtest.h>
 #include <memory>
@@ -55,21 +54,6 @@ TEST(UserLocale, IsTheChosenOneFromTheNextCallOn)
         EXPECT_TRUE(IsLocaleNow(icuName)) << name;
     }
     EXPECT_TRUE(IsLocaleNow("en_US_POSIX"));
-}
-
-TEST(UserLocale, IsOtherwiseThatOfTheCategoryForTheUse)
-{
-    const ScopedZone utc("UTC");
-    ASSERT_NE(std::setlocale(LC_NUMERIC, "de_DE.UTF-8"), nullptr) << "LOCPATH leads to no de_DE.UTF-8";
-    EXPECT_TRUE(IsLocaleNow("en_US_POSIX"));
-    std::setlocale(LC_TIME, "de_DE.UTF-8");
-    EXPECT_TRUE(IsLocaleNow("de_DE"));
-    {
-        const ScopedUserLocale user("fr_FR");
-        EXPECT_TRUE(IsLocaleNow("fr_FR"));
-    }
-    EXPECT_TRUE(IsLocaleNow("de_DE"));
-    std::setlocale(LC_ALL, "C");
 }
 
 TEST(UserLocale, TakesHostileNamesForTheRootLocale)
