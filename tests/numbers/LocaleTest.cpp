@@ -8,6 +8,7 @@
 #include <clocale>
 #include <gtest/gtest.h>
 #include <memory>
+#include <random>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -112,17 +113,30 @@ TEST(LocaleQueries, FollowEachCategoryOfTheProcessAtOnce)
 
 TEST(LocaleQueries, SurviveHostileNames)
 {
-    std::vector<std::string> names = {std::string(5000, 'a'), "de_DE@numbers=\xFF", "\xFF\xFE"};
-    std::istringstream words("xx_YY @ @numbers= en_US@numbers=hebr;currency=XYZ _ %s%n ../../etc en@calendar=nonsense "
-                             "zh@numbers=hansfin ta@numbers=taml");
+    std::vector<std::string> names = {
+        "../../../../tmp/evil",   "/etc/passwd",  std::string(100, 'a'), std::string(5000, '@'),
+        std::string("de\0DE", 5), "\xFF\xFE\x80", std::string(101, '_'), "%s%n"};
+    for (const std::string& name : names) {  // all taken for the root locale, of which a date begins with the year
+        rk::SetUserLocale(name);
+        EXPECT_EQ(CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle).Left(2), u"20") << name;
+    }
+    std::istringstream words("xx_YY @ @numbers= en_US@numbers=hebr;currency=XYZ _ en@calendar=nonsense "
+                             "zh@numbers=hansfin ta@numbers=taml de_DE@numbers=\xFF");
     for (std::string name; words >> name;)
         names.push_back(name);
-    for (int i = 0; i < 200; ++i)  // more than are kept
-        names.push_back("de_DE@x=" + std::to_string(i));
+    std::mt19937 random(5);
+    constexpr std::string_view kUnits = "aAdeDE@@=;;-__..09+/ \t";
+    for (int round = 0; round < 1000; ++round) {  // more than are kept
+        std::string name = round % 2 == 0 ? "de_DE@" : "";
+        for (auto length = random() % 110; name.size() < length;)
+            name += kUnits[random() % kUnits.size()];
+        names.push_back(name);
+    }
     for (const std::string& name : names) {
         const ScopedUserLocale user(name.c_str());
         for (const auto& text : {Locale::GetDecimalPoint(), Locale::GetListSeparator(), Locale::GetCurrencySymbol()})
             EXPECT_NE(text, u"") << name;
+        EXPECT_NE(CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle), u"") << name;
         double value = 0;
         long whole = 0;
         EXPECT_TRUE(Conversion::StringToDouble(Conversion::DoubleToString(12), value)) << name;
