@@ -27,12 +27,6 @@ constexpr std::uint32_t kAnyHost = 0;
 constexpr std::uint32_t kThisHost = 1;
 constexpr SECRegistry::CreatePermissions kRead{};
 
-/// Ten times the work for a run that measures.
-int Scaled(int count)
-{
-    return std::getenv("RKUTILITIES_LONG_TESTS") != nullptr ? count * 10 : count;
-}
-
 /// The store is one in a process and is looked for once: each step of a test is a process of its own, that ends normally.
 template <class Step>
 pid_t Start(const Step& step)
@@ -229,14 +223,14 @@ TEST_F(Preferences, OfAnotherProcessAreSeenAfterOpen)
 
 TEST_F(Preferences, OfManyProcessesAndThreadsAreAllKept)
 {
-    const int valueCount = Scaled(100);
+    constexpr int kValueCount = 100;
     std::vector<pid_t> children;
     for (int process = 0; process < 8; ++process) {
-        children.push_back(Start([process, valueCount] {
+        children.push_back(Start([process] {
             std::vector<std::jthread> threads;
             for (int thread = 0; thread < 2; ++thread) {
                 threads.emplace_back([=] {
-                    for (int i = thread; i < valueCount; i += 2) {
+                    for (int i = thread; i < kValueCount; i += 2) {
                         CString name;
                         name.Format(u"%d.%d", process, i);
                         Set(kThisHost, name, name);
@@ -246,9 +240,9 @@ TEST_F(Preferences, OfManyProcessesAndThreadsAreAllKept)
         }));
     }
     std::for_each(children.begin(), children.end(), ExpectItEndsWell);
-    InAProcess([valueCount] {
+    InAProcess([] {
         for (int process = 0; process < 8; ++process) {
-            for (int i = 0; i < valueCount; ++i) {
+            for (int i = 0; i < kValueCount; ++i) {
                 CString name;
                 name.Format(u"%d.%d", process, i);
                 ASSERT_EQ(TextOf(name), name);
@@ -260,7 +254,7 @@ TEST_F(Preferences, OfManyProcessesAndThreadsAreAllKept)
 TEST_F(Preferences, ReportedAsStoredSurviveAKill)
 {
     std::mt19937 random(21);
-    for (int round = 0; round < Scaled(20); ++round) {
+    for (int round = 0; round < 20; ++round) {
         int reports[2];
         ASSERT_EQ(pipe(reports), 0);
         const pid_t writer = Start([&] {
@@ -405,7 +399,7 @@ TEST_F(Preferences, LiveThroughForks)
             for (int i = 0; !isOver; ++i)
                 Set(i % 64 == 0 ? kThisHost : kAnyHost, u"number", i % 3 == 0 ? u"one" : u"another");
         });
-        for (int round = 0; round < Scaled(10); ++round) {
+        for (int round = 0; round < 10; ++round) {
             InAProcess([round] {
                 if (round % 2 == 0)
                     Set(kThisHost, u"child", u"kept");
