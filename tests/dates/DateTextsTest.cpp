@@ -12,7 +12,6 @@
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <unicode/gregocal.h>
 #include <unicode/smpdtfmt.h>
 #include <vector>
@@ -164,24 +163,6 @@ TEST(DateTexts, SeeAnotherZoneInTheSameMinute)
         expected += IcuTexts("de_DE", icuZone, zones.back().times);
     }
     EXPECT_EQ(OurTexts("de_DE", zones), expected);
-}
-
-TEST(DateTexts, AreMadeByManyThreadsAtOnce)
-{
-    const ScopedZone berlin("Europe/Berlin");
-    const auto makeTexts = [](std::string& texts) {
-        for (std::int64_t hour = 0; hour < 300; ++hour)  // across a clock change
-            texts += CrkDateUtilities::DateTimeString(At(1774720000 + hour * 3600)).ToUtf8() + '|';
-    };
-    std::vector<std::string> texts(5);
-    {
-        std::vector<std::jthread> threads;
-        for (std::size_t i = 1; i < texts.size(); ++i)
-            threads.emplace_back(makeTexts, std::ref(texts[i]));
-    }
-    makeTexts(texts[0]);
-    for (const std::string& made : texts)
-        EXPECT_EQ(made, texts[0]);
 }
 
 }  // namespace

@@ -35,7 +35,7 @@ constexpr Use kUses[] = {
          return CrkStringConversionUtilities::DoubleToString(2.5) == u"2.5" &&
                 CrkLocaleUtilities::GetFirstDayOfWeek() == 1;
      }},
-    {"dates", [] { return CrkDateUtilities::ShortDateString(CTime(2026, 11, 16, 12, 0, 0)).Find(u"26") > 0; }},
+    {"dates", [] { return CrkDateUtilities::ShortDateString(CTime(2026, 11, 16, 12, 0, 0)) == u"11/16/26"; }},
     {"preferences", [] { return SECRegistry().Close() && rk::GetPreferenceState().lastFailure.empty(); }},
     {"settings", [] { return !CrkLogSettings(u"/proc/self/status").m_enable; }},
 };
