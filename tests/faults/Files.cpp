@@ -109,7 +109,7 @@ const Workload kRows[] = {
     GIVES("files: rename", Files().RenameFile(s.Text("old.map"), s.Text("another.map")), "false|CFileException"),
     GIVES("files: move a folder", Files().RenameDirectory(s.Text("tree"), s.Text("moved")), "false"),
     GIVES("files: move to another file system", Files().RenameDirectory(s.Text("tree"), s.Text("../elsewhere/tree")),
-          "false", Keeps::Parts),
+          "false", Keeps::Moved),
     GIVES("files: move to a taken name", Files().RenameDirectory(s.Text("old.map"), s.Text("new.map")), "false"),
     GIVES("files: delete a tree", Files().DeleteDirectory(s.Text("tree"), 1), "false", Keeps::Nothing),
     GIVES("files: make folders", Files().MakePath(s.Text("a/b/c")), "false", Keeps::Nothing),

@@ -196,6 +196,11 @@ void Complain(Report& report, const std::string& what)
     std::snprintf(report.complaint, sizeof report.complaint, "%s", what.c_str());
 }
 
+std::string_view ElsewhereIn(const char* state)
+{
+    return std::strstr(state, "elsewhere:");
+}
+
 void Judge(const Workload& workload, const Fault& fault, const Report& expected, Report& report)
 {
     const std::string_view outcome = report.outcome;
@@ -209,7 +214,8 @@ void Judge(const Workload& workload, const Fault& fault, const Report& expected,
     const bool isAfter = std::strcmp(report.after, expected.after) == 0;
     const bool isKept = workload.keeps == Keeps::Nothing || (isDone && isAfter) || (!isDone && isBefore) ||
                         (workload.keeps == Keeps::Later && isDone && isBefore) ||
-                        (workload.keeps == Keeps::Parts && fault.error != kNoMemory) ||
+                        (workload.keeps == Keeps::Moved && fault.error != kNoMemory &&
+                         ElsewhereIn(report.after) == ElsewhereIn(expected.after)) ||
                         (workload.keeps >= Keeps::Either && fault.error != kNoMemory && isAfter);
     if (!isKept)
         Complain(report, "gives \"" + std::string(outcome) + "\" and leaves\n" + report.after + "--- before:\n" +

@@ -31,7 +31,7 @@ enum class Keeps {
     Before,   ///< after a failure everything is as before the call
     Either,   ///< as before, or as after a success where a call to the system failed
     Later,    ///< the same, and after a success too: what could not be stored waits
-    Parts,    ///< as before where an allocation failed; a failing call to the system may leave a part in both places
+    Moved,    ///< as before, or where a call to the system failed all is there elsewhere and a part is here still
     Nothing,  ///< outputs may hold a part
 };
 
