@@ -95,6 +95,8 @@ CString CleanName()
 
 const Workload kRows[] = {
     {"file: read", &Begin, &Read, "CFileException"},
+    {"file: read all", &Begin, [](Scene& s) { return CFile(s.Text("old.map"), CFile::modeRead).ReadAll(); },
+     "CFileException"},
     {"file: write over", &Begin, &WriteOver, "CFileException", Keeps::Nothing},
     DOES("file: save a new one", Save(s, &CFile::CommitAs, "saved.map"), Keeps::Either),
     DOES("file: save over", Save(s, &CFile::CommitOver, "old.map"), Keeps::Either),

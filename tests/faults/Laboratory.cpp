@@ -64,7 +64,8 @@ std::string StoredPreferences(const std::string& path)
         return 0;
     };
     if (sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK)
-        sqlite3_exec(database, "SELECT DISTINCT name, value FROM preferences ORDER BY name", append, &stored, nullptr);
+        sqlite3_exec(database, "SELECT DISTINCT name, coalesce(value, 'deleted') FROM preferences ORDER BY name, value",
+                     append, &stored, nullptr);
     sqlite3_close(database);
     return stored;
 }

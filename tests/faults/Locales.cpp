@@ -60,6 +60,7 @@ const Workload kRows[] = {
     MAKES("dates: short time", Dates::ShortTimeString(Moment())),
     MAKES("dates: long time", Dates::LongTimeString(Moment())),
     MAKES("dates: date and time", Dates::DateTimeString(Moment())),
+    MAKES("dates: by a format", Moment().Format(u"%d %B %Y %H:%M")),
     {"dates: in Bengali", &InBengali, [](Scene&) { return Shown(Dates::ShortDateTimeString(Moment())); }},
     {"dates: local fields", nullptr, [](Scene&) { return Shown(Moment().GetHour() * 100 + Moment().GetMinute()); },
      "2052", Keeps::Before, /*readsZone=*/true},
@@ -92,6 +93,7 @@ const Workload kRows[] = {
      },
      "CAtlException", Keeps::Nothing},
     MAKES("locale: same names", CrkPathUtilities::AreFilenamesEqual(u"Übersicht Straße", u"U\u0308BERSICHT STRASSE")),
+    MAKES("locale: order of two", s.other.Collate(u"Öl") < 0),
     {"locale: string table", nullptr,
      [](Scene& s) {
          CString text;

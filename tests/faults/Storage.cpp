@@ -104,6 +104,19 @@ const Workload kRows[] = {
     {"preferences: set", &WithPreferences, [](Scene&) { return SetAndRead(1, /*isClosed=*/false); }, "", Keeps::Later},
     {"preferences: set and close", &WithPreferences, [](Scene&) { return SetAndRead(0, /*isClosed=*/true); }, "",
      Keeps::Later},
+    {"preferences: delete", &WithPreferences,
+     [](Scene&) {
+         return Shown(CrkRegistry::DeleteRegValue(u"theme")) + Shown(CrkRegistry::GetRegValueNames().size());
+     },
+     "CAtlException", Keeps::Nothing},
+    {"preferences: lists", &WithPreferences,
+     [](Scene& s) {
+         SECRegistry preferences;
+         preferences.Connect(1, u"", false);
+         preferences.SetValue(u"names", CAtlArray<CString>{u"Łódź, and a longer name", u"Wien\n"});
+         return Shown(preferences.GetValue(u"names", s.array)) + Shown(s.array.size());
+     },
+     "CAtlException", Keeps::Nothing},
     {"preferences: read", &WithAnothersPreferences,
      [](Scene&) {
          SECRegistry preferences;
