@@ -164,8 +164,8 @@ bool SECRegistry::DeleteValue(rk::TextView name)
     rk::platform::FindPreference(name, [&](const PreferenceValue& /*value*/) { isThere = true; });
     if (!isThere)
         return false;
-    rk::platform::SetPreference(PreferenceScope::ThisHost, name, std::monostate());
     rk::platform::SetPreference(PreferenceScope::AnyHost, name, std::monostate());
+    rk::platform::SetPreference(PreferenceScope::ThisHost, name, std::monostate());
     if (m_rootKey == kThisHostRootKey)
         rk::platform::SynchronizePreferences();
     return true;

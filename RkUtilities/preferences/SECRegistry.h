@@ -129,6 +129,7 @@ public:
     [[nodiscard]] std::optional<Value> GetValueFromSystem(rk::TextView name, ErkValueType type) const;
     void WriteValueToSystem(rk::TextView name, const Value& value);  ///< Writes a value of any type.
     /// Deletes the values of the name, of this machine and of any machine, as `SetValue` writes; whether a value was there.
+    /// Where `std::bad_alloc` is thrown, the value of this machine, if there is one, is as before.
     bool DeleteValue(rk::TextView name);
     /// The names of all values that can be read, in the order of their code units. Needs CAtlArray.h.
     [[nodiscard]] CAtlArray<CString> GetValueNames() const;
