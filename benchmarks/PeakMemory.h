@@ -15,8 +15,7 @@ inline struct Count {
     std::ptrdiff_t held = 0, most = 0;
 } count;
 
-inline void Add(void* block, std::ptrdiff_t sign) noexcept
-{
+inline void Add(void* block, std::ptrdiff_t sign) noexcept {
     if (!count.isOn || block == nullptr)
         return;
     count.held += sign * static_cast<std::ptrdiff_t>(malloc_usable_size(block));
@@ -28,9 +27,7 @@ struct Use {
 };
 
 /// What an operation needs beyond what its caller held before. One thread at a time.
-template <class Operation>
-Use MemoryOf(const Operation& operation)
-{
+template <class Operation> Use MemoryOf(const Operation& operation) {
     count = {true, 0, 0};
     [[maybe_unused]] const auto result = operation();
     count.isOn = false;
@@ -39,20 +36,15 @@ Use MemoryOf(const Operation& operation)
 
 }  // namespace memory
 
-[[gnu::noinline]] void* operator new(std::size_t byteCount)
-{
+[[gnu::noinline]] void* operator new(std::size_t byteCount) {
     void* const block = std::malloc(byteCount);
     if (block == nullptr)
         throw std::bad_alloc();
     memory::Add(block, 1);
     return block;
 }
-[[gnu::noinline]] void operator delete(void* block) noexcept
-{
+[[gnu::noinline]] void operator delete(void* block) noexcept {
     memory::Add(block, -1);
     std::free(block);
 }
-void operator delete(void* block, std::size_t) noexcept
-{
-    operator delete(block);
-}
+void operator delete(void* block, std::size_t) noexcept { operator delete(block); }

@@ -8,13 +8,11 @@
 /// An empty folder in the temporary folder, removed with all it holds.
 class ScratchFolder {
 public:
-    ScratchFolder() : m_path((std::filesystem::temp_directory_path() / "rk-bench-XXXXXX").string())
-    {
+    ScratchFolder() : m_path((std::filesystem::temp_directory_path() / "rk-bench-XXXXXX").string()) {
         if (mkdtemp(m_path.data()) == nullptr)
             std::abort();
     }
-    ~ScratchFolder()
-    {
+    ~ScratchFolder() {
         std::error_code ignored;
         std::filesystem::remove_all(m_path, ignored);
     }

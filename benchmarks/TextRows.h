@@ -20,8 +20,7 @@ constexpr std::u16string_view kNotes = u"first line\tof a note\r\nand \x01 what 
 
 /// Words of a text in random order: those of a text that repeats itself are foreseen by the processor after a while,
 /// which favours code with a branch for each unit.
-inline std::u16string Shuffled(std::u16string_view words, std::int64_t unitCount)
-{
+inline std::u16string Shuffled(std::u16string_view words, std::int64_t unitCount) {
     std::vector<std::u16string_view> list;
     for (std::size_t end = words.find(u' '); end != words.npos; end = words.find(u' ')) {
         list.push_back(words.substr(0, end + 1));
@@ -36,9 +35,7 @@ inline std::u16string Shuffled(std::u16string_view words, std::int64_t unitCount
 }
 
 /// Times an operation on a text of `state.range(0)` units.
-template <class Operation>
-void Time(benchmark::State& state, const Operation& operation)
-{
+template <class Operation> void Time(benchmark::State& state, const Operation& operation) {
     for (auto _ : state)
         benchmark::DoNotOptimize(operation());
     state.SetBytesProcessed(state.iterations() * state.range(0) * static_cast<std::int64_t>(sizeof(char16_t)));
@@ -46,9 +43,7 @@ void Time(benchmark::State& state, const Operation& operation)
 }
 
 /// The same and the memory.
-template <class Operation>
-void TimeOurs(benchmark::State& state, const Operation& operation)
-{
+template <class Operation> void TimeOurs(benchmark::State& state, const Operation& operation) {
     constexpr double kTables = 4096;  // what does not grow with the text
     operation();
     const memory::Use use = memory::MemoryOf(operation);
@@ -61,9 +56,7 @@ void TimeOurs(benchmark::State& state, const Operation& operation)
 }
 
 /// An operation in place, on a copy that shares the text's memory at first.
-template <class Change>
-void ChangeOurs(benchmark::State& state, std::u16string_view words, const Change& change)
-{
+template <class Change> void ChangeOurs(benchmark::State& state, std::u16string_view words, const Change& change) {
     const CString text = Shuffled(words, state.range(0));
     TimeOurs(state, [&] {
         CString copy = text;
@@ -73,7 +66,6 @@ void ChangeOurs(benchmark::State& state, std::u16string_view words, const Change
 }
 
 /// In powers of two up to 16 Mi units.
-inline void Sizes(benchmark::internal::Benchmark* benchmark)
-{
+inline void Sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->RangeMultiplier(16)->Range(1 << 12, 1 << 24)->Complexity(benchmark::oN);
 }

@@ -18,9 +18,7 @@ namespace {
 
 constexpr std::int64_t kFewest = 1000, kMost = 1'000'000;
 
-template <class Key>
-std::vector<Key> MakeKeys(std::int64_t count)
-{
+template <class Key> std::vector<Key> MakeKeys(std::int64_t count) {
     std::mt19937_64 random(1);
     std::vector<Key> keys;
     for (std::int64_t i = 0; i < count; ++i) {
@@ -32,25 +30,21 @@ std::vector<Key> MakeKeys(std::int64_t count)
     return keys;
 }
 
-void Put(auto& map, const auto& key)
-{
+void Put(auto& map, const auto& key) {
     if constexpr (requires { map.SetAt(key, true); })
         map.SetAt(key, true);
     else
         map.insert_or_assign(key, true);
 }
 
-bool Holds(const auto& map, const auto& key)
-{
+bool Holds(const auto& map, const auto& key) {
     if constexpr (requires { map.Lookup(key); })
         return map.Lookup(key) != nullptr;
     else
         return map.contains(key);
 }
 
-template <class Map, class Key>
-void FillMap(benchmark::State& state)
-{
+template <class Map, class Key> void FillMap(benchmark::State& state) {
     const std::vector<Key> keys = MakeKeys<Key>(state.range(0));
     for (auto _ : state) {
         Map map;
@@ -62,9 +56,7 @@ void FillMap(benchmark::State& state)
     state.SetComplexityN(state.range(0));
 }
 
-template <class Map, class Key>
-void FindInMap(benchmark::State& state)
-{
+template <class Map, class Key> void FindInMap(benchmark::State& state) {
     const std::vector<Key> keys = MakeKeys<Key>(state.range(0));
     Map map;
     for (const Key& key : keys)
@@ -77,9 +69,7 @@ void FindInMap(benchmark::State& state)
     state.SetComplexityN(state.range(0));
 }
 
-template <class Sequence>
-void FillSequence(benchmark::State& state)
-{
+template <class Sequence> void FillSequence(benchmark::State& state) {
     for (auto _ : state) {
         Sequence sequence;
         for (std::int64_t i = 0; i < state.range(0); ++i) {
@@ -99,8 +89,7 @@ void FillSequence(benchmark::State& state)
     state.SetComplexityN(state.range(0));
 }
 
-void Sizes(benchmark::internal::Benchmark* benchmark)
-{
+void Sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->RangeMultiplier(10)->Range(kFewest, kMost)->Complexity(benchmark::oN);
 }
 

@@ -17,13 +17,11 @@ constexpr std::time_t kStep = 90061;        // a day, an hour, a minute and a se
 constexpr std::int64_t kTimeCount = 1000;
 
 /// The times of a run: `state.range(0)` different ones.
-std::time_t TimeAt(std::int64_t round, const benchmark::State& state)
-{
+std::time_t TimeAt(std::int64_t round, const benchmark::State& state) {
     return kFirst + round % state.range(0) * kStep;
 }
 
-void Ours(benchmark::State& state, CString (*make)(const CTime&))
-{
+void Ours(benchmark::State& state, CString (*make)(const CTime&)) {
     rk::SetUserLocale("de_DE");
     std::int64_t round = 0;
     for (auto _ : state) {
@@ -32,8 +30,7 @@ void Ours(benchmark::State& state, CString (*make)(const CTime&))
     }
 }
 
-void Icu(benchmark::State& state, icu::DateFormat::EStyle date, icu::DateFormat::EStyle time)
-{
+void Icu(benchmark::State& state, icu::DateFormat::EStyle date, icu::DateFormat::EStyle time) {
     const std::unique_ptr<icu::DateFormat> format(
         icu::DateFormat::createDateTimeInstance(date, time, icu::Locale::getGermany()));
     std::int64_t round = 0;
@@ -44,8 +41,7 @@ void Icu(benchmark::State& state, icu::DateFormat::EStyle date, icu::DateFormat:
 }
 
 /// The floor: calendar fields and a pattern known beforehand, in bytes.
-void Strftime(benchmark::State& state)
-{
+void Strftime(benchmark::State& state) {
     std::int64_t round = 0;
     for (auto _ : state) {
         const std::time_t time = TimeAt(round++, state);
@@ -66,23 +62,20 @@ BENCHMARK_CAPTURE(Icu, LongDate, icu::DateFormat::kLong, icu::DateFormat::kNone)
 BENCHMARK_CAPTURE(Icu, LongTime, icu::DateFormat::kNone, icu::DateFormat::kLong)->Arg(kTimeCount);
 BENCHMARK(Strftime)->Arg(kTimeCount);
 
-void ReadField(benchmark::State& state)
-{
+void ReadField(benchmark::State& state) {
     const CTime time(2026, 11, 16, 21, 52, 5, -1);
     for (auto _ : state)
         benchmark::DoNotOptimize(time.GetHour());
 }
 
-void WeekStart(benchmark::State& state)
-{
+void WeekStart(benchmark::State& state) {
     const CTime time(2026, 11, 18, 21, 52, 5, -1);
     for (auto _ : state)
         benchmark::DoNotOptimize(CrkDateUtilities::GetLocalizedWeekStart(time, u"de"));
 }
 
 /// Per date of a calendar text of `state.range(0)` dates.
-void ReadCalendar(benchmark::State& state)
-{
+void ReadCalendar(benchmark::State& state) {
     CAtlArray<bool> days;
     CAtlMap<double, bool> dates;
     for (std::int64_t date = 0; date < state.range(0); ++date)

@@ -28,8 +28,7 @@ namespace fs = std::filesystem;
 /// The folder of one benchmark's run.
 class Folder {
 public:
-    Folder() : m_path(fs::temp_directory_path() / ("rk-bench-" + std::to_string(getpid())))
-    {
+    Folder() : m_path(fs::temp_directory_path() / ("rk-bench-" + std::to_string(getpid()))) {
         fs::remove_all(m_path);
         fs::create_directory(m_path);
     }
@@ -45,8 +44,7 @@ private:
     fs::path m_path;
 };
 
-void MakeTree(const Folder& folder, std::int64_t fileCount)
-{
+void MakeTree(const Folder& folder, std::int64_t fileCount) {
     fs::create_directory(folder.Path("from"));
     for (std::int64_t i = 0; i < fileCount; ++i) {
         if (i % 50 == 0)
@@ -55,9 +53,7 @@ void MakeTree(const Folder& folder, std::int64_t fileCount)
     }
 }
 
-template <class Copy>
-void CopyTree(benchmark::State& state, const Copy& copy)
-{
+template <class Copy> void CopyTree(benchmark::State& state, const Copy& copy) {
     const Folder folder;
     MakeTree(folder, state.range(0));
     for (auto _ : state) {
@@ -69,8 +65,7 @@ void CopyTree(benchmark::State& state, const Copy& copy)
     state.SetComplexityN(state.range(0));
 }
 
-void CopyTreeOurs(benchmark::State& state)
-{
+void CopyTreeOurs(benchmark::State& state) {
     CopyTree(state, [](const Folder& folder) {
         const SECFileSystem files;
         files.MakeDirectory(folder.Text("to"));
@@ -79,17 +74,14 @@ void CopyTreeOurs(benchmark::State& state)
 }
 BENCHMARK(CopyTreeOurs)->Arg(1000)->Arg(10000);
 
-void CopyTreeStd(benchmark::State& state)
-{
+void CopyTreeStd(benchmark::State& state) {
     CopyTree(state, [](const Folder& folder) {
         fs::copy(folder.Path("from"), folder.Path("to"), fs::copy_options::recursive);
     });
 }
 BENCHMARK(CopyTreeStd)->Arg(1000)->Arg(10000);
 
-template <class Delete>
-void DeleteTree(benchmark::State& state, const Delete& remove)
-{
+template <class Delete> void DeleteTree(benchmark::State& state, const Delete& remove) {
     const Folder folder;
     for (auto _ : state) {
         state.PauseTiming();
@@ -99,23 +91,19 @@ void DeleteTree(benchmark::State& state, const Delete& remove)
     }
 }
 
-void DeleteTreeOurs(benchmark::State& state)
-{
+void DeleteTreeOurs(benchmark::State& state) {
     DeleteTree(state, [](const Folder& folder) { SECFileSystem().DeleteDirectory(folder.Text("from"), 1); });
 }
 BENCHMARK(DeleteTreeOurs)->Arg(1000);
 
-void DeleteTreeStd(benchmark::State& state)
-{
+void DeleteTreeStd(benchmark::State& state) {
     DeleteTree(state, [](const Folder& folder) { fs::remove_all(folder.Path("from")); });
 }
 BENCHMARK(DeleteTreeStd)->Arg(1000);
 
 constexpr std::size_t kBlock = 64 << 10;
 
-template <class Compare>
-void CompareFiles(benchmark::State& state, const Compare& compare)
-{
+template <class Compare> void CompareFiles(benchmark::State& state, const Compare& compare) {
     const Folder folder;
     std::mt19937_64 random(1);
     std::string content(static_cast<std::size_t>(state.range(0)), '\0');
@@ -130,16 +118,14 @@ void CompareFiles(benchmark::State& state, const Compare& compare)
     state.SetBytesProcessed(state.iterations() * 2 * state.range(0));
 }
 
-void CompareFilesOurs(benchmark::State& state)
-{
+void CompareFilesOurs(benchmark::State& state) {
     CompareFiles(state, [](const std::string& a, const std::string& b) {
         return SECFileSystem().CompareFiles(CString(a), CString(b), kBlock);
     });
 }
 BENCHMARK(CompareFilesOurs)->Arg(4 << 10)->Arg(64 << 20);
 
-void CompareFilesFloor(benchmark::State& state)
-{
+void CompareFilesFloor(benchmark::State& state) {
     CompareFiles(state, [](const std::string& a, const std::string& b) {
         std::vector<char> x(kBlock);
         std::vector<char> y(kBlock);
@@ -158,9 +144,7 @@ void CompareFilesFloor(benchmark::State& state)
 }
 BENCHMARK(CompareFilesFloor)->Arg(4 << 10)->Arg(64 << 20);
 
-template <class List>
-void ListFolder(benchmark::State& state, const List& list)
-{
+template <class List> void ListFolder(benchmark::State& state, const List& list) {
     const Folder folder;
     std::mt19937 random(1);
     constexpr const char* kWords[] = {"Budget", "plan", "Review", "meeting", "Notes", "central", "Topic", "archive"};
@@ -175,8 +159,7 @@ void ListFolder(benchmark::State& state, const List& list)
     state.SetComplexityN(state.range(0));
 }
 
-void ListFolderOurs(benchmark::State& state)
-{
+void ListFolderOurs(benchmark::State& state) {
     ListFolder(state, [](const Folder& folder) {
         return std::unique_ptr<CAtlList<CString>>(SECFileSystem().GetFileList(folder.Text("*.*"), 0xFF))->GetCount();
     });
@@ -184,8 +167,7 @@ void ListFolderOurs(benchmark::State& state)
 BENCHMARK(ListFolderOurs)->RangeMultiplier(10)->Range(100, 100'000)->Complexity();
 
 /// Less work: no order of a language, no look at the file.
-void ListFolderStd(benchmark::State& state)
-{
+void ListFolderStd(benchmark::State& state) {
     ListFolder(state, [](const Folder& folder) {
         std::vector<std::string> names;
         for (const auto& entry : fs::directory_iterator(folder.Path("")))
@@ -197,9 +179,7 @@ void ListFolderStd(benchmark::State& state)
 }
 BENCHMARK(ListFolderStd)->RangeMultiplier(10)->Range(100, 100'000)->Complexity();
 
-template <class Make>
-void MakeEightLevels(benchmark::State& state, const Make& make)
-{
+template <class Make> void MakeEightLevels(benchmark::State& state, const Make& make) {
     const Folder folder;
     for (auto _ : state) {
         make(folder.Path("a/b/c/d/e/f/g/h"));
@@ -209,20 +189,17 @@ void MakeEightLevels(benchmark::State& state, const Make& make)
     }
 }
 
-void MakeEightLevelsOurs(benchmark::State& state)
-{
+void MakeEightLevelsOurs(benchmark::State& state) {
     MakeEightLevels(state, [](const std::string& path) { return SECFileSystem().MakePath(CString(path)); });
 }
 BENCHMARK(MakeEightLevelsOurs);
 
-void MakeEightLevelsStd(benchmark::State& state)
-{
+void MakeEightLevelsStd(benchmark::State& state) {
     MakeEightLevels(state, [](const std::string& path) { return fs::create_directories(path); });
 }
 BENCHMARK(MakeEightLevelsStd);
 
-void StatusOurs(benchmark::State& state)
-{
+void StatusOurs(benchmark::State& state) {
     const Folder folder;
     folder.Write("file", "content");
     const CString path = folder.Text("file");
@@ -232,8 +209,7 @@ void StatusOurs(benchmark::State& state)
 }
 BENCHMARK(StatusOurs);
 
-void StatusFloor(benchmark::State& state)
-{
+void StatusFloor(benchmark::State& state) {
     const Folder folder;
     folder.Write("file", "content");
     const std::string path = folder.Path("file");
@@ -243,8 +219,7 @@ void StatusFloor(benchmark::State& state)
 }
 BENCHMARK(StatusFloor);
 
-void OpenWriteCloseOurs(benchmark::State& state)
-{
+void OpenWriteCloseOurs(benchmark::State& state) {
     const Folder folder;
     const CString path = folder.Text("file");
     const CString text(std::string(200, 't'));
@@ -257,8 +232,7 @@ void OpenWriteCloseOurs(benchmark::State& state)
 }
 BENCHMARK(OpenWriteCloseOurs);
 
-void OpenWriteCloseFloor(benchmark::State& state)
-{
+void OpenWriteCloseFloor(benchmark::State& state) {
     const Folder folder;
     const std::string path = folder.Path("file");
     const std::string text(200, 't');

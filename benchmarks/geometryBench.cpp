@@ -13,8 +13,7 @@ namespace {
 constexpr std::size_t kCount = 1024;
 using Math = CrkMathUtilities;
 
-std::vector<CrkFloatPoint> Points(std::size_t count, float extent)
-{
+std::vector<CrkFloatPoint> Points(std::size_t count, float extent) {
     std::mt19937 random(1);
     std::uniform_real_distribution<float> start(0, 1000), step(-extent, extent);
     std::vector<CrkFloatPoint> points;
@@ -25,16 +24,14 @@ std::vector<CrkFloatPoint> Points(std::size_t count, float extent)
     return points;
 }
 
-std::vector<CrkFloatRect> Rectangles()
-{
+std::vector<CrkFloatRect> Rectangles() {
     std::vector<CrkFloatRect> rectangles;
     for (const CrkFloatPoint& p : Points(kCount, 1000))
         rectangles.push_back({p.x, p.y, 50 + std::fabs(p.y) / 4, 50 + std::fabs(p.x) / 4});
     return rectangles;
 }
 
-void ForEachIndex(benchmark::State& state, auto call)
-{
+void ForEachIndex(benchmark::State& state, auto call) {
     for (auto _ : state) {
         for (std::size_t i = 0; i < kCount; ++i) {
             auto result = call(i);
@@ -44,8 +41,7 @@ void ForEachIndex(benchmark::State& state, auto call)
     state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(kCount));
 }
 
-void Intersect(benchmark::State& state, auto intersect)
-{
+void Intersect(benchmark::State& state, auto intersect) {
     const auto r = Rectangles();
     ForEachIndex(state, [&](std::size_t i) {
         CrkFloatRect result;
@@ -64,8 +60,7 @@ void CrossLines(benchmark::State& state, auto cross)  // 50: lines of a map, mos
 BENCHMARK_CAPTURE(CrossLines, plain, plain::IsLineCrossingLine)->Arg(50)->Arg(1000);
 BENCHMARK_CAPTURE(CrossLines, ours, Math::IsLineCrossingLine)->Arg(50)->Arg(1000);
 
-void CrossRectangles(benchmark::State& state, auto cross)
-{
+void CrossRectangles(benchmark::State& state, auto cross) {
     const auto p = Points(2 * kCount, static_cast<float>(state.range(0)));
     const auto r = Rectangles();
     ForEachIndex(state, [&](std::size_t i) { return cross(p[2 * i], p[2 * i + 1], r[i]); });
@@ -73,8 +68,7 @@ void CrossRectangles(benchmark::State& state, auto cross)
 BENCHMARK_CAPTURE(CrossRectangles, plain, plain::IsLineCrossingRect)->Arg(50)->Arg(1000);
 BENCHMARK_CAPTURE(CrossRectangles, ours, Math::IsLineCrossingRect)->Arg(50)->Arg(1000);
 
-void PointsBounds(benchmark::State& state, auto boundsOf)
-{
+void PointsBounds(benchmark::State& state, auto boundsOf) {
     const auto p = Points(static_cast<std::size_t>(state.range(0)), 1000);
     for (auto _ : state) {
         CrkFloatRect bounds = boundsOf(p.data(), static_cast<int>(state.range(0)));
@@ -88,8 +82,7 @@ BENCHMARK_CAPTURE(PointsBounds, ours,
     ->RangeMultiplier(10)
     ->Range(10, 1'000'000);
 
-void TransformedBounds(benchmark::State& state, auto boundsOf)
-{
+void TransformedBounds(benchmark::State& state, auto boundsOf) {
     const auto r = Rectangles();
     const auto turned = CGAffineTransformRotate(CGAffineTransformMakeTranslation(10, 20), 0.5);
     ForEachIndex(state, [&](std::size_t i) { return boundsOf(r[i], turned); });
@@ -98,16 +91,14 @@ BENCHMARK_CAPTURE(TransformedBounds, plain, plain::TransformedBounds);
 BENCHMARK_CAPTURE(TransformedBounds, ours, Math::CalculateTransformedRectBoundingRectangle);
 
 // An edge point takes five arc tangents on a rectangle, one square root in an ellipse; one arc tangent is the floor.
-void OneAngle(benchmark::State& state)
-{
+void OneAngle(benchmark::State& state) {
     const auto p = Points(kCount, 1000);
     ForEachIndex(state, [&](std::size_t i) { return Math::CalculateAngle(p[i]); });
 }
 BENCHMARK(OneAngle);
 
 using EdgePoint = CrkFloatPoint (*)(CrkFloatRect, CrkFloatPoint, float);
-void EdgePoints(benchmark::State& state, EdgePoint edgePoint)
-{
+void EdgePoints(benchmark::State& state, EdgePoint edgePoint) {
     const auto p = Points(kCount, 1000);
     const auto r = Rectangles();
     ForEachIndex(state, [&](std::size_t i) { return edgePoint(r[i], {p[i].x - 500, p[i].y - 500}, 2); });

@@ -13,15 +13,13 @@ namespace {
 
 constexpr std::size_t kGuidCount = 1024;
 
-void CreateGuid(benchmark::State& state)
-{
+void CreateGuid(benchmark::State& state) {
     for (auto _ : state)
         benchmark::DoNotOptimize(CrkGuid::CreateGuid());
 }
 
 /// The floor: one system call for 256 GUIDs.
-void RandomBytesOnly(benchmark::State& state)
-{
+void RandomBytesOnly(benchmark::State& state) {
     std::array<std::array<std::uint8_t, 16>, 256> stock;
     for (std::size_t used = 0; auto _ : state) {
         if (used++ % stock.size() == 0)
@@ -30,23 +28,20 @@ void RandomBytesOnly(benchmark::State& state)
     }
 }
 
-void GuidToText(benchmark::State& state)
-{
+void GuidToText(benchmark::State& state) {
     const std::vector<CrkGuid> guids(kGuidCount);
     for (std::size_t i = 0; auto _ : state)
         benchmark::DoNotOptimize(CrkGuid::GuidToString(guids[i++ % kGuidCount].Bytes()));
 }
 
 /// The floor: a text of that length.
-void TextOnly(benchmark::State& state)
-{
+void TextOnly(benchmark::State& state) {
     const CString text = CrkGuid();
     for (auto _ : state)
         benchmark::DoNotOptimize(CString(text.View()));
 }
 
-void GuidFromText(benchmark::State& state)
-{
+void GuidFromText(benchmark::State& state) {
     const std::vector<CrkGuid> guids(kGuidCount);
     const std::vector<CString> texts(guids.begin(), guids.end());
     for (std::size_t i = 0; auto _ : state)

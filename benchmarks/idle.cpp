@@ -3,8 +3,7 @@
 #include <fstream>
 #include <string>
 
-int main(int argc, char**)
-{
+int main(int argc, char**) {
     if (argc < 2)
         return 0;
     std::ifstream map("/proc/self/smaps_rollup");

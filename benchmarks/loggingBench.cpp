@@ -21,14 +21,12 @@ const CString kMessage =
 /// A log in a folder that lasts as long as the program, as a settings file would make it.
 class Log {
 public:
-    static const Log& Start()
-    {
+    static const Log& Start() {
         static const Log log;
         std::filesystem::remove(log.m_folder + "/messages.xml");
         return log;
     }
-    ~Log()
-    {
+    ~Log() {
         std::error_code ignored;
         std::filesystem::remove_all(m_folder, ignored);
     }
@@ -38,8 +36,7 @@ public:
     std::string Settings() const { return m_folder + "/settings.xml"; }
 
 private:
-    Log() : m_folder((std::filesystem::temp_directory_path() / "log-bench-XXXXXX").string())
-    {
+    Log() : m_folder((std::filesystem::temp_directory_path() / "log-bench-XXXXXX").string()) {
         if (mkdtemp(m_folder.data()) == nullptr)
             std::abort();
         std::ofstream(Settings()) << "<settings><ls:Enable>true</ls:Enable><ls:Level>LogWarning</ls:Level>"
@@ -51,22 +48,19 @@ private:
     std::string m_folder;
 };
 
-void DroppedByLevel(benchmark::State& state)
-{
+void DroppedByLevel(benchmark::State& state) {
     Log::Start();
     for (auto _ : state)
         CrkLogWriter::Log(CrkLogWriter::LogInfo, kMessage);
 }
 
-void DroppedByCategory(benchmark::State& state)
-{
+void DroppedByCategory(benchmark::State& state) {
     Log::Start();
     for (auto _ : state)
         CrkLogWriter::Log(CrkLogWriter::LogWarning, kMessage, CrkLogTypes::LogTypeCache);
 }
 
-void Admitted(benchmark::State& state)
-{
+void Admitted(benchmark::State& state) {
     if (state.thread_index() == 0)
         Log::Start();
     for (auto _ : state)
@@ -74,8 +68,7 @@ void Admitted(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
-void AdmittedInFourProcesses(benchmark::State& state)
-{
+void AdmittedInFourProcesses(benchmark::State& state) {
     constexpr int kProcesses = 4, kEntries = 5000;
     Log::Start();
     for (auto _ : state) {
@@ -93,8 +86,7 @@ void AdmittedInFourProcesses(benchmark::State& state)
 }
 
 /// The floor of `Admitted`: ready bytes, nobody else about, no look at the file's length.
-void OpenWriteClose(benchmark::State& state)
-{
+void OpenWriteClose(benchmark::State& state) {
     Log::Start();
     const std::string path = CrkLogWriter::m_path.ToUtf8() + "messages.xml";
     const std::string entry = (CrkLogWriter::EntryHeader(u"General", CrkLogWriter::LogWarning, {}, {}) + u"<l:Body>" +
@@ -108,14 +100,12 @@ void OpenWriteClose(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
-void HeaderText(benchmark::State& state)
-{
+void HeaderText(benchmark::State& state) {
     for (auto _ : state)
         benchmark::DoNotOptimize(CrkLogWriter::EntryHeader(u"General", CrkLogWriter::LogWarning, {}, {}));
 }
 
-void Settings(benchmark::State& state)
-{
+void Settings(benchmark::State& state) {
     const CString path(Log::Start().Settings());
     for (auto _ : state)
         benchmark::DoNotOptimize(CrkLogSettings(path).m_enable);

@@ -16,16 +16,14 @@ constexpr std::u16string_view kBase = u"/data/maps/2026/projects/atlas";
 constexpr std::u16string_view kTarget = u"/data/maps/icons/flags/flag-red.png";
 constexpr std::u16string_view kFile = u"/data/maps/2026/projects/atlas/Annual budget.review.mind";
 
-void CalcRelativePathname(benchmark::State& state)
-{
+void CalcRelativePathname(benchmark::State& state) {
     const CString base = kBase, target = kTarget;
     for (auto _ : state)
         benchmark::DoNotOptimize(CrkPathUtilities::CalcRelativePathname(target, base));
 }
 
 /// The floor: the common part up to a slash, "../" for each folder left, exact comparison and nothing to clean.
-void RelativeFloor(benchmark::State& state)
-{
+void RelativeFloor(benchmark::State& state) {
     std::u16string out;
     for (auto _ : state) {
         std::size_t i = 0, slash = 0;
@@ -40,8 +38,7 @@ void RelativeFloor(benchmark::State& state)
     }
 }
 
-void SplitExtension(benchmark::State& state)
-{
+void SplitExtension(benchmark::State& state) {
     const CString path = kFile;
     for (auto _ : state) {
         benchmark::DoNotOptimize(CrkPathUtilities::FileWithoutExtensionFromFilename(path));
@@ -50,31 +47,27 @@ void SplitExtension(benchmark::State& state)
 }
 
 /// The floor: the two results as texts.
-void SplitFloor(benchmark::State& state)
-{
+void SplitFloor(benchmark::State& state) {
     for (auto _ : state) {
         benchmark::DoNotOptimize(CString(kFile.substr(31, 20)));
         benchmark::DoNotOptimize(CString(kFile.substr(52)));
     }
 }
 
-void NativePath(benchmark::State& state)
-{
+void NativePath(benchmark::State& state) {
     const CString path = kFile;
     for (auto _ : state)
         benchmark::DoNotOptimize(rk::NativePath(path));
 }
 
-void PathText(benchmark::State& state)
-{
+void PathText(benchmark::State& state) {
     const std::string bytes = rk::NativePath(CString(kFile));
     for (auto _ : state)
         benchmark::DoNotOptimize(rk::PathText(bytes));
 }
 
 /// `range(0)` names are taken, the next one is free.
-void MakeNameUnique(benchmark::State& state)
-{
+void MakeNameUnique(benchmark::State& state) {
     const ScopedFolder folder;
     for (int n = 1; n <= state.range(0); ++n) {
         const std::string name = n == 1 ? "Map.mind" : "Map (" + std::to_string(n) + ").mind";
@@ -86,8 +79,7 @@ void MakeNameUnique(benchmark::State& state)
     state.SetComplexityN(state.range(0));
 }
 
-void AssurePathExists(benchmark::State& state)
-{
+void AssurePathExists(benchmark::State& state) {
     const ScopedFolder folder;
     const CString path = folder.MakeFolder("a/b/c/d");
     for (auto _ : state)

@@ -18,23 +18,20 @@ constexpr std::size_t kNames = 1024;
 constexpr unsigned kAnyMachine = 0, kThisMachine = 1;
 constexpr auto kRead = static_cast<SECRegistry::CreatePermissions>(0x20019);
 
-std::vector<CString> MakeNames()
-{
+std::vector<CString> MakeNames() {
     std::vector<CString> names;
     for (std::size_t i = 0; i < kNames; ++i)
         names.push_back(CString("Window placement " + std::to_string(i)));
     return names;
 }
 
-const std::vector<CString>& Names()
-{
+const std::vector<CString>& Names() {
     static const std::vector<CString> names = MakeNames();
     return names;
 }
 
 /// A store that holds every name.
-SECRegistry Store(unsigned rootKey)
-{
+SECRegistry Store(unsigned rootKey) {
     SECRegistry store;
     store.Open(u"Software", kRead);
     for (const CString& name : Names())
@@ -44,16 +41,14 @@ SECRegistry Store(unsigned rootKey)
     return store;
 }
 
-void Read(benchmark::State& state)
-{
+void Read(benchmark::State& state) {
     const SECRegistry store = Store(kAnyMachine);
     CString value;
     for (std::size_t i = 0; auto _ : state)
         benchmark::DoNotOptimize(store.GetValue(Names()[i++ % kNames], value));
 }
 
-void ReadMap(benchmark::State& state)
-{
+void ReadMap(benchmark::State& state) {
     std::unordered_map<std::u16string, CString> map;
     for (const CString& name : Names())
         map.emplace(name.View(), name);
@@ -63,8 +58,7 @@ void ReadMap(benchmark::State& state)
     }
 }
 
-void Write(benchmark::State& state)
-{
+void Write(benchmark::State& state) {
     SECRegistry store = Store(kAnyMachine);
     for (std::size_t i = 0; auto _ : state) {
         const CString& name = Names()[i++ % kNames];
@@ -73,8 +67,7 @@ void Write(benchmark::State& state)
     state.SetItemsProcessed(state.iterations());
 }
 
-void WriteMap(benchmark::State& state)
-{
+void WriteMap(benchmark::State& state) {
     std::unordered_map<std::u16string, std::uint32_t> map;
     for (std::size_t i = 0; auto _ : state) {
         const CString& name = Names()[i++ % kNames];
@@ -84,8 +77,7 @@ void WriteMap(benchmark::State& state)
 }
 
 /// `state.range(0)` writes, then one synchronisation.
-void WriteAndClose(benchmark::State& state)
-{
+void WriteAndClose(benchmark::State& state) {
     SECRegistry store = Store(kAnyMachine);
     for (std::uint32_t round = 0; auto _ : state) {
         ++round;
@@ -96,8 +88,7 @@ void WriteAndClose(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-void WriteThisMachine(benchmark::State& state)
-{
+void WriteThisMachine(benchmark::State& state) {
     SECRegistry store = Store(kThisMachine);
     for (std::uint32_t round = 0; auto _ : state)
         store.SetValue(Names()[7], ++round);
@@ -105,8 +96,7 @@ void WriteThisMachine(benchmark::State& state)
 }
 
 /// The floor of a durable write: 32 bytes a value in a new file beside the old one, on the disk before it replaces that.
-void WriteFileDurably(benchmark::State& state)
-{
+void WriteFileDurably(benchmark::State& state) {
     const ScratchFolder folder;
     const std::string path = folder.Path("preferences");
     const std::string fresh = path + ".new";
@@ -131,8 +121,7 @@ BENCHMARK(WriteFileDurably)->Arg(1)->Arg(kNames)->UseRealTime();
 
 }  // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     const ScratchFolder folder;
     setenv("XDG_CONFIG_HOME", folder.Path("").c_str(), 1);
     benchmark::Initialize(&argc, argv);

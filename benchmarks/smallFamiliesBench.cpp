@@ -18,8 +18,7 @@ namespace {
 
 // --- XML names ---------------------------------------------------------------------------------------------------------
 
-const std::vector<CString>& XmlNames()
-{
+const std::vector<CString>& XmlNames() {
     static const std::vector<CString> names = [] {
         std::vector<CString> made;
         for (int i = 0; i < 256; ++i) {
@@ -32,8 +31,7 @@ const std::vector<CString>& XmlNames()
     return names;
 }
 
-void ValidNames(benchmark::State& state)
-{
+void ValidNames(benchmark::State& state) {
     for (auto _ : state) {
         for (const CString& name : XmlNames())
             benchmark::DoNotOptimize(CrkXmlUtilities::IsValidName(name));
@@ -41,8 +39,7 @@ void ValidNames(benchmark::State& state)
 }
 
 /// The floor: one bit a unit, names whose first unit is not looked at apart.
-void ValidNamesBitset(benchmark::State& state)
-{
+void ValidNamesBitset(benchmark::State& state) {
     const auto nameUnits = std::make_unique<std::bitset<0x10000>>();
     for (unsigned unit = 0; unit < nameUnits->size(); ++unit)
         nameUnits->set(unit, CrkXmlUtilities::IsNameChar(static_cast<unsigned short>(unit)));
@@ -53,8 +50,7 @@ void ValidNamesBitset(benchmark::State& state)
 }
 
 /// Plain alternative: the ranges of a parser's table, searched for each unit.
-void ValidNamesRanges(benchmark::State& state)
-{
+void ValidNamesRanges(benchmark::State& state) {
     std::vector<char16_t> edges;  // where the class begins and ends, in turn
     for (unsigned unit = 1; unit < 0x10000; ++unit) {
         if (CrkXmlUtilities::IsNameChar(static_cast<unsigned short>(unit)) !=
@@ -70,8 +66,7 @@ void ValidNamesRanges(benchmark::State& state)
     }
 }
 
-void RepairNames(benchmark::State& state)
-{
+void RepairNames(benchmark::State& state) {
     for (auto _ : state) {
         for (const CString& name : XmlNames())
             benchmark::DoNotOptimize(CrkXmlUtilities::StringToNCName(name, u'_', /*insertUnderscore=*/true));
@@ -90,13 +85,9 @@ void CopyNames(benchmark::State& state)  // the floor of a repair
 
 constexpr unsigned kColors = 1024;
 
-unsigned ColorAt(unsigned i)
-{
-    return i * 2654435761U;
-}
+unsigned ColorAt(unsigned i) { return i * 2654435761U; }
 
-void Shades(benchmark::State& state)
-{
+void Shades(benchmark::State& state) {
     for (auto _ : state) {
         for (unsigned i = 0; i < kColors; ++i)
             benchmark::DoNotOptimize(CrkColorConverter::ShadeOf(ColorAt(i), i % 2 == 0 ? 20 : -20));
@@ -104,8 +95,7 @@ void Shades(benchmark::State& state)
 }
 
 /// Plain alternative: the same rule in floating point.
-void ShadesFloatingPoint(benchmark::State& state)
-{
+void ShadesFloatingPoint(benchmark::State& state) {
     for (auto _ : state) {
         for (unsigned i = 0; i < kColors; ++i) {
             unsigned shade = 0x02000000;
@@ -120,16 +110,14 @@ void ShadesFloatingPoint(benchmark::State& state)
 }
 
 /// The floor: bytes change places.
-void SwapChannels(benchmark::State& state)
-{
+void SwapChannels(benchmark::State& state) {
     for (auto _ : state) {
         for (unsigned i = 0; i < kColors; ++i)
             benchmark::DoNotOptimize(__builtin_bswap32(ColorAt(i)) >> 8);
     }
 }
 
-void Convert(benchmark::State& state)
-{
+void Convert(benchmark::State& state) {
     for (auto _ : state) {
         for (unsigned i = 0; i < kColors; ++i)
             benchmark::DoNotOptimize(CrkColorConverter::ARGBToCOLORREF(ColorAt(i)));
@@ -144,8 +132,7 @@ void ColorTexts(benchmark::State& state)  // no table: the bytes in hexadecimal 
     }
 }
 
-void ColorTextsC(benchmark::State& state)
-{
+void ColorTextsC(benchmark::State& state) {
     for (auto _ : state) {
         for (unsigned i = 0; i < kColors; ++i) {
             const unsigned color = ColorAt(i);
@@ -161,8 +148,7 @@ void ColorTextsC(benchmark::State& state)
 
 /// Objects and references to them.
 struct Topics {
-    explicit Topics(std::int64_t count) : objects(static_cast<std::size_t>(count))
-    {
+    explicit Topics(std::int64_t count) : objects(static_cast<std::size_t>(count)) {
         for (std::size_t i = 0; i < objects.size(); ++i)
             objects[i] = static_cast<int>(i);
         for (int& object : objects)
@@ -172,16 +158,14 @@ struct Topics {
     std::vector<int*> all;
 };
 
-void HoldsOne(benchmark::State& state)
-{
+void HoldsOne(benchmark::State& state) {
     const Topics topics(state.range(0));
     for (auto _ : state)
         benchmark::DoNotOptimize(CorvaneNSArrayAdditions::containsObjectIdenticalTo(topics.all, topics.all.back()));
     state.SetComplexityN(state.range(0));
 }
 
-void HoldsOneLoop(benchmark::State& state)
-{
+void HoldsOneLoop(benchmark::State& state) {
     const Topics topics(state.range(0));
     for (auto _ : state) {
         bool found = false;
@@ -197,8 +181,7 @@ void HoldsOneLoop(benchmark::State& state)
 }
 
 /// None of the objects is there: the worst case.
-void HoldsAny(benchmark::State& state)
-{
+void HoldsAny(benchmark::State& state) {
     const Topics topics(state.range(0));
     const Topics others(state.range(0));
     for (auto _ : state)
@@ -235,8 +218,7 @@ void HoldsAnySorted(benchmark::State& state)  // what can be done with an order:
     state.SetComplexityN(state.range(0));
 }
 
-void Indexes(benchmark::State& state)
-{
+void Indexes(benchmark::State& state) {
     const Topics topics(state.range(0));
     const std::vector<int*> sought(topics.all.end() - 8, topics.all.end());
     for (auto _ : state)
@@ -244,8 +226,7 @@ void Indexes(benchmark::State& state)
     state.SetComplexityN(state.range(0));
 }
 
-void IndexesLoops(benchmark::State& state)
-{
+void IndexesLoops(benchmark::State& state) {
     const Topics topics(state.range(0));
     const std::vector<int*> sought(topics.all.end() - 8, topics.all.end());
     for (auto _ : state) {
@@ -263,8 +244,7 @@ void IndexesLoops(benchmark::State& state)
     state.SetComplexityN(state.range(0));
 }
 
-void Sizes(benchmark::internal::Benchmark* benchmark)
-{
+void Sizes(benchmark::internal::Benchmark* benchmark) {
     benchmark->RangeMultiplier(16)->Range(1 << 8, 1 << 20)->Complexity(benchmark::oN);
 }
 

@@ -15,8 +15,7 @@
 
 namespace {
 
-double MicrosecondsOf(const char* command)
-{
+double MicrosecondsOf(const char* command) {
     std::istringstream stream{std::string(command)};
     std::vector<std::string> words{std::istream_iterator<std::string>(stream), {}};
     std::vector<char*> arguments;
@@ -40,8 +39,7 @@ double MicrosecondsOf(const char* command)
 
 }  // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     constexpr int kRuns = 200;
     std::vector<std::vector<double>> times(static_cast<std::size_t>(argc));
     for (int run = 0; run < kRuns; ++run) {

@@ -68,8 +68,7 @@ constexpr struct {
 
 }  // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     for (const auto& row : kChanges)
         Sizes(benchmark::RegisterBenchmark(row.name, ChangeOurs<void (*)(CString&)>, kNotes, row.change));
     const auto measureCalls = [](benchmark::State& state, auto* call) {

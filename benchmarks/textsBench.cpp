@@ -25,19 +25,16 @@ void CopyUnits(benchmark::State& state)  // the floor of whatever makes a new te
     Time(state, [&] { return std::u16string(text); });
 }
 
-void FindMissing(benchmark::State& state)
-{
+void FindMissing(benchmark::State& state) {
     const CString text = Shuffled(kWords, state.range(0));
     const CString sought = u"the quick brown cat";
     TimeOurs(state, [&] { return text.Find(sought); });
 }
-void FindMissingStd(benchmark::State& state)
-{
+void FindMissingStd(benchmark::State& state) {
     const std::u16string text = Shuffled(kWords, state.range(0));
     Time(state, [&] { return text.find(u"the quick brown cat"); });
 }
-void FindMissingNoCase(benchmark::State& state, std::u16string_view words, std::u16string_view sought)
-{
+void FindMissingNoCase(benchmark::State& state, std::u16string_view words, std::u16string_view sought) {
     const CString text = Shuffled(words, state.range(0));
     TimeOurs(state, [&, sought = CString(sought)] { return text.FindNoCase(sought); });
 }
@@ -53,12 +50,10 @@ void FindMissingNoCaseIcu(benchmark::State& state)  // folds a copy, then search
     });
 }
 
-void Replace(benchmark::State& state)
-{
+void Replace(benchmark::State& state) {
     ChangeOurs(state, kWords, [](CString& text) { text.Replace(u"fox", u"hedgehog"); });
 }
-void ReplaceStd(benchmark::State& state)
-{
+void ReplaceStd(benchmark::State& state) {
     const std::u16string text = Shuffled(kWords, state.range(0));
     Time(state, [&] {
         std::u16string result;
@@ -69,8 +64,7 @@ void ReplaceStd(benchmark::State& state)
     });
 }
 
-void Tokenize(benchmark::State& state)
-{
+void Tokenize(benchmark::State& state) {
     const CString text = Shuffled(kWords, state.range(0));
     const CString delimiters = u" ;";
     TimeOurs(state, [&] {
@@ -82,8 +76,7 @@ void Tokenize(benchmark::State& state)
         return tokens;
     });
 }
-void TokenizeStd(benchmark::State& state)
-{
+void TokenizeStd(benchmark::State& state) {
     const std::u16string text = Shuffled(kWords, state.range(0));
     Time(state, [&] {
         std::vector<std::u16string> tokens;
@@ -95,12 +88,10 @@ void TokenizeStd(benchmark::State& state)
     });
 }
 
-void Upper(benchmark::State& state, std::u16string_view words)
-{
+void Upper(benchmark::State& state, std::u16string_view words) {
     ChangeOurs(state, words, [](CString& text) { text.MakeUpper(); });
 }
-void UpperIcu(benchmark::State& state, std::u16string_view words)
-{
+void UpperIcu(benchmark::State& state, std::u16string_view words) {
     const std::u16string text = Shuffled(words, state.range(0));
     Time(state, [&] {
         std::u16string upper(text.size() * 2, u'\0');  // "ß" becomes "SS"
@@ -112,13 +103,11 @@ void UpperIcu(benchmark::State& state, std::u16string_view words)
     });
 }
 
-void Decode(benchmark::State& state, std::u16string_view words)
-{
+void Decode(benchmark::State& state, std::u16string_view words) {
     const std::string bytes = CString(Shuffled(words, state.range(0))).ToUtf8();
     TimeOurs(state, [&] { return CString(bytes); });
 }
-void DecodeIcu(benchmark::State& state, std::u16string_view words)
-{
+void DecodeIcu(benchmark::State& state, std::u16string_view words) {
     const std::string bytes = CString(Shuffled(words, state.range(0))).ToUtf8();
     Time(state, [&] {
         std::u16string units(bytes.size(), u'\0');
@@ -131,8 +120,7 @@ void DecodeIcu(benchmark::State& state, std::u16string_view words)
     });
 }
 
-void Encode(benchmark::State& state, std::u16string_view words)
-{
+void Encode(benchmark::State& state, std::u16string_view words) {
     const CString text = Shuffled(words, state.range(0));
     TimeOurs(state, [&] {
         std::string bytes;
@@ -140,8 +128,7 @@ void Encode(benchmark::State& state, std::u16string_view words)
         return bytes;
     });
 }
-void EncodeIcu(benchmark::State& state, std::u16string_view words)
-{
+void EncodeIcu(benchmark::State& state, std::u16string_view words) {
     const std::u16string text = Shuffled(words, state.range(0));
     Time(state, [&] {
         std::string bytes(text.size() * 3, '\0');
@@ -154,12 +141,10 @@ void EncodeIcu(benchmark::State& state, std::u16string_view words)
     });
 }
 
-void SanitiseNotes(benchmark::State& state)
-{
+void SanitiseNotes(benchmark::State& state) {
     ChangeOurs(state, kNotes, CrkStringUtilities::RemoveInvalidNotesCharacters);
 }
-void SanitiseNotesStd(benchmark::State& state)
-{
+void SanitiseNotesStd(benchmark::State& state) {
     const std::u16string text = Shuffled(kNotes, state.range(0));
     Time(state, [&] {
         std::u16string clean = text;
@@ -169,31 +154,26 @@ void SanitiseNotesStd(benchmark::State& state)
         return clean;
     });
 }
-void SanitiseTooltip(benchmark::State& state)
-{
+void SanitiseTooltip(benchmark::State& state) {
     ChangeOurs(state, kNotes, CrkStringUtilities::RemoveInvalidTooltipCharacters);
 }
-void SanitiseTopic(benchmark::State& state)
-{
+void SanitiseTopic(benchmark::State& state) {
     const CString text = Shuffled(kNotes, state.range(0));
     TimeOurs(state, [&] { return CrkStringUtilities::ReplaceInvalidTopicTextCharacters(text); });
 }
 
-void LineFeedsToPairs(benchmark::State& state)
-{
+void LineFeedsToPairs(benchmark::State& state) {
     const CString text = Shuffled(kNotes, state.range(0));
     TimeOurs(state, [&] { return CrkStringUtilities::ConvertLFsToCRLFPairs(text); });
 }
 
-void Wrap(benchmark::State& state)
-{
+void Wrap(benchmark::State& state) {
     ChangeOurs(state, kMixedWords, [&](CString& text) {
         CrkStringUtilities::InsertLineSeparators(&text, u"<br>", 60, static_cast<int>(state.range(0)));
     });
 }
 /// The text is long, what is shown of it is not.
-void WrapToThreeLines(benchmark::State& state)
-{
+void WrapToThreeLines(benchmark::State& state) {
     ChangeOurs(state, kMixedWords,
                [](CString& text) { CrkStringUtilities::InsertLineSeparators(&text, u"<br>", 60, 3); });
 }
@@ -214,8 +194,7 @@ void WrapStd(benchmark::State& state)  // the last space of each 60 units, and n
     });
 }
 
-std::vector<std::u16string> Names(std::int64_t count)
-{
+std::vector<std::u16string> Names(std::int64_t count) {
     std::mt19937 random(1);
     std::vector<std::u16string> names(static_cast<std::size_t>(count));
     for (std::u16string& name : names)
@@ -223,8 +202,7 @@ std::vector<std::u16string> Names(std::int64_t count)
     return names;
 }
 
-void SortNoCase(benchmark::State& state)
-{
+void SortNoCase(benchmark::State& state) {
     CAtlList<CString> names;
     for (const std::u16string& name : Names(state.range(0)))
         names.AddTail(name);
@@ -236,8 +214,7 @@ void SortNoCase(benchmark::State& state)
     }
     state.SetComplexityN(state.range(0));
 }
-void SortNoCaseIcu(benchmark::State& state)
-{
+void SortNoCaseIcu(benchmark::State& state) {
     const std::vector<std::u16string> names = Names(state.range(0));
     for (auto _ : state) {
         state.PauseTiming();
@@ -250,38 +227,33 @@ void SortNoCaseIcu(benchmark::State& state)
     state.SetComplexityN(state.range(0));
 }
 
-void FormatNames(benchmark::State& state)
-{
+void FormatNames(benchmark::State& state) {
     CString text;
     for (int i = 0; auto _ : state) {
         text.Format(u"%s%d", "Central Topic ", i++ & 4095);
         benchmark::DoNotOptimize(text);
     }
 }
-void FormatNamesC(benchmark::State& state)
-{
+void FormatNamesC(benchmark::State& state) {
     char text[64];
     for (int i = 0; auto _ : state)
         benchmark::DoNotOptimize(std::snprintf(text, sizeof text, "%s%d", "Central Topic ", i++ & 4095));
 }
 
-void CompareNoCase(benchmark::State& state)
-{
+void CompareNoCase(benchmark::State& state) {
     const CString a = u"Ein Thema mit Ästen";
     const CString b = u"ein thema mit ästen";
     for (auto _ : state)
         benchmark::DoNotOptimize(a.CompareNoCase(b));
 }
-void CompareNoCaseIcu(benchmark::State& state)
-{
+void CompareNoCaseIcu(benchmark::State& state) {
     const std::u16string a = u"Ein Thema mit Ästen";
     const std::u16string b = u"ein thema mit ästen";
     for (auto _ : state)
         benchmark::DoNotOptimize(u_strcasecmp(a.c_str(), b.c_str(), U_FOLD_CASE_DEFAULT));
 }
 
-void Counts(benchmark::internal::Benchmark* benchmark)
-{
+void Counts(benchmark::internal::Benchmark* benchmark) {
     benchmark->RangeMultiplier(16)->Range(1 << 8, 1 << 20)->Complexity(benchmark::oNLogN);
 }
 

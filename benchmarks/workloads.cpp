@@ -20,44 +20,33 @@ namespace {
 
 constexpr int kTextUnits = 4096;
 
-void Keep(const auto& value)
-{
-    asm volatile("" : : "g"(&value) : "memory");
-}
+void Keep(const auto& value) { asm volatile("" : : "g"(&value) : "memory"); }
 
-CString Repeated(std::u16string_view words)
-{
+CString Repeated(std::u16string_view words) {
     std::u16string text;
     while (text.size() < kTextUnits)
         text += words;
     return text;
 }
 
-const CString& Ascii()
-{
+const CString& Ascii() {
     static const CString text = Repeated(u"the quick brown fox jumps over the lazy dog and runs ");
     return text;
 }
 
-const CString& Mixed()
-{
+const CString& Mixed() {
     static const CString text = Repeated(u"Grüße aus Köln, поезд идёт, 東京タワー und \U0001F600 dazu ");
     return text;
 }
 
-std::string& ScratchPath()
-{
+std::string& ScratchPath() {
     static std::string path;
     return path;
 }
 
-CString Scratch(std::string_view name)
-{
-    return rk::PathText(ScratchPath() + std::string(name));
-}
+CString Scratch(std::string_view name) { return rk::PathText(ScratchPath() + std::string(name)); }
 
-void Search()
-{
+void Search() {
     Keep(Ascii().Find(u"the quick brown cat"));
     Keep(Mixed().FindNoCase(u"ПОЕЗД ушёл"));
     Keep(Ascii().ReverseFind(u"cat"));
@@ -65,8 +54,7 @@ void Search()
     Keep(CrkStringUtilities::FindInString(Mixed(), u"tower", /*matchCase=*/false, /*wholeWord=*/true, 0));
 }
 
-void Replace()
-{
+void Replace() {
     CString text = Ascii();
     Keep(text.Replace(u"fox", u"hedgehog"));
     Keep(text.Remove(u'q'));
@@ -74,23 +62,20 @@ void Replace()
     Keep(text.Delete(50, 100));
 }
 
-void Tokenize()
-{
+void Tokenize() {
     int position = 0;
     while (position >= 0)
         Keep(Mixed().Tokenize(u" ,", position));
 }
 
-void Utf8()
-{
+void Utf8() {
     for (const CString& text : {Ascii(), Mixed()}) {
         const std::string bytes = text.ToUtf8();
         Keep(CString(bytes));
     }
 }
 
-void Case()
-{
+void Case() {
     CString text = Ascii();
     Keep(text.MakeUpper());
     Keep(text.CompareNoCase(Ascii()));
@@ -100,8 +85,7 @@ void Case()
     Keep(text.CompareNoCase(Mixed()));
 }
 
-void Format()
-{
+void Format() {
     CString text;
     text.Format(u"%s %d of %-8u: %08.3f%%", "Central Topic", 17, 4095U, 12.5);
     Keep(text);
@@ -109,8 +93,7 @@ void Format()
     Keep(CrkStringUtilities::MakeByteString(123'456'789));
 }
 
-void Sanitise()
-{
+void Sanitise() {
     CString text = Mixed() + u"\x01\t\x7f";
     CrkStringUtilities::RemoveInvalidNotesCharacters(text);
     Keep(CrkStringUtilities::ReplaceInvalidTopicTextCharacters(text));
@@ -118,8 +101,7 @@ void Sanitise()
     Keep(text);
 }
 
-void Sort()
-{
+void Sort() {
     CAtlList<CString> list;
     for (int i = 0; i < 200; ++i)
         list.AddTail(
@@ -128,8 +110,7 @@ void Sort()
     Keep(list);
 }
 
-void Numbers()
-{
+void Numbers() {
     using Conversion = CrkStringConversionUtilities;
     const CString number = Conversion::DoubleToString(1234567.891);
     Keep(Conversion::DoubleStringToFormattedNumber(number, /*groupThousands=*/true, 2, Conversion::MinusSign));
@@ -143,8 +124,7 @@ void Numbers()
     Keep(Conversion::StringToLong(u"1234567", whole));
 }
 
-void Dates()
-{
+void Dates() {
     static int day = 0;
     const CTime time(2026, 11, 1 + day++ % 28, 21, 52, 5, -1);
     Keep(CrkDateUtilities::ShortDateString(time));
@@ -154,8 +134,7 @@ void Dates()
     Keep(CrkDateUtilities::CTimeToCOleDateTime(time));
 }
 
-void Paths()
-{
+void Paths() {
     const CString path = u"/data/maps/2026/projects/atlas/Annual budget.review.mind";
     Keep(CrkPathUtilities::CalcRelativePathname(path, u"/data/maps/icons/flags/"));
     Keep(CrkPathUtilities::FileWithoutExtensionFromFilename(path));
@@ -164,8 +143,7 @@ void Paths()
     Keep(rk::NativePath(path));
 }
 
-void Files()
-{
+void Files() {
     const SECFileSystem files;
     const CString folder = Scratch("files/");
     files.MakeDirectory(folder);
@@ -182,8 +160,7 @@ void Files()
     files.DeleteDirectory(folder, 1);
 }
 
-void Geometry()
-{
+void Geometry() {
     using Math = CrkMathUtilities;
     std::array<CrkFloatPoint, 256> points{};
     for (std::size_t i = 0; i < points.size(); ++i)
@@ -198,8 +175,7 @@ void Geometry()
         Keep(Math::IsLineCrossingLine(points[i], points[i - 1], points[i - 2], points[i - 3]));
 }
 
-void Xml()
-{
+void Xml() {
     Keep(CrkXmlUtilities::IsValidName(u"map:Grüße.aus-東京_1"));
     Keep(CrkXmlUtilities::StringToNCName(u"1 map:Grüße aus 東京", u'_', /*insertUnderscore=*/true));
     Keep(CrkXmlUtilities::StringToXmlString(Mixed(), u' '));
@@ -207,8 +183,7 @@ void Xml()
 
 constexpr auto kRead = static_cast<SECRegistry::CreatePermissions>(0x20019);
 
-void Preferences()
-{
+void Preferences() {
     SECRegistry store;
     store.Open(u"Software", kRead);
     CString text;
@@ -221,21 +196,18 @@ void Preferences()
     store.Close();
 }
 
-void Guid()
-{
+void Guid() {
     const CFUUIDBytes guid = CrkGuid::CreateGuid();
     Keep(CrkGuid::StringToGuid(CrkGuid::GuidToString(guid)));
 }
 
-void Color()
-{
+void Color() {
     for (unsigned int color = 0; color < 0x1000000; color += 0x10101)
         Keep(CrkColorConverter::ShadeOf(CrkColorConverter::ARGBToCOLORREF(color), 20));
     Keep(CrkBaseColorTable::GetColorText(0x112233));
 }
 
-void Collections()
-{
+void Collections() {
     constexpr int kCount = 500;
     CAtlArray<int> array;
     CAtlList<int> list;
@@ -254,8 +226,7 @@ void Collections()
     Keep(CorvaneNSArrayAdditions::indexesOfObjects(pointers, pointers));
 }
 
-void Logging()
-{
+void Logging() {
     static const bool started = [] {
         std::ofstream(ScratchPath() + "log.xml")
             << "<settings><ls:Enable>true</ls:Enable><ls:Level>LogWarning</ls:Level>"
@@ -284,8 +255,7 @@ constexpr Workload kWorkloads[] = {
     {"logging", Logging, 100},
 };
 
-int PrintFirstCall(std::string_view name)
-{
+int PrintFirstCall(std::string_view name) {
     for (const Workload& workload : kWorkloads) {
         if (workload.name != name)
             continue;
@@ -304,14 +274,12 @@ int PrintFirstCall(std::string_view name)
 
 }  // namespace
 
-extern "C" [[gnu::noinline]] void RkMeasured(void (*run)(), int rounds)
-{
+extern "C" [[gnu::noinline]] void RkMeasured(void (*run)(), int rounds) {
     for (int round = 0; round < rounds; ++round)
         run();
 }
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     const std::string_view command = argc > 1 ? argv[1] : "";
     if (command == "list") {
         for (const Workload& workload : kWorkloads)

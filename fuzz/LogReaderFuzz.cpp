@@ -19,8 +19,7 @@ using namespace rklog;
 
 namespace {
 
-bool IsWellFormedXml(const std::string& xml)
-{
+bool IsWellFormedXml(const std::string& xml) {
     XML_Parser parser = XML_ParserCreate(nullptr);
     const XML_Status status = XML_Parse(parser, xml.data(), static_cast<int>(xml.size()), XML_TRUE);
     XML_ParserFree(parser);
@@ -29,8 +28,7 @@ bool IsWellFormedXml(const std::string& xml)
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::size_t blockByteCount = size > 0 ? data[0] % 64U + 1U : 1U;
     const std::string log = std::string(reinterpret_cast<const char*>(data), size) + '\n' +
                             EntryAt("11/16/26, 9:52 PM:125", "last", "Info", "fuzz");

@@ -15,8 +15,7 @@ const std::string kEnabled = "<ls:Enable>true</ls:Enable>";
 /// A file in memory that holds the bytes and has a path.
 class MemoryFile {
 public:
-    explicit MemoryFile(const std::string& bytes) : m_descriptor(memfd_create("settings", 0))
-    {
+    explicit MemoryFile(const std::string& bytes) : m_descriptor(memfd_create("settings", 0)) {
         Require(write(m_descriptor, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()));
     }
     ~MemoryFile() { close(m_descriptor); }
@@ -28,16 +27,14 @@ private:
     int m_descriptor;
 };
 
-bool AreDefaults(const CrkLogSettings& settings)
-{
+bool AreDefaults(const CrkLogSettings& settings) {
     return !settings.m_enable && !settings.m_stdOut && !settings.m_includeAll && settings.m_level == rk::LogDebug &&
            settings.m_includeCategories.IsEmpty() && settings.m_excludeCategories.IsEmpty();
 }
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     const MemoryFile file(bytes);
     const CrkLogSettings settings(file.Path());

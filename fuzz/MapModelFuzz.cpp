@@ -20,8 +20,7 @@ struct MapPair {
     CAtlMap<double, Value> map;
     std::unordered_map<double, Value> model;
 
-    void Check() const
-    {
+    void Check() const {
         Require(map.GetCount() == model.size() && map.IsEmpty() == model.empty());
         std::size_t entryCount = 0, bucket = 0;
         for (const auto& [key, value] : map) {
@@ -33,8 +32,7 @@ struct MapPair {
         Require(entryCount == model.size() && entryCount <= std::size_t{2} * map.GetHashTableSize());
     }
 
-    void Do(std::uint8_t command, double key)
-    {
+    void Do(std::uint8_t command, double key) {
         const Value value = std::make_shared<int>(command);
         switch (command % 8) {
         case 0:
@@ -65,14 +63,12 @@ struct ListPair {
     CAtlList<Value> list{3};
     std::list<Value> model;
 
-    void Check() const
-    {
+    void Check() const {
         Require(list.GetCount() == model.size());
         Require(std::equal(list.begin(), list.end(), model.begin(), model.end()));
     }
 
-    void Do(std::uint8_t command, std::uint8_t place)
-    {
+    void Do(std::uint8_t command, std::uint8_t place) {
         POSITION position = list.GetHeadPosition();
         auto modelPosition = model.begin();
         for (std::size_t i = model.empty() ? 0 : place % model.size(); i > 0; --i, ++modelPosition)
@@ -95,8 +91,7 @@ struct ListPair {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     MapPair maps;
     ListPair lists;
     for (std::span<const std::uint8_t> rest(data, size); rest.size() >= 2; rest = rest.subspan(2)) {

@@ -11,8 +11,7 @@ using namespace mindmap;
 
 namespace {
 
-void CheckOutline(const Outline& outline)
-{
+void CheckOutline(const Outline& outline) {
     const MapLayout map = LayOut(outline);
     Require(CheckMap(outline, map).AreNone());
     Require(std::ranges::all_of(map.shapes, TextStaysInShape));
@@ -21,9 +20,7 @@ void CheckOutline(const Outline& outline)
     Require(svg.elements.count("path") >= outline.topics.size() - 1);  // the lines
 }
 
-template <class Read>
-void CheckReader(Read read)
-{
+template <class Read> void CheckReader(Read read) {
     try {
         CheckOutline(read());
     } catch (const OutlineError& error) {
@@ -33,8 +30,7 @@ void CheckReader(Read read)
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view document(reinterpret_cast<const char*>(data), size);
     CheckReader([&] { return ReadOpml(document, u"file"); });
     CheckReader([&] { return ReadTextOutline(document, TextSyntax::Indented, u"file"); });

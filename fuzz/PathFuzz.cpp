@@ -12,8 +12,7 @@ namespace {
 
 using P = CrkPathUtilities;
 
-void RequireParts(const CString& path)
-{
+void RequireParts(const CString& path) {
     const CString name = P::FileWithExtensionFromFilename(path);
     const CString base = P::FileWithoutExtensionFromFilename(path), extension = P::GetExtensionFromFileName(path);
     Require(P::PathFromFilename(path) + name == path);
@@ -21,8 +20,7 @@ void RequireParts(const CString& path)
     Require(base == name ? name.ReverseFind(u".") < 0 : base + u'.' + extension == name);
 }
 
-void RequireRepairs(const CString& path)
-{
+void RequireRepairs(const CString& path) {
     CString normal = path;
     P::NormalizePath(&normal);
     CString again = normal;
@@ -38,8 +36,7 @@ void RequireRepairs(const CString& path)
     Require(P::HasExtension(P::AddExtension(path, u"map"), u".MAP"));
 }
 
-void RequireRelative(const CString& target, const CString& base)
-{
+void RequireRelative(const CString& target, const CString& base) {
     const CString relative = P::CalcRelativePathname(target, base);
     Require(relative == u"." || relative.View().starts_with(u"./") || relative.View().starts_with(u".."));
     Require(!relative.View().ends_with(u'/'));
@@ -49,8 +46,7 @@ void RequireRelative(const CString& target, const CString& base)
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     std::u16string units(size / 2, u'\0');
     std::memcpy(units.data(), data, units.size() * 2);

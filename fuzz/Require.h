@@ -3,8 +3,7 @@
 #include <cstdlib>
 
 /// States what must hold; a fuzzer stops where it does not.
-inline void Require(bool holds)
-{
+inline void Require(bool holds) {
     if (!holds)
         std::abort();
 }

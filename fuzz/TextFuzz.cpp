@@ -18,8 +18,7 @@ using Conversion = CrkStringConversionUtilities;
 using Strings = CrkStringUtilities;
 using Xml = CrkXmlUtilities;
 
-void CheckFormat(const CString& format, const void* pointer)
-{
+void CheckFormat(const CString& format, const void* pointer) {
     CString text = u"kept";
     try {
         text.Format(format, 42, "text \xE2\x82\xAC", 2.5, 'c', -1L, pointer, 7, 3);
@@ -28,8 +27,7 @@ void CheckFormat(const CString& format, const void* pointer)
     }
 }
 
-void CheckRepairs(const CString& text, int width, int lines)
-{
+void CheckRepairs(const CString& text, int width, int lines) {
     Require(CString(text.ToUtf8()) == text);
     CString note = text, wrapped = text;
     Require(Xml::IsValidNCName(Xml::StringToNCName(text, u'_', /*insertUnderscore=*/true)));
@@ -38,8 +36,7 @@ void CheckRepairs(const CString& text, int width, int lines)
     Require(Strings::ShortenString(text, width).GetLength() <= std::max(width, 0));
 }
 
-void CheckParsers(const CString& text)
-{
+void CheckParsers(const CString& text) {
     double value = 1;
     int integer = 1;
     long whole = 1;
@@ -56,8 +53,7 @@ void CheckParsers(const CString& text)
     Require(!isWhole || whole >= 0 || natural == 0);
 }
 
-void CheckNumberText(const CString& text, int decimals)
-{
+void CheckNumberText(const CString& text, int decimals) {
     CString joined;
     CString fraction;
     bool negative = false;
@@ -76,8 +72,7 @@ void CheckNumberText(const CString& text, int decimals)
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const char* const kLocales[] = {"en_US", "de_DE", "ar_EG", "fa_IR", "fr_CH", "ff_Adlm", "pt_CV", "hi_IN"};
     if (size < 2)
         return 0;

@@ -19,9 +19,7 @@ concept ObjectReference =
     };
 
 /// The pointer to the object; null for a null reference.
-template <ObjectReference Reference>
-constexpr auto AddressOf(const Reference& reference)
-{
+template <ObjectReference Reference> constexpr auto AddressOf(const Reference& reference) {
     if constexpr (requires { reference.get(); })
         return reference.get();
     else
@@ -29,8 +27,7 @@ constexpr auto AddressOf(const Reference& reference)
 }
 
 /// The type that walking the range gives.
-template <class Range>
-using RangeReference = std::remove_cvref_t<std::ranges::range_reference_t<Range>>;
+template <class Range> using RangeReference = std::remove_cvref_t<std::ranges::range_reference_t<Range>>;
 
 /// A range that can be walked once and gives references to objects.
 template <class Range>
@@ -73,8 +70,7 @@ public:
     /// Whether the array holds that very object; a distinct but equal object does not count.
     template <rk::ReferenceArray Array, rk::ObjectReference Object>
         requires rk::IdentityComparable<rk::RangeReference<Array>, Object>
-    static bool containsObjectIdenticalTo(Array&& array, const Object& object)
-    {
+    static bool containsObjectIdenticalTo(Array&& array, const Object& object) {
         // NOLINTNEXTLINE(readability-use-anyofallof): <algorithm> would double the cost of this header
         for (auto&& element : array) {
             if (rk::AddressOf(element) == rk::AddressOf(object))
@@ -87,8 +83,7 @@ public:
     /// found; the time is linear in both ranges together. Throws std::bad_alloc without memory for the addresses.
     template <rk::ReferenceArray Array, rk::ReferenceRange Objects>
         requires rk::IdentityComparable<rk::RangeReference<Array>, rk::RangeReference<Objects>>
-    static bool containsAnyObjectsIdenticalTo(Array&& array, Objects&& objects)
-    {
+    static bool containsAnyObjectsIdenticalTo(Array&& array, Objects&& objects) {
         using Common = rk::CommonAddress<rk::RangeReference<Array>, rk::RangeReference<Objects>>;
         std::unordered_set<Common> addresses(static_cast<std::size_t>(std::ranges::distance(array)));
         for (auto&& element : array)
@@ -106,8 +101,7 @@ public:
     /// The time is the product of both lengths at most: `==` is all that is asked of the objects.
     template <rk::ReferenceArray Array, rk::ReferenceRange Objects>
         requires rk::EqualityComparable<rk::RangeReference<Array>, rk::RangeReference<Objects>>
-    static std::set<std::size_t> indexesOfObjects(Array&& array, Objects&& objects)
-    {
+    static std::set<std::size_t> indexesOfObjects(Array&& array, Objects&& objects) {
         std::set<std::size_t> positions;
         for (auto&& object : objects) {
             std::size_t position = 0;
@@ -123,8 +117,7 @@ public:
     }
 
 private:
-    static bool AreEqual(const auto* left, const auto* right)
-    {
+    static bool AreEqual(const auto* left, const auto* right) {
         return left && right ? *left == *right : !left && !right;
     }
 };

@@ -4,8 +4,7 @@ namespace {
 
 constexpr unsigned int kShadeFlag = 0x02000000;
 
-unsigned int ShadeOfChannel(unsigned int channel, int percent) noexcept
-{
+unsigned int ShadeOfChannel(unsigned int channel, int percent) noexcept {
     const int value = static_cast<int>(channel);
     const int shade =
         percent > 0 ? value + ((255 - value) * percent + 50) / 100 : value - (value * -percent + 50) / 100;
@@ -14,8 +13,7 @@ unsigned int ShadeOfChannel(unsigned int channel, int percent) noexcept
 
 }  // namespace
 
-unsigned int CrkColorConverter::ShadeOf(unsigned int color, int percent) noexcept
-{
+unsigned int CrkColorConverter::ShadeOf(unsigned int color, int percent) noexcept {
     if (percent < -100 || percent > 100)
         return (color & 0x00FFFFFFU) | kShadeFlag;
     unsigned int shade = kShadeFlag;

@@ -9,13 +9,11 @@
 class RK_EXPORT CrkColorConverter {
 public:
     /// Opaque ARGB; the flag byte is dropped: 0x00332211 becomes 0xFF112233.
-    static constexpr unsigned int COLORREFToARGB(unsigned int color) noexcept
-    {
+    static constexpr unsigned int COLORREFToARGB(unsigned int color) noexcept {
         return 0xFF000000U | ARGBToCOLORREF(color);
     }
     /// Alpha is dropped, the flag byte is 0: 0x80112233 becomes 0x00332211.
-    static constexpr unsigned int ARGBToCOLORREF(unsigned int argb) noexcept
-    {
+    static constexpr unsigned int ARGBToCOLORREF(unsigned int argb) noexcept {
         return (argb & 0xFFU) << 16U | (argb & 0xFF00U) | (argb >> 16U & 0xFFU);
     }
     /// A lighter (percent above 0) or darker shade: each channel moves by that share towards 255 or 0, rounded half up.

@@ -37,8 +37,7 @@ public:
     /// The short date, one space, the long time: "16.11.26 21:52:05 MEZ".
     static CString DateTimeString(const CTime& time) { return ShortDateString(time) + u' ' + LongTimeString(time); }
     /// The short date, one space, the short time: "16.11.26 21:52".
-    static CString ShortDateTimeString(const CTime& time)
-    {
+    static CString ShortDateTimeString(const CTime& time) {
         return ShortDateString(time) + u' ' + ShortTimeString(time);
     }
 
@@ -75,8 +74,7 @@ public:
     /// 00:00 on the Sunday that begins the date's week, and on the Sunday that ends it.
     static COleDateTime GetWeekStart(const COleDateTime& date) noexcept { return GetLocalizedWeekStart(date, {}); }
     /// 00:00 on the Sunday that ends the date's week.
-    static COleDateTime GetWeekEnd(const COleDateTime& date) noexcept
-    {
+    static COleDateTime GetWeekEnd(const COleDateTime& date) noexcept {
         return GetWeekStart(date) + COleDateTimeSpan(7, 0, 0, 0);
     }
     /// 00:00 on the first day of the date's week: on a Monday when `language` is exactly "de" or "fr", else on a Sunday.

@@ -15,8 +15,7 @@ constexpr char16_t kDayOff = u'0';
 constexpr char16_t kWorkingDay = u'1';
 
 /// The number as C's "%f" prints it in the "C" locale.
-void AppendDate(std::u16string& text, double date)
-{
+void AppendDate(std::u16string& text, double date) {
     if (std::isnan(date)) {  // the standard libraries differ in the words for a NaN
         text += std::signbit(date) ? u"-nan" : u"nan";
         return;
@@ -29,8 +28,7 @@ void AppendDate(std::u16string& text, double date)
 }
 
 /// Takes the next piece that is not empty off the front; "" when there is none.
-std::u16string_view TakePiece(std::u16string_view& text)
-{
+std::u16string_view TakePiece(std::u16string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(kSeparator), text.size()));
     const std::u16string_view piece = text.substr(0, text.find(kSeparator));
     text.remove_prefix(piece.size());
@@ -40,8 +38,7 @@ std::u16string_view TakePiece(std::u16string_view& text)
 }  // namespace
 
 CString CrkDateUtilities::CreatePtmCalendarString(const CAtlArray<bool>& workingDays,
-                                                  const CAtlMap<double, bool>& dates)
-{
+                                                  const CAtlMap<double, bool>& dates) {
     std::u16string text;
     for (std::size_t day = 0; day < kDaysAWeek; ++day)
         text += day < workingDays.GetCount() && workingDays[day] ? kWorkingDay : kDayOff;
@@ -52,8 +49,8 @@ CString CrkDateUtilities::CreatePtmCalendarString(const CAtlArray<bool>& working
     return text;
 }
 
-void CrkDateUtilities::ParsePtmCalendarString(CString text, CAtlArray<bool>& workingDays, CAtlMap<double, bool>& dates)
-{
+void CrkDateUtilities::ParsePtmCalendarString(CString text, CAtlArray<bool>& workingDays,
+                                              CAtlMap<double, bool>& dates) {
     if (text.IsEmpty())
         return;
     workingDays.SetCount(kDaysAWeek);
@@ -71,7 +68,4 @@ void CrkDateUtilities::ParsePtmCalendarString(CString text, CAtlArray<bool>& wor
     }
 }
 
-CString CrkDateUtilities::DefaultWorkweekString()
-{
-    return u"0111110";
-}
+CString CrkDateUtilities::DefaultWorkweekString() { return u"0111110"; }

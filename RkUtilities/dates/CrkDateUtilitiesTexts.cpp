@@ -16,8 +16,7 @@ using rk::platform::DateStyle;
 constinit std::atomic<const std::string*> dateLocale = nullptr;
 constinit std::atomic<const std::string*> timeLocale = nullptr;
 
-const std::string& Fixed(std::atomic<const std::string*>& locale)
-{
+const std::string& Fixed(std::atomic<const std::string*>& locale) {
     const std::string* name = locale.load(std::memory_order_acquire);
     if (name == nullptr) {
         auto first = std::make_unique<const std::string>(rk::platform::UserLocaleName(rk::platform::LocaleUse::Time));
@@ -27,36 +26,22 @@ const std::string& Fixed(std::atomic<const std::string*>& locale)
     return *name;
 }
 
-std::u16string_view DateText(const CTime& time, DateStyle style)
-{
+std::u16string_view DateText(const CTime& time, DateStyle style) {
     return rk::platform::LocalDateText(Fixed(dateLocale), style, DateStyle::None,
                                        rk::platform::UtcSecondsOf(time.GetCFAbsoluteTime()));
 }
 
-std::u16string_view TimeText(const CTime& time, DateStyle style)
-{
+std::u16string_view TimeText(const CTime& time, DateStyle style) {
     return rk::platform::LocalDateText(Fixed(timeLocale), DateStyle::None, style,
                                        rk::platform::UtcSecondsOf(time.GetCFAbsoluteTime()));
 }
 
 }  // namespace
 
-CString CrkDateUtilities::ShortDateString(const CTime& time)
-{
-    return DateText(time, DateStyle::Short);
-}
+CString CrkDateUtilities::ShortDateString(const CTime& time) { return DateText(time, DateStyle::Short); }
 
-CString CrkDateUtilities::LongDateString(const CTime& time)
-{
-    return DateText(time, DateStyle::Long);
-}
+CString CrkDateUtilities::LongDateString(const CTime& time) { return DateText(time, DateStyle::Long); }
 
-CString CrkDateUtilities::ShortTimeString(const CTime& time)
-{
-    return TimeText(time, DateStyle::Short);
-}
+CString CrkDateUtilities::ShortTimeString(const CTime& time) { return TimeText(time, DateStyle::Short); }
 
-CString CrkDateUtilities::LongTimeString(const CTime& time)
-{
-    return TimeText(time, DateStyle::Long);
-}
+CString CrkDateUtilities::LongTimeString(const CTime& time) { return TimeText(time, DateStyle::Long); }

@@ -2,11 +2,9 @@
 
 namespace ATL {
 
-CAtlException::CAtlException(int code) noexcept : m_hr(code)
-{}
+CAtlException::CAtlException(int code) noexcept : m_hr(code) {}
 
-const char* CAtlException::what() const noexcept
-{
+const char* CAtlException::what() const noexcept {
     switch (m_hr) {
     case kAllocationFailed:
         return "container: out of memory";
@@ -17,9 +15,6 @@ const char* CAtlException::what() const noexcept
     }
 }
 
-void AtlThrow(int code)
-{
-    throw CAtlException(code);
-}
+void AtlThrow(int code) { throw CAtlException(code); }
 
 }  // namespace ATL

@@ -29,9 +29,7 @@ public:
 namespace rk {
 
 /// Runs the work of a container; std::bad_alloc from it, an element's own included, leaves as CAtlException -108.
-template <class Work>
-decltype(auto) RaisingAllocationFailures(Work&& work)
-{
+template <class Work> decltype(auto) RaisingAllocationFailures(Work&& work) {
     try {
         return std::forward<Work>(work)();
     } catch (const std::bad_alloc&) {

@@ -23,8 +23,7 @@
 /// same array. Adding and SetCount may move the elements: references and iterators end. An empty array holds no memory
 /// until the first element. Copies are deep; a moved-from array is empty. Different threads may use different arrays,
 /// and one array while no thread changes it.
-template <class T>
-class CAtlArray {
+template <class T> class CAtlArray {
 public:
     using value_type = T;                    ///< The elements' type.
     using size_type = std::size_t;           ///< The type of counts.
@@ -40,8 +39,7 @@ public:
     CAtlArray(const CAtlArray& other) : CAtlArray(other.begin(), other.GetCount()) {}  ///< Copies the elements.
     CAtlArray(CAtlArray&& other) noexcept { Swap(other); }  ///< Takes the elements; `other` is empty then.
     /// Copies or takes the other array's elements.
-    CAtlArray& operator=(CAtlArray other) noexcept
-    {
+    CAtlArray& operator=(CAtlArray other) noexcept {
         Swap(other);
         return *this;
     }
@@ -61,13 +59,11 @@ public:
     T& operator[](std::size_t index) { return GetAt(index); }                     ///< `GetAt`.
 
     /// Replaces an element. The element's own assignment decides what is left of it when that throws.
-    void SetAt(std::size_t index, const T& element)
-    {
+    void SetAt(std::size_t index, const T& element) {
         rk::RaisingAllocationFailures([&] { GetAt(index) = element; });
     }
     /// Moves an element in.
-    void SetAt(std::size_t index, T&& element)
-    {
+    void SetAt(std::size_t index, T&& element) {
         rk::RaisingAllocationFailures([&] { GetAt(index) = std::move(element); });
     }
 
@@ -79,9 +75,7 @@ public:
 
     /// Inserts an element before the one at `index`; `GetCount()` inserts at the end. An element's own move or swap decides
     /// what is left of the order when that throws.
-    template <std::convertible_to<T> Element = T>
-    void InsertAt(std::size_t index, Element&& element)
-    {
+    template <std::convertible_to<T> Element = T> void InsertAt(std::size_t index, Element&& element) {
         if (index > m_count)
             ATL::AtlThrow(ATL::kInvalidArgument);
         Append(std::forward<Element>(element));
@@ -92,8 +86,7 @@ public:
         });
     }
     /// Removes `count` elements from `index` on. An element's own move decides what is left of the others when that throws.
-    void RemoveAt(std::size_t index, std::size_t count = 1)
-    {
+    void RemoveAt(std::size_t index, std::size_t count = 1) {
         if (index > m_count || count > m_count - index)
             ATL::AtlThrow(ATL::kInvalidArgument);
         if (count == 0)  // an element must not be moved onto itself
@@ -108,8 +101,7 @@ public:
 
     /// Cuts the array to its first `count` elements, or lengthens it with value-initialised ones (0, false, "").
     /// @return true; failures throw
-    bool SetCount(std::size_t count)
-    {
+    bool SetCount(std::size_t count) {
         rk::RaisingAllocationFailures([&] {
             if (count <= m_count) {
                 Memory::DestroyEach(m_storage.m_elements + count, m_count - count);
@@ -133,8 +125,7 @@ public:
     const T* end() const noexcept { return m_storage.m_elements + m_count; }  ///< Behind the last element.
 
     /// The same number of elements, equal one by one.
-    friend bool operator==(const CAtlArray& left, const CAtlArray& right)
-    {
+    friend bool operator==(const CAtlArray& left, const CAtlArray& right) {
         if (left.m_count != right.m_count)
             return false;
         for (std::size_t i = 0; i < left.m_count; ++i) {
@@ -159,33 +150,27 @@ private:
         std::size_t m_capacity = 0;
     };
 
-    CAtlArray(const T* elements, std::size_t count) : CAtlArray()
-    {
+    CAtlArray(const T* elements, std::size_t count) : CAtlArray() {
         rk::RaisingAllocationFailures([&] {
             if (count > 0)
                 AddBehind(count, [&](T* place, std::size_t) { Memory::CopyEach(elements, count, place); });
         });
     }
 
-    std::size_t Checked(std::size_t index) const
-    {
+    std::size_t Checked(std::size_t index) const {
         if (index >= m_count)
             ATL::AtlThrow(ATL::kInvalidArgument);
         return index;
     }
 
-    template <class Element>
-    std::size_t Append(Element&& element)
-    {
+    template <class Element> std::size_t Append(Element&& element) {
         rk::RaisingAllocationFailures(
             [&] { AddBehind(1, [&](T* place, std::size_t) { Memory::Make(place, std::forward<Element>(element)); }); });
         return m_count - 1;
     }
 
     /// Lets `construct` make `addedCount` elements behind the last one, in new memory if need be.
-    template <class Construct>
-    void AddBehind(std::size_t addedCount, const Construct& construct)
-    {
+    template <class Construct> void AddBehind(std::size_t addedCount, const Construct& construct) {
         const std::size_t count = m_count + addedCount;
         if (count <= m_storage.m_capacity) {
             construct(m_storage.m_elements + m_count, addedCount);
@@ -197,8 +182,7 @@ private:
         m_count = count;
     }
 
-    void MoveElementsTo(Storage& wider, std::size_t addedCount)
-    {
+    void MoveElementsTo(Storage& wider, std::size_t addedCount) {
         if constexpr (std::is_nothrow_move_constructible_v<T>) {
             // Each is destroyed at once, so that no moved-from element is stored.
             for (std::size_t i = 0; i < m_count; ++i) {
@@ -212,8 +196,7 @@ private:
         SwapStorage(wider);
     }
 
-    void CopyOrMoveElementsTo(Storage& wider, std::size_t addedCount)
-    {
+    void CopyOrMoveElementsTo(Storage& wider, std::size_t addedCount) {
         try {
             if constexpr (std::is_copy_constructible_v<T>)
                 Memory::CopyEach(m_storage.m_elements, m_count, wider.m_elements);
@@ -227,14 +210,12 @@ private:
         }
     }
 
-    void SwapStorage(Storage& other) noexcept
-    {
+    void SwapStorage(Storage& other) noexcept {
         std::swap(m_storage.m_elements, other.m_elements);
         std::swap(m_storage.m_capacity, other.m_capacity);
     }
 
-    void Swap(CAtlArray& other) noexcept
-    {
+    void Swap(CAtlArray& other) noexcept {
         SwapStorage(other.m_storage);
         std::swap(m_count, other.m_count);
     }

@@ -23,8 +23,7 @@
 /// elements; an empty list holds no memory until the first element, the place of a removed element serves a later one,
 /// RemoveAll frees all. Copies are deep; a moved-from list is empty. Different threads may use different lists, and one
 /// list while no thread changes it.
-template <class T>
-class CAtlList {
+template <class T> class CAtlList {
 public:
     using value_type = T;                                            ///< The elements' type.
     using size_type = std::size_t;                                   ///< The type of counts.
@@ -42,8 +41,7 @@ public:
     /// Takes the elements; `other` is empty then.
     CAtlList(CAtlList&& other) noexcept : CAtlList(other.m_blockElementCount) { Swap(other); }
     /// Copies or takes the other list's elements.
-    CAtlList& operator=(CAtlList other) noexcept
-    {
+    CAtlList& operator=(CAtlList other) noexcept {
         Swap(other);
         return *this;
     }
@@ -84,17 +82,13 @@ public:
     const T& GetTail() const { return GetAt(GetTailPosition()); }  ///< The last element, for reading.
 
     /// Adds an element before the one at a position; returns its position.
-    template <std::convertible_to<T> Element = T>
-    POSITION InsertBefore(POSITION position, Element&& element)
-    {
+    template <std::convertible_to<T> Element = T> POSITION InsertBefore(POSITION position, Element&& element) {
         Node* const next = Checked(position);
         return next->previous ? LinkAfter(next->previous, Create(std::forward<Element>(element)))
                               : LinkHead(Create(std::forward<Element>(element)));
     }
     /// Adds an element behind the one at a position; returns its position.
-    template <std::convertible_to<T> Element = T>
-    POSITION InsertAfter(POSITION position, Element&& element)
-    {
+    template <std::convertible_to<T> Element = T> POSITION InsertAfter(POSITION position, Element&& element) {
         Node* const previous = Checked(position);
         return previous->next ? LinkAfter(previous, Create(std::forward<Element>(element)))
                               : LinkTail(Create(std::forward<Element>(element)));
@@ -104,8 +98,7 @@ public:
     const T& GetAt(POSITION position) const { return Checked(position)->element; }  ///< The element, for reading.
 
     /// Removes the element; the positions of all others stay valid.
-    void RemoveAt(POSITION position)
-    {
+    void RemoveAt(POSITION position) {
         Node* const node = Checked(position);
         (node->previous ? node->previous->next : m_head) = node->next;
         (node->next ? node->next->previous : m_tail) = node->previous;
@@ -114,8 +107,7 @@ public:
     }
 
     /// Removes all elements and frees the memory.
-    void RemoveAll() noexcept
-    {
+    void RemoveAll() noexcept {
         Node* node = std::exchange(m_head, nullptr);
         m_tail = nullptr;
         m_count = 0;
@@ -133,8 +125,7 @@ public:
     const_iterator end() const noexcept { return {this, nullptr}; }              ///< Behind the last element.
 
     /// The same number of elements, equal one by one.
-    friend bool operator==(const CAtlList& left, const CAtlList& right)
-    {
+    friend bool operator==(const CAtlList& left, const CAtlList& right) {
         if (left.m_count != right.m_count)
             return false;
         for (auto a = left.begin(), b = right.begin(); a != left.end(); ++a, ++b) {
@@ -151,8 +142,7 @@ private:
     struct Node {
         template <class Element>
         explicit Node(Element&& value)  // NOLINT(bugprone-forwarding-reference-overload): nodes are never copied
-            : element(std::forward<Element>(value))
-        {}
+            : element(std::forward<Element>(value)) {}
 
         Node* previous = nullptr;
         Node* next = nullptr;
@@ -164,13 +154,11 @@ private:
     static T& EntryAt(POSITION position) noexcept { return NodeAt(position)->element; }
     static constexpr bool kWalksBack = true;
     static POSITION PositionAfter(POSITION position) noexcept { return PositionOf(NodeAt(position)->next); }
-    POSITION PositionBefore(POSITION position) const noexcept
-    {
+    POSITION PositionBefore(POSITION position) const noexcept {
         return PositionOf(position ? NodeAt(position)->previous : m_tail);
     }
 
-    static Node* Checked(POSITION position)
-    {
+    static Node* Checked(POSITION position) {
         if (!position)
             ATL::AtlThrow(ATL::kInvalidArgument);
         return NodeAt(position);
@@ -178,15 +166,12 @@ private:
     static POSITION Following(POSITION position) { return PositionOf(Checked(position)->next); }
     static POSITION Preceding(POSITION position) { return PositionOf(Checked(position)->previous); }
 
-    template <class Element>
-    Node* Create(Element&& element)
-    {
+    template <class Element> Node* Create(Element&& element) {
         return rk::RaisingAllocationFailures(
             [&] { return m_pool.Create(m_blockElementCount, std::forward<Element>(element)); });
     }
 
-    POSITION LinkHead(Node* node) noexcept
-    {
+    POSITION LinkHead(Node* node) noexcept {
         node->next = m_head;
         (m_head ? m_head->previous : m_tail) = node;
         m_head = node;
@@ -194,8 +179,7 @@ private:
         return PositionOf(node);
     }
 
-    POSITION LinkTail(Node* node) noexcept
-    {
+    POSITION LinkTail(Node* node) noexcept {
         node->previous = m_tail;
         (m_tail ? m_tail->next : m_head) = node;
         m_tail = node;
@@ -204,8 +188,7 @@ private:
     }
 
     /// Between a node and the next one.
-    POSITION LinkAfter(Node* previous, Node* node) noexcept
-    {
+    POSITION LinkAfter(Node* previous, Node* node) noexcept {
         node->previous = previous;
         node->next = previous->next;
         previous->next = node->next->previous = node;
@@ -213,15 +196,12 @@ private:
         return PositionOf(node);
     }
 
-    template <class Elements>
-    void AddEach(const Elements& elements)
-    {
+    template <class Elements> void AddEach(const Elements& elements) {
         for (const T& element : elements)
             AddTail(element);
     }
 
-    void Swap(CAtlList& other) noexcept
-    {
+    void Swap(CAtlList& other) noexcept {
         m_pool.Swap(other.m_pool);
         std::swap(m_head, other.m_head);
         std::swap(m_tail, other.m_tail);

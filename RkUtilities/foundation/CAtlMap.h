@@ -42,8 +42,7 @@ concept KeyFor =
 /// there. An argument may be a part of the same map. An empty map holds no memory until the first key; RemoveAll frees
 /// all. Copies are deep and walked alike; a moved-from map is empty. Looking up never allocates, unless the argument
 /// must be converted to a key. Different threads may use different maps, and one map while no thread changes it.
-template <class K, class V, class KTraits = CElementTraits<K>>
-class CAtlMap {
+template <class K, class V, class KTraits = CElementTraits<K>> class CAtlMap {
 public:
     /// An entry: what walks and look-ups lead to. The key stays; the value may be changed.
     struct CPair {
@@ -61,20 +60,17 @@ public:
 
     CAtlMap() noexcept = default;
     /// Sets the pairs in their order, so that the last one of equal keys stays.
-    CAtlMap(std::initializer_list<CPair> pairs) : CAtlMap()
-    {
+    CAtlMap(std::initializer_list<CPair> pairs) : CAtlMap() {
         for (const CPair& pair : pairs)
             SetAt(pair.m_key, pair.m_value);
     }
     /// Copies the entries.
-    CAtlMap(const CAtlMap& other) : CAtlMap()
-    {
+    CAtlMap(const CAtlMap& other) : CAtlMap() {
         rk::RaisingAllocationFailures([&] { CopyEntries(other); });
     }
     CAtlMap(CAtlMap&& other) noexcept : CAtlMap() { Swap(other); }  ///< Takes the entries; `other` is empty then.
     /// Copies or takes the other map's entries.
-    CAtlMap& operator=(CAtlMap other) noexcept
-    {
+    CAtlMap& operator=(CAtlMap other) noexcept {
         Swap(other);
         return *this;
     }
@@ -82,8 +78,7 @@ public:
 
     /// Fixes the bucket count that an empty map starts with, now and after RemoveAll; allocates nothing yet.
     /// @return false, and nothing changes, when the map holds entries or the count is 0
-    bool InitHashTable(unsigned int bucketCount) noexcept
-    {
+    bool InitHashTable(unsigned int bucketCount) noexcept {
         if (m_count > 0 || bucketCount == 0)
             return false;
         RemoveAll();  // entries that were removed one by one have left a table
@@ -92,8 +87,7 @@ public:
     }
 
     /// The bucket count in use, or the one to start with.
-    unsigned int GetHashTableSize() const noexcept
-    {
+    unsigned int GetHashTableSize() const noexcept {
         return m_buckets.count == 0 ? m_firstBucketCount : m_buckets.count;
     }
 
@@ -110,8 +104,7 @@ public:
     POSITION SetAt(K&& key, V&& value) { return Set(std::move(key), std::move(value)); }  ///< The same, moving both in.
 
     /// The key's value. A key that is not there is set with a value-initialised one (0, false, "").
-    V& operator[](const K& key)
-    {
+    V& operator[](const K& key) {
         if (CPair* const entry = Lookup(key))
             return entry->m_value;
         return EntryAt(rk::RaisingAllocationFailures([&] { return Set(key, V()); })).m_value;
@@ -120,16 +113,12 @@ public:
     /// The entry of the key, or null.
     ///
     /// A map of text keys takes views and literals as they are; for other maps the argument is converted to a key.
-    template <rk::KeyFor<K, KTraits> Key = K>
-    CPair* Lookup(const Key& key)
-    {
+    template <rk::KeyFor<K, KTraits> Key = K> CPair* Lookup(const Key& key) {
         Node* const node = FindKey(key);
         return node ? &node->entry : nullptr;
     }
     /// The entry, for reading.
-    template <rk::KeyFor<K, KTraits> Key = K>
-    const CPair* Lookup(const Key& key) const
-    {
+    template <rk::KeyFor<K, KTraits> Key = K> const CPair* Lookup(const Key& key) const {
         const Node* const node = FindKey(key);
         return node ? &node->entry : nullptr;
     }
@@ -137,9 +126,7 @@ public:
     /// Copies the key's value.
     /// @param[out] value  untouched when the result is false
     /// @return false when the map does not hold the key
-    template <rk::KeyFor<K, KTraits> Key = K>
-    bool Lookup(const Key& key, V& value) const
-    {
+    template <rk::KeyFor<K, KTraits> Key = K> bool Lookup(const Key& key, V& value) const {
         const CPair* const entry = Lookup(key);
         if (entry)
             rk::RaisingAllocationFailures([&] { value = entry->m_value; });
@@ -148,9 +135,7 @@ public:
 
     /// Removes the key and its value.
     /// @return false when the map does not hold the key
-    template <rk::KeyFor<K, KTraits> Key = K>
-    bool RemoveKey(const Key& key)
-    {
+    template <rk::KeyFor<K, KTraits> Key = K> bool RemoveKey(const Key& key) {
         Node* const node = FindKey(key);
         if (!node)
             return false;
@@ -164,8 +149,7 @@ public:
     }
 
     /// Removes all entries and frees the memory.
-    void RemoveAll() noexcept
-    {
+    void RemoveAll() noexcept {
         const Buckets buckets = std::exchange(m_buckets, {});
         m_count = 0;
         if constexpr (!std::is_trivially_destructible_v<CPair>) {
@@ -188,8 +172,7 @@ public:
     const CPair* GetNext(POSITION& position) const { return &EntryAt(std::exchange(position, Following(position))); }
 
     /// The same as a copy of the key and the value; when copying throws, the position stays.
-    void GetNextAssoc(POSITION& position, K& key, V& value) const
-    {
+    void GetNextAssoc(POSITION& position, K& key, V& value) const {
         const POSITION following = Following(position);
         rk::RaisingAllocationFailures([&] {
             key = EntryAt(position).m_key;
@@ -205,8 +188,7 @@ public:
     const_iterator end() const noexcept { return {this, nullptr}; }               ///< Behind the last entry.
 
     /// The same keys with equal values, in whatever order.
-    friend bool operator==(const CAtlMap& left, const CAtlMap& right)
-    {
+    friend bool operator==(const CAtlMap& left, const CAtlMap& right) {
         if (left.m_count != right.m_count)
             return false;
         for (const CPair& pair : left) {
@@ -224,8 +206,7 @@ private:
     struct Node {
         template <class Key, class Value>
         Node(std::uint32_t keyHash, Key&& key, Value&& value)
-            : hash(keyHash), entry{std::forward<Key>(key), std::forward<Value>(value)}
-        {}
+            : hash(keyHash), entry{std::forward<Key>(key), std::forward<Value>(value)} {}
 
         Node* next = nullptr;
         std::uint32_t hash;
@@ -237,20 +218,17 @@ private:
         Buckets() = default;
         explicit Buckets(std::uint32_t bucketCount) : first(new Node* [bucketCount] {}), count(bucketCount) {}
         Buckets(Buckets&& other) noexcept : Buckets() { Swap(other); }
-        Buckets& operator=(Buckets other) noexcept
-        {
+        Buckets& operator=(Buckets other) noexcept {
             Swap(other);
             return *this;
         }
         ~Buckets() { delete[] first; }
 
-        void Swap(Buckets& other) noexcept
-        {
+        void Swap(Buckets& other) noexcept {
             std::swap(first, other.first);
             std::swap(count, other.count);
         }
-        std::uint32_t Of(std::uint32_t hash) const noexcept
-        {
+        std::uint32_t Of(std::uint32_t hash) const noexcept {
             const std::uint32_t mask = count - 1;
             return (count & mask) == 0 ? hash & mask : hash % count;  // a division costs as much as the hash of a name
         }
@@ -261,8 +239,7 @@ private:
     };
 
     static constexpr bool kWalksBack = false;
-    static POSITION PositionOf(const Node* node) noexcept
-    {
+    static POSITION PositionOf(const Node* node) noexcept {
         return reinterpret_cast<POSITION>(const_cast<Node*>(node));  // a position says nothing about const
     }
     static Node* NodeAt(POSITION position) noexcept { return reinterpret_cast<Node*>(position); }
@@ -270,27 +247,22 @@ private:
 
     std::uint32_t BucketOf(std::uint32_t hash) const noexcept { return m_buckets.Of(hash); }
 
-    POSITION FirstFromBucket(std::size_t bucket) const noexcept
-    {
+    POSITION FirstFromBucket(std::size_t bucket) const noexcept {
         while (bucket < m_buckets.count && !m_buckets.first[bucket])
             ++bucket;
         return bucket < m_buckets.count ? PositionOf(m_buckets.first[bucket]) : nullptr;
     }
-    POSITION PositionAfter(POSITION position) const noexcept
-    {
+    POSITION PositionAfter(POSITION position) const noexcept {
         const Node* const node = NodeAt(position);
         return node->next ? PositionOf(node->next) : FirstFromBucket(std::size_t{BucketOf(node->hash)} + 1);
     }
-    POSITION Following(POSITION position) const
-    {
+    POSITION Following(POSITION position) const {
         if (!position)
             ATL::AtlThrow(ATL::kInvalidArgument);
         return PositionAfter(position);
     }
 
-    template <class Key>
-    Node* FindKey(const Key& key) const
-    {
+    template <class Key> Node* FindKey(const Key& key) const {
         if (m_count == 0)
             return nullptr;
         // A text pointer may be null, which makes a key but no view.
@@ -303,8 +275,7 @@ private:
         }
     }
 
-    Node* Find(std::uint32_t hash, typename KTraits::INARGTYPE key) const
-    {
+    Node* Find(std::uint32_t hash, typename KTraits::INARGTYPE key) const {
         if (m_buckets.count == 0)
             return nullptr;
         for (Node* node = m_buckets.first[BucketOf(hash)]; node; node = node->next) {
@@ -314,9 +285,7 @@ private:
         return nullptr;
     }
 
-    template <class Key, class Value>
-    POSITION Set(Key&& key, Value&& value)
-    {
+    template <class Key, class Value> POSITION Set(Key&& key, Value&& value) {
         return rk::RaisingAllocationFailures([&] {
             const std::uint32_t hash = KTraits::Hash(key);
             Node* node = Find(hash, key);
@@ -328,9 +297,7 @@ private:
         });
     }
 
-    template <class Key, class Value>
-    Node* AddNode(std::uint32_t hash, Key&& key, Value&& value)
-    {
+    template <class Key, class Value> Node* AddNode(std::uint32_t hash, Key&& key, Value&& value) {
         Node* const node = m_pool.Create(BlockNodeCount(), hash, std::forward<Key>(key), std::forward<Value>(value));
         try {
             MakeRoomForOneMore();
@@ -346,16 +313,14 @@ private:
     /// Blocks grow with the map, up to a size from which an allocation hardly costs more for each node.
     std::size_t BlockNodeCount() const noexcept { return m_count < 10 ? 10 : m_count < 250 ? m_count : 250; }
 
-    void MakeRoomForOneMore()
-    {
+    void MakeRoomForOneMore() {
         if (m_buckets.count == 0)
             m_buckets = Buckets(m_firstBucketCount);
         else if (m_count >= 2 * std::size_t{m_buckets.count})
             Grow();
     }
 
-    void Grow()
-    {
+    void Grow() {
         // Each the first prime number from twice the one before on.
         static constexpr std::uint32_t kBucketCounts[] = {
             17,       37,       79,       163,       331,       673,       1361,       2729,      5471,    10949,
@@ -374,8 +339,7 @@ private:
         m_buckets.Swap(buckets);
     }
 
-    void CopyEntries(const CAtlMap& other)
-    {
+    void CopyEntries(const CAtlMap& other) {
         m_firstBucketCount = other.m_firstBucketCount;
         if (other.m_count == 0)
             return;
@@ -390,8 +354,7 @@ private:
         }
     }
 
-    void Swap(CAtlMap& other) noexcept
-    {
+    void Swap(CAtlMap& other) noexcept {
         m_pool.Swap(other.m_pool);
         m_buckets.Swap(other.m_buckets);
         std::swap(m_count, other.m_count);

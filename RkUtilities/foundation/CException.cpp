@@ -2,7 +2,4 @@
 
 CException::~CException() = default;
 
-void CException::Delete()
-{
-    delete this;
-}
+void CException::Delete() { delete this; }

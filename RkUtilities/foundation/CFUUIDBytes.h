@@ -23,11 +23,9 @@ struct CFUUIDBytes {
 static_assert(sizeof(CFUUIDBytes) == 16 && std::is_trivially_copyable_v<CFUUIDBytes>);
 
 /// By all 16 bytes.
-template <>
-struct std::hash<CFUUIDBytes> {
+template <> struct std::hash<CFUUIDBytes> {
     /// By all 16 bytes.
-    std::size_t operator()(const CFUUIDBytes& bytes) const noexcept
-    {
+    std::size_t operator()(const CFUUIDBytes& bytes) const noexcept {
         // Half of the bytes may be the same in all ids of a family, so both halves count.
         const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(bytes);
         return static_cast<std::size_t>(halves[0] ^ (halves[1] * 0x9E3779B97F4A7C15u));

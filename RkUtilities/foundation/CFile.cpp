@@ -26,42 +26,36 @@ constexpr double kUnixSecondsOf2001 = 978307200;
 // --- Failures
 
 /// The system says "not found" of a file and of its folder alike.
-int CauseOf(const std::error_code& error, const std::string& nativePath)
-{
+int CauseOf(const std::error_code& error, const std::string& nativePath) {
     const int cause = CFileException::ErrnoToException(error.value());
     return cause == CFileException::fileNotFound && !platform::HasExistingFolder(nativePath) ? CFileException::badPath
                                                                                              : cause;
 }
 
-void ThrowIfSet(const std::error_code& error, int cause, const CString& path)
-{
+void ThrowIfSet(const std::error_code& error, int cause, const CString& path) {
     if (error)
         throw new CFileException(cause, error.value(), path);
 }
 
-void ThrowIfSet(const std::error_code& error, const CString& path)
-{
+void ThrowIfSet(const std::error_code& error, const CString& path) {
     if (error)
         ThrowIfSet(error, CFileException::ErrnoToException(error.value()), path);
 }
 
-void ThrowIfSet(const std::error_code& error, const CString& path, const std::string& nativePath)
-{
+void ThrowIfSet(const std::error_code& error, const CString& path, const std::string& nativePath) {
     if (error)
         ThrowIfSet(error, CauseOf(error, nativePath), path);
 }
 
 // --- Status
 
-CTime TimeOf(const platform::FileTime& time)
-{
+CTime TimeOf(const platform::FileTime& time) {
     return CTime::FromCFAbsoluteTime(static_cast<double>(time.unixSeconds) - kUnixSecondsOf2001 +
                                      static_cast<double>(time.nanoseconds) * 1e-9);
 }
 
 /// The time to set in the file; nothing when the wanted time is null or the present time.
-std::optional<platform::FileTime> NewTime(const CTime& wanted, const platform::FileTime& present)
-{
+std::optional<platform::FileTime> NewTime(const CTime& wanted, const platform::FileTime& present) {
     if (wanted == CTime() || wanted == TimeOf(present))
         return std::nullopt;
     const double seconds = std::floor(wanted.GetCFAbsoluteTime());
@@ -71,14 +65,12 @@ std::optional<platform::FileTime> NewTime(const CTime& wanted, const platform::F
                               static_cast<std::int32_t>(std::fmin(nanoseconds, kMostNanoseconds))};
 }
 
-std::string_view LastElement(std::string_view nativePath)
-{
+std::string_view LastElement(std::string_view nativePath) {
     nativePath = nativePath.substr(0, nativePath.find_last_not_of('/') + 1);
     return nativePath.substr(nativePath.find_last_of('/') + 1);
 }
 
-CString FullName(const CString& path, const std::string& nativePath)
-{
+CString FullName(const CString& path, const std::string& nativePath) {
     if (path.GetAt(0) == u'/')
         return path;
     if (nativePath.starts_with('/'))
@@ -93,15 +85,13 @@ CString FullName(const CString& path, const std::string& nativePath)
 
 CFile::CFile() noexcept = default;
 
-CFile::CFile(const CString& path, unsigned int flags)
-{
+CFile::CFile(const CString& path, unsigned int flags) {
     CFileException failure;
     if (!Open(path, flags, &failure))
         throw new CFileException(failure.m_cause, static_cast<int>(failure.m_lOsError), path);
 }
 
-CFile::~CFile()
-{
+CFile::~CFile() {
     if (IsOpen() && !m_new)
         static_cast<void>(platform::CloseFile(m_hFile));
     delete m_new;
@@ -109,11 +99,9 @@ CFile::~CFile()
 
 CFile::CFile(CFile&& other) noexcept
     : m_hFile(std::exchange(other.m_hFile, -1)), m_new(std::exchange(other.m_new, nullptr)),
-      m_path(std::move(other.m_path))
-{}
+      m_path(std::move(other.m_path)) {}
 
-CFile& CFile::operator=(CFile&& other) noexcept
-{
+CFile& CFile::operator=(CFile&& other) noexcept {
     CFile taken(std::move(other));
     std::swap(m_hFile, taken.m_hFile);
     std::swap(m_new, taken.m_new);
@@ -121,8 +109,7 @@ CFile& CFile::operator=(CFile&& other) noexcept
     return *this;
 }
 
-bool CFile::Open(const CString& path, unsigned int flags, CFileException* error)
-{
+bool CFile::Open(const CString& path, unsigned int flags, CFileException* error) {
     *this = CFile();
     const std::string nativePath = rk::NativePath(path);
     constexpr unsigned int kKnownFlags = modeReadWrite | shareDenyWrite | shareDenyNone | modeCreate | modeTruncate;
@@ -143,8 +130,7 @@ bool CFile::Open(const CString& path, unsigned int flags, CFileException* error)
     return Opened(path, nativePath, failure, error);
 }
 
-bool CFile::OpenNew(const CString& path, CFileException* error)
-{
+bool CFile::OpenNew(const CString& path, CFileException* error) {
     *this = CFile();
     const std::string nativePath = rk::NativePath(path);
     auto file = std::make_unique<platform::NewFile>();
@@ -157,8 +143,7 @@ bool CFile::OpenNew(const CString& path, CFileException* error)
 }
 
 bool CFile::Opened(const CString& path, const std::string& nativePath, const std::error_code& failure,
-                   CFileException* error)
-{
+                   CFileException* error) {
     if (!failure)
         m_path = path;
     else if (error != nullptr)
@@ -166,8 +151,7 @@ bool CFile::Opened(const CString& path, const std::string& nativePath, const std
     return !failure;
 }
 
-void CFile::Commit(const CString& path, bool isReplacing)
-{
+void CFile::Commit(const CString& path, bool isReplacing) {
     if (!m_new)
         ThrowIfSet(std::make_error_code(std::errc::bad_file_descriptor), path);
     const std::string nativePath = rk::NativePath(path);
@@ -176,21 +160,18 @@ void CFile::Commit(const CString& path, bool isReplacing)
     *this = CFile();
 }
 
-unsigned int CFile::Read(void* buffer, unsigned int byteCount)
-{
+unsigned int CFile::Read(void* buffer, unsigned int byteCount) {
     return static_cast<unsigned int>(Read(std::span(static_cast<std::byte*>(buffer), byteCount)).size());
 }
 
-std::span<std::byte> CFile::Read(std::span<std::byte> bytes)
-{
+std::span<std::byte> CFile::Read(std::span<std::byte> bytes) {
     std::error_code error;
     const std::size_t count = platform::ReadFile(m_hFile, bytes.data(), bytes.size(), error);
     ThrowIfSet(error, m_path);
     return bytes.first(count);
 }
 
-std::string CFile::ReadAll()
-{
+std::string CFile::ReadAll() {
     std::string bytes;
     std::size_t count = 0;
     do {
@@ -201,23 +182,17 @@ std::string CFile::ReadAll()
     return bytes;
 }
 
-void CFile::Write(const void* bytes, unsigned int byteCount)
-{
+void CFile::Write(const void* bytes, unsigned int byteCount) {
     Write(std::span(static_cast<const std::byte*>(bytes), byteCount));
 }
 
-void CFile::Write(std::span<const std::byte> bytes)
-{
+void CFile::Write(std::span<const std::byte> bytes) {
     ThrowIfSet(platform::WriteFile(m_hFile, {reinterpret_cast<const char*>(bytes.data()), bytes.size()}), m_path);
 }
 
-void CFile::WriteString(const CString& text)
-{
-    ThrowIfSet(platform::WriteFile(m_hFile, text.ToUtf8()), m_path);
-}
+void CFile::WriteString(const CString& text) { ThrowIfSet(platform::WriteFile(m_hFile, text.ToUtf8()), m_path); }
 
-unsigned long long CFile::Seek(long long offset, unsigned int from)
-{
+unsigned long long CFile::Seek(long long offset, unsigned int from) {
     std::error_code error = std::make_error_code(std::errc::invalid_argument);
     std::int64_t position = 0;
     if (from <= static_cast<unsigned int>(platform::SeekFrom::End))
@@ -227,38 +202,33 @@ unsigned long long CFile::Seek(long long offset, unsigned int from)
     return static_cast<unsigned long long>(position);
 }
 
-unsigned long long CFile::GetPosition() const
-{
+unsigned long long CFile::GetPosition() const {
     std::error_code error;
     const std::int64_t position = platform::SeekFile(m_hFile, 0, platform::SeekFrom::Position, error);
     ThrowIfSet(error, m_path);
     return static_cast<unsigned long long>(position);
 }
 
-unsigned long long CFile::GetLength() const
-{
+unsigned long long CFile::GetLength() const {
     std::error_code error;
     const std::int64_t length = platform::LengthOfFile(m_hFile, error);
     ThrowIfSet(error, m_path);
     return static_cast<unsigned long long>(length);
 }
 
-void CFile::SetLength(unsigned long long byteCount)
-{
+void CFile::SetLength(unsigned long long byteCount) {
     constexpr unsigned long long kMost = std::numeric_limits<std::int64_t>::max();
     ThrowIfSet(byteCount <= kMost ? platform::SetLengthOfFile(m_hFile, static_cast<std::int64_t>(byteCount))
                                   : std::make_error_code(std::errc::file_too_large),
                m_path);
 }
 
-void CFile::Flush()
-{
+void CFile::Flush() {
     if (!IsOpen())
         ThrowIfSet(std::make_error_code(std::errc::bad_file_descriptor), m_path);
 }
 
-void CFile::Close()
-{
+void CFile::Close() {
     if (m_new)
         *this = CFile();
     if (IsOpen())
@@ -267,8 +237,7 @@ void CFile::Close()
 
 // --- By path
 
-bool CFile::GetStatus(const CString& path, CFileStatus& status)
-{
+bool CFile::GetStatus(const CString& path, CFileStatus& status) {
     const std::string nativePath = rk::NativePath(path);
     const auto facts = platform::Inspect(nativePath);
     if (!facts)
@@ -283,8 +252,7 @@ bool CFile::GetStatus(const CString& path, CFileStatus& status)
     return true;
 }
 
-void CFile::SetStatus(const CString& path, const CFileStatus& status)
-{
+void CFile::SetStatus(const CString& path, const CFileStatus& status) {
     const std::string nativePath = rk::NativePath(path);
     const auto changesFor = [&status](const platform::FileFacts& present) {
         return platform::FileChanges{.ownerMayWrite = (status.m_attribute & CFileStatus::readOnly) == 0,
@@ -294,14 +262,12 @@ void CFile::SetStatus(const CString& path, const CFileStatus& status)
     ThrowIfSet(platform::Change(nativePath, changesFor), path, nativePath);
 }
 
-void CFile::Remove(const CString& path)
-{
+void CFile::Remove(const CString& path) {
     const std::string nativePath = rk::NativePath(path);
     ThrowIfSet(platform::RemoveFile(nativePath), path, nativePath);
 }
 
-void CFile::Rename(const CString& oldPath, const CString& newPath)
-{
+void CFile::Rename(const CString& oldPath, const CString& newPath) {
     const std::string from = rk::NativePath(oldPath);
     const std::string to = rk::NativePath(newPath);
     const std::error_code error = platform::MoveTree(from, to);
@@ -309,8 +275,7 @@ void CFile::Rename(const CString& oldPath, const CString& newPath)
     ThrowIfSet(error, cause == CFileException::fileNotFound ? CauseOf(error, to) : cause, oldPath);
 }
 
-void CFile::ReplaceFile(const CString& temporary, const CString& target)
-{
+void CFile::ReplaceFile(const CString& temporary, const CString& target) {
     const std::string from = rk::NativePath(temporary);
     const std::string to = rk::NativePath(target);
     const std::error_code error = platform::ReplaceForGood(from, to);

@@ -38,17 +38,14 @@ static_assert(std::size(kCauses) == CFileException::endOfFile + 1);
 }  // namespace
 
 CFileException::CFileException(int cause, int osError, unsigned short const* fileName)
-    : CFileException(cause, osError, CString(fileName))
-{}
+    : CFileException(cause, osError, CString(fileName)) {}
 
 CFileException::CFileException(int cause, int osError, CString fileName)
-    : m_cause(cause), m_lOsError(osError), m_strFileName(std::move(fileName))
-{}
+    : m_cause(cause), m_lOsError(osError), m_strFileName(std::move(fileName)) {}
 
 CFileException::~CFileException() = default;
 
-CString CFileException::GetErrorMessage() const
-{
+CString CFileException::GetErrorMessage() const {
     const bool isKnown = m_cause >= none && m_cause <= endOfFile;
     CString message = m_strFileName.IsEmpty() ? CString() : m_strFileName + u": ";
     message += CString(kCauses[isKnown ? m_cause : genericException].words);
@@ -57,8 +54,7 @@ CString CFileException::GetErrorMessage() const
     return message;
 }
 
-int CFileException::ErrnoToException(int osError) noexcept
-{
+int CFileException::ErrnoToException(int osError) noexcept {
     const auto has = [=](const CauseFacts& facts) { return std::ranges::count(facts.osErrors, osError) > 0; };
     const auto* const found = std::ranges::find_if(kCauses, has);
     return found != std::end(kCauses) ? static_cast<int>(found - kCauses) : genericException;

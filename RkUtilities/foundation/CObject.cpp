@@ -1,7 +1,6 @@
 #include "RkUtilities/foundation/CObject.h"
 
-const CRuntimeClass* CObject::GetRuntimeClass() const
-{
+const CRuntimeClass* CObject::GetRuntimeClass() const {
     static constexpr CRuntimeClass kClass = {"CObject", sizeof(CObject)};
     return &kClass;
 }

@@ -20,8 +20,7 @@ public:
     /// The given value.
     explicit constexpr COleDateTime(double dateValue) noexcept : m_dt(dateValue) {}
     /// Refused. Seconds since 1970: `COleDateTime(CTime::FromTimeT(seconds))`; days: a `double`.
-    template <std::integral T>
-    explicit COleDateTime(T) = delete;
+    template <std::integral T> explicit COleDateTime(T) = delete;
     /// The local calendar fields of a time, seconds included, fractions of a second not.
     explicit COleDateTime(const CTime& time) noexcept;
     /// The value of these fields; those out of range are carried ("31 April" is 1 May).
@@ -42,18 +41,15 @@ public:
     [[nodiscard]] CString Format(const CString& format) const;
 
     /// The span from `b` to `a`.
-    friend constexpr COleDateTimeSpan operator-(const COleDateTime& a, const COleDateTime& b) noexcept
-    {
+    friend constexpr COleDateTimeSpan operator-(const COleDateTime& a, const COleDateTime& b) noexcept {
         return COleDateTimeSpan::FromDays(a.m_dt - b.m_dt);
     }
     /// The date value so much later.
-    friend constexpr COleDateTime operator+(const COleDateTime& date, const COleDateTimeSpan& span) noexcept
-    {
+    friend constexpr COleDateTime operator+(const COleDateTime& date, const COleDateTimeSpan& span) noexcept {
         return COleDateTime(date.m_dt + span.m_span);
     }
     /// The date value so much earlier.
-    friend constexpr COleDateTime operator-(const COleDateTime& date, const COleDateTimeSpan& span) noexcept
-    {
+    friend constexpr COleDateTime operator-(const COleDateTime& date, const COleDateTimeSpan& span) noexcept {
         return COleDateTime(date.m_dt - span.m_span);
     }
     /// By the numbers.

@@ -13,12 +13,10 @@ public:
     /// The sum of its parts, each of any sign and size.
     constexpr COleDateTimeSpan(int days, int hours, int minutes, int seconds) noexcept
         : m_span(static_cast<double>(days) +
-                 static_cast<double>(hours * std::int64_t{3600} + minutes * std::int64_t{60} + seconds) / 86400)
-    {}
+                 static_cast<double>(hours * std::int64_t{3600} + minutes * std::int64_t{60} + seconds) / 86400) {}
 
     /// The span of that many days.
-    static constexpr COleDateTimeSpan FromDays(double days) noexcept
-    {
+    static constexpr COleDateTimeSpan FromDays(double days) noexcept {
         COleDateTimeSpan span;
         span.m_span = days;
         return span;
@@ -30,14 +28,12 @@ public:
     [[nodiscard]] constexpr double GetTotalSeconds() const noexcept { return m_span * 86400; }  ///< With fractions.
 
     /// Adds a span.
-    constexpr COleDateTimeSpan& operator+=(const COleDateTimeSpan& other) noexcept
-    {
+    constexpr COleDateTimeSpan& operator+=(const COleDateTimeSpan& other) noexcept {
         m_span += other.m_span;
         return *this;
     }
     /// Makes the span that many times as long.
-    constexpr COleDateTimeSpan& operator*=(double factor) noexcept
-    {
+    constexpr COleDateTimeSpan& operator*=(double factor) noexcept {
         m_span *= factor;
         return *this;
     }

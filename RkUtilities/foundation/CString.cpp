@@ -16,8 +16,7 @@ namespace {
 constexpr unsigned int kEncodingUtf8 = 0x08000100;
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-CString FromUtf8(std::string_view bytes)
-{
+CString FromUtf8(std::string_view bytes) {
     rk::TextBuilder builder;
     builder.AppendUtf8(bytes);
     return builder.Take();
@@ -27,11 +26,10 @@ CString FromUtf8(std::string_view bytes)
 
 // --- Construction
 
-CString::CString(std::string_view utf8) : CString(FromUtf8(utf8))
-{}
+CString::CString(std::string_view utf8) : CString(FromUtf8(utf8)) {}
 
-CString::CString(char const* bytes, unsigned long byteCount, unsigned int encoding, bool skipByteOrderMark) : CString()
-{
+CString::CString(char const* bytes, unsigned long byteCount, unsigned int encoding, bool skipByteOrderMark)
+    : CString() {
     if (bytes == nullptr || encoding != kEncodingUtf8)
         return;
     std::string_view utf8(bytes, byteCount);
@@ -42,44 +40,29 @@ CString::CString(char const* bytes, unsigned long byteCount, unsigned int encodi
 
 // --- Looking at the text
 
-std::string CString::ToUtf8() const
-{
+std::string CString::ToUtf8() const {
     std::string bytes;
     AppendUtf8To(bytes);
     return bytes;
 }
 
-void CString::AppendUtf8To(std::string& bytes) const
-{
-    rk::AppendUtf8(View(), bytes);
-}
+void CString::AppendUtf8To(std::string& bytes) const { rk::AppendUtf8(View(), bytes); }
 
-std::ostream& operator<<(std::ostream& stream, const CString& text)
-{
-    return stream << text.ToUtf8();
-}
+std::ostream& operator<<(std::ostream& stream, const CString& text) { return stream << text.ToUtf8(); }
 
 // --- Substrings
 
-CString CString::Left(int unitCount) const
-{
-    return Mid(0, unitCount);
-}
+CString CString::Left(int unitCount) const { return Mid(0, unitCount); }
 
-CString CString::Right(int unitCount) const
-{
-    return Mid(GetLength() - std::clamp(unitCount, 0, GetLength()));
-}
+CString CString::Right(int unitCount) const { return Mid(GetLength() - std::clamp(unitCount, 0, GetLength())); }
 
-CString CString::Mid(int start, int unitCount) const
-{
+CString CString::Mid(int start, int unitCount) const {
     start = std::clamp(start, 0, GetLength());
     unitCount = std::clamp(unitCount, 0, GetLength() - start);
     return Part(static_cast<std::size_t>(start), static_cast<std::size_t>(unitCount));
 }
 
-CString CString::Part(std::size_t start, std::size_t unitCount) const
-{
+CString CString::Part(std::size_t start, std::size_t unitCount) const {
     const std::u16string_view text = View();
     if (unitCount == text.size())
         return *this;
@@ -94,8 +77,7 @@ CString CString::Part(std::size_t start, std::size_t unitCount) const
 
 // --- Comparing
 
-int CString::Collate(const CString& other) const
-{
+int CString::Collate(const CString& other) const {
     rk::platform::TextRow<char16_t> texts;
     texts.Add(View());
     texts.Add(other.View());
@@ -106,15 +88,13 @@ int CString::Collate(const CString& other) const
 
 // --- Changing
 
-CString& CString::Append(const CString& text)
-{
+CString& CString::Append(const CString& text) {
     if (IsEmpty())
         return *this = text;
     return AppendUnits(text.View());
 }
 
-CString& CString::AppendUnits(std::u16string_view text)
-{
+CString& CString::AppendUnits(std::u16string_view text) {
     const std::size_t length = View().size();
     const std::size_t grown = length + text.size();
     if (m_text.IsOwn() && grown <= m_text.Capacity()) {
@@ -130,8 +110,7 @@ CString& CString::AppendUnits(std::u16string_view text)
     return *this;
 }
 
-CString CString::Joined(std::u16string_view a, std::u16string_view b)
-{
+CString CString::Joined(std::u16string_view a, std::u16string_view b) {
     return rk::TextBuilder::Written(a.size() + b.size(), [&](char16_t* units) {
         rk::CopyUnits(a.data(), a.size(), units);
         rk::CopyUnits(b.data(), b.size(), units + a.size());
@@ -140,12 +119,10 @@ CString CString::Joined(std::u16string_view a, std::u16string_view b)
 
 // --- Texts from elsewhere
 
-void CString::GetEnvironmentVariable(const CString& name)
-{
+void CString::GetEnvironmentVariable(const CString& name) {
     *this = CString(rk::platform::EnvironmentVariable(name.ToUtf8()).value_or(std::string()));
 }
 
-void CString::LoadString(char const* key, char const* bundle)
-{
+void CString::LoadString(char const* key, char const* bundle) {
     *this = key != nullptr ? CString(rk::platform::StringTableText(key, bundle)) : CString();
 }

@@ -70,17 +70,11 @@ public:
     CString(unsigned short const* text) : m_text(ViewOf(text)) {}
     /// The UTF-16 text: a `u"..."` literal, a zero-terminated `char16_t` text (null: empty), a view or a
     /// `std::u16string`.
-    template <rk::Utf16Text T>
-    CString(const T& text) : m_text(ViewOf(text))
-    {}
+    template <rk::Utf16Text T> CString(const T& text) : m_text(ViewOf(text)) {}
     /// One code unit. Other integers do not convert.
-    template <rk::CodeUnit T>
-    CString(const T& unit) : m_text(std::u16string_view(AsUnit(&unit), 1))
-    {}
+    template <rk::CodeUnit T> CString(const T& unit) : m_text(std::u16string_view(AsUnit(&unit), 1)) {}
     /// One character from one 8-bit character: ASCII; a byte of 0x80 or more is no UTF-8 by itself and gives U+FFFD.
-    template <std::same_as<char> T>
-    CString(const T& character) : CString(std::string_view(&character, 1))
-    {}
+    template <std::same_as<char> T> CString(const T& character) : CString(std::string_view(&character, 1)) {}
     /// The zero-terminated UTF-8 text; null gives the empty text. Wrong bytes as in the constructor from a view.
     CString(char const* utf8) : CString(utf8 != nullptr ? std::string_view(utf8) : std::string_view()) {}
     /// The UTF-8 text. Every maximal part that is no UTF-8 (Unicode, chapter 3, table 3-7) becomes one U+FFFD; nothing
@@ -94,9 +88,7 @@ public:
 
     /// A text over a literal, without allocation at any length and usable in constant initialisation, so that other
     /// files' initialisers may already use it.
-    template <std::size_t N>
-    static consteval CString Literal(const char16_t (&text)[N])
-    {
+    template <std::size_t N> static consteval CString Literal(const char16_t (&text)[N]) {
         static_assert(N - 1 < INT_MAX);
         return CString(rk::TextStorage(text, N - 1));
     }
@@ -106,24 +98,19 @@ public:
     [[nodiscard]] int GetLength() const noexcept { return m_text.Length(); }      ///< The number of code units.
     [[nodiscard]] bool IsEmpty() const noexcept { return m_text.Length() == 0; }  ///< Whether there are no units.
     /// The code unit at `index`; 0 outside the text.
-    [[nodiscard]] unsigned short GetAt(long index) const noexcept
-    {
+    [[nodiscard]] unsigned short GetAt(long index) const noexcept {
         return index >= 0 && index < GetLength() ? Units()[index] : static_cast<unsigned short>(0);
     }
     /// The code unit at `index`; 0 outside the text. A text has no units to assign to: `SetAt` changes one.
-    template <std::integral T>
-    [[nodiscard]] char16_t operator[](T index) const noexcept
-    {
+    template <std::integral T> [[nodiscard]] char16_t operator[](T index) const noexcept {
         return GetAt(static_cast<long>(index));
     }
     /// The zero-terminated text, valid while this text is neither changed nor destroyed.
-    [[nodiscard]] unsigned short const* GetUTF16Ptr() const noexcept RK_LIFETIMEBOUND
-    {
+    [[nodiscard]] unsigned short const* GetUTF16Ptr() const noexcept RK_LIFETIMEBOUND {
         return rk::AsUnsignedShort(Units());
     }
     /// The units, valid while this text is neither changed nor destroyed. Zero-terminated.
-    [[nodiscard]] std::u16string_view View() const noexcept RK_LIFETIMEBOUND
-    {
+    [[nodiscard]] std::u16string_view View() const noexcept RK_LIFETIMEBOUND {
         return {Units(), static_cast<std::size_t>(GetLength())};
     }
     operator std::u16string_view() const noexcept RK_LIFETIMEBOUND { return View(); }         ///< `View()`.
@@ -184,17 +171,9 @@ public:
     /// By code units.
     friend auto operator<=>(const CString& a, const CString& b) noexcept { return a.View() <=> b.View(); }
     /// The same units.
-    template <rk::Utf16Text T>
-    friend bool operator==(const CString& a, const T& b)
-    {
-        return a.View() == ViewOf(b);
-    }
+    template <rk::Utf16Text T> friend bool operator==(const CString& a, const T& b) { return a.View() == ViewOf(b); }
     /// By code units.
-    template <rk::Utf16Text T>
-    friend auto operator<=>(const CString& a, const T& b)
-    {
-        return a.View() <=> ViewOf(b);
-    }
+    template <rk::Utf16Text T> friend auto operator<=>(const CString& a, const T& b) { return a.View() <=> ViewOf(b); }
     /// The same units.
     friend bool operator==(const CString& a, unsigned short const* b) noexcept { return a.View() == ViewOf(b); }
     /// By code units.
@@ -203,8 +182,7 @@ public:
     // --- Changing the text in place
 
     /// Makes the text empty and gives its memory back.
-    void Empty() noexcept
-    {
+    void Empty() noexcept {
         CString empty;
         swap(*this, empty);
     }
@@ -238,42 +216,26 @@ public:
     CString& AppendChar(unsigned short unit) { return *this += unit; }  ///< Adds a unit at the end.
     CString& operator+=(const CString& text) { return Append(text); }   ///< `Append`.
     /// Appends any text.
-    template <rk::Utf16Text T>
-    CString& operator+=(const T& text)
-    {
-        return AppendUnits(ViewOf(text));
-    }
+    template <rk::Utf16Text T> CString& operator+=(const T& text) { return AppendUnits(ViewOf(text)); }
     /// Appends one unit.
-    template <rk::CodeUnit T>
-    CString& operator+=(const T& unit)
-    {
-        return AppendUnits({AsUnit(&unit), 1});
-    }
+    template <rk::CodeUnit T> CString& operator+=(const T& unit) { return AppendUnits({AsUnit(&unit), 1}); }
 
     /// `a` followed by `b`.
     friend CString operator+(const CString& a, const CString& b) { return Joined(a.View(), b.View()); }
     /// `a` followed by `b`.
-    template <rk::Utf16Text T>
-    friend CString operator+(const CString& a, const T& b)
-    {
+    template <rk::Utf16Text T> friend CString operator+(const CString& a, const T& b) {
         return Joined(a.View(), ViewOf(b));
     }
     /// `a` followed by `b`.
-    template <rk::Utf16Text T>
-    friend CString operator+(const T& a, const CString& b)
-    {
+    template <rk::Utf16Text T> friend CString operator+(const T& a, const CString& b) {
         return Joined(ViewOf(a), b.View());
     }
     /// The text followed by a unit.
-    template <rk::CodeUnit T>
-    friend CString operator+(const CString& a, const T& unit)
-    {
+    template <rk::CodeUnit T> friend CString operator+(const CString& a, const T& unit) {
         return Joined(a.View(), {AsUnit(&unit), 1});
     }
     /// A unit followed by the text.
-    template <rk::CodeUnit T>
-    friend CString operator+(const T& unit, const CString& b)
-    {
+    template <rk::CodeUnit T> friend CString operator+(const T& unit, const CString& b) {
         return Joined({AsUnit(&unit), 1}, b.View());
     }
 
@@ -308,16 +270,12 @@ public:
     /// Throws `rk::FormatError` and leaves the text as it was: a missing argument, one of another kind, "%n", an
     /// unknown or unfinished conversion, positions mixed with plain conversions, a width or precision above 1,048,576.
     /// Surplus arguments are ignored.
-    template <class... Arguments>
-    void Format(const CString& format, const Arguments&... arguments)
-    {
+    template <class... Arguments> void Format(const CString& format, const Arguments&... arguments) {
         const std::initializer_list<rk::FormatArgument> list{rk::FormatArgument(arguments)...};
         *this = rk::FormattedText(format.View(), list.begin(), list.size());
     }
     /// Formats as `Format` does and adds the result at the end.
-    template <class... Arguments>
-    void AppendFormat(const CString& format, const Arguments&... arguments)
-    {
+    template <class... Arguments> void AppendFormat(const CString& format, const Arguments&... arguments) {
         CString added;
         added.Format(format, arguments...);
         Append(added);
@@ -359,8 +317,7 @@ private:
 RK_EXPORT std::ostream& operator<<(std::ostream& stream, const CString& text);
 
 /// By the code units, as the hash of `std::u16string_view`.
-template <>
-struct std::hash<CString> {
+template <> struct std::hash<CString> {
     /// By the code units, as the hash of `std::u16string_view`.
     std::size_t operator()(const CString& text) const noexcept { return std::hash<std::u16string_view>()(text.View()); }
 };

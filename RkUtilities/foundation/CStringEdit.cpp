@@ -12,8 +12,7 @@ namespace {
 
 /// The text after the change, or the same text, sharing its memory, when nothing changes. `firstLetter` is the first ASCII
 /// letter that changes.
-CString InOtherCase(const CString& source, const rk::platform::CaseTable& table, char16_t firstLetter)
-{
+CString InOtherCase(const CString& source, const rk::platform::CaseTable& table, char16_t firstLetter) {
     if (std::all_of(source.begin(), source.end(), [&](char16_t unit) { return table[unit] == unit; }))
         return source;
     const auto changed = [&](char16_t unit) { return table[unit]; };
@@ -32,14 +31,12 @@ CString InOtherCase(const CString& source, const rk::platform::CaseTable& table,
 
 }  // namespace
 
-void CString::SetAt(int index, unsigned short unit)
-{
+void CString::SetAt(int index, unsigned short unit) {
     if (index >= 0 && index < GetLength())
         m_text.MakeOwn()[index] = unit;
 }
 
-int CString::Insert(int index, const CString& text)
-{
+int CString::Insert(int index, const CString& text) {
     const auto at = static_cast<std::size_t>(std::clamp(index, 0, GetLength()));
     rk::TextBuilder builder(View().size() + text.View().size());
     builder.Append(View().substr(0, at));
@@ -49,8 +46,7 @@ int CString::Insert(int index, const CString& text)
     return GetLength();
 }
 
-int CString::Delete(int index, int unitCount)
-{
+int CString::Delete(int index, int unitCount) {
     if (index < 0 || index >= GetLength() || unitCount <= 0)
         return GetLength();
     char16_t* const units = m_text.MakeOwn();
@@ -60,8 +56,7 @@ int CString::Delete(int index, int unitCount)
     return GetLength();
 }
 
-int CString::Replace(const CString& before, const CString& after)
-{
+int CString::Replace(const CString& before, const CString& after) {
     const std::u16string_view sought = before.View();
     if (sought.empty())
         return 0;
@@ -93,8 +88,7 @@ int CString::Replace(const CString& before, const CString& after)
     return static_cast<int>(count);
 }
 
-int CString::Remove(unsigned short unit)
-{
+int CString::Remove(unsigned short unit) {
     const auto removed = static_cast<char16_t>(unit);
     const auto count = static_cast<std::size_t>(std::count(begin(), end(), removed));
     if (count == 0)
@@ -104,24 +98,16 @@ int CString::Remove(unsigned short unit)
     return static_cast<int>(count);
 }
 
-void CString::RemoveLineFeeds()
-{
+void CString::RemoveLineFeeds() {
     Remove(u'\r');
     Remove(u'\n');
 }
 
-CString& CString::MakeUpper()
-{
-    return *this = InOtherCase(*this, rk::platform::UpperCase(), u'a');
-}
+CString& CString::MakeUpper() { return *this = InOtherCase(*this, rk::platform::UpperCase(), u'a'); }
 
-CString& CString::MakeLower()
-{
-    return *this = InOtherCase(*this, rk::platform::LowerCase(), u'A');
-}
+CString& CString::MakeLower() { return *this = InOtherCase(*this, rk::platform::LowerCase(), u'A'); }
 
-CString& CString::MakeReverse()
-{
+CString& CString::MakeReverse() {
     char16_t* const units = m_text.MakeOwn();
     std::reverse(units, units + GetLength());
     for (int i = 1; i < GetLength(); ++i) {
@@ -135,13 +121,11 @@ CString& CString::MakeReverse()
 
 // The second half of `Trim`, the cutting at the end, takes no memory: the first half has made the text its own.
 
-CString& CString::TrimLeft()
-{
+CString& CString::TrimLeft() {
     return *this = Mid(static_cast<int>(std::find_if_not(begin(), end(), rk::platform::IsWhiteSpace) - begin()));
 }
 
-CString& CString::TrimRight()
-{
+CString& CString::TrimRight() {
     int last = GetLength();
     while (last > 0 && rk::platform::IsWhiteSpace(GetAt(last - 1)))
         --last;
@@ -149,20 +133,15 @@ CString& CString::TrimRight()
     return *this;
 }
 
-CString& CString::TrimLeft(const CString& set)
-{
-    return *this = Mid(SpanIncluding(set).GetLength());
-}
+CString& CString::TrimLeft(const CString& set) { return *this = Mid(SpanIncluding(set).GetLength()); }
 
-CString& CString::TrimRight(const CString& set)
-{
+CString& CString::TrimRight(const CString& set) {
     const auto last = static_cast<int>(View().find_last_not_of(set.View()) + 1);  // npos + 1 is 0
     Delete(last, GetLength() - last);
     return *this;
 }
 
-char16_t* CString::GetBuffer(int unitCount)
-{
+char16_t* CString::GetBuffer(int unitCount) {
     const std::size_t length = View().size();
     const std::size_t room = std::max(length, static_cast<std::size_t>(std::max(unitCount, 0)));
     if (!m_text.IsOwn() || m_text.Capacity() < room) {
@@ -176,8 +155,7 @@ char16_t* CString::GetBuffer(int unitCount)
     return units;
 }
 
-void CString::ReleaseBuffer(int unitCount)
-{
+void CString::ReleaseBuffer(int unitCount) {
     const char16_t* const units = m_text.MakeOwn();
     const char16_t* const roomEnd = units + m_text.Capacity();
     const auto length = unitCount >= 0 ? std::min(static_cast<std::size_t>(unitCount), m_text.Capacity())

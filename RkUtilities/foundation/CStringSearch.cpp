@@ -9,27 +9,19 @@
 
 namespace {
 
-std::size_t StartOf(int start)
-{
-    return static_cast<std::size_t>(std::max(start, 0));
-}
+std::size_t StartOf(int start) { return static_cast<std::size_t>(std::max(start, 0)); }
 
-int IndexOf(std::size_t position)
-{
-    return position == std::u16string_view::npos ? -1 : static_cast<int>(position);
-}
+int IndexOf(std::size_t position) { return position == std::u16string_view::npos ? -1 : static_cast<int>(position); }
 
 /// A unit's case folding; ASCII needs no table.
-char16_t Folded(char16_t unit)
-{
+char16_t Folded(char16_t unit) {
     if (unit >= 0x80)
         return rk::platform::FoldedCase()[unit];
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit | 0x20) : unit;
 }
 
 /// The first of `count` units whose case foldings differ; `count` when none do.
-std::size_t FirstFoldedDifference(const char16_t* a, const char16_t* b, std::size_t count)
-{
+std::size_t FirstFoldedDifference(const char16_t* a, const char16_t* b, std::size_t count) {
     std::size_t i = 0;
     while (i < count && Folded(a[i]) == Folded(b[i]))
         ++i;
@@ -37,8 +29,7 @@ std::size_t FirstFoldedDifference(const char16_t* a, const char16_t* b, std::siz
 }
 
 /// The same in one block.
-std::size_t FirstFoldedDifferenceInBlock(const char16_t* a, const char16_t* b)
-{
+std::size_t FirstFoldedDifferenceInBlock(const char16_t* a, const char16_t* b) {
     const rk::UnitBlock blockA = rk::LoadBlock(a);
     const rk::UnitBlock blockB = rk::LoadBlock(b);
     if (rk::IsAsciiBlock(blockA | blockB))
@@ -48,8 +39,7 @@ std::size_t FirstFoldedDifferenceInBlock(const char16_t* a, const char16_t* b)
 }
 
 /// The last occurrence, in linear time.
-int FindFromEnd(std::u16string_view text, std::u16string_view sought)
-{
+int FindFromEnd(std::u16string_view text, std::u16string_view sought) {
     const std::size_t found =
         rk::FindUnits(std::u16string(text.rbegin(), text.rend()), std::u16string(sought.rbegin(), sought.rend()), 0);
     return found == std::u16string_view::npos ? -1 : static_cast<int>(text.size() - sought.size() - found);
@@ -57,26 +47,22 @@ int FindFromEnd(std::u16string_view text, std::u16string_view sought)
 
 }  // namespace
 
-int CString::Find(const CString& sought, int start) const
-{
+int CString::Find(const CString& sought, int start) const {
     return IndexOf(rk::FindUnits(View(), sought.View(), StartOf(start)));
 }
 
-int CString::FindNoCase(const CString& sought, int start) const
-{
+int CString::FindNoCase(const CString& sought, int start) const {
     return IndexOf(rk::FindMappedUnits(View(), sought.View(), StartOf(start), rk::platform::FoldedCase()));
 }
 
-int CString::FindOneOf(const CString& set, int start) const noexcept
-{
+int CString::FindOneOf(const CString& set, int start) const noexcept {
     const std::u16string_view text = View();
     const rk::UnitSet units(set.View());
     const std::size_t found = units.FirstIn(text, StartOf(start));
     return found < text.size() ? static_cast<int>(found) : -1;
 }
 
-int CString::ReverseFind(const CString& sought, int start) const
-{
+int CString::ReverseFind(const CString& sought, int start) const {
     constexpr std::size_t kFreeUnits = 4096;
     const std::u16string_view units = sought.View();
     if (units.size() > View().size())
@@ -95,19 +81,16 @@ int CString::ReverseFind(const CString& sought, int start) const
     return -1;
 }
 
-CString CString::SpanIncluding(const CString& set) const
-{
+CString CString::SpanIncluding(const CString& set) const {
     return Left(static_cast<int>(std::min(View().find_first_not_of(set.View()), View().size())));
 }
 
-CString CString::SpanExcluding(const CString& set) const
-{
+CString CString::SpanExcluding(const CString& set) const {
     const int end = FindOneOf(set);
     return end < 0 ? *this : Left(end);
 }
 
-CString CString::Tokenize(const CString& delimiters, int& position) const
-{
+CString CString::Tokenize(const CString& delimiters, int& position) const {
     const std::u16string_view text = View();
     const rk::UnitSet set(delimiters.View());
     std::size_t begin = position < 0 ? text.size() : StartOf(position);
@@ -122,8 +105,7 @@ CString CString::Tokenize(const CString& delimiters, int& position) const
     return Part(begin, end - begin);
 }
 
-int CString::CompareNoCase(const CString& other) const
-{
+int CString::CompareNoCase(const CString& other) const {
     const char16_t* const a = Units();
     const char16_t* const b = other.Units();
     const auto count = static_cast<std::size_t>(std::min(GetLength(), other.GetLength()));

@@ -66,18 +66,15 @@ public:
     [[nodiscard]] constexpr double GetCFAbsoluteTime() const noexcept { return m_seconds; }
 
     /// The span from `b` to `a`.
-    friend CTimeSpan operator-(const CTime& a, const CTime& b) noexcept
-    {
+    friend CTimeSpan operator-(const CTime& a, const CTime& b) noexcept {
         return CTimeSpan::FromSeconds(a.m_seconds - b.m_seconds);
     }
     /// The time so much later.
-    friend CTime operator+(const CTime& time, const CTimeSpan& span) noexcept
-    {
+    friend CTime operator+(const CTime& time, const CTimeSpan& span) noexcept {
         return FromCFAbsoluteTime(time.m_seconds + span.GetTotalSeconds());
     }
     /// The time so much earlier.
-    friend CTime operator-(const CTime& time, const CTimeSpan& span) noexcept
-    {
+    friend CTime operator-(const CTime& time, const CTimeSpan& span) noexcept {
         return FromCFAbsoluteTime(time.m_seconds - span.GetTotalSeconds());
     }
     friend constexpr auto operator<=>(const CTime&, const CTime&) noexcept = default;  ///< The earlier time is less.

@@ -13,11 +13,9 @@ public:
     /// The sum of its parts, each of any sign and size.
     constexpr CTimeSpan(int days, int hours, int minutes, int seconds) noexcept
         : m_seconds(static_cast<double>(days * std::int64_t{86400} + hours * std::int64_t{3600} +
-                                        minutes * std::int64_t{60} + seconds))
-    {}
+                                        minutes * std::int64_t{60} + seconds)) {}
     /// The span of `seconds`.
-    static constexpr CTimeSpan FromSeconds(double seconds) noexcept
-    {
+    static constexpr CTimeSpan FromSeconds(double seconds) noexcept {
         CTimeSpan span;
         span.m_seconds = seconds;
         return span;
@@ -30,14 +28,12 @@ public:
     [[nodiscard]] constexpr double GetTotalHours() const noexcept { return m_seconds / 3600; }  ///< With fractions.
 
     /// Adds a span.
-    constexpr CTimeSpan& operator+=(const CTimeSpan& other) noexcept
-    {
+    constexpr CTimeSpan& operator+=(const CTimeSpan& other) noexcept {
         m_seconds += other.m_seconds;
         return *this;
     }
     /// Makes the span that many times as long.
-    constexpr CTimeSpan& operator*=(double factor) noexcept
-    {
+    constexpr CTimeSpan& operator*=(double factor) noexcept {
         m_seconds *= factor;
         return *this;
     }

@@ -6,8 +6,7 @@
 namespace rk {
 namespace {
 
-std::string WithHomeExpanded(std::u16string_view path)
-{
+std::string WithHomeExpanded(std::u16string_view path) {
     std::string home = platform::HomeFolder();
     std::string rest = platform::BytesOfPath(path.substr(1));
     if (home.empty())
@@ -19,8 +18,7 @@ std::string WithHomeExpanded(std::u16string_view path)
 
 }  // namespace
 
-std::string NativePath(const CString& path)
-{
+std::string NativePath(const CString& path) {
     const std::u16string_view text = path.View();
     if (text.find(u'\0') != std::u16string_view::npos)
         return std::string(1, '\0');
@@ -29,9 +27,6 @@ std::string NativePath(const CString& path)
     return platform::BytesOfPath(text);
 }
 
-CString PathText(std::string_view nativeBytes)
-{
-    return CString(platform::PathOfBytes(nativeBytes));
-}
+CString PathText(std::string_view nativeBytes) { return CString(platform::PathOfBytes(nativeBytes)); }
 
 }  // namespace rk

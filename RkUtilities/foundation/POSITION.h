@@ -14,8 +14,7 @@ namespace rk {
 
 /// The iterator of the containers that are walked by positions: multi-pass, in a list backwards too, valid as long as its
 /// position and its container's address.
-template <class Container, class Entry>
-class PositionIterator {
+template <class Container, class Entry> class PositionIterator {
 public:
     /// Multi-pass, forwards or in both directions.
     using iterator_category =
@@ -40,14 +39,12 @@ public:
     Entry* operator->() const { return &**this; }                        ///< Its members.
 
     /// Goes on to the next position.
-    PositionIterator& operator++()
-    {
+    PositionIterator& operator++() {
         m_position = m_container->PositionAfter(m_position);
         return *this;
     }
     /// Goes on to the next position and returns the iterator from before.
-    PositionIterator operator++(int)
-    {
+    PositionIterator operator++(int) {
         PositionIterator before = *this;
         ++*this;
         return before;
@@ -70,8 +67,7 @@ public:
     }
 
     /// Whether both stand at the same position.
-    friend bool operator==(const PositionIterator& left, const PositionIterator& right)
-    {
+    friend bool operator==(const PositionIterator& left, const PositionIterator& right) {
         return left.m_position == right.m_position;
     }
 

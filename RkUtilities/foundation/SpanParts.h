@@ -6,8 +6,7 @@ namespace rk {
 
 /// What spans of time have in common, added to `Span` by inheritance: parts, sums and multiples. Where the amount is no number
 /// so are sums and multiples, and the parts are 0.
-template <class Span>
-class SpanParts {
+template <class Span> class SpanParts {
 public:
     // The parts are whole and have the span's sign: -90 minutes are -1 hour and -30 minutes. Those of a span longer than
     // 9,500,000 years are 0.
@@ -27,12 +26,10 @@ private:
     friend Span;
     constexpr SpanParts() noexcept = default;
 
-    [[nodiscard]] constexpr int Part(int seconds, int count) const noexcept
-    {
+    [[nodiscard]] constexpr int Part(int seconds, int count) const noexcept {
         return static_cast<int>(WholeSeconds() / seconds % count);
     }
-    [[nodiscard]] constexpr long WholeSeconds() const noexcept
-    {
+    [[nodiscard]] constexpr long WholeSeconds() const noexcept {
         constexpr double kMost = 3e14;
         const double seconds = static_cast<const Span*>(this)->GetTotalSeconds();
         const double rounding = seconds < 0 ? -Span::kRounding : Span::kRounding;

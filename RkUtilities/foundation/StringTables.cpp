@@ -4,9 +4,6 @@
 
 namespace rk {
 
-bool SetStringTables(std::string_view folder)
-{
-    return platform::NameStringTables(folder);
-}
+bool SetStringTables(std::string_view folder) { return platform::NameStringTables(folder); }
 
 }  // namespace rk

@@ -7,14 +7,12 @@
 namespace rk {
 
 /// Looks at units of one type through the other. The barrier tells the optimiser that both name the same memory.
-inline unsigned short const* AsUnsignedShort(const char16_t* units) noexcept
-{
+inline unsigned short const* AsUnsignedShort(const char16_t* units) noexcept {
     asm volatile("" : : "rm"(units) : "memory");
     return reinterpret_cast<unsigned short const*>(units);
 }
 /// The same units as `char16_t`.
-inline const char16_t* AsChar16(unsigned short const* units) noexcept
-{
+inline const char16_t* AsChar16(unsigned short const* units) noexcept {
     asm volatile("" : : "rm"(units) : "memory");
     return reinterpret_cast<const char16_t*>(units);
 }
@@ -28,15 +26,13 @@ public:
     constexpr TextView(std::nullptr_t) noexcept {}  ///< Null is the empty text.
     /// A zero-terminated text; null is the empty text.
     constexpr TextView(const char16_t* text) noexcept
-        : std::u16string_view(text != nullptr ? std::u16string_view(text) : std::u16string_view())
-    {}
+        : std::u16string_view(text != nullptr ? std::u16string_view(text) : std::u16string_view()) {}
     /// A zero-terminated text; null is the empty text.
     TextView(unsigned short const* text) noexcept : TextView(AsChar16(text)) {}
     /// Everything that converts to a view: literals, `CString`, `std::u16string`.
     template <class T>
         requires(std::convertible_to<const T&, std::u16string_view> && !std::convertible_to<const T&, const char16_t*>)
-    constexpr TextView(const T& text) noexcept : std::u16string_view(text)
-    {}
+    constexpr TextView(const T& text) noexcept : std::u16string_view(text) {}
 };
 
 }  // namespace rk

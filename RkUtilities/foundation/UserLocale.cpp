@@ -6,13 +6,9 @@
 
 namespace rk {
 
-void SetUserLocale(std::string_view name)
-{
-    platform::NameUserLocale(name);
-}
+void SetUserLocale(std::string_view name) { platform::NameUserLocale(name); }
 
-void PrepareFormats()
-{
+void PrepareFormats() {
     using platform::DateStyle, platform::LocaleUse, platform::NumberFormats;
     for (const LocaleUse use : {LocaleUse::Money, LocaleUse::Numbers, LocaleUse::Time})
         static_cast<void>(NumberFormats::Of(use));

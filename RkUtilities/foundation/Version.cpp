@@ -5,8 +5,7 @@
 
 namespace rk {
 
-std::string_view Version() noexcept
-{
+std::string_view Version() noexcept {
     return RK_VERSION(RKUTILITIES_VERSION_MAJOR, RKUTILITIES_VERSION_MINOR, RKUTILITIES_VERSION_PATCH);
 }
 

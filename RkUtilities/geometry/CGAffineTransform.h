@@ -20,27 +20,23 @@ struct CGAffineTransform {
 inline constexpr CGAffineTransform CGAffineTransformIdentity;
 
 /// Whether every field is exactly that of the identity (-0 counts as 0).
-constexpr bool CGAffineTransformIsIdentity(const CGAffineTransform& transform) noexcept
-{
+constexpr bool CGAffineTransformIsIdentity(const CGAffineTransform& transform) noexcept {
     return transform == CGAffineTransformIdentity;
 }
 
-constexpr CGAffineTransform CGAffineTransformMakeTranslation(double tx, double ty) noexcept
-{
+constexpr CGAffineTransform CGAffineTransformMakeTranslation(double tx, double ty) noexcept {
     return {1, 0, 0, 1, tx, ty};
 }
 
 /// The map that first moves by (tx, ty) and then applies `transform`.
 constexpr CGAffineTransform CGAffineTransformTranslate(const CGAffineTransform& transform, double tx,
-                                                       double ty) noexcept
-{
+                                                       double ty) noexcept {
     const auto& [a, b, c, d, oldTx, oldTy] = transform;
     return {a, b, c, d, a * tx + c * ty + oldTx, b * tx + d * ty + oldTy};
 }
 
 /// The map that first turns about the origin by `angle` radians and then applies `transform`.
-inline CGAffineTransform CGAffineTransformRotate(const CGAffineTransform& transform, double angle) noexcept
-{
+inline CGAffineTransform CGAffineTransformRotate(const CGAffineTransform& transform, double angle) noexcept {
     const auto& [a, b, c, d, tx, ty] = transform;
     const double sine = std::sin(angle), cosine = std::cos(angle);
     return {cosine * a + sine * c, cosine * b + sine * d, cosine * c - sine * a, cosine * d - sine * b, tx, ty};

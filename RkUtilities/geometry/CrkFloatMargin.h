@@ -15,8 +15,7 @@ struct CrkFloatMargin {
     constexpr bool operator==(const CrkFloatMargin& other) const noexcept = default;  ///< Whether all fields are equal.
 
     /// Moves each side inwards: (0, 0, 100, 50) less the margin (10, 5, 20, 15) is (10, 5, 70, 30).
-    constexpr void DeflateRect(CrkFloatRect& rectangle) const noexcept
-    {
+    constexpr void DeflateRect(CrkFloatRect& rectangle) const noexcept {
         rectangle.x += left;
         rectangle.y += top;
         rectangle.width -= left + right;
@@ -24,8 +23,7 @@ struct CrkFloatMargin {
     }
 
     /// Moves each side outwards, the reverse of DeflateRect up to rounding.
-    constexpr void InflateRect(CrkFloatRect& rectangle) const noexcept
-    {
+    constexpr void InflateRect(CrkFloatRect& rectangle) const noexcept {
         rectangle.x -= left;
         rectangle.y -= top;
         rectangle.width += left + right;
@@ -37,8 +35,7 @@ struct CrkFloatMargin {
     constexpr CrkFloatMargin& Union(CrkFloatMargin other) noexcept { return *this = Union(*this, other); }
 
     /// The larger of each side; the side of `a` where a side of `a` or `b` is not a number.
-    static constexpr CrkFloatMargin Union(CrkFloatMargin a, CrkFloatMargin b) noexcept
-    {
+    static constexpr CrkFloatMargin Union(CrkFloatMargin a, CrkFloatMargin b) noexcept {
         return {a.left < b.left ? b.left : a.left, a.top < b.top ? b.top : a.top, a.right < b.right ? b.right : a.right,
                 a.bottom < b.bottom ? b.bottom : a.bottom};
     }

@@ -21,14 +21,12 @@ struct CrkFloatPoint {
     // Templates, so that a vector before a point keeps its own arithmetic.
     /// The point moved by another point's coordinates, or by a vector.
     template <std::same_as<CrkFloatPoint> Point>
-    friend constexpr Point operator+(const Point& a, const CrkFloatPoint& b) noexcept
-    {
+    friend constexpr Point operator+(const Point& a, const CrkFloatPoint& b) noexcept {
         return {a.x + b.x, a.y + b.y};
     }
     /// The difference of two points, or the point moved back by a vector.
     template <std::same_as<CrkFloatPoint> Point>
-    friend constexpr Point operator-(const Point& a, const CrkFloatPoint& b) noexcept
-    {
+    friend constexpr Point operator-(const Point& a, const CrkFloatPoint& b) noexcept {
         return {a.x - b.x, a.y - b.y};
     }
 };

@@ -4,13 +4,11 @@
 
 #include <ostream>
 
-CrkFloatRect CrkFloatRect::Moved(float dx, float dy) const noexcept
-{
+CrkFloatRect CrkFloatRect::Moved(float dx, float dy) const noexcept {
     return IsNull() ? *this : CrkFloatRect{x + dx, y + dy, width, height};
 }
 
-CrkFloatRect CrkFloatRect::Inflated(float dx, float dy) const noexcept
-{
+CrkFloatRect CrkFloatRect::Inflated(float dx, float dy) const noexcept {
     if (IsNull())
         return *this;
     const double left = width < 0 ? double{x} + width : x;
@@ -23,18 +21,15 @@ CrkFloatRect CrkFloatRect::Inflated(float dx, float dy) const noexcept
             static_cast<float>(grownHeight)};
 }
 
-std::ostream& operator<<(std::ostream& stream, const CrkFloatPoint& point)
-{
+std::ostream& operator<<(std::ostream& stream, const CrkFloatPoint& point) {
     return stream << '(' << point.x << ", " << point.y << ')';
 }
 
-std::ostream& operator<<(std::ostream& stream, const CrkFloatSize& size)
-{
+std::ostream& operator<<(std::ostream& stream, const CrkFloatSize& size) {
     return stream << size.width << " x " << size.height;
 }
 
-std::ostream& operator<<(std::ostream& stream, const CrkFloatRect& rectangle)
-{
+std::ostream& operator<<(std::ostream& stream, const CrkFloatRect& rectangle) {
     return stream << '(' << rectangle.x << ", " << rectangle.y << ", " << rectangle.width << " x " << rectangle.height
                   << ')';
 }

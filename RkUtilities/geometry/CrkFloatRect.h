@@ -29,13 +29,11 @@ struct RK_EXPORT CrkFloatRect {
 
     /// The rectangle that stands for "no rectangle": its origin at infinity, its size 0. Inflated() gives it for a
     /// rectangle that shrinks to less than nothing.
-    static constexpr CrkFloatRect Null() noexcept
-    {
+    static constexpr CrkFloatRect Null() noexcept {
         return {std::numeric_limits<float>::infinity(), std::numeric_limits<float>::infinity(), 0, 0};
     }
     /// Whether the origin lies at positive infinity, in x or in y.
-    constexpr bool IsNull() const noexcept
-    {
+    constexpr bool IsNull() const noexcept {
         return x == std::numeric_limits<float>::infinity() || y == std::numeric_limits<float>::infinity();
     }
 
@@ -50,20 +48,17 @@ struct RK_EXPORT CrkFloatRect {
     CrkFloatRect Inflated(float dx, float dy) const noexcept;
 
     /// Whether the point lies inside the bounds or on an edge; never in the null rectangle.
-    constexpr bool Contains(const CrkFloatPoint& point) const noexcept
-    {
+    constexpr bool Contains(const CrkFloatPoint& point) const noexcept {
         return MinX() <= point.x && point.x <= MaxX() && MinY() <= point.y && point.y <= MaxY() && !IsNull();
     }
     /// Whether the bounds of `other` lie inside these bounds or touch them from inside; never for a null rectangle.
-    constexpr bool Contains(const CrkFloatRect& other) const noexcept
-    {
+    constexpr bool Contains(const CrkFloatRect& other) const noexcept {
         return MinX() <= other.MinX() && other.MaxX() <= MaxX() && MinY() <= other.MinY() && other.MaxY() <= MaxY() &&
                !IsNull() && !other.IsNull();
     }
     /// The smallest rectangle around both bounds, with positive size up to rounding. The null rectangle adds nothing: the
     /// result is the other rectangle as it is.
-    static constexpr CrkFloatRect Union(const CrkFloatRect& a, const CrkFloatRect& b) noexcept
-    {
+    static constexpr CrkFloatRect Union(const CrkFloatRect& a, const CrkFloatRect& b) noexcept {
         if (a.IsNull() || b.IsNull())
             return a.IsNull() ? b : a;
         const float left = a.MinX() < b.MinX() ? a.MinX() : b.MinX();
@@ -84,8 +79,7 @@ struct RK_EXPORT CrkFloatRect {
 /// Writes "(x, y, width x height)" of the raw fields, in the number format of the stream.
 RK_EXPORT std::ostream& operator<<(std::ostream& stream, const CrkFloatRect& rectangle);
 
-inline bool CrkFloatRect::Intersect(CrkFloatRect& result, const CrkFloatRect& a, const CrkFloatRect& b) noexcept
-{
+inline bool CrkFloatRect::Intersect(CrkFloatRect& result, const CrkFloatRect& a, const CrkFloatRect& b) noexcept {
     using rk::FloatPair, rk::LoadPair, rk::Smaller, rk::Larger;
     const FloatPair originA = LoadPair(&a.x), oppositeA = originA + LoadPair(&a.width);
     const FloatPair originB = LoadPair(&b.x), oppositeB = originB + LoadPair(&b.width);

@@ -34,13 +34,11 @@ public:
     bool operator==(const CrkFloatSize& size) const noexcept { return *this == CrkFloatVector2D(size); }
 
     /// The sum.
-    constexpr CrkFloatVector2D operator+(const CrkFloatVector2D& other) const noexcept
-    {
+    constexpr CrkFloatVector2D operator+(const CrkFloatVector2D& other) const noexcept {
         return {x + other.x, y + other.y};
     }
     /// The difference.
-    constexpr CrkFloatVector2D operator-(const CrkFloatVector2D& other) const noexcept
-    {
+    constexpr CrkFloatVector2D operator-(const CrkFloatVector2D& other) const noexcept {
         return {x - other.x, y - other.y};
     }
     constexpr CrkFloatVector2D operator*(float s) const noexcept { return {x * s, y * s}; }  ///< `s` times as long.
@@ -68,13 +66,9 @@ public:
     constexpr operator CrkFloatSize() const noexcept { return {x, y}; }   ///< The size (x, y).
 };
 
-constexpr CrkFloatVector2D operator*(float s, const CrkFloatVector2D& v) noexcept
-{
-    return v * s;
-}
+constexpr CrkFloatVector2D operator*(float s, const CrkFloatVector2D& v) noexcept { return v * s; }
 
 /// Writes the vector as a point.
-inline std::ostream& operator<<(std::ostream& stream, const CrkFloatVector2D& vector)
-{
+inline std::ostream& operator<<(std::ostream& stream, const CrkFloatVector2D& vector) {
     return stream << static_cast<CrkFloatPoint>(vector);
 }

@@ -90,8 +90,7 @@ public:
     /// The arc tangent is single precision: the result is good to about 1e-7 and may lie that far outside its range.
     static double CalculateAngle(float x, float y) noexcept;
     /// The angle of the direction (x, y) of a point.
-    static double CalculateAngle(const CrkFloatPoint& direction) noexcept
-    {
+    static double CalculateAngle(const CrkFloatPoint& direction) noexcept {
         return CalculateAngle(direction.x, direction.y);
     }
 
@@ -118,13 +117,11 @@ public:
     /// RotatePoint's.
     static void RotatePointsAt(CrkFloatPoint* points, int count, float degrees, CrkFloatPoint centre) noexcept;
     /// The same for a span.
-    static void RotatePointsAt(std::span<CrkFloatPoint> points, float degrees, CrkFloatPoint centre) noexcept
-    {
+    static void RotatePointsAt(std::span<CrkFloatPoint> points, float degrees, CrkFloatPoint centre) noexcept {
         RotatePointsAt(points.data(), CountOf(points), degrees, centre);
     }
     /// `RotatePointsAt` for one point.
-    static void RotatePointAt(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept
-    {
+    static void RotatePointAt(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept {
         RotatePointsAt(point, 1, degrees, centre);
     }
 
@@ -133,8 +130,7 @@ public:
     /// The distance of two points: their difference in single precision, its length in double, narrowed.
     static float Length(CrkFloatPoint a, CrkFloatPoint b) noexcept { return Length({b.x - a.x, b.y - a.y}); }
     /// The length of a vector, formed in double precision and narrowed.
-    static float Length(CrkFloatPoint vector) noexcept
-    {
+    static float Length(CrkFloatPoint vector) noexcept {
         return static_cast<float>(Length(double{vector.x}, vector.y));
     }
     /// The square root of x² + y²; infinite where the squares leave the range of double.
@@ -220,8 +216,7 @@ public:
                                   float tolerance) noexcept;
     /// The same for a span.
     static bool IsPointOnPolyline(const CrkFloatPoint& point, std::span<const CrkFloatPoint> points,
-                                  float tolerance) noexcept
-    {
+                                  float tolerance) noexcept {
         return IsPointOnPolyline(point, points.data(), CountOf(points), tolerance);
     }
 
@@ -236,20 +231,17 @@ public:
                                   const CrkFloatPoint& lineEnd) noexcept;
     /// The value of `IsPointAboveLine`.
     static float IsPointRightOfLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
-                                    const CrkFloatPoint& lineEnd) noexcept
-    {
+                                    const CrkFloatPoint& lineEnd) noexcept {
         return IsPointAboveLine(point, lineStart, lineEnd);
     }
     /// Its negative.
     static float IsPointBelowLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
-                                  const CrkFloatPoint& lineEnd) noexcept
-    {
+                                  const CrkFloatPoint& lineEnd) noexcept {
         return -IsPointAboveLine(point, lineStart, lineEnd);
     }
     /// Its negative.
     static float IsPointLeftOfLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
-                                   const CrkFloatPoint& lineEnd) noexcept
-    {
+                                   const CrkFloatPoint& lineEnd) noexcept {
         return -IsPointAboveLine(point, lineStart, lineEnd);
     }
 
@@ -258,8 +250,7 @@ public:
     /// (0, 0) for fewer than two points, for points that are all equal, and for a polyline whose length is not finite.
     static CrkFloatPoint GetPolylineMidpoint(const CrkFloatPoint* points, int count) noexcept;
     /// The same for a span.
-    static CrkFloatPoint GetPolylineMidpoint(std::span<const CrkFloatPoint> points) noexcept
-    {
+    static CrkFloatPoint GetPolylineMidpoint(std::span<const CrkFloatPoint> points) noexcept {
         return GetPolylineMidpoint(points.data(), CountOf(points));
     }
 
@@ -282,8 +273,7 @@ public:
     /// Whether IsLineCrossingRect holds for a segment between two neighbouring points; false for fewer than two points.
     static bool IsPolylineCrossingRect(const CrkFloatPoint* points, int count, const CrkFloatRect& rectangle) noexcept;
     /// The same for a span.
-    static bool IsPolylineCrossingRect(std::span<const CrkFloatPoint> points, const CrkFloatRect& rectangle) noexcept
-    {
+    static bool IsPolylineCrossingRect(std::span<const CrkFloatPoint> points, const CrkFloatRect& rectangle) noexcept {
         return IsPolylineCrossingRect(points.data(), CountOf(points), rectangle);
     }
 
@@ -302,8 +292,7 @@ public:
     /// dimension not numbers. The sign of a bound that is 0 is unspecified.
     static CrkFloatRect CalculatePointsBoundingRectangle(const CrkFloatPoint* points, int count) noexcept;
     /// The same for a span.
-    static CrkFloatRect CalculatePointsBoundingRectangle(std::span<const CrkFloatPoint> points) noexcept
-    {
+    static CrkFloatRect CalculatePointsBoundingRectangle(std::span<const CrkFloatPoint> points) noexcept {
         return CalculatePointsBoundingRectangle(points.data(), CountOf(points));
     }
 
@@ -315,8 +304,7 @@ public:
                                                                   const CGAffineTransform& transform) noexcept;
 
 private:
-    static constexpr int CountOf(std::span<const CrkFloatPoint> points) noexcept
-    {
+    static constexpr int CountOf(std::span<const CrkFloatPoint> points) noexcept {
         return points.size() < INT_MAX ? static_cast<int>(points.size()) : INT_MAX;
     }
 
@@ -325,8 +313,7 @@ private:
                                        rk::FloatPair otherEnd) noexcept;
 };
 
-inline int CrkMathUtilities::RoundToNearestInt(double value) noexcept
-{
+inline int CrkMathUtilities::RoundToNearestInt(double value) noexcept {
     const double sum = value + std::copysign(0.5, value);
     if (sum > -2147483649.0 && sum < 2147483648.0)
         return static_cast<int>(sum);
@@ -335,8 +322,7 @@ inline int CrkMathUtilities::RoundToNearestInt(double value) noexcept
 
 inline bool CrkMathUtilities::IsLineCrossingLine(const CrkFloatPoint& firstStart, const CrkFloatPoint& firstEnd,
                                                  const CrkFloatPoint& secondStart,
-                                                 const CrkFloatPoint& secondEnd) noexcept
-{
+                                                 const CrkFloatPoint& secondEnd) noexcept {
     // Most segments of a mind map lie apart. Such segments are told here, before any arithmetic and without a call.
     using rk::FloatPair, rk::LoadPair, rk::Smaller, rk::Larger;
     const FloatPair start = LoadPair(&firstStart.x), end = LoadPair(&firstEnd.x);
@@ -348,8 +334,7 @@ inline bool CrkMathUtilities::IsLineCrossingLine(const CrkFloatPoint& firstStart
     return IsCrossingWithinBounds(start, end, otherStart, otherEnd);
 }
 
-inline bool CrkMathUtilities::IsPointInRect(const CrkFloatPoint& point, const CrkFloatRect& rectangle) noexcept
-{
+inline bool CrkMathUtilities::IsPointInRect(const CrkFloatPoint& point, const CrkFloatRect& rectangle) noexcept {
     return rectangle.x <= point.x && point.x <= rectangle.x + rectangle.width && rectangle.y <= point.y &&
            point.y <= rectangle.y + rectangle.height;
 }

@@ -1,29 +1,25 @@
 #include "RkUtilities/geometry/CrkMathUtilities.h"
 
-double CrkMathUtilities::CalculateAngle(float x, float y) noexcept
-{
+double CrkMathUtilities::CalculateAngle(float x, float y) noexcept {
     const double angle = std::atan2(y, x) + Pi() / 2;
     return x <= 0 && y <= 0 ? angle + 2 * Pi() : angle;
 }
 
 double CrkMathUtilities::CalculateAngle(const CrkFloatPoint& from, const CrkFloatPoint& to,
-                                        CrkFloatPoint centre) noexcept
-{
+                                        CrkFloatPoint centre) noexcept {
     const auto degrees = static_cast<float>(RadiansToDegrees(CalculateAngle(from.x - centre.x, from.y - centre.y)));
     CrkFloatPoint turned{to.x - centre.x, to.y - centre.y};
     RotatePoint(&turned, -degrees, {0, 0});
     return CalculateAngle(turned);
 }
 
-double CrkMathUtilities::NormalizeAngle(double angle, double low, double high) noexcept
-{
+double CrkMathUtilities::NormalizeAngle(double angle, double low, double high) noexcept {
     const double range = high - low;
     const double distance = angle - low;
     return distance - std::floor(distance / range) * range + low;
 }
 
-void CrkMathUtilities::RotatePoint(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept
-{
+void CrkMathUtilities::RotatePoint(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept {
     if (!point)
         return;
     const auto angle = static_cast<float>(DegreesToRadians(degrees));
@@ -32,8 +28,7 @@ void CrkMathUtilities::RotatePoint(CrkFloatPoint* point, float degrees, CrkFloat
     *point = {cosine * dx - sine * dy + centre.x, cosine * dy + sine * dx + centre.y};
 }
 
-void CrkMathUtilities::RotatePointsAt(CrkFloatPoint* points, int count, float degrees, CrkFloatPoint centre) noexcept
-{
+void CrkMathUtilities::RotatePointsAt(CrkFloatPoint* points, int count, float degrees, CrkFloatPoint centre) noexcept {
     if (!points)
         return;
     const auto toCentre = CGAffineTransformMakeTranslation(centre.x, centre.y);

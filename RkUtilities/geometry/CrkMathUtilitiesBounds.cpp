@@ -10,21 +10,16 @@ using TwoPoints [[gnu::vector_size(16)]] = float;
 /// x and y in double precision.
 using DoublePair [[gnu::vector_size(16)]] = double;
 
-FloatPair Narrowed(DoublePair pair)
-{
-    return __builtin_convertvector(pair, FloatPair);
-}
+FloatPair Narrowed(DoublePair pair) { return __builtin_convertvector(pair, FloatPair); }
 
-CrkFloatRect RectBetween(FloatPair low, FloatPair high)
-{
+CrkFloatRect RectBetween(FloatPair low, FloatPair high) {
     const FloatPair size = high - low;
     return {low[0], low[1], size[0], size[1]};
 }
 
 }  // namespace
 
-CrkFloatRect CrkMathUtilities::CalculatePointsBoundingRectangle(const CrkFloatPoint* points, int count) noexcept
-{
+CrkFloatRect CrkMathUtilities::CalculatePointsBoundingRectangle(const CrkFloatPoint* points, int count) noexcept {
     if (!points || count <= 0)
         return {};
     // Two points a load, and four copies of each bound so that no comparison waits for the comparison before it. Each
@@ -52,8 +47,7 @@ CrkFloatRect CrkMathUtilities::CalculatePointsBoundingRectangle(const CrkFloatPo
 }
 
 CrkFloatRect CrkMathUtilities::CalculateTransformedRectBoundingRectangle(const CrkFloatRect& rectangle,
-                                                                         const CGAffineTransform& t) noexcept
-{
+                                                                         const CGAffineTransform& t) noexcept {
     if (CGAffineTransformIsIdentity(t))
         return rectangle;
     const double left = rectangle.MinX(), right = rectangle.MaxX(), top = rectangle.MinY(), bottom = rectangle.MaxY();

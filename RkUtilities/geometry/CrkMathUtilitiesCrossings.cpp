@@ -3,8 +3,7 @@
 #include <algorithm>
 
 bool CrkMathUtilities::IsCrossingWithinBounds(rk::FloatPair start, rk::FloatPair end, rk::FloatPair otherStart,
-                                              rk::FloatPair otherEnd) noexcept
-{
+                                              rk::FloatPair otherEnd) noexcept {
     const bool isVertical = start[0] == end[0], isOtherVertical = otherStart[0] == otherEnd[0];
     if (isVertical && isOtherVertical)
         return start[0] == otherStart[0];
@@ -26,8 +25,7 @@ bool CrkMathUtilities::IsCrossingWithinBounds(rk::FloatPair start, rk::FloatPair
 }
 
 bool CrkMathUtilities::IsLineCrossingRect(const CrkFloatPoint& lineStart, const CrkFloatPoint& lineEnd,
-                                          const CrkFloatRect& rectangle) noexcept
-{
+                                          const CrkFloatRect& rectangle) noexcept {
     const float left = rectangle.MinX(), top = rectangle.MinY(), right = rectangle.MaxX(), bottom = rectangle.MaxY();
     // Most lines of a mind map lie clear of the rectangle, and a crossing point is within the bounds of line and
     // rectangle. A vertical line in line with a side counts above and below the rectangle too.
@@ -46,8 +44,7 @@ bool CrkMathUtilities::IsLineCrossingRect(const CrkFloatPoint& lineStart, const 
 }
 
 bool CrkMathUtilities::IsRightAngleLineCrossingRect(CrkFloatPoint lineStart, CrkFloatPoint lineEnd,
-                                                    CrkFloatRect rectangle) noexcept
-{
+                                                    CrkFloatRect rectangle) noexcept {
     constexpr float kAxisTolerance = 0x1p-23f;
     const auto [lowX, highX] = std::minmax(lineStart.x, lineEnd.x);
     const auto [lowY, highY] = std::minmax(lineStart.y, lineEnd.y);

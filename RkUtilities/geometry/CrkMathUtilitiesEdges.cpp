@@ -4,21 +4,18 @@
 
 namespace {
 
-CrkFloatPoint MiddleOf(const CrkFloatRect& rectangle)
-{
+CrkFloatPoint MiddleOf(const CrkFloatRect& rectangle) {
     return {rectangle.x + rectangle.width / 2, rectangle.y + rectangle.height / 2};
 }
 
 /// The coordinate at which a ray from (0, 0) with the given quotient of its components meets a side, in double
 /// precision.
-float AlongSide(float component, float otherComponent, float side)
-{
+float AlongSide(float component, float otherComponent, float side) {
     return static_cast<float>(double{component} / otherComponent * side);
 }
 
 /// The edge point as seen from the origin, which is (0, 0) here.
-CrkFloatPoint RectangleEdgePoint(const CrkFloatRect& shape, CrkFloatPoint direction)
-{
+CrkFloatPoint RectangleEdgePoint(const CrkFloatRect& shape, CrkFloatPoint direction) {
     const float left = shape.MinX(), top = shape.MinY(), right = shape.MaxX(), bottom = shape.MaxY();
     if (direction.x == 0)
         return {left + shape.width / 2, direction.y >= 0 ? bottom : top};
@@ -45,22 +42,17 @@ struct Ellipse {
     float halfHeight;
 
     /// Below 1 inside, 1 on the outline, above 1 outside.
-    float Level(CrkFloatPoint p) const
-    {
+    float Level(CrkFloatPoint p) const {
         return p.x * p.x / (halfWidth * halfWidth) + p.y * p.y / (halfHeight * halfHeight);
     }
 };
 
 /// How many times a component of the direction leads safely out of an ellipse, from its middle.
-float Reach(float halfExtent, float component)
-{
+float Reach(float halfExtent, float component) {
     return component == 0 ? 0.1f : halfExtent / std::fabs(component) + 0.1f;
 }
 
-bool IsBetween(float value, float a, float b)
-{
-    return a < b ? a <= value && value <= b : b <= value && value <= a;
-}
+bool IsBetween(float value, float a, float b) { return a < b ? a <= value && value <= b : b <= value && value <= a; }
 
 struct Candidates {
     CrkFloatPoint first;
@@ -68,8 +60,7 @@ struct Candidates {
 };
 
 /// Where a vertical line meets the ellipse, above and below. On the axis that is the top and the bottom of the shape.
-Candidates OnVerticalLine(const Ellipse& ellipse, const CrkFloatRect& shape, float x)
-{
+Candidates OnVerticalLine(const Ellipse& ellipse, const CrkFloatRect& shape, float x) {
     if (x == 0)
         return {{0, shape.MinY()}, {0, shape.MaxY()}};
     const double ratio = double{x} / ellipse.halfWidth;
@@ -77,8 +68,7 @@ Candidates OnVerticalLine(const Ellipse& ellipse, const CrkFloatRect& shape, flo
     return {{x, -height}, {x, height}};
 }
 
-Candidates OnSlantedLine(const Ellipse& ellipse, CrkFloatPoint from, CrkFloatPoint to)
-{
+Candidates OnSlantedLine(const Ellipse& ellipse, CrkFloatPoint from, CrkFloatPoint to) {
     const float slope = (to.y - from.y) / (to.x - from.x);
     const float intercept = from.y - slope * from.x;
     const float a2 = ellipse.halfWidth * ellipse.halfWidth, b2 = ellipse.halfHeight * ellipse.halfHeight;
@@ -91,8 +81,7 @@ Candidates OnSlantedLine(const Ellipse& ellipse, CrkFloatPoint from, CrkFloatPoi
 }  // namespace
 
 CrkFloatPoint CrkMathUtilities::GetRectangleEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction,
-                                                      CrkFloatPoint origin, float offset) noexcept
-{
+                                                      CrkFloatPoint origin, float offset) noexcept {
     const CrkFloatRect shape = rectangle.Moved(-origin.x, -origin.y).Inflated(offset, offset);
     if (shape.IsNull())
         return origin;
@@ -101,14 +90,12 @@ CrkFloatPoint CrkMathUtilities::GetRectangleEdgePoint(CrkFloatRect rectangle, Cr
 }
 
 CrkFloatPoint CrkMathUtilities::GetRectangleEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction,
-                                                      float offset) noexcept
-{
+                                                      float offset) noexcept {
     return GetRectangleEdgePoint(rectangle, direction, MiddleOf(rectangle), offset);
 }
 
 CrkFloatPoint CrkMathUtilities::GetEllipseEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction,
-                                                    CrkFloatPoint origin, float offset) noexcept
-{
+                                                    CrkFloatPoint origin, float offset) noexcept {
     const CrkFloatPoint centre = MiddleOf(rectangle);
     const CrkFloatRect shape = rectangle.Moved(-centre.x, -centre.y).Inflated(offset, offset);
     const Ellipse ellipse{shape.width / 2, shape.height / 2};
@@ -138,7 +125,6 @@ CrkFloatPoint CrkMathUtilities::GetEllipseEdgePoint(CrkFloatRect rectangle, CrkF
 }
 
 CrkFloatPoint CrkMathUtilities::GetEllipseEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction,
-                                                    float offset) noexcept
-{
+                                                    float offset) noexcept {
     return GetEllipseEdgePoint(rectangle, direction, MiddleOf(rectangle), offset);
 }

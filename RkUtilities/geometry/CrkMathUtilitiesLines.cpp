@@ -4,15 +4,12 @@ namespace {
 
 constexpr float kAxisTolerance = 0x1p-23f;
 
-bool Coincide(const CrkFloatPoint& a, const CrkFloatPoint& b)
-{
+bool Coincide(const CrkFloatPoint& a, const CrkFloatPoint& b) {
     return std::fabs(a.x - b.x) < kAxisTolerance && std::fabs(a.y - b.y) < kAxisTolerance;
 }
 
 /// Whether a test holds for a segment between neighbours.
-template <class Test>
-bool AnySegment(const CrkFloatPoint* points, int count, const Test& test)
-{
+template <class Test> bool AnySegment(const CrkFloatPoint* points, int count, const Test& test) {
     for (int i = 1; points && i < count; ++i) {
         if (test(points[i - 1], points[i]))
             return true;
@@ -22,8 +19,7 @@ bool AnySegment(const CrkFloatPoint* points, int count, const Test& test)
 
 }  // namespace
 
-CrkFloatPoint CrkMathUtilities::ClampPoint(const CrkFloatPoint& point, const CrkFloatRect& rectangle) noexcept
-{
+CrkFloatPoint CrkMathUtilities::ClampPoint(const CrkFloatPoint& point, const CrkFloatRect& rectangle) noexcept {
     const auto clamp = [](float value, float low, float high) {
         return value < low ? low : value > high ? high : value;
     };
@@ -31,8 +27,7 @@ CrkFloatPoint CrkMathUtilities::ClampPoint(const CrkFloatPoint& point, const Crk
 }
 
 float CrkMathUtilities::CalculateDistanceToLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
-                                                const CrkFloatPoint& lineEnd) noexcept
-{
+                                                const CrkFloatPoint& lineEnd) noexcept {
     if (lineStart == lineEnd)
         return Length(point, lineStart);
     const CrkFloatPoint d{lineEnd.x - lineStart.x, lineEnd.y - lineStart.y};
@@ -43,8 +38,7 @@ float CrkMathUtilities::CalculateDistanceToLine(const CrkFloatPoint& point, cons
 }
 
 bool CrkMathUtilities::IsPointOnLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
-                                     const CrkFloatPoint& lineEnd, float tolerance) noexcept
-{
+                                     const CrkFloatPoint& lineEnd, float tolerance) noexcept {
     if (tolerance < 0)
         return false;
     const CrkFloatRect box{lineStart.x < lineEnd.x ? lineStart.x : lineEnd.x,
@@ -55,16 +49,14 @@ bool CrkMathUtilities::IsPointOnLine(const CrkFloatPoint& point, const CrkFloatP
 }
 
 bool CrkMathUtilities::IsPointOnPolyline(const CrkFloatPoint& point, const CrkFloatPoint* points, int count,
-                                         float tolerance) noexcept
-{
+                                         float tolerance) noexcept {
     return AnySegment(points, count, [&](const CrkFloatPoint& start, const CrkFloatPoint& end) {
         return IsPointOnLine(point, start, end, tolerance);
     });
 }
 
 float CrkMathUtilities::IsPointAboveLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
-                                         const CrkFloatPoint& lineEnd) noexcept
-{
+                                         const CrkFloatPoint& lineEnd) noexcept {
     if (Coincide(point, lineStart) || Coincide(point, lineEnd))
         return 0;
     const float width = lineEnd.x - lineStart.x, rise = lineStart.y - lineEnd.y;
@@ -75,8 +67,7 @@ float CrkMathUtilities::IsPointAboveLine(const CrkFloatPoint& point, const CrkFl
     return width * (lineStart.y - point.y) - rise * (point.x - lineStart.x);
 }
 
-CrkFloatPoint CrkMathUtilities::GetPolylineMidpoint(const CrkFloatPoint* points, int count) noexcept
-{
+CrkFloatPoint CrkMathUtilities::GetPolylineMidpoint(const CrkFloatPoint* points, int count) noexcept {
     if (!points)
         return {};
     float total = 0;
@@ -98,8 +89,7 @@ CrkFloatPoint CrkMathUtilities::GetPolylineMidpoint(const CrkFloatPoint* points,
 }
 
 bool CrkMathUtilities::IsPolylineCrossingRect(const CrkFloatPoint* points, int count,
-                                              const CrkFloatRect& rectangle) noexcept
-{
+                                              const CrkFloatRect& rectangle) noexcept {
     return AnySegment(points, count, [&](const CrkFloatPoint& start, const CrkFloatPoint& end) {
         return IsLineCrossingRect(start, end, rectangle);
     });

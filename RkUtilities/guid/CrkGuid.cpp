@@ -20,8 +20,7 @@ constexpr auto kDigitPairs = [] {
     return pairs;
 }();
 
-void WriteText(const CFUUIDBytes& record, char16_t* text)
-{
+void WriteText(const CFUUIDBytes& record, char16_t* text) {
     const auto bytes = std::bit_cast<ByteArray>(record);
     for (std::size_t i = 0; i < bytes.size(); ++i)
         std::copy_n(kDigitPairs[bytes[i]].data(), 2, text + kDigitUnits[i]);
@@ -31,21 +30,18 @@ void WriteText(const CFUUIDBytes& record, char16_t* text)
 
 }  // namespace
 
-CFUUIDBytes CrkGuid::CreateGuid()
-{
+CFUUIDBytes CrkGuid::CreateGuid() {
     ByteArray bytes = rk::platform::RandomBytes();
     bytes[6] = static_cast<std::uint8_t>((bytes[6] & 0x0F) | 0x40);  // version 4
     bytes[8] = static_cast<std::uint8_t>((bytes[8] & 0x3F) | 0x80);  // the variant of RFC 4122
     return std::bit_cast<CFUUIDBytes>(bytes);
 }
 
-CString CrkGuid::GuidToString(const CFUUIDBytes& bytes)
-{
+CString CrkGuid::GuidToString(const CFUUIDBytes& bytes) {
     return rk::TextBuilder::Written(kTextUnitCount, [&](char16_t* text) { WriteText(bytes, text); });
 }
 
-CString CrkGuid::GuidToStringWithBraces(const CFUUIDBytes& bytes)
-{
+CString CrkGuid::GuidToStringWithBraces(const CFUUIDBytes& bytes) {
     return rk::TextBuilder::Written(kTextUnitCount + 2, [&](char16_t* text) {
         text[0] = u'{';
         WriteText(bytes, text + 1);

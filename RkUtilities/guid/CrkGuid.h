@@ -62,9 +62,7 @@ public:
     /// The same for a view, also at compile time.
     static constexpr CFUUIDBytes Parse(std::u16string_view text) noexcept { return rk::guid::Read(text); }
     /// The GUID of a literal, made at compile time; a malformed text, and that of the null GUID, do not compile.
-    template <std::size_t N>
-    static consteval CrkGuid Literal(const char16_t (&text)[N])
-    {
+    template <std::size_t N> static consteval CrkGuid Literal(const char16_t (&text)[N]) {
         const CFUUIDBytes bytes = Parse({text, N - 1});
         return IsNullGuid(bytes) ? throw "no GUID" : CrkGuid(bytes);
     }
@@ -77,8 +75,7 @@ public:
     /// Whether all bytes are zero.
     static constexpr bool IsNullGuid(const CFUUIDBytes& bytes) noexcept { return bytes == c_nullGuid; }
     /// Whether all bytes are equal.
-    static constexpr bool AreGuidsEqual(const CFUUIDBytes& left, const CFUUIDBytes& right) noexcept
-    {
+    static constexpr bool AreGuidsEqual(const CFUUIDBytes& left, const CFUUIDBytes& right) noexcept {
         return left == right;
     }
 
@@ -88,8 +85,7 @@ private:
 static_assert(sizeof(CrkGuid) == sizeof(CFUUIDBytes) && std::is_trivially_copyable_v<CrkGuid>);
 
 /// By all 16 bytes.
-template <>
-struct std::hash<CrkGuid> {
+template <> struct std::hash<CrkGuid> {
     /// By all 16 bytes.
     std::size_t operator()(const CrkGuid& guid) const noexcept { return std::hash<CFUUIDBytes>()(guid.Bytes()); }
 };

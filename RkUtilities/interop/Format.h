@@ -12,23 +12,17 @@
 #    include <string>
 
 /// A text as UTF-8, with the format of a string: `std::format("{:>10}", text)`. A lone surrogate becomes U+FFFD.
-template <>
-struct std::formatter<CString> : std::formatter<std::string> {
+template <> struct std::formatter<CString> : std::formatter<std::string> {
     /// Writes the text.
-    template <class Context>
-    auto format(const CString& text, Context& context) const
-    {
+    template <class Context> auto format(const CString& text, Context& context) const {
         return std::formatter<std::string>::format(text.ToUtf8(), context);
     }
 };
 
 /// The text of `CrkGuid::GuidToString`, with the format of a string.
-template <>
-struct std::formatter<CrkGuid> : std::formatter<CString> {
+template <> struct std::formatter<CrkGuid> : std::formatter<CString> {
     /// Writes the identifier.
-    template <class Context>
-    auto format(const CrkGuid& guid, Context& context) const
-    {
+    template <class Context> auto format(const CrkGuid& guid, Context& context) const {
         return std::formatter<CString>::format(CString(guid), context);
     }
 };

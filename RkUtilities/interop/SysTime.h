@@ -11,8 +11,7 @@ namespace rk {
 /// from `FromSysTime` as it was.
 ///
 /// The result converts to `std::chrono::system_clock::time_point`, whose nanoseconds reach from 1677 to 2262 only.
-inline std::chrono::sys_time<std::chrono::microseconds> ToSysTime(const CTime& time) noexcept
-{
+inline std::chrono::sys_time<std::chrono::microseconds> ToSysTime(const CTime& time) noexcept {
     constexpr double kMicroseconds = 1e6;
     const double seconds = std::floor(time.GetCFAbsoluteTime());
     const double fraction = std::round((time.GetCFAbsoluteTime() - seconds) * kMicroseconds);
@@ -22,9 +21,7 @@ inline std::chrono::sys_time<std::chrono::microseconds> ToSysTime(const CTime& t
 
 /// The time that a clock of the system shows (`std::chrono::system_clock::now()`, `std::chrono::sys_days`), to the
 /// microsecond and better; the null time for years that `CTime` does not reach.
-template <class Duration>
-CTime FromSysTime(std::chrono::sys_time<Duration> time) noexcept
-{
+template <class Duration> CTime FromSysTime(std::chrono::sys_time<Duration> time) noexcept {
     using Seconds = std::chrono::duration<double>;
     constexpr double kSecondsOf2001 = 978307200;
     constexpr double kMost = 1e12;  // beyond every year of CTime, and within the clock's whole seconds

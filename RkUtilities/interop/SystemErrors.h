@@ -9,8 +9,7 @@ namespace rk {
 
 /// Disposes of a failure that was caught as a pointer and throws it as a `std::system_error`: the system's error number in
 /// the generic category (EIO where there is none), the path in `what()`.
-[[noreturn]] inline void ThrowAsSystemError(CFileException* failure)
-{
+[[noreturn]] inline void ThrowAsSystemError(CFileException* failure) {
     const CString path = failure->m_strFileName;
     const auto osError = static_cast<int>(failure->m_lOsError);
     failure->Delete();
@@ -28,9 +27,7 @@ namespace rk {
 ///     }
 ///
 /// Whatever else the call throws, and its result, come out as they are.
-template <class Call>
-decltype(auto) WithSystemErrors(Call&& call)
-{
+template <class Call> decltype(auto) WithSystemErrors(Call&& call) {
     try {
         return std::forward<Call>(call)();
     } catch (CFileException* failure) {

@@ -11,6 +11,6 @@ class RK_EXPORT RK_DESCRIBED CrkLogException : public std::runtime_error {
 public:
     CrkLogException() : std::runtime_error("The log folder cannot be made") {}
     /// `what()` names the folder, in UTF-8.
-    explicit CrkLogException(const std::string& folder) : std::runtime_error("The log folder cannot be made: " + folder)
-    {}
+    explicit CrkLogException(const std::string& folder)
+        : std::runtime_error("The log folder cannot be made: " + folder) {}
 };

@@ -15,8 +15,7 @@
 
 namespace {
 
-std::optional<rk::ErkLogLevel> LevelOf(std::string_view text)
-{
+std::optional<rk::ErkLogLevel> LevelOf(std::string_view text) {
     const auto* const found = std::find(std::begin(rk::kLevelNames), std::end(rk::kLevelNames), text);
     if (found == std::end(rk::kLevelNames))
         return std::nullopt;
@@ -26,20 +25,17 @@ std::optional<rk::ErkLogLevel> LevelOf(std::string_view text)
 // Gathers the texts of a settings file by the names of their elements; they count once the file was read to its end.
 class SettingsReceiver final : public rk::platform::XmlReceiver {
 public:
-    void ElementBegins(std::string_view qualifiedName) override
-    {
+    void ElementBegins(std::string_view qualifiedName) override {
         if (++m_depth != kDepthOfSettings)
             return;
         if (const auto setting = m_texts.find(qualifiedName); setting != m_texts.end())
             m_text = &setting->second.emplace_back();
     }
-    void Text(std::string_view piece) override
-    {
+    void Text(std::string_view piece) override {
         if (m_text != nullptr)
             *m_text += piece;
     }
-    void ElementEnds() override
-    {
+    void ElementEnds() override {
         if (m_depth-- == kDepthOfSettings)
             m_text = nullptr;
     }
@@ -60,8 +56,7 @@ private:
 
 }  // namespace
 
-CrkLogSettings::CrkLogSettings(const CString& settingsPath) : m_path(settingsPath)
-{
+CrkLogSettings::CrkLogSettings(const CString& settingsPath) : m_path(settingsPath) {
     constexpr unsigned int kBucketCount = 64;
     m_includeCategories.InitHashTable(kBucketCount);
     m_excludeCategories.InitHashTable(kBucketCount);

@@ -61,8 +61,7 @@ public:
     rk::ErkLogLevel m_level = rk::LogDebug;      ///< "ls:Level": the least severe level that is written
 
 private:
-    [[nodiscard]] static bool Lists(const CAtlMap<CString, bool>& categories, const CString& category)
-    {
+    [[nodiscard]] static bool Lists(const CAtlMap<CString, bool>& categories, const CString& category) {
         const auto* const entry = categories.Lookup(category);
         return entry != nullptr && entry->m_value;
     }

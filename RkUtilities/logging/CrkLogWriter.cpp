@@ -47,14 +47,12 @@ constinit std::atomic<bool> hasGivenUp = false;
 [[gnu::init_priority(101)]] constinit std::optional<AppendFile::Left> left;
 constinit const std::optional<AppendFile::Left> kNothing;
 
-void Echo(const CString& message)
-{
+void Echo(const CString& message) {
     const std::string bytes = message.ToUtf8();
     std::fwrite(bytes.data(), 1, bytes.size(), stderr);
 }
 
-bool IsMissingFolder(const std::error_code& error, const std::string& path)
-{
+bool IsMissingFolder(const std::error_code& error, const std::string& path) {
     // A missing file may also be a link that leads nowhere, a bad path a link that leads to itself.
     const int cause = CFileException::ErrnoToException(error.value());
     return (cause == CFileException::fileNotFound || cause == CFileException::badPath) &&
@@ -65,8 +63,7 @@ bool IsMissingFolder(const std::error_code& error, const std::string& path)
 
 CrkLogWriter::~CrkLogWriter() = default;
 
-void CrkLogWriter::Init(const CString& settingsPath, const CString& logFolder)
-{
+void CrkLogWriter::Init(const CString& settingsPath, const CString& logFolder) {
     rk::platform::HoldAcrossForks(m_mutex);
     auto settings = std::make_unique<CrkLogSettings>(settingsPath);
     const bool isEnabled = settings->m_enable;
@@ -84,16 +81,14 @@ void CrkLogWriter::Init(const CString& settingsPath, const CString& logFolder)
         CrkPathUtilities::AssurePathExists(logFolder);  // a failure shows when an entry is to be written
 }
 
-void CrkLogWriter::Uninitialize()
-{
+void CrkLogWriter::Uninitialize() {
     const std::lock_guard lock(m_mutex);
     m_isInitialized = false;
     delete std::exchange(m_pLogSettings, nullptr);
 }
 
 void CrkLogWriter::LogInternal(ErkLogLevel level, const CString& message, const CString& category,
-                               const CString& description, CFUUIDBytes id)
-{
+                               const CString& description, CFUUIDBytes id) {
     // Once more when the folder was made. Another process may remove the folder again, but not without end.
     if (TryToLog(level, message, category, description, id) == Outcome::FolderWasMissing &&
         TryToLog(level, message, category, description, id) == Outcome::FolderWasMissing)
@@ -101,8 +96,7 @@ void CrkLogWriter::LogInternal(ErkLogLevel level, const CString& message, const 
 }
 
 CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& message, const CString& category,
-                                             const CString& description, const CFUUIDBytes& id)
-{
+                                             const CString& description, const CFUUIDBytes& id) {
     if (!Admits(level, category))
         return Outcome::Done;
     rk::platform::Patience patience(hasGivenUp ? std::chrono::milliseconds::zero() : kLongestWait);
@@ -151,8 +145,7 @@ CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& m
     return Outcome::Done;
 }
 
-rk::LogState CrkLogWriter::GetLogState()
-{
+rk::LogState CrkLogWriter::GetLogState() {
     using Mode = rk::LogState::Mode;
     rk::LogState state;
     state.lastFailure = rk::LogTroubles::LastFailure();

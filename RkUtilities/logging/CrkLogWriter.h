@@ -67,8 +67,7 @@ public:
     // --- Writing
 
     /// Whether entries of the level are written, whatever their category; false while the writer is off.
-    [[nodiscard]] static bool CanLog(ErkLogLevel level)
-    {
+    [[nodiscard]] static bool CanLog(ErkLogLevel level) {
         return m_isInitialized && m_pLogSettings->m_enable && level <= m_pLogSettings->m_level;
     }
 
@@ -186,32 +185,27 @@ private:
 
 // --- Inline, so that an entry that is dropped costs no call into the library
 
-inline bool CrkLogWriter::Admits(ErkLogLevel level, const CString& category)
-{
+inline bool CrkLogWriter::Admits(ErkLogLevel level, const CString& category) {
     return CanLog(level) && !m_pLogSettings->IsExcluded(category) &&
            (m_pLogSettings->m_includeAll || m_pLogSettings->IsIncluded(category));
 }
 
-inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message)
-{
+inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message) {
     if (CanLog(level))
         LogInternal(level, message, c_generalCategory, {}, CrkGuid::c_nullGuid);
 }
 
-inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CrkGuid& id)
-{
+inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CrkGuid& id) {
     if (CanLog(level))
         LogInternal(level, message, c_generalCategory, {}, id.Bytes());
 }
 
-inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category, const CrkGuid& id)
-{
+inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category, const CrkGuid& id) {
     Log(level, message, category, c_noDescription, id);
 }
 
 inline void CrkLogWriter::Log(ErkLogLevel level, const CString& message, const CString& category,
-                              const CString& description, const CrkGuid& id)
-{
+                              const CString& description, const CrkGuid& id) {
     if (const CString& name = category.IsEmpty() ? c_generalCategory : category; Admits(level, name))
         LogInternal(level, message, name, description, id.Bytes());
 }

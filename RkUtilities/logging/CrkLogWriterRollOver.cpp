@@ -18,8 +18,7 @@
 namespace {
 
 // Moves a file over whatever file has the name. After a failure both are as they were.
-std::error_code MoveOver(const std::string& from, const std::string& to)
-{
+std::error_code MoveOver(const std::string& from, const std::string& to) {
     std::error_code error;
     std::filesystem::rename(from, to, error);
     if (error != std::errc::cross_device_link)
@@ -31,8 +30,7 @@ std::error_code MoveOver(const std::string& from, const std::string& to)
 }
 
 // Moves the file to the next number, and removes the backups of lower ones than are to be kept.
-std::error_code MoveToNextNumber(const std::string& from, const std::string& start, std::uint64_t keptCount)
-{
+std::error_code MoveToNextNumber(const std::string& from, const std::string& start, std::uint64_t keptCount) {
     using namespace rk::platform;
     constexpr std::string_view kEnd = ".xml";
     const std::string folder = start.substr(0, start.rfind('/') + 1);
@@ -64,8 +62,7 @@ std::error_code MoveToNextNumber(const std::string& from, const std::string& sta
     return error;
 }
 
-std::error_code RollOver()
-{
+std::error_code RollOver() {
     const CString& name = CrkLogWriter::m_activeFileName;
     const std::string active = rk::NativePath(CrkLogWriter::m_path + name);
     if (CrkLogWriter::m_maxBackupCount > 0) {
@@ -81,8 +78,7 @@ std::error_code RollOver()
 
 }  // namespace
 
-void CrkLogWriter::Bak()
-{
+void CrkLogWriter::Bak() {
     std::error_code error;
     try {
         error = RollOver();

@@ -15,8 +15,7 @@
 namespace {
 
 // The characters that would end a value or mean something in XML, and those that a terminal obeys.
-std::string Escaped(std::string_view value)
-{
+std::string Escaped(std::string_view value) {
     constexpr char kDigits[] = "0123456789ABCDEF";
     std::string text;
     for (const char character : value) {
@@ -30,8 +29,7 @@ std::string Escaped(std::string_view value)
 }
 
 // Local time by ISO 8601; `fraction` stands behind the seconds.
-std::string IsoTime(std::int64_t utcSeconds, const std::string& fraction = "")
-{
+std::string IsoTime(std::int64_t utcSeconds, const std::string& fraction = "") {
     const rk::platform::CalendarTime time = rk::platform::LocalCalendar(utcSeconds);
     const long minutes = std::abs(time.tm_gmtoff) / 60;
     std::array<char, 64> text;
@@ -43,8 +41,7 @@ std::string IsoTime(std::int64_t utcSeconds, const std::string& fraction = "")
 
 }  // namespace
 
-void CrkLogWriter::LogStart()
-{
+void CrkLogWriter::LogStart() {
     using namespace rk::platform;
     const auto now = std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now()).time_since_epoch();
     const std::int64_t seconds = std::chrono::floor<std::chrono::seconds>(now).count();

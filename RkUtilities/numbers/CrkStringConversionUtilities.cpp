@@ -20,8 +20,7 @@ constexpr CString kFalse = CString::Literal(u"false");
 constexpr unsigned short kCurrencySymbols[] = {u'$', u'\u20AC', u'\u00A3', u'\u00A5', u'\u20BD', 0};
 
 /// A text of nothing but ASCII digits after an optional "-", which every locale reads alike.
-std::optional<WholeNumber> ReadPlainDigits(std::u16string_view text)
-{
+std::optional<WholeNumber> ReadPlainDigits(std::u16string_view text) {
     constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
     WholeNumber number;
     number.negative = !text.empty() && text.front() == u'-';
@@ -39,9 +38,7 @@ std::optional<WholeNumber> ReadPlainDigits(std::u16string_view text)
 }
 
 /// Stores the number as the nearest value of the type.
-template <class Integer>
-bool ReadWhole(std::u16string_view text, Integer& value)
-{
+template <class Integer> bool ReadWhole(std::u16string_view text, Integer& value) {
     std::optional<WholeNumber> number = ReadPlainDigits(text);
     if (!number)
         number = NumberFormats::Of(LocaleUse::Numbers).ReadWhole(text);
@@ -63,53 +60,38 @@ bool ReadWhole(std::u16string_view text, Integer& value)
 
 constinit unsigned short const* const CrkStringConversionUtilities::CurrencySymbols = kCurrencySymbols;
 
-bool CrkStringConversionUtilities::StringToBool(const CString& text, bool& value)
-{
+bool CrkStringConversionUtilities::StringToBool(const CString& text, bool& value) {
     if (text != kTrue && text != kFalse)
         return false;
     value = text == kTrue;
     return true;
 }
 
-CString CrkStringConversionUtilities::BoolToString(bool value, bool asWords)
-{
+CString CrkStringConversionUtilities::BoolToString(bool value, bool asWords) {
     if (asWords)
         return value ? kTrue : kFalse;
     return LongToString(value ? 1 : 0);
 }
 
-CString CrkStringConversionUtilities::LongToString(long value)
-{
-    return std::to_string(value);
-}
+CString CrkStringConversionUtilities::LongToString(long value) { return std::to_string(value); }
 
-CString CrkStringConversionUtilities::ULongToString(unsigned long value)
-{
-    return std::to_string(value);
-}
+CString CrkStringConversionUtilities::ULongToString(unsigned long value) { return std::to_string(value); }
 
-bool CrkStringConversionUtilities::StringToUInteger(const CString& text, unsigned int& value)
-{
+bool CrkStringConversionUtilities::StringToUInteger(const CString& text, unsigned int& value) {
     return ReadWhole(text, value);
 }
 
-bool CrkStringConversionUtilities::StringToLong(const CString& text, long& value)
-{
+bool CrkStringConversionUtilities::StringToLong(const CString& text, long& value) { return ReadWhole(text, value); }
+
+bool CrkStringConversionUtilities::StringToULong(const CString& text, int, unsigned long& value) {
     return ReadWhole(text, value);
 }
 
-bool CrkStringConversionUtilities::StringToULong(const CString& text, int, unsigned long& value)
-{
+bool CrkStringConversionUtilities::StringToULong(const CString& text, unsigned long& value) {
     return ReadWhole(text, value);
 }
 
-bool CrkStringConversionUtilities::StringToULong(const CString& text, unsigned long& value)
-{
-    return ReadWhole(text, value);
-}
-
-bool CrkStringConversionUtilities::IsStringULong(const CString& text)
-{
+bool CrkStringConversionUtilities::IsStringULong(const CString& text) {
     unsigned long ignored = 0;
     return ReadWhole(text, ignored);
 }

@@ -24,14 +24,12 @@ constexpr std::u16string_view kNegativeAmounts[] = {u"($n)", u"-$n",  u"$-n",   
 constexpr std::u16string_view kNegativeNumber = u"(n)";
 
 /// The pattern of a format; of the format `other` where no pattern has that number.
-std::u16string_view PatternOf(std::span<const std::u16string_view> patterns, int format, std::size_t other)
-{
+std::u16string_view PatternOf(std::span<const std::u16string_view> patterns, int format, std::size_t other) {
     return patterns[format >= 0 && format < std::ssize(patterns) ? static_cast<std::size_t>(format) : other];
 }
 
 CString Placed(std::u16string_view number, std::u16string_view pattern, std::u16string_view symbol,
-               bool showsMinus = false)
-{
+               bool showsMinus = false) {
     rk::TextBuilder builder(number.size() + symbol.size() + pattern.size());
     for (const char16_t unit : pattern) {
         if (unit == u'n')
@@ -46,28 +44,24 @@ CString Placed(std::u16string_view number, std::u16string_view pattern, std::u16
 
 /// What is negative: the number alone where no sign shows.
 CString NegativePlaced(std::u16string_view number, std::u16string_view pattern, std::u16string_view symbol,
-                       Conversion::NegativeNumberRepresentation representation)
-{
+                       Conversion::NegativeNumberRepresentation representation) {
     const bool showsMinus = representation == Conversion::MinusSign;
     const bool showsSign =
         showsMinus || representation == Conversion::Parentheses || representation == Conversion::ParenthesesAlt;
     return Placed(number, showsSign ? pattern : u"n", symbol, showsMinus);
 }
 
-CString PositiveAmount(std::u16string_view number, int format, std::u16string_view symbol)
-{
+CString PositiveAmount(std::u16string_view number, int format, std::u16string_view symbol) {
     return Placed(number, PatternOf(kPositiveAmounts, format, 0), symbol);
 }
 
 CString NegativeAmount(std::u16string_view number, int format, std::u16string_view symbol,
-                       Conversion::NegativeNumberRepresentation representation)
-{
+                       Conversion::NegativeNumberRepresentation representation) {
     return NegativePlaced(number, PatternOf(kNegativeAmounts, format, 1), symbol, representation);
 }
 
 /// Appends a number text as its digits show, without its sign; returns whether the number is negative.
-bool AppendUnsigned(rk::TextBuilder& builder, const CString& numberText, bool groupThousands, int decimalCount)
-{
+bool AppendUnsigned(rk::TextBuilder& builder, const CString& numberText, bool groupThousands, int decimalCount) {
     const NumberFormats& formats = NumberFormats::Of(LocaleUse::Money);
     std::u16string moved;
     const rk::SplitNumber number =
@@ -87,8 +81,7 @@ bool AppendUnsigned(rk::TextBuilder& builder, const CString& numberText, bool gr
 
 CString CrkStringConversionUtilities::DoubleStringToFormattedNumber(const CString& numberText, bool groupThousands,
                                                                     int decimalCount,
-                                                                    NegativeNumberRepresentation representation)
-{
+                                                                    NegativeNumberRepresentation representation) {
     if (numberText.IsEmpty())
         return {};
     rk::TextBuilder digits;
@@ -97,16 +90,14 @@ CString CrkStringConversionUtilities::DoubleStringToFormattedNumber(const CStrin
     return NegativePlaced(digits.View(), kNegativeNumber, {}, representation);
 }
 
-void CrkStringConversionUtilities::FormatNegativeNumber(CString& text, NegativeNumberRepresentation representation)
-{
+void CrkStringConversionUtilities::FormatNegativeNumber(CString& text, NegativeNumberRepresentation representation) {
     text = NegativePlaced(text, kNegativeNumber, {}, representation);
 }
 
 CString CrkStringConversionUtilities::DoubleStringToFormattedCurrency(const CString& numberText,
                                                                       const CString& currencySymbol, int decimalCount,
                                                                       int positiveFormat, int negativeFormat,
-                                                                      NegativeNumberRepresentation representation)
-{
+                                                                      NegativeNumberRepresentation representation) {
     if (numberText.IsEmpty())
         return {};
     rk::TextBuilder digits;
@@ -116,19 +107,16 @@ CString CrkStringConversionUtilities::DoubleStringToFormattedCurrency(const CStr
 }
 
 void CrkStringConversionUtilities::FormatPositiveCurrency(CString& text, int positiveFormat,
-                                                          const CString& currencySymbol)
-{
+                                                          const CString& currencySymbol) {
     text = PositiveAmount(text, positiveFormat, currencySymbol);
 }
 
 void CrkStringConversionUtilities::FormatNegativeCurrency(CString& text, NegativeNumberRepresentation representation,
-                                                          int negativeFormat, const CString& currencySymbol)
-{
+                                                          int negativeFormat, const CString& currencySymbol) {
     text = NegativeAmount(text, negativeFormat, currencySymbol, representation);
 }
 
-CString CrkStringConversionUtilities::DoubleStringToFormattedPercentage(const CString& numberText, int decimalCount)
-{
+CString CrkStringConversionUtilities::DoubleStringToFormattedPercentage(const CString& numberText, int decimalCount) {
     constexpr std::size_t kMovedDigits = 2;  // times 100
     if (numberText.IsEmpty())
         return {};

@@ -10,8 +10,7 @@
 
 namespace {
 
-rk::NumberSpelling UserSpelling()
-{
+rk::NumberSpelling UserSpelling() {
     using namespace rk::platform;
     const NumberFormats& formats = NumberFormats::Of(LocaleUse::Numbers);
     return {.decimalSeparator = formats.decimalSeparator,
@@ -20,20 +19,15 @@ rk::NumberSpelling UserSpelling()
             .digits = &formats.digits};
 }
 
-bool ReadDouble(std::u16string_view text, double& value)
-{
-    return rk::ReadSpelledDouble(text, UserSpelling(), value);
-}
+bool ReadDouble(std::u16string_view text, double& value) { return rk::ReadSpelledDouble(text, UserSpelling(), value); }
 
 }  // namespace
 
-bool CrkStringConversionUtilities::StringToDouble(const CString& text, double& value)
-{
+bool CrkStringConversionUtilities::StringToDouble(const CString& text, double& value) {
     return ReadDouble(text, value);
 }
 
-bool CrkStringConversionUtilities::StringToInteger(const CString& text, int& value)
-{
+bool CrkStringConversionUtilities::StringToInteger(const CString& text, int& value) {
     std::int64_t read = 0;
     if (!rk::ReadSpelledInteger(text, UserSpelling(), read))
         return false;
@@ -41,20 +35,17 @@ bool CrkStringConversionUtilities::StringToInteger(const CString& text, int& val
     return true;
 }
 
-bool CrkStringConversionUtilities::IsStringDouble(const CString& text)
-{
+bool CrkStringConversionUtilities::IsStringDouble(const CString& text) {
     double ignored = 0;
     return ReadDouble(text, ignored);
 }
 
-bool CrkStringConversionUtilities::IsStringInteger(const CString& text)
-{
+bool CrkStringConversionUtilities::IsStringInteger(const CString& text) {
     int ignored = 0;
     return StringToInteger(text, ignored);
 }
 
-bool CrkStringConversionUtilities::StringToPercentageDouble(const CString& text, double& value)
-{
+bool CrkStringConversionUtilities::StringToPercentageDouble(const CString& text, double& value) {
     value = 0;
     const std::u16string_view trimmed = rk::Trimmed(text);
     const std::size_t percentAt = trimmed.rfind(u'%');

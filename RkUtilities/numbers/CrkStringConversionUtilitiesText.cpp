@@ -18,8 +18,7 @@ constexpr double kFixedAbove = 1e-9;
 constexpr double kFixedBelow = 99999999999.0;
 
 /// What C's "%.9f" gives, without zeros at the end.
-const char* WriteFixed(double value, char* text, char* end)
-{
+const char* WriteFixed(double value, char* text, char* end) {
     end = std::to_chars(text, end, value, std::chars_format::fixed, 9).ptr;
     while (end[-1] == '0')
         --end;
@@ -28,8 +27,7 @@ const char* WriteFixed(double value, char* text, char* end)
 
 }  // namespace
 
-CString CrkStringConversionUtilities::DoubleToString(double value)
-{
+CString CrkStringConversionUtilities::DoubleToString(double value) {
     if (std::isnan(value))  // the standard libraries differ in the words for a NaN
         return std::signbit(value) ? u"-nan" : u"nan";
     char characters[32];
@@ -51,8 +49,7 @@ CString CrkStringConversionUtilities::DoubleToString(double value)
 }
 
 void CrkStringConversionUtilities::SplitNumberString(const CString& text, CString& integerPart, CString& fractionPart,
-                                                     bool& negative)
-{
+                                                     bool& negative) {
     const std::u16string& point = NumberFormats::Of(LocaleUse::Money).currencyDecimalSeparator;
     std::u16string moved;
     const std::optional<rk::SplitNumber> number = rk::Split(text, point, moved, fractionPart);
@@ -65,16 +62,14 @@ void CrkStringConversionUtilities::SplitNumberString(const CString& text, CStrin
     negative = number->negative;
 }
 
-void CrkStringConversionUtilities::FormatDecimalDigits(CString& fractionPart, int decimalCount)
-{
+void CrkStringConversionUtilities::FormatDecimalDigits(CString& fractionPart, int decimalCount) {
     const std::size_t count = rk::ClampedDecimals(decimalCount);
     rk::TextBuilder builder(count);
     rk::AppendDecimals(builder, fractionPart, count);
     fractionPart = builder.Take();
 }
 
-void CrkStringConversionUtilities::Format1000Separator(CString& integerPart)
-{
+void CrkStringConversionUtilities::Format1000Separator(CString& integerPart) {
     const std::u16string& separator = NumberFormats::Of(LocaleUse::Money).currencyGroupingSeparator;
     rk::TextBuilder builder;
     rk::AppendGrouped(builder, integerPart, separator);

@@ -8,57 +8,38 @@
 
 namespace {
 
-bool EndsWithSlash(std::u16string_view path)
-{
-    return path.ends_with(u'/');
-}
+bool EndsWithSlash(std::u16string_view path) { return path.ends_with(u'/'); }
 
 }  // namespace
 
 // --- Taking a path apart
 
-CString CrkPathUtilities::FileWithExtensionFromFilename(const CString& path)
-{
-    return rk::FileNameOf(path);
-}
+CString CrkPathUtilities::FileWithExtensionFromFilename(const CString& path) { return rk::FileNameOf(path); }
 
-CString CrkPathUtilities::PathFromFilename(const CString& path)
-{
-    return rk::FolderOf(path);
-}
+CString CrkPathUtilities::PathFromFilename(const CString& path) { return rk::FolderOf(path); }
 
-CString CrkPathUtilities::GetExtensionFromFileName(const CString& path)
-{
-    return rk::ExtensionOf(path);
-}
+CString CrkPathUtilities::GetExtensionFromFileName(const CString& path) { return rk::ExtensionOf(path); }
 
-CString CrkPathUtilities::FileWithoutExtensionFromFilename(const CString& path)
-{
-    return rk::BaseNameOf(path);
-}
+CString CrkPathUtilities::FileWithoutExtensionFromFilename(const CString& path) { return rk::BaseNameOf(path); }
 
 // --- Slashes and spaces
 
-void CrkPathUtilities::AssureTrailingSlash(CString* path)
-{
+void CrkPathUtilities::AssureTrailingSlash(CString* path) {
     if (path != nullptr && !path->IsEmpty() && !EndsWithSlash(*path))
         *path += u'/';
 }
 
-void CrkPathUtilities::StripTrailingSlash(CString* path)
-{
+void CrkPathUtilities::StripTrailingSlash(CString* path) {
     if (path != nullptr && EndsWithSlash(*path))
         path->Delete(path->GetLength() - 1);
 }
 
-void CrkPathUtilities::AssignDirString(const CString& source, CString& target)
-{
+void CrkPathUtilities::AssignDirString(const CString& source, CString& target) {
     target = source;
     AssureTrailingSlash(&target);
 }
 
-CString CrkPathUtilities::NormalizedPath(const CString& path, TrailingCharTreatment treatment)
-{
+CString CrkPathUtilities::NormalizedPath(const CString& path, TrailingCharTreatment treatment) {
     CString normalized = path;
     normalized.Replace(u"\\", u"/");
     if (treatment == StripTrailingChar)
@@ -68,8 +49,7 @@ CString CrkPathUtilities::NormalizedPath(const CString& path, TrailingCharTreatm
     return normalized;
 }
 
-void CrkPathUtilities::NormalizePath(CString* path)
-{
+void CrkPathUtilities::NormalizePath(CString* path) {
     if (path == nullptr)
         return;
     path->Replace(u"\\", u"/");
@@ -78,8 +58,7 @@ void CrkPathUtilities::NormalizePath(CString* path)
     AssureTrailingSlash(path);
 }
 
-void CrkPathUtilities::StripLeadingSpace(CString* path)
-{
+void CrkPathUtilities::StripLeadingSpace(CString* path) {
     if (path == nullptr)
         return;
     const std::u16string_view text = *path;
@@ -87,8 +66,7 @@ void CrkPathUtilities::StripLeadingSpace(CString* path)
     path->Delete(0, static_cast<int>(spaceCount));
 }
 
-void CrkPathUtilities::StripTrailingSpace(CString* path)
-{
+void CrkPathUtilities::StripTrailingSpace(CString* path) {
     if (path == nullptr)
         return;
     const std::u16string_view text = *path;
@@ -98,8 +76,7 @@ void CrkPathUtilities::StripTrailingSpace(CString* path)
 
 // --- Absolute and relative paths; CalcRelativePathname has a file of its own
 
-CString CrkPathUtilities::AppendToPath(const CString& path, const CString& name)
-{
+CString CrkPathUtilities::AppendToPath(const CString& path, const CString& name) {
     const std::u16string_view folder = path;
     rk::TextBuilder appended(folder.size() + 1 + name.View().size());
     appended.Append(folder);
@@ -109,18 +86,13 @@ CString CrkPathUtilities::AppendToPath(const CString& path, const CString& name)
     return appended.Take();
 }
 
-CString CrkPathUtilities::GetAbsolutePath(const CString& path)
-{
-    return rk::AbsolutePath(path);
-}
+CString CrkPathUtilities::GetAbsolutePath(const CString& path) { return rk::AbsolutePath(path); }
 
-CString CrkPathUtilities::RelativeToAbsoluteFilename(const CString& fileName, const CString& baseFolder)
-{
+CString CrkPathUtilities::RelativeToAbsoluteFilename(const CString& fileName, const CString& baseFolder) {
     return GetAbsolutePath(IsAbsoluteFilename(fileName) ? fileName : AppendToPath(baseFolder, fileName));
 }
 
-CString CrkPathUtilities::AbsoluteToRelativeFilename(const CString& fileName, const CString& baseFolder)
-{
+CString CrkPathUtilities::AbsoluteToRelativeFilename(const CString& fileName, const CString& baseFolder) {
     std::u16string_view rest = fileName;
     const std::u16string_view base = baseFolder;
     if (base.empty() || !rest.starts_with(base))
@@ -129,8 +101,7 @@ CString CrkPathUtilities::AbsoluteToRelativeFilename(const CString& fileName, co
     return rest.substr(rest.starts_with(u'/') ? 1 : 0);
 }
 
-CString CrkPathUtilities::GetLowercaseLongPath(const CString& path)
-{
+CString CrkPathUtilities::GetLowercaseLongPath(const CString& path) {
     CString lower = path;
     lower.MakeLower();
     return lower;
@@ -138,7 +109,6 @@ CString CrkPathUtilities::GetLowercaseLongPath(const CString& path)
 
 // --- Comparing
 
-bool CrkPathUtilities::AreFilenamesEqual(const CString& first, const CString& second)
-{
+bool CrkPathUtilities::AreFilenamesEqual(const CString& first, const CString& second) {
     return rk::AbsolutePath(first).CompareNoCase(rk::AbsolutePath(second)) == 0;
 }

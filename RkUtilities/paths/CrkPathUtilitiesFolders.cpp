@@ -39,8 +39,7 @@ constexpr SpecialFolder kSpecialFolders[] = {
     {CrkPathUtilities::CachesFolder, &BaseFolder, "XDG_CACHE_HOME", ".cache"},
 };
 
-std::string SpecialFolderPath(int code)
-{
+std::string SpecialFolderPath(int code) {
     if (code == CrkPathUtilities::HomeFolder)
         return rk::platform::HomeFolder();
     if (code == CrkPathUtilities::TemporaryItemsFolder)
@@ -52,13 +51,9 @@ std::string SpecialFolderPath(int code)
     return {};
 }
 
-bool IsFolder(const std::string& nativePath)
-{
-    return rk::platform::KindOf(nativePath) == FileKind::Folder;
-}
+bool IsFolder(const std::string& nativePath) { return rk::platform::KindOf(nativePath) == FileKind::Folder; }
 
-bool ChangeOwnerWrite(const CString& path, OwnerWrite wanted)
-{
+bool ChangeOwnerWrite(const CString& path, OwnerWrite wanted) {
     std::error_code error;
     const bool changed = rk::platform::ChangeOwnerWrite(rk::NativePath(path), wanted, error);
     if (error)
@@ -70,8 +65,7 @@ bool ChangeOwnerWrite(const CString& path, OwnerWrite wanted)
 
 // --- Comparing on disk
 
-bool CrkPathUtilities::ComparePaths(const CString& first, const CString& second)
-{
+bool CrkPathUtilities::ComparePaths(const CString& first, const CString& second) {
     using rk::platform::CanonicalPathOfReadable;
     const std::optional<std::string> firstPath = CanonicalPathOfReadable(rk::NativePath(first));
     if (!firstPath)
@@ -80,44 +74,33 @@ bool CrkPathUtilities::ComparePaths(const CString& first, const CString& second)
     return secondPath && AreFilenamesEqual(rk::PathText(*firstPath), rk::PathText(*secondPath));
 }
 
-bool CrkPathUtilities::IsSubFolder(const CString& folder, const CString& candidate)
-{
+bool CrkPathUtilities::IsSubFolder(const CString& folder, const CString& candidate) {
     return candidate.View().starts_with(folder.View()) && IsFolder(rk::NativePath(folder)) &&
            IsFolder(rk::NativePath(candidate));
 }
 
 // --- On disk
 
-CString CrkPathUtilities::GetSpecialFolderPath(int code)
-{
+CString CrkPathUtilities::GetSpecialFolderPath(int code) {
     const std::string path = SpecialFolderPath(code);
     return IsFolder(path) ? rk::PathText(path) : CString();
 }
 
-bool CrkPathUtilities::IsFileReadOnly(const CString& path)
-{
+bool CrkPathUtilities::IsFileReadOnly(const CString& path) {
     const std::optional<rk::platform::FileFacts> facts = rk::platform::Inspect(rk::NativePath(path));
     return facts && !facts->ownerMayWrite;
 }
 
-bool CrkPathUtilities::MakeFileReadOnly(const CString& path)
-{
-    return ChangeOwnerWrite(path, OwnerWrite::Deny);
-}
+bool CrkPathUtilities::MakeFileReadOnly(const CString& path) { return ChangeOwnerWrite(path, OwnerWrite::Deny); }
 
-bool CrkPathUtilities::MakeFileReadWrite(const CString& path)
-{
-    return ChangeOwnerWrite(path, OwnerWrite::Allow);
-}
+bool CrkPathUtilities::MakeFileReadWrite(const CString& path) { return ChangeOwnerWrite(path, OwnerWrite::Allow); }
 
-bool CrkPathUtilities::FileNotDirectoryExists(const CString& path)
-{
+bool CrkPathUtilities::FileNotDirectoryExists(const CString& path) {
     const std::optional<FileKind> kind = rk::platform::KindOf(rk::NativePath(path));
     return kind && kind != FileKind::Folder;
 }
 
-bool CrkPathUtilities::AssurePathExists(const CString& path)
-{
+bool CrkPathUtilities::AssurePathExists(const CString& path) {
     const std::string folder = rk::NativePath(NormalizedPath(path, KeepTrailingChar));
     if (IsFolder(folder) || !rk::platform::MakeFolders(folder))
         return true;

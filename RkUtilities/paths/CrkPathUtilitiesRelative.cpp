@@ -14,16 +14,14 @@ namespace {
 using rk::platform::IsSameName;
 
 // The element that starts at `start`, up to the next "/" or the end.
-std::u16string_view ElementAt(std::u16string_view path, std::size_t start)
-{
+std::u16string_view ElementAt(std::u16string_view path, std::size_t start) {
     return path.substr(start, path.find(u'/', start) - start);
 }
 
 // In these functions a clean path is "" for the root, else a "/" before each element: no element is empty, "." or "..".
 
 // nullopt for "" and for a relative path where there is no current folder.
-std::optional<std::u16string> CleanPath(const CString& path)
-{
+std::optional<std::u16string> CleanPath(const CString& path) {
     if (path.IsEmpty())
         return std::nullopt;
     CString absolute = path;
@@ -53,8 +51,7 @@ struct CommonPart {
     std::size_t ofBase;
 };
 
-CommonPart FindCommonPart(std::u16string_view target, std::u16string_view base)
-{
+CommonPart FindCommonPart(std::u16string_view target, std::u16string_view base) {
     CommonPart part{0, 0};
     while (part.ofTarget < target.size() && part.ofBase < base.size()) {
         const std::u16string_view targetElement = ElementAt(target, part.ofTarget + 1);
@@ -70,8 +67,7 @@ CommonPart FindCommonPart(std::u16string_view target, std::u16string_view base)
 }  // namespace
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): callers know it so
-CString CrkPathUtilities::CalcRelativePathname(CString target, CString baseFolder)
-{
+CString CrkPathUtilities::CalcRelativePathname(CString target, CString baseFolder) {
     const std::optional<std::u16string> cleanTarget = CleanPath(target);
     const std::optional<std::u16string> cleanBase = CleanPath(baseFolder);
     if (!cleanTarget || !cleanBase)

@@ -11,8 +11,7 @@ using rk::platform::BytesOfPath;
 using rk::platform::TakenBy;
 
 /// "" when no name is free.
-CString FreeName(const CString& folder, const CString& start, const CString& end, TakenBy takenBy)
-{
+CString FreeName(const CString& folder, const CString& start, const CString& end, TakenBy takenBy) {
     // A name "~" in a folder is no home folder. All parts meet at ASCII characters, so that their bytes may be joined.
     const rk::platform::NumberedName name{BytesOfPath(start), BytesOfPath(end)};
     std::error_code error;
@@ -26,8 +25,7 @@ CString FreeName(const CString& folder, const CString& start, const CString& end
 
 }  // namespace
 
-CString CrkPathUtilities::GetUniqueFilename(const CString& path)
-{
+CString CrkPathUtilities::GetUniqueFilename(const CString& path) {
     std::error_code error;
     if (!rk::platform::KindOf(rk::NativePath(path), error) && !error)
         return path;
@@ -38,8 +36,7 @@ CString CrkPathUtilities::GetUniqueFilename(const CString& path)
     return folder + MakeNameUnique(folder, rk::BaseNameOf(path), rk::ExtensionOf(path));
 }
 
-CString CrkPathUtilities::MakeNameUnique(const CString& folder, const CString& baseName, const CString& extension)
-{
+CString CrkPathUtilities::MakeNameUnique(const CString& folder, const CString& baseName, const CString& extension) {
     if (folder.IsEmpty() || baseName.IsEmpty())
         return {};
     CString name = baseName;
@@ -49,8 +46,7 @@ CString CrkPathUtilities::MakeNameUnique(const CString& folder, const CString& b
     return FreeName(folder, name, extension.IsEmpty() ? CString() : u'.' + extension, TakenBy::Anything);
 }
 
-CString CrkPathUtilities::MakeFolderNameUnique(const CString& folder, const CString& name)
-{
+CString CrkPathUtilities::MakeFolderNameUnique(const CString& folder, const CString& name) {
     CString clean = name;
     RemoveInvalidCharsFromFolderName(clean);
     return FreeName(folder, clean, CString(), TakenBy::Folders);

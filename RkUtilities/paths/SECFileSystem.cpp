@@ -21,8 +21,7 @@ namespace {
 
 /// Copies one field of a path's status where that can be read.
 template <class Field, class Value>
-bool ReadField(const SECFileSystem& files, const CString& path, Field CFileStatus::* field, Value& value)
-{
+bool ReadField(const SECFileSystem& files, const CString& path, Field CFileStatus::* field, Value& value) {
     CFileStatus status;
     if (!files.GetFileStatus(path, status))
         return false;
@@ -31,9 +30,7 @@ bool ReadField(const SECFileSystem& files, const CString& path, Field CFileStatu
 }
 
 /// Runs a step that may throw a file failure; tells whether it did not.
-template <class Step>
-bool Succeeds(Step step)
-{
+template <class Step> bool Succeeds(Step step) {
     try {
         step();
         return true;
@@ -43,8 +40,7 @@ bool Succeeds(Step step)
     }
 }
 
-platform::CopyRules RulesOf(unsigned int flags)
-{
+platform::CopyRules RulesOf(unsigned int flags) {
     return {.keepWritable = (flags & SECFileSystem::copyKeepExisting) != 0,
             .replaceReadOnly =
                 (flags & (SECFileSystem::copyOverwriteReadOnly | SECFileSystem::copyAskOverwriteReadOnly)) != 0,
@@ -52,8 +48,7 @@ platform::CopyRules RulesOf(unsigned int flags)
 }
 
 /// Whether a name on the path has more than 255 code units, which no folder made here may have on any file system.
-bool HasOverlongName(const CString& path)
-{
+bool HasOverlongName(const CString& path) {
     constexpr std::ptrdiff_t kMostUnits = 255;
     const auto* start = path.begin();
     while (start != path.end()) {
@@ -66,8 +61,7 @@ bool HasOverlongName(const CString& path)
 }
 
 /// Whether the rest of both files, `byteCount` bytes of each, is the same.
-bool HaveEqualBytes(CFile& first, CFile& second, unsigned long long byteCount, unsigned long blockSize)
-{
+bool HaveEqualBytes(CFile& first, CFile& second, unsigned long long byteCount, unsigned long blockSize) {
     constexpr unsigned long kLeast = 256UL * 1024;  // below, the calls cost more than what they read
     constexpr unsigned long kMost = 1024UL * 1024;
     const auto block =
@@ -93,8 +87,7 @@ SECFileSystem::~SECFileSystem() = default;
 
 // --- What is known of a file or folder -----------------------------------------------------------------------------
 
-bool SECFileSystem::GetFileStatus(const CString& path, CFileStatus& status) const
-{
+bool SECFileSystem::GetFileStatus(const CString& path, CFileStatus& status) const {
     try {
         return CFile::GetStatus(path, status);
     } catch (const std::exception&) {  // memory ran out: no file failure is thrown
@@ -102,43 +95,33 @@ bool SECFileSystem::GetFileStatus(const CString& path, CFileStatus& status) cons
     }
 }
 
-bool SECFileSystem::GetFileCreateTime(const CString& path, CTime& time) const
-{
+bool SECFileSystem::GetFileCreateTime(const CString& path, CTime& time) const {
     return ReadField(*this, path, &CFileStatus::m_ctime, time);
 }
 
-bool SECFileSystem::GetFileModifyTime(const CString& path, CTime& time) const
-{
+bool SECFileSystem::GetFileModifyTime(const CString& path, CTime& time) const {
     return ReadField(*this, path, &CFileStatus::m_mtime, time);
 }
 
-bool SECFileSystem::GetFileAccessTime(const CString& path, CTime& time) const
-{
+bool SECFileSystem::GetFileAccessTime(const CString& path, CTime& time) const {
     return ReadField(*this, path, &CFileStatus::m_atime, time);
 }
 
-bool SECFileSystem::GetFileSize(const CString& path, unsigned long long& size) const
-{
+bool SECFileSystem::GetFileSize(const CString& path, unsigned long long& size) const {
     return ReadField(*this, path, &CFileStatus::m_size, size);
 }
 
-bool SECFileSystem::GetFileAttribute(const CString& path, unsigned char& attribute) const
-{
+bool SECFileSystem::GetFileAttribute(const CString& path, unsigned char& attribute) const {
     return ReadField(*this, path, &CFileStatus::m_attribute, attribute);
 }
 
-bool SECFileSystem::FileExists(const CString& path) const
-{
-    return platform::KindOf(rk::NativePath(path)).has_value();
-}
+bool SECFileSystem::FileExists(const CString& path) const { return platform::KindOf(rk::NativePath(path)).has_value(); }
 
-bool SECFileSystem::DirectoryExists(const CString& path) const
-{
+bool SECFileSystem::DirectoryExists(const CString& path) const {
     return platform::KindOf(rk::NativePath(path)) == platform::FileKind::Folder;
 }
 
-bool SECFileSystem::IsDirectoryEmpty(const CString& path) const
-{
+bool SECFileSystem::IsDirectoryEmpty(const CString& path) const {
     bool isEmpty = true;
     const std::error_code error =
         platform::VisitFolder(rk::NativePath(path), [&](std::string_view, platform::FileKind) {
@@ -150,18 +133,15 @@ bool SECFileSystem::IsDirectoryEmpty(const CString& path) const
 
 // --- Making, renaming, deleting ------------------------------------------------------------------------------------
 
-bool SECFileSystem::MakeDirectory(const CString& path) const
-{
+bool SECFileSystem::MakeDirectory(const CString& path) const {
     return !HasOverlongName(path) && !platform::MakeFolder(rk::NativePath(path));
 }
 
-bool SECFileSystem::MakePath(const CString& path) const
-{
+bool SECFileSystem::MakePath(const CString& path) const {
     return !HasOverlongName(path) && !platform::MakeFolders(rk::NativePath(path));
 }
 
-bool SECFileSystem::RenameFile(const CString& oldPath, const CString& newPath) const
-{
+bool SECFileSystem::RenameFile(const CString& oldPath, const CString& newPath) const {
     if (oldPath == newPath)
         return true;
     if (!FileExists(oldPath) || FileExists(newPath))
@@ -170,33 +150,28 @@ bool SECFileSystem::RenameFile(const CString& oldPath, const CString& newPath) c
     return true;
 }
 
-bool SECFileSystem::RenameDirectory(const CString& oldPath, const CString& newPath) const
-{
+bool SECFileSystem::RenameDirectory(const CString& oldPath, const CString& newPath) const {
     return !platform::MoveTree(rk::NativePath(oldPath), rk::NativePath(newPath));
 }
 
-bool SECFileSystem::DeleteFile(const CString& path) const
-{
+bool SECFileSystem::DeleteFile(const CString& path) const {
     return Succeeds([&] { CFile::Remove(path); });
 }
 
-bool SECFileSystem::DeleteDirectory(const CString& path, signed char recursive) const
-{
+bool SECFileSystem::DeleteDirectory(const CString& path, signed char recursive) const {
     const std::string nativePath = rk::NativePath(path);
     if (recursive != 0)
         return !platform::RemoveTree(nativePath);
     return IsDirectoryEmpty(path) && !platform::RemoveEmptyFolder(nativePath);
 }
 
-bool SECFileSystem::CloseFile(CFile* file) const
-{
+bool SECFileSystem::CloseFile(CFile* file) const {
     return Succeeds([&] { file->Close(); });
 }
 
 // --- Comparing and copying -----------------------------------------------------------------------------------------
 
-int SECFileSystem::CompareFiles(const CString& first, const CString& second, unsigned long blockSize) const
-{
+int SECFileSystem::CompareFiles(const CString& first, const CString& second, unsigned long blockSize) const {
     CFile a;
     CFile b;
     if (!a.Open(first, CFile::modeRead | CFile::shareDenyWrite) ||
@@ -210,8 +185,7 @@ int SECFileSystem::CompareFiles(const CString& first, const CString& second, uns
     return couldRead && areEqual ? 1 : 0;
 }
 
-int SECFileSystem::CopyFile(const CString& source, const CString& destination, unsigned int flags, rk::TextView) const
-{
+int SECFileSystem::CopyFile(const CString& source, const CString& destination, unsigned int flags, rk::TextView) const {
     const std::string to = rk::NativePath(destination);
     auto outcome = platform::CopyOutcome::Stayed;
     if (platform::CopyTree(rk::NativePath(source), to, RulesOf(flags), outcome))
@@ -222,8 +196,7 @@ int SECFileSystem::CopyFile(const CString& source, const CString& destination, u
     return copy && copy->kind != platform::FileKind::Folder && copy->ownerMayWrite ? 1 : 0;
 }
 
-int SECFileSystem::CopyFiles(const CString& source, const CString& destination, unsigned int flags, signed char) const
-{
+int SECFileSystem::CopyFiles(const CString& source, const CString& destination, unsigned int flags, signed char) const {
     static_cast<void>(platform::CopyContents(rk::NativePath(source), rk::NativePath(destination), RulesOf(flags)));
     return 1;
 }

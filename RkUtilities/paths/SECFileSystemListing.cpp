@@ -19,10 +19,8 @@ namespace {
 class NamePattern {
 public:
     explicit NamePattern(const CString& pattern)
-        : m_base(rk::BaseNameOf(pattern)), m_extension(rk::ExtensionOf(pattern))
-    {}
-    bool Takes(std::u16string_view name) const
-    {
+        : m_base(rk::BaseNameOf(pattern)), m_extension(rk::ExtensionOf(pattern)) {}
+    bool Takes(std::u16string_view name) const {
         return (m_base == u"*" || m_base == rk::BaseNameOf(name)) &&
                (m_extension == u"*" || m_extension == rk::ExtensionOf(name));
     }
@@ -34,8 +32,7 @@ private:
 
 /// Whether an entry's attribute byte meets the mask. Most entries need no status: their kind says enough.
 bool MeetsMask(const std::string& nativeFolder, std::string_view name, platform::FileKind kind,
-               unsigned long attributeMask)
-{
+               unsigned long attributeMask) {
     const bool kindTells = kind != platform::FileKind::Link && kind != platform::FileKind::Unknown;
     unsigned char attributes = rk::AttributesOf(name, kind);
     if (kindTells && (attributes & attributeMask) != 0)
@@ -49,8 +46,7 @@ bool MeetsMask(const std::string& nativeFolder, std::string_view name, platform:
 
 }  // namespace
 
-CAtlList<CString>* SECFileSystem::GetFileList(const CString& pattern, unsigned long attributeMask) const
-{
+CAtlList<CString>* SECFileSystem::GetFileList(const CString& pattern, unsigned long attributeMask) const {
     auto list = std::make_unique<CAtlList<CString>>(10U);
     const CString folder = GetPath(pattern, 1);
     const std::string nativeFolder = folder.IsEmpty() ? "./" : rk::NativePath(folder);

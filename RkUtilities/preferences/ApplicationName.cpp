@@ -4,9 +4,6 @@
 
 namespace rk {
 
-void SetApplicationName(std::string_view name)
-{
-    platform::NameApplication(name);
-}
+void SetApplicationName(std::string_view name) { platform::NameApplication(name); }
 
 }  // namespace rk

@@ -7,8 +7,7 @@
 
 #include <cstdint>
 
-template <class T>
-class CAtlArray;
+template <class T> class CAtlArray;
 
 /// Preferences read in one call; `SECRegistry` states the rules. Each call synchronises, so it sees what other
 /// processes have stored. Safe from any thread.

@@ -4,8 +4,7 @@
 
 namespace rk {
 
-PreferenceState GetPreferenceState()
-{
+PreferenceState GetPreferenceState() {
     PreferenceState state;
     platform::DescribeStorage(state.database, state.lastFailure, state.damagedDatabase);
     return state;

@@ -22,8 +22,7 @@ constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
 constexpr std::pair<std::u16string_view, double> kNumbersInWords[] = {
     {u"inf", kInfinity}, {u"-inf", -kInfinity}, {u"nan", kNoNumber}, {u"-nan", -kNoNumber}};
 
-void Write(std::uint32_t rootKey, rk::TextView name, PreferenceValue value)
-{
+void Write(std::uint32_t rootKey, rk::TextView name, PreferenceValue value) {
     if (rootKey == kThisHostRootKey) {
         rk::platform::SetPreference(PreferenceScope::ThisHost, name, value);
         if (rk::platform::SynchronizePreferences())
@@ -33,8 +32,7 @@ void Write(std::uint32_t rootKey, rk::TextView name, PreferenceValue value)
 }
 
 /// A value as the wanted type; only a number becomes something else, a boolean.
-std::optional<SECRegistry::Value> As(SECRegistry::ErkValueType type, const PreferenceValue& value)
-{
+std::optional<SECRegistry::Value> As(SECRegistry::ErkValueType type, const PreferenceValue& value) {
     const auto* const boolean = std::get_if<bool>(&value);
     const auto* const number = std::get_if<std::int64_t>(&value);
     const auto* const text = std::get_if<std::u16string>(&value);
@@ -47,9 +45,7 @@ std::optional<SECRegistry::Value> As(SECRegistry::ErkValueType type, const Prefe
     return std::nullopt;
 }
 
-template <class Held, class Output>
-bool Give(std::optional<SECRegistry::Value> found, Output& output)
-{
+template <class Held, class Output> bool Give(std::optional<SECRegistry::Value> found, Output& output) {
     if (!found)
         return false;
     output = static_cast<Output>(std::get<Held>(*std::move(found)));
@@ -60,34 +56,29 @@ bool Give(std::optional<SECRegistry::Value> found, Output& output)
 
 SECRegistry::~SECRegistry() = default;
 
-bool SECRegistry::Open(rk::TextView keyPath, CreatePermissions permissions)
-{
+bool SECRegistry::Open(rk::TextView keyPath, CreatePermissions permissions) {
     Create(keyPath, nullptr, {}, permissions, nullptr);
     rk::platform::SynchronizePreferences();
     return true;
 }
 
 bool SECRegistry::Create(rk::TextView keyPath, rk::TextView /*className*/, CreateOptions /*options*/,
-                         CreatePermissions permissions, CreationDisposition* /*disposition*/)
-{
+                         CreatePermissions permissions, CreationDisposition* /*disposition*/) {
     m_keyName = keyPath;
     m_permissions = permissions;
     return true;
 }
 
-bool SECRegistry::Close()
-{
+bool SECRegistry::Close() {
     rk::platform::SynchronizePreferences();
     return true;
 }
 
-bool SECRegistry::GetValue(rk::TextView name, bool& value) const
-{
+bool SECRegistry::GetValue(rk::TextView name, bool& value) const {
     return Give<bool>(GetValueFromSystem(name, Boolean), value);
 }
 
-bool SECRegistry::GetValue(rk::TextView name, double& value) const
-{
+bool SECRegistry::GetValue(rk::TextView name, double& value) const {
     if (std::int32_t number = 0; Give<std::int32_t>(GetValueFromSystem(name, Number), number)) {
         value = number;
         return true;
@@ -109,8 +100,7 @@ bool SECRegistry::GetValue(rk::TextView name, double& value) const
     return true;
 }
 
-bool SECRegistry::GetValue(rk::TextView name, CAtlArray<CString>& texts) const
-{
+bool SECRegistry::GetValue(rk::TextView name, CAtlArray<CString>& texts) const {
     CString joined;
     if (!GetStringValue(name, joined))
         return false;
@@ -130,25 +120,21 @@ bool SECRegistry::GetValue(rk::TextView name, CAtlArray<CString>& texts) const
     return true;
 }
 
-bool SECRegistry::GetDoubleWordValue(rk::TextView name, std::uint32_t& value) const
-{
+bool SECRegistry::GetDoubleWordValue(rk::TextView name, std::uint32_t& value) const {
     return Give<std::int32_t>(GetValueFromSystem(name, Number), value);
 }
 
-bool SECRegistry::GetStringValue(rk::TextView name, CString& value) const
-{
+bool SECRegistry::GetStringValue(rk::TextView name, CString& value) const {
     return Give<CString>(GetValueFromSystem(name, String), value);
 }
 
-bool SECRegistry::SetDouble(rk::TextView name, double value)
-{
+bool SECRegistry::SetDouble(rk::TextView name, double value) {
     std::array<char, 32> text{};  // the longest has 24
     const char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
     return SetStringValue(name, std::string_view(text.data(), end));
 }
 
-bool SECRegistry::SetValue(rk::TextView name, const CAtlArray<CString>& texts)
-{
+bool SECRegistry::SetValue(rk::TextView name, const CAtlArray<CString>& texts) {
     CString joined;
     for (CString text : texts) {
         text.Replace(u"\\", u"\\\\");
@@ -158,8 +144,7 @@ bool SECRegistry::SetValue(rk::TextView name, const CAtlArray<CString>& texts)
     return SetStringValue(name, joined);
 }
 
-bool SECRegistry::DeleteValue(rk::TextView name)
-{
+bool SECRegistry::DeleteValue(rk::TextView name) {
     bool isThere = false;
     rk::platform::FindPreference(name, [&](const PreferenceValue& /*value*/) { isThere = true; });
     if (!isThere)
@@ -171,35 +156,30 @@ bool SECRegistry::DeleteValue(rk::TextView name)
     return true;
 }
 
-CAtlArray<CString> SECRegistry::GetValueNames() const
-{
+CAtlArray<CString> SECRegistry::GetValueNames() const {
     CAtlArray<CString> names;
     for (const std::u16string& name : rk::platform::PreferenceNames())
         names.Add(name);
     return names;
 }
 
-bool SECRegistry::SetDoubleWordValue(rk::TextView name, std::uint32_t value)
-{
+bool SECRegistry::SetDoubleWordValue(rk::TextView name, std::uint32_t value) {
     WriteValueToSystem(name, static_cast<std::int32_t>(value));
     return true;
 }
 
-bool SECRegistry::SetStringValue(rk::TextView name, CString const& value)
-{
+bool SECRegistry::SetStringValue(rk::TextView name, CString const& value) {
     Write(m_rootKey, name, std::u16string(value.View()));
     return true;
 }
 
-std::optional<SECRegistry::Value> SECRegistry::GetValueFromSystem(rk::TextView name, ErkValueType type) const
-{
+std::optional<SECRegistry::Value> SECRegistry::GetValueFromSystem(rk::TextView name, ErkValueType type) const {
     std::optional<Value> result;
     rk::platform::FindPreference(name, [&](const PreferenceValue& value) { result = As(type, value); });
     return result;
 }
 
-void SECRegistry::WriteValueToSystem(rk::TextView name, const Value& value)
-{
+void SECRegistry::WriteValueToSystem(rk::TextView name, const Value& value) {
     if (const auto* const boolean = std::get_if<bool>(&value))
         Write(m_rootKey, name, *boolean);
     else if (const auto* const number = std::get_if<std::int32_t>(&value))

@@ -9,8 +9,7 @@
 #include <optional>
 #include <variant>
 
-template <class T>
-class CAtlArray;
+template <class T> class CAtlArray;
 
 namespace rk {
 
@@ -69,8 +68,7 @@ public:
     virtual ~SECRegistry();
 
     /// Sets the root key; true. The text and the flag are ignored.
-    bool Connect(std::uint32_t rootKey, rk::TextView /*machine*/, bool /*flag*/)
-    {
+    bool Connect(std::uint32_t rootKey, rk::TextView /*machine*/, bool /*flag*/) {
         m_rootKey = rootKey;
         return true;
     }
@@ -99,24 +97,19 @@ public:
     ///
     /// A `bool` is stored as a boolean, an integer of at most 32 bits as a number, and what a `CString` is made of as a
     /// string; a floating-point number and a list of texts as strings that `GetValue` reads. Nothing else compiles.
-    template <std::same_as<bool> T>
-    bool SetValue(rk::TextView name, T value)
-    {
+    template <std::same_as<bool> T> bool SetValue(rk::TextView name, T value) {
         WriteValueToSystem(name, value);
         return true;
     }
     /// Writes a number.
-    template <rk::StoredNumber T>
-    bool SetValue(rk::TextView name, T value)
-    {
+    template <rk::StoredNumber T> bool SetValue(rk::TextView name, T value) {
         return SetDoubleWordValue(name, static_cast<std::uint32_t>(value));
     }
     bool SetValue(rk::TextView name, CString const& value) { return SetStringValue(name, value); }  ///< Writes a text.
     /// Writes a number as the shortest text that reads as the same number: "0.1", "1e+300", "nan".
     template <std::floating_point T>
         requires(sizeof(T) <= sizeof(double))
-    bool SetValue(rk::TextView name, T value)
-    {
+    bool SetValue(rk::TextView name, T value) {
         return SetDouble(name, static_cast<double>(value));
     }
     /// Writes a list of texts as one string: each text ends with a line feed. Inside a text a "\\" is written twice, and a line

@@ -101,9 +101,7 @@ public:
 
     /// Formats as `CString::Format` does, whose conversions they share; "" when the format cannot be carried out (a missing
     /// or wrong argument, "%n", memory exhausted): nothing is thrown. The two are the same.
-    template <class... Arguments>
-    static CString Format(rk::TextView format, const Arguments&... arguments) noexcept
-    {
+    template <class... Arguments> static CString Format(rk::TextView format, const Arguments&... arguments) noexcept {
         try {
             const std::initializer_list<rk::FormatArgument> list{rk::FormatArgument(arguments)...};
             return rk::FormattedText(format, list.begin(), list.size());
@@ -113,8 +111,7 @@ public:
     }
     /// The same as `Format`.
     template <class... Arguments>
-    static CString FormatOrdered(rk::TextView format, const Arguments&... arguments) noexcept
-    {
+    static CString FormatOrdered(rk::TextView format, const Arguments&... arguments) noexcept {
         return Format(format, arguments...);
     }
     /// The text followed by the number, as "%s%d" gives them: "Topic-2".

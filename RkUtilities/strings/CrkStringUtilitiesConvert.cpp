@@ -19,8 +19,7 @@ constexpr std::u16string_view kEllipsis = u"...";
 
 }  // namespace
 
-CString CrkStringUtilities::AppendInt(rk::TextView text, int value)
-{
+CString CrkStringUtilities::AppendInt(rk::TextView text, int value) {
     const std::u16string_view front = text;
     const std::string digits = std::to_string(value);
     if (std::any_of(front.begin(), front.end(),
@@ -32,8 +31,7 @@ CString CrkStringUtilities::AppendInt(rk::TextView text, int value)
     });
 }
 
-CString CrkStringUtilities::MakeByteString(unsigned long byteCount)
-{
+CString CrkStringUtilities::MakeByteString(unsigned long byteCount) {
     constexpr unsigned long kTooMany = 1UL << 40U;
     if (byteCount >= kTooMany)
         return {};
@@ -53,8 +51,7 @@ CString CrkStringUtilities::MakeByteString(unsigned long byteCount)
     return shown.substr(0, shown.find('.') == 3 ? 3 : 4) + kUnits[unit];
 }
 
-CString CrkStringUtilities::ShortenString(const CString& text, int maximumLength)
-{
+CString CrkStringUtilities::ShortenString(const CString& text, int maximumLength) {
     if (text.GetLength() <= maximumLength)
         return text;
     const auto length = static_cast<std::size_t>(std::max(maximumLength, 0));
@@ -63,45 +60,36 @@ CString CrkStringUtilities::ShortenString(const CString& text, int maximumLength
     return text.Left(maximumLength - static_cast<int>(kEllipsis.size())) + kEllipsis;
 }
 
-int CrkStringUtilities::StringSerializeSize(const CString& text)
-{
+int CrkStringUtilities::StringSerializeSize(const CString& text) {
     const auto length = static_cast<long long>(text.GetLength());
     const long long prefix = length < 255 ? 1 : (length <= 65533 ? 3 : 7);
     return static_cast<int>(std::min<long long>(3 + prefix + 2 * length, INT_MAX));
 }
 
-CString CrkStringUtilities::LongToString(long value)
-{
-    return std::to_string(value);
-}
+CString CrkStringUtilities::LongToString(long value) { return std::to_string(value); }
 
-long CrkStringUtilities::StringToLong(const CString& text)
-{
+long CrkStringUtilities::StringToLong(const CString& text) {
     std::int64_t value = 0;
     rk::ReadSpelledInteger(text, rk::NumberSpelling(), value);
     return value < INT_MIN ? -INT_MAX : std::min<std::int64_t>(value, INT_MAX);
 }
 
-double CrkStringUtilities::StringToDouble(const CString& text)
-{
+double CrkStringUtilities::StringToDouble(const CString& text) {
     double value = 0;
     rk::ReadSpelledDouble(text, rk::NumberSpelling(), value);
     return value;
 }
 
-bool CrkStringUtilities::StringToBool(const CString& text)
-{
+bool CrkStringUtilities::StringToBool(const CString& text) {
     return text.CompareNoCase(u"true") == 0 || StringToLong(text) != 0;
 }
 
-CString CrkStringUtilities::UnicodeToUtf8(const CString& text)
-{
+CString CrkStringUtilities::UnicodeToUtf8(const CString& text) {
     const StUTF8Buffer bytes(text);
     return {static_cast<char const*>(bytes)};
 }
 
-CString CrkStringUtilities::Utf8ToUnicode(char const* utf8, bool externalRepresentation)
-{
+CString CrkStringUtilities::Utf8ToUnicode(char const* utf8, bool externalRepresentation) {
     constexpr unsigned int kEncodingUtf8 = 0x08000100;
     const std::size_t byteCount = utf8 != nullptr ? std::string_view(utf8).size() : 0;
     return {utf8, byteCount, kEncodingUtf8, externalRepresentation};

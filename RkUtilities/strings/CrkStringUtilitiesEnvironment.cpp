@@ -11,15 +11,13 @@ namespace {
 constexpr int kMostPasses = 64;
 constexpr std::size_t kMostUnits = 4194304;
 
-CString ValueOf(const CString& name)
-{
+CString ValueOf(const CString& name) {
     CString value;
     value.GetEnvironmentVariable(name);
     return value;
 }
 
-std::size_t CountOf(const CString& sought, const CString& text)
-{
+std::size_t CountOf(const CString& sought, const CString& text) {
     std::size_t count = 0;
     for (int at = text.Find(sought); at >= 0; at = text.Find(sought, at + sought.GetLength()))
         ++count;
@@ -27,8 +25,7 @@ std::size_t CountOf(const CString& sought, const CString& text)
 }
 
 /// What the passes make of the text; nothing when they do not end, or bring in too much.
-std::optional<CString> ExpandedInPasses(CString text)
-{
+std::optional<CString> ExpandedInPasses(CString text) {
     CString placeholder;
     std::size_t unitsLeft = kMostUnits;
     for (int pass = 0; CrkStringUtilities::FindEnvironmentVariable(text, &placeholder) >= 0; ++pass) {
@@ -43,8 +40,7 @@ std::optional<CString> ExpandedInPasses(CString text)
 }
 
 /// The text with its placeholders, pair by pair from its start, replaced by the values as they are.
-CString ExpandedOnce(std::u16string_view text)
-{
+CString ExpandedOnce(std::u16string_view text) {
     constexpr std::size_t kNone = std::u16string_view::npos;
     rk::TextBuilder result;
     for (std::size_t unitsLeft = kMostUnits;;) {
@@ -66,8 +62,7 @@ CString ExpandedOnce(std::u16string_view text)
 
 }  // namespace
 
-int CrkStringUtilities::FindEnvironmentVariable(const CString& text, CString* placeholder)
-{
+int CrkStringUtilities::FindEnvironmentVariable(const CString& text, CString* placeholder) {
     const int first = text.Find(u"%");
     if (first < 0)
         return -1;
@@ -77,8 +72,7 @@ int CrkStringUtilities::FindEnvironmentVariable(const CString& text, CString* pl
     return second < 0 ? -1 : first;
 }
 
-void CrkStringUtilities::ReplaceEnvironmentVariable(CString* text, const CString& placeholder)
-{
+void CrkStringUtilities::ReplaceEnvironmentVariable(CString* text, const CString& placeholder) {
     if (text == nullptr)
         return;
     CString name(placeholder);
@@ -86,8 +80,7 @@ void CrkStringUtilities::ReplaceEnvironmentVariable(CString* text, const CString
     text->Replace(placeholder, ValueOf(name));
 }
 
-void CrkStringUtilities::ReplaceEnvironmentVariables(CString* text)
-{
+void CrkStringUtilities::ReplaceEnvironmentVariables(CString* text) {
     if (text == nullptr)
         return;
     std::optional<CString> expanded = ExpandedInPasses(*text);

@@ -11,13 +11,11 @@ namespace {
 
 constexpr int kMostLinesWithoutText = 1000;
 
-bool IsBlankView(std::u16string_view text)
-{
+bool IsBlankView(std::u16string_view text) {
     return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit <= 0x20; });
 }
 
-std::u16string_view WithoutLeadingBlankLines(std::u16string_view text)
-{
+std::u16string_view WithoutLeadingBlankLines(std::u16string_view text) {
     const auto isBlank = [](char16_t unit) { return unit <= 0x20; };
     const auto firstText = std::find_if_not(text.begin(), text.end(), isBlank);
     const std::size_t feed = text.substr(0, static_cast<std::size_t>(firstText - text.begin())).rfind(u'\n');
@@ -29,11 +27,9 @@ class LineWrap {
 public:
     LineWrap(std::u16string_view text, std::u16string_view separator, int width, int maximumLines)
         : m_rest(text), m_separator(separator), m_width(static_cast<std::size_t>(std::max(width, 0))),
-          m_maximumLines(maximumLines), m_result(text.size())
-    {}
+          m_maximumLines(maximumLines), m_result(text.size()) {}
 
-    CString Wrapped()
-    {
+    CString Wrapped() {
         int withoutText = 0;
         for (int line = 0; line < m_maximumLines && Left() > 0 && withoutText < kMostLinesWithoutText; ++line) {
             const std::size_t before = m_rest.size();
@@ -46,14 +42,12 @@ public:
 
 private:
     [[nodiscard]] std::size_t Left() const { return m_leftOver.size() + m_rest.size(); }
-    [[nodiscard]] char16_t At(std::size_t index) const
-    {
+    [[nodiscard]] char16_t At(std::size_t index) const {
         return index < m_leftOver.size() ? m_leftOver[index] : m_rest[index - m_leftOver.size()];
     }
 
     /// The index of the first LF behind the first unit, or where the line is known to be too long or to be the last.
-    [[nodiscard]] std::size_t LineEnd() const
-    {
+    [[nodiscard]] std::size_t LineEnd() const {
         const std::size_t enough = CanBreak() ? std::min(Left(), m_width + 1) : Left();
         const std::u16string_view leftOver = std::u16string_view(m_leftOver).substr(0, enough);
         const std::size_t end = std::min(leftOver.find(u'\n', 1), leftOver.size());
@@ -65,8 +59,7 @@ private:
     [[nodiscard]] bool CanBreak() const { return m_width > m_separator.size(); }
 
     /// Where a line that is too long breaks.
-    [[nodiscard]] std::size_t BreakIndex() const
-    {
+    [[nodiscard]] std::size_t BreakIndex() const {
         for (std::size_t index = m_width; index > 1; --index) {
             if (At(index - 1) == u' ')
                 return index;
@@ -74,8 +67,7 @@ private:
         return m_width;
     }
 
-    void PlaceLine(bool isLast)
-    {
+    void PlaceLine(bool isLast) {
         const std::size_t end = LineEnd();
         if (CanBreak() && end > m_width) {
             PlaceBrokenLine(BreakIndex(), isLast);
@@ -88,8 +80,7 @@ private:
             m_result.Append(m_separator);
     }
 
-    void PlaceBrokenLine(std::size_t length, bool isLast)
-    {
+    void PlaceBrokenLine(std::size_t length, bool isLast) {
         if (isLast) {
             Place(length - 1);
             m_result.Append(kEllipsis);
@@ -101,8 +92,7 @@ private:
     }
 
     /// Moves units to the result.
-    void Place(std::size_t count)
-    {
+    void Place(std::size_t count) {
         char16_t* const to = m_result.Extend(count);
         const std::size_t ofLeftOver = std::min(count, m_leftOver.size());
         rk::CopyUnits(m_leftOver.data(), ofLeftOver, to);
@@ -123,15 +113,13 @@ private:
 
 }  // namespace
 
-void CrkStringUtilities::InsertLineSeparators(CString* text, const CString& separator, int width, int maximumLines)
-{
+void CrkStringUtilities::InsertLineSeparators(CString* text, const CString& separator, int width, int maximumLines) {
     if (text == nullptr)
         return;
     *text = LineWrap(WithoutLeadingBlankLines(text->View()), separator.View(), width, maximumLines).Wrapped();
 }
 
-int CrkStringUtilities::GetLinesCount(const CString& text)
-{
+int CrkStringUtilities::GetLinesCount(const CString& text) {
     int count = 0;
     bool inLine = false;
     for (const char16_t unit : text) {

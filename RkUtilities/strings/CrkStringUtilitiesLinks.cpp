@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <string>
 
-void CrkStringUtilities::ExtractUrlParameters(const CString& link, ParameterMap& parameters)
-{
+void CrkStringUtilities::ExtractUrlParameters(const CString& link, ParameterMap& parameters) {
     int mark = link.Find(u"#");
     if (mark < 0)
         mark = link.Find(u"&");
@@ -20,8 +19,7 @@ void CrkStringUtilities::ExtractUrlParameters(const CString& link, ParameterMap&
     }
 }
 
-CString CrkStringUtilities::ExtractUrlValue(const CString& link, const CString& name)
-{
+CString CrkStringUtilities::ExtractUrlValue(const CString& link, const CString& name) {
     ParameterMap parameters;
     ExtractUrlParameters(link, parameters);
     CString value;
@@ -29,15 +27,13 @@ CString CrkStringUtilities::ExtractUrlValue(const CString& link, const CString& 
     return value;
 }
 
-CString CrkStringUtilities::GetUrlString(CString link, CString format)
-{
+CString CrkStringUtilities::GetUrlString(CString link, CString format) {
     if (link.View().starts_with(u"http"))
         return link;
     return Format(format, link.ToUtf8());
 }
 
-bool CrkStringUtilities::IsValidEmail(const CString& address)
-{
+bool CrkStringUtilities::IsValidEmail(const CString& address) {
     const int at = address.Find(u"@");
     const int dot = address.ReverseFind(u".");
     return at > 0 && dot > at + 1 && dot < address.GetLength() - 1;

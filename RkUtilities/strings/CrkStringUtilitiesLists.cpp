@@ -12,8 +12,7 @@
 namespace {
 
 /// Keys that compare byte by byte as CompareNoCase compares the texts: the folded units, the higher byte first.
-rk::platform::TextRow<char> FoldedKeysOf(const CAtlList<CString>& texts)
-{
+rk::platform::TextRow<char> FoldedKeysOf(const CAtlList<CString>& texts) {
     const rk::platform::CaseTable& folded = rk::platform::FoldedCase();
     rk::platform::TextRow<char> keys;
     keys.ends.reserve(texts.GetCount());
@@ -31,8 +30,7 @@ rk::platform::TextRow<char> FoldedKeysOf(const CAtlList<CString>& texts)
 }  // namespace
 
 CString CrkStringUtilities::Combine(const CString& separator, CString const* parts, unsigned long count,
-                                    bool skipEmptyParts)
-{
+                                    bool skipEmptyParts) {
     if (parts == nullptr || count == 0)
         return {};
     std::size_t length = 0;
@@ -49,28 +47,24 @@ CString CrkStringUtilities::Combine(const CString& separator, CString const* par
 }
 
 CString CrkStringUtilities::Combine(const CString& separator, const CString& first, const CString& second,
-                                    bool skipEmptyParts)
-{
+                                    bool skipEmptyParts) {
     const CString parts[] = {first, second};
     return Combine(separator, parts, std::size(parts), skipEmptyParts);
 }
 
 CString CrkStringUtilities::Combine(const CString& separator, const CString& first, const CString& second,
-                                    const CString& third, bool skipEmptyParts)
-{
+                                    const CString& third, bool skipEmptyParts) {
     const CString parts[] = {first, second, third};
     return Combine(separator, parts, std::size(parts), skipEmptyParts);
 }
 
 CString CrkStringUtilities::Combine(const CString& separator, const CString& first, const CString& second,
-                                    const CString& third, const CString& fourth, bool skipEmptyParts)
-{
+                                    const CString& third, const CString& fourth, bool skipEmptyParts) {
     const CString parts[] = {first, second, third, fourth};
     return Combine(separator, parts, std::size(parts), skipEmptyParts);
 }
 
-void CrkStringUtilities::SortStringList(CAtlList<CString>& list, bool ascending)
-{
+void CrkStringUtilities::SortStringList(CAtlList<CString>& list, bool ascending) {
     std::vector<std::size_t> order = rk::OrderedByKeys(FoldedKeysOf(list), std::less<>());
     if (!ascending)
         std::reverse(order.begin(), order.end());

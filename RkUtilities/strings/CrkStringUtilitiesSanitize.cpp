@@ -23,8 +23,7 @@ constexpr rk::UnitRange kNoTopicText[] = {{0, 0x1F}, {kDelete, kDelete}, {0xD800
 /// unit's index, and returns how many units it took. There is room at once for a text that grows by `growth` units.
 template <class Append>
 CString Rewritten(const CString& source, std::span<const rk::UnitRange> ranges, const Append& append,
-                  std::size_t growth = 0)
-{
+                  std::size_t growth = 0) {
     const std::u16string_view text = source.View();
     std::size_t at = rk::FirstInRanges(text, 0, ranges);
     if (at == text.size())
@@ -42,14 +41,12 @@ CString Rewritten(const CString& source, std::span<const rk::UnitRange> ranges, 
 
 }  // namespace
 
-void CrkStringUtilities::RemoveInvalidNotesCharacters(CString& text)
-{
+void CrkStringUtilities::RemoveInvalidNotesCharacters(CString& text) {
     text = Rewritten(text, kControlsButBreaksAndTabs,
                      [](rk::TextBuilder&, std::u16string_view, std::size_t) { return 1U; });
 }
 
-void CrkStringUtilities::RemoveInvalidTooltipCharacters(CString& text)
-{
+void CrkStringUtilities::RemoveInvalidTooltipCharacters(CString& text) {
     constexpr std::u16string_view kBreak = u"<br>";
     text = Rewritten(text, kControlsAndLess,
                      [kBreak](rk::TextBuilder& result, std::u16string_view units, std::size_t at) -> std::size_t {
@@ -68,8 +65,7 @@ void CrkStringUtilities::RemoveInvalidTooltipCharacters(CString& text)
                      });
 }
 
-void CrkStringUtilities::FixInvalidUnformattedTooltipCharacters(CString& text)
-{
+void CrkStringUtilities::FixInvalidUnformattedTooltipCharacters(CString& text) {
     const auto less = static_cast<std::size_t>(CountOccurrences(text, u'<'));
     const auto tabs = static_cast<std::size_t>(CountOccurrences(text, u'\t'));
     text = Rewritten(
@@ -87,8 +83,7 @@ void CrkStringUtilities::FixInvalidUnformattedTooltipCharacters(CString& text)
         less + tabs * (kFourSpaces.size() - 1));
 }
 
-CString CrkStringUtilities::ReplaceInvalidTopicTextCharacters(const CString& text)
-{
+CString CrkStringUtilities::ReplaceInvalidTopicTextCharacters(const CString& text) {
     return Rewritten(text, kNoTopicText, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
         const char16_t unit = units[at];
         if (unit == u'\f')
@@ -99,8 +94,7 @@ CString CrkStringUtilities::ReplaceInvalidTopicTextCharacters(const CString& tex
     });
 }
 
-CString CrkStringUtilities::ConvertLFsToCRLFPairs(const CString& text)
-{
+CString CrkStringUtilities::ConvertLFsToCRLFPairs(const CString& text) {
     return Rewritten(text, kControls, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
         if (units[at] == u'\n' && (at == 0 || units[at - 1] != u'\r'))
             result.Append(u'\r');
@@ -109,20 +103,15 @@ CString CrkStringUtilities::ConvertLFsToCRLFPairs(const CString& text)
     });
 }
 
-CString CrkStringUtilities::RemoveCRLF(const CString& text)
-{
+CString CrkStringUtilities::RemoveCRLF(const CString& text) {
     CString result(text);
     result.RemoveLineFeeds();
     return result;
 }
 
-bool CrkStringUtilities::IsCharPrintable(unsigned short unit)
-{
-    return unit >= 0x20 && unit != kDelete;
-}
+bool CrkStringUtilities::IsCharPrintable(unsigned short unit) { return unit >= 0x20 && unit != kDelete; }
 
-CString CrkStringUtilities::CondenseString(const CString& text)
-{
+CString CrkStringUtilities::CondenseString(const CString& text) {
     const CString word = text.SpanExcluding(u" \t\r\n");
     return word.GetLength() == text.GetLength() ? text : word + u"...";
 }

@@ -11,15 +11,13 @@
 namespace {
 
 // NOLINTBEGIN: older code as it was, C casts and all
-BOOL IsBlank(LPCTSTR text)
-{
+BOOL IsBlank(LPCTSTR text) {
     CString copy(text);
     copy.Trim();
     return copy.IsEmpty();
 }
 
-CString QuoteForCsv(const CString& value)
-{
+CString QuoteForCsv(const CString& value) {
     CString result(value);
     if (result.FindOneOf(_T(",\"\n")) == -1)
         return result;
@@ -27,8 +25,7 @@ CString QuoteForCsv(const CString& value)
     return _T("\"") + result + _T("\"");
 }
 
-void SplitLine(const CString& line, CStringArray& fields)
-{
+void SplitLine(const CString& line, CStringArray& fields) {
     int position = 0;
     CString token = line.Tokenize(_T(";"), position);
     while (!token.IsEmpty()) {
@@ -38,8 +35,7 @@ void SplitLine(const CString& line, CStringArray& fields)
     }
 }
 
-CString JoinFields(const CStringArray& fields, LPCTSTR separator)
-{
+CString JoinFields(const CStringArray& fields, LPCTSTR separator) {
     CString result;
     for (UINT i = 0; i < fields.GetCount(); i++) {
         if (i > 0)
@@ -49,8 +45,7 @@ CString JoinFields(const CStringArray& fields, LPCTSTR separator)
     return result;
 }
 
-CString FormatSize(DWORD size)
-{
+CString FormatSize(DWORD size) {
     CString text;
     if (size < 1024)
         text.Format(_T("%u bytes"), size);
@@ -59,8 +54,7 @@ CString FormatSize(DWORD size)
     return text;
 }
 
-int CountChar(const CString& text, TCHAR character)
-{
+int CountChar(const CString& text, TCHAR character) {
     int count = 0;
     for (int i = 0; i < text.GetLength(); i++) {
         if (text[i] == character)
@@ -69,8 +63,7 @@ int CountChar(const CString& text, TCHAR character)
     return count;
 }
 
-CString CapitalizeWords(CString text)
-{
+CString CapitalizeWords(CString text) {
     BOOL start = TRUE;
     text.MakeLower();
     for (int i = 0; i < text.GetLength(); i++) {
@@ -82,8 +75,7 @@ CString CapitalizeWords(CString text)
     return text;
 }
 
-CString FileTitle(const CString& path)
-{
+CString FileTitle(const CString& path) {
     int slash = path.ReverseFind(_T('/'));
     CString name = path.Mid(slash + 1);
     int dot = name.ReverseFind(_T('.'));
@@ -92,8 +84,7 @@ CString FileTitle(const CString& path)
     return name;
 }
 
-BOOL WriteReport(LPCTSTR path, const CString& body)
-{
+BOOL WriteReport(LPCTSTR path, const CString& body) {
     CFile file;
     CFileException error;
     if (!file.Open(path, CFile::modeCreate | CFile::modeTruncate | CFile::modeReadWrite, &error))
@@ -110,8 +101,7 @@ BOOL WriteReport(LPCTSTR path, const CString& body)
     return TRUE;
 }
 
-DWORD ReadBytes(LPCTSTR path, BYTE* buffer, DWORD size)
-{
+DWORD ReadBytes(LPCTSTR path, BYTE* buffer, DWORD size) {
     CFile file;
     if (!file.Open(path, CFile::modeRead | CFile::shareDenyNone))
         return 0;
@@ -121,14 +111,12 @@ DWORD ReadBytes(LPCTSTR path, BYTE* buffer, DWORD size)
     return file.Read(buffer, (UINT)length);
 }
 
-BOOL FileExists(LPCTSTR path)
-{
+BOOL FileExists(LPCTSTR path) {
     CFileStatus status;
     return CFile::GetStatus(path, status);
 }
 
-void CountWords(const CString& text, CAtlMap<CString, int>& counts)
-{
+void CountWords(const CString& text, CAtlMap<CString, int>& counts) {
     int position = 0;
     CString word = text.Tokenize(_T(" ,."), position);
     while (position != -1) {
@@ -139,8 +127,7 @@ void CountWords(const CString& text, CAtlMap<CString, int>& counts)
     }
 }
 
-CString MostFrequent(const CAtlMap<CString, int>& counts)
-{
+CString MostFrequent(const CAtlMap<CString, int>& counts) {
     CString best;
     int bestCount = 0;
     POSITION pos = counts.GetStartPosition();
@@ -156,8 +143,7 @@ CString MostFrequent(const CAtlMap<CString, int>& counts)
     return best;
 }
 
-CString ExpandVariables(CString text, const CMapStringToString& values)
-{
+CString ExpandVariables(CString text, const CMapStringToString& values) {
     POSITION pos = values.GetStartPosition();
     while (pos) {
         CString key, value;
@@ -167,8 +153,7 @@ CString ExpandVariables(CString text, const CMapStringToString& values)
     return text;
 }
 
-int FindInList(const CStringList& list, LPCTSTR name)
-{
+int FindInList(const CStringList& list, LPCTSTR name) {
     int index = 0;
     POSITION pos = list.GetHeadPosition();
     while (pos != NULL) {
@@ -180,8 +165,7 @@ int FindInList(const CStringList& list, LPCTSTR name)
     return -1;
 }
 
-void RemoveEmpty(CStringList& list)
-{
+void RemoveEmpty(CStringList& list) {
     POSITION pos = list.GetHeadPosition();
     while (pos) {
         POSITION current = pos;
@@ -190,27 +174,21 @@ void RemoveEmpty(CStringList& list)
     }
 }
 
-int DaysBetween(const COleDateTime& from, const COleDateTime& to)
-{
+int DaysBetween(const COleDateTime& from, const COleDateTime& to) {
     COleDateTimeSpan span = to - from;
     return (int)span.GetDays();
 }
 
-CString IsoDate(const COleDateTime& date)
-{
-    return date.Format(_T("%Y-%m-%d"));
-}
+CString IsoDate(const COleDateTime& date) { return date.Format(_T("%Y-%m-%d")); }
 
-COleDateTime NextWorkday(COleDateTime date)
-{
+COleDateTime NextWorkday(COleDateTime date) {
     do
         date = date + COleDateTimeSpan(1, 0, 0, 0);
     while (date.GetDayOfWeek() == 1 || date.GetDayOfWeek() == 7);
     return date;
 }
 
-BOOL ParseKeyValue(const CString& line, CString& key, CString& value)
-{
+BOOL ParseKeyValue(const CString& line, CString& key, CString& value) {
     int equals = line.Find(_T('='));
     if (equals <= 0)
         return FALSE;
@@ -219,23 +197,20 @@ BOOL ParseKeyValue(const CString& line, CString& key, CString& value)
     return TRUE;
 }
 
-DWORD Checksum(LPCTSTR text)
-{
+DWORD Checksum(LPCTSTR text) {
     DWORD sum = 5381;
     while (*text != _T('\0'))
         sum = sum * 33 + *text++;
     return sum;
 }
 
-CString ElapsedText(const CTimeSpan& span)
-{
+CString ElapsedText(const CTimeSpan& span) {
     CString text;
     text.Format(_T("%d:%02d:%02d"), 24 * span.GetDays() + span.GetHours(), span.GetMinutes(), span.GetSeconds());
     return text;
 }
 
-CString Ellipsis(const CString& text, int most)
-{
+CString Ellipsis(const CString& text, int most) {
     if (text.GetLength() <= most)
         return text;
     CString cut = text.Left(most - 3);
@@ -244,8 +219,7 @@ CString Ellipsis(const CString& text, int most)
     return cut;
 }
 
-void SavePosition(LPCTSTR key, DWORD x, DWORD y)
-{
+void SavePosition(LPCTSTR key, DWORD x, DWORD y) {
     SECRegistry registry;
     registry.Connect(1, nullptr, FALSE);
     registry.SetValue(key, (DWORD)(y << 16 | x));
@@ -256,16 +230,14 @@ void SavePosition(LPCTSTR key, DWORD x, DWORD y)
 
 int failures = 0;
 
-void Check(const char* name, bool holds)
-{
+void Check(const char* name, bool holds) {
     if (!holds) {
         std::cerr << name << " gives another result\n";
         ++failures;
     }
 }
 
-void CheckTexts()
-{
+void CheckTexts() {
     Check("IsBlank", IsBlank(_T(" \t")) && !IsBlank(_T(" a ")));
     Check("QuoteForCsv",
           QuoteForCsv(_T("plain")) == _T("plain") && QuoteForCsv(_T("a \"b\"")) == _T("\"a \"\"b\"\"\""));
@@ -283,8 +255,7 @@ void CheckTexts()
     Check("Ellipsis", Ellipsis(_T("one two three"), 7) == _T("one...") && Ellipsis(_T("one"), 3) == _T("one"));
 }
 
-void CheckCollections()
-{
+void CheckCollections() {
     CAtlMap<CString, int> counts;
     CountWords(_T("to be, or not to be. to"), counts);
     Check("CountWords, MostFrequent", MostFrequent(counts) == _T("to") && counts.GetCount() == 4);
@@ -297,16 +268,14 @@ void CheckCollections()
           list.GetCount() == 2 && FindInList(list, _T("B")) == 1 && FindInList(list, _T("c")) == -1);
 }
 
-void CheckDates()
-{
+void CheckDates() {
     const COleDateTime friday(2028, 2, 25, 0, 0, 0);
     Check("NextWorkday, IsoDate", IsoDate(NextWorkday(friday)) == _T("2028-02-28"));
     Check("DaysBetween", DaysBetween(friday, COleDateTime(2028, 3, 1, 0, 0, 0)) == 5);
     Check("ElapsedText", ElapsedText(CTimeSpan(1, 2, 3, 4)) == _T("26:03:04"));
 }
 
-void CheckFiles(const CString& folder)
-{
+void CheckFiles(const CString& folder) {
     const CString name = folder + _T("/report.txt");
     const CString longer = _T("a long report"), shorter = _T("short");
     BYTE bytes[20] = {};
@@ -320,8 +289,7 @@ void CheckFiles(const CString& folder)
 
 }  // namespace
 
-int main(int count, char** arguments)
-{
+int main(int count, char** arguments) {
     if (count != 2) {
         std::cerr << "port FOLDER\n";
         return 2;

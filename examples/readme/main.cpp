@@ -1,13 +1,9 @@
 #include <RkUtilities/RkUtilities.h>
 #include <iostream>
 
-void Show(const auto& result)
-{
-    std::cout << result << '\n';
-}
+void Show(const auto& result) { std::cout << result << '\n'; }
 
-int main()
-{
+int main() {
     const CString topic = u"Überfahrt nach Łódź";
     Show(topic.Left(9).MakeUpper());                                                      // ÜBERFAHRT
     Show(CrkStringUtilities::EndsWith(topic, u"łódź", /*ignoreCase=*/true));              // 1

@@ -33,8 +33,7 @@ struct SinglePass {
         using value_type = Topic*;
         using difference_type = std::ptrdiff_t;
         Topic* operator*() const { return *owner->next; }
-        Iterator& operator++()
-        {
+        Iterator& operator++() {
             ++owner->next;
             return *this;
         }
@@ -48,8 +47,7 @@ struct SinglePass {
     Topic** last;
 };
 
-TEST(ArrayQueries, TellIdentityFromEquality)
-{
+TEST(ArrayQueries, TellIdentityFromEquality) {
     Topic a(1), b(2), equalToA(1);
     const std::vector<Topic*> topics = {&a, &b, &equalToA, nullptr};
     const std::vector<Topic*> none;
@@ -71,8 +69,7 @@ TEST(ArrayQueries, TellIdentityFromEquality)
     EXPECT_EQ(Additions::indexesOfObjects(topics, std::array{&absent}), Positions{});
 }
 
-TEST(ArrayQueries, MixSmartAndRawPointersAndBases)
-{
+TEST(ArrayQueries, MixSmartAndRawPointersAndBases) {
     std::forward_list<std::unique_ptr<Topic>> array;
     array.push_front(nullptr);
     array.push_front(std::make_unique<Topic>(1));
@@ -89,8 +86,7 @@ TEST(ArrayQueries, MixSmartAndRawPointersAndBases)
     EXPECT_TRUE(Additions::containsObjectIdenticalTo(std::vector<const void*>{&topic}, array.front()));
 }
 
-TEST(ArrayQueries, WalkTheObjectsOnceAndStopAtTheFirstHit)
-{
+TEST(ArrayQueries, WalkTheObjectsOnceAndStopAtTheFirstHit) {
     Topic a(1), b(2);
     std::array<Topic*, 4> objects = {&a, &b, &a, &b};
     SinglePass walk{objects.data(), objects.data() + objects.size()};

@@ -14,14 +14,12 @@ namespace {
 
 using Colors = CrkColorConverter;
 
-TEST(Colors, ChangeTheirForm)
-{
+TEST(Colors, ChangeTheirForm) {
     EXPECT_EQ(Colors::COLORREFToARGB(0x7F332211), 0xFF112233U);
     EXPECT_EQ(Colors::ARGBToCOLORREF(0x80112233), 0x00332211U);
 }
 
-TEST(Colors, HaveTheExactShadeForEveryChannelValueAndPercentage)
-{
+TEST(Colors, HaveTheExactShadeForEveryChannelValueAndPercentage) {
     for (int percent = -100; percent <= 100; ++percent) {
         for (int x = 0; x < 256; ++x) {
             // Half up, from the exact fraction: twice the numerator and the denominator, no intermediate rounding.
@@ -52,15 +50,13 @@ private:
     int m_count;
 };
 
-CString Loaded(const char* key, const char* bundle = nullptr)
-{
+CString Loaded(const char* key, const char* bundle = nullptr) {
     CString text = u"before";
     text.LoadString(key, bundle);
     return text;
 }
 
-TEST(Colors, AreNamedInTheUsersLanguage)
-{
+TEST(Colors, AreNamedInTheUsersLanguage) {
     const ScopedFolder folder;
     folder.Write("root.txt", R"(root { Orange { "Orange" } Second { "Second" } Sky { "Sky blue" } })");
     folder.Write("de.txt", R"(de { Orange { "Apfel\u0000sine" } })");

@@ -3,8 +3,7 @@
 
 #include <iostream>
 
-int main()
-{
+int main() {
     CString text;
     text.Format(u"%s has %d topics", "Łódź", 12);
     try {

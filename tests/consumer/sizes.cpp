@@ -3,14 +3,9 @@
 
 #include <iostream>
 
-template <class... Types>
-void Print()
-{
-    ((std::cout << sizeof(Types) << ' ' << alignof(Types) << '\n'), ...);
-}
+template <class... Types> void Print() { ((std::cout << sizeof(Types) << ' ' << alignof(Types) << '\n'), ...); }
 
-int main()
-{
+int main() {
     Print<CString, StUTF8Buffer, CTime, CTimeSpan, COleDateTime, COleDateTimeSpan, CFile, CFileStatus,
           CFileException>();
     Print<CAtlArray<CString>, CAtlList<CString>, CAtlMap<CString, int>, CAtlMap<CString, CrkGuid>::CPair, POSITION>();

@@ -20,8 +20,7 @@ struct Calendar {
 };
 
 /// Flags as written, then the dates in ascending order.
-std::string Content(const Calendar& calendar)
-{
+std::string Content(const Calendar& calendar) {
     std::string text;
     for (const bool day : calendar.days)
         text += day ? '1' : '0';
@@ -54,8 +53,7 @@ constexpr ReadCase kReadCases[] = {
     {u"1111111;.;e;nan;inf;7", "1111111 7"},  // no numbers are skipped, and end nothing
 };
 
-TEST(CalendarText, IsReadPieceByPiece)
-{
+TEST(CalendarText, IsReadPieceByPiece) {
     for (const ReadCase& c : kReadCases) {
         SCOPED_TRACE(CString(c.text).ToUtf8());
         Calendar calendar{{true, false, true, false, false, false, false, true, true}, {{1, true}, {2, true}}};
@@ -64,8 +62,7 @@ TEST(CalendarText, IsReadPieceByPiece)
     }
 }
 
-TEST(CalendarText, IsWrittenInTheOrderOfTheMap)
-{
+TEST(CalendarText, IsWrittenInTheOrderOfTheMap) {
     EXPECT_EQ(CrkDateUtilities::DefaultWorkweekString(), u"0111110");
     EXPECT_EQ(CrkDateUtilities::CreatePtmCalendarString({false, true}, {}), u"0100000");
     CAtlArray<bool> days = {true, true, true, true, true, true, true, false, true};
@@ -86,8 +83,7 @@ TEST(CalendarText, IsWrittenInTheOrderOfTheMap)
     EXPECT_EQ(CrkDateUtilities::CreatePtmCalendarString(days, dates).ToUtf8(), expected);
 }
 
-TEST(CalendarText, GivesTheSameWholeDatesInEveryLocale)
-{
+TEST(CalendarText, GivesTheSameWholeDatesInEveryLocale) {
     Calendar written{{false, true, true, false, true, true, true}, {}};
     for (int date = -3; date < 60000; date += 101)
         written.dates.SetAt(date, true);

@@ -18,8 +18,7 @@ const double kAtLoad[] = {CrkDateUtilities::NullTime.GetCFAbsoluteTime(),
 const double kExpectedAtLoad[] = {CTime().GetCFAbsoluteTime(), CTime(1970, 1, 2, 0, 0, 0, -1).GetCFAbsoluteTime(),
                                   CTime(3000, 12, 30, 23, 59, 59, -1).GetCFAbsoluteTime()};
 
-TEST(Dates, HaveTheirKnownTimesBeforeAnyInitialiser)
-{
+TEST(Dates, HaveTheirKnownTimesBeforeAnyInitialiser) {
     for (std::size_t i = 0; i < std::size(kAtLoad); ++i)
         EXPECT_EQ(kAtLoad[i], kExpectedAtLoad[i]) << i;
     CrkDateUtilities::InitNullDate();
@@ -27,8 +26,7 @@ TEST(Dates, HaveTheirKnownTimesBeforeAnyInitialiser)
     EXPECT_LT(CrkDateUtilities::NullTime, CrkDateUtilities::MinimumTime);
 }
 
-TEST(Dates, MoveAgainstTheirNamesByTheOffsetOfNow)
-{
+TEST(Dates, MoveAgainstTheirNamesByTheOffsetOfNow) {
     for (const char* const name : {"UTC", "Europe/Berlin", "America/St_Johns", "Asia/Kathmandu", "Pacific/Chatham",
                                    "Etc/GMT+12", "Pacific/Kiritimati"}) {
         const ScopedZone zone(name);
@@ -59,9 +57,7 @@ constexpr DayCase kDayCases[] = {
     {{1, 1, 1, 6}, {1, 1, 1, 7}, true},
 };
 
-template <class Time, class... Dst>
-void CheckDayCases(Dst... dst)
-{
+template <class Time, class... Dst> void CheckDayCases(Dst... dst) {
     const auto make = [&](const int (&f)[4], int hour) { return Time(f[0], f[1], f[2], hour, 59, 59, dst...); };
     for (const auto& [first, second, isSameDay] : kDayCases) {
         SCOPED_TRACE(first[0]);
@@ -71,8 +67,7 @@ void CheckDayCases(Dst... dst)
     }
 }
 
-TEST(Dates, AreComparedAndCutByTheCalendarDay)
-{
+TEST(Dates, AreComparedAndCutByTheCalendarDay) {
     const ScopedZone berlin("Europe/Berlin");
     CheckDayCases<COleDateTime>();
     CheckDayCases<CTime>(-1);
@@ -81,8 +76,7 @@ TEST(Dates, AreComparedAndCutByTheCalendarDay)
     EXPECT_EQ(CrkDateUtilities::RemoveTimeFromDate(COleDateTime(NAN)).m_dt, 0);
 }
 
-TEST(Weeks, OfDatesBeginOnTheCalendarsDayInFourCenturies)
-{
+TEST(Weeks, OfDatesBeginOnTheCalendarsDayInFourCenturies) {
     constexpr double kTimesOfDay[] = {0.0, 0.625, 86399.0 / 86400};
     const CString kOthers[] = {u"", u"en", u"DE", u"de-DE", u"de ", u"d", std::u16string_view(u"de\0", 3), u"frde"};
     for (sys_days day = 1900y / January / 1; day <= sys_days{2299y / December / 31}; day += days{1}) {
@@ -111,8 +105,7 @@ constexpr WeekCase kWeekCases[] = {
     {"Pacific/Apia", "de", {2012, 1, 1, 9}, {2011, 12, 26, 0}},      // without its Friday
 };
 
-TEST(Weeks, OfTimesBeginAtTheFirstMomentOfTheirFirstDay)
-{
+TEST(Weeks, OfTimesBeginAtTheFirstMomentOfTheirFirstDay) {
     for (const auto& [zoneName, language, time, start] : kWeekCases) {
         const ScopedZone zone(zoneName);
         EXPECT_EQ(CrkDateUtilities::GetLocalizedWeekStart(CTime(time[0], time[1], time[2], time[3], 0, 0), language),
@@ -121,8 +114,7 @@ TEST(Weeks, OfTimesBeginAtTheFirstMomentOfTheirFirstDay)
     }
 }
 
-TEST(Weeks, OfTheFirstDaysOf1970BeginAtTheMinimumTime)
-{
+TEST(Weeks, OfTheFirstDaysOf1970BeginAtTheMinimumTime) {
     for (const char* const language : {"de", "en"}) {
         for (int day = 1; day <= 3; ++day)
             EXPECT_EQ(CrkDateUtilities::GetLocalizedWeekStart(CTime(1970, 1, day, 23, 59, 59, -1), language),

@@ -24,8 +24,7 @@ struct ZoneTimes {
 };
 
 /// The four texts of each time, with bars between, as a process whose first locale is `locale` makes them.
-std::string OurTexts(const char* locale, const std::vector<ZoneTimes>& zones)
-{
+std::string OurTexts(const char* locale, const std::vector<ZoneTimes>& zones) {
     return InChild([&] {
         const ScopedUserLocale user(locale);
         std::string lines;
@@ -42,8 +41,7 @@ std::string OurTexts(const char* locale, const std::vector<ZoneTimes>& zones)
 }
 
 /// The same by ICU alone, with ICU's own zone.
-std::string IcuTexts(const char* locale, const char* zone, const std::vector<std::int64_t>& times)
-{
+std::string IcuTexts(const char* locale, const char* zone, const std::vector<std::int64_t>& times) {
     using icu::DateFormat;
     const icu::Locale icuLocale = icu::Locale::createCanonical(locale);
     std::vector<std::unique_ptr<DateFormat>> formats;
@@ -89,8 +87,7 @@ constexpr ZoneRow kZones[] = {{"UTC", -62135596800},
                               {"Asia/Kathmandu", 600000000},
                               {"Australia/Lord_Howe", 600000000}};
 
-TEST(DateTexts, AreThoseOfIcuForEveryLocaleZoneAndYear)
-{
+TEST(DateTexts, AreThoseOfIcuForEveryLocaleZoneAndYear) {
     constexpr std::int64_t kLast = 253402300799;
     std::mt19937_64 random(11);
     std::istringstream locales{std::string(kLocales)};
@@ -113,8 +110,7 @@ TEST(DateTexts, AreThoseOfIcuForEveryLocaleZoneAndYear)
 
 constexpr std::int64_t kEvening = 1794862325;  // 16 November 2026, 20:52:05 UTC
 
-TEST(DateTexts, JoinWithOneSpace)
-{
+TEST(DateTexts, JoinWithOneSpace) {
     const ScopedZone berlin("Europe/Berlin");
     ExpectItEndsWell(StartChild([] {  // a child, since other tests have fixed this process's locale
         const CTime time = At(kEvening);
@@ -124,8 +120,7 @@ TEST(DateTexts, JoinWithOneSpace)
     }));
 }
 
-TEST(DateTexts, KeepTheLocaleOfTheFirstCallOfTheirKind)
-{
+TEST(DateTexts, KeepTheLocaleOfTheFirstCallOfTheirKind) {
     const std::string texts = InChild([] {
         const ScopedZone utc("UTC");
         rk::SetUserLocale("de_DE");
@@ -146,8 +141,7 @@ TEST(DateTexts, KeepTheLocaleOfTheFirstCallOfTheirKind)
     EXPECT_EQ(texts, shortDate + '|' + longDate + '|' + shortTime + '|' + longDate + '|' + shortTime + '|');
 }
 
-TEST(DateTexts, SeeAnotherZoneInTheSameMinute)
-{
+TEST(DateTexts, SeeAnotherZoneInTheSameMinute) {
     constexpr const char* kZonesAndIcus[][2] = {{"UTC", "UTC"},
                                                 {"Asia/Kathmandu", "Asia/Kathmandu"},
                                                 {"Europe/Berlin", "Europe/Berlin"},

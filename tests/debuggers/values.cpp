@@ -5,11 +5,9 @@
 #include <cstring>
 #include <string>
 
-void Stop()
-{}
+void Stop() {}
 
-int main()
-{
+int main() {
     const CString none;
     const CString literal = CString::Literal(u"A text of many more than eleven units");
     const CString brief = u"Łódź\n";

@@ -7,14 +7,12 @@ namespace {
 
 using Paths = CrkPathUtilities;
 
-const SECFileSystem& Files()
-{
+const SECFileSystem& Files() {
     static const SECFileSystem files;
     return files;
 }
 
-void Begin(Scene& scene)
-{
+void Begin(Scene& scene) {
     scene.Make({{"old.map", "the old map"},
                 {"new.map", "the new map, which is longer"},
                 {"tree/file", "content"},
@@ -32,8 +30,7 @@ void Begin(Scene& scene)
 #define DOES(name, call, keeps)                                                                                        \
     {name, &Begin, [](Scene& s) { return call, std::string("done"); }, "CFileException", keeps}
 
-CFile Opened(bool (*open)(CFile& file, const CString& path, CFileException* error), const CString& path)
-{
+CFile Opened(bool (*open)(CFile& file, const CString& path, CFileException* error), const CString& path) {
     CFileException error;
     CFile file;
     if (!open(file, path, &error))
@@ -41,24 +38,17 @@ CFile Opened(bool (*open)(CFile& file, const CString& path, CFileException* erro
     return file;
 }
 
-template <unsigned flags>
-bool Open(CFile& file, const CString& path, CFileException* error)
-{
+template <unsigned flags> bool Open(CFile& file, const CString& path, CFileException* error) {
     return file.Open(path, flags, error);
 }
-bool OpenNew(CFile& file, const CString& path, CFileException* error)
-{
-    return file.OpenNew(path, error);
-}
+bool OpenNew(CFile& file, const CString& path, CFileException* error) { return file.OpenNew(path, error); }
 
-std::string Read(Scene& scene)
-{
+std::string Read(Scene& scene) {
     char bytes[64]{};
     return {bytes, Opened(&Open<CFile::modeRead>, scene.Text("old.map")).Read(bytes, sizeof bytes)};
 }
 
-std::string WriteOver(Scene& scene)
-{
+std::string WriteOver(Scene& scene) {
     CFile file = Opened(&Open<CFile::modeReadWrite | CFile::modeTruncate>, scene.Text("old.map"));
     file.WriteString(u"shorter");
     file.SetLength(5);
@@ -66,28 +56,24 @@ std::string WriteOver(Scene& scene)
     return "written";
 }
 
-void Save(Scene& scene, void (CFile::*commit)(const CString&), const char* name)
-{
+void Save(Scene& scene, void (CFile::*commit)(const CString&), const char* name) {
     CFile file = Opened(&OpenNew, scene.Text(name));
     file.WriteString(u"what was saved");
     (file.*commit)(scene.Text(name));
 }
 
-CFileStatus ReadOnly()
-{
+CFileStatus ReadOnly() {
     CFileStatus status;
     status.m_attribute = CFileStatus::readOnly;
     return status;
 }
 
-std::size_t EntryCount(const Scene& scene)
-{
+std::size_t EntryCount(const Scene& scene) {
     const std::unique_ptr<const CAtlList<CString>> found(Files().GetFileList(scene.Text("names/*.*"), 0xFF));
     return found->GetCount();
 }
 
-CString CleanName()
-{
+CString CleanName() {
     CString name = u"Plan: <Łódź>/2027? and a name that is longer";
     Paths::RemoveInvalidCharsFromFilename(name, u'_');
     return name;

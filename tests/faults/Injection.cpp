@@ -67,9 +67,7 @@ constinit thread_local Plan plan{};
 constinit volatile char selector = 0;  // read by the kernel: 1 when calls are caught
 
 /// Counts a chance of all faults that could occur here; whether the planned fault occurs.
-template <class IsChance>
-const Fault* Occurring(const IsChance& isChance) noexcept
-{
+template <class IsChance> const Fault* Occurring(const IsChance& isChance) noexcept {
     const Fault* occurring = nullptr;
     for (std::size_t i = 0; plan.isArmed && i < kFaults.size(); ++i) {
         if (!isChance(kFaults[i]))
@@ -82,9 +80,7 @@ const Fault* Occurring(const IsChance& isChance) noexcept
     return occurring;
 }
 
-template <class Take>
-void* Allocated(const Take& take) noexcept
-{
+template <class Take> void* Allocated(const Take& take) noexcept {
     if (Occurring([](const Fault& fault) { return fault.error == kNoMemory; }) != nullptr) {
         errno = ENOMEM;
         return nullptr;
@@ -121,15 +117,13 @@ rkGateEnd:
 )");
 
 /// The place of the argument that counts bytes.
-int* ByteCountArgument(long number) noexcept
-{
+int* ByteCountArgument(long number) noexcept {
     static constinit int registers[] = {REG_RDX, REG_R8, REG_R10, REG_RSI};
     return &registers[number == SYS_copy_file_range ? 1 : number == SYS_sendfile ? 2 : number == SYS_getrandom ? 3 : 0];
 }
 
 /// The mask is that of the interrupted code, and SIGSYS stays out of it: the kernel ends a program that blocks it.
-long ChangeMask(ucontext_t& context, long how, const std::uint64_t* set, std::uint64_t* old) noexcept
-{
+long ChangeMask(ucontext_t& context, long how, const std::uint64_t* set, std::uint64_t* old) noexcept {
     std::uint64_t mask = 0;
     std::memcpy(&mask, &context.uc_sigmask, sizeof mask);
     if (old != nullptr)
@@ -142,15 +136,13 @@ long ChangeMask(ucontext_t& context, long how, const std::uint64_t* set, std::ui
 }
 
 /// No file system refuses to take a lock back.
-bool IsUnlocking(long number, const greg_t* registers) noexcept
-{
+bool IsUnlocking(long number, const greg_t* registers) noexcept {
     return (number == SYS_flock && (registers[REG_RSI] & LOCK_UN) != 0) ||
            (number == SYS_fcntl && registers[REG_RSI] == F_SETLK &&
             reinterpret_cast<const struct flock*>(registers[REG_RDX])->l_type == F_UNLCK);
 }
 
-void OnSystemCall(int, siginfo_t* info, void* contextOfCall) noexcept
-{
+void OnSystemCall(int, siginfo_t* info, void* contextOfCall) noexcept {
     auto& context = *static_cast<ucontext_t*>(contextOfCall);
     auto& registers = context.uc_mcontext.gregs;
     const long number = info->si_syscall;
@@ -177,8 +169,7 @@ void OnSystemCall(int, siginfo_t* info, void* contextOfCall) noexcept
     registers[REG_RAX] = fault != nullptr && fault->error > 0 ? -fault->error : result;
 }
 
-bool StartCatching() noexcept
-{
+bool StartCatching() noexcept {
     struct {
         void (*handler)(int, siginfo_t*, void*);
         unsigned long flags;
@@ -190,10 +181,7 @@ bool StartCatching() noexcept
            prctl(kSetSyscallUserDispatch, kOn, rkGateBegin, rkGateEnd - rkGateBegin, &selector) == 0;
 }
 #else
-bool StartCatching() noexcept
-{
-    return false;
-}
+bool StartCatching() noexcept { return false; }
 #endif
 
 }  // namespace
@@ -223,13 +211,9 @@ constexpr std::array<Fault, 22> kFaults = {{
     {"short on", 0, Persistence::FromThenOn, kReading},
 }};
 
-bool CatchSystemCalls()
-{
-    return StartCatching();
-}
+bool CatchSystemCalls() { return StartCatching(); }
 
-void Arm(const Fault& fault, std::size_t point)
-{
+void Arm(const Fault& fault, std::size_t point) {
     plan.fault = &fault;
     plan.point = point;
     plan.counts = {};
@@ -237,17 +221,13 @@ void Arm(const Fault& fault, std::size_t point)
     selector = 1;
 }
 
-Counts Disarm()
-{
+Counts Disarm() {
     selector = 0;
     plan.isArmed = false;
     return plan.counts;
 }
 
-std::ptrdiff_t LivingBlocks()
-{
-    return plan.living;
-}
+std::ptrdiff_t LivingBlocks() { return plan.living; }
 
 }  // namespace faults
 
@@ -255,16 +235,13 @@ std::ptrdiff_t LivingBlocks()
 
 #pragma GCC visibility push(default)
 extern "C" {
-void* malloc(std::size_t byteCount) noexcept
-{
+void* malloc(std::size_t byteCount) noexcept {
     return faults::Allocated([=] { return __libc_malloc(byteCount); });
 }
-void* calloc(std::size_t count, std::size_t byteCount) noexcept
-{
+void* calloc(std::size_t count, std::size_t byteCount) noexcept {
     return faults::Allocated([=] { return __libc_calloc(count, byteCount); });
 }
-void* realloc(void* memory, std::size_t byteCount) noexcept
-{
+void* realloc(void* memory, std::size_t byteCount) noexcept {
     if (memory != nullptr && byteCount == 0) {
         free(memory);
         return nullptr;
@@ -273,8 +250,7 @@ void* realloc(void* memory, std::size_t byteCount) noexcept
     faults::plan.living -= memory != nullptr && moved != nullptr ? 1 : 0;
     return moved;
 }
-void free(void* memory) noexcept
-{
+void free(void* memory) noexcept {
     faults::plan.living -= memory != nullptr ? 1 : 0;
     __libc_free(memory);
 }

@@ -38,8 +38,7 @@ namespace fs = std::filesystem;
 
 namespace faults {
 
-void Scene::Make(std::initializer_list<std::pair<const char*, const char*>> files) const
-{
+void Scene::Make(std::initializer_list<std::pair<const char*, const char*>> files) const {
     for (const auto& [name, content] : files) {
         fs::create_directories(fs::path(Path(name)).parent_path());
         if (!std::string_view(name).ends_with('/'))
@@ -55,8 +54,7 @@ bool mayLeaveWork = false;
 /// A folder of this process on another file system than its scenes, where there are two.
 std::string elsewhere;
 
-std::string StoredPreferences(const std::string& path)
-{
+std::string StoredPreferences(const std::string& path) {
     sqlite3* database = nullptr;
     std::string stored;
     const auto append = [](void* text, int, char** values, char**) {
@@ -70,8 +68,7 @@ std::string StoredPreferences(const std::string& path)
     return stored;
 }
 
-std::string ContentOf(const fs::path& path)
-{
+std::string ContentOf(const fs::path& path) {
     if (fs::is_symlink(path))
         return "->" + fs::read_symlink(path).string();
     if (!fs::is_regular_file(path))
@@ -86,8 +83,7 @@ std::string ContentOf(const fs::path& path)
     return bodies + (content.find_last_of('>') + 3 > content.size() ? "" : " and a torn entry");
 }
 
-std::string TreeAt(const std::string& folder)
-{
+std::string TreeAt(const std::string& folder) {
     std::map<std::string, std::string> entries;
     for (const auto& entry : fs::recursive_directory_iterator(folder)) {
         std::string name = entry.path().lexically_relative(folder).string();
@@ -109,8 +105,7 @@ std::string TreeAt(const std::string& folder)
 
 }  // namespace
 
-std::string Scene::State() const
-{
+std::string Scene::State() const {
     std::string state = "text=" + Shown(text) + " other=" + Shown(other) + " number=" + Shown(number) + "\narray:";
     for (const CString& element : array)
         state += ' ' + Shown(element);
@@ -146,21 +141,15 @@ struct Totals {
     std::atomic<std::size_t> points[kFaults.size()], failures[kFaults.size()], next;
 };
 
-template <class Object>
-Object& Shared()
-{
+template <class Object> Object& Shared() {
     return *static_cast<Object*>(
         mmap(nullptr, sizeof(Object), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
 }
 
-void Keep(char (&room)[kTextRoom], const std::string& text)
-{
-    std::snprintf(room, sizeof room, "%s", text.c_str());
-}
+void Keep(char (&room)[kTextRoom], const std::string& text) { std::snprintf(room, sizeof room, "%s", text.c_str()); }
 
 /// The call's result as text, or the name of what it threw. Counted and failing is the call alone.
-std::string CallOf(const Workload& workload, Scene& scene)
-{
+std::string CallOf(const Workload& workload, Scene& scene) {
     try {
         return workload.call(scene);
     } catch (CFileException* failure) {
@@ -179,31 +168,24 @@ std::string CallOf(const Workload& workload, Scene& scene)
     }
 }
 
-int OpenDescriptors()
-{
+int OpenDescriptors() {
     int count = 0;
     for (int descriptor = 0; descriptor < 64; ++descriptor)
         count += fcntl(descriptor, F_GETFD) >= 0 ? 1 : 0;
     return count;
 }
 
-bool IsListed(std::string_view list, std::string_view outcome)
-{
+bool IsListed(std::string_view list, std::string_view outcome) {
     return list == "*" || ('|' + std::string(list) + '|').find('|' + std::string(outcome) + '|') != std::string::npos;
 }
 
-void Complain(Report& report, const std::string& what)
-{
+void Complain(Report& report, const std::string& what) {
     std::snprintf(report.complaint, sizeof report.complaint, "%s", what.c_str());
 }
 
-std::string_view ElsewhereIn(const char* state)
-{
-    return std::strstr(state, "elsewhere:");
-}
+std::string_view ElsewhereIn(const char* state) { return std::strstr(state, "elsewhere:"); }
 
-void Judge(const Workload& workload, const Fault& fault, const Report& expected, Report& report)
-{
+void Judge(const Workload& workload, const Fault& fault, const Report& expected, Report& report) {
     const std::string_view outcome = report.outcome;
     const bool isDone = outcome == expected.outcome;
     const bool isMemory = fault.error == kNoMemory || fault.error == ENOMEM;
@@ -231,8 +213,7 @@ struct Point {
 };
 
 /// The whole life of a process of its own.
-void Live(const Point& point, const std::string& folder, const Report& expected, Report& report)
-{
+void Live(const Point& point, const std::string& folder, const Report& expected, Report& report) {
     const rlimit noCore{0, 0};
     setrlimit(RLIMIT_CORE, &noCore);
     alarm(120);  // above all waits for locks that SQLite and the library allow themselves in some calls together
@@ -287,8 +268,7 @@ void Live(const Point& point, const std::string& folder, const Report& expected,
         Complain(report, "leaves " + std::to_string(report.blocks - usual.blocks) + " blocks of memory");
 }
 
-bool Run(const Point& point, const std::string& folder, const Report& expected, Report& report)
-{
+bool Run(const Point& point, const std::string& folder, const Report& expected, Report& report) {
     new (&report) Report();
     fs::create_directories(folder);
     fs::create_directory_symlink(elsewhere, folder + "/elsewhere");
@@ -313,8 +293,7 @@ bool Run(const Point& point, const std::string& folder, const Report& expected, 
 
 /// All points of a workload; every n-th where n is more than 1, and not the same ones of each workload.
 /// The few with another way are always run.
-void Examine(const Workload& workload, std::size_t every, const std::string& folder, Totals& totals)
-{
+void Examine(const Workload& workload, std::size_t every, const std::string& folder, Totals& totals) {
     static Report &expected = Shared<Report>(), &report = Shared<Report>();
     std::size_t skipped = std::hash<std::string_view>()(workload.name);
     for (const bool isWarm : {false, true}) {
@@ -334,8 +313,7 @@ void Examine(const Workload& workload, std::size_t every, const std::string& fol
     }
 }
 
-int RunAll(const std::vector<Workload>& workloads, std::size_t every)
-{
+int RunAll(const std::vector<Workload>& workloads, std::size_t every) {
     auto& totals = Shared<Totals>();
     if (!CatchSystemCalls())
         std::puts("Calls to the system do not fail here: this system lets no program catch its own.");
@@ -369,8 +347,7 @@ int RunAll(const std::vector<Workload>& workloads, std::size_t every)
 }  // namespace
 }  // namespace faults
 
-int main(int argumentCount, char** arguments)
-{
+int main(int argumentCount, char** arguments) {
     std::size_t every = 1;
     std::vector<std::string_view> names(arguments + 1, arguments + argumentCount);
     if (names.size() >= 2 && names[0] == "--every") {

@@ -6,21 +6,18 @@ namespace {
 using Dates = CrkDateUtilities;
 using Numbers = CrkStringConversionUtilities;
 
-const CTime& Moment()
-{
+const CTime& Moment() {
     static const CTime moment = CTime::FromCFAbsoluteTime(816555125);  // 16 November 2026, 20:52:05 UTC
     return moment;
 }
 
-void InGerman(Scene& scene)
-{
+void InGerman(Scene& scene) {
     rk::SetUserLocale("de_DE");
     scene.text = u"1234567,891";
     scene.other = u"der Rest";
 }
 
-void InBengali(Scene& scene)
-{
+void InBengali(Scene& scene) {
     InGerman(scene);
     rk::SetUserLocale("bn_BD");
 }

@@ -11,8 +11,7 @@ using Log = CrkLogWriter;
 
 constexpr const char* kSettings = "<x><ls:Enable>true</ls:Enable><ls:IncludeCategory>*</ls:IncludeCategory></x>";
 
-void WithLog(Scene& scene)
-{
+void WithLog(Scene& scene) {
     Log::Uninitialize();
     Log::m_maxFileLength = 20'000'000;
     scene.Make({{"settings.xml", kSettings}});
@@ -20,36 +19,31 @@ void WithLog(Scene& scene)
     Log::Log(Log::LogInfo, u"the first entry");
 }
 
-void WithFullLog(Scene& scene)
-{
+void WithFullLog(Scene& scene) {
     WithLog(scene);
     Log::m_maxFileLength = 10;
 }
 
 /// What the first call since `Init` did with an entry: it was written, or dropped and counted.
-std::string Logged(const CString& message)
-{
+std::string Logged(const CString& message) {
     Log::Log(Log::LogWarning, message, u"Category", u"description");
     Disarm();
     return Log::GetLogState().droppedEntries == 0 ? "logged" : "dropped";
 }
 
-void Set(const CString& name, const CString& value)
-{
+void Set(const CString& name, const CString& value) {
     SECRegistry preferences;
     preferences.Connect(1, u"", false);
     preferences.SetValue(name, value);
 }
 
-void WithPreferences(Scene&)
-{
+void WithPreferences(Scene&) {
     rk::SetApplicationName("laboratory");
     Set(u"theme", u"dark");
 }
 
 /// With a value that this process has not seen yet.
-void WithAnothersPreferences(Scene& scene)
-{
+void WithAnothersPreferences(Scene& scene) {
     WithPreferences(scene);
     if (fork() == 0) {
         Set(u"folder", u"/maps");
@@ -58,14 +52,10 @@ void WithAnothersPreferences(Scene& scene)
     wait(nullptr);
 }
 
-void WithName(Scene&)
-{
-    rk::SetApplicationName("laboratory");
-}
+void WithName(Scene&) { rk::SetApplicationName("laboratory"); }
 
 /// Sets a value, and tells what a reader in this process sees of it and of others.
-std::string SetAndRead(std::uint32_t rootKey, bool isClosed)
-{
+std::string SetAndRead(std::uint32_t rootKey, bool isClosed) {
     SECRegistry preferences;
     preferences.Connect(rootKey, u"", false);
     preferences.SetValue(u"width", 4711);

@@ -9,8 +9,7 @@ using Strings = CrkStringUtilities;
 
 constexpr const char16_t* kLong = u"Eine Überfahrt nach Łódź dauert länger, als man denkt; das Schiff wartet nicht.";
 
-void Begin(Scene& scene)
-{
+void Begin(Scene& scene) {
     scene.text = kLong;
     scene.other = CString(u" Ein anderer Text, der für sich steht: ") + kLong + u" ";
     scene.array = {u"alpha alpha alpha alpha", u"beta beta beta beta beta", CString(kLong)};
@@ -19,23 +18,19 @@ void Begin(Scene& scene)
         scene.map.SetAt(key, kLong);
 }
 
-template <class Change>
-std::string Changed(Scene& scene, Change change)
-{
+template <class Change> std::string Changed(Scene& scene, Change change) {
     change(scene);
     return "done";
 }
 
 using Pointers = std::array<const CString*, 3>;
 
-void Grow(Scene& scene)
-{
+void Grow(Scene& scene) {
     for (int i = 0; i < 60; ++i)
         scene.map.SetAt(Strings::LongToString(i), u"v");
 }
 
-CString TextOf(const CrkFloatPoint& point)
-{
+CString TextOf(const CrkFloatPoint& point) {
     CString text;
     text.Format(u"%g %g, and so on, as a longer text", static_cast<double>(point.x), static_cast<double>(point.y));
     return text;

@@ -52,18 +52,11 @@ extern const std::span<const Workload> kLocaleWorkloads;
 extern const std::span<const Workload> kFileWorkloads;
 extern const std::span<const Workload> kStorageWorkloads;
 
-inline std::string Shown(const CString& text)
-{
-    return text.ToUtf8();
-}
-inline std::string Shown(bool value)
-{
-    return value ? "true" : "false";
-}
+inline std::string Shown(const CString& text) { return text.ToUtf8(); }
+inline std::string Shown(bool value) { return value ? "true" : "false"; }
 template <class Number>
     requires std::is_arithmetic_v<Number>
-std::string Shown(Number value)
-{
+std::string Shown(Number value) {
     return std::to_string(value);
 }
 

@@ -21,14 +21,12 @@ namespace {
 struct CopyFault {};
 int stepCount = 0, failingStep = 0;  // 0: none fails
 
-void FailIfPlanned()
-{
+void FailIfPlanned() {
     if (++stepCount == failingStep)
         throw CopyFault();
 }
 
-void Arm(int step)
-{
+void Arm(int step) {
     stepCount = 0;
     failingStep = step;
 }
@@ -37,15 +35,13 @@ void Arm(int step)
 struct Fragile {
     explicit(false) Fragile(int number = 0) : value(number) { Live(); }
     Fragile(const Fragile& other) : value(other.value) { Live(); }
-    Fragile& operator=(const Fragile& other)
-    {
+    Fragile& operator=(const Fragile& other) {
         FailIfPlanned();
         value = other.value;
         return *this;
     }
     ~Fragile() { --living; }
-    friend bool operator==(const Fragile& a, const Fragile& b)
-    {
+    friend bool operator==(const Fragile& a, const Fragile& b) {
         FailIfPlanned();
         return a.value == b.value;
     }
@@ -54,8 +50,7 @@ struct Fragile {
     static inline int living = 0;
 
 private:
-    static void Live()
-    {
+    static void Live() {
         FailIfPlanned();
         ++living;
     }
@@ -63,10 +58,8 @@ private:
 
 }  // namespace
 
-template <>
-struct std::hash<Fragile> {
-    std::size_t operator()(const Fragile& element) const
-    {
+template <> struct std::hash<Fragile> {
+    std::size_t operator()(const Fragile& element) const {
         FailIfPlanned();
         return static_cast<std::size_t>(element.value);
     }
@@ -78,31 +71,27 @@ using Array = CAtlArray<Fragile>;
 using List = CAtlList<Fragile>;
 using Map = CAtlMap<Fragile, Fragile>;
 
-std::vector<int> Contents(const auto& container)
-{
+std::vector<int> Contents(const auto& container) {
     std::vector<int> values;
     for (const Fragile& element : container)
         values.push_back(element.value);
     return values;
 }
-std::vector<int> Contents(const Map& map)
-{
+std::vector<int> Contents(const Map& map) {
     std::vector<int> values = {static_cast<int>(map.GetHashTableSize())};
     for (const auto& [key, value] : map)
         values.insert(values.end(), {key.value, value.value});
     return values;
 }
 
-template <class Container>
-struct Operation {
+template <class Container> struct Operation {
     std::function<void(Container&)> run;
     std::vector<int> result;
 };
 
 /// Lets every step of an element fail once in every operation: the container must stay as it was and lose nothing.
 template <class Container>
-void ExpectStrongGuarantee(const Container& start, const std::vector<Operation<Container>>& operations)
-{
+void ExpectStrongGuarantee(const Container& start, const std::vector<Operation<Container>>& operations) {
     const std::vector<int> before = Contents(start);
     for (const auto& [run, result] : operations) {
         bool failed = true;
@@ -128,8 +117,7 @@ void ExpectStrongGuarantee(const Container& start, const std::vector<Operation<C
 
 const Fragile kNew = 7;
 
-TEST(Containers, KeepTheArrayWhateverFails)
-{
+TEST(Containers, KeepTheArrayWhateverFails) {
     ExpectStrongGuarantee<Array>({1, 2, 3},
                                  {{[](Array& a) { a.Add(kNew); }, {1, 2, 3, 7}},
                                   {[](Array& a) { a.Add(a[0]); }, {1, 2, 3, 1}},  // moved away before it is copied
@@ -139,8 +127,7 @@ TEST(Containers, KeepTheArrayWhateverFails)
                                   {[](Array& a) { a = Array(a); }, {1, 2, 3}}});
 }
 
-TEST(Containers, KeepTheListWhateverFails)
-{
+TEST(Containers, KeepTheListWhateverFails) {
     List list(2);  // the third element needs a block
     list.AddTail(1);
     list.AddTail(2);
@@ -150,8 +137,7 @@ TEST(Containers, KeepTheListWhateverFails)
                                        {[](List& l) { l = List(l); }, {1, 2}}});
 }
 
-TEST(Containers, KeepTheMapWhateverFails)
-{
+TEST(Containers, KeepTheMapWhateverFails) {
     ExpectStrongGuarantee<Map>({}, {{[](Map& m) { m.SetAt(1, 2); }, {17, 1, 2}}});
     Map map;
     map.InitHashTable(2);
@@ -166,8 +152,7 @@ TEST(Containers, KeepTheMapWhateverFails)
          {[](Map& m) { m = Map(m); }, {2, 4, 40, 2, 20, 3, 30, 1, 10}}});
 }
 
-TEST(Containers, HoldNoMemoryWhileTheyAreEmpty)
-{
+TEST(Containers, HoldNoMemoryWhileTheyAreEmpty) {
     const auto usedBytes = [] { return mallinfo2().uordblks; };  // sanitizers' allocators tell 0
     const std::size_t atFirst = usedBytes();
     CAtlArray<CString> array;
@@ -189,8 +174,7 @@ TEST(Containers, HoldNoMemoryWhileTheyAreEmpty)
 
 static_assert(std::derived_from<ATL::CAtlException, std::exception>);
 
-TEST(Containers, AnswerAWrongIndexOrPositionOrCountWithAnException)
-{
+TEST(Containers, AnswerAWrongIndexOrPositionOrCountWithAnException) {
     CAtlArray<int> array{1};
     CAtlList<int> list{1};
     CAtlMap<int, int> map{{1, 1}};
@@ -224,8 +208,7 @@ static_assert(std::ranges::bidirectional_range<const CAtlList<CString>> && std::
 static_assert(std::ranges::forward_range<const CAtlMap<CString, int>> &&
               !std::ranges::bidirectional_range<CAtlMap<int, int>>);
 
-TEST(Containers, TakeAndGiveInTheMiddle)
-{
+TEST(Containers, TakeAndGiveInTheMiddle) {
     CAtlArray<CString> array{u"a", u"b", u"c"};
     array.InsertAt(1, array[2]);
     array.InsertAt(4, u"end");
@@ -285,8 +268,7 @@ TEST(Containers, TakeAndGiveInTheMiddle)
     EXPECT_THROW(hungryMap[1], ATL::CAtlException);
 }
 
-TEST(Containers, TakeElementsThatCanOnlyBeMoved)
-{
+TEST(Containers, TakeElementsThatCanOnlyBeMoved) {
     CAtlArray<std::unique_ptr<int>> array;
     CAtlList<std::unique_ptr<int>> list;
     CAtlMap<CString, std::unique_ptr<int>> map;
@@ -312,8 +294,7 @@ constexpr std::pair<double, std::uint32_t> kHashCases[] = {
     {std::numeric_limits<double>::quiet_NaN(), 0},
 };
 
-TEST(Maps, HashEveryNumberAsStated)
-{
+TEST(Maps, HashEveryNumberAsStated) {
     for (const auto& [key, hash] : kHashCases) {
         EXPECT_EQ(CElementTraits<double>::Hash(key), hash) << key;
         CAtlMap<double, bool> map;
@@ -322,8 +303,7 @@ TEST(Maps, HashEveryNumberAsStated)
     }
 }
 
-std::vector<double> Keys(const CAtlMap<double, bool>& map)
-{
+std::vector<double> Keys(const CAtlMap<double, bool>& map) {
     std::vector<double> keys;
     double key = 0;
     bool value = false;
@@ -334,8 +314,7 @@ std::vector<double> Keys(const CAtlMap<double, bool>& map)
     return keys;
 }
 
-TEST(Maps, AreWalkedBucketByBucketWithTheCountThatWasFixed)
-{
+TEST(Maps, AreWalkedBucketByBucketWithTheCountThatWasFixed) {
     CAtlMap<double, bool> map;
     ASSERT_TRUE(map.InitHashTable(64));
     for (const double key : {130.0, 1.0, 64.0, 2.0, -1.0})
@@ -357,8 +336,7 @@ TEST(Maps, AreWalkedBucketByBucketWithTheCountThatWasFixed)
     EXPECT_FALSE(map.InitHashTable(0));
 }
 
-TEST(Maps, HashForeignTextsSoThatNoChosenTextsCollide)
-{
+TEST(Maps, HashForeignTextsSoThatNoChosenTextsCollide) {
     std::unordered_map<std::uint32_t, CString> texts;  // with the hash that everybody can compute
     for (int number = 0; number < 400'000; ++number) {
         CString text;
@@ -374,8 +352,7 @@ TEST(Maps, HashForeignTextsSoThatNoChosenTextsCollide)
     FAIL() << "no two texts with one hash: more texts are needed";
 }
 
-TEST(Maps, FindTextsByTheirUnitsHoweverTheyAreSpelt)
-{
+TEST(Maps, FindTextsByTheirUnitsHoweverTheyAreSpelt) {
     CAtlMap<CString, int, CStringElementTraits<CString>> map{{u"Cache", 1}, {u"cache", 2}, {u"", 3}, {u"Cache", 4}};
     EXPECT_EQ(map.GetCount(), 3u);
     const auto valueOf = [&map](const auto& key) {

@@ -16,20 +16,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-CFile Opened(const CString& path, unsigned int flags)
-{
+CFile Opened(const CString& path, unsigned int flags) {
     CFile file;
     EXPECT_TRUE(file.Open(path, flags)) << path;
     return file;
 }
 
-bool SameTime(const timespec& a, const timespec& b)
-{
-    return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
-}
+bool SameTime(const timespec& a, const timespec& b) { return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec; }
 
-TEST(File, OpensWhatItCanAndTellsTheCauseOfEveryFailure)
-{
+TEST(File, OpensWhatItCanAndTellsTheCauseOfEveryFailure) {
     const ScopedFolder folder;
     folder.Make({"file=content", "folder/", "ring>ring", "pipe|"});
     const std::string tooLong(256, 'n');
@@ -70,8 +65,7 @@ TEST(File, OpensWhatItCanAndTellsTheCauseOfEveryFailure)
     }
 }
 
-TEST(File, ReadsWritesAndSeeksWhereItStands)
-{
+TEST(File, ReadsWritesAndSeeksWhereItStands) {
     const ScopedFolder folder;
     CFile file = Opened(folder.Write("log", "one"), 0x1042);
     EXPECT_EQ(file.Seek(0, 2), 3U);
@@ -105,8 +99,7 @@ TEST(File, ReadsWritesAndSeeksWhereItStands)
     EXPECT_EQ(status.m_size, static_cast<std::int64_t>(kBeyondFourGibibytes + 3));
 }
 
-TEST(File, IsCutAndEmptied)
-{
+TEST(File, IsCutAndEmptied) {
     const ScopedFolder folder;
     const CString path = folder.Write("file", "content");
     CFile file = Opened(path, CFile::modeReadWrite);
@@ -131,8 +124,7 @@ TEST(File, IsCutAndEmptied)
     EXPECT_EQ(folder.Read("file"), "");
 }
 
-TEST(File, AppearsWhenItIsComplete)
-{
+TEST(File, AppearsWhenItIsComplete) {
     const ScopedFolder folder;
     folder.Make({"0640 old=old", "to-old>old", "nowhere>missing", "0400 readonly=ro", "sub/"});
     CFile file;
@@ -172,8 +164,7 @@ TEST(File, AppearsWhenItIsComplete)
     EXPECT_FALSE(file.OpenNew(u""));
 }
 
-TEST(File, SharesByAgreement)
-{
+TEST(File, SharesByAgreement) {
     const ScopedFolder folder;
     const CString path = folder.Write("file");
     constexpr std::tuple<unsigned, unsigned, bool> kCases[] = {
@@ -190,8 +181,7 @@ TEST(File, SharesByAgreement)
     }
 }
 
-TEST(File, ReportsALimitOnSizesAsAFullDisk)
-{
+TEST(File, ReportsALimitOnSizesAsAFullDisk) {
     // The limit's signal would end this process.
     const ScopedFolder folder;
     CFile file = Opened(folder.Text("file"), 0x1002);
@@ -206,8 +196,7 @@ TEST(File, ReportsALimitOnSizesAsAFullDisk)
     EXPECT_EQ(sigpending(&pending) + sigismember(&pending, SIGXFSZ), 0);
 }
 
-TEST(File, ThatIsClosedRefusesEverythingButClosing)
-{
+TEST(File, ThatIsClosedRefusesEverythingButClosing) {
     const ScopedFolder folder;
     CFile file = Opened(folder.Write("file", "content"), 0x0000), other;
     EXPECT_EQ(CauseOf([&] { file.Write("x", 1); }), CFileException::invalidFile);  // opened for reading
@@ -221,8 +210,7 @@ TEST(File, ThatIsClosedRefusesEverythingButClosing)
     EXPECT_EQ(CauseOf([&] { file.Close(); }), CFileException::none);
 }
 
-TEST(FileException, TellsWhatAndWhyInWords)
-{
+TEST(FileException, TellsWhatAndWhyInWords) {
     const CFileException kCases[] = {{CFileException::fileNotFound, ENOENT, CString(u"/a")},
                                      {99, 0, CString()},
                                      {CFileException::diskFull, 0, CString(u"b")}};
@@ -231,8 +219,7 @@ TEST(FileException, TellsWhatAndWhyInWords)
         EXPECT_EQ(kCases[i].GetErrorMessage(), words[i]);
 }
 
-TEST(FileStatus, KnowsEachKind)
-{
+TEST(FileStatus, KnowsEachKind) {
     const ScopedFolder folder;
     folder.Make({"plain=1234", ".hidden", "0577 readonly", "sub/inside", ".config/", "to-folder>sub",
                  "to-readonly>readonly", "nowhere>missing", "ring>ring", "pipe|"});
@@ -261,8 +248,7 @@ TEST(FileStatus, KnowsEachKind)
     EXPECT_EQ(status.m_size, 4);  // untouched
 }
 
-TEST(FileStatus, WrittenBackMovesNoTimeAndKeepsTheOtherPermissions)
-{
+TEST(FileStatus, WrittenBackMovesNoTimeAndKeepsTheOtherPermissions) {
     const ScopedFolder folder;
     const CString path = folder.Write("file");
     // Nanoseconds that a double does not hold, far from and near to its zero, before 1970 and after 2106.
@@ -286,8 +272,7 @@ TEST(FileStatus, WrittenBackMovesNoTimeAndKeepsTheOtherPermissions)
     }
 }
 
-TEST(FileStatus, SetsTheTimesThatChanged)
-{
+TEST(FileStatus, SetsTheTimesThatChanged) {
     const ScopedFolder folder;
     const CString path = folder.Write("file");
     CFileStatus status;
@@ -313,8 +298,7 @@ TEST(FileStatus, SetsTheTimesThatChanged)
     EXPECT_EQ(CauseOf([&] { CFile::SetStatus(folder.Text("a/b"), status); }), CFileException::badPath);
 }
 
-TEST(File, IsRemovedAndRenamedByItsOwnName)
-{
+TEST(File, IsRemovedAndRenamedByItsOwnName) {
     const ScopedFolder folder;
     folder.Make({"sub/kept=kept", "taken=other", "to-file>sub/kept", "to-folder>sub", "nowhere>missing"});
     const auto removed = [&](const char* name) { return CauseOf([&] { CFile::Remove(folder.Text(name)); }); };
@@ -339,8 +323,7 @@ TEST(File, IsRemovedAndRenamedByItsOwnName)
     folder.SetMode("sub", 0700);
 }
 
-TEST(File, IsOpenedByItsConstructorAndReadWhole)
-{
+TEST(File, IsOpenedByItsConstructorAndReadWhole) {
     const ScopedFolder folder;
     const CString path = folder.Text("file");
     EXPECT_EQ(CauseOf([&] { CFile(path, CFile::modeRead); }), CFileException::fileNotFound);

@@ -11,16 +11,13 @@
 
 namespace {
 
-template <class... Arguments>
-CString Formatted(const CString& format, const Arguments&... arguments)
-{
+template <class... Arguments> CString Formatted(const CString& format, const Arguments&... arguments) {
     CString text;
     text.Format(format, arguments...);
     return text;
 }
 
-CString FormattedFromList(const CString* format, ...)
-{
+CString FormattedFromList(const CString* format, ...) {
     std::va_list arguments;
     va_start(arguments, format);
     CString text = u"before";
@@ -34,17 +31,14 @@ CString FormattedFromList(const CString* format, ...)
 }
 
 /// What C prints in its own locale.
-template <class Argument>
-std::string Printed(const std::string& format, const Argument& argument)
-{
+template <class Argument> std::string Printed(const std::string& format, const Argument& argument) {
     std::string text(2048, '\0');
     text.resize(static_cast<std::size_t>(std::snprintf(text.data(), text.size(), format.c_str(), argument)));
     return text;
 }
 
 /// A conversion with random flags, width and precision.
-std::string AnyConversion(std::mt19937_64& random, const std::string& lengthAndType)
-{
+std::string AnyConversion(std::mt19937_64& random, const std::string& lengthAndType) {
     std::string conversion = "[%";
     for (const char flag : std::string("-+ #0"))
         conversion += random() % 3 == 0 ? std::string(1, flag) : "";
@@ -55,8 +49,7 @@ std::string AnyConversion(std::mt19937_64& random, const std::string& lengthAndT
     return conversion + lengthAndType + "]";
 }
 
-TEST(Format, PrintsNumbersAsCDoes)
-{
+TEST(Format, PrintsNumbersAsCDoes) {
     std::mt19937_64 random(5);
     const long long corners[] = {0, 1, -1, 7, 8, 255, INT_MAX, INT_MIN, LLONG_MAX, LLONG_MIN};
     const double numbers[] = {0.0, -0.0, 0.5, 1.5, 2.5, 1e-5, 123456.789, 1e300, INFINITY, -INFINITY, NAN, 5e-324};
@@ -83,8 +76,7 @@ TEST(Format, PrintsNumbersAsCDoes)
     EXPECT_EQ(Formatted(u"%.400f", 0.1).GetLength(), 402);
 }
 
-TEST(Format, PrintsTextsCharactersPointersAndPositions)
-{
+TEST(Format, PrintsTextsCharactersPointersAndPositions) {
     const unsigned short unit = u'ä';
     const void* const null = nullptr;
     EXPECT_EQ(Formatted(u"%s|%5s|%-5s|%.2s|%.1s", "ü€", "ab", "ab", "ä€", "ä"), u"ü€|   ab|ab   |ä|");
@@ -105,8 +97,7 @@ TEST(Format, PrintsTextsCharactersPointersAndPositions)
     EXPECT_EQ(Formatted(u"%.3s", static_cast<const char*>(unterminated)), u"abc");
 }
 
-TEST(Format, MakesTextsOfEveryLengthFromAnyBytes)
-{
+TEST(Format, MakesTextsOfEveryLengthFromAnyBytes) {
     for (const std::string piece : {"a", "ä", "€", "\U0001F600", "\xE4", "eight ASCII, one not: ß"}) {
         std::string text;
         for (int count = 0; count <= 150; ++count, text += piece) {
@@ -117,8 +108,7 @@ TEST(Format, MakesTextsOfEveryLengthFromAnyBytes)
     }
 }
 
-TEST(Format, RefusesWhatItCannotCarryOutAndKeepsTheText)
-{
+TEST(Format, RefusesWhatItCannotCarryOutAndKeepsTheText) {
     CString text = u"kept";
     const auto refuses = [&](auto&&... arguments) {
         EXPECT_THROW(text.Format(arguments...), rk::FormatError) << CString(std::get<0>(std::tuple(arguments...)));
@@ -138,8 +128,7 @@ TEST(Format, RefusesWhatItCannotCarryOutAndKeepsTheText)
     refuses(u"%*d", 1.5, 1);
 }
 
-TEST(Format, TakesCArgumentLists)
-{
+TEST(Format, TakesCArgumentLists) {
     const CString formats[] = {
         u"%s %d %ld %g %c %p %%", u"%3$s %1$d %2$.1f", u"%2$d", u"%1$d %1$s", u"%d %n", u"%*.*f|%Lg"};
     EXPECT_EQ(FormattedFromList(&formats[0], "ä", -1, 1L << 40, 0.5, 'x', nullptr),
@@ -151,8 +140,7 @@ TEST(Format, TakesCArgumentLists)
     EXPECT_EQ(FormattedFromList(&formats[5], 6, 2, 1.0, 2.5L), u"  1.00|2.5");
 }
 
-TEST(Format, KeepsThePointInCommaLocales)
-{
+TEST(Format, KeepsThePointInCommaLocales) {
     const std::string before = std::setlocale(LC_ALL, nullptr);
     ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr) << "the build makes this locale, LOCPATH leads to it";
     EXPECT_EQ(Formatted(u"%f %g %.1Lf", 1.5, 0.25, 2.5L), u"1.500000 0.25 2.5");

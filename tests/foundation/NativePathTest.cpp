@@ -9,8 +9,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-TEST(NativePath, IsUtf8WithEscapedBytesAndNoOtherLoneSurrogate)
-{
+TEST(NativePath, IsUtf8WithEscapedBytesAndNoOtherLoneSurrogate) {
     constexpr std::pair<const char16_t*, const char*> kCases[] = {
         {u"\U0001F5FA\xDCFF", "\xF0\x9F\x97\xBA\xFF"},  // the escape after a pair taken for its second half
         {u"\xD800/x", "\xEF\xBF\xBD/x"},
@@ -20,8 +19,7 @@ TEST(NativePath, IsUtf8WithEscapedBytesAndNoOtherLoneSurrogate)
         EXPECT_EQ(rk::NativePath(text), bytes);
 }
 
-TEST(NativePath, ComesBackFromTextForAnyBytes)
-{
+TEST(NativePath, ComesBackFromTextForAnyBytes) {
     // Every sequence of four of the bytes that matter: ASCII, continuations, first bytes, bytes never used.
     constexpr std::string_view kBytes = "a/\x80\x9F\xA0\xBF\xC0\xC3\xE0\xED\xEF\xF0\xF4\xF5\xFF";
     for (std::size_t number = 0; number < 15 * 15 * 15 * 15; ++number) {
@@ -33,8 +31,7 @@ TEST(NativePath, ComesBackFromTextForAnyBytes)
     }
 }
 
-TEST(NativePath, ExpandsTheHomeFolderAtItsStartOnlyAndNamesNothingWithAZeroUnit)
-{
+TEST(NativePath, ExpandsTheHomeFolderAtItsStartOnlyAndNamesNothingWithAZeroUnit) {
     constexpr std::tuple<const char16_t*, const char*, const char*> kCases[] = {
         {u"~", "/home/ann", "/home/ann"},
         {u"~/", "/home/ann", "/home/ann/"},

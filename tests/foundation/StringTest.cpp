@@ -32,8 +32,7 @@ static_assert(MakesText<unsigned short> && MakesText<char16_t> && MakesText<char
 static_assert(!MakesText<int> && !MakesText<long> && !MakesText<double> && !MakesText<bool> && !MakesText<void*> &&
               !MakesText<std::nullptr_t> && !std::convertible_to<CString, bool>);
 
-TEST(String, StandsBeforeMainAndKeepsConstantsWithoutCopies)
-{
+TEST(String, StandsBeforeMainAndKeepsConstantsWithoutCopies) {
     EXPECT_TRUE(kUsedBeforeMain);
     CString copy = kConstant;
     EXPECT_EQ(copy.GetUTF16Ptr(), kConstant.GetUTF16Ptr());
@@ -41,8 +40,7 @@ TEST(String, StandsBeforeMainAndKeepsConstantsWithoutCopies)
     EXPECT_EQ(kConstant.GetAt(0), u'a');
 }
 
-TEST(String, CopiesShareUntilOneSideChangesAndMovesLeaveNothing)
-{
+TEST(String, CopiesShareUntilOneSideChangesAndMovesLeaveNothing) {
     CString a = kLong;
     const CString b = a;
     EXPECT_EQ(a.GetUTF16Ptr(), b.GetUTF16Ptr());
@@ -58,8 +56,7 @@ TEST(String, CopiesShareUntilOneSideChangesAndMovesLeaveNothing)
     EXPECT_EQ(self, moved);
 }
 
-TEST(String, CopiesMayBeUsedFromManyThreads)
-{
+TEST(String, CopiesMayBeUsedFromManyThreads) {
     const CString text = kLong;
     std::vector<std::jthread> threads;
     threads.reserve(4);
@@ -75,8 +72,7 @@ TEST(String, CopiesMayBeUsedFromManyThreads)
     EXPECT_EQ(text, kLong);
 }
 
-TEST(String, ComesFromEveryKindOfText)
-{
+TEST(String, ComesFromEveryKindOfText) {
     const unsigned short units[] = {u'a', 0xD83D, 0xDE00, 0};
     const unsigned short unit = u'Z';
     const char letter = 'z';
@@ -114,8 +110,7 @@ constexpr std::tuple<int, int, Units, Units, Units, Units> kClampRows[] = {
     {4, INT_MAX, u"e", u"abcde", u"abcde", u"abcd"},
 };
 
-TEST(String, ClampsEveryStartAndCount)
-{
+TEST(String, ClampsEveryStartAndCount) {
     for (const auto& [start, count, mid, left, right, deleted] : kClampRows) {
         SCOPED_TRACE(testing::Message() << start << ", " << count);
         CString text = u"abcde";
@@ -142,8 +137,7 @@ TEST(String, ClampsEveryStartAndCount)
     EXPECT_EQ(CString(u"abc").GetAt(LONG_MIN), 0);
 }
 
-TEST(String, TakesItselfAsArgument)
-{
+TEST(String, TakesItselfAsArgument) {
     for (const std::u16string_view start : {std::u16string_view(u"abab"), std::u16string_view(u"abababababababab")}) {
         const std::u16string whole(start);
         CString s = start;
@@ -166,8 +160,7 @@ TEST(String, TakesItselfAsArgument)
 }
 
 /// The reference for searches and replacements: the obvious way.
-std::size_t Naive(std::u16string_view text, std::u16string_view sought, std::size_t start, bool fold)
-{
+std::size_t Naive(std::u16string_view text, std::u16string_view sought, std::size_t start, bool fold) {
     const auto same = [&](char16_t a, char16_t b) {
         return a == b || (fold && u_foldCase(a, U_FOLD_CASE_DEFAULT) == u_foldCase(b, U_FOLD_CASE_DEFAULT));
     };
@@ -178,8 +171,7 @@ std::size_t Naive(std::u16string_view text, std::u16string_view sought, std::siz
     return std::u16string_view::npos;
 }
 
-TEST(Searching, FindsAndReplacesAsTheObviousWayDoes)
-{
+TEST(Searching, FindsAndReplacesAsTheObviousWayDoes) {
     std::mt19937 random(7);
     const std::u16string_view alphabet = u"aAbkK\u212AsSſθΘϑϴιΙ\u0345\u1FBE";  // units with up to four case forms
     const auto any = [&](std::size_t length, std::size_t letters) {
@@ -215,8 +207,7 @@ TEST(Searching, FindsAndReplacesAsTheObviousWayDoes)
     }
 }
 
-TEST(String, ComparesAndChangesCaseInBlocksAsUnitByUnit)
-{
+TEST(String, ComparesAndChangesCaseInBlocksAsUnitByUnit) {
     std::mt19937 random(9);
     const std::u16string_view alphabet = u"azAZ@[`{k\u007F\u0080\u212AéÉяЯß";  // the neighbours of letters, too
     const auto folded = [](char16_t unit) { return u_foldCase(unit, U_FOLD_CASE_DEFAULT); };
@@ -245,8 +236,7 @@ TEST(String, ComparesAndChangesCaseInBlocksAsUnitByUnit)
     }
 }
 
-TEST(Searching, TakesLinearTimeWhereEveryPlaceAlmostMatches)
-{
+TEST(Searching, TakesLinearTimeWhereEveryPlaceAlmostMatches) {
     const std::u16string text(400000, u'a');
     const std::u16string sought = std::u16string(100000, u'a') + u'b' + std::u16string(99999, u'a');
     EXPECT_EQ(CString(text).Find(sought), -1);
@@ -255,8 +245,7 @@ TEST(Searching, TakesLinearTimeWhereEveryPlaceAlmostMatches)
     EXPECT_EQ(CString(sought + text).ReverseFind(sought), 0);
 }
 
-TEST(String, ChangesCaseUnitByUnitAsUnicodeSays)
-{
+TEST(String, ChangesCaseUnitByUnitAsUnicodeSays) {
     std::u16string all;
     for (unsigned unit = 0; unit < 0x10000; ++unit)
         all += static_cast<char16_t>(unit);
@@ -281,16 +270,14 @@ TEST(String, ChangesCaseUnitByUnitAsUnicodeSays)
     EXPECT_EQ(CString(u" a ").TrimRight(), u" a");
 }
 
-TEST(String, RefusesToGrowBeyondItsLength)
-{
+TEST(String, RefusesToGrowBeyondItsLength) {
     CString text = std::u16string(1U << 16, u'x');
     const CString before = text;
     EXPECT_THROW(text.Replace(u"x", std::u16string(1U << 16, u'y')), std::length_error);
     EXPECT_EQ(text, before);
 }
 
-TEST(String, RemovesWhatItIsTold)
-{
+TEST(String, RemovesWhatItIsTold) {
     CString text = u"a\r\nb\rc\n";
     EXPECT_EQ(text.Remove(u'z'), 0);
     text.RemoveLineFeeds();
@@ -301,8 +288,7 @@ TEST(String, RemovesWhatItIsTold)
     EXPECT_EQ(*text.GetUTF16Ptr(), 0);
 }
 
-TEST(String, ReadsIntegersFromTheFront)
-{
+TEST(String, ReadsIntegersFromTheFront) {
     constexpr std::pair<const char16_t*, int> kRows[] = {
         {u"- 7", 0}, {u"", 0}, {u" \t-42x", -42}, {u"2147483648", INT_MAX}, {u"-2147483649", INT_MIN}};
     for (const auto& [text, value] : kRows)
@@ -310,8 +296,7 @@ TEST(String, ReadsIntegersFromTheFront)
     EXPECT_EQ(_ttoi(nullptr), 0);
 }
 
-TEST(String, HasWhatAlgorithmsAndOlderCodeAskFor)
-{
+TEST(String, HasWhatAlgorithmsAndOlderCodeAskFor) {
     const CString text = u"xxabcyx";
     EXPECT_EQ(text[std::size_t{2}], u'a');
     EXPECT_EQ(text[-1] + text[7] + text[SIZE_MAX], 0);
@@ -346,8 +331,7 @@ TEST(String, HasWhatAlgorithmsAndOlderCodeAskFor)
     EXPECT_EQ(CString(u"\u00E4").Collate(u"\u00E4"), 0);
 }
 
-TEST(String, LendsABufferThatOnlyItsOwnTextSees)
-{
+TEST(String, LendsABufferThatOnlyItsOwnTextSees) {
     for (const int room : {-1, 0, 3, 11, 12, 400}) {
         SCOPED_TRACE(room);
         CString text = u"an older text of some length";
@@ -371,8 +355,7 @@ TEST(String, LendsABufferThatOnlyItsOwnTextSees)
     EXPECT_THROW(static_cast<void>(literal.GetBuffer(INT_MAX)), std::length_error);
 }
 
-TEST(String, GoesToAndFromTheStandardLibrary)
-{
+TEST(String, GoesToAndFromTheStandardLibrary) {
     const CString path = u"/maps/old\xDCE9 \u00FC";
     EXPECT_EQ(rk::ToFilesystemPath(path).native(), "/maps/old\xE9 \xC3\xBC");
     EXPECT_EQ(rk::FromFilesystemPath(rk::ToFilesystemPath(path)), path);

@@ -17,13 +17,11 @@ namespace {
 
 const CTime kBeforeMain;
 
-CTime LocalTime(const std::tm& fields, int dst)
-{
+CTime LocalTime(const std::tm& fields, int dst) {
     return {fields.tm_year, fields.tm_mon, fields.tm_mday, fields.tm_hour, fields.tm_min, fields.tm_sec, dst};
 }
 
-TEST(Time, CountsEveryDayOfTheYears1To9999AsTheCalendarDoes)
-{
+TEST(Time, CountsEveryDayOfTheYears1To9999AsTheCalendarDoes) {
     using namespace std::chrono;
     const ScopedZone utc("UTC");
     const sys_days last{9999y / December / 31};
@@ -61,8 +59,7 @@ constexpr std::tuple<const char*, std::array<int, 7>, std::time_t> kLocalRows[] 
     {"Etc/UTC", {INT_MIN, INT_MIN, INT_MIN, INT_MIN, INT_MIN, INT_MIN, INT_MIN}, 0},
 };
 
-TEST(Time, IsMadeFromFieldsOfEveryKind)
-{
+TEST(Time, IsMadeFromFieldsOfEveryKind) {
     for (const auto& [zoneName, f, utcSeconds] : kLocalRows) {
         const ScopedZone zone(zoneName);
         EXPECT_EQ(CTime(f[0], f[1], f[2], f[3], f[4], f[5], f[6]), At(utcSeconds)) << zoneName << ' ' << f[0];
@@ -70,8 +67,7 @@ TEST(Time, IsMadeFromFieldsOfEveryKind)
 }
 
 /// Reads the fields of a time as the C library tells them, and finds the way back from them.
-void CheckThereAndBack(std::time_t utcSeconds)
-{
+void CheckThereAndBack(std::time_t utcSeconds) {
     const CTime time = At(utcSeconds);
     const std::tm expected = CLocalTime(utcSeconds);
     std::tm own{};
@@ -89,8 +85,7 @@ void CheckThereAndBack(std::time_t utcSeconds)
     ASSERT_EQ(LocalTime(own, own.tm_isdst), ofFirst.tm_isdst == own.tm_isdst ? first : time);
 }
 
-TEST(Time, ComesBackFromItsFieldsAroundEveryClockChangeOfEveryZone)
-{
+TEST(Time, ComesBackFromItsFieldsAroundEveryClockChangeOfEveryZone) {
     std::size_t changeCount = 0;
     for (const std::string& name : AllZones()) {
         SCOPED_TRACE(name);
@@ -112,8 +107,7 @@ TEST(Time, ComesBackFromItsFieldsAroundEveryClockChangeOfEveryZone)
     EXPECT_GT(changeCount, 10000U);
 }
 
-TEST(Time, KeepsNumbersThatAreNoDatesOut)
-{
+TEST(Time, KeepsNumbersThatAreNoDatesOut) {
     for (const double value : {std::nan(""), HUGE_VAL, -HUGE_VAL, 1e300, -1e300, 3e6}) {
         EXPECT_EQ(COleDateTime(value).GetYear(), 1899) << value;
         EXPECT_EQ(CTime(value), CTime()) << value;
@@ -127,8 +121,7 @@ TEST(Time, KeepsNumbersThatAreNoDatesOut)
 static_assert(!std::is_constructible_v<CTime, std::time_t> && !std::is_constructible_v<COleDateTime, int>);
 static_assert(std::is_constructible_v<CTime, double> && std::is_constructible_v<COleDateTime, float>);
 
-TEST(Time, GoesToTheCLibrarysAndTheClocksTimesAndBack)
-{
+TEST(Time, GoesToTheCLibrarysAndTheClocksTimesAndBack) {
     using namespace std::chrono;
     for (const std::time_t seconds : {-62135596800L, -1L, 0L, 1L, 1'795'000'000L, 253402300799L}) {
         EXPECT_EQ(CTime::FromTimeT(seconds).GetTime(), seconds);
@@ -146,8 +139,7 @@ TEST(Time, GoesToTheCLibrarysAndTheClocksTimesAndBack)
         ASSERT_EQ(rk::ToSysTime(rk::FromSysTime(sys_time<microseconds>(time))).time_since_epoch(), time);
 }
 
-TEST(Time, AddsAndSubtractsSpans)
-{
+TEST(Time, AddsAndSubtractsSpans) {
     const CTime start(2024, 2, 28, 12, 0, 0, -1);
     const CTimeSpan span(1, 2, 3, 4);
     EXPECT_EQ(start + span - start, CTimeSpan::FromSeconds(93784));
@@ -174,8 +166,7 @@ TEST(Time, AddsAndSubtractsSpans)
     EXPECT_NEAR((CTime::GetCurrentTime() - At(std::time(nullptr))).GetTotalSeconds(), 0, 5);
 }
 
-TEST(Time, IsWrittenByAFormatOfC)
-{
+TEST(Time, IsWrittenByAFormatOfC) {
     const ScopedZone zone("Europe/Berlin");
     const CTime time(2026, 7, 1, 9, 5, 7);
     const COleDateTime date(time);

@@ -8,28 +8,24 @@
 
 namespace {
 
-std::u16string IcuDecoded(const std::string& bytes)
-{
+std::u16string IcuDecoded(const std::string& bytes) {
     const icu::UnicodeString text = icu::UnicodeString::fromUTF8(bytes);
     return {text.getBuffer(), static_cast<std::size_t>(text.length())};
 }
 
-std::string IcuEncoded(const std::u16string& units)
-{
+std::string IcuEncoded(const std::u16string& units) {
     std::string bytes;
     return icu::UnicodeString(units.data(), static_cast<std::int32_t>(units.size())).toUTF8String(bytes);
 }
 
-void CheckDecoding(const std::string& bytes)
-{
+void CheckDecoding(const std::string& bytes) {
     // Exactly its own memory, so that a byte read past the end is found by the address sanitizer.
     const std::vector<char> exact(bytes.begin(), bytes.end());
     ASSERT_EQ(CString(std::string_view(exact.data(), exact.size())), IcuDecoded(bytes))
         << testing::PrintToString(bytes);
 }
 
-void CheckEncoding(const std::u16string& units)
-{
+void CheckEncoding(const std::u16string& units) {
     const CString text = units;
     const std::string expected = IcuEncoded(units);
     ASSERT_EQ(text.ToUtf8(), expected);
@@ -39,17 +35,14 @@ void CheckEncoding(const std::u16string& units)
     ASSERT_EQ(appended, "before " + expected);
 }
 
-template <class Text>
-Text Times(std::size_t count, const Text& piece)
-{
+template <class Text> Text Times(std::size_t count, const Text& piece) {
     Text text;
     while (text.size() < count)
         text += piece;
     return text;
 }
 
-TEST(Utf8, GoesThereAndBackForEveryCodePoint)
-{
+TEST(Utf8, GoesThereAndBackForEveryCodePoint) {
     std::u16string all;
     for (char32_t c = 0; c <= 0x10FFFF; ++c) {
         if (c >= 0xD800 && c <= 0xDFFF)
@@ -67,8 +60,7 @@ TEST(Utf8, GoesThereAndBackForEveryCodePoint)
     EXPECT_EQ(again, bytes);
 }
 
-TEST(Utf8, AgreesWithIcuOnRandomTextsWithErrors)
-{
+TEST(Utf8, AgreesWithIcuOnRandomTextsWithErrors) {
     std::mt19937 random(11);
     const std::string_view likely = "\x80\xBF\xA0\x9F\x90\x8F\xC2\xE0\xED\xEF\xF0\xF4\xF5\xC1"
                                     "ab";
@@ -85,8 +77,7 @@ TEST(Utf8, AgreesWithIcuOnRandomTextsWithErrors)
     }
 }
 
-TEST(Utf8, AgreesWithIcuWhereverAnErrorStands)
-{
+TEST(Utf8, AgreesWithIcuWhereverAnErrorStands) {
     using namespace std::string_literals;
     const std::string errors[] = {
         "\x80",         "\xBF\xBF", "\xC0\xAF",         "\xC1\xBF",     "\xC2", "\xE0\x80\xAF",
@@ -108,8 +99,7 @@ TEST(Utf8, AgreesWithIcuWhereverAnErrorStands)
             }
 }
 
-TEST(Utf8, TakesNoMoreMemoryForALongTextThanItNeeds)
-{
+TEST(Utf8, TakesNoMoreMemoryForALongTextThanItNeeds) {
     for (const std::size_t unitCount : {200U, 5000U})
         for (const std::size_t other : {0U, 100U, 199U}) {
             std::u16string units(unitCount, u'a');

@@ -17,8 +17,7 @@ namespace {
 
 constexpr float kInfinity = INFINITY, kNan = NAN;
 
-TEST(Rectangles, GrowByMarginsAndOffsets)
-{
+TEST(Rectangles, GrowByMarginsAndOffsets) {
     constexpr CrkFloatMargin margin{10, 5, 20, 15};
     CrkFloatRect rectangle{0, 0, 100, 50}, small{0, 0, 10, 10};
     margin.DeflateRect(rectangle);
@@ -38,8 +37,7 @@ TEST(Rectangles, GrowByMarginsAndOffsets)
     EXPECT_EQ(CrkFloatRect::Null().Inflated(1, 1).Moved(-kInfinity, 0), CrkFloatRect::Null());
 }
 
-TEST(Records, AddContainUniteAndWriteThemselves)
-{
+TEST(Records, AddContainUniteAndWriteThemselves) {
     constexpr CrkFloatPoint p{1, 2}, q{3, 5};
     static_assert(p + q == CrkFloatPoint{4, 7} && q - p == CrkFloatPoint{2, 3});
     const CrkFloatVector2D v(1, 1);
@@ -70,8 +68,7 @@ TEST(Records, AddContainUniteAndWriteThemselves)
     EXPECT_FALSE(CrkMathUtilities::IsPolylineCrossingRect(std::span<CrkFloatPoint>(), r));
 }
 
-TEST(Vectors, CalculateAndCompareByDistance)
-{
+TEST(Vectors, CalculateAndCompareByDistance) {
     const CrkFloatVector2D x(1, 0), y(CrkFloatPoint{0, 1});
     EXPECT_EQ(x.Kross(y), 1);
     EXPECT_EQ(y.Kross(x), -1);
@@ -89,15 +86,13 @@ TEST(Vectors, CalculateAndCompareByDistance)
 }
 
 /// Equal, or both not a number, in every field.
-bool SameRect(const CrkFloatRect& a, const CrkFloatRect& b)
-{
+bool SameRect(const CrkFloatRect& a, const CrkFloatRect& b) {
     const auto same = [](float f, float g) { return f == g || (std::isnan(f) && std::isnan(g)); };
     return same(a.x, b.x) && same(a.y, b.y) && same(a.width, b.width) && same(a.height, b.height);
 }
 
 /// Whether the library agrees on four points, as two lines or two rectangles too, and a transform.
-bool AgreesOn(const std::array<CrkFloatPoint, 4>& p, const CGAffineTransform& transform)
-{
+bool AgreesOn(const std::array<CrkFloatPoint, 4>& p, const CGAffineTransform& transform) {
     const CrkFloatRect a{p[0].x, p[0].y, p[1].x, p[1].y}, b{p[2].x, p[2].y, p[3].x, p[3].y};
     const bool hasNan = std::isnan(a.MaxX()) || std::isnan(a.MaxY()) || std::isnan(b.MaxX()) || std::isnan(b.MaxY());
     CrkFloatRect expected, result = a;
@@ -112,8 +107,7 @@ bool AgreesOn(const std::array<CrkFloatPoint, 4>& p, const CGAffineTransform& tr
                      plain::TransformedBounds(a, transform)));
 }
 
-TEST(Pairs, AgreeWithThePlainStepsOnEdgesAndExtremes)
-{
+TEST(Pairs, AgreeWithThePlainStepsOnEdgesAndExtremes) {
     const float extremes[] = {-0.0f, kInfinity, -kInfinity, kNan, 3.4e38f, -3.4e38f, 1e-45f, 1e19f, -1e-23f};
     std::mt19937 random(1);
     std::uniform_real_distribution<float> any(-100, 100);

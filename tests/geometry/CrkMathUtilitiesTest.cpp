@@ -8,10 +8,7 @@
 #include <cstdlib>
 #include <random>
 
-void PrintTo(const CrkFloatPoint& p, std::ostream* out)
-{
-    *out << '(' << p.x << ", " << p.y << ')';
-}
+void PrintTo(const CrkFloatPoint& p, std::ostream* out) { *out << '(' << p.x << ", " << p.y << ')'; }
 
 namespace {
 
@@ -20,18 +17,13 @@ using Math = CrkMathUtilities;
 constexpr float kInfinity = INFINITY, kNan = NAN;
 constexpr double kPi = 3.14159265358979323846;
 
-CrkFloatPoint Narrowed(double x, double y)
-{
-    return {static_cast<float>(x), static_cast<float>(y)};
-}
+CrkFloatPoint Narrowed(double x, double y) { return {static_cast<float>(x), static_cast<float>(y)}; }
 
-bool AreNear(CrkFloatPoint a, CrkFloatPoint b, double distance)
-{
+bool AreNear(CrkFloatPoint a, CrkFloatPoint b, double distance) {
     return std::fabs(a.x - b.x) <= distance && std::fabs(a.y - b.y) <= distance;
 }
 
-TEST(Numbers, RoundHalvesAwayFromZeroAndNeverLeaveInt)
-{
+TEST(Numbers, RoundHalvesAwayFromZeroAndNeverLeaveInt) {
     const double integers[][2] = {{2.5, 3},
                                   {-2.5, -3},
                                   {2.4999, 2},
@@ -49,8 +41,7 @@ TEST(Numbers, RoundHalvesAwayFromZeroAndNeverLeaveInt)
         EXPECT_EQ(Math::SnapAngle(value, step), result);
 }
 
-TEST(Numbers, CompareStrictlyBelowTheTolerance)
-{
+TEST(Numbers, CompareStrictlyBelowTheTolerance) {
     EXPECT_TRUE(Math::FloatsEqual(1.0f, 1.0f));
     EXPECT_FALSE(Math::FloatsEqual(1.0f, std::nextafter(1.0f, 2.0f)));
     EXPECT_TRUE(Math::FloatsEqual(1.0, 1.0 + 0x1p-52));
@@ -65,8 +56,7 @@ TEST(Numbers, CompareStrictlyBelowTheTolerance)
         EXPECT_EQ(Math::WidthChangedMore({100, 100}, size), more) << size.width << ' ' << size.height;
 }
 
-TEST(Numbers, MeasureAndDrawOverAllOfInt)
-{
+TEST(Numbers, MeasureAndDrawOverAllOfInt) {
     std::mt19937 random(1);
     const int extremes[] = {0, 1, 3, 4, 46341, -46341, INT_MAX, INT_MIN, INT_MIN + 1, 1'800'000'000, 60'000};
     for (int i = 0; i < 100'000; ++i) {
@@ -84,8 +74,7 @@ TEST(Numbers, MeasureAndDrawOverAllOfInt)
     EXPECT_EQ(Math::Length(CrkFloatPoint{3e30f, 4e30f}), 5e30f);  // squared in double precision
 }
 
-TEST(Numbers, SolveQuadraticEquationsWithoutCancellation)
-{
+TEST(Numbers, SolveQuadraticEquationsWithoutCancellation) {
     const float rows[][5] = {{1, -3, 2, 2, 1},          {1, 1e4f, 1, -1e-4f, -1e4f}, {1, -1e4f, 1, 1e4f, 1e-4f},
                              {0, 2, -4, 2, -kInfinity}, {0, -2, 4, kInfinity, 2},    {1, 0, 1, kNan, kNan}};
     for (const auto& [a, b, c, first, second] : rows) {
@@ -97,8 +86,7 @@ TEST(Numbers, SolveQuadraticEquationsWithoutCancellation)
     }
 }
 
-TEST(Angles, RunClockwiseFromStraightUp)
-{
+TEST(Angles, RunClockwiseFromStraightUp) {
     const float rows[][3] = {{1, 0, 2},  {0, 1, 4},   {1, -1, 1},     {-1, -1, 7},
                              {0, -1, 8}, {-1, 0, 14}, {-1, -0.0f, 6}, {0, 0, 10}};
     for (const auto& [x, y, eighths] : rows)
@@ -112,8 +100,7 @@ TEST(Angles, RunClockwiseFromStraightUp)
     EXPECT_EQ(Math::DegreesToRadians(180), kPi);
 }
 
-TEST(Angles, AgreeWithRotationsOfComplexNumbers)
-{
+TEST(Angles, AgreeWithRotationsOfComplexNumbers) {
     std::mt19937 random(2);
     std::uniform_real_distribution<float> any(-500, 500);
     for (int i = 0; i < 20'000; ++i) {
@@ -136,8 +123,7 @@ TEST(Angles, AgreeWithRotationsOfComplexNumbers)
     }
 }
 
-TEST(Edges, OfRectanglesAndEllipses)
-{
+TEST(Edges, OfRectanglesAndEllipses) {
     const CrkFloatRect box{0, 0, 100, 50};
     const struct {
         CrkFloatPoint direction;
@@ -165,8 +151,7 @@ TEST(Edges, OfRectanglesAndEllipses)
               (CrkFloatPoint{20, 15}));  // too short
 }
 
-TEST(Edges, AreWhereTheRayMeetsTheOutline)
-{
+TEST(Edges, AreWhereTheRayMeetsTheOutline) {
     std::mt19937 random(4);
     std::uniform_real_distribution<float> part(-1, 1);
     for (int i = 0; i < 50'000; ++i) {
@@ -195,8 +180,7 @@ TEST(Edges, AreWhereTheRayMeetsTheOutline)
     }
 }
 
-TEST(Lines, KnowTheirPointsAndSides)
-{
+TEST(Lines, KnowTheirPointsAndSides) {
     const CrkFloatPoint origin{0, 0}, right{10, 0}, corner[] = {{0, 0}, {10, 0}, {10, 10}};
     EXPECT_EQ(Math::ClampPoint({-5, 200}, {0, 0, 100, 50}), (CrkFloatPoint{0, 50}));
     EXPECT_TRUE(Math::IsPointInRect({0, 50}, {0, 0, 100, 50}));
@@ -224,8 +208,7 @@ TEST(Lines, KnowTheirPointsAndSides)
     EXPECT_EQ(Math::IsPointAboveLine({1e-8f, 0}, origin, {10, 1}), 0);
 }
 
-TEST(Lines, CrossRectangles)
-{
+TEST(Lines, CrossRectangles) {
     const CrkFloatRect box{0, 0, 10, 10};
     const CrkFloatPoint way[] = {{-20, -20}, {-5, 5}, {15, 5}};
     EXPECT_TRUE(Math::IsPolylineCrossingRect(way, 3, box));
@@ -237,8 +220,7 @@ TEST(Lines, CrossRectangles)
         EXPECT_EQ(Math::IsRightAngleLineCrossingRect(upright[i][0], upright[i][1], box), i < 5) << i;
 }
 
-TEST(Bounds, AreNothingWithoutPointsAndStayUnderTheIdentity)
-{
+TEST(Bounds, AreNothingWithoutPointsAndStayUnderTheIdentity) {
     const CrkFloatPoint points[] = {{3, 1}};
     EXPECT_EQ(Math::CalculatePointsBoundingRectangle(points, INT_MIN), CrkFloatRect{});
     EXPECT_EQ(Math::CalculatePointsBoundingRectangle(nullptr, INT_MAX), CrkFloatRect{});

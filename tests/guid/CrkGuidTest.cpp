@@ -27,8 +27,7 @@ static_assert(CrkGuid::Literal(u"{00112233-4455-6677-8899-aabbccddeeff}").Bytes(
 static_assert(CrkGuid(CrkGuid::c_nullGuid) < CrkGuid(kBytes) &&
               CrkGuid(kBytes) >= CrkGuid::Literal(u"FF112222-4455-6677-8899-AABBCCDDEEFF"));
 
-TEST(Guid, IsReadFromTheDocumentedTextsAndNoOthers)
-{
+TEST(Guid, IsReadFromTheDocumentedTextsAndNoOthers) {
     constexpr std::pair<std::u16string_view, bool> kTexts[] = {
         {kText, true},
         {u"{00112233-4455-6677-8899-aAbBcCdDeEfF}", true},
@@ -45,8 +44,7 @@ TEST(Guid, IsReadFromTheDocumentedTextsAndNoOthers)
         EXPECT_EQ(CrkGuid(CString(text)).Bytes(), isGuid ? kBytes : CrkGuid::c_nullGuid) << CString(text);
 }
 
-TEST(Guid, TakesExactlyTheDigitsAndHyphensInEveryPlaceWhateverTheUnit)
-{
+TEST(Guid, TakesExactlyTheDigitsAndHyphensInEveryPlaceWhateverTheUnit) {
     constexpr std::u16string_view kDigits = u"0123456789abcdefABCDEF";
     for (std::size_t place = 0; place < kText.size(); ++place) {
         const bool isHyphen = kText[place] == u'-';
@@ -60,16 +58,14 @@ TEST(Guid, TakesExactlyTheDigitsAndHyphensInEveryPlaceWhateverTheUnit)
     }
 }
 
-TEST(Guid, IsWrittenInUpperCaseWithOrWithoutBraces)
-{
+TEST(Guid, IsWrittenInUpperCaseWithOrWithoutBraces) {
     EXPECT_EQ(CrkGuid::GuidToString(kBytes), kText);
     EXPECT_EQ(CString(CrkGuid(kBytes)), kText);
     EXPECT_EQ(CrkGuid::GuidToStringWithBraces(kBytes), u"{" + CString(kText) + u"}");
     EXPECT_EQ(CrkGuid::GuidToString(CrkGuid::c_nullGuid), u"00000000-0000-0000-0000-000000000000");
 }
 
-TEST(Guid, ComesBackFromItsTextWithEveryValueInEveryByte)
-{
+TEST(Guid, ComesBackFromItsTextWithEveryValueInEveryByte) {
     for (unsigned int place = 0; place < 16; ++place) {
         for (unsigned int value = 1; value <= 0xFF; ++value) {
             ByteArray bytes = {};
@@ -82,8 +78,7 @@ TEST(Guid, ComesBackFromItsTextWithEveryValueInEveryByte)
     }
 }
 
-TEST(Guid, IsVersionFourInTheOrderOfTheBytesWithEveryOtherBitInUse)
-{
+TEST(Guid, IsVersionFourInTheOrderOfTheBytesWithEveryOtherBitInUse) {
     ByteArray everSet = {}, everClear = {};
     for (int i = 0; i < 1000; ++i) {
         const auto bytes = std::bit_cast<ByteArray>(CrkGuid().Bytes());
@@ -100,8 +95,7 @@ TEST(Guid, IsVersionFourInTheOrderOfTheBytesWithEveryOtherBitInUse)
     }
 }
 
-TEST(Guid, IsNewInEveryThread)
-{
+TEST(Guid, IsNewInEveryThread) {
     constexpr std::size_t kThreadCount = 4, kGuidCount = 2000;
     std::array<std::vector<CrkGuid>, kThreadCount> made;
     {
@@ -116,8 +110,7 @@ TEST(Guid, IsNewInEveryThread)
     EXPECT_EQ(all.size(), kThreadCount * kGuidCount);
 }
 
-TEST(Guid, IsNewOnEverySideOfAFork)
-{
+TEST(Guid, IsNewOnEverySideOfAFork) {
     constexpr int kGuidCount = 20;
     const auto make = [] {
         std::string texts;

@@ -9,8 +9,7 @@ namespace {
 
 /// What settings say in one line: "E", "S", "A" for enable, standard error and all included, the level, then the
 /// categories in order: "E-A3 +Cache -COM".
-std::string Described(const CrkLogSettings& settings)
-{
+std::string Described(const CrkLogSettings& settings) {
     std::set<std::string> names;
     for (const auto& [name, isListed] : settings.m_includeCategories)
         names.insert(" +" + name.ToUtf8() + (isListed && settings.IsIncluded(name) ? "" : "?"));
@@ -23,8 +22,7 @@ std::string Described(const CrkLogSettings& settings)
     return text;
 }
 
-std::string Repeated(std::string_view part, std::size_t count)
-{
+std::string Repeated(std::string_view part, std::size_t count) {
     std::string text;
     while (count-- > 0)
         text += part;
@@ -33,8 +31,7 @@ std::string Repeated(std::string_view part, std::size_t count)
 
 const std::string kOn = "<ls:Enable>true</ls:Enable>";
 
-TEST(LogSettings, AreWhatTheRootsChildrenSayAndLeaveLoggingOffWhenHostile)
-{
+TEST(LogSettings, AreWhatTheRootsChildrenSayAndLeaveLoggingOffWhenHostile) {
     std::string laughs = "<!DOCTYPE x [<!ENTITY a0 'true'>", defaults = "<!DOCTYPE x [";
     for (int i = 1; i < 40; ++i)
         laughs += "<!ENTITY a" + std::to_string(i) + " '" + Repeated("&a" + std::to_string(i - 1) + ";", 10) + "'>";

@@ -30,8 +30,7 @@ static_assert(MayLog<CrkGuid> && !MayLog<CrkGuid, CString> && !MayLog<CrkGuid, C
 /// Initialisers of this program may run before the library's own; the names must be there all the same.
 const CString usedBeforeMain = CrkLogTypes::LogTypeApplicationStart + Writer::m_activeFileName;
 
-TEST(LogEntry, HoldsItsPiecesAsTheyAre)
-{
+TEST(LogEntry, HoldsItsPiecesAsTheyAre) {
     const CFUUIDBytes id{0xAB, 1, 0x23, 0x45, 0x67, 0x89, 0xCD, 0xEF, 0x10, 0x32, 0x54, 0x76, 0x98, 0xBA, 0xDC, 0xFE};
     const std::string time = Writer::CurrentTimeString(kCFDateFormatterShortStyle).ToUtf8() + ":";
     const std::string header = Writer::EntryHeader(u"50%d & %s", Writer::LogNotice, u"%zx<b>&", id).ToUtf8();
@@ -47,8 +46,7 @@ TEST(LogEntry, HoldsItsPiecesAsTheyAre)
         EXPECT_EQ(Writer::CurrentTimeString(static_cast<CFDateFormatterStyle>(style)), u"");
 }
 
-TEST(LogWriter, AdmitsByLevelThenExclusionThenInclusion)
-{
+TEST(LogWriter, AdmitsByLevelThenExclusionThenInclusion) {
     const std::string on = "<ls:Enable>true</ls:Enable>", all = "<ls:IncludeCategory>*</ls:IncludeCategory>",
                       cache = "<ls:IncludeCategory>Cache</ls:IncludeCategory>",
                       notCache =
@@ -83,8 +81,7 @@ TEST(LogWriter, AdmitsByLevelThenExclusionThenInclusion)
     }
 }
 
-TEST(LogWriter, FillsInWhatIsNotGivenAndWritesAnyTextAsUtf8)
-{
+TEST(LogWriter, FillsInWhatIsNotGivenAndWritesAnyTextAsUtf8) {
     const LogFolder folder;
     CFUUIDBytes id{};
     id.byte15 = 0xAB;
@@ -106,8 +103,7 @@ TEST(LogWriter, FillsInWhatIsNotGivenAndWritesAnyTextAsUtf8)
                                          std::string(1, '\0') + "\xEF\xBF\xBDz\xE4\xB8\xAD\xF0\x9F\x98\x80"));
 }
 
-TEST(LogWriter, WritesWhatThePublicTextsSayAtAnyLength)
-{
+TEST(LogWriter, WritesWhatThePublicTextsSayAtAnyLength) {
     const LogFolder folder;
     const auto afterTime = [](const std::string& entry) {
         return entry.substr(std::min(entry.find("<l:Tid>"), entry.size()));
@@ -123,8 +119,7 @@ TEST(LogWriter, WritesWhatThePublicTextsSayAtAnyLength)
     }
 }
 
-TEST(LogWriter, FollowsItsFolderItsNameAndTheHomeFolder)
-{
+TEST(LogWriter, FollowsItsFolderItsNameAndTheHomeFolder) {
     const LogFolder folder;
     folder.MakeFolder("one");
     folder.MakeFolder("two");
@@ -150,8 +145,7 @@ TEST(LogWriter, FollowsItsFolderItsNameAndTheHomeFolder)
     }
 }
 
-TEST(LogWriter, GoesOnFromWhateverTheFileHolds)
-{
+TEST(LogWriter, GoesOnFromWhateverTheFileHolds) {
     const LogFolder folder;
     Writer::Log(kLevel, u"whole");
     const std::string entry = folder.Read(folder.Active());
@@ -184,8 +178,7 @@ TEST(LogWriter, GoesOnFromWhateverTheFileHolds)
     EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre("General/Info/first", "General/Info/less"));
 }
 
-TEST(LogWriter, ReportsOrDropsWhatCannotBeWrittenTellsItAndReleasesItsMutex)
-{
+TEST(LogWriter, ReportsOrDropsWhatCannotBeWrittenTellsItAndReleasesItsMutex) {
     const LogFolder folder;
     const auto isFree = [] { return Writer::m_mutex.try_lock() && (Writer::m_mutex.unlock(), true); };
     const auto state = [] {
@@ -226,8 +219,7 @@ TEST(LogWriter, ReportsOrDropsWhatCannotBeWrittenTellsItAndReleasesItsMutex)
     EXPECT_TRUE(isFree());
 }
 
-TEST(LogWriter, TellsWhetherItIsOnAndWhyNot)
-{
+TEST(LogWriter, TellsWhetherItIsOnAndWhyNot) {
     using Mode = rk::LogState::Mode;
     const LogFolder folder;
     const auto stateWith = [&](const char* settings) {
@@ -249,8 +241,7 @@ TEST(LogWriter, TellsWhetherItIsOnAndWhyNot)
     EXPECT_EQ(Writer::GetLogState().mode, Mode::Off);
 }
 
-TEST(LogWriter, IsForItsOwnerAndWritesToNothingThatANeighbourPutThere)
-{
+TEST(LogWriter, IsForItsOwnerAndWritesToNothingThatANeighbourPutThere) {
     const LogFolder folder;
     fs::permissions(folder.Path("log"), fs::perms::all);
     Writer::Log(kLevel, u"1");
@@ -278,8 +269,7 @@ TEST(LogWriter, IsForItsOwnerAndWritesToNothingThatANeighbourPutThere)
     EXPECT_EQ(Entries(folder.Read("target")).back(), "General/Info/3");
 }
 
-TEST(LogWriter, MovesAFileAsideThatIsLongerThanTheLimit)
-{
+TEST(LogWriter, MovesAFileAsideThatIsLongerThanTheLimit) {
     const LogFolder folder(LogFolder::kEverything, "a\"b$HOME`id`\\'c;*/");
     folder.MakeFolder("a\"b$HOME`id`\\'c;*");  // Init takes a backslash for a separator, a file's name does not
     Writer::Log(kLevel, u"1");
@@ -303,8 +293,7 @@ TEST(LogWriter, MovesAFileAsideThatIsLongerThanTheLimit)
     EXPECT_TRUE(count == 2 || Entries(folder.Read(backup)) == std::vector<std::string>{"General/Info/4"});
 }
 
-TEST(LogWriter, KeepsTheNewestBackupsAndReplacesNoneWhereTheyAreCounted)
-{
+TEST(LogWriter, KeepsTheNewestBackupsAndReplacesNoneWhereTheyAreCounted) {
     const LogFolder folder;
     folder.Write("log/messages.x1.xml");  // another program's
     folder.Write("log/messages.8.xml");
@@ -320,8 +309,7 @@ TEST(LogWriter, KeepsTheNewestBackupsAndReplacesNoneWhereTheyAreCounted)
     EXPECT_FALSE(folder.Has(folder.Active()));
 }
 
-TEST(LogWriter, MovesAFileAsideToAnotherFileSystem)
-{
+TEST(LogWriter, MovesAFileAsideToAnotherFileSystem) {
     const ScopedFolder memory("/dev/shm");
     const LogFolder folder;
     if (memory.Status("").st_dev == folder.Status("").st_dev)
@@ -338,8 +326,7 @@ TEST(LogWriter, MovesAFileAsideToAnotherFileSystem)
     EXPECT_THAT(Entries(folder.Read(backups[0])), ElementsAre("General/Info/1"));
 }
 
-TEST(LogWriter, TellsWhichProcessLogs)
-{
+TEST(LogWriter, TellsWhichProcessLogs) {
     const LogFolder folder;
     rk::SetApplicationName("a\"%<&>\x7F\n\u00E9");
     for (const char* const zone : {"ABC-5:30", "XYZ1"}) {
@@ -358,8 +345,7 @@ TEST(LogWriter, TellsWhichProcessLogs)
     EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre(line("\\+05:30", "ABC"), line("-01:00", "XYZ")));
 }
 
-TEST(LogWriter, StartsAndStopsAnyNumberOfTimesAndDropsWithoutALock)
-{
+TEST(LogWriter, StartsAndStopsAnyNumberOfTimesAndDropsWithoutALock) {
     EXPECT_EQ(usedBeforeMain, u"Application Startmessages.xml");
     const LogFolder folder;
     folder.Write("settings.xml",

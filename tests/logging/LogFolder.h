@@ -16,13 +16,12 @@ public:
     static constexpr const char* kEverything =
         "<x><ls:Enable>true</ls:Enable><ls:IncludeCategory>*</ls:IncludeCategory></x>";
 
-    explicit LogFolder(std::string_view settings = kEverything, std::string_view logName = "log/") : m_logName(logName)
-    {
+    explicit LogFolder(std::string_view settings = kEverything, std::string_view logName = "log/")
+        : m_logName(logName) {
         Write("settings.xml", settings);
         Init();
     }
-    ~LogFolder()
-    {
+    ~LogFolder() {
         CrkLogWriter::Uninitialize();
         CrkLogWriter::m_maxFileLength = 20'000'000;
     }
@@ -30,8 +29,7 @@ public:
     std::string Active() const { return m_logName + "messages.xml"; }
     std::string ActivePath() const { return Path(Active()); }
     /// The names of what stands in the log's folder beside the active file.
-    std::vector<std::string> Backups() const
-    {
+    std::vector<std::string> Backups() const {
         std::vector<std::string> names;
         for (const auto& entry : std::filesystem::directory_iterator(Path(m_logName))) {
             if (entry.path() != ActivePath())
@@ -45,15 +43,13 @@ private:
 };
 
 /// The text of a field of an entry.
-inline std::string Field(std::string_view entry, const std::string& name)
-{
+inline std::string Field(std::string_view entry, const std::string& name) {
     const std::size_t begin = std::min(entry.find("<l:" + name + ">"), entry.size() - 1) + name.size() + 4;
     return std::string(entry.substr(std::min(begin, entry.size()), entry.find("</l:" + name + ">") - begin));
 }
 
 /// The entries of a log file as "category/severity/body"; what is no whole entry gives "torn".
-inline std::vector<std::string> Entries(std::string_view file)
-{
+inline std::vector<std::string> Entries(std::string_view file) {
     constexpr std::string_view kStart = "<l:LogEntry><l:Timestamp>", kEnd = "</l:LogEntry>\n";
     std::vector<std::string> entries;
     while (!file.empty()) {

@@ -19,8 +19,7 @@ namespace {
 
 using Writer = CrkLogWriter;
 
-TEST(LogSharing, KeepsEveryEntryOfThreadsAndProcessesInOrderAndRollsOverOnce)
-{
+TEST(LogSharing, KeepsEveryEntryOfThreadsAndProcessesInOrderAndRollsOverOnce) {
     constexpr int kProcesses = 4, kThreads = 3, kRounds = 8, kEntries = 40;
     const auto logNumbers = [](int writer) {
         for (int number = 1; number <= kEntries; ++number)
@@ -56,8 +55,7 @@ TEST(LogSharing, KeepsEveryEntryOfThreadsAndProcessesInOrderAndRollsOverOnce)
     }
 }
 
-TEST(LogSharing, LeavesWholeEntriesWhenAWriterIsKilled)
-{
+TEST(LogSharing, LeavesWholeEntriesWhenAWriterIsKilled) {
     const LogFolder folder;
     Writer::m_maxFileLength = UINT64_MAX;
     const CString large(std::u16string(3'000'000, u'x'));
@@ -77,8 +75,7 @@ TEST(LogSharing, LeavesWholeEntriesWhenAWriterIsKilled)
     }
 }
 
-TEST(LogSharing, PutsTheFileBackWhenASizeLimitStrikesAndGoesOnAfterwards)
-{
+TEST(LogSharing, PutsTheFileBackWhenASizeLimitStrikesAndGoesOnAfterwards) {
     const LogFolder folder;
     Writer::Log(Writer::LogInfo, u"0");
     const std::string entry = folder.Read(folder.Active());
@@ -100,8 +97,7 @@ TEST(LogSharing, PutsTheFileBackWhenASizeLimitStrikesAndGoesOnAfterwards)
     }
 }
 
-TEST(LogSharing, WaitsForNoLockWithoutEndAndLeavesRollingOverToTheNext)
-{
+TEST(LogSharing, WaitsForNoLockWithoutEndAndLeavesRollingOverToTheNext) {
     const LogFolder folder;
     Writer::Log(Writer::LogInfo, u"1");
     const int reader = open(folder.ActivePath().c_str(), O_RDONLY | O_CLOEXEC);
@@ -125,8 +121,7 @@ TEST(LogSharing, WaitsForNoLockWithoutEndAndLeavesRollingOverToTheNext)
     EXPECT_EQ(Writer::GetLogState().droppedEntries, 0U);
 }
 
-TEST(LogSharing, LetsAChildLogThatIsForkedWhileOtherThreadsDo)
-{
+TEST(LogSharing, LetsAChildLogThatIsForkedWhileOtherThreadsDo) {
     const LogFolder folder;
     Writer::m_maxFileLength = UINT64_MAX;
     std::atomic<bool> isOver = false;
@@ -156,15 +151,13 @@ TEST(LogSharing, LetsAChildLogThatIsForkedWhileOtherThreadsDo)
 /// Its destructor logs when the main thread's own objects are gone already.
 struct LogsAtTheEnd {
     bool isWanted = false;
-    ~LogsAtTheEnd()
-    {
+    ~LogsAtTheEnd() {
         if (isWanted)
             Writer::Log(Writer::LogInfo, u"the end");
     }
 } lastObject;
 
-TEST(LogSharing, TakesAMessageFromTheDestructorOfAStaticObject)
-{
+TEST(LogSharing, TakesAMessageFromTheDestructorOfAStaticObject) {
     const LogFolder folder;
     ExpectItEndsWell(StartChild([] {
         Writer::Log(Writer::LogInfo, u"before");

@@ -22,16 +22,14 @@ using namespace mindmap;
 
 namespace {
 
-Topic With(CString Topic::* field, const CString& value)
-{
+Topic With(CString Topic::* field, const CString& value) {
     Topic topic;
     topic.*field = value;
     return topic;
 }
 
 /// The figure in a locale; "?" where the text is none.
-CString Told(const CString& written, const char* locale)
-{
+CString Told(const CString& written, const char* locale) {
     const ScopedUserLocale scope(locale);
     const std::optional<Figure> figure = ReadFigure(written);
     return figure ? ShownFigure(*figure) : CString(u"?");
@@ -39,8 +37,7 @@ CString Told(const CString& written, const char* locale)
 
 }  // namespace
 
-TEST(Figure, IsReadAlikeAndShownInTheUsersLocale)
-{
+TEST(Figure, IsReadAlikeAndShownInTheUsersLocale) {
     constexpr std::array<const char16_t*, 3> kCases[] = {
         {u"€ 1 284", u"€ 1,284.00", u"1.284,00 €"},
         {u"1.284.000,50 EUR", u"1,284,000.50 €", u"1.284.000,50 €"},
@@ -64,8 +61,7 @@ TEST(Figure, IsReadAlikeAndShownInTheUsersLocale)
         EXPECT_EQ(Told(none, "en_US"), u"?") << CString(none);
 }
 
-TEST(BranchSums, AddUpPerUnitAndStopAtATopicsOwnFigure)
-{
+TEST(BranchSums, AddUpPerUnitAndStopAtATopicsOwnFigure) {
     const ScopedUserLocale english("en_US");
     OutlineBuilder builder;
     const int top = builder.Add(0, {});
@@ -95,8 +91,7 @@ TEST(BranchSums, AddUpPerUnitAndStopAtATopicsOwnFigure)
     EXPECT_EQ(shown(top), u"|");  // ten units
 }
 
-TEST(Dates, AreTextsOfTheLibraryWithWeeksOfTheUsersLocale)
-{
+TEST(Dates, AreTextsOfTheLibraryWithWeeksOfTheUsersLocale) {
     const CString first = CrkDateUtilities::ShortDateString(CTime(2027, 6, 1, 0, 0, 0));
     const CString last = CrkDateUtilities::ShortDateString(CTime(2028, 2, 29, 0, 0, 0));
     EXPECT_EQ(ShownDate(u"from 2027-06-01 to 2028-02-29!"), u"from " + first + u" – " + last + u"!");
@@ -122,8 +117,7 @@ TEST(Dates, AreTextsOfTheLibraryWithWeeksOfTheUsersLocale)
     EXPECT_EQ(ShownWeeks(u"9998-12-31"), u"W53");
 }
 
-TEST(Link, IsShownReadablyAndFollowedWhereThatIsSafe)
-{
+TEST(Link, IsShownReadablyAndFollowedWhereThatIsSafe) {
     const ScopedVariable home("RK_MAPS", "/maps");
     // As written, and as "address|parameters|target".
     constexpr std::pair<const char16_t*, const char16_t*> kCases[] = {
@@ -150,8 +144,7 @@ TEST(Link, IsShownReadablyAndFollowedWhereThatIsSafe)
     }
 }
 
-TEST(TopicIds, AreNamesAndDifferWhateverTheTextsAre)
-{
+TEST(TopicIds, AreNamesAndDifferWhateverTheTextsAre) {
     TopicIds ids;
     EXPECT_EQ(ids.Make(u"a: b"), u"topic-a__b");
     EXPECT_EQ(ids.Make(u"a, b"), u"topic-a__b-2");
@@ -168,8 +161,7 @@ TEST(TopicIds, AreNamesAndDifferWhateverTheTextsAre)
     }
 }
 
-TEST(Tooltip, TellsEverythingCleanedAndWrapped)
-{
+TEST(Tooltip, TellsEverythingCleanedAndWrapped) {
     OutlineBuilder builder;
     Topic topic = With(&Topic::note, u"first<br>second\tend\x01");
     topic.text = u"🚢\fship\x7F\xD83D" + CString(std::u16string(70, u'x'));

@@ -27,16 +27,14 @@ const char16_t* const kTexts[] = {
     u"﷽",
 };
 
-Topic Named(const CString& text)
-{
+Topic Named(const CString& text) {
     Topic topic;
     topic.text = text;
     return topic;
 }
 
 /// `deepening` goes from 0, which hangs all on the centre, to 10, which makes chains.
-Outline RandomOutline(std::mt19937& random, int topicCount, int deepening)
-{
+Outline RandomOutline(std::mt19937& random, int topicCount, int deepening) {
     OutlineBuilder builder;
     const auto any = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
     int last = builder.Add(0, Named(u"Centre"));
@@ -54,8 +52,7 @@ Outline RandomOutline(std::mt19937& random, int topicCount, int deepening)
 }
 
 /// A tree of which each topic but the first has a parent among the earlier ones.
-Outline Grown(int count, const std::function<int(int)>& parentOf, const std::function<CString()>& text)
-{
+Outline Grown(int count, const std::function<int(int)>& parentOf, const std::function<CString()>& text) {
     std::vector<std::vector<int>> children(static_cast<std::size_t>(count));
     for (int i = 1; i < count; ++i)
         children[static_cast<std::size_t>(parentOf(i))].push_back(i);
@@ -73,8 +70,7 @@ Outline Grown(int count, const std::function<int(int)>& parentOf, const std::fun
 }
 
 /// A topic that stands neither below nor further out than each of its earlier sisters on its side; 0 for none.
-std::size_t FirstOutOfOrder(const Outline& outline, const MapLayout& map)
-{
+std::size_t FirstOutOfOrder(const Outline& outline, const MapLayout& map) {
     std::vector<std::vector<std::size_t>> children(outline.topics.size());
     for (std::size_t i = 1; i < outline.topics.size(); ++i) {
         std::vector<std::size_t>& sisters = children[static_cast<std::size_t>(outline.topics[i].parent)];
@@ -90,21 +86,16 @@ std::size_t FirstOutOfOrder(const Outline& outline, const MapLayout& map)
     return 0;
 }
 
-Outline Chain(int levelCount)
-{
+Outline Chain(int levelCount) {
     OutlineBuilder builder;
     for (int i = 0; i < levelCount; ++i)
         builder.Add(i, Named(u"Deeper"));
     return builder.Finish(u"");
 }
 
-void MoveBy(CrkFloatPoint& point, float distance)
-{
-    point = {point.x + distance, point.y + distance};
-}
+void MoveBy(CrkFloatPoint& point, float distance) { point = {point.x + distance, point.y + distance}; }
 
-Outline Row(int topicCount)
-{
+Outline Row(int topicCount) {
     OutlineBuilder builder;
     for (int i = 0; i < topicCount; ++i)
         builder.Add(0, Named(u"Beside"));
@@ -113,8 +104,7 @@ Outline Row(int topicCount)
 
 }  // namespace
 
-TEST(Layout, KeepsTopicsApartAndLinesOnEdgesForEveryShapeOfTree)
-{
+TEST(Layout, KeepsTopicsApartAndLinesOnEdgesForEveryShapeOfTree) {
     constexpr std::pair<int, int> kShapes[] = {{1, 5}, {4, 5}, {120, 0}, {150, 5}, {120, 9}, {80, 10}};
     std::mt19937 random(7);
     for (const auto& [topicCount, deepening] : kShapes)
@@ -129,8 +119,7 @@ TEST(Layout, KeepsTopicsApartAndLinesOnEdgesForEveryShapeOfTree)
         }
 }
 
-TEST(Layout, DealsMainTopicsToBothSidesFromTopToBottom)
-{
+TEST(Layout, DealsMainTopicsToBothSidesFromTopToBottom) {
     const Outline outline = Row(6);
     const MapLayout map = LayOut(outline);
     for (std::size_t i = 1; i <= 6; ++i) {
@@ -144,8 +133,7 @@ TEST(Layout, DealsMainTopicsToBothSidesFromTopToBottom)
     EXPECT_EQ(map.bounds.y, -(map.bounds.y + map.bounds.height));
 }
 
-TEST(Layout, FitsEveryTreeIntoAFullSheet)
-{
+TEST(Layout, FitsEveryTreeIntoAFullSheet) {
     std::mt19937 random(11);
     const auto any = [&](int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); };
     struct Tree {
@@ -206,16 +194,14 @@ TEST(Layout, FitsEveryTreeIntoAFullSheet)
         }
 }
 
-TEST(Layout, TakesAHundredThousandLevelsAndAsManyTopicsSideBySide)
-{
+TEST(Layout, TakesAHundredThousandLevelsAndAsManyTopicsSideBySide) {
     for (const Outline& outline : {Chain(100'000), Row(100'000)}) {
         const MapLayout map = LayOut(outline);
         EXPECT_TRUE(CheckMap(outline, map).AreNone());
     }
 }
 
-TEST(MapCheck, FindsEveryKindOfFault)
-{
+TEST(MapCheck, FindsEveryKindOfFault) {
     std::mt19937 random(3);
     const Outline outline = RandomOutline(random, 60, 5);
     const MapLayout good = LayOut(outline);

@@ -12,8 +12,7 @@ using namespace mindmap;
 
 namespace {
 
-double Luminance(std::uint32_t rgb)
-{
+double Luminance(std::uint32_t rgb) {
     constexpr std::array<double, 3> kWeights = {0.0722, 0.7152, 0.2126};
     double sum = 0;
     for (const double weight : kWeights) {
@@ -24,14 +23,12 @@ double Luminance(std::uint32_t rgb)
     return sum;
 }
 
-double Contrast(std::uint32_t a, std::uint32_t b)
-{
+double Contrast(std::uint32_t a, std::uint32_t b) {
     const auto [darker, lighter] = std::minmax({Luminance(a), Luminance(b)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 
-Outline Mains(int count)
-{
+Outline Mains(int count) {
     OutlineBuilder builder;
     for (int i = 0; i < count; ++i) {
         Topic topic;
@@ -43,8 +40,7 @@ Outline Mains(int count)
 
 }  // namespace
 
-TEST(Look, KeepsTextsReadableAndLinesVisibleInEveryTheme)
-{
+TEST(Look, KeepsTextsReadableAndLinesVisibleInEveryTheme) {
     for (std::size_t themeIndex = 0; themeIndex < kThemeNames.size(); ++themeIndex) {
         const auto theme = static_cast<Theme>(themeIndex);
         const Page& page = PageOf(theme);
@@ -67,8 +63,7 @@ TEST(Look, KeepsTextsReadableAndLinesVisibleInEveryTheme)
     }
 }
 
-TEST(Legend, LiesBelowTheMapAndHoldsItsTexts)
-{
+TEST(Legend, LiesBelowTheMapAndHoldsItsTexts) {
     for (const int count : {1, 2, 5, 8, 9, 300}) {
         const Outline outline = Mains(count);
         MapLayout map = LayOut(outline);
@@ -93,8 +88,7 @@ TEST(Legend, LiesBelowTheMapAndHoldsItsTexts)
     }
 }
 
-TEST(Legend, NamesColorsInTheUsersLanguage)
-{
+TEST(Legend, NamesColorsInTheUsersLanguage) {
     constexpr std::array<const char16_t*, 8> kNames[] = {
         {u"Blue", u"Brick red", u"Green", u"Violet", u"Ochre", u"Teal", u"Raspberry", u"Slate"},
         {u"Blau", u"Ziegelrot", u"Grün", u"Violett", u"Ocker", u"Petrol", u"Himbeerrot", u"Schiefergrau"},

@@ -18,25 +18,21 @@ struct Box {
     double left, top, right, bottom;
 
     explicit Box(const CrkFloatRect& r)
-        : left(r.x), top(r.y), right(double{r.x} + double{r.width}), bottom(double{r.y} + double{r.height})
-    {}
-    [[nodiscard]] bool Overlaps(const Box& o) const
-    {
+        : left(r.x), top(r.y), right(double{r.x} + double{r.width}), bottom(double{r.y} + double{r.height}) {}
+    [[nodiscard]] bool Overlaps(const Box& o) const {
         return left < o.right && o.left < right && top < o.bottom && o.top < bottom;
     }
     [[nodiscard]] bool Holds(double x, double y) const { return x >= left && x <= right && y >= top && y <= bottom; }
 };
 
-inline bool IsInEllipse(const Box& box, double x, double y)
-{
+inline bool IsInEllipse(const Box& box, double x, double y) {
     const double u = (2 * x - box.left - box.right) / (box.right - box.left);
     const double v = (2 * y - box.top - box.bottom) / (box.bottom - box.top);
     return u * u + v * v <= 1;
 }
 
 /// The text block lies in the shape, its corners in the central ellipse.
-inline bool TextStaysInShape(const TopicShape& shape)
-{
+inline bool TextStaysInShape(const TopicShape& shape) {
     const Box box(shape.bounds);
     const double start = double{shape.textOrigin.x};
     const double end = start + (shape.text.direction == Direction::RightToLeft ? -shape.text.width : shape.text.width);
@@ -54,8 +50,7 @@ inline bool TextStaysInShape(const TopicShape& shape)
 
 /// How much of the map inside its outline is topics and the gaps beside them. The outline goes from the leftmost to the
 /// rightmost topic at each height.
-inline double FillOf(const Outline& outline, const MapLayout& map)
-{
+inline double FillOf(const Outline& outline, const MapLayout& map) {
     constexpr int kStep = 4;
     const Box whole(map.bounds);
     std::vector<std::pair<double, double>> rows(static_cast<std::size_t>(map.bounds.height) / kStep + 1, {1e9, -1e9});
@@ -76,8 +71,7 @@ inline double FillOf(const Outline& outline, const MapLayout& map)
     return filled / area;
 }
 
-inline std::string SvgOf(const Outline& outline, const MapLayout& map)
-{
+inline std::string SvgOf(const Outline& outline, const MapLayout& map) {
     std::vector<CString> ids;
     for (std::size_t i = 0; i < outline.topics.size(); ++i)
         ids.emplace_back(std::to_string(i));
@@ -96,8 +90,7 @@ struct XmlFacts {
     std::string text;
 };
 
-inline XmlFacts ParseXml(const std::string& document)
-{
+inline XmlFacts ParseXml(const std::string& document) {
     XmlFacts facts;
     const XML_Parser parser = XML_ParserCreate(nullptr);
     XML_SetUserData(parser, &facts);

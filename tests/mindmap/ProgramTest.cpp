@@ -19,20 +19,17 @@ namespace {
 /// Runs of the program in a folder of their own, with settings of their own.
 class Program : public testing::Test {
 protected:
-    static void SetUpTestSuite()
-    {
+    static void SetUpTestSuite() {
         static const ScopedFolder settings;
         setenv("XDG_CONFIG_HOME", settings.Path().c_str(), 1);
     }
 
-    std::string Put(std::string_view name, std::string_view content) const
-    {
+    std::string Put(std::string_view name, std::string_view content) const {
         m_folder.Write(name, content);
         return m_folder.Path(name);
     }
 
-    int Run(const std::vector<std::string_view>& arguments)
-    {
+    int Run(const std::vector<std::string_view>& arguments) {
         m_out.str("");
         m_err.str("");
         m_in.clear();
@@ -40,8 +37,7 @@ protected:
     }
 
     /// Status and all output of a run in a process of its own, as settings are read once.
-    std::string RunAlone(const std::vector<std::string_view>& arguments)
-    {
+    std::string RunAlone(const std::vector<std::string_view>& arguments) {
         return InChild([&] {
             const int status = Run(arguments);
             return std::to_string(status) + '\n' + m_err.str() + m_out.str();
@@ -54,8 +50,7 @@ protected:
     std::ostringstream m_err;
 };
 
-TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun)
-{
+TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun) {
     const std::string outline = Put("plan.opml", R"(<opml><body><outline text='A &lt;&amp; "B"'>
         <outline text='C' url='https://x.org/?a&amp;b' amount='€ 1284.5'/><outline text='D' amount='1 EUR' url='javascript:alert(1)'/></outline></body></opml>)");
     const ScopedVariable maps("RK_MAPS", m_folder.Path().c_str());
@@ -80,8 +75,7 @@ TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun)
     EXPECT_EQ(m_out.str().find("Log: "), std::string::npos);
 }
 
-TEST_F(Program, NeverOverwritesAMapUnlessToldTo)
-{
+TEST_F(Program, NeverOverwritesAMapUnlessToldTo) {
     const std::string outline = Put("plan.md", "# Plan\n- a\n");
     const std::string log = m_folder.Path("log/");
     const ScopedCurrentFolder here(m_folder.Path());
@@ -104,8 +98,7 @@ TEST_F(Program, NeverOverwritesAMapUnlessToldTo)
     EXPECT_EQ(m_folder.EntryCount(), 8U);
 }
 
-TEST_F(Program, GivesEachOfManyRunsAtOnceAMapOfItsOwn)
-{
+TEST_F(Program, GivesEachOfManyRunsAtOnceAMapOfItsOwn) {
     const std::string outline = Put("plan.md", "# Plan\n- a\n");
     constexpr int kRunCount = 12;
     const std::string log = m_folder.Path("log");
@@ -120,8 +113,7 @@ TEST_F(Program, GivesEachOfManyRunsAtOnceAMapOfItsOwn)
     EXPECT_EQ(m_folder.EntryCount(), kRunCount + 2U);
 }
 
-TEST_F(Program, RemembersThemeShapesAndLastFolder)
-{
+TEST_F(Program, RemembersThemeShapesAndLastFolder) {
     const ScopedVariable settings("XDG_CONFIG_HOME", m_folder.Path("settings").c_str());
     m_folder.Make({"maps/plan.md=- a\n - b\n", "elsewhere/"});
     const std::string maps = std::filesystem::canonical(m_folder.Path("maps")).string();
@@ -157,8 +149,7 @@ TEST_F(Program, RemembersThemeShapesAndLastFolder)
     EXPECT_EQ(RunAlone({"--settings"}), shown("light", "square", ""));
 }
 
-TEST_F(Program, DrawsWhereNothingCanBeRemembered)
-{
+TEST_F(Program, DrawsWhereNothingCanBeRemembered) {
     const std::string outline = Put("plan.md", "# Plan\n- a\n");
     const ScopedVariable settings("XDG_CONFIG_HOME", outline.c_str());
     EXPECT_EQ(RunAlone({outline}).substr(0, 2), "0\n");
@@ -166,8 +157,7 @@ TEST_F(Program, DrawsWhereNothingCanBeRemembered)
     EXPECT_EQ(RunAlone({"--set", "theme=dark"}).find("1\nmindmap: the settings cannot be kept: "), 0U);
 }
 
-TEST_F(Program, TellsInOneLineWhatIsWrongAndLeavesTheMapAsItWas)
-{
+TEST_F(Program, TellsInOneLineWhatIsWrongAndLeavesTheMapAsItWas) {
     // An outline, its content (null: no such file) and the complaint.
     constexpr std::array<const char*, 3> kCases[] = {
         {"none.opml", nullptr, "none.opml: No such file or directory\n"},
@@ -190,8 +180,7 @@ TEST_F(Program, TellsInOneLineWhatIsWrongAndLeavesTheMapAsItWas)
     EXPECT_NE(log.find("<l:Severity>Error</l:Severity>"), std::string::npos);
 }
 
-TEST_F(Program, LeavesAMapThatItCannotReplace)
-{
+TEST_F(Program, LeavesAMapThatItCannotReplace) {
     const std::string outline = Put("plan.txt", "a\n b\n");
     m_folder.MakeFolder("folder.svg");
     EXPECT_EQ(Run({outline, "-o", m_folder.Path("folder.svg")}), 1);
@@ -210,8 +199,7 @@ TEST_F(Program, LeavesAMapThatItCannotReplace)
     EXPECT_FALSE(m_folder.Has("missing"));
 }
 
-TEST_F(Program, LeavesTheMapAsItWasWhenTheDiskIsFull)
-{
+TEST_F(Program, LeavesTheMapAsItWasWhenTheDiskIsFull) {
     const std::string outline = Put("plan.txt", "a\n b\n");
     const std::string map = Put("map.svg", "old");
     const std::size_t entryCount = m_folder.EntryCount();
@@ -225,8 +213,7 @@ TEST_F(Program, LeavesTheMapAsItWasWhenTheDiskIsFull)
     EXPECT_EQ(m_folder.EntryCount(), entryCount + 1);  // the log alone is new
 }
 
-TEST_F(Program, StandsInAPipe)
-{
+TEST_F(Program, StandsInAPipe) {
     const ScopedCurrentFolder here(m_folder.Path());
     constexpr std::string_view kOutlines[] = {
         "- a\n - b\n", "# a\n- b\n", "a\n b\n",
@@ -260,8 +247,7 @@ TEST_F(Program, StandsInAPipe)
     }
 }
 
-TEST_F(Program, TellsNothingOfTheEnvironmentUnlessToldTo)
-{
+TEST_F(Program, TellsNothingOfTheEnvironmentUnlessToldTo) {
     const ScopedVariable secret("RK_SECRET", "s3cret");
     const std::string outline = Put("a.opml", "<opml><body><outline text='a' url='%RK_SECRET%'/></body></opml>");
     EXPECT_EQ(Run({outline, "--replace"}), 0);
@@ -270,8 +256,7 @@ TEST_F(Program, TellsNothingOfTheEnvironmentUnlessToldTo)
     EXPECT_NE(m_folder.Read("a.svg").find("s3cret"), std::string::npos);
 }
 
-TEST_F(Program, KeepsNamesFromForgingTheLogAndTheTerminal)
-{
+TEST_F(Program, KeepsNamesFromForgingTheLogAndTheTerminal) {
     const std::string folder = m_folder.Path("a<b&\x1B[2J");
     std::filesystem::create_directory(folder);
     EXPECT_EQ(Run({folder + "/none<l:Severity>Critical\x1B.txt", "--log", m_folder.Path("log")}), 1);
@@ -282,8 +267,7 @@ TEST_F(Program, KeepsNamesFromForgingTheLogAndTheTerminal)
     EXPECT_EQ(facts.elements.count("l:Severity"), 3U);  // the start, the run and its failure
 }
 
-TEST_F(Program, ExplainsItselfAndRefusesWhatItDoesNotUnderstand)
-{
+TEST_F(Program, ExplainsItselfAndRefusesWhatItDoesNotUnderstand) {
     EXPECT_EQ(Run({"--help"}), 0);
     const std::string help = m_out.str();
     EXPECT_NE(help.find("Usage: mindmap"), std::string::npos);

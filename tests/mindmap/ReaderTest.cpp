@@ -8,8 +8,7 @@ using namespace mindmap;
 namespace {
 
 /// "centre(first(child),second)", with note, link, date and amount as "[note|link|date|amount]" where there is one.
-std::string Told(const Outline& outline)
-{
+std::string Told(const Outline& outline) {
     std::string told;
     int level = -1;
     for (const Topic& topic : outline.topics) {
@@ -26,9 +25,7 @@ std::string Told(const Outline& outline)
     return told + std::string(static_cast<std::size_t>(level), ')');
 }
 
-template <class Read>
-std::string ToldOrError(Read read)
-{
+template <class Read> std::string ToldOrError(Read read) {
     try {
         return Told(read());
     } catch (const OutlineError& error) {
@@ -38,15 +35,13 @@ std::string ToldOrError(Read read)
 
 using ReaderCase = std::pair<std::string, const char*>;
 
-std::string Opml(const std::string& body, const std::string& title = "")
-{
+std::string Opml(const std::string& body, const std::string& title = "") {
     return "<opml version='2.0'>\n<head><title>" + title + "</title></head>\n<body>" + body + "</body></opml>";
 }
 
 }  // namespace
 
-TEST(OpmlReader, ReadsTopicsWithWhatGoesWithThemAndNamesTheLineOfAFault)
-{
+TEST(OpmlReader, ReadsTopicsWithWhatGoesWithThemAndNamesTheLineOfAFault) {
     const ReaderCase cases[] = {
         {Opml("<outline text='A'><outline text='B'/><outline text='C'><outline text='D'/></outline></outline>"),
          "A(B,C(D))"},
@@ -79,8 +74,7 @@ TEST(OpmlReader, ReadsTopicsWithWhatGoesWithThemAndNamesTheLineOfAFault)
         EXPECT_EQ(ToldOrError([&, &text = document] { return ReadOpml(text, u"file"); }), told) << document;
 }
 
-TEST(TextOutlineReader, FindsTheTreeInIndentationHeadingsAndLists)
-{
+TEST(TextOutlineReader, FindsTheTreeInIndentationHeadingsAndLists) {
     const ReaderCase cases[] = {
         {"A\n  B\n    C\n  D\n", "A(B(C),D)"},
         {"A\r\n\tB\r\n    C\r\n\r\n", "A(B,C)"},  // a tab is as wide as four spaces
@@ -103,8 +97,7 @@ TEST(TextOutlineReader, FindsTheTreeInIndentationHeadingsAndLists)
             << document;
 }
 
-TEST(Readers, TakeAHundredThousandLevels)
-{
+TEST(Readers, TakeAHundredThousandLevels) {
     std::string body;
     for (int i = 0; i < 100'000; ++i)
         body += "<outline text='x'>";

@@ -13,8 +13,7 @@ namespace {
 constexpr Font kFont = {10, Weight::Regular};
 
 /// The lines joined with "|".
-std::string Joined(const WrappedText& wrapped)
-{
+std::string Joined(const WrappedText& wrapped) {
     CString joined;
     for (const CString& line : wrapped.lines)
         joined += (joined.IsEmpty() ? u"" : u"|") + line;
@@ -23,8 +22,7 @@ std::string Joined(const WrappedText& wrapped)
 
 }  // namespace
 
-TEST(Wrap, BreaksWhereReadersExpectIt)
-{
+TEST(Wrap, BreaksWhereReadersExpectIt) {
     constexpr std::tuple<const char16_t*, int, int, const char*> kCases[] = {
         {u"", 100, 5, ""},
         {u"one two three", 50, 5, "one two|three"},
@@ -45,8 +43,7 @@ TEST(Wrap, BreaksWhereReadersExpectIt)
         EXPECT_EQ(Joined(Wrap(text, kFont, width, lineCount)), lines) << CString(text);
 }
 
-TEST(Wrap, KeepsEveryLineInItsWidthAndEveryCharacterInOrder)
-{
+TEST(Wrap, KeepsEveryLineInItsWidthAndEveryCharacterInOrder) {
     std::mt19937 random(11);
     constexpr char32_t kFirsts[] = {u'a',   u'0',   u' ',   u'-',    0x300,   0x5D0,  0x627,
                                     0x4E00, 0xAC00, 0x3001, 0x1F600, 0x1F1E6, 0x200D, u'\n'};
@@ -78,8 +75,7 @@ TEST(Wrap, KeepsEveryLineInItsWidthAndEveryCharacterInOrder)
     }
 }
 
-TEST(DrawableText, HoldsNothingThatCannotBeDrawn)
-{
+TEST(DrawableText, HoldsNothingThatCannotBeDrawn) {
     std::u16string all;
     for (unsigned unit = 0; unit < 0x10000; ++unit)
         all += {static_cast<char16_t>(unit), u'a'};
@@ -95,8 +91,7 @@ TEST(DrawableText, HoldsNothingThatCannotBeDrawn)
     EXPECT_TRUE(Wrap(DrawableText(std::u16string(1'000'000, u'W')), kFont, 100, 3).isShortened);
 }
 
-TEST(DirectionOf, IsThatOfTheFirstLetter)
-{
+TEST(DirectionOf, IsThatOfTheFirstLetter) {
     constexpr std::pair<const char16_t*, Direction> kCases[] = {
         {u"", Direction::LeftToRight},           {u"12 שלום abc", Direction::RightToLeft},
         {u"(abc) שלום", Direction::LeftToRight}, {u"٣ abc", Direction::LeftToRight},

@@ -4,8 +4,7 @@
 
 #include <string_view>
 
-void OutliveTheirTexts(const CString& text)
-{
+void OutliveTheirTexts(const CString& text) {
     std::u16string_view view = text.Mid(3);                      // expected-warning {{destroyed at the end of}}
     std::u16string_view part = (text + u"!").View();             // expected-warning {{destroyed at the end of}}
     unsigned short const* pointer = text.Left(2).GetUTF16Ptr();  // expected-warning {{destroyed at the end of}}

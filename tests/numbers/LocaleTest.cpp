@@ -23,21 +23,18 @@ using Locale = CrkLocaleUtilities;
 using Conversion = CrkStringConversionUtilities;
 using Symbols = icu::DecimalFormatSymbols;
 
-CString Symbol(const icu::DecimalFormat& format, Symbols::ENumberFormatSymbol symbol)
-{
+CString Symbol(const icu::DecimalFormat& format, Symbols::ENumberFormatSymbol symbol) {
     const icu::UnicodeString text = format.getDecimalFormatSymbols()->getSymbol(symbol);
     return std::u16string_view(text.getBuffer(), static_cast<std::size_t>(text.length()));
 }
 
-std::unique_ptr<icu::DecimalFormat> FormatOf(const icu::Locale& locale, UNumberFormatStyle style)
-{
+std::unique_ptr<icu::DecimalFormat> FormatOf(const icu::Locale& locale, UNumberFormatStyle style) {
     UErrorCode error = U_ZERO_ERROR;
     return std::unique_ptr<icu::DecimalFormat>(
         dynamic_cast<icu::DecimalFormat*>(icu::NumberFormat::createInstance(locale, style, error)));
 }
 
-TEST(LocaleQueries, AgreeWithIcuInEveryLocale)
-{
+TEST(LocaleQueries, AgreeWithIcuInEveryLocale) {
     std::int32_t count = 0;
     const icu::Locale* const locales = icu::Locale::getAvailableLocales(count);
     ASSERT_GT(count, 400);
@@ -83,8 +80,7 @@ TEST(LocaleQueries, AgreeWithIcuInEveryLocale)
     EXPECT_EQ(prefix + u"|" + suffix, u"-|");
 }
 
-TEST(LocaleQueries, FollowEachCategoryOfTheProcessAtOnce)
-{
+TEST(LocaleQueries, FollowEachCategoryOfTheProcessAtOnce) {
     const std::string before = std::setlocale(LC_ALL, nullptr);
     const auto facts = [] {
         const CString now = CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle);
@@ -111,8 +107,7 @@ TEST(LocaleQueries, FollowEachCategoryOfTheProcessAtOnce)
     EXPECT_EQ(facts(), u"..1");
 }
 
-TEST(LocaleQueries, SurviveHostileNames)
-{
+TEST(LocaleQueries, SurviveHostileNames) {
     std::vector<std::string> names = {
         "../../../../tmp/evil",   "/etc/passwd",  std::string(100, 'a'), std::string(5000, '@'),
         std::string("de\0DE", 5), "\xFF\xFE\x80", std::string(101, '_'), "%s%n"};
@@ -145,8 +140,7 @@ TEST(LocaleQueries, SurviveHostileNames)
     }
 }
 
-TEST(LocaleQueries, StayWholeWhileAnotherThreadChangesTheLocale)
-{
+TEST(LocaleQueries, StayWholeWhileAnotherThreadChangesTheLocale) {
     std::atomic<bool> stop = false;
     std::vector<std::thread> readers;
     for (int i = 0; i < 3; ++i) {

@@ -17,8 +17,7 @@ namespace {
 using Conversion = CrkStringConversionUtilities;
 
 /// By C's printf, with "." as the process is in the "C" locale.
-std::string Printed(double value)
-{
+std::string Printed(double value) {
     char text[64];
     if (value > 1e-9 && value < 99999999999.0) {
         std::string fixed(text, static_cast<std::size_t>(std::snprintf(text, sizeof text, "%11.9f", value)));
@@ -31,8 +30,7 @@ std::string Printed(double value)
     return general.substr(general.find_first_not_of(' '));
 }
 
-TEST(DoubleText, IsWhatTheCLibraryPrints)
-{
+TEST(DoubleText, IsWhatTheCLibraryPrints) {
     const ScopedUserLocale user("en_US");
     constexpr double kLow = 1e-9;
     constexpr double kHigh = 99999999999;
@@ -76,8 +74,7 @@ constexpr SplitRow kSplitRows[] = {{u"-1234.5", u"1234", u"5", true},    {u"+7",
                                    {u"1.5e", u"1", u"5", false},         {u"1.5ex", u"1", u"5", false},
                                    {u"1.5e 1 \n", u"15", u"", false}};
 
-TEST(NumberText, ComesApart)
-{
+TEST(NumberText, ComesApart) {
     const ScopedUserLocale user("en_US");
     for (const SplitRow& row : kSplitRows) {
         SCOPED_TRACE(CString(row.text).ToUtf8());
@@ -115,8 +112,7 @@ constexpr PieceRow kPieceRows[] = {{u"239", 2, u"23", u"239"},
                                    {u"12", 100, u"120000000000000000000000000000", u"12"},
                                    {u"abcdefgh", INT_MAX, u"abcdefgh0000000000000000000000", u"ab,cde,fgh"}};
 
-TEST(NumberText, IsCutPaddedAndGrouped)
-{
+TEST(NumberText, IsCutPaddedAndGrouped) {
     const ScopedUserLocale user("en_US");
     for (const PieceRow& row : kPieceRows) {
         CString fraction = row.text;
@@ -155,8 +151,7 @@ constexpr NumberRow kNumberRows[] = {
     {u"5e-2147483648", true, 3, kMinus, u"0.000"},
     {u"inf", true, 1, kMinus, u"inf.0"}};
 
-TEST(FormattedNumber, ShowsDecimalsGroupsAndSign)
-{
+TEST(FormattedNumber, ShowsDecimalsGroupsAndSign) {
     const ScopedUserLocale user("en_US");
     for (const NumberRow& row : kNumberRows) {
         EXPECT_EQ(Conversion::DoubleStringToFormattedNumber(row.text, row.grouped, row.decimals, row.representation),
@@ -185,8 +180,7 @@ constexpr const char16_t* kNegative[][2] = {
     {u"$ -1.10", u"$ -1.10"}, {u"1.10- $", u"1.10- $"}, {u"($ 1.10)", u"-$ 1.10"}, {u"(1.10 $)", u"-1.10 $"},
 };
 
-TEST(FormattedAmount, HasItsSymbolAndSignWhereTheFormatSays)
-{
+TEST(FormattedAmount, HasItsSymbolAndSignWhereTheFormatSays) {
     const ScopedUserLocale user("en_US");
     const auto check = [](const char16_t* expected, const char16_t* number, int positive, int negative,
                           Conversion::NegativeNumberRepresentation representation) {
@@ -226,8 +220,7 @@ constexpr PercentageRow kPercentageRows[] = {
     {u"-0.001", 0, u"-0%"},    {u"25e-2", 0, u"25%"},   {u" ", 1, u"0.0%"},    {u"", 3, u""},
     {u"12345", 0, u"1234500%"}};
 
-TEST(FormattedPercentage, MovesThePointByTwoDigits)
-{
+TEST(FormattedPercentage, MovesThePointByTwoDigits) {
     const ScopedUserLocale user("en_US");
     for (const PercentageRow& row : kPercentageRows) {
         EXPECT_EQ(Conversion::DoubleStringToFormattedPercentage(row.text, row.decimals), row.percentage)

@@ -21,9 +21,7 @@ using Conversion = CrkStringConversionUtilities;
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kUntouched = 4711;
 
-template <class Value>
-std::optional<Value> Read(bool (*parse)(const CString&, Value&), const CString& text)
-{
+template <class Value> std::optional<Value> Read(bool (*parse)(const CString&, Value&), const CString& text) {
     Value value = static_cast<Value>(kUntouched);
     if (parse(text, value))
         return value;
@@ -66,8 +64,7 @@ constexpr ScanRow kScanRows[] = {{"en_US", u"  3.5xyz", 3.5, 3},
 
 constexpr const char16_t* kNoNumberAhead[] = {u"days 7", u"", u" - 5", u"--5", u".", u".e5", u"inf", u"nan", u"\u0663"};
 
-TEST(Scanning, ReadsTheLongestPrefixThatIsANumberOfTheLocale)
-{
+TEST(Scanning, ReadsTheLongestPrefixThatIsANumberOfTheLocale) {
     for (const ScanRow& row : kScanRows) {
         const CString text(row.text);
         SCOPED_TRACE(std::string(row.locale) + ": " + text.ToUtf8());
@@ -85,8 +82,7 @@ TEST(Scanning, ReadsTheLongestPrefixThatIsANumberOfTheLocale)
     EXPECT_TRUE(std::signbit(*Read(Conversion::StringToDouble, u"-0")));
 }
 
-TEST(Scanning, RoundsLikeTheCLibraryToTheLastBit)
-{
+TEST(Scanning, RoundsLikeTheCLibraryToTheLastBit) {
     const ScopedUserLocale user("en_US");
     std::mt19937_64 random(42);
     for (int round = 0; round < 200'000; ++round) {
@@ -113,8 +109,7 @@ TEST(Scanning, RoundsLikeTheCLibraryToTheLastBit)
     }
 }
 
-TEST(Scanning, TakesAMillionDigits)
-{
+TEST(Scanning, TakesAMillionDigits) {
     const ScopedUserLocale user("en_US");
     const std::string zeros(1'000'000, '0');
     const auto read = [](const std::string& text) { return Read(Conversion::StringToDouble, CString(text)); };
@@ -147,8 +142,7 @@ constexpr WholeRow kWholeRows[] = {{"en_US", u"-00012", -12},
 constexpr const char16_t* kNoWholeNumbers[] = {u"12abc", u"",   u"-",   u" 12",     u"12 ",      u"+12",  u"ff",
                                                u"0x10",  u"5%", u"NaN", u"-\u221E", u"12\xD800", u"1,2,3"};
 
-TEST(WholeTexts, AreNumbersAsTheLocaleWritesThem)
-{
+TEST(WholeTexts, AreNumbersAsTheLocaleWritesThem) {
     for (const WholeRow& row : kWholeRows) {
         const CString text(row.text);
         SCOPED_TRACE(std::string(row.locale) + ": " + text.ToUtf8());
@@ -166,8 +160,7 @@ TEST(WholeTexts, AreNumbersAsTheLocaleWritesThem)
         EXPECT_EQ(Read(Conversion::StringToLong, text), kNone) << text;
 }
 
-TEST(WholeTexts, SaturateWhereTheTypeIsUnsigned)
-{
+TEST(WholeTexts, SaturateWhereTheTypeIsUnsigned) {
     const ScopedUserLocale user("en_US");
     const std::pair<const char16_t*, unsigned long> rows[] = {
         {u"4294967296", 4294967296},          {u"-1", 0},   {u"7.9", 7}, {u"18446744073709551614.5", ULONG_MAX - 1},
@@ -178,8 +171,7 @@ TEST(WholeTexts, SaturateWhereTheTypeIsUnsigned)
     }
 }
 
-TEST(WholeTexts, AgreeWithIcuOnWhatIsANumber)
-{
+TEST(WholeTexts, AgreeWithIcuOnWhatIsANumber) {
     std::mt19937 random(5);
     const std::u16string_view alphabet = u"0123456789-.,eE  \u00A0\u2019\u06F5\u2212+%";
     for (const char* locale : {"en_US", "de_DE", "fr_FR", "de_CH", "hi_IN", "fa_IR",   "ar_EG",       "sv_SE",
@@ -216,8 +208,7 @@ constexpr PercentRow kPercentRows[] = {
     {u"0.5", true, 0.5},  {u"12", true, 12},      {u"57%", true, 57 * 0.01},   {u"%", false, 0},   {u"", false, 0},
     {u"5%x", false, 0.0}, {u"50 x%", true, 0.5},  {u"1e400%", true, kInfinity}};
 
-TEST(Percentages, ComeAsFractions)
-{
+TEST(Percentages, ComeAsFractions) {
     const ScopedUserLocale user("en_US");
     EXPECT_NE(57 * 0.01, 0.57);
     for (const PercentRow& row : kPercentRows) {
@@ -227,8 +218,7 @@ TEST(Percentages, ComeAsFractions)
     }
 }
 
-TEST(TruthValues, AreExactWords)
-{
+TEST(TruthValues, AreExactWords) {
     for (const CString text : {u"TRUE", u" true", u"true ", u"1", u"", u"truefalse"})
         EXPECT_EQ(Read(Conversion::StringToBool, text), std::nullopt) << text;
     for (const bool value : {false, true}) {

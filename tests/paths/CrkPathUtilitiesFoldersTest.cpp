@@ -21,15 +21,13 @@ class ScopedHome : public ScopedFolder {
 public:
     explicit ScopedHome(const char* config = nullptr, const char* data = nullptr)
         : m_home("HOME", Path().substr(0, Path().size() - 1).c_str()), m_config("XDG_CONFIG_HOME", config),
-          m_data("XDG_DATA_HOME", data)
-    {}
+          m_data("XDG_DATA_HOME", data) {}
 
 private:
     ScopedVariable m_home, m_config, m_data, m_caches{"XDG_CACHE_HOME", nullptr};
 };
 
-TEST(SpecialFolders, AreThoseOfTheUserAndNeverMade)
-{
+TEST(SpecialFolders, AreThoseOfTheUserAndNeverMade) {
     const ScopedHome home;
     constexpr struct {
         P::ErkSpecialFolder code;
@@ -60,8 +58,7 @@ TEST(SpecialFolders, AreThoseOfTheUserAndNeverMade)
         EXPECT_EQ(P::GetSpecialFolderPath(unknown), u"");
 }
 
-TEST(SpecialFolders, FollowTheVariablesAndTheSettingsFile)
-{
+TEST(SpecialFolders, FollowTheVariablesAndTheSettingsFile) {
     constexpr struct {
         const char *line, *folder;  // in the home folder; null: no such folder
     } kCases[] = {{"XDG_MUSIC_DIR=\"$HOME/Klang\"", "Klang"},
@@ -95,8 +92,7 @@ TEST(SpecialFolders, FollowTheVariablesAndTheSettingsFile)
     EXPECT_EQ(P::GetSpecialFolderPath(P::ApplicationSupportFolder), otherHome.Text(".local/share"));
 }
 
-TEST(ReadOnlyFlag, IsTheOwnersPermissionToWriteAndNothingElse)
-{
+TEST(ReadOnlyFlag, IsTheOwnersPermissionToWriteAndNothingElse) {
     const ScopedFolder folder;
     const CString file = folder.Write("map", "x");
     const std::string path = folder.Path("map");
@@ -133,8 +129,7 @@ TEST(ReadOnlyFlag, IsTheOwnersPermissionToWriteAndNothingElse)
     }
 }
 
-TEST(ReadOnlyFlag, ThrowsWhenTheFileBelongsToSomebodyElse)
-{
+TEST(ReadOnlyFlag, ThrowsWhenTheFileBelongsToSomebodyElse) {
     if (geteuid() != 0)
         GTEST_SKIP() << "only root can give a file away";
     const ScopedFolder folder;
@@ -148,8 +143,7 @@ TEST(ReadOnlyFlag, ThrowsWhenTheFileBelongsToSomebodyElse)
     EXPECT_EQ(failure.name, file);
 }
 
-TEST(Existence, OfBothMakesASubFolderOfWhatBeginsAlike)
-{
+TEST(Existence, OfBothMakesASubFolderOfWhatBeginsAlike) {
     const ScopedFolder folder;
     const CString file = folder.Write("file"), sub = folder.MakeFolder("sub");
     const CString within = folder.MakeFolder("sub/x"), likewise = folder.MakeFolder("subway");
@@ -162,8 +156,7 @@ TEST(Existence, OfBothMakesASubFolderOfWhatBeginsAlike)
     EXPECT_FALSE(P::IsSubFolder(u"", sub));
 }
 
-TEST(Existence, ComparesWhatTheSystemCallsTheOpenFiles)
-{
+TEST(Existence, ComparesWhatTheSystemCallsTheOpenFiles) {
     const ScopedFolder folder;
     const CString a = folder.Write("a.map", "x"), upper = folder.Write("A.MAP", "y"), b = folder.Write("b.map", "x");
     const CString link = folder.Link("link", "a.map"), sub = folder.MakeFolder("sub"), pipe = folder.Text("pipe");
@@ -185,8 +178,7 @@ TEST(Existence, ComparesWhatTheSystemCallsTheOpenFiles)
     EXPECT_FALSE(P::ComparePaths(a, link));
 }
 
-TEST(Existence, IsAssuredForAFolderAndAllThatLeadToIt)
-{
+TEST(Existence, IsAssuredForAFolderAndAllThatLeadToIt) {
     const ScopedHome home;
     home.Make({"file", "broken>nowhere", "sub/", "tosub>sub"});
     const ScopedCurrentFolder current(home.Path());
@@ -204,8 +196,7 @@ TEST(Existence, IsAssuredForAFolderAndAllThatLeadToIt)
     EXPECT_FALSE(home.Has("cut"));
 }
 
-TEST(Existence, IsAssuredForAllWhoAskAtTheSameTime)
-{
+TEST(Existence, IsAssuredForAllWhoAskAtTheSameTime) {
     const ScopedFolder folder;
     for (int round = 0; round < 50; ++round) {
         const CString path = folder.Text("round" + std::to_string(round) + "/a/b/c/d/e/f");

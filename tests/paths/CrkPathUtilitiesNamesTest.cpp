@@ -16,8 +16,7 @@ namespace fs = std::filesystem;
 using P = CrkPathUtilities;
 using namespace std::string_view_literals;
 
-TEST(Names, GainChangeAndShowTheirExtension)
-{
+TEST(Names, GainChangeAndShowTheirExtension) {
     struct Case {
         const char *name, *extension, *added, *replaced;
         bool has;
@@ -40,8 +39,7 @@ TEST(Names, GainChangeAndShowTheirExtension)
     }
 }
 
-TEST(Names, LoseWhatNoFileNameMayHold)
-{
+TEST(Names, LoseWhatNoFileNameMayHold) {
     struct Case {
         const char16_t *name, *clean;
         bool isValid;
@@ -69,8 +67,7 @@ TEST(Names, LoseWhatNoFileNameMayHold)
     EXPECT_EQ(itself, std::u16string(33, u'x'));
 }
 
-TEST(Names, AreQuotedOnceMoreAndUnquotedOnce)
-{
+TEST(Names, AreQuotedOnceMoreAndUnquotedOnce) {
     for (const char* text : {R"("")", R"("a b")", R"(""a"")", R"(""")", R"("a)", R"(a")", R"(")", ""}) {
         const CString path(text);
         CString quoted = path, unquoted = path;
@@ -82,8 +79,7 @@ TEST(Names, AreQuotedOnceMoreAndUnquotedOnce)
     }
 }
 
-TEST(FreeNames, TakeTheFirstGap)
-{
+TEST(FreeNames, TakeTheFirstGap) {
     const ScopedFolder folder;
     const CString path = folder.Text("Map.ext");
     EXPECT_EQ(P::GetUniqueFilename(path), path);
@@ -138,8 +134,7 @@ TEST(FreeNames, TakeTheFirstGap)
     EXPECT_EQ(P::MakeFolderNameUnique(folder.Text(), u""), u" (2)");
 }
 
-TEST(FreeNames, AreFoundAmongManyWhateverElseLiesThere)
-{
+TEST(FreeNames, AreFoundAmongManyWhateverElseLiesThere) {
     const ScopedFolder folder;
     folder.Write("Map.x");
     constexpr int kTaken = 500;
@@ -164,8 +159,7 @@ TEST(FreeNames, AreFoundAmongManyWhateverElseLiesThere)
     EXPECT_EQ(P::MakeFolderNameUnique(folder.Text(), u"F"), u"F (61)");
 }
 
-TEST(FreeNames, EndInAFolderThatMayNotBeListedOrEntered)
-{
+TEST(FreeNames, EndInAFolderThatMayNotBeListedOrEntered) {
     const ScopedFolder folder;
     for (int n = 1; n < 50; ++n)
         folder.Write(n == 1 ? "d/Map.x" : "d/Map (" + std::to_string(n) + ").x");
@@ -179,8 +173,7 @@ TEST(FreeNames, EndInAFolderThatMayNotBeListedOrEntered)
 }
 
 // The temporary folder is found once in a process, so each question has a process of its own.
-void ExpectTempFolder(const std::string& environment, const std::string& expected)
-{
+void ExpectTempFolder(const std::string& environment, const std::string& expected) {
     const auto ask = [&] {
         setenv("TMPDIR", environment.c_str(), 1);
         std::latch start(8);
@@ -197,8 +190,7 @@ void ExpectTempFolder(const std::string& environment, const std::string& expecte
     EXPECT_EXIT(ask(), testing::ExitedWithCode(0), "") << environment;
 }
 
-TEST(TemporaryFolder, IsTheUsersOwnAndNobodyElseCanHaveLaidItThere)
-{
+TEST(TemporaryFolder, IsTheUsersOwnAndNobodyElseCanHaveLaidItThere) {
     const ScopedFolder home;
     const ScopedVariable homeFolder("HOME", home.Path().c_str()), caches("XDG_CACHE_HOME", nullptr);
     const std::string privateName = "/RkUtilities-" + std::to_string(geteuid()), inTmp = "/tmp" + privateName;
@@ -222,8 +214,7 @@ TEST(TemporaryFolder, IsTheUsersOwnAndNobodyElseCanHaveLaidItThere)
         ExpectTempFolder(refused, inTmp);
 }
 
-TEST(TemporaryFiles, AreNewEmptyAndTheUsersAlone)
-{
+TEST(TemporaryFiles, AreNewEmptyAndTheUsersAlone) {
     std::set<CString> files;
     const CString start = P::GetTempFolder() + u"/map\xDCE9 ";
     for (int i = 0; i < 100; ++i) {

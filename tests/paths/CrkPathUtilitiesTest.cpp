@@ -28,8 +28,7 @@ constexpr SplitCase kSplitCases[] = {
     {"/a:b/c", "/a:b/", "b/", "c", ""},  // only a drive letter's colon counted
 };
 
-TEST(Paths, ComeApartAtTheLastSeparatorAndTheLastDotAfterIt)
-{
+TEST(Paths, ComeApartAtTheLastSeparatorAndTheLastDotAfterIt) {
     const SECFileSystem files;
     for (const SplitCase& c : kSplitCases) {
         SCOPED_TRACE(c.path);
@@ -44,8 +43,7 @@ TEST(Paths, ComeApartAtTheLastSeparatorAndTheLastDotAfterIt)
     }
 }
 
-TEST(Paths, GetAndLoseTheirTrailingSlash)
-{
+TEST(Paths, GetAndLoseTheirTrailingSlash) {
     struct Case {
         const char *path, *assured, *stripped;
         const char *normalized, *repaired;  // NormalizedPath, keep, and NormalizePath
@@ -85,8 +83,7 @@ TEST(Paths, GetAndLoseTheirTrailingSlash)
         change(nullptr);
 }
 
-TEST(Paths, BecomeAbsoluteAndRelativeByTheirText)
-{
+TEST(Paths, BecomeAbsoluteAndRelativeByTheirText) {
     EXPECT_TRUE(P::IsAbsoluteFilename("/"));
     EXPECT_FALSE(P::IsAbsoluteFilename(""));
     EXPECT_FALSE(P::IsAbsoluteFilename("~/x"));
@@ -121,8 +118,7 @@ TEST(Paths, BecomeAbsoluteAndRelativeByTheirText)
     EXPECT_EQ(P::GetLowercaseLongPath(u"/A/\u00C4~1.TXT"), u"/a/\u00E4~1.txt");
 }
 
-TEST(Paths, StartAtTheCurrentFolder)
-{
+TEST(Paths, StartAtTheCurrentFolder) {
     const ScopedFolder scratch(fs::canonical(fs::temp_directory_path()));
     const CString folder = scratch.MakeFolder("Now \xE9");  // a name that is no UTF-8
     const ScopedCurrentFolder current(scratch.Path("Now \xE9"));
@@ -147,8 +143,7 @@ TEST(Paths, StartAtTheCurrentFolder)
     EXPECT_EQ(P::CalcRelativePathname(u"/a", u"x"), u"");
 }
 
-TEST(Paths, LeadToTheTargetWhateverTheCaseAndTheComposition)
-{
+TEST(Paths, LeadToTheTargetWhateverTheCaseAndTheComposition) {
     struct Case {
         const char16_t *target, *base, *result;
     };
@@ -168,8 +163,7 @@ TEST(Paths, LeadToTheTargetWhateverTheCaseAndTheComposition)
             << CString(c.target) << " from " << CString(c.base);
 }
 
-TEST(Paths, LeadToTheTargetAsTheStandardLibraryReadsThem)
-{
+TEST(Paths, LeadToTheTargetAsTheStandardLibraryReadsThem) {
     constexpr std::string_view kElements[] = {"a", "b", "aa", ".", "..", "", "...", "long name"};
     std::mt19937 random(3);
     const auto makePath = [&] {

@@ -16,8 +16,7 @@ namespace {
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
-std::vector<std::string> Listed(const ScopedFolder& folder, const CString& pattern, unsigned long mask)
-{
+std::vector<std::string> Listed(const ScopedFolder& folder, const CString& pattern, unsigned long mask) {
     const std::unique_ptr<CAtlList<CString>> list(SECFileSystem().GetFileList(pattern, mask));
     std::vector<std::string> names;
     for (const CString& path : *list) {
@@ -28,8 +27,7 @@ std::vector<std::string> Listed(const ScopedFolder& folder, const CString& patte
     return names;
 }
 
-TEST(FileSystem, ListsByPattern)
-{
+TEST(FileSystem, ListsByPattern) {
     const ScopedFolder folder;
     folder.Make({"a.txt", "a.TXT", "b.txt", "a", "a.b.txt", ".txt", "end.", "x.*", "a.dir/~=not home"});
     const auto listed = [&](std::string_view pattern) { return Listed(folder, folder.Text(pattern), 0xFF); };
@@ -48,8 +46,7 @@ TEST(FileSystem, ListsByPattern)
     EXPECT_EQ(size, 8U);
 }
 
-TEST(FileSystem, ListsByAttributes)
-{
+TEST(FileSystem, ListsByAttributes) {
     const ScopedFolder folder;
     folder.Make({"file", "0444 readonly", ".hidden", "folder/", "0555 readonly folder/", "to-folder>folder",
                  "nowhere>missing", "to-readonly>readonly", "pipe|"});
@@ -76,8 +73,7 @@ TEST(FileSystem, ListsByAttributes)
     folder.SetMode("", 0700);
 }
 
-TEST(FileSystem, ListsEveryNameSoThatItOpensAgain)
-{
+TEST(FileSystem, ListsEveryNameSoThatItOpensAgain) {
     const ScopedFolder folder;
     std::vector<std::string> names = {"\xE9",      "\xED\xA0\x80", "\xF0\x9F\x98",    "\xC3\xA9", "e\xCC\x81", "a\nb",
                                       "\"q\" 'n'", "$HOME",        "back\\slash.txt", "*",        "~",         " ",
@@ -98,8 +94,7 @@ TEST(FileSystem, ListsEveryNameSoThatItOpensAgain)
     EXPECT_THAT(contents, testing::UnorderedElementsAreArray(names));
 }
 
-TEST(FileSystem, ListsInTheOrderOfTheLanguage)
-{
+TEST(FileSystem, ListsInTheOrderOfTheLanguage) {
     const ScopedFolder folder;
     const std::vector<std::string> ordered = {"_",  "1", "10",        "2",        "a", "\xC3\xA4",
                                               "ab", "B", "e\xCC\x81", "\xC3\xA9", "z"};
@@ -120,8 +115,7 @@ TEST(FileSystem, ListsInTheOrderOfTheLanguage)
     EXPECT_THAT(Listed(alike, alike.Text("*.*"), 0xFF), ElementsAre("MAP", "Map", "mAP", "map"));
 }
 
-TEST(FileSystem, ListsAsciiNamesAlikeAloneAndBesideOthers)
-{
+TEST(FileSystem, ListsAsciiNamesAlikeAloneAndBesideOthers) {
     // Names that are all ASCII are compared character by character where the language allows it, else by ICU's keys.
     const ScopedFolder folder;
     std::mt19937 random(10);

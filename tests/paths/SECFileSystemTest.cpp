@@ -23,8 +23,7 @@ namespace fs = std::filesystem;
 const SECFileSystem files;
 
 /// Every path below a folder with kind, permissions, time and content, so that trees can be compared.
-std::vector<std::string> Picture(const ScopedFolder& folder, const std::string& root)
-{
+std::vector<std::string> Picture(const ScopedFolder& folder, const std::string& root) {
     std::vector<std::string> lines;
     for (const auto& entry : fs::recursive_directory_iterator(folder.Path(root))) {
         const std::string name = entry.path().lexically_relative(folder.Path(root)).string();
@@ -38,8 +37,7 @@ std::vector<std::string> Picture(const ScopedFolder& folder, const std::string& 
     return lines;
 }
 
-void MakeTree(const ScopedFolder& folder, const std::string& root)
-{
+void MakeTree(const ScopedFolder& folder, const std::string& root) {
     folder.Make({root + "/file=content", root + "/a/b/deep=deep", "0444 " + root + "/a/readonly=ro",
                  "0555 " + root + "/a/b/", root + "/empty/", root + "/to-file>file", root + "/to-a>a",
                  root + "/a/up>..", root + "/nowhere>missing", root + "/pipe|", root + "/" + std::string(255, 'n')});
@@ -49,8 +47,7 @@ void MakeTree(const ScopedFolder& folder, const std::string& root)
 
 // --- Status, making, renaming, deleting --------------------------------------------------------------------------------
 
-TEST(FileSystem, AnswersAboutWhatIsThereAndLeavesTheOutputAloneElse)
-{
+TEST(FileSystem, AnswersAboutWhatIsThereAndLeavesTheOutputAloneElse) {
     const ScopedFolder folder;
     folder.Make({"file=12345", "folder/", "to-folder>folder", "nowhere>missing", "full/.hidden", "pipe|"});
     const std::pair<const char*, const char*> cases[] = {
@@ -87,8 +84,7 @@ TEST(FileSystem, AnswersAboutWhatIsThereAndLeavesTheOutputAloneElse)
     EXPECT_FALSE(file.IsOpen());
 }
 
-TEST(FileSystem, MakesOneFolderOrTheWholeChain)
-{
+TEST(FileSystem, MakesOneFolderOrTheWholeChain) {
     const std::string longest(255, 'n'), tooLong(256, 'n'), tooLongBelow = "a/" + tooLong, cut("a\0b", 3);
     const struct {
         std::string name;
@@ -118,8 +114,7 @@ TEST(FileSystem, MakesOneFolderOrTheWholeChain)
     EXPECT_FALSE(files.MakeDirectory(CString()));
 }
 
-TEST(FileSystem, RenamesToAFreeNameAndMovesAcrossFileSystems)
-{
+TEST(FileSystem, RenamesToAFreeNameAndMovesAcrossFileSystems) {
     const ScopedFolder folder;
     folder.Make({"a=A", "b=B"});
     MakeTree(folder, "tree");
@@ -157,8 +152,7 @@ TEST(FileSystem, RenamesToAFreeNameAndMovesAcrossFileSystems)
     EXPECT_EQ(other.EntryCount(), 2U);  // nothing half done is left
 }
 
-TEST(FileSystem, DeletesFoldersButNeverWhatLinksLeadTo)
-{
+TEST(FileSystem, DeletesFoldersButNeverWhatLinksLeadTo) {
     const ScopedFolder folder;
     MakeTree(folder, "tree");
     folder.SetMode("tree/a/b", 0755);  // else only root may empty it
@@ -196,8 +190,7 @@ TEST(FileSystem, DeletesFoldersButNeverWhatLinksLeadTo)
 
 // --- Comparing and copying ---------------------------------------------------------------------------------------------
 
-TEST(FileSystem, ComparesEveryLengthWithEveryBlockSize)
-{
+TEST(FileSystem, ComparesEveryLengthWithEveryBlockSize) {
     const ScopedFolder folder;
     folder.Make({"folder/", "pipe|", "to-a>a"});
     const auto compare = [&](const char* first, const char* second, unsigned long blockSize) {
@@ -229,8 +222,7 @@ TEST(FileSystem, ComparesEveryLengthWithEveryBlockSize)
     EXPECT_EQ(files.CompareFiles(CString(shorter), CString(shorter), 64), 0);
 }
 
-TEST(FileSystem, CopiesAFileByTheFlags)
-{
+TEST(FileSystem, CopiesAFileByTheFlags) {
     constexpr struct {
         const char* destination;
         unsigned int flags;
@@ -270,8 +262,7 @@ TEST(FileSystem, CopiesAFileByTheFlags)
     EXPECT_TRUE(folder.Has("sub copy/file"));
 }
 
-TEST(FileSystem, KeepsTheOldFileWhenTheCopyFails)
-{
+TEST(FileSystem, KeepsTheOldFileWhenTheCopyFails) {
     const ScopedFolder folder;
     folder.Make({"old=old", "large=" + std::string(200'000, 'x'), "here>."});
     const CString old = folder.Text("old");
@@ -287,8 +278,7 @@ TEST(FileSystem, KeepsTheOldFileWhenTheCopyFails)
     EXPECT_EQ(folder.EntryCount(), 3U);
 }
 
-TEST(FileSystem, LeavesNoPartOfACopyOrSavingThatIsKilled)
-{
+TEST(FileSystem, LeavesNoPartOfACopyOrSavingThatIsKilled) {
     const ScopedFolder folder;
     const std::string content(1 << 20, 'x');
     folder.Make({"from=" + content, "old=old", "saved=" + content, "new/"});
@@ -326,8 +316,7 @@ TEST(FileSystem, LeavesNoPartOfACopyOrSavingThatIsKilled)
     EXPECT_EQ(folder.EntryCount(), 7U);
 }
 
-TEST(FileSystem, CopiesHolesAndMadeUpFiles)
-{
+TEST(FileSystem, CopiesHolesAndMadeUpFiles) {
     const ScopedFolder folder;
     constexpr std::uintmax_t kLength = (5ULL << 30) + 5;
     folder.Write("sparse", "head");
@@ -346,8 +335,7 @@ TEST(FileSystem, CopiesHolesAndMadeUpFiles)
     EXPECT_TRUE(folder.Read("version").starts_with("Linux version"));
 }
 
-TEST(FileSystem, CopiesATreeAsItIs)
-{
+TEST(FileSystem, CopiesATreeAsItIs) {
     const ScopedFolder folder;
     MakeTree(folder, "from");
     folder.Make({"locked/1", "locked/2/file", "locked/3=content"});
@@ -367,8 +355,7 @@ TEST(FileSystem, CopiesATreeAsItIs)
         folder.SetMode(locked, 0700);
 }
 
-TEST(FileSystem, CopiesAndDeletesTreesDeeperThanAnyPathWithFewDescriptors)
-{
+TEST(FileSystem, CopiesAndDeletesTreesDeeperThanAnyPathWithFewDescriptors) {
     const ScopedFolder folder;
     folder.Make({"deep/"});
     const std::string level(200, 'd');
@@ -397,8 +384,7 @@ TEST(FileSystem, CopiesAndDeletesTreesDeeperThanAnyPathWithFewDescriptors)
     EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
 }
 
-TEST(FileSystem, CopiesWhatAFolderHoldsIntoAnother)
-{
+TEST(FileSystem, CopiesWhatAFolderHoldsIntoAnother) {
     constexpr struct {
         unsigned int flags;
         const char* contents;      // of rw, ro, sub/rw, sub/ro, sub/added, new/ro afterwards: S is the source's
@@ -425,8 +411,7 @@ TEST(FileSystem, CopiesWhatAFolderHoldsIntoAnother)
     }
 }
 
-TEST(FileSystem, EndsCopyingIntoItself)
-{
+TEST(FileSystem, EndsCopyingIntoItself) {
     const ScopedFolder folder;
     MakeTree(folder, "from");
     const std::vector<std::string> before = Picture(folder, "from");

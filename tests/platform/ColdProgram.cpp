@@ -40,8 +40,7 @@ constexpr Use kUses[] = {
     {"settings", [] { return !CrkLogSettings(u"/proc/self/status").m_enable; }},
 };
 
-bool UseAll(std::size_t first = 0)
-{
+bool UseAll(std::size_t first = 0) {
     for (std::size_t i = 0; i < std::size(kUses); ++i) {
         const Use& use = kUses[(first + i) % std::size(kUses)];
         if (!use.succeeds()) {
@@ -52,8 +51,7 @@ bool UseAll(std::size_t first = 0)
     return true;
 }
 
-bool UseInThreads()
-{
+bool UseInThreads() {
     constexpr std::size_t kThreads = 12;
     std::barrier start(kThreads);
     std::atomic<std::size_t> successCount = 0;
@@ -69,8 +67,7 @@ bool UseInThreads()
     return successCount == kThreads;
 }
 
-bool UseInChild()
-{
+bool UseInChild() {
     const pid_t child = fork();
     if (child == 0)
         _exit(UseAll() ? 0 : 1);
@@ -79,8 +76,7 @@ bool UseInChild()
 }
 
 /// Texts and numbers of a locale that others may ask for at once; each name is another one, so that ICU makes its objects.
-void UseLocale(unsigned name)
-{
+void UseLocale(unsigned name) {
     rk::SetUserLocale((name % 2 == 0 ? "de_DE@x=" : "ja_JP@x=") + std::to_string(name % 100));
     long number = 0;
     static_cast<void>(CrkStringConversionUtilities::StringToLong(u"1E3", number));
@@ -89,8 +85,7 @@ void UseLocale(unsigned name)
     static_cast<void>(CrkPathUtilities::CalcRelativePathname(u"/\u00C9/a", u"/\u00E9"));
 }
 
-bool ForkWhileThreadsWork()
-{
+bool ForkWhileThreadsWork() {
     constexpr int kForks = 150;
     std::atomic<bool> isOver = false;
     std::vector<std::jthread> threads;
@@ -117,21 +112,18 @@ bool ForkWhileThreadsWork()
 
 /// Made before main and destroyed after it.
 struct Static {
-    Static()
-    {
+    Static() {
         if (std::getenv("RK_EARLY") != nullptr && !UseAll())
             _exit(1);
     }
-    ~Static()
-    {
+    ~Static() {
         if (isWanted && !UseAll())
             _exit(1);
     }
     bool isWanted = false;
 } lastObject;
 
-bool Make(std::string_view step)
-{
+bool Make(std::string_view step) {
     if (step == "threads")
         return UseInThreads();
     else if (step == "child")
@@ -147,8 +139,7 @@ bool Make(std::string_view step)
 
 }  // namespace
 
-int main(int, char** arguments)
-{
+int main(int, char** arguments) {
     alarm(60);  // ends a run that hangs
     while (*++arguments != nullptr) {
         if (!Make(*arguments))

@@ -14,8 +14,7 @@
 
 namespace {
 
-std::string IcuText(const char* locale, std::time_t time)
-{
+std::string IcuText(const char* locale, std::time_t time) {
     const std::unique_ptr<icu::DateFormat> format(
         icu::DateFormat::createDateTimeInstance(icu::DateFormat::kFull, icu::DateFormat::kFull, icu::Locale(locale)));
     format->adoptTimeZone(icu::TimeZone::createTimeZone("UTC"));
@@ -25,8 +24,7 @@ std::string IcuText(const char* locale, std::time_t time)
 }
 
 /// Whether the texts of now are those of `locale`.
-bool IsLocaleNow(const char* locale)
-{
+bool IsLocaleNow(const char* locale) {
     // Not std::time: its clock is some milliseconds late, and told another second than the library's.
     const auto now = [] { return std::chrono::system_clock::to_time_t(std::chrono::system_clock::now()); };
     while (true) {
@@ -45,8 +43,7 @@ constexpr const char* kNames[][2] = {{"de_DE.UTF-8@euro", "de_DE"},
                                      {"C", "en_US_POSIX"},
                                      {"fr_XX", "fr"}};
 
-TEST(UserLocale, IsTheChosenOneFromTheNextCallOn)
-{
+TEST(UserLocale, IsTheChosenOneFromTheNextCallOn) {
     const ScopedZone utc("UTC");
     for (const auto& [name, icuName] : kNames) {
         const ScopedUserLocale user(name);

@@ -28,30 +28,22 @@ constexpr std::uint32_t kThisHost = 1;
 constexpr SECRegistry::CreatePermissions kRead{};
 
 /// The store is one in a process and is looked for once: each step of a test is a process of its own, that ends normally.
-template <class Step>
-pid_t Start(const Step& step)
-{
+template <class Step> pid_t Start(const Step& step) {
     return StartChild([&step] {
         step();
         std::exit(testing::Test::HasFailure() ? 1 : 0);
     });
 }
 
-template <class Step>
-void InAProcess(const Step& step)
-{
-    ExpectItEndsWell(Start(step));
-}
+template <class Step> void InAProcess(const Step& step) { ExpectItEndsWell(Start(step)); }
 
-CString TextOf(rk::TextView name)
-{
+CString TextOf(rk::TextView name) {
     CString value = u"(none)";
     SECRegistry().GetValue(name, value);
     return value;
 }
 
-void Set(std::uint32_t rootKey, const CString& name, const CString& value)
-{
+void Set(std::uint32_t rootKey, const CString& name, const CString& value) {
     SECRegistry registry;
     registry.Connect(rootKey, nullptr, false);
     registry.SetValue(name, value);
@@ -66,8 +58,7 @@ protected:
     std::string m_database = "config/mind_maps/preferences.sqlite";
 };
 
-TEST_F(Preferences, KeepTypesAndEveryTextFromOneProcessToTheNext)
-{
+TEST_F(Preferences, KeepTypesAndEveryTextFromOneProcessToTheNext) {
     const std::u16string_view texts[] = {u"",
                                          {u"\0a\xD800\n\U0001F600", 6},
                                          u"\xFEFF"
@@ -123,8 +114,7 @@ static_assert(Settable<bool> && Settable<int> && Settable<std::uint8_t> && Setta
 static_assert(!Settable<long> && !Settable<long double> && !Settable<void*> && !Settable<std::nullptr_t> &&
               !Settable<wchar_t>);
 
-TEST_F(Preferences, AreOfTheTypeThatIsWritten)
-{
+TEST_F(Preferences, AreOfTheTypeThatIsWritten) {
     InAProcess([] {
         SECRegistry registry;
         const CString jane = u"Jane";
@@ -144,8 +134,7 @@ TEST_F(Preferences, AreOfTheTypeThatIsWritten)
     });
 }
 
-TEST_F(Preferences, AreNumbersAndListsOfTextsListedAndDeleted)
-{
+TEST_F(Preferences, AreNumbersAndListsOfTextsListedAndDeleted) {
     const CAtlArray<CString> texts{u"a\nb\\n", u"", CString(std::u16string_view(u"\0\\", 2)), u"\xD800"};
     const CAtlArray<CString> none, onlyEmpty{u""};
     constexpr std::pair<const char16_t*, double> kNumbers[] = {
@@ -198,8 +187,7 @@ TEST_F(Preferences, AreNumbersAndListsOfTextsListedAndDeleted)
     });
 }
 
-TEST_F(Preferences, OfThisHostComeFirst)
-{
+TEST_F(Preferences, OfThisHostComeFirst) {
     InAProcess([] {
         Set(kThisHost, u"name", u"here");
         Set(kAnyHost, u"name", u"anywhere");
@@ -210,8 +198,7 @@ TEST_F(Preferences, OfThisHostComeFirst)
     InAProcess([] { EXPECT_EQ(TextOf(u"name"), u"here"); });
 }
 
-TEST_F(Preferences, OfAnotherProcessAreSeenAfterOpen)
-{
+TEST_F(Preferences, OfAnotherProcessAreSeenAfterOpen) {
     InAProcess([] {
         Set(kThisHost, u"name", u"old");
         InAProcess([] { Set(kThisHost, u"name", u"new"); });  // after fork, the store is opened anew
@@ -221,8 +208,7 @@ TEST_F(Preferences, OfAnotherProcessAreSeenAfterOpen)
     });
 }
 
-TEST_F(Preferences, OfManyProcessesAndThreadsAreAllKept)
-{
+TEST_F(Preferences, OfManyProcessesAndThreadsAreAllKept) {
     constexpr int kValueCount = 100;
     std::vector<pid_t> children;
     for (int process = 0; process < 8; ++process) {
@@ -251,8 +237,7 @@ TEST_F(Preferences, OfManyProcessesAndThreadsAreAllKept)
     });
 }
 
-TEST_F(Preferences, ReportedAsStoredSurviveAKill)
-{
+TEST_F(Preferences, ReportedAsStoredSurviveAKill) {
     std::mt19937 random(21);
     for (int round = 0; round < 20; ++round) {
         int reports[2];
@@ -283,8 +268,7 @@ TEST_F(Preferences, ReportedAsStoredSurviveAKill)
     }
 }
 
-TEST_F(Preferences, WaitInTheProcessWhileTheStorageFails)
-{
+TEST_F(Preferences, WaitInTheProcessWhileTheStorageFails) {
     m_folder.Write("config", "a file where a folder should be");
     InAProcess([this] {
         Set(kThisHost, u"name", u"kept");
@@ -307,8 +291,7 @@ TEST_F(Preferences, WaitInTheProcessWhileTheStorageFails)
     InAProcess([] { EXPECT_EQ(TextOf(u"name") + TextOf(u"other"), u"keptkept too"); });
 }
 
-TEST_F(Preferences, BeginANewDatabaseWithWhatTheProcessKnows)
-{
+TEST_F(Preferences, BeginANewDatabaseWithWhatTheProcessKnows) {
     const std::string file = m_folder.Path(m_database);
     const auto overwrite = [&file](std::streamoff at, std::string_view bytes) {
         std::fstream(file, std::ios::in | std::ios::out | std::ios::binary).seekp(at) << bytes;
@@ -344,8 +327,7 @@ TEST_F(Preferences, BeginANewDatabaseWithWhatTheProcessKnows)
     }
 }
 
-TEST_F(Preferences, PutEachDamagedDatabaseAside)
-{
+TEST_F(Preferences, PutEachDamagedDatabaseAside) {
     for (int round = 1; round <= 3; ++round) {  // in one second, as a rule
         m_folder.Write(m_database, std::string(5000, static_cast<char>('a' + round)));
         InAProcess([&] {
@@ -357,8 +339,7 @@ TEST_F(Preferences, PutEachDamagedDatabaseAside)
     }
 }
 
-TEST_F(Preferences, WaitTwoSecondsForALockedFolder)
-{
+TEST_F(Preferences, WaitTwoSecondsForALockedFolder) {
     InAProcess([] { Set(kThisHost, u"name", u"old"); });
     const int folder = open(m_folder.Path("config/mind_maps").c_str(), O_RDONLY);
     ASSERT_EQ(flock(folder, LOCK_EX), 0);
@@ -372,8 +353,7 @@ TEST_F(Preferences, WaitTwoSecondsForALockedFolder)
     InAProcess([] { EXPECT_EQ(TextOf(u"name"), u"new"); });
 }
 
-TEST_F(Preferences, LiveThroughForks)
-{
+TEST_F(Preferences, LiveThroughForks) {
     InAProcess([] {  // the child goes on when the parent, the last one with the database, has ended
         Set(kThisHost, u"parent", u"kept");
         int ends[2];
@@ -411,15 +391,13 @@ TEST_F(Preferences, LiveThroughForks)
 
 bool lateWriterIsArmed = false;
 const struct LateWriter {
-    ~LateWriter()
-    {
+    ~LateWriter() {
         if (lateWriterIsArmed)
             Set(kAnyHost, u"late", u"kept");
     }
 } lateWriter;
 
-TEST_F(Preferences, AreStoredWhenStaticObjectsWriteThemAtExit)
-{
+TEST_F(Preferences, AreStoredWhenStaticObjectsWriteThemAtExit) {
     InAProcess([] { lateWriterIsArmed = true; });
     InAProcess([] { EXPECT_EQ(TextOf(u"late"), u"kept"); });
 }

@@ -27,10 +27,8 @@ constexpr Seconds kUtcOf2001 = 978307200;
 class ShortTexts {
 public:
     ShortTexts(const icu::Locale& locale, icu::DateFormat::EStyle timeStyle)
-        : m_format(icu::DateFormat::createDateTimeInstance(icu::DateFormat::kShort, timeStyle, locale))
-    {}
-    std::string Of(Seconds utc) const
-    {
+        : m_format(icu::DateFormat::createDateTimeInstance(icu::DateFormat::kShort, timeStyle, locale)) {}
+    std::string Of(Seconds utc) const {
         icu::UnicodeString text;
         std::string utf8;
         return m_format->format(static_cast<double>(utc) * 1000, text).toUTF8String(utf8);
@@ -40,8 +38,7 @@ private:
     std::unique_ptr<icu::DateFormat> m_format;
 };
 
-void SetLastChange(const std::string& path, std::chrono::sys_days day)
-{
+void SetLastChange(const std::string& path, std::chrono::sys_days day) {
     std::filesystem::last_write_time(path, std::chrono::file_clock::from_sys(std::chrono::sys_seconds(day)));
 }
 
@@ -49,16 +46,14 @@ constexpr std::string_view kLogStart =
     R"(LogStart time="2026-11-16T21:52:05.123+01:00" loaded="2026-11-16T21:50:00+01:00" zone="CET" pid="47" host="desk" )"
     R"(program="mind %22map%22" library="0.1.0" system="Linux 6.1.0 x86_64")";
 
-std::string TimeOf(EntryTimes& times, const Entry& entry)
-{
+std::string TimeOf(EntryTimes& times, const Entry& entry) {
     times.Notice(entry);
     const EntryTime time = times.Of(entry);
     return (time.time ? IsoText(*time.time) : "-") + (time.process ? " " + time.process->Name() : "");
 }
 
 Entry EntryOf(std::string_view timestamp, std::string_view thread, std::string_view category = "A",
-              std::string_view message = "m")
-{
+              std::string_view message = "m") {
     Entry entry;
     entry.timestamp = timestamp;
     entry.thread = thread;
@@ -69,8 +64,7 @@ Entry EntryOf(std::string_view timestamp, std::string_view thread, std::string_v
 
 }  // namespace
 
-TEST(Dates, OfEveryLocaleAreReadAtEveryHour)
-{
+TEST(Dates, OfEveryLocaleAreReadAtEveryHour) {
     const ScopedVariable zone("TZ", "UTC");
     int32_t count = 0;
     const icu::Locale* const locales = icu::Locale::getAvailableLocales(count);
@@ -96,8 +90,7 @@ TEST(Dates, OfEveryLocaleAreReadAtEveryHour)
     }
 }
 
-TEST(Dates, ThatAreNoneAreRefused)
-{
+TEST(Dates, ThatAreNoneAreRefused) {
     const DateReader reader({.order = DateStyle::Order::MonthDayYear, .days = {}});
     for (const char* const text : {"", ":", "11/16/26", "13/16/26, 9:52 PM", "2/30/26, 9:52 PM", "11/16/26, 24:52",
                                    "11/16/26, 9:60", "1/1/1405, 9:52", "11/16/26, 9:52 PM 7", "11/16/20261, 9:52",
@@ -105,8 +98,7 @@ TEST(Dates, ThatAreNoneAreRefused)
         EXPECT_EQ(reader.Read(text).has_value(), std::string_view(text).starts_with("\xFF")) << text;
 }
 
-TEST(Dates, AreRecognisedByWhatTheLogHolds)
-{
+TEST(Dates, AreRecognisedByWhatTheLogHolds) {
     const ScopedVariable zone("TZ", "UTC");
     using enum DateStyle::Order;
     const ScopedFolder folder;
@@ -149,8 +141,7 @@ TEST(Dates, AreRecognisedByWhatTheLogHolds)
     EXPECT_FALSE(samples.Recognise({.order = MonthDayYear, .days = {}}).isAmbiguous);
 }
 
-TEST(Dates, AreExactForProcessesThatToldTheirStart)
-{
+TEST(Dates, AreExactForProcessesThatToldTheirStart) {
     const ScopedVariable zone("TZ", "UTC");
     EntryTimes times(DateReader({.order = DateStyle::Order::MonthDayYear, .days = {}}));
     EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:51 PM:90", "1")), "2026-11-16T21:51");
@@ -171,8 +162,7 @@ TEST(Dates, AreExactForProcessesThatToldTheirStart)
     EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:54 PM:250", "7")), "2026-11-16T21:54");
 }
 
-TEST(Dates, OfTheCommandLineAreStretches)
-{
+TEST(Dates, OfTheCommandLineAreStretches) {
     const ScopedVariable zone("TZ", "CET-1");
     const Seconds day = *WallOfDay(2026, 11, 16), now = day + 11 * kSecondsOfHour + 125;
     const struct {

@@ -10,8 +10,7 @@ namespace rklog {
 
 /// An entry as the log's writer writes it; the timestamp with its seconds, "11/16/26, 9:52 PM:125".
 inline std::string EntryAt(std::string_view timestamp, std::string_view message = "m", std::string_view level = "Info",
-                           std::string_view category = "A")
-{
+                           std::string_view category = "A") {
     std::string text = "<l:LogEntry><l:Timestamp>";
     text.append(timestamp).append("</l:Timestamp><l:Tid>7f01</l:Tid><l:Category>").append(category);
     text.append("</l:Category><l:Severity>").append(level).append("</l:Severity>");
@@ -21,8 +20,7 @@ inline std::string EntryAt(std::string_view timestamp, std::string_view message 
 
 /// Takes a log apart that comes in blocks of one size; whether each byte was given once and in order.
 template <class Take>
-bool Scan(EntryScanner&& scanner, std::string_view log, std::size_t blockByteCount, const Take& take)
-{
+bool Scan(EntryScanner&& scanner, std::string_view log, std::size_t blockByteCount, const Take& take) {
     Entry entry;
     std::uint64_t end = 0;
     bool isInOrder = true;

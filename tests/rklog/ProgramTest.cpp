@@ -25,22 +25,19 @@ struct Outcome {
     std::string out, err;
 };
 
-Outcome Rklog(const std::vector<std::string>& arguments, bool isTerminal = false)
-{
+Outcome Rklog(const std::vector<std::string>& arguments, bool isTerminal = false) {
     std::ostringstream out, err;
     const int status = RunProgram({arguments.begin(), arguments.end()}, isTerminal, out, err);
     return {status, out.str(), err.str()};
 }
 
-void SetAge(const std::string& path, int minutes)
-{
+void SetAge(const std::string& path, int minutes) {
     std::filesystem::last_write_time(path,
                                      std::filesystem::file_time_type::clock::now() - std::chrono::minutes(minutes));
 }
 
 /// The messages that a source has for now, one after the other.
-std::string MessagesOf(EntrySource& source)
-{
+std::string MessagesOf(EntrySource& source) {
     std::string messages;
     for (Entry entry; source.Next(entry);)
         messages += (entry.wholeness == Wholeness::Whole ? "" : "!") + std::string(entry.message) + " ";
@@ -53,8 +50,7 @@ constexpr std::string_view kNasty =
 
 }  // namespace
 
-TEST(Program, FindsWhatIsAskedFor)
-{
+TEST(Program, FindsWhatIsAskedFor) {
     const LogFolder folder;
     const CFUUIDBytes id = CrkGuid::StringToGuid(u"00112233-4455-6677-8899-AABBCCDDEEFF");
     CrkLogWriter::Log(CrkLogWriter::LogError, u"Disk full & retrying", u"A & B", u"of Überfahrt", id);
@@ -109,8 +105,7 @@ TEST(Program, FindsWhatIsAskedFor)
     EXPECT_THAT(Rklog({"--level", "Error", folder.Path("log")}, /*isTerminal=*/true).out, HasSubstr("\x1B[31mError"));
 }
 
-TEST(Program, KnowsBackupsAndMergesByTime)
-{
+TEST(Program, KnowsBackupsAndMergesByTime) {
     const ScopedFolder folder;
     folder.Write("a/messages.xml", EntryAt("11/18/26, 9:52 PM:7", "a3"));
     folder.Write("a/11-16-26, 9-52 PM.xml",
@@ -136,8 +131,7 @@ TEST(Program, KnowsBackupsAndMergesByTime)
               "a2 a3 ");
 }
 
-TEST(Program, WritesWhatNoMessageCanBreak)
-{
+TEST(Program, WritesWhatNoMessageCanBreak) {
     const ScopedFolder folder;
     const CString path =
         folder.Write("log.xml", EntryAt("11/16/26, 9:52 PM:7", kNasty) + EntryAt("11/16/26, 9:53 PM:7", "next"));
@@ -172,8 +166,7 @@ TEST(Program, WritesWhatNoMessageCanBreak)
     EXPECT_THAT(stats, HasSubstr("60  seconds, from 2026-11-16T21:52 to 2026-11-16T21:53"));
 }
 
-TEST(Program, FollowsALogThroughWhateverHappensToIt)
-{
+TEST(Program, FollowsALogThroughWhateverHappensToIt) {
     const LogFolder folder(LogFolder::kEverything, "logs/");
     std::ostringstream err;
     Trouble trouble(err);

@@ -13,30 +13,24 @@ using namespace rklog;
 namespace {
 
 // "category/severity/message" of whole entries, "torn:message" and "stray:message" of the others.
-std::string Told(const Entry& entry)
-{
+std::string Told(const Entry& entry) {
     const std::string message = Unescaped(entry.message);
     if (entry.wholeness != Wholeness::Whole)
         return (entry.wholeness == Wholeness::Torn ? "torn:" : "stray:") + message;
     return Unescaped(entry.category) + "/" + std::string(NameOf(entry.level)) + "/" + message;
 }
 
-std::vector<std::string> Scanned(std::string_view log, std::size_t blockByteCount, std::size_t longest = 1 << 28)
-{
+std::vector<std::string> Scanned(std::string_view log, std::size_t blockByteCount, std::size_t longest = 1 << 28) {
     std::vector<std::string> told;
     EXPECT_TRUE(Scan(EntryScanner(longest), log, blockByteCount, [&](const Entry& e) { told.push_back(Told(e)); }));
     return told;
 }
 
-std::string EntryOf(std::string_view message)
-{
-    return EntryAt("11/16/26, 9:52 PM:125", message);
-}
+std::string EntryOf(std::string_view message) { return EntryAt("11/16/26, 9:52 PM:125", message); }
 
 }  // namespace
 
-TEST(Reading, GivesBackWhateverTheWriterWrote)
-{
+TEST(Reading, GivesBackWhateverTheWriterWrote) {
     const LogFolder folder;
     const std::string messages[] = {"plain & simple &amp;",
                                     "",
@@ -69,8 +63,7 @@ TEST(Reading, GivesBackWhateverTheWriterWrote)
     EXPECT_EQ(read, expected);
 }
 
-TEST(Reading, LosesNothingOfDamagedLogsHoweverTheBlocksFall)
-{
+TEST(Reading, LosesNothingOfDamagedLogsHoweverTheBlocksFall) {
     const std::string whole = EntryOf("one");
     const struct {
         std::string log;

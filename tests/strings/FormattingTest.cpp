@@ -14,8 +14,7 @@ namespace {
 
 using Strings = CrkStringUtilities;
 
-TEST(Formatting, NeverThrows)
-{
+TEST(Formatting, NeverThrows) {
     const CString good = u"%s%d";
     const CString bad = u"%d %d";
     EXPECT_EQ(Strings::Format(good, "ä", 3), u"ä3");
@@ -37,16 +36,14 @@ constexpr ByteRow kByteRows[] = {
     {1048575, u"0.99 MB"},       {1048576, u"1.00 MB"},       {1073741824, u"1.00 GB"}, {1073741823999, u"1000 GB"},
     {1073741824000, u"0.97 TB"}, {1099511627775, u"1.00 TB"}, {1099511627776, u""},     {ULONG_MAX, u""}};
 
-TEST(ByteStrings, AreCutFromSixDecimals)
-{
+TEST(ByteStrings, AreCutFromSixDecimals) {
     for (const ByteRow& row : kByteRows)
         EXPECT_EQ(Strings::MakeByteString(row.count), row.text) << row.count;
     for (const unsigned long count : {0UL, 1UL, 999UL})
         EXPECT_EQ(Strings::MakeByteString(count).ToUtf8(), std::to_string(count) + " bytes");
 }
 
-TEST(Shortening, NeverGivesMoreThanAsked)
-{
+TEST(Shortening, NeverGivesMoreThanAsked) {
     const struct {
         const char16_t* text;
         int length;
@@ -58,8 +55,7 @@ TEST(Shortening, NeverGivesMoreThanAsked)
 }
 
 /// The wrap as it is defined, on the text itself.
-CString Wrapped(CString text, const CString& separator, int width, int lines)
-{
+CString Wrapped(CString text, const CString& separator, int width, int lines) {
     while (text.Find(u"\n") >= 0 && Strings::IsBlank(text.Left(text.Find(u"\n"))))
         text.Delete(0, text.Find(u"\n") + 1);
     int cut = 0;
@@ -98,8 +94,7 @@ CString Wrapped(CString text, const CString& separator, int width, int lines)
     return Strings::IsBlank(text) ? CString() : text;
 }
 
-CString Wrap(CString text, const CString& separator, int width, int lines)
-{
+CString Wrap(CString text, const CString& separator, int width, int lines) {
     Strings::InsertLineSeparators(&text, separator, width, lines);
     return text;
 }
@@ -119,8 +114,7 @@ constexpr WrapRow kWrapRows[] = {{u"hello world foo bar", u"/", 8, 2, u"hello /w
                                  {u"ab cd", u"/", INT_MIN, 9, u"ab cd"},
                                  {u"ab cd", u"/", INT_MAX, INT_MAX, u"ab cd"}};
 
-TEST(Wrapping, KeepsToItsExamplesAndItsSteps)
-{
+TEST(Wrapping, KeepsToItsExamplesAndItsSteps) {
     for (const WrapRow& row : kWrapRows)
         EXPECT_EQ(Wrap(row.text, row.separator, row.width, row.lines), row.result) << CString(row.text) << row.width;
 
@@ -139,8 +133,7 @@ TEST(Wrapping, KeepsToItsExamplesAndItsSteps)
     }
 }
 
-TEST(Wrapping, EndsSoonWhateverItIsAsked)
-{
+TEST(Wrapping, EndsSoonWhateverItIsAsked) {
     const std::u16string word(1U << 20U, u'x');
     EXPECT_GT(Wrap(word, u"<br />", 7, INT_MAX).GetLength(), 0);  // breaks inside its separators
     EXPECT_EQ(Wrap(word, u"/", 2, INT_MAX).GetLength(), (2 << 20) - 2);
@@ -152,8 +145,7 @@ TEST(Wrapping, EndsSoonWhateverItIsAsked)
     EXPECT_EQ(Strings::GetLinesCount(u"\n") + Strings::GetLinesCount(u"") - Strings::GetLinesCount(u" "), -1);
 }
 
-TEST(Lists, JoinAndSort)
-{
+TEST(Lists, JoinAndSort) {
     const CString parts[] = {u"a", u"", u"b"};
     EXPECT_EQ(Strings::Combine(u", ", parts, 3, true), u"a, b");
     EXPECT_EQ(Strings::Combine(u", ", parts, 3, false), u"a, , b");
@@ -194,8 +186,7 @@ constexpr NumberRow kNumberRows[] = {{u" -42x", -42, -42},
                                      {u"-21474836480", -INT_MAX, -21474836480.0},
                                      {u"99999999999999999999", INT_MAX, 1e20}};
 
-TEST(Numbers, AreReadFromTheFrontInAnyLocale)
-{
+TEST(Numbers, AreReadFromTheFrontInAnyLocale) {
     const ScopedUserLocale user("ar_EG");
     for (const NumberRow& row : kNumberRows) {
         EXPECT_EQ(Strings::StringToLong(row.text), row.integer) << CString(row.text);
@@ -211,8 +202,7 @@ TEST(Numbers, AreReadFromTheFrontInAnyLocale)
     EXPECT_EQ(Strings::Utf8ToUnicode(nullptr, true), u"");
 }
 
-TEST(Links, GiveTheirParameters)
-{
+TEST(Links, GiveTheirParameters) {
     Strings::ParameterMap map{{u"x", u"0"}, {u"y", u"kept"}};
     Strings::ExtractUrlParameters(u"#x=1&x=2", map);
     EXPECT_EQ(map, (Strings::ParameterMap{{u"x", u"2"}, {u"y", u"kept"}}));
@@ -236,14 +226,12 @@ TEST(Links, GiveTheirParameters)
         EXPECT_EQ(Strings::IsValidEmail(address), valid) << CString(address);
 }
 
-CString Expanded(CString text)
-{
+CString Expanded(CString text) {
     Strings::ReplaceEnvironmentVariables(&text);
     return text;
 }
 
-TEST(Placeholders, AreExpandedUntilNoneIsLeft)
-{
+TEST(Placeholders, AreExpandedUntilNoneIsLeft) {
     const ScopedVariable variables[] = {
         {"RKA", "/u"},         {"RKC", "%RKC%x"}, {"RKD", "%RKE%"}, {"RKE", "<%RKD%>"}, {"RKBIG", "%RKBIG2%%RKBIG2%"},
         {"RKBIG2", "%RKBIG%"}, {"RKS", "%RKS"}};
@@ -265,16 +253,14 @@ TEST(Placeholders, AreExpandedUntilNoneIsLeft)
 }
 
 /// The passes as they are defined; only for texts whose expansion ends.
-CString Passes(CString text)
-{
+CString Passes(CString text) {
     CString placeholder;
     while (Strings::FindEnvironmentVariable(text, &placeholder) >= 0)
         Strings::ReplaceEnvironmentVariable(&text, placeholder);
     return text;
 }
 
-TEST(Placeholders, AreExpandedAsTheirPassesDo)
-{
+TEST(Placeholders, AreExpandedAsTheirPassesDo) {
     const ScopedVariable variables[] = {{"a", "x"}, {"b", "%a%"}, {"c", "a%"}, {"d", "%"}, {"e", "%b%c"}, {"f", "%f"}};
     std::mt19937 random(14);
     const std::u16string_view alphabet = u"%%%abcdefx";
@@ -290,8 +276,7 @@ TEST(Placeholders, AreExpandedAsTheirPassesDo)
     EXPECT_EQ(Expanded(many + many), std::u16string(40000, u'.'));  // others of the name stand far away
 }
 
-TEST(Placeholders, ThatDoubleAtEachStepEnd)
-{
+TEST(Placeholders, ThatDoubleAtEachStepEnd) {
     std::vector<std::unique_ptr<ScopedVariable>> variables;
     for (int i = 0; i < 60; ++i) {
         const std::string next = std::to_string(i + 1);

@@ -11,8 +11,7 @@ using Strings = CrkStringUtilities;
 
 /// The replacements one after the other, each over the whole text, as they are defined.
 struct StepByStep {
-    static CString Notes(CString text)
-    {
+    static CString Notes(CString text) {
         text.Remove(0x7F);
         for (unsigned short code = 0; code < 0x20; ++code) {
             if (code != 9 && code != 10 && code != 13)
@@ -20,23 +19,20 @@ struct StepByStep {
         }
         return text;
     }
-    static CString Tooltip(CString text)
-    {
+    static CString Tooltip(CString text) {
         text.Replace(u"\x18", u" ");
         text.Replace(u"\t", u"    ");
         text.Replace(u"<br>", u"\n");
         text.Remove(u'\r');
         return Notes(text);
     }
-    static CString PlainTooltip(CString text)
-    {
+    static CString PlainTooltip(CString text) {
         text.Replace(u"<", u"<<");
         text.Replace(u"\x18", u" ");
         text.Replace(u"\t", u"    ");
         return text;
     }
-    static CString Topic(CString text)
-    {
+    static CString Topic(CString text) {
         text.Replace(u"\x7F", u" ");
         for (unsigned short code = 0; code < 0x20; ++code) {
             if (code != 9 && code != 10 && code != 13)
@@ -48,16 +44,14 @@ struct StepByStep {
         }
         return text;
     }
-    static CString CrLf(CString text)
-    {
+    static CString CrLf(CString text) {
         text.Replace(u"\n", u"\r\n");
         text.Replace(u"\r\r\n", u"\r\n");
         return text;
     }
 };
 
-TEST(Sanitisers, GiveInOnePassWhatTheirStepsGive)
-{
+TEST(Sanitisers, GiveInOnePassWhatTheirStepsGive) {
     const auto changed = [](void (*change)(CString&), CString text) {
         change(text);
         return text;
@@ -79,8 +73,7 @@ TEST(Sanitisers, GiveInOnePassWhatTheirStepsGive)
     EXPECT_EQ(Strings::ReplaceInvalidTopicTextCharacters(invalid), std::u16string(1U << 20U, u' '));
 }
 
-TEST(Sanitisers, KeepToTheirExamples)
-{
+TEST(Sanitisers, KeepToTheirExamples) {
     EXPECT_EQ(Strings::RemoveCRLF(u"a\r\nb\r"), u"ab");
     EXPECT_EQ(Strings::CondenseString(u"Hello world") + Strings::CondenseString(u" leading"), u"Hello......");
     EXPECT_EQ(Strings::CondenseString(u"one\ttwo") + Strings::CondenseString(u"Hello"), u"one...Hello");

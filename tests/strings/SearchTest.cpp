@@ -33,8 +33,7 @@ constexpr SearchRow kSearchRows[] = {
     {u"\u017Ftop", u"STOP", kAnyCase, kAnywhere, 0, 0},  // upper case joins the long s with S
 };
 
-TEST(Search, FindsTextsAndWholeWords)
-{
+TEST(Search, FindsTextsAndWholeWords) {
     for (const SearchRow& row : kSearchRows) {
         SCOPED_TRACE(CString(row.text).ToUtf8() + " / " + CString(row.sought).ToUtf8());
         const CString text(row.text);
@@ -48,8 +47,7 @@ TEST(Search, FindsTextsAndWholeWords)
 }
 
 /// The passes as they are defined, on upper-cased copies.
-int Passes(CString text, CString sought, bool matchCase, int start)
-{
+int Passes(CString text, CString sought, bool matchCase, int start) {
     if (!matchCase) {
         text.MakeUpper();
         sought.MakeUpper();
@@ -68,8 +66,7 @@ int Passes(CString text, CString sought, bool matchCase, int start)
     }
 }
 
-TEST(Search, TakesTheSamePassesOverRandomTexts)
-{
+TEST(Search, TakesTheSamePassesOverRandomTexts) {
     std::mt19937 random(8);
     const std::u16string_view alphabet = u"aAb _ſsS";
     const auto any = [&](std::size_t length) {
@@ -89,8 +86,7 @@ TEST(Search, TakesTheSamePassesOverRandomTexts)
     }
 }
 
-TEST(Search, LooksThroughListsAndArrays)
-{
+TEST(Search, LooksThroughListsAndArrays) {
     const CAtlArray<CString> array{u"a", u"B", u"b"};
     const CAtlList<CString> list{u"a", u"B", u"b"};
     EXPECT_EQ(Strings::Find(u"b", &array), 2);
@@ -103,8 +99,7 @@ TEST(Search, LooksThroughListsAndArrays)
     EXPECT_EQ(Strings::FindCaseInsensitive(u"", nullptr), nullptr);
 }
 
-TEST(Search, LooksAtBeginningsEndsAndSingleUnits)
-{
+TEST(Search, LooksAtBeginningsEndsAndSingleUnits) {
     EXPECT_TRUE(Strings::BeginsWith(u"Topic", u"", false));
     EXPECT_TRUE(Strings::EndsWith(u"", u"", true));
     EXPECT_TRUE(Strings::BeginsWith(u"Topic", u"TOP", true));

@@ -10,8 +10,7 @@ struct Failure {
 };
 
 /// What a call throws; cause `none` when it throws nothing.
-inline Failure FailureOf(const std::function<void()>& call)
-{
+inline Failure FailureOf(const std::function<void()>& call) {
     try {
         call();
         return {};
@@ -21,7 +20,4 @@ inline Failure FailureOf(const std::function<void()>& call)
         return failure;
     }
 }
-inline int CauseOf(const std::function<void()>& call)
-{
-    return FailureOf(call).cause;
-}
+inline int CauseOf(const std::function<void()>& call) { return FailureOf(call).cause; }

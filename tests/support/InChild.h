@@ -7,9 +7,7 @@
 #include <unistd.h>
 
 /// Starts `work` in a process of its own, forked from this one; its status tells of failed expectations.
-template <class Work>
-pid_t StartChild(const Work& work)
-{
+template <class Work> pid_t StartChild(const Work& work) {
     const pid_t child = fork();
     if (child == 0) {
         alarm(120);  // ends a child that hangs
@@ -19,17 +17,14 @@ pid_t StartChild(const Work& work)
     return child;
 }
 
-inline void ExpectItEndsWell(pid_t child)
-{
+inline void ExpectItEndsWell(pid_t child) {
     int status = -1;
     EXPECT_EQ(waitpid(child, &status, 0), child);
     EXPECT_EQ(status, 0) << "the child did not end well";
 }
 
 /// The text that `work` returns in a child: for what a process keeps from its first call on. Threads must have ended.
-template <class Work>
-std::string InChild(const Work& work)
-{
+template <class Work> std::string InChild(const Work& work) {
     std::array<int, 2> ends{};
     EXPECT_EQ(pipe(ends.data()), 0);
     const pid_t child = StartChild([&] {

@@ -6,8 +6,7 @@
 /// The process may not make files longer than this meanwhile.
 class ScopedFileSizeLimit {
 public:
-    explicit ScopedFileSizeLimit(rlim_t byteCount)
-    {
+    explicit ScopedFileSizeLimit(rlim_t byteCount) {
         EXPECT_EQ(getrlimit(RLIMIT_FSIZE, &m_before), 0);
         rlimit limit = m_before;
         limit.rlim_cur = byteCount;

@@ -21,15 +21,13 @@
 class ScopedFolder {
 public:
     ScopedFolder() : ScopedFolder(std::filesystem::temp_directory_path()) {}
-    explicit ScopedFolder(const std::filesystem::path& parent) : m_path(parent / "rk-test-XXXXXX")
-    {
+    explicit ScopedFolder(const std::filesystem::path& parent) : m_path(parent / "rk-test-XXXXXX") {
         if (mkdtemp(m_path.data()) == nullptr)
             throw std::system_error(errno, std::generic_category(), m_path);
         umask(S_IWGRP |
               S_IWOTH);  // some systems let a group of the user's own write, which the log takes for a shared folder
     }
-    ~ScopedFolder()
-    {
+    ~ScopedFolder() {
         std::error_code ignored;
         std::filesystem::remove_all(m_path, ignored);
     }
@@ -40,26 +38,22 @@ public:
     CString Text(std::string_view name = "") const { return rk::PathText(Path(name)); }
 
     /// Makes a file and the folders that lead to it; returns its path as text.
-    CString Write(std::string_view name, std::string_view content = "") const
-    {
+    CString Write(std::string_view name, std::string_view content = "") const {
         std::filesystem::create_directories(std::filesystem::path(Path(name)).parent_path());
         std::ofstream(Path(name), std::ios::binary) << content;
         return Text(name);
     }
-    CString MakeFolder(std::string_view name) const
-    {
+    CString MakeFolder(std::string_view name) const {
         std::filesystem::create_directories(Path(name));
         return Text(name);
     }
-    CString Link(std::string_view name, std::string_view target) const
-    {
+    CString Link(std::string_view name, std::string_view target) const {
         std::filesystem::create_symlink(target, Path(name));
         return Text(name);
     }
     /// Makes what each entry spells, with the folders that lead there: "file", "file=content", "folder/", "link>target",
     /// "pipe|"; any of them after a mode, "0444 file=content".
-    void Make(std::initializer_list<std::string> entries) const
-    {
+    void Make(std::initializer_list<std::string> entries) const {
         for (std::string_view entry : entries) {
             const bool hasMode = entry.size() > 5 && entry[0] == '0' && entry[4] == ' ';
             const std::string mode(hasMode ? entry.substr(0, 4) : "");
@@ -82,26 +76,22 @@ public:
     void SetMode(std::string_view name, unsigned mode) const { EXPECT_EQ(chmod(Path(name).c_str(), mode), 0) << name; }
     /// Permissions and the bits above them; a link's own.
     unsigned Mode(std::string_view name) const { return Status(name).st_mode & 07777U; }
-    struct stat Status(std::string_view name) const
-    {
+    struct stat Status(std::string_view name) const {
         struct stat status{};
         EXPECT_EQ(lstat(Path(name).c_str(), &status), 0) << name;
         return status;
     }
     /// The bytes of a file; "(none)" when there is no such file.
-    std::string Read(std::string_view name) const
-    {
+    std::string Read(std::string_view name) const {
         if (!std::filesystem::is_regular_file(Path(name)))
             return "(none)";
         std::ifstream file(Path(name), std::ios::binary);
         return std::string(std::istreambuf_iterator<char>(file), {});
     }
-    bool Has(std::string_view name) const
-    {
+    bool Has(std::string_view name) const {
         return std::filesystem::symlink_status(Path(name)).type() != std::filesystem::file_type::not_found;
     }
-    std::size_t EntryCount(std::string_view name = "") const
-    {
+    std::size_t EntryCount(std::string_view name = "") const {
         return static_cast<std::size_t>(
             std::distance(std::filesystem::directory_iterator(Path(name)), std::filesystem::directory_iterator()));
     }
@@ -113,8 +103,7 @@ private:
 /// Whoever runs the tests as root is nobody meanwhile, so that permissions count. A folder is handed over to nobody.
 class ScopedNobody {
 public:
-    explicit ScopedNobody(const ScopedFolder& folder)
-    {
+    explicit ScopedNobody(const ScopedFolder& folder) {
         if (geteuid() != 0)
             return;
         constexpr uid_t kNobody = 65534;
@@ -124,8 +113,7 @@ public:
         m_wasRoot = seteuid(kNobody) == 0;
         EXPECT_TRUE(m_wasRoot);
     }
-    ~ScopedNobody()
-    {
+    ~ScopedNobody() {
         if (m_wasRoot && seteuid(0) != 0)
             ADD_FAILURE() << "still nobody";
     }

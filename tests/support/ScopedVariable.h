@@ -7,8 +7,7 @@
 /// An environment variable of the process as long as this lives (null: not set); afterwards what it was.
 class ScopedVariable {
 public:
-    ScopedVariable(std::string name, const char* value) : m_name(std::move(name))
-    {
+    ScopedVariable(std::string name, const char* value) : m_name(std::move(name)) {
         if (const char* const before = std::getenv(m_name.c_str()))
             m_before = before;
         Set(value);
@@ -17,8 +16,7 @@ public:
     ScopedVariable& operator=(ScopedVariable&&) = delete;  // nor a copy
 
 private:
-    void Set(const char* value) const
-    {
+    void Set(const char* value) const {
         if (value != nullptr)
             setenv(m_name.c_str(), value, 1);
         else

@@ -4,7 +4,6 @@
 
 #include <ctime>
 
-inline CTime At(std::time_t utcSeconds)
-{
+inline CTime At(std::time_t utcSeconds) {
     return CTime::FromCFAbsoluteTime(static_cast<double>(utcSeconds - 978307200));
 }

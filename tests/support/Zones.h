@@ -13,8 +13,7 @@
 
 /// Every zone of the system's zone database, by the first of its names ("Africa/Abidjan", but not "Africa/Accra", which has
 /// the same rules), without those that count leap seconds.
-inline std::vector<std::string> AllZones()
-{
+inline std::vector<std::string> AllZones() {
     const std::filesystem::path database = "/usr/share/zoneinfo";
     std::map<std::string, std::string> nameByRules;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(database)) {
@@ -38,16 +37,14 @@ inline std::vector<std::string> AllZones()
 }
 
 /// What the C library says of a time in the process's zone; call tzset first.
-inline std::tm CLocalTime(std::time_t utcSeconds)
-{
+inline std::tm CLocalTime(std::time_t utcSeconds) {
     std::tm fields{};
     localtime_r(&utcSeconds, &fields);
     return fields;
 }
 
 /// The first seconds after each change of the zone's offset between two times; shorter periods than two weeks may be missed.
-inline std::vector<std::time_t> ClockChanges(std::time_t from, std::time_t to)
-{
+inline std::vector<std::time_t> ClockChanges(std::time_t from, std::time_t to) {
     constexpr std::time_t kStep = 14 * 86400;
     std::vector<std::time_t> changes;
     long offset = CLocalTime(from).tm_gmtoff;

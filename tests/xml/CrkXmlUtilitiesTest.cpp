@@ -9,8 +9,7 @@ namespace {
 
 using Xml = CrkXmlUtilities;
 
-TEST(XmlCharacters, AreThoseOfAppendixBForEveryCodeUnit)
-{
+TEST(XmlCharacters, AreThoseOfAppendixBForEveryCodeUnit) {
     for (unsigned unit = 0; unit < 0x10000; ++unit) {
         const auto u = static_cast<unsigned short>(unit);
         const bool surrogate = unit >= 0xD800 && unit <= 0xDFFF;
@@ -32,8 +31,7 @@ TEST(XmlCharacters, AreThoseOfAppendixBForEveryCodeUnit)
     }
 }
 
-TEST(XmlNames, AreLookedAtInEveryPlace)
-{
+TEST(XmlNames, AreLookedAtInEveryPlace) {
     for (std::size_t length = 1; length < 14; ++length) {
         std::u16string name(length, u'a');
         EXPECT_TRUE(Xml::IsValidNCName(name));
@@ -65,8 +63,7 @@ constexpr RepairRow kRepairRows[] = {
     {u"Größe.1-x_", u"Größe.1-x_", u"Größe.1-x_", u"Größe.1-x_"},
 };
 
-TEST(XmlNames, AreRepairedOnceAndForAll)
-{
+TEST(XmlNames, AreRepairedOnceAndForAll) {
     for (const RepairRow& row : kRepairRows) {
         SCOPED_TRACE(CString(row.text).ToUtf8());
         EXPECT_EQ(Xml::StringToNCName(row.text, u'-', true), row.ncName);

@@ -6,8 +6,7 @@ namespace rklog {
 
 namespace {
 
-void AppendField(std::string_view text, std::string& line)
-{
+void AppendField(std::string_view text, std::string& line) {
     line += line.empty() ? "" : ",";
     if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
         line += text;
@@ -21,15 +20,13 @@ void AppendField(std::string_view text, std::string& line)
 
 class CsvWriter : public RecordWriter {
 public:
-    void Begin(std::ostream& out) override
-    {
+    void Begin(std::ostream& out) override {
         std::string line;
         for (const RecordField& field : kRecordFields)
             AppendField(field.name, line);
         out << line << "\r\n";
     }
-    void Write(const Record& record, std::ostream& out) override
-    {
+    void Write(const Record& record, std::ostream& out) override {
         std::string line;
         for (const RecordField& field : kRecordFields)
             AppendField(record.*field.text, line);
@@ -39,9 +36,6 @@ public:
 
 }  // namespace
 
-std::unique_ptr<RecordWriter> MakeCsvWriter()
-{
-    return std::make_unique<CsvWriter>();
-}
+std::unique_ptr<RecordWriter> MakeCsvWriter() { return std::make_unique<CsvWriter>(); }
 
 }  // namespace rklog

@@ -29,8 +29,7 @@ constexpr char32_t kZeros[] = {U'0',   0x0660, 0x06F0, 0x07C0, 0x0966,  0x09E6,
                                0x0E50, 0x0F20, 0x1040, 0x1C50, 0x11136, 0x1E950};
 
 /// Takes the first character and gives its code; a byte that begins none is taken by itself, as U+FFFD.
-char32_t TakeCharacter(std::string_view& text)
-{
+char32_t TakeCharacter(std::string_view& text) {
     const auto byteAt = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
     const unsigned first = byteAt(0);
     const std::size_t byteCount = first < 0xC2 ? 1 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : first < 0xF5 ? 4 : 1;
@@ -45,8 +44,7 @@ char32_t TakeCharacter(std::string_view& text)
 }
 
 /// Takes a month in Roman digits behind a "/", which Hawaiian dates have; 0 for anything else.
-int TakeRomanMonth(std::string_view& text)
-{
+int TakeRomanMonth(std::string_view& text) {
     constexpr std::string_view kMonths[] = {"i/",   "ii/",   "iii/", "iv/", "v/",  "vi/",
                                             "vii/", "viii/", "ix/",  "x/",  "xi/", "xii/"};
     for (int month = 1; month <= 12; ++month) {
@@ -59,8 +57,7 @@ int TakeRomanMonth(std::string_view& text)
     return 0;
 }
 
-int DigitOf(char32_t character)
-{
+int DigitOf(char32_t character) {
     for (const char32_t zero : kZeros) {
         if (character >= zero && character < zero + 10)
             return static_cast<int>(character - zero);
@@ -69,8 +66,7 @@ int DigitOf(char32_t character)
 }
 
 /// Lower case for ASCII; nothing for what does not belong to a word: blanks, signs, marks of direction.
-std::string PlainLetter(std::string_view character)
-{
+std::string PlainLetter(std::string_view character) {
     constexpr std::string_view kSkipped[] = {"\u00A0", "\u202F", "\u200D", "\u200E", "\u200F", "\u060C"};
     if (character.size() > 1)
         return std::find(std::begin(kSkipped), std::end(kSkipped), character) == std::end(kSkipped)
@@ -81,8 +77,7 @@ std::string PlainLetter(std::string_view character)
 }
 
 /// The length of the longest of the words that the letters hold.
-std::size_t LongestIn(std::string_view letters, std::string_view words)
-{
+std::size_t LongestIn(std::string_view letters, std::string_view words) {
     std::size_t longest = 0;
     while (!words.empty()) {
         const std::size_t end = words.find(' ');
@@ -93,8 +88,7 @@ std::size_t LongestIn(std::string_view letters, std::string_view words)
     return longest;
 }
 
-DateFields::HalfDay HalfDayOf(std::string_view letters)
-{
+DateFields::HalfDay HalfDayOf(std::string_view letters) {
     if (letters.empty())
         return DateFields::HalfDay::None;
     const std::size_t before = LongestIn(letters, kBeforeNoon);
@@ -106,8 +100,7 @@ DateFields::HalfDay HalfDayOf(std::string_view letters)
 
 }  // namespace
 
-std::optional<DateFields> ReadDateFields(std::string_view text)
-{
+std::optional<DateFields> ReadDateFields(std::string_view text) {
     DateFields fields;
     std::string letters;
     std::size_t digitCount = 0;

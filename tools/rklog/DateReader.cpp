@@ -13,19 +13,14 @@ constexpr int kNoon = 12;
 
 constexpr std::array<std::string_view, 3> kOrderNames = {"day/month/year", "month/day/year", "year/month/day"};
 
-const std::array<std::size_t, 3>& PlacesOf(DateStyle::Order order)
-{
-    return kPlaces[static_cast<std::size_t>(order)];
-}
+const std::array<std::size_t, 3>& PlacesOf(DateStyle::Order order) { return kPlaces[static_cast<std::size_t>(order)]; }
 
-std::array<int, 3> NumbersOf(const CString& shortDate)
-{
+std::array<int, 3> NumbersOf(const CString& shortDate) {
     const DateFields fields = ReadDateFields(shortDate.ToUtf8()).value_or(DateFields());
     return {fields.numbers[0], fields.numbers[1], fields.numbers[2]};
 }
 
-std::map<std::array<int, 3>, Seconds> DaysOfCentury(const ShortDate& shortDate)
-{
+std::map<std::array<int, 3>, Seconds> DaysOfCentury(const ShortDate& shortDate) {
     std::map<std::array<int, 3>, Seconds> days;
     Seconds wall = *WallOfDay(2001, 1, 1);
     for (int day = 1; wall < *WallOfDay(2101, 1, 1); ++day, wall += kSecondsOfDay)
@@ -33,8 +28,7 @@ std::map<std::array<int, 3>, Seconds> DaysOfCentury(const ShortDate& shortDate)
     return days;
 }
 
-std::optional<int> HourOf(const DateFields& fields)
-{
+std::optional<int> HourOf(const DateFields& fields) {
     const int hour = fields.numbers[3];
     if (fields.halfDay == DateFields::HalfDay::None || hour > 12)
         return hour < 24 ? std::optional(hour) : std::nullopt;
@@ -43,13 +37,9 @@ std::optional<int> HourOf(const DateFields& fields)
 
 }  // namespace
 
-std::string_view NameOf(DateStyle::Order order)
-{
-    return kOrderNames[static_cast<std::size_t>(order)];
-}
+std::string_view NameOf(DateStyle::Order order) { return kOrderNames[static_cast<std::size_t>(order)]; }
 
-DateStyle StyleOf(const ShortDate& shortDate)
-{
+DateStyle StyleOf(const ShortDate& shortDate) {
     const std::array<int, 3> numbers = NumbersOf(shortDate(CTime(2033, 11, 25, kNoon, 0, 0)));
     for (std::size_t order = 0; order < kPlaces.size(); ++order) {
         const auto [year, month, day] = kPlaces[order];
@@ -60,8 +50,7 @@ DateStyle StyleOf(const ShortDate& shortDate)
     return {.order = {}, .days = DaysOfCentury(shortDate)};
 }
 
-std::optional<Seconds> DateReader::DayOf(const std::array<int, 3>& numbers, bool hasLongYear) const
-{
+std::optional<Seconds> DateReader::DayOf(const std::array<int, 3>& numbers, bool hasLongYear) const {
     if (!m_style.days.empty()) {
         const auto found = m_style.days.find(numbers);
         return found == m_style.days.end() ? std::nullopt : std::optional(found->second);
@@ -74,8 +63,7 @@ std::optional<Seconds> DateReader::DayOf(const std::array<int, 3>& numbers, bool
     return WallOfDay(year, numbers[monthAt], numbers[dayAt]);
 }
 
-std::optional<Seconds> DateReader::Read(std::string_view text) const
-{
+std::optional<Seconds> DateReader::Read(std::string_view text) const {
     const std::optional<DateFields> fields = ReadDateFields(text);
     if (!fields || fields->count != fields->numbers.size())
         return {};

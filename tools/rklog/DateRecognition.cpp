@@ -23,15 +23,11 @@ constexpr Seconds kTolerance = 2 * kSecondsOfMinute;
 // How far a wall's time may be ahead of the UTC of a file's last change.
 constexpr Seconds kFarthestZones = 2 * kSecondsOfDay;
 
-bool Agree(Seconds a, Seconds b)
-{
-    return std::abs(a - b) < kTolerance;
-}
+bool Agree(Seconds a, Seconds b) { return std::abs(a - b) < kTolerance; }
 
 }  // namespace
 
-void DateSamples::TakeFrom(const std::string& path)
-{
+void DateSamples::TakeFrom(const std::string& path) {
     try {
         InputFile::Facts facts;
         if (!InputFile::Look(path, facts) || !facts.isRegular)
@@ -53,8 +49,7 @@ void DateSamples::TakeFrom(const std::string& path)
     }
 }
 
-void DateSamples::TakeFrom(const InputFile& file, std::uint64_t offset)
-{
+void DateSamples::TakeFrom(const InputFile& file, std::uint64_t offset) {
     EntryScanner scanner;
     scanner.Took(file.ReadAt(offset, scanner.Room(), kSampledByteCount));
     scanner.Finish();
@@ -65,8 +60,7 @@ void DateSamples::TakeFrom(const InputFile& file, std::uint64_t offset)
     }
 }
 
-DateSamples::Score DateSamples::ScoreOf(const DateReader& reader) const
-{
+DateSamples::Score DateSamples::ScoreOf(const DateReader& reader) const {
     Score score;
     std::map<std::string_view, Seconds> starts;  // on the wall, by thread
     for (const Sample& sample : m_samples) {
@@ -84,14 +78,12 @@ DateSamples::Score DateSamples::ScoreOf(const DateReader& reader) const
     return score;
 }
 
-bool DateSamples::ReadAlike(const DateReader& a, const DateReader& b) const
-{
+bool DateSamples::ReadAlike(const DateReader& a, const DateReader& b) const {
     return std::all_of(m_samples.begin(), m_samples.end(),
                        [&](const Sample& sample) { return a.Read(sample.date) == b.Read(sample.date); });
 }
 
-DateSamples::Verdict DateSamples::Recognise(const DateStyle& users) const
-{
+DateSamples::Verdict DateSamples::Recognise(const DateStyle& users) const {
     using enum DateStyle::Order;
     std::vector<DateReader> readers{DateReader(users)};
     for (const DateStyle::Order order : {DayMonthYear, MonthDayYear, YearMonthDay}) {

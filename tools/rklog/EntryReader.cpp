@@ -2,8 +2,7 @@
 
 namespace rklog {
 
-bool EntryReader::Next(Entry& entry)
-{
+bool EntryReader::Next(Entry& entry) {
     entry.file = m_file.Path();
     while (!m_scanner.Next(entry)) {
         if (m_isAtEnd)

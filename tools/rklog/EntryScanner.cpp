@@ -7,8 +7,7 @@
 
 namespace rklog {
 
-char* EntryScanner::Room()
-{
+char* EntryScanner::Room() {
     if (m_begin > 0) {
         std::memmove(m_bytes.data(), m_bytes.data() + m_begin, m_end - m_begin);
         m_offset += m_begin;
@@ -21,15 +20,13 @@ char* EntryScanner::Room()
     return m_bytes.data() + m_end;
 }
 
-void EntryScanner::StartAt(std::uint64_t offset)
-{
+void EntryScanner::StartAt(std::uint64_t offset) {
     m_begin = m_end = m_searched = 0;
     m_offset = offset;
     m_isFinished = m_isPaused = false;
 }
 
-bool EntryScanner::Next(Entry& entry)
-{
+bool EntryScanner::Next(Entry& entry) {
     if (FindNextStart())
         Give(m_nextStart, entry);
     else if (m_begin < m_end &&
@@ -41,8 +38,7 @@ bool EntryScanner::Next(Entry& entry)
 }
 
 // Goes from line to line: the library's search for one byte is several times as fast as any for a longer text.
-bool EntryScanner::FindNextStart()
-{
+bool EntryScanner::FindNextStart() {
     m_searched = std::max(m_searched, m_begin);
     while (m_searched < m_end) {
         const char* const from = m_bytes.data() + m_searched;
@@ -67,14 +63,12 @@ bool EntryScanner::FindNextStart()
     return false;
 }
 
-bool EntryScanner::HasWholeEntryAtEnd() const
-{
+bool EntryScanner::HasWholeEntryAtEnd() const {
     const std::string_view bytes(m_bytes.data() + m_begin, m_end - m_begin);
     return bytes.ends_with(kEntryEnd) && bytes.starts_with(kEntryStart);
 }
 
-void EntryScanner::Give(std::size_t end, Entry& entry)
-{
+void EntryScanner::Give(std::size_t end, Entry& entry) {
     std::string_view bytes(m_bytes.data() + m_begin, end - m_begin);
     if (bytes.starts_with(kEntryStart) && !bytes.ends_with(kEntryEnd)) {
         const std::size_t footer = bytes.rfind(kEntryEnd);

@@ -20,14 +20,13 @@ class EntryScanner {
 public:
     static constexpr std::size_t kBlockByteCount = std::size_t{1} << 20;
 
-    explicit EntryScanner(std::size_t longestByteCount = std::size_t{256} << 20) : m_longestByteCount(longestByteCount)
-    {}
+    explicit EntryScanner(std::size_t longestByteCount = std::size_t{256} << 20)
+        : m_longestByteCount(longestByteCount) {}
 
     /// Room for the next `kBlockByteCount` bytes; what was given before becomes invalid.
     char* Room();
     /// Takes the first `byteCount` bytes of the room.
-    void Took(std::size_t byteCount)
-    {
+    void Took(std::size_t byteCount) {
         m_end += byteCount;
         m_isPaused = false;
     }

@@ -31,8 +31,7 @@ public:
     explicit Fields(std::string_view rest) : m_rest(rest) {}
 
     /// Reads up to the markup; false, with all of the rest as the field, when it is not there.
-    bool ReadUpTo(std::string_view markup, std::string_view& field)
-    {
+    bool ReadUpTo(std::string_view markup, std::string_view& field) {
         const std::size_t end = m_rest.find(markup);
         field = m_rest.substr(0, end);
         m_rest.remove_prefix(end == std::string_view::npos ? m_rest.size() : end + markup.size());
@@ -44,8 +43,7 @@ private:
     std::string_view m_rest;
 };
 
-bool ReadHeader(Fields& fields, Entry& entry)
-{
+bool ReadHeader(Fields& fields, Entry& entry) {
     for (const Separator& separator : kBeforeSeverity) {
         if (!fields.ReadUpTo(separator.markup, entry.*separator.field))
             return false;
@@ -63,8 +61,7 @@ bool ReadHeader(Fields& fields, Entry& entry)
 
 }  // namespace
 
-void TakeApart(std::string_view bytes, Entry& entry)
-{
+void TakeApart(std::string_view bytes, Entry& entry) {
     const Entry place = std::exchange(entry, {});
     entry.file = place.file;
     entry.offset = place.offset;
@@ -83,8 +80,7 @@ void TakeApart(std::string_view bytes, Entry& entry)
     entry.wholeness = hasEnd && hasHeader ? Wholeness::Whole : Wholeness::Torn;
 }
 
-std::string Unescaped(std::string_view field)
-{
+std::string Unescaped(std::string_view field) {
     std::string text;
     text.reserve(field.size());
     for (std::size_t at = field.find(kAmpersand); at != std::string_view::npos; at = field.find(kAmpersand)) {

@@ -16,8 +16,7 @@ constexpr Seconds kClockChanges[] = {0, kSecondsOfHour, -kSecondsOfHour};
 
 }  // namespace
 
-Timestamp ReadTimestamp(std::string_view text)
-{
+Timestamp ReadTimestamp(std::string_view text) {
     const std::size_t colon = text.rfind(':');
     if (colon == std::string_view::npos)
         return {.date = text, .sinceLoad = {}};
@@ -28,8 +27,7 @@ Timestamp ReadTimestamp(std::string_view text)
     return {.date = text.substr(0, colon), .sinceLoad = isRead ? std::optional(seconds) : std::nullopt};
 }
 
-void EntryTimes::Notice(const Entry& entry)
-{
+void EntryTimes::Notice(const Entry& entry) {
     const std::optional<Process> process = ReadLogStart(entry);
     if (!process)
         return;
@@ -42,8 +40,7 @@ void EntryTimes::Notice(const Entry& entry)
     m_threads.insert_or_assign(std::string(entry.thread), shared);
 }
 
-std::optional<Seconds> EntryTimes::WallOf(std::string_view date)
-{
+std::optional<Seconds> EntryTimes::WallOf(std::string_view date) {
     if (m_lastDate != date) {
         m_lastDate = date;
         m_lastWall = m_reader.Read(date);
@@ -52,8 +49,7 @@ std::optional<Seconds> EntryTimes::WallOf(std::string_view date)
     return m_lastWall;
 }
 
-EntryTimes::ProcessPointer EntryTimes::ProcessOf(const Entry& entry, std::optional<Seconds> wall, Seconds sinceLoad)
-{
+EntryTimes::ProcessPointer EntryTimes::ProcessOf(const Entry& entry, std::optional<Seconds> wall, Seconds sinceLoad) {
     const auto known = m_threads.find(std::string(entry.thread));
     ProcessPointer ofThread = known == m_threads.end() ? nullptr : known->second;
     if (!wall)
@@ -78,8 +74,7 @@ EntryTimes::ProcessPointer EntryTimes::ProcessOf(const Entry& entry, std::option
     return nullptr;
 }
 
-EntryTime EntryTimes::Of(const Entry& entry)
-{
+EntryTime EntryTimes::Of(const Entry& entry) {
     EntryTime result;
     const auto [date, sinceLoad] = ReadTimestamp(entry.timestamp);
     const std::optional<Seconds> wall = WallOf(date);

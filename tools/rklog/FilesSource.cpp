@@ -4,8 +4,7 @@
 
 namespace rklog {
 
-bool FilesSource::Next(Entry& entry)
-{
+bool FilesSource::Next(Entry& entry) {
     for (;;) {
         try {
             if (m_reader && m_reader->Next(entry))

@@ -12,13 +12,11 @@ namespace rklog {
 
 namespace {
 
-bool IsOneOf(std::string_view field, const std::vector<std::string>& wanted)
-{
+bool IsOneOf(std::string_view field, const std::vector<std::string>& wanted) {
     return wanted.empty() || std::find(wanted.begin(), wanted.end(), field) != wanted.end();
 }
 
-bool Holds(std::string_view text, const std::string& sought)
-{
+bool Holds(std::string_view text, const std::string& sought) {
     return memmem(text.data(), text.size(), sought.data(), sought.size()) != nullptr;
 }
 
@@ -28,8 +26,7 @@ struct Searched {
     std::string description;
 };
 
-bool Holds(const Searched& searched, const std::string& sought, bool ignoresCase)
-{
+bool Holds(const Searched& searched, const std::string& sought, bool ignoresCase) {
     if (!ignoresCase)
         return Holds(searched.message, sought) || Holds(searched.description, sought);
     const CString text(sought);
@@ -38,8 +35,7 @@ bool Holds(const Searched& searched, const std::string& sought, bool ignoresCase
 
 }  // namespace
 
-bool Filter::Admits(const Entry& entry) const
-{
+bool Filter::Admits(const Entry& entry) const {
     if (level && (!entry.level || *entry.level > *level))
         return false;
     if (!categories.empty() && !IsOneOf(Unescaped(entry.category), categories))
@@ -56,15 +52,13 @@ bool Filter::Admits(const Entry& entry) const
            });
 }
 
-bool Filter::Admits(const EntryTime& time) const
-{
+bool Filter::Admits(const EntryTime& time) const {
     if (!NeedsTimes())
         return true;
     return !time.isBeforeAll && (!sinceUtc || time.utc >= *sinceUtc) && (!untilUtc || time.utc <= *untilUtc);
 }
 
-std::vector<std::string> LogTextsOfId(const CString& guid)
-{
+std::vector<std::string> LogTextsOfId(const CString& guid) {
     const bool hasBraces = guid.Left(1) == u"{";
     CString bare = hasBraces ? guid.Mid(1, guid.GetLength() - 2) : guid;
     bare.MakeUpper();

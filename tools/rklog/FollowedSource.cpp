@@ -6,8 +6,7 @@
 
 namespace rklog {
 
-bool FollowedSource::Next(Entry& entry)
-{
+bool FollowedSource::Next(Entry& entry) {
     try {
         for (;;) {
             if (m_file) {
@@ -37,8 +36,7 @@ bool FollowedSource::Next(Entry& entry)
 
 // False when there is nothing new in the file; then nothing is kept of an entry that has not come whole, since the writer
 // may replace a beginning by another entry.
-bool FollowedSource::ReadOn()
-{
+bool FollowedSource::ReadOn() {
     const std::size_t byteCount = m_file->Read(m_scanner.Room(), EntryScanner::kBlockByteCount);
     m_scanner.Took(byteCount);
     if (byteCount > 0) {
@@ -53,8 +51,7 @@ bool FollowedSource::ReadOn()
     return fileByteCount > 0;
 }
 
-bool FollowedSource::IsDone()
-{
+bool FollowedSource::IsDone() {
     if (!m_isLast)
         return true;
     InputFile::Facts facts;
@@ -69,14 +66,12 @@ bool FollowedSource::IsDone()
     return false;
 }
 
-void FollowedSource::GoTo(std::uint64_t offset)
-{
+void FollowedSource::GoTo(std::uint64_t offset) {
     m_file->GoTo(offset);
     m_scanner.StartAt(offset);
 }
 
-void FollowedSource::FindFiles()
-{
+void FollowedSource::FindFiles() {
     std::set<InputFile::Identity> there;
     InputFile::Facts facts;
     if (!InputFile::Look(m_path, facts))
@@ -93,8 +88,7 @@ void FollowedSource::FindFiles()
     m_known = std::move(there);
 }
 
-bool FollowedSource::OpenNext()
-{
+bool FollowedSource::OpenNext() {
     if (m_paths.empty())
         FindFiles();
     if (m_paths.empty())

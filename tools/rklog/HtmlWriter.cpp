@@ -11,16 +11,12 @@ namespace {
 
 constexpr std::string_view kEntries = "ENTRIES";
 
-std::size_t PlaceOfEntries()
-{
-    return kPage.find(kEntries);
-}
+std::size_t PlaceOfEntries() { return kPage.find(kEntries); }
 
 class HtmlWriter : public RecordWriter {
 public:
     void Begin(std::ostream& out) override { WritePart(kPage.substr(0, PlaceOfEntries()), out); }
-    void Write(const Record& record, std::ostream& out) override
-    {
+    void Write(const Record& record, std::ostream& out) override {
         std::string element = m_isFirst ? "" : ",\n";
         m_isFirst = false;
         AppendJson(record, JsonPlace::Script, element);
@@ -29,8 +25,7 @@ public:
     void End(std::ostream& out) override { WritePart(kPage.substr(PlaceOfEntries() + kEntries.size()), out); }
 
 private:
-    void WritePart(std::string_view part, std::ostream& out) const
-    {
+    void WritePart(std::string_view part, std::ostream& out) const {
         constexpr std::string_view kPlace = "NONCE";
         for (std::size_t at = part.find(kPlace); at != std::string_view::npos; at = part.find(kPlace)) {
             out << part.substr(0, at) << m_nonce;
@@ -46,9 +41,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<RecordWriter> MakeHtmlWriter()
-{
-    return std::make_unique<HtmlWriter>();
-}
+std::unique_ptr<RecordWriter> MakeHtmlWriter() { return std::make_unique<HtmlWriter>(); }
 
 }  // namespace rklog

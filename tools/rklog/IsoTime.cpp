@@ -20,15 +20,13 @@ class Places {
 public:
     explicit Places(std::string_view text) : m_text(text) {}
 
-    bool Skip(std::string_view oneOf)
-    {
+    bool Skip(std::string_view oneOf) {
         if (m_text.empty() || oneOf.find(m_text[0]) == std::string_view::npos)
             return false;
         m_text.remove_prefix(1);
         return true;
     }
-    bool ReadNumber(std::size_t digitCount, int& number)
-    {
+    bool ReadNumber(std::size_t digitCount, int& number) {
         if (m_text.size() < digitCount)
             return false;
         number = 0;
@@ -40,8 +38,7 @@ public:
         m_text.remove_prefix(digitCount);
         return true;
     }
-    void SkipDigits()
-    {
+    void SkipDigits() {
         while (Skip("0123456789")) {
         }
     }
@@ -51,8 +48,7 @@ private:
     std::string_view m_text;
 };
 
-bool ReadDay(Places& places, IsoTime& time)
-{
+bool ReadDay(Places& places, IsoTime& time) {
     int year = 0, month = 0, day = 0;
     if (!places.ReadNumber(4, year) || !places.Skip("-") || !places.ReadNumber(2, month) || !places.Skip("-") ||
         !places.ReadNumber(2, day))
@@ -63,8 +59,7 @@ bool ReadDay(Places& places, IsoTime& time)
     return wall.has_value();
 }
 
-bool ReadTimeOfDay(Places& places, IsoTime& time)
-{
+bool ReadTimeOfDay(Places& places, IsoTime& time) {
     int hour = 0, minute = 0, second = 0;
     if (!places.ReadNumber(2, hour) || !places.Skip(":") || !places.ReadNumber(2, minute))
         return false;
@@ -80,8 +75,7 @@ bool ReadTimeOfDay(Places& places, IsoTime& time)
     return hour < 24 && minute < 60 && second <= 60;
 }
 
-bool ReadZone(Places& places, IsoTime& time)
-{
+bool ReadZone(Places& places, IsoTime& time) {
     if (places.Skip("Z")) {
         time.zoneOffset = 0;
         return true;
@@ -100,8 +94,7 @@ bool ReadZone(Places& places, IsoTime& time)
 
 }  // namespace
 
-std::optional<IsoTime> ReadIsoTime(std::string_view text)
-{
+std::optional<IsoTime> ReadIsoTime(std::string_view text) {
     Places places(text);
     IsoTime time;
     if (!ReadDay(places, time))
@@ -115,8 +108,7 @@ std::optional<IsoTime> ReadIsoTime(std::string_view text)
     return places.AreAtEnd() ? std::optional(time) : std::nullopt;
 }
 
-std::string IsoText(const IsoTime& time)
-{
+std::string IsoText(const IsoTime& time) {
     const auto day = floor<days>(sys_seconds(seconds(time.wall)));
     const year_month_day date(day);
     const Seconds ofDay = time.wall - duration_cast<seconds>(day.time_since_epoch()).count();
@@ -137,8 +129,7 @@ std::string IsoText(const IsoTime& time)
     return text;
 }
 
-std::optional<Seconds> WallOfDay(int year, int month, int day)
-{
+std::optional<Seconds> WallOfDay(int year, int month, int day) {
     const year_month_day date{std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
                               std::chrono::day(static_cast<unsigned>(day))};
     if (!date.ok())
@@ -146,8 +137,7 @@ std::optional<Seconds> WallOfDay(int year, int month, int day)
     return duration_cast<seconds>(sys_days(date).time_since_epoch()).count();
 }
 
-Seconds UtcOfWall(Seconds wall)
-{
+Seconds UtcOfWall(Seconds wall) {
     const auto day = floor<days>(sys_seconds(seconds(wall)));
     const year_month_day date(day);
     const auto ofDay = static_cast<int>(wall - duration_cast<seconds>(day.time_since_epoch()).count());
@@ -156,8 +146,7 @@ Seconds UtcOfWall(Seconds wall)
     return static_cast<Seconds>(std::floor(time.GetCFAbsoluteTime())) + kUtcOf2001;
 }
 
-Seconds WallOfUtc(Seconds utc)
-{
+Seconds WallOfUtc(Seconds utc) {
     const CTime time = CTime::FromCFAbsoluteTime(static_cast<double>(utc - kUtcOf2001));
     const std::optional<Seconds> day = WallOfDay(time.GetYear(), time.GetMonth(), time.GetDay());
     return day.value_or(0) + time.GetHour() * kSecondsOfHour + time.GetMinute() * kSecondsOfMinute + time.GetSecond();

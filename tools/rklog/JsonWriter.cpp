@@ -6,14 +6,12 @@ namespace rklog {
 
 namespace {
 
-void AppendEscape(unsigned char c, std::string& out)
-{
+void AppendEscape(unsigned char c, std::string& out) {
     constexpr char kDigits[] = "0123456789abcdef";
     out.append("\\u00").append(1, kDigits[c >> 4]).append(1, kDigits[c & 0xF]);
 }
 
-void AppendString(std::string_view text, JsonPlace place, std::string& out)
-{
+void AppendString(std::string_view text, JsonPlace place, std::string& out) {
     out += '"';
     for (const char c : text) {
         const auto byte = static_cast<unsigned char>(c);
@@ -33,8 +31,7 @@ void AppendString(std::string_view text, JsonPlace place, std::string& out)
 
 class JsonWriter : public RecordWriter {
 public:
-    void Write(const Record& record, std::ostream& out) override
-    {
+    void Write(const Record& record, std::ostream& out) override {
         m_line.clear();
         AppendJson(record, JsonPlace::Line, m_line);
         out << (m_line += '\n');
@@ -46,8 +43,7 @@ private:
 
 }  // namespace
 
-void AppendJson(const Record& record, JsonPlace place, std::string& out)
-{
+void AppendJson(const Record& record, JsonPlace place, std::string& out) {
     std::string_view separator = "{";
     for (const RecordField& field : kRecordFields) {
         const std::string& text = record.*field.text;
@@ -65,9 +61,6 @@ void AppendJson(const Record& record, JsonPlace place, std::string& out)
     out += '}';
 }
 
-std::unique_ptr<RecordWriter> MakeJsonWriter()
-{
-    return std::make_unique<JsonWriter>();
-}
+std::unique_ptr<RecordWriter> MakeJsonWriter() { return std::make_unique<JsonWriter>(); }
 
 }  // namespace rklog

@@ -14,8 +14,7 @@ constexpr std::array<std::string_view, kLevelCount> kNames = {"Emergency", "Crit
 
 }  // namespace
 
-std::optional<rk::ErkLogLevel> LevelOf(std::string_view severity)
-{
+std::optional<rk::ErkLogLevel> LevelOf(std::string_view severity) {
     for (int level = 0; level < kLevelCount; ++level) {
         if (kNames[static_cast<std::size_t>(level)] == severity)
             return static_cast<rk::ErkLogLevel>(level);
@@ -23,8 +22,7 @@ std::optional<rk::ErkLogLevel> LevelOf(std::string_view severity)
     return {};
 }
 
-std::optional<rk::ErkLogLevel> LevelOfArgument(std::string_view name)
-{
+std::optional<rk::ErkLogLevel> LevelOfArgument(std::string_view name) {
     if (name.size() == 1 && name[0] >= '0' && name[0] < '0' + kLevelCount)
         return static_cast<rk::ErkLogLevel>(name[0] - '0');
     std::string lower;
@@ -37,8 +35,7 @@ std::optional<rk::ErkLogLevel> LevelOfArgument(std::string_view name)
     return LevelOf(lower);
 }
 
-std::string_view NameOf(std::optional<rk::ErkLogLevel> level)
-{
+std::string_view NameOf(std::optional<rk::ErkLogLevel> level) {
     return level ? kNames[static_cast<std::size_t>(*level)] : std::string_view();
 }
 

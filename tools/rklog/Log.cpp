@@ -12,8 +12,7 @@ namespace rklog {
 
 namespace {
 
-std::optional<Seconds> FirstWallOf(const std::string& path, const DateReader& reader)
-{
+std::optional<Seconds> FirstWallOf(const std::string& path, const DateReader& reader) {
     EntryReader entries(path);
     constexpr int kMostEntries = 100;
     Entry entry;
@@ -26,8 +25,7 @@ std::optional<Seconds> FirstWallOf(const std::string& path, const DateReader& re
 
 /// The files are in the order of their last changes. Copying changes that; where the first dates of the files say
 /// otherwise, by more than a clock change does, they are put into the order of those dates.
-void CheckOrder(std::vector<std::string>& paths, const DateReader& reader)
-{
+void CheckOrder(std::vector<std::string>& paths, const DateReader& reader) {
     struct Dated {
         std::optional<Seconds> wall;
         std::string path;
@@ -47,15 +45,13 @@ void CheckOrder(std::vector<std::string>& paths, const DateReader& reader)
 }  // namespace
 
 Log::Log(std::string path, Reading reading, Trouble& trouble)
-    : m_path(std::move(path)), m_reading(std::move(reading)), m_trouble(trouble)
-{
+    : m_path(std::move(path)), m_reading(std::move(reading)), m_trouble(trouble) {
     if (m_reading.follows && m_path != "-")
         m_source = std::make_unique<FollowedSource>(m_path, m_trouble);
 }
 
 // A log that is followed may come later, so its dates are looked at when its first entry is there.
-void Log::Open()
-{
+void Log::Open() {
     std::vector<std::string> paths;
     try {
         paths = FilesOf(m_path);
@@ -73,8 +69,7 @@ void Log::Open()
         m_source = std::make_unique<FilesSource>(std::move(paths), m_trouble);
 }
 
-DateStyle Log::Recognise(const std::vector<std::string>& paths)
-{
+DateStyle Log::Recognise(const std::vector<std::string>& paths) {
     if (m_reading.isNamed)
         return m_reading.users;
     DateSamples samples;
@@ -89,8 +84,7 @@ DateStyle Log::Recognise(const std::vector<std::string>& paths)
     return style;
 }
 
-bool Log::Next()
-{
+bool Log::Next() {
     m_time.reset();
     if (!m_source)
         Open();
@@ -104,21 +98,18 @@ bool Log::Next()
     return true;
 }
 
-const EntryTime& Log::Time()
-{
+const EntryTime& Log::Time() {
     if (!m_time)
         m_time = m_times->Of(m_entry);
     return *m_time;
 }
 
-MergedLogs::MergedLogs(std::vector<std::unique_ptr<Log>> logs)
-{
+MergedLogs::MergedLogs(std::vector<std::unique_ptr<Log>> logs) {
     for (auto& log : logs)
         m_heads.push_back({.log = std::move(log)});
 }
 
-Log* MergedLogs::Next()
-{
+Log* MergedLogs::Next() {
     if (m_given != nullptr)
         m_given->hasEntry = false;
     m_given = nullptr;

@@ -17,14 +17,12 @@ namespace {
 struct Backup {
     std::int64_t modifiedNanoseconds;
     std::string path;
-    friend bool operator<(const Backup& a, const Backup& b)
-    {
+    friend bool operator<(const Backup& a, const Backup& b) {
         return std::tie(a.modifiedNanoseconds, a.path) < std::tie(b.modifiedNanoseconds, b.path);
     }
 };
 
-bool HasEntryNearStart(const std::string& path)
-{
+bool HasEntryNearStart(const std::string& path) {
     constexpr std::size_t kNear = 64 << 10;
     std::string bytes(kNear, '\0');
     bytes.resize(InputFile(path).Read(bytes.data(), bytes.size()));
@@ -33,13 +31,11 @@ bool HasEntryNearStart(const std::string& path)
 
 }  // namespace
 
-std::string ActiveFileOf(const std::string& folder)
-{
+std::string ActiveFileOf(const std::string& folder) {
     return (std::filesystem::path(folder) / CrkLogWriter::m_activeFileName.ToUtf8()).string();
 }
 
-std::vector<std::string> FilesOfFolder(const std::string& folder)
-{
+std::vector<std::string> FilesOfFolder(const std::string& folder) {
     const std::string activePath = ActiveFileOf(folder);
     std::vector<Backup> backups;
     for (const auto& item : std::filesystem::directory_iterator(folder)) {
@@ -59,8 +55,7 @@ std::vector<std::string> FilesOfFolder(const std::string& folder)
     return paths;
 }
 
-std::vector<std::string> FilesOf(const std::string& path)
-{
+std::vector<std::string> FilesOf(const std::string& path) {
     InputFile::Facts facts;
     return path != "-" && InputFile::Look(path, facts) && facts.isFolder ? FilesOfFolder(path)
                                                                          : std::vector<std::string>{path};

@@ -53,14 +53,12 @@ struct Reader {
     std::vector<std::string> patterns;
 };
 
-[[noreturn]] void Refuse(std::string_view reason, Value value)
-{
+[[noreturn]] void Refuse(std::string_view reason, Value value) {
     throw std::invalid_argument(std::string(reason) + ": " + std::string(value));
 }
 
 template <class Choice, std::size_t N>
-Choice ChoiceOf(const std::pair<std::string_view, Choice> (&choices)[N], std::string_view what, Value value)
-{
+Choice ChoiceOf(const std::pair<std::string_view, Choice> (&choices)[N], std::string_view what, Value value) {
     for (const auto& [name, choice] : choices) {
         if (name == value)
             return choice;
@@ -68,15 +66,13 @@ Choice ChoiceOf(const std::pair<std::string_view, Choice> (&choices)[N], std::st
     Refuse(what, value);
 }
 
-void SetLevel(Reader& reader, Value value)
-{
+void SetLevel(Reader& reader, Value value) {
     reader.options.filter.level = LevelOfArgument(value);
     if (!reader.options.filter.level)
         Refuse("no level", value);
 }
 
-void AddId(Reader& reader, Value value)
-{
+void AddId(Reader& reader, Value value) {
     const std::vector<std::string> texts = LogTextsOfId(CString(value));
     if (texts.empty())
         Refuse("no GUID", value);
@@ -84,24 +80,21 @@ void AddId(Reader& reader, Value value)
     ids.insert(ids.end(), texts.begin(), texts.end());
 }
 
-void AddThread(Reader& reader, Value value)
-{
+void AddThread(Reader& reader, Value value) {
     if (value.starts_with("0x"))
         value.remove_prefix(2);
     CString digits(value);
     reader.options.filter.threads.push_back(digits.MakeLower().ToUtf8());
 }
 
-Stretch StretchOf(const Reader& reader, Value value)
-{
+Stretch StretchOf(const Reader& reader, Value value) {
     const std::optional<Stretch> stretch = ReadPointInTime(value, reader.nowUtc);
     if (!stretch)
         Refuse("no time", value);
     return *stretch;
 }
 
-void SetLast(Reader& reader, Value value)
-{
+void SetLast(Reader& reader, Value value) {
     std::size_t count = 0;
     const char* const end = value.data() + value.size();
     const auto [read, error] = std::from_chars(value.data(), end, count);
@@ -110,16 +103,14 @@ void SetLast(Reader& reader, Value value)
     reader.options.last = count;
 }
 
-void SetFormat(Reader& reader, Value value)
-{
+void SetFormat(Reader& reader, Value value) {
     using enum Options::Format;
     constexpr std::pair<std::string_view, Options::Format> kFormats[] = {
         {"text", Text}, {"json", Json}, {"csv", Csv}, {"html", Html}, {"xml", Xml}};
     reader.options.format = ChoiceOf(kFormats, "no format", value);
 }
 
-void SetColors(Reader& reader, Value value)
-{
+void SetColors(Reader& reader, Value value) {
     using enum Options::Colors;
     constexpr std::pair<std::string_view, Options::Colors> kColors[] = {
         {"auto", Automatic}, {"always", Always}, {"never", Never}};
@@ -161,15 +152,12 @@ constexpr Switch kSwitches[] = {
     {"--version", [](Options& o) { o.wantsVersion = true; }},
 };
 
-template <class Table>
-auto Find(const Table& table, std::string_view name)
-{
+template <class Table> auto Find(const Table& table, std::string_view name) {
     const auto found = std::find_if(std::begin(table), std::end(table), [&](const auto& o) { return o.name == name; });
     return found == std::end(table) ? nullptr : &*found;
 }
 
-void TakeOption(Reader& reader, const std::vector<std::string_view>& arguments, std::size_t& next)
-{
+void TakeOption(Reader& reader, const std::vector<std::string_view>& arguments, std::size_t& next) {
     const std::string_view argument = arguments[next - 1];
     const std::size_t equals = argument.starts_with("--") ? argument.find('=') : std::string_view::npos;
     const std::string_view name = argument.substr(0, equals);
@@ -187,8 +175,7 @@ void TakeOption(Reader& reader, const std::vector<std::string_view>& arguments, 
     found->take(reader, arguments[next++]);
 }
 
-void Check(const Options& options)
-{
+void Check(const Options& options) {
     if (options.follows && (options.counts || options.wantsStats || options.format == Options::Format::Html))
         throw std::invalid_argument("--follow has no end, so neither a count, statistics nor a page");
     if (options.counts + options.wantsStats + (options.format != Options::Format::Text) > 1)
@@ -197,8 +184,7 @@ void Check(const Options& options)
 
 }  // namespace
 
-Options ReadOptions(const std::vector<std::string_view>& arguments, Seconds nowUtc)
-{
+Options ReadOptions(const std::vector<std::string_view>& arguments, Seconds nowUtc) {
     Reader reader{.options = {}, .nowUtc = nowUtc, .patterns = {}};
     bool takesOptions = true;
     for (std::size_t next = 0; next < arguments.size() && !reader.options.wantsHelp;) {

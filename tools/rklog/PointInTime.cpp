@@ -7,8 +7,7 @@ namespace rklog {
 
 namespace {
 
-std::optional<Seconds> ReadAge(std::string_view text)
-{
+std::optional<Seconds> ReadAge(std::string_view text) {
     constexpr struct {
         char name;
         Seconds seconds;
@@ -29,8 +28,7 @@ std::optional<Seconds> ReadAge(std::string_view text)
 
 }  // namespace
 
-std::optional<Stretch> ReadPointInTime(std::string_view text, Seconds nowUtc)
-{
+std::optional<Stretch> ReadPointInTime(std::string_view text, Seconds nowUtc) {
     if (const std::optional<Seconds> age = ReadAge(text))
         return Stretch{nowUtc - *age, nowUtc - *age};
     const IsoTime today{.wall = WallOfUtc(nowUtc), .zoneOffset = {}, .precision = kSecondsOfDay};

@@ -19,8 +19,7 @@ constexpr struct {
 };
 
 /// "%22" is a quotation mark again.
-std::string Decoded(std::string_view value)
-{
+std::string Decoded(std::string_view value) {
     std::string text;
     while (!value.empty()) {
         unsigned byte = 0;
@@ -37,8 +36,7 @@ std::string Decoded(std::string_view value)
 }
 
 /// The value behind `key="`, as it stands; "" when the key is not there.
-std::string_view ValueOf(std::string_view message, std::string_view key)
-{
+std::string_view ValueOf(std::string_view message, std::string_view key) {
     const std::string opening = " " + std::string(key) + "=\"";
     const std::size_t at = message.find(opening);
     if (at == std::string_view::npos)
@@ -49,13 +47,9 @@ std::string_view ValueOf(std::string_view message, std::string_view key)
 
 }  // namespace
 
-std::string Process::Name() const
-{
-    return (host.empty() ? "" : host + ":") + program + "[" + id + "]";
-}
+std::string Process::Name() const { return (host.empty() ? "" : host + ":") + program + "[" + id + "]"; }
 
-std::optional<Process> ReadLogStart(const Entry& entry)
-{
+std::optional<Process> ReadLogStart(const Entry& entry) {
     static const std::string category = CrkLogTypes::LogTypeApplicationStart.ToUtf8();
     if (!entry.message.starts_with(kStart) || entry.category != category)
         return {};

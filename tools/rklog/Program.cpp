@@ -17,16 +17,14 @@ namespace rklog {
 
 namespace {
 
-Colors ColorsOf(const Options& options, bool isTerminal)
-{
+Colors ColorsOf(const Options& options, bool isTerminal) {
     const char* const refusal = std::getenv("NO_COLOR");
     const bool isWanted = isTerminal && (refusal == nullptr || *refusal == '\0');
     const bool isAlways = options.colors == Options::Colors::Always;
     return isAlways || (options.colors == Options::Colors::Automatic && isWanted) ? Colors::Terminal : Colors::None;
 }
 
-std::unique_ptr<RecordWriter> MakeWriter(const Options& options, bool isTerminal)
-{
+std::unique_ptr<RecordWriter> MakeWriter(const Options& options, bool isTerminal) {
     switch (options.format) {
     case Options::Format::Json:
         return MakeJsonWriter();
@@ -42,8 +40,7 @@ std::unique_ptr<RecordWriter> MakeWriter(const Options& options, bool isTerminal
     return MakeTextWriter(ColorsOf(options, isTerminal));
 }
 
-std::unique_ptr<Sink> MakeSink(const Options& options, bool isTerminal, std::ostream& out)
-{
+std::unique_ptr<Sink> MakeSink(const Options& options, bool isTerminal, std::ostream& out) {
     if (options.counts)
         return std::make_unique<CountSink>(out);
     if (options.wantsStats)
@@ -53,8 +50,7 @@ std::unique_ptr<Sink> MakeSink(const Options& options, bool isTerminal, std::ost
     return std::make_unique<WriteSink>(MakeWriter(options, isTerminal), out);
 }
 
-MergedLogs OpenLogs(const Options& options, Trouble& trouble)
-{
+MergedLogs OpenLogs(const Options& options, Trouble& trouble) {
     const bool needsTimes = !options.counts || options.filter.NeedsTimes() || options.paths.size() > 1;
     Reading reading{
         .users = {}, .isNamed = !options.locale.empty(), .needsTimes = needsTimes, .follows = options.follows};
@@ -70,8 +66,7 @@ MergedLogs OpenLogs(const Options& options, Trouble& trouble)
 }
 
 /// Passes on what is there; returns whether an entry was wanted.
-bool Drain(MergedLogs& logs, const Filter& filter, Sink& sink)
-{
+bool Drain(MergedLogs& logs, const Filter& filter, Sink& sink) {
     bool isFound = false;
     while (Log* const log = logs.Next()) {
         const bool isInTime = !filter.NeedsTimes() || filter.Admits(log->Time());
@@ -83,8 +78,7 @@ bool Drain(MergedLogs& logs, const Filter& filter, Sink& sink)
     return isFound;
 }
 
-int Run(const Options& options, bool isTerminal, std::ostream& out, Trouble& trouble)
-{
+int Run(const Options& options, bool isTerminal, std::ostream& out, Trouble& trouble) {
     MergedLogs logs = OpenLogs(options, trouble);
     const std::unique_ptr<Sink> sink = MakeSink(options, isTerminal, out);
     bool isFound = Drain(logs, options.filter, *sink);
@@ -103,8 +97,7 @@ int Run(const Options& options, bool isTerminal, std::ostream& out, Trouble& tro
 
 }  // namespace
 
-int RunProgram(const std::vector<std::string_view>& arguments, bool isTerminal, std::ostream& out, std::ostream& err)
-{
+int RunProgram(const std::vector<std::string_view>& arguments, bool isTerminal, std::ostream& out, std::ostream& err) {
     Trouble trouble(err);
     try {
         const Options options = ReadOptions(arguments, std::time(nullptr));

@@ -13,26 +13,20 @@ namespace {
 
 constexpr std::string_view kNullId = "00000000-0000-0000-0000-000000000000";
 
-bool IsAscii(std::string_view text)
-{
+bool IsAscii(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<signed char>(c) >= 0; });
 }
 
 /// Bytes that are no UTF-8 become U+FFFD.
-std::string WellFormed(std::string text)
-{
-    return IsAscii(text) ? text : CString(text).ToUtf8();
-}
+std::string WellFormed(std::string text) { return IsAscii(text) ? text : CString(text).ToUtf8(); }
 
-std::string DamageOf(Wholeness wholeness)
-{
+std::string DamageOf(Wholeness wholeness) {
     return wholeness == Wholeness::Whole ? "" : wholeness == Wholeness::Torn ? "torn" : "stray";
 }
 
 }  // namespace
 
-Record RecordOf(const Entry& entry, const EntryTime& time)
-{
+Record RecordOf(const Entry& entry, const EntryTime& time) {
     const std::optional<Seconds> sinceLoad = ReadTimestamp(entry.timestamp).sinceLoad;
     return {
         .time = time.time ? IsoText(*time.time) : "",

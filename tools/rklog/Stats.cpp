@@ -17,8 +17,7 @@ constexpr std::size_t kRowsOfTable = 20;
 constexpr std::size_t kMinutesOfTable = 60;  // an hour in full, of more the busiest
 constexpr std::size_t kMessageLength = 200;  // bytes that tell messages apart
 
-void WriteTable(std::ostream& out, std::string_view title, const Tally& tally, std::vector<Tally::Row> rows)
-{
+void WriteTable(std::ostream& out, std::string_view title, const Tally& tally, std::vector<Tally::Row> rows) {
     out << '\n' << title;
     if (rows.size() < tally.RowCount())
         out << ", the " << rows.size() << " highest of " << tally.RowCount();
@@ -32,15 +31,13 @@ void WriteTable(std::ostream& out, std::string_view title, const Tally& tally, s
     }
 }
 
-std::string_view FirstLineOf(std::string_view message)
-{
+std::string_view FirstLineOf(std::string_view message) {
     return message.substr(0, std::min(message.find('\n'), kMessageLength));
 }
 
 }  // namespace
 
-void Stats::Count(const Entry& entry, const EntryTime& time)
-{
+void Stats::Count(const Entry& entry, const EntryTime& time) {
     ++m_entryCount;
     ++m_levels[static_cast<std::size_t>(entry.level.value_or(static_cast<rk::ErkLogLevel>(kLevelCount)))];
     m_categories.Count(entry.category);
@@ -58,8 +55,7 @@ void Stats::Count(const Entry& entry, const EntryTime& time)
     m_before = time;
 }
 
-void Stats::Write(std::ostream& out) const
-{
+void Stats::Write(std::ostream& out) const {
     out << m_entryCount << (m_entryCount == 1 ? " entry" : " entries") << "\n\nby level:\n";
     for (int level = 0; level <= kLevelCount; ++level) {
         const std::uint64_t count = m_levels[static_cast<std::size_t>(level)];

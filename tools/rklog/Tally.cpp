@@ -4,8 +4,7 @@
 
 namespace rklog {
 
-void Tally::Count(std::string_view text)
-{
+void Tally::Count(std::string_view text) {
     const auto found = m_counts.find(text);
     if (found != m_counts.end()) {
         ++found->second;
@@ -16,8 +15,7 @@ void Tally::Count(std::string_view text)
     m_counts.emplace(text, 1);
 }
 
-void Tally::ForgetRarer()
-{
+void Tally::ForgetRarer() {
     std::vector<std::uint64_t> counts;
     counts.reserve(m_counts.size());
     for (const auto& [text, count] : m_counts)
@@ -28,8 +26,7 @@ void Tally::ForgetRarer()
     m_possibleError += *middle;
 }
 
-std::vector<Tally::Row> Tally::Highest(std::size_t rowCount) const
-{
+std::vector<Tally::Row> Tally::Highest(std::size_t rowCount) const {
     std::vector<Row> rows(m_counts.begin(), m_counts.end());
     const auto end = rows.begin() + static_cast<std::ptrdiff_t>(std::min(rowCount, rows.size()));
     std::partial_sort(rows.begin(), end, rows.end(), [](const Row& a, const Row& b) {

@@ -19,8 +19,7 @@ class TextWriter : public RecordWriter {
 public:
     explicit TextWriter(Colors colors) : m_colors(colors) {}
 
-    void Write(const Record& record, std::ostream& out) override
-    {
+    void Write(const Record& record, std::ostream& out) override {
         m_line.clear();
         AppendTime(record);
         AppendLevel(record);
@@ -35,14 +34,12 @@ public:
     }
 
 private:
-    void AppendPart(std::string_view text, std::string_view behind)
-    {
+    void AppendPart(std::string_view text, std::string_view behind) {
         AppendVisible(text, m_line);
         m_line += behind;
     }
     /// The time to the second and on the log's wall; what stands in the log when it is not understood.
-    void AppendTime(const Record& record)
-    {
+    void AppendTime(const Record& record) {
         constexpr std::size_t kSecondLength = 19;  // of "2026-11-16T21:52:05"
         std::string time = record.time.empty() ? record.timestamp : record.time.substr(0, kSecondLength);
         if (!record.time.empty())
@@ -50,8 +47,7 @@ private:
         if (!time.empty())
             AppendPart(time, "  ");
     }
-    void AppendLevel(const Record& record)
-    {
+    void AppendLevel(const Record& record) {
         std::string_view name = record.level;
         if (name.empty())
             name = record.damage.empty() ? "-" : std::string_view(record.damage);
@@ -72,9 +68,6 @@ private:
 
 }  // namespace
 
-std::unique_ptr<RecordWriter> MakeTextWriter(Colors colors)
-{
-    return std::make_unique<TextWriter>(colors);
-}
+std::unique_ptr<RecordWriter> MakeTextWriter(Colors colors) { return std::make_unique<TextWriter>(colors); }
 
 }  // namespace rklog

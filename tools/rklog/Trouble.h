@@ -10,8 +10,7 @@ class Trouble {
 public:
     explicit Trouble(std::ostream& out) : m_out(out) {}
 
-    void Say(std::string_view reason)
-    {
+    void Say(std::string_view reason) {
         m_happened = true;
         Note(reason);
     }

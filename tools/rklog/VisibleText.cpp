@@ -4,8 +4,7 @@ namespace rklog {
 
 namespace {
 
-void AppendCode(char32_t character, std::string& out)
-{
+void AppendCode(char32_t character, std::string& out) {
     constexpr char kDigits[] = "0123456789ABCDEF";
     out += character > 0xFF ? "\\u" : "\\x";
     for (int shift = character > 0xFF ? 12 : 4; shift >= 0; shift -= 4)
@@ -14,8 +13,7 @@ void AppendCode(char32_t character, std::string& out)
 
 /// What the start of a text must not do to a terminal or to the eye: control characters, and those that turn the direction of
 /// reading (U+202A to U+202E, U+2066 to U+2069). Gives their length in bytes and appends their code.
-std::size_t TakeHarmful(std::string_view text, std::string& out)
-{
+std::size_t TakeHarmful(std::string_view text, std::string& out) {
     const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
     if ((byte(0) < 0x20 && text[0] != '\t') || byte(0) == 0x7F) {
         AppendCode(byte(0), out);
@@ -35,8 +33,7 @@ std::size_t TakeHarmful(std::string_view text, std::string& out)
 
 }  // namespace
 
-void AppendVisible(std::string_view text, std::string& out)
-{
+void AppendVisible(std::string_view text, std::string& out) {
     while (!text.empty() && text.back() == '\n')
         text.remove_suffix(1);
     while (!text.empty()) {

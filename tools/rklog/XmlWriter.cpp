@@ -9,13 +9,11 @@ namespace {
 constexpr std::string_view kReplacement = "\uFFFD";
 
 /// The length of a noncharacter at the start of the text, U+FFFE or U+FFFF, which XML 1.0 leaves out.
-std::size_t NoncharacterLength(std::string_view text)
-{
+std::size_t NoncharacterLength(std::string_view text) {
     return text.starts_with("\uFFFE") || text.starts_with("\uFFFF") ? 3 : 0;
 }
 
-void AppendText(std::string_view text, std::string& out)
-{
+void AppendText(std::string_view text, std::string& out) {
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
         const auto byte = static_cast<unsigned char>(c);
@@ -41,8 +39,7 @@ void AppendText(std::string_view text, std::string& out)
 class XmlWriter : public RecordWriter {
 public:
     void Begin(std::ostream& out) override { out << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<log>\n"; }
-    void Write(const Record& record, std::ostream& out) override
-    {
+    void Write(const Record& record, std::ostream& out) override {
         std::string text = "<entry>";
         for (const RecordField& field : kRecordFields) {
             if ((record.*field.text).empty())
@@ -58,9 +55,6 @@ public:
 
 }  // namespace
 
-std::unique_ptr<RecordWriter> MakeXmlWriter()
-{
-    return std::make_unique<XmlWriter>();
-}
+std::unique_ptr<RecordWriter> MakeXmlWriter() { return std::make_unique<XmlWriter>(); }
 
 }  // namespace rklog

@@ -9,12 +9,10 @@ namespace rk {
 
 /// Memory for elements of type T, and elements in it. Stands in for `<memory>`, which would be the dearest include of the
 /// containers.
-template <class T>
-class ElementMemory {
+template <class T> class ElementMemory {
 public:
     /// Room for that many elements, of which none is made. Throws `std::bad_alloc`.
-    static T* Allocate(std::size_t count)
-    {
+    static T* Allocate(std::size_t count) {
         // More than pointers can be apart; the allocators of sanitizers would end the program.
         if (count > SIZE_MAX / 2 / sizeof(T))
             throw std::bad_alloc();
@@ -22,15 +20,11 @@ public:
     }
     static void Free(T* memory) noexcept { delete[] reinterpret_cast<Place*>(memory); }
 
-    template <class... Arguments>
-    static void Make(T* place, Arguments&&... arguments)
-    {
+    template <class... Arguments> static void Make(T* place, Arguments&&... arguments) {
         ::new (static_cast<void*>(place)) T(std::forward<Arguments>(arguments)...);
     }
     /// Lets `make` make an element at each place, of an index; destroys the made ones when that throws.
-    template <class Maker>
-    static void MakeEach(T* places, std::size_t count, const Maker& make)
-    {
+    template <class Maker> static void MakeEach(T* places, std::size_t count, const Maker& make) {
         std::size_t made = 0;
         try {
             for (; made < count; ++made)
@@ -40,12 +34,10 @@ public:
             throw;
         }
     }
-    static void CopyEach(const T* elements, std::size_t count, T* places)
-    {
+    static void CopyEach(const T* elements, std::size_t count, T* places) {
         MakeEach(places, count, [elements](T* place, std::size_t index) { Make(place, elements[index]); });
     }
-    static void DestroyEach(T* elements, std::size_t count) noexcept
-    {
+    static void DestroyEach(T* elements, std::size_t count) noexcept {
         for (std::size_t i = 0; i < count; ++i)
             elements[i].~T();
     }

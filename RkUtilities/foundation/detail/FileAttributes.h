@@ -8,16 +8,14 @@
 namespace rk {
 
 /// The attribute byte of what has a name, without the read-only bit, which a listing does not tell.
-inline unsigned char AttributesOf(std::string_view nativeName, platform::FileKind kind) noexcept
-{
+inline unsigned char AttributesOf(std::string_view nativeName, platform::FileKind kind) noexcept {
     const bool isHidden = nativeName.starts_with('.') && nativeName != "." && nativeName != "..";
     return static_cast<unsigned char>(
         (kind == platform::FileKind::Folder ? CFileStatus::directory : CFileStatus::archive) |
         (isHidden ? CFileStatus::hidden : 0));
 }
 
-inline unsigned char AttributesOf(std::string_view nativeName, const platform::FileFacts& facts) noexcept
-{
+inline unsigned char AttributesOf(std::string_view nativeName, const platform::FileFacts& facts) noexcept {
     return static_cast<unsigned char>(AttributesOf(nativeName, facts.kind) |
                                       (facts.ownerMayWrite ? 0 : CFileStatus::readOnly));
 }

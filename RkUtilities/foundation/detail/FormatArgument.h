@@ -17,17 +17,14 @@ namespace rk {
 /// One argument of a format, with its kind. Built by `CString::Format`; texts and pointers are not copied.
 class FormatArgument {
 public:
-    template <std::integral T>
-    explicit FormatArgument(T value) noexcept : m_byteCount(sizeof value)
-    {
+    template <std::integral T> explicit FormatArgument(T value) noexcept : m_byteCount(sizeof value) {
         Hold(static_cast<std::conditional_t<std::is_signed_v<T>, long long, unsigned long long>>(value));
     }
     /// A `char` is signed on every processor.
     explicit FormatArgument(char value) noexcept : FormatArgument(static_cast<signed char>(value)) {}
     template <class T>
         requires(std::is_enum_v<T> && std::is_convertible_v<T, std::underlying_type_t<T>>)
-    explicit FormatArgument(T value) noexcept : FormatArgument(static_cast<std::underlying_type_t<T>>(value))
-    {}
+    explicit FormatArgument(T value) noexcept : FormatArgument(static_cast<std::underlying_type_t<T>>(value)) {}
     explicit FormatArgument(double value) noexcept { Hold(value); }
     explicit FormatArgument(float value) noexcept : FormatArgument(static_cast<double>(value)) {}
     explicit FormatArgument(long double value) noexcept { Hold(value); }
@@ -42,24 +39,19 @@ public:
     /// A zero-terminated UTF-16 text; null is a null UTF-8 text.
     explicit FormatArgument(const char16_t* text) noexcept
         : FormatArgument(text != nullptr ? FormatArgument(TextView(text))
-                                         : FormatArgument(static_cast<const char*>(nullptr)))
-    {}
+                                         : FormatArgument(static_cast<const char*>(nullptr))) {}
     explicit FormatArgument(unsigned short const* text) noexcept : FormatArgument(AsChar16(text)) {}
 
     /// The value as one of the kinds: `long long` or `unsigned long long` for an integer, `double`, `long double`,
     /// `const char*`, `std::string_view`, `std::u16string_view`, `const void*`. Null when the argument is of another kind.
-    template <class Kind>
-    [[nodiscard]] const Kind* As() const noexcept
-    {
+    template <class Kind> [[nodiscard]] const Kind* As() const noexcept {
         return m_kind == NumberOf<Kind>() ? std::launder(reinterpret_cast<const Kind*>(m_value)) : nullptr;
     }
     /// The size of an integer's type.
     [[nodiscard]] std::size_t ByteCount() const noexcept { return m_byteCount; }
 
 private:
-    template <class Kind>
-    static consteval int NumberOf()
-    {
+    template <class Kind> static consteval int NumberOf() {
         int number = 0;
         for (const bool isKind :
              {std::same_as<Kind, long long>, std::same_as<Kind, unsigned long long>, std::same_as<Kind, double>,
@@ -71,9 +63,7 @@ private:
         }
         return number;
     }
-    template <class Kind>
-    void Hold(Kind value) noexcept
-    {
+    template <class Kind> void Hold(Kind value) noexcept {
         static_assert(std::is_trivially_copyable_v<Kind> && sizeof value <= sizeof m_value);
         ::new (static_cast<void*>(m_value)) Kind(value);
         m_kind = NumberOf<Kind>();

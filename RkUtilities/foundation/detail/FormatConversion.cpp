@@ -8,21 +8,16 @@ namespace {
 
 using Length = FormatConversion::Length;
 
-bool IsDigit(char16_t unit)
-{
-    return unit >= u'0' && unit <= u'9';
-}
+bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
-bool TakeIf(std::u16string_view& format, char16_t unit)
-{
+bool TakeIf(std::u16string_view& format, char16_t unit) {
     if (format.empty() || format.front() != unit)
         return false;
     format.remove_prefix(1);
     return true;
 }
 
-int TakeNumber(std::u16string_view& format)
-{
+int TakeNumber(std::u16string_view& format) {
     int number = 0;
     while (!format.empty() && IsDigit(format.front())) {
         number = number * 10 + (format.front() - u'0');
@@ -34,8 +29,7 @@ int TakeNumber(std::u16string_view& format)
 }
 
 /// "3$" and the like; without one nothing is taken.
-ArgumentPlace TakePlace(std::u16string_view& format)
-{
+ArgumentPlace TakePlace(std::u16string_view& format) {
     std::u16string_view rest = format;
     if (rest.empty() || !IsDigit(rest.front()))
         return {};
@@ -49,8 +43,7 @@ ArgumentPlace TakePlace(std::u16string_view& format)
 }
 
 /// Reads a width or a precision if the format has it.
-void TakeCount(std::u16string_view& format, FormatCount& count)
-{
+void TakeCount(std::u16string_view& format, FormatCount& count) {
     count.isArgument = TakeIf(format, u'*');
     if (count.isArgument)
         count.place = TakePlace(format);
@@ -59,8 +52,7 @@ void TakeCount(std::u16string_view& format, FormatCount& count)
 }
 
 /// Everything that may stand between "%" and the length.
-void TakeLayout(std::u16string_view& format, FormatConversion& conversion)
-{
+void TakeLayout(std::u16string_view& format, FormatConversion& conversion) {
     conversion.place = TakePlace(format);
     conversion.flags = format.substr(0, format.find_first_not_of(u"-+ #0"));
     format.remove_prefix(conversion.flags.size());
@@ -71,8 +63,7 @@ void TakeLayout(std::u16string_view& format, FormatConversion& conversion)
     }
 }
 
-Length TakeLength(std::u16string_view& format)
-{
+Length TakeLength(std::u16string_view& format) {
     if (TakeIf(format, u'h'))
         return TakeIf(format, u'h') ? Length::Char : Length::Short;
     if (TakeIf(format, u'l'))
@@ -87,8 +78,7 @@ Length TakeLength(std::u16string_view& format)
 }
 
 /// Whether C gives the pair of length and type a meaning that 8-bit arguments can have.
-bool IsKnown(Length length, char type)
-{
+bool IsKnown(Length length, char type) {
     const auto isOneOf = [type](std::string_view types) { return types.find(type) != std::string_view::npos; };
     if (isOneOf("duoxX"))
         return length != Length::LongDouble;
@@ -99,8 +89,7 @@ bool IsKnown(Length length, char type)
 
 }  // namespace
 
-FormatConversion TakeConversion(std::u16string_view& format)
-{
+FormatConversion TakeConversion(std::u16string_view& format) {
     format.remove_prefix(1);  // the "%"
     FormatConversion conversion;
     if (!format.empty() && format.front() < u'A')  // a conversion that begins with a letter has no layout

@@ -25,8 +25,7 @@ class ArgumentList {
 public:
     explicit ArgumentList(std::span<const FormatArgument> arguments) : m_arguments(arguments) {}
 
-    const FormatArgument& At(const ArgumentPlace& place)
-    {
+    const FormatArgument& At(const ArgumentPlace& place) {
         const std::size_t index = place ? *place : m_next++;
         if (index >= m_arguments.size())
             throw FormatError("the format names an argument that is not there");
@@ -45,16 +44,14 @@ struct Layout {
 };
 
 /// The bits of an integer argument, sign-extended; nothing for an argument of another kind.
-std::optional<unsigned long long> IntegerOf(const FormatArgument& argument)
-{
+std::optional<unsigned long long> IntegerOf(const FormatArgument& argument) {
     if (const auto* value = argument.As<long long>())
         return static_cast<unsigned long long>(*value);
     const auto* value = argument.As<unsigned long long>();
     return value != nullptr ? std::optional(*value) : std::nullopt;
 }
 
-int ReadCount(const FormatCount& count, ArgumentList& arguments)
-{
+int ReadCount(const FormatCount& count, ArgumentList& arguments) {
     if (!count.isArgument)
         return count.number;
     const auto bits = IntegerOf(arguments.At(count.place));
@@ -64,8 +61,7 @@ int ReadCount(const FormatCount& count, ArgumentList& arguments)
     return static_cast<int>(value);
 }
 
-Layout ReadLayout(const FormatConversion& conversion, ArgumentList& arguments)
-{
+Layout ReadLayout(const FormatConversion& conversion, ArgumentList& arguments) {
     const int width = ReadCount(conversion.width, arguments);
     const bool isAtLeft = width > 0 && conversion.flags.find(u'-') != std::u16string_view::npos;
     return {isAtLeft ? -width : width, ReadCount(conversion.precision, arguments)};
@@ -73,8 +69,7 @@ Layout ReadLayout(const FormatConversion& conversion, ArgumentList& arguments)
 
 /// Appends what `append` appends, `shownUnits` wide by C's count, padded with blanks to the width.
 template <class Append>
-void Pad(TextBuilder& output, const Layout& layout, std::size_t shownUnits, const Append& append)
-{
+void Pad(TextBuilder& output, const Layout& layout, std::size_t shownUnits, const Append& append) {
     const auto width = static_cast<std::size_t>(std::abs(layout.width));
     const std::size_t blanks = width > shownUnits ? width - shownUnits : 0;
     output.Append(layout.width > 0 ? blanks : 0, u' ');
@@ -87,8 +82,7 @@ void Pad(TextBuilder& output, const Layout& layout, std::size_t shownUnits, cons
 /// Appends a number as C prints it. `length` is the length of the number's C type.
 template <class Number>
 void AppendNumber(TextBuilder& output, const FormatConversion& conversion, const Layout& layout, const char* length,
-                  Number number)
-{
+                  Number number) {
     std::string format = "%";
     for (const char16_t flag : conversion.flags)
         format += static_cast<char>(flag);
@@ -97,8 +91,7 @@ void AppendNumber(TextBuilder& output, const FormatConversion& conversion, const
 }
 
 template <class Integer>
-void AppendInteger(TextBuilder& output, const FormatConversion& conversion, const Layout& layout, Integer integer)
-{
+void AppendInteger(TextBuilder& output, const FormatConversion& conversion, const Layout& layout, Integer integer) {
     const bool isDecimal = conversion.type == 'd' || conversion.type == 'u';
     if (isDecimal && conversion.flags.empty() && layout.width == 0 && layout.precision < 0)
         output.AppendAscii(std::to_string(integer));  // the commonest conversion, without printf
@@ -106,13 +99,11 @@ void AppendInteger(TextBuilder& output, const FormatConversion& conversion, cons
         AppendNumber(output, conversion, layout, "ll", integer);
 }
 
-bool IsInteger(const FormatConversion& conversion)
-{
+bool IsInteger(const FormatConversion& conversion) {
     return std::string_view("duoxX").find(conversion.type) != std::string_view::npos;
 }
 
-unsigned BitsOf(Length length)
-{
+unsigned BitsOf(Length length) {
     if (length == Length::Char)
         return CHAR_BIT;
     if (length == Length::Short)
@@ -121,16 +112,14 @@ unsigned BitsOf(Length length)
 }
 
 /// Whether the value survives in 32 bits.
-bool FitsInt(const FormatArgument& argument, bool asSigned)
-{
+bool FitsInt(const FormatArgument& argument, bool asSigned) {
     const auto fits = [=](auto value) { return asSigned ? std::in_range<int>(value) : std::in_range<unsigned>(value); };
     const auto* const value = argument.As<long long>();
     return value != nullptr ? fits(*value) : fits(*argument.As<unsigned long long>());
 }
 
 void AppendInteger(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
-                   const FormatArgument& argument)
-{
+                   const FormatArgument& argument) {
     const auto bits = IntegerOf(argument);
     if (!bits)
         throw FormatError("an integer conversion has an argument that is none");
@@ -145,8 +134,7 @@ void AppendInteger(TextBuilder& output, const FormatConversion& conversion, cons
 }
 
 void AppendFloating(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
-                    const FormatArgument& argument)
-{
+                    const FormatArgument& argument) {
     const auto* const number = argument.As<double>();
     const auto* const longNumber = argument.As<long double>();
     const bool isLong = conversion.length == Length::LongDouble;
@@ -161,8 +149,7 @@ void AppendFloating(TextBuilder& output, const FormatConversion& conversion, con
 // --- Texts, characters, pointers
 
 /// The bytes without a character that the cut left unfinished at their end.
-std::string_view WithoutCutCharacter(std::string_view bytes)
-{
+std::string_view WithoutCutCharacter(std::string_view bytes) {
     const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
     std::size_t lead = bytes.size();
     while (lead > 0 && bytes.size() - lead < 3 && (byteAt(lead - 1) & 0xC0U) == 0x80U)
@@ -176,8 +163,7 @@ std::string_view WithoutCutCharacter(std::string_view bytes)
 }
 
 /// The bytes of a text argument, no more than `most` of them looked at.
-std::string_view TextOf(const FormatArgument& argument, std::size_t most)
-{
+std::string_view TextOf(const FormatArgument& argument, std::size_t most) {
     if (const auto* text = argument.As<std::string_view>())
         return text->substr(0, most);
     const auto* const pointer = argument.As<const char*>();
@@ -187,8 +173,7 @@ std::string_view TextOf(const FormatArgument& argument, std::size_t most)
     return {utf8, most == std::string_view::npos ? std::strlen(utf8) : strnlen(utf8, most)};
 }
 
-void AppendUnits(TextBuilder& output, const Layout& layout, std::u16string_view units)
-{
+void AppendUnits(TextBuilder& output, const Layout& layout, std::u16string_view units) {
     if (layout.precision >= 0 && units.size() > static_cast<std::size_t>(layout.precision)) {
         units = units.substr(0, static_cast<std::size_t>(layout.precision));
         if (!units.empty() && platform::IsHighSurrogate(units.back()))
@@ -197,8 +182,7 @@ void AppendUnits(TextBuilder& output, const Layout& layout, std::u16string_view 
     Pad(output, layout, units.size(), [&] { output.Append(units); });
 }
 
-void AppendText(TextBuilder& output, const Layout& layout, const FormatArgument& argument)
-{
+void AppendText(TextBuilder& output, const Layout& layout, const FormatArgument& argument) {
     if (const auto* units = argument.As<std::u16string_view>())
         return AppendUnits(output, layout, *units);
     const std::size_t most = layout.precision < 0 ? std::string_view::npos : static_cast<std::size_t>(layout.precision);
@@ -209,8 +193,7 @@ void AppendText(TextBuilder& output, const Layout& layout, const FormatArgument&
 }
 
 void AppendCharacter(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
-                     const FormatArgument& argument)
-{
+                     const FormatArgument& argument) {
     auto codePoint = static_cast<long long>(IntegerOf(argument).value_or(LLONG_MAX));
     if (codePoint < 0 && codePoint >= SCHAR_MIN)
         codePoint = platform::kReplacementCharacter;  // a byte of UTF-8 that is no character by itself
@@ -221,8 +204,7 @@ void AppendCharacter(TextBuilder& output, const FormatConversion& conversion, co
     Pad(output, layout, 1, [&] { output.Append({units, end}); });
 }
 
-void AppendPointer(TextBuilder& output, const Layout& layout, const FormatArgument& argument)
-{
+void AppendPointer(TextBuilder& output, const Layout& layout, const FormatArgument& argument) {
     const auto* const text = argument.As<const char*>();
     const auto* const pointer = argument.As<const void*>();
     if (text == nullptr && pointer == nullptr)
@@ -232,8 +214,7 @@ void AppendPointer(TextBuilder& output, const Layout& layout, const FormatArgume
 }
 
 void AppendArgument(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
-                    const FormatArgument& argument)
-{
+                    const FormatArgument& argument) {
     if (conversion.type == 's')
         AppendText(output, layout, argument);
     else if (conversion.type == 'c')
@@ -251,15 +232,10 @@ void AppendArgument(TextBuilder& output, const FormatConversion& conversion, con
 /// Takes an argument of one C type from C's list.
 using TakeArgument = FormatArgument (*)(std::va_list& list);
 
-template <class T>
-FormatArgument Take(std::va_list& list)
-{
-    return FormatArgument(va_arg(list, T));
-}
+template <class T> FormatArgument Take(std::va_list& list) { return FormatArgument(va_arg(list, T)); }
 
 /// How the argument that the conversion takes is taken.
-TakeArgument TakeFor(const FormatConversion& conversion)
-{
+TakeArgument TakeFor(const FormatConversion& conversion) {
     if (conversion.type == 's')
         return &Take<const char*>;
     if (conversion.type == 'p')
@@ -272,9 +248,7 @@ TakeArgument TakeFor(const FormatConversion& conversion)
 }
 
 /// Calls `use` with the place of each argument that a conversion takes, in the order of C's lists.
-template <class Use>
-void ForEachPlace(const FormatConversion& conversion, const Use& use)
-{
+template <class Use> void ForEachPlace(const FormatConversion& conversion, const Use& use) {
     if (conversion.width.isArgument)
         use(conversion.width.place, &Take<int>);
     if (conversion.precision.isArgument)
@@ -286,8 +260,7 @@ void ForEachPlace(const FormatConversion& conversion, const Use& use)
 /// Hands each literal part of a format to `onText` and each conversion to `onConversion`. Throws `FormatError` when some
 /// conversions name their arguments by position and others do not.
 template <class OnText, class OnConversion>
-void Walk(std::u16string_view format, const OnText& onText, const OnConversion& onConversion)
-{
+void Walk(std::u16string_view format, const OnText& onText, const OnConversion& onConversion) {
     std::optional<bool> hasPositions;
     while (!format.empty()) {
         if (format.front() != u'%') {
@@ -307,8 +280,7 @@ void Walk(std::u16string_view format, const OnText& onText, const OnConversion& 
 }
 
 /// How the arguments are taken, in the order of C's list, as the format tells; null for a position that it leaves out.
-std::vector<TakeArgument> ListedArguments(std::u16string_view format)
-{
+std::vector<TakeArgument> ListedArguments(std::u16string_view format) {
     constexpr std::size_t kMostArguments = 4096;  // C promises 127 to a call
     std::vector<TakeArgument> list;
     const auto note = [&](const ArgumentPlace& place, TakeArgument take) {
@@ -328,8 +300,7 @@ std::vector<TakeArgument> ListedArguments(std::u16string_view format)
 
 }  // namespace
 
-void RenderFormat(std::u16string_view format, std::span<const FormatArgument> arguments, TextBuilder& output)
-{
+void RenderFormat(std::u16string_view format, std::span<const FormatArgument> arguments, TextBuilder& output) {
     ArgumentList list(arguments);
     Walk(
         format, [&](std::u16string_view literal) { output.Append(literal); },
@@ -342,8 +313,7 @@ void RenderFormat(std::u16string_view format, std::span<const FormatArgument> ar
         });
 }
 
-std::vector<FormatArgument> CollectArguments(std::u16string_view format, std::va_list list)
-{
+std::vector<FormatArgument> CollectArguments(std::u16string_view format, std::va_list list) {
     const std::vector<TakeArgument> taking = ListedArguments(format);
     if (std::ranges::count(taking, nullptr) > 0)
         throw FormatError("the format leaves out a position, so that its kind cannot be told");

@@ -11,8 +11,7 @@ namespace rk {
 /// Nodes never move. The owner destroys every node before the pool goes. An empty pool holds no memory; failures are
 /// std::bad_alloc and what the node's constructor throws, and leave the pool as it was, save that it may hold a block
 /// more.
-template <class Node>
-class NodePool {
+template <class Node> class NodePool {
 public:
     NodePool() = default;
     NodePool(NodePool&& other) noexcept { Swap(other); }
@@ -20,9 +19,7 @@ public:
     ~NodePool() { Release(); }
 
     /// @param blockNodeCount  how many nodes a new block has room for, if one is needed; 0 counts as 1
-    template <class... Arguments>
-    Node* Create(std::size_t blockNodeCount, Arguments&&... arguments)
-    {
+    template <class... Arguments> Node* Create(std::size_t blockNodeCount, Arguments&&... arguments) {
         Slot* const slot = Take(blockNodeCount);
         try {
             return ::new (static_cast<void*>(slot)) Node(std::forward<Arguments>(arguments)...);
@@ -32,15 +29,13 @@ public:
         }
     }
 
-    void Destroy(Node* node) noexcept
-    {
+    void Destroy(Node* node) noexcept {
         node->~Node();
         GiveBack(node);
     }
 
     /// Frees all memory; no node may be left.
-    void Release() noexcept
-    {
+    void Release() noexcept {
         while (m_blocks) {
             Slot* const block = m_blocks;
             m_blocks = block->nextBlock;
@@ -49,8 +44,7 @@ public:
         m_free = m_unused = m_unusedEnd = nullptr;
     }
 
-    void Swap(NodePool& other) noexcept
-    {
+    void Swap(NodePool& other) noexcept {
         std::swap(m_blocks, other.m_blocks);
         std::swap(m_free, other.m_free);
         std::swap(m_unused, other.m_unused);
@@ -65,8 +59,7 @@ private:
         alignas(Node) std::byte node[sizeof(Node)];
     };
 
-    Slot* Take(std::size_t blockNodeCount)
-    {
+    Slot* Take(std::size_t blockNodeCount) {
         if (m_free)
             return std::exchange(m_free, m_free->nextFree);
         if (m_unused == m_unusedEnd)
@@ -76,8 +69,7 @@ private:
 
     void GiveBack(void* place) noexcept { m_free = ::new (place) Slot{.nextFree = m_free}; }
 
-    void AddBlock(std::size_t nodeCount)
-    {
+    void AddBlock(std::size_t nodeCount) {
         const std::size_t slotCount = nodeCount + 1;
         Slot* const block = new Slot[slotCount];
         block->nextBlock = m_blocks;

@@ -16,16 +16,12 @@ namespace {
 
 constexpr int kNoDigit = -1;
 
-constexpr bool IsAsciiDigit(char16_t unit)
-{
-    return unit >= u'0' && unit <= u'9';
-}
+constexpr bool IsAsciiDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
 /// Takes signs, digits and separators off the front of a text.
 class Reader {
 public:
-    Reader(std::u16string_view text, const NumberSpelling& spelling) : m_rest(text), m_spelling(spelling)
-    {
+    Reader(std::u16string_view text, const NumberSpelling& spelling) : m_rest(text), m_spelling(spelling) {
         while (!m_rest.empty() && platform::IsWhiteSpace(m_rest.front()))
             m_rest.remove_prefix(1);
     }
@@ -33,8 +29,7 @@ public:
     [[nodiscard]] std::u16string_view Rest() const noexcept { return m_rest; }
     void GoBackTo(std::u16string_view rest) noexcept { m_rest = rest; }
 
-    bool Take(std::u16string_view units) noexcept
-    {
+    bool Take(std::u16string_view units) noexcept {
         const bool here = !units.empty() && m_rest.starts_with(units);
         m_rest.remove_prefix(here ? units.size() : 0);
         return here;
@@ -42,8 +37,7 @@ public:
     bool TakeDecimalSeparator() noexcept { return Take(m_spelling.decimalSeparator); }
     bool TakeExponentLetter() noexcept { return Take(u"e") || Take(u"E"); }
     /// Takes a sign if there is one; whether it is a minus.
-    bool TakeMinus() noexcept
-    {
+    bool TakeMinus() noexcept {
         if (NextDigitIsAscii())
             return false;
         if (Take(u"-") || Take(m_spelling.minusSigns[0]) || Take(m_spelling.minusSigns[1]))
@@ -51,8 +45,7 @@ public:
         static_cast<void>(Take(u"+") || Take(m_spelling.plusSign));
         return false;
     }
-    int TakeDigit() noexcept
-    {
+    int TakeDigit() noexcept {
         if (NextDigitIsAscii()) {
             const int digit = m_rest.front() - u'0';
             m_rest.remove_prefix(1);
@@ -63,8 +56,7 @@ public:
 
 private:
     [[nodiscard]] bool NextDigitIsAscii() const noexcept { return !m_rest.empty() && IsAsciiDigit(m_rest.front()); }
-    int TakeLocalDigit() noexcept
-    {
+    int TakeLocalDigit() noexcept {
         const char16_t* next = m_rest.data();
         const char32_t character = platform::TakeCodePoint(next, m_rest.data() + m_rest.size());
         const auto* const known = std::find(m_spelling.digits->begin(), m_spelling.digits->end(), character);
@@ -79,17 +71,14 @@ private:
 };
 
 /// Takes digits to the end of `digits`.
-void TakeDigits(Reader& reader, std::string& digits)
-{
+void TakeDigits(Reader& reader, std::string& digits) {
     for (int digit = reader.TakeDigit(); digit != kNoDigit; digit = reader.TakeDigit())
         digits += static_cast<char>('0' + digit);
 }
 
 /// The value of digits, perhaps with "e" and an exponent: correctly rounded, infinity or 0 beyond the range. strtod, which
 /// treats such a text alike in all locales, serves beyond the range, and where the standard library reads only integers.
-template <class Double>
-Double ValueOf(const std::string& text)
-{
+template <class Double> Double ValueOf(const std::string& text) {
     Double value = 0;
     if constexpr (requires { std::from_chars(text.data(), text.data(), value); }) {
         if (std::from_chars(text.data(), text.data() + text.size(), value).ec == std::errc())
@@ -99,8 +88,7 @@ Double ValueOf(const std::string& text)
 }
 
 /// Takes an exponent if all of it is there.
-std::int64_t TakeExponent(Reader& reader)
-{
+std::int64_t TakeExponent(Reader& reader) {
     constexpr std::int64_t kMostExponent = 1'000'000'000'000;  // outweighs the digits of any text
     const std::u16string_view before = reader.Rest();
     if (!reader.TakeExponentLetter())
@@ -120,8 +108,7 @@ std::int64_t TakeExponent(Reader& reader)
 }  // namespace
 
 bool ReadSpelledDouble(std::u16string_view text, const NumberSpelling& spelling, double& value,
-                       std::u16string_view* rest)
-{
+                       std::u16string_view* rest) {
     Reader reader(text, spelling);
     const bool negative = reader.TakeMinus();
     std::string digits;
@@ -144,8 +131,7 @@ bool ReadSpelledDouble(std::u16string_view text, const NumberSpelling& spelling,
     return true;
 }
 
-bool ReadSpelledInteger(std::u16string_view text, const NumberSpelling& spelling, std::int64_t& value)
-{
+bool ReadSpelledInteger(std::u16string_view text, const NumberSpelling& spelling, std::int64_t& value) {
     Reader reader(text, spelling);
     const bool negative = reader.TakeMinus();
     int digit = reader.TakeDigit();

@@ -7,14 +7,12 @@
 
 namespace rk {
 
-void TextBuilder::AppendAscii(std::string_view characters)
-{
+void TextBuilder::AppendAscii(std::string_view characters) {
     std::transform(characters.begin(), characters.end(), Extend(characters.size()),
                    [](char character) { return static_cast<char16_t>(static_cast<unsigned char>(character)); });
 }
 
-void TextBuilder::AppendUtf8(std::string_view bytes)
-{
+void TextBuilder::AppendUtf8(std::string_view bytes) {
     constexpr std::size_t kBytesAtOnce = 1024;
     constexpr std::size_t kMostOver = 3;  // units beyond the bytes asked for
     // More bytes than a text holds units may still fit as units.
@@ -32,8 +30,7 @@ void TextBuilder::AppendUtf8(std::string_view bytes)
     }
 }
 
-CString TextBuilder::Take()
-{
+CString TextBuilder::Take() {
     const std::size_t length = std::exchange(m_length, 0);
     if (IsShort())
         return std::u16string_view(m_units, length);
@@ -44,8 +41,7 @@ CString TextBuilder::Take()
     return CString(TextStorage::Adopting(std::exchange(m_units, m_short), length));
 }
 
-void TextBuilder::MoveToRoomFor(std::size_t unitCount)
-{
+void TextBuilder::MoveToRoomFor(std::size_t unitCount) {
     TextStorage::CheckLength(unitCount);
     char16_t* const units = SharedUnits::Allocate(unitCount);
     std::copy_n(m_units, m_length, units);
@@ -55,8 +51,7 @@ void TextBuilder::MoveToRoomFor(std::size_t unitCount)
     m_capacity = unitCount;
 }
 
-void TextBuilder::Grow(std::size_t leastUnitCount)
-{
+void TextBuilder::Grow(std::size_t leastUnitCount) {
     MoveToRoomFor(std::max(leastUnitCount, std::min<std::size_t>(m_capacity + m_capacity / 2, INT_MAX - 1)));
 }
 

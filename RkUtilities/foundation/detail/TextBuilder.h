@@ -20,8 +20,7 @@ public:
     explicit TextBuilder(std::size_t unitCount = 0) { Reserve(unitCount); }
     TextBuilder(const TextBuilder&) = delete;
     TextBuilder& operator=(const TextBuilder&) = delete;
-    ~TextBuilder()
-    {
+    ~TextBuilder() {
         if (!IsShort())
             SharedUnits::Release(m_units);
     }
@@ -34,8 +33,7 @@ public:
     void AppendAscii(std::string_view characters);
     void AppendUtf8(std::string_view bytes);
     /// Makes the text longer by `count` units, to be written at once.
-    char16_t* Extend(std::size_t count)
-    {
+    char16_t* Extend(std::size_t count) {
         if (count > m_capacity - m_length)
             Grow(m_length + count);
         char16_t* const end = m_units + m_length;
@@ -46,9 +44,7 @@ public:
     [[nodiscard]] CString Take();
 
     /// A text of exactly `unitCount` units, all of which `write` writes to the place that it is given.
-    template <class Write>
-    [[nodiscard]] static CString Written(std::size_t unitCount, const Write& write)
-    {
+    template <class Write> [[nodiscard]] static CString Written(std::size_t unitCount, const Write& write) {
         CString text(std::in_place, unitCount);
         char16_t* const units = text.m_text.OwnUnits();
         write(units);
@@ -60,8 +56,7 @@ private:
     static constexpr std::size_t kShortUnits = 64;
 
     [[nodiscard]] bool IsShort() const noexcept { return m_units == m_short; }
-    void Reserve(std::size_t unitCount)
-    {
+    void Reserve(std::size_t unitCount) {
         if (unitCount > m_capacity)
             MoveToRoomFor(unitCount);
     }

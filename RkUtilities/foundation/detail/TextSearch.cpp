@@ -15,8 +15,7 @@ constexpr std::size_t kGroupUnits = 64;  // looked at together
 
 /// Goes from `at` over groups of places while none of them may begin a match. Returns the first place of the group that
 /// stopped it, or of the rest that is no whole group. Inlined, so that each caller's processor decides how vectors are made.
-[[gnu::always_inline]] inline std::size_t SkipGroups(const SearchPlaces& places, std::size_t at)
-{
+[[gnu::always_inline]] inline std::size_t SkipGroups(const SearchPlaces& places, std::size_t at) {
     using Units [[gnu::vector_size(32)]] = std::uint16_t;
     using Words [[gnu::vector_size(32)]] = std::uint64_t;
     constexpr std::size_t kUnits = sizeof(Units) / sizeof(char16_t);
@@ -41,19 +40,14 @@ constexpr std::size_t kGroupUnits = 64;  // looked at together
     return at;
 }
 
-std::size_t SkipPlain(const SearchPlaces& places, std::size_t at)
-{
-    return SkipGroups(places, at);
-}
+std::size_t SkipPlain(const SearchPlaces& places, std::size_t at) { return SkipGroups(places, at); }
 
 #if defined(__x86_64__)
-[[gnu::target("avx2")]] std::size_t SkipAvx2(const SearchPlaces& places, std::size_t at)
-{
+[[gnu::target("avx2")]] std::size_t SkipAvx2(const SearchPlaces& places, std::size_t at) {
     return SkipGroups(places, at);
 }
 
-std::size_t Skip(const SearchPlaces& places, std::size_t at)
-{
+std::size_t Skip(const SearchPlaces& places, std::size_t at) {
     return __builtin_cpu_supports("avx2") != 0 ? SkipAvx2(places, at) : SkipPlain(places, at);
 }
 #else
@@ -61,8 +55,7 @@ constexpr auto& Skip = SkipPlain;
 #endif
 
 /// The bits of eight rows of eight, the first row lowest, as columns.
-std::uint64_t Transposed(std::uint64_t bits)
-{
+std::uint64_t Transposed(std::uint64_t bits) {
     const auto swap = [&](unsigned distance, std::uint64_t mask) {
         const std::uint64_t changed = (bits ^ (bits >> distance)) & mask;
         bits ^= changed ^ (changed << distance);
@@ -75,8 +68,7 @@ std::uint64_t Transposed(std::uint64_t bits)
 
 /// Of up to eight blocks of places, a bit for each where a match may begin, the first place lowest.
 [[gnu::always_inline]] inline std::uint64_t CandidatesIn(const SearchPlaces& places, std::size_t at,
-                                                         std::size_t blockCount)
-{
+                                                         std::size_t blockCount) {
     UnitBlock blockBit = FilledBlock(1);
     UnitBlock found{};  // a lane for each place of a block, a bit for each block
     for (std::size_t i = 0; i < blockCount; ++i) {
@@ -90,15 +82,13 @@ std::uint64_t Transposed(std::uint64_t bits)
 }
 
 /// Of eight blocks: with a number that the compiler knows.
-std::uint64_t AllCandidatesIn(const SearchPlaces& places, std::size_t at)
-{
+std::uint64_t AllCandidatesIn(const SearchPlaces& places, std::size_t at) {
     return CandidatesIn(places, at, kBlockUnits);
 }
 
 /// `FirstInRanges` for a number of ranges that the compiler knows.
 template <std::size_t Count>
-std::size_t FirstIn(std::u16string_view text, std::size_t start, const UnitRange* ranges) noexcept
-{
+std::size_t FirstIn(std::u16string_view text, std::size_t start, const UnitRange* ranges) noexcept {
     UnitBlock firsts[Count];
     UnitBlock widths[Count];
     for (std::size_t i = 0; i < Count; ++i) {
@@ -127,17 +117,14 @@ std::size_t FirstIn(std::u16string_view text, std::size_t start, const UnitRange
 
 template <class Map>
 TextSearch<Map>::TextSearch(std::u16string_view text, std::u16string_view sought, const Map& map) noexcept
-    : m_text(text), m_sought(sought), m_map(map)
-{
+    : m_text(text), m_sought(sought), m_map(map) {
     if (sought.empty())
         return;
     m_places = {text.data(), text.size() < sought.size() ? 0 : text.size() - sought.size() + 1, sought.size() - 1,
                 UnitPattern(map.SourcesOf(map[sought.front()])), UnitPattern(map.SourcesOf(map[sought.back()]))};
 }
 
-template <class Map>
-std::size_t TextSearch<Map>::From(std::size_t start)
-{
+template <class Map> std::size_t TextSearch<Map>::From(std::size_t start) {
     if (m_sought.empty())
         return start <= m_text.size() ? start : kNotFound;
     if (start >= m_places.end)
@@ -166,9 +153,7 @@ std::size_t TextSearch<Map>::From(std::size_t start)
     }
 }
 
-template <class Map>
-std::size_t TextSearch<Map>::Among(std::size_t begin)
-{
+template <class Map> std::size_t TextSearch<Map>::Among(std::size_t begin) {
     for (std::size_t at = begin; at < m_places.end; ++at) {
         if (m_places.first.Fits(m_text[at]) && m_places.last.Fits(m_text[at + m_places.lastOffset]) && MatchesAt(at))
             return at;
@@ -176,9 +161,7 @@ std::size_t TextSearch<Map>::Among(std::size_t begin)
     return kNotFound;
 }
 
-template <class Map>
-bool TextSearch<Map>::MatchesAt(std::size_t at)
-{
+template <class Map> bool TextSearch<Map>::MatchesAt(std::size_t at) {
     // Patterns of single units leave nothing to compare at the ends.
     constexpr std::size_t kEnds = std::is_same_v<Map, ExactUnits> ? 1 : 0;
     for (std::size_t i = kEnds; i + kEnds < m_sought.size(); ++i) {
@@ -191,9 +174,7 @@ bool TextSearch<Map>::MatchesAt(std::size_t at)
 }
 
 /// Knuth, Morris and Pratt: linear for every text, used where candidates turn out to be many and false.
-template <class Map>
-std::size_t TextSearch<Map>::FindLinear(std::size_t start) const
-{
+template <class Map> std::size_t TextSearch<Map>::FindLinear(std::size_t start) const {
     std::vector<std::size_t> border(m_sought.size() + 1,
                                     0);  // of the first i units, the longest that begins and ends them
     for (std::size_t i = 1, length = 0; i < m_sought.size(); ++i) {
@@ -218,8 +199,7 @@ std::size_t TextSearch<Map>::FindLinear(std::size_t start) const
 template class TextSearch<ExactUnits>;
 template class TextSearch<platform::CaseTable>;
 
-std::size_t FirstInRanges(std::u16string_view text, std::size_t start, std::span<const UnitRange> ranges) noexcept
-{
+std::size_t FirstInRanges(std::u16string_view text, std::size_t start, std::span<const UnitRange> ranges) noexcept {
     switch (ranges.size()) {
     case 0:
         return text.size();
@@ -234,14 +214,12 @@ std::size_t FirstInRanges(std::u16string_view text, std::size_t start, std::span
     }
 }
 
-std::size_t FindUnits(std::u16string_view text, std::u16string_view sought, std::size_t start)
-{
+std::size_t FindUnits(std::u16string_view text, std::u16string_view sought, std::size_t start) {
     return TextSearch(text, sought, kExactUnits).From(start);
 }
 
 std::size_t FindMappedUnits(std::u16string_view text, std::u16string_view sought, std::size_t start,
-                            const platform::CaseTable& table)
-{
+                            const platform::CaseTable& table) {
     return TextSearch(text, sought, table).From(start);
 }
 

@@ -25,8 +25,7 @@ inline constexpr ExactUnits kExactUnits;
 class UnitPattern {
 public:
     UnitPattern() = default;
-    explicit UnitPattern(const platform::CaseSources& sources) noexcept
-    {
+    explicit UnitPattern(const platform::CaseSources& sources) noexcept {
         char16_t anyBits = 0;
         for (std::size_t i = 1; i < sources.count; ++i)
             anyBits = static_cast<char16_t>(anyBits | (sources.units[0] ^ sources.units[i]));
@@ -55,8 +54,7 @@ struct SearchPlaces {
 
 /// Finds a text in another from any start, again and again, units compared through `Map`: a unit's key, and the units
 /// that have a key. Refers to both texts and to the map. Linear in both texts together, as long as starts only grow.
-template <class Map>
-class TextSearch {
+template <class Map> class TextSearch {
 public:
     TextSearch(std::u16string_view text, std::u16string_view sought, const Map& map) noexcept;
     /// Index of the first occurrence at or after `start`, or npos; an empty text is found at any start up to the end.
@@ -111,8 +109,7 @@ std::size_t FirstInRanges(std::u16string_view text, std::size_t start, std::span
 /// unit, and is searched for any other unit. Refers to the text.
 class UnitSet {
 public:
-    explicit UnitSet(std::u16string_view units) noexcept : m_units(units)
-    {
+    explicit UnitSet(std::u16string_view units) noexcept : m_units(units) {
         for (std::size_t i = 0; i < units.size(); ++i) {
             if (IsSmall())
                 m_ranges[i] = {units[i], units[i]};
@@ -122,15 +119,13 @@ public:
                 m_hasOthers = true;
         }
     }
-    [[nodiscard]] bool Contains(char16_t unit) const noexcept
-    {
+    [[nodiscard]] bool Contains(char16_t unit) const noexcept {
         if (!IsSmall() && unit < 0x80)
             return (m_ascii[unit >> 6] >> (unit & 63) & 1) != 0;
         return (IsSmall() || m_hasOthers) && std::find(m_units.begin(), m_units.end(), unit) != m_units.end();
     }
     /// Index of the first unit at or after `start` that is in the set; the text's length when no unit is.
-    [[nodiscard]] std::size_t FirstIn(std::u16string_view text, std::size_t start) const noexcept
-    {
+    [[nodiscard]] std::size_t FirstIn(std::u16string_view text, std::size_t start) const noexcept {
         if (IsSmall())
             return FirstInRanges(text, start, {m_ranges, m_units.size()});
         std::size_t at = start;

@@ -19,8 +19,7 @@ public:
     constexpr TextStorage() noexcept = default;
     /// Room for exactly `unitCount` units, all of them and the terminator to be written at once. Throws `std::length_error`,
     /// `std::bad_alloc`.
-    explicit TextStorage(std::size_t unitCount)
-    {
+    explicit TextStorage(std::size_t unitCount) {
         CheckLength(unitCount);
         if (unitCount > kInlineUnits) {
             m_place.pointer = SharedUnits::Allocate(unitCount);
@@ -31,8 +30,7 @@ public:
     /// A copy of the units. Throws likewise.
     explicit TextStorage(std::u16string_view units);
     /// Over a literal.
-    consteval TextStorage(const char16_t* literal, std::size_t unitCount) : m_length(static_cast<int>(unitCount))
-    {
+    consteval TextStorage(const char16_t* literal, std::size_t unitCount) : m_length(static_cast<int>(unitCount)) {
         if (unitCount <= kInlineUnits) {
             for (std::size_t i = 0; i < unitCount; ++i)
                 m_place.units[i] = literal[i];
@@ -42,24 +40,20 @@ public:
         }
     }
     constexpr TextStorage(const TextStorage& other) noexcept
-        : m_place(other.m_place), m_length(other.m_length), m_kind(other.m_kind)
-    {
+        : m_place(other.m_place), m_length(other.m_length), m_kind(other.m_kind) {
         if (m_kind == Kind::Shared)
             SharedUnits::Retain(m_place.pointer);
     }
     constexpr TextStorage(TextStorage&& other) noexcept
-        : m_place(other.m_place), m_length(other.m_length), m_kind(other.m_kind)
-    {
+        : m_place(other.m_place), m_length(other.m_length), m_kind(other.m_kind) {
         other.Forget();
     }
-    constexpr ~TextStorage()
-    {
+    constexpr ~TextStorage() {
         if (m_kind == Kind::Shared)
             Release();
     }
     TextStorage& operator=(const TextStorage& other) noexcept { return *this = TextStorage(other); }
-    TextStorage& operator=(TextStorage&& other) noexcept
-    {
+    TextStorage& operator=(TextStorage&& other) noexcept {
         if (this == &other)
             return *this;
         if (m_kind == Kind::Shared)
@@ -75,17 +69,14 @@ public:
     static TextStorage Adopting(const char16_t* units, std::size_t length) noexcept;
 
     [[nodiscard]] int Length() const noexcept { return m_length; }
-    [[nodiscard]] const char16_t* Units() const noexcept
-    {
+    [[nodiscard]] const char16_t* Units() const noexcept {
         return m_kind == Kind::Inline ? m_place.units : m_place.pointer;
     }
     /// Whether the units are this text's alone and may be written to.
-    [[nodiscard]] bool IsOwn() const noexcept
-    {
+    [[nodiscard]] bool IsOwn() const noexcept {
         return m_kind == Kind::Inline || (m_kind == Kind::Shared && SharedUnits::IsUnique(m_place.pointer));
     }
-    [[nodiscard]] std::size_t Capacity() const noexcept
-    {
+    [[nodiscard]] std::size_t Capacity() const noexcept {
         return m_kind == Kind::Shared ? SharedUnits::Capacity(m_place.pointer) : kInlineUnits;
     }
     /// Own units, to be written to.
@@ -93,15 +84,13 @@ public:
     /// The units, this text's own from now on. Throws `std::bad_alloc`.
     char16_t* MakeOwn();
     /// Ends own units after `length`.
-    void SetLength(std::size_t length) noexcept
-    {
+    void SetLength(std::size_t length) noexcept {
         OwnUnits()[length] = 0;
         m_length = static_cast<int>(length);
     }
 
     /// Throws `std::length_error` for more units than a text holds.
-    static void CheckLength(std::size_t unitCount)
-    {
+    static void CheckLength(std::size_t unitCount) {
         if (unitCount >= INT_MAX) [[unlikely]]
             ThrowTooLong();
     }
@@ -115,8 +104,7 @@ private:
 
     [[noreturn]] static void ThrowTooLong();
     void Release() noexcept;
-    constexpr void Forget() noexcept
-    {
+    constexpr void Forget() noexcept {
         m_place = {.units = {}};
         m_length = 0;
         m_kind = Kind::Inline;

@@ -19,30 +19,26 @@ using ByteBlock [[gnu::vector_size(16)]] = std::uint8_t;
 constexpr std::size_t kBlockBytes = sizeof(ByteBlock);
 constexpr std::uint64_t kHighBits = 0x8080808080808080U;
 
-ByteBlock LoadBytes(const unsigned char* bytes) noexcept
-{
+ByteBlock LoadBytes(const unsigned char* bytes) noexcept {
     ByteBlock block;
     std::memcpy(&block, bytes, sizeof block);
     return block;
 }
 
-std::uint64_t EightBytes(const unsigned char* bytes) noexcept
-{
+std::uint64_t EightBytes(const unsigned char* bytes) noexcept {
     std::uint64_t eight = 0;
     std::memcpy(&eight, bytes, sizeof eight);
     return eight;
 }
 
 /// How many of the eight bytes in memory come before the first that is not ASCII.
-std::size_t AsciiBytesBefore(std::uint64_t eight) noexcept
-{
+std::size_t AsciiBytesBefore(std::uint64_t eight) noexcept {
     const std::uint64_t others = eight & kHighBits;
     const int bits = std::endian::native == std::endian::little ? std::countr_zero(others) : std::countl_zero(others);
     return static_cast<std::size_t>(bits) / 8;
 }
 
-bool IsAsciiWindow(const unsigned char* bytes) noexcept
-{
+bool IsAsciiWindow(const unsigned char* bytes) noexcept {
     const ByteBlock all = LoadBytes(bytes) | LoadBytes(bytes + kBlockBytes) | LoadBytes(bytes + 2 * kBlockBytes) |
                           LoadBytes(bytes + 3 * kBlockBytes);
     std::uint64_t halves[2];
@@ -51,8 +47,7 @@ bool IsAsciiWindow(const unsigned char* bytes) noexcept
 }
 
 /// Eight bytes as units.
-UnitBlock WidenedBlock(const unsigned char* bytes) noexcept
-{
+UnitBlock WidenedBlock(const unsigned char* bytes) noexcept {
     using LongBlock [[gnu::vector_size(16)]] = std::uint64_t;
     const auto eight = reinterpret_cast<ByteBlock>(LongBlock{EightBytes(bytes), 0});
     const ByteBlock wide =
@@ -60,8 +55,7 @@ UnitBlock WidenedBlock(const unsigned char* bytes) noexcept
     return InByteOrder(reinterpret_cast<UnitBlock>(wide));
 }
 
-void WidenBytes(ByteBlock block, char16_t* units) noexcept
-{
+void WidenBytes(ByteBlock block, char16_t* units) noexcept {
     const ByteBlock front =
         __builtin_shufflevector(block, ByteBlock{}, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
     const ByteBlock back =
@@ -71,8 +65,7 @@ void WidenBytes(ByteBlock block, char16_t* units) noexcept
 }
 
 /// Widens from the front while 64 bytes at a time are ASCII; moves both pointers.
-void WidenAscii(const unsigned char*& in, const unsigned char* stop, char16_t*& out) noexcept
-{
+void WidenAscii(const unsigned char*& in, const unsigned char* stop, char16_t*& out) noexcept {
     for (; stop - in >= static_cast<std::ptrdiff_t>(kWindowBytes) && IsAsciiWindow(in); in += kWindowBytes) {
         for (std::size_t i = 0; i < kWindowBytes; i += kBlockBytes)
             WidenBytes(LoadBytes(in + i), out + i);
@@ -81,8 +74,7 @@ void WidenAscii(const unsigned char*& in, const unsigned char* stop, char16_t*& 
 }
 
 /// Decodes one sequence, or a part that is no UTF-8; moves both pointers.
-void DecodeSequence(const unsigned char*& in, const unsigned char* end, char16_t*& out) noexcept
-{
+void DecodeSequence(const unsigned char*& in, const unsigned char* end, char16_t*& out) noexcept {
     const char32_t codePoint = platform::TakeUtf8(in, end);
     out = platform::WriteUtf16(
         codePoint != platform::kNoCodePoint ? codePoint : char32_t{platform::kReplacementCharacter}, out);
@@ -90,8 +82,7 @@ void DecodeSequence(const unsigned char*& in, const unsigned char* end, char16_t
 
 /// Decodes what begins before `stop`; moves both pointers.
 void DecodeOneByOne(const unsigned char*& in, const unsigned char* stop, const unsigned char* end,
-                    char16_t*& out) noexcept
-{
+                    char16_t*& out) noexcept {
     while (in < stop) {
         if (*in < 0x80 && stop - in >= 8) {
             StoreBlock(out, WidenedBlock(in));  // what follows the ASCII ones is overwritten
@@ -105,8 +96,7 @@ void DecodeOneByOne(const unsigned char*& in, const unsigned char* stop, const u
 }
 
 /// Whether most of the 64 bytes are ASCII.
-bool IsMostlyAscii(const unsigned char* bytes) noexcept
-{
+bool IsMostlyAscii(const unsigned char* bytes) noexcept {
     std::uint64_t counts = 0;
     for (std::size_t i = 0; i < kWindowBytes; i += 8)
         counts += EightBytes(bytes + i) >> 7 & 0x0101010101010101U;
@@ -114,8 +104,7 @@ bool IsMostlyAscii(const unsigned char* bytes) noexcept
 }
 
 /// Which of the 64 bytes begin a sequence: all but continuation bytes.
-std::uint64_t BeginningsIn(const unsigned char* bytes) noexcept
-{
+std::uint64_t BeginningsIn(const unsigned char* bytes) noexcept {
     std::uint64_t beginnings = 0;
     for (unsigned i = 0; i < kWindowBytes; i += 8) {
         const std::uint64_t stored = EightBytes(bytes + i);
@@ -131,14 +120,12 @@ struct Window {
     std::array<char16_t, kWindowBytes> units;
     std::array<std::uint16_t, kWindowBytes> lengths;  // 0: four bytes or an error, to be looked at alone
 
-    explicit Window(const unsigned char* bytes) noexcept
-    {
+    explicit Window(const unsigned char* bytes) noexcept {
         for (std::size_t i = 0; i < kWindowBytes; i += kBlockUnits)
             DecodeBlock(bytes + i, i);
     }
 
-    void DecodeBlock(const unsigned char* bytes, std::size_t at) noexcept
-    {
+    void DecodeBlock(const unsigned char* bytes, std::size_t at) noexcept {
         // The lead and the second byte's six bits in one number tell everything but the third byte.
         const UnitBlock second = WidenedBlock(bytes + 1) & FilledBlock(0x3F);
         const UnitBlock third = WidenedBlock(bytes + 2) & FilledBlock(0x3F);
@@ -157,16 +144,14 @@ struct Window {
     }
 
     /// The same for numbers below 0x8000 as for others, but quicker.
-    static UnitMask IsAtLeast(UnitBlock block, std::int16_t least) noexcept
-    {
+    static UnitMask IsAtLeast(UnitBlock block, std::int16_t least) noexcept {
         return reinterpret_cast<UnitMask>(block) > static_cast<std::int16_t>(least - 1);
     }
 };
 
 /// Decodes all sequences of the 64 bytes but the last, which may go on behind them, without a branch for the kind of each.
 /// False and nothing moved where the bytes are not well-formed or nothing but continuation bytes follows the first.
-bool DecodeWindow(const unsigned char*& in, char16_t*& out) noexcept
-{
+bool DecodeWindow(const unsigned char*& in, char16_t*& out) noexcept {
     const Window window(in);
     std::uint64_t beginnings = BeginningsIn(in);
     std::size_t expected = 0;
@@ -195,8 +180,7 @@ bool DecodeWindow(const unsigned char*& in, char16_t*& out) noexcept
 
 }  // namespace
 
-std::size_t DecodeUtf8(std::string_view& utf8, std::size_t byteCount, char16_t* units) noexcept
-{
+std::size_t DecodeUtf8(std::string_view& utf8, std::size_t byteCount, char16_t* units) noexcept {
     const auto* const begin = reinterpret_cast<const unsigned char*>(utf8.data());
     const unsigned char* in = begin;
     const unsigned char* const end = in + utf8.size();

@@ -15,23 +15,19 @@ constexpr std::size_t kShortText = 2 * kAsciiStep;   // a text up to this length
 
 using ByteBlock [[gnu::vector_size(16)]] = std::uint8_t;
 
-template <class To, class Block>
-void Store(To* to, const Block& block) noexcept
-{
+template <class To, class Block> void Store(To* to, const Block& block) noexcept {
     std::memcpy(to, &block, sizeof block);
 }
 
 /// The low bytes of both blocks' units.
-ByteBlock Narrowed(UnitBlock front, UnitBlock back) noexcept
-{
+ByteBlock Narrowed(UnitBlock front, UnitBlock back) noexcept {
     return __builtin_shufflevector(reinterpret_cast<ByteBlock>(InByteOrder(front)),
                                    reinterpret_cast<ByteBlock>(InByteOrder(back)), 0, 2, 4, 6, 8, 10, 12, 14, 16, 18,
                                    20, 22, 24, 26, 28, 30);
 }
 
 /// Narrows from the front while 64 units at a time are ASCII; returns how many units that were.
-std::size_t NarrowAscii(std::u16string_view units, char* bytes) noexcept
-{
+std::size_t NarrowAscii(std::u16string_view units, char* bytes) noexcept {
     std::size_t i = 0;
     for (; i + kAsciiStep <= units.size(); i += kAsciiStep) {
         UnitBlock blocks[kAsciiStep / kBlockUnits];
@@ -49,15 +45,13 @@ std::size_t NarrowAscii(std::u16string_view units, char* bytes) noexcept
 }
 
 /// How many units of a block begin a pair, what follows each unit being the other block's.
-UnitMask PairsIn(UnitBlock block, UnitBlock following) noexcept
-{
+UnitMask PairsIn(UnitBlock block, UnitBlock following) noexcept {
     const UnitBlock kind = FilledBlock(0xFC00);
     return ((block & kind) == FilledBlock(0xD800)) & ((following & kind) == FilledBlock(0xDC00));
 }
 
 /// Encodes what begins at `in`, which moves behind it: a unit, or both of a pair.
-char* EncodeNext(const char16_t*& in, const char16_t* end, char* out) noexcept
-{
+char* EncodeNext(const char16_t*& in, const char16_t* end, char* out) noexcept {
     return platform::WriteUtf8(platform::TakeCodePoint(in, end), out);
 }
 
@@ -68,8 +62,7 @@ struct EncodedBlock {
     std::array<char, kStoredBytes * kBlockUnits> bytes;
     std::array<std::uint16_t, kBlockUnits> lengths;
 
-    explicit EncodedBlock(UnitBlock units) noexcept
-    {
+    explicit EncodedBlock(UnitBlock units) noexcept {
         const UnitMask isAscii = units < FilledBlock(0x80);
         const UnitMask isShort = units < FilledBlock(0x800);
         const UnitBlock tail = units & FilledBlock(0x3F);
@@ -85,8 +78,7 @@ struct EncodedBlock {
 
 /// Encodes eight units, or nine where a pair begins with the eighth. The four bytes stored for the last unit may reach past
 /// its own bytes, so three more units must follow unless all eight are ASCII.
-void EncodeBlock(const char16_t*& in, const char16_t* end, char*& out) noexcept
-{
+void EncodeBlock(const char16_t*& in, const char16_t* end, char*& out) noexcept {
     const UnitBlock units = LoadBlock(in);
     if (IsAsciiBlock(units)) {
         const ByteBlock narrowed = Narrowed(units, units);
@@ -110,9 +102,7 @@ void EncodeBlock(const char16_t*& in, const char16_t* end, char*& out) noexcept
 }
 
 /// Makes `bytes` longer by what `write` writes, at most `most`: it is called with where to, and returns the end.
-template <class Write>
-void AppendWritten(std::string& bytes, std::size_t most, const Write& write)
-{
+template <class Write> void AppendWritten(std::string& bytes, std::size_t most, const Write& write) {
     const std::size_t before = bytes.size();
 #ifdef __cpp_lib_string_resize_and_overwrite
     bytes.resize_and_overwrite(before + most, [&](char* text, std::size_t) { return write(text + before) - text; });
@@ -124,8 +114,7 @@ void AppendWritten(std::string& bytes, std::size_t most, const Write& write)
 
 }  // namespace
 
-std::size_t CountEncodedBytes(std::u16string_view units) noexcept
-{
+std::size_t CountEncodedBytes(std::u16string_view units) noexcept {
     constexpr std::size_t kMostBlocks = 0x3000;  // a lane adds up to 2 a block and must fit 16 bits
     std::size_t count = units.size();
     std::size_t i = 0;
@@ -148,8 +137,7 @@ std::size_t CountEncodedBytes(std::u16string_view units) noexcept
     return count;
 }
 
-char* EncodeUtf8(std::u16string_view units, char* bytes) noexcept
-{
+char* EncodeUtf8(std::u16string_view units, char* bytes) noexcept {
     const char16_t* in = units.data();
     const char16_t* const end = in + units.size();
     const auto left = [&] { return static_cast<std::size_t>(end - in); };
@@ -165,8 +153,7 @@ char* EncodeUtf8(std::u16string_view units, char* bytes) noexcept
     return bytes;
 }
 
-void AppendUtf8(std::u16string_view units, std::string& bytes)
-{
+void AppendUtf8(std::u16string_view units, std::string& bytes) {
     if (units.size() <= kShortText) {
         char block[3 * kShortText];
         bytes.append(block, EncodeUtf8(units, block));

@@ -30,8 +30,7 @@ inline constexpr auto kDigitValues = [] {
 }();
 
 /// As `CrkGuid::StringToGuid`.
-constexpr CFUUIDBytes Read(std::u16string_view units) noexcept
-{
+constexpr CFUUIDBytes Read(std::u16string_view units) noexcept {
     if (units.size() >= 2 && units.front() == u'{')
         units = units.substr(1, units.size() - 2);
     if (units.size() != kTextUnitCount)

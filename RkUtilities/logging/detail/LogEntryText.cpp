@@ -24,14 +24,12 @@ namespace {
 // The markup of a header, body and footer around the values, and the values of fixed or nearly fixed length.
 constexpr std::size_t kUsualOverhead = 400;
 
-std::string_view SeverityText(ErkLogLevel level)
-{
+std::string_view SeverityText(ErkLogLevel level) {
     const auto index = static_cast<unsigned>(level);
     return index < std::size(kLevelNames) ? kLevelNames[index].substr("Log"sv.size()) : std::string_view();
 }
 
-void AppendEscaped(TextBuilder& target, std::u16string_view text)
-{
+void AppendEscaped(TextBuilder& target, std::u16string_view text) {
     for (std::size_t at = FindUnits(text, u"&", 0); at < text.size(); at = FindUnits(text, u"&", 0)) {
         target.Append(text.substr(0, at));
         target.Append(u"&amp;"sv);
@@ -42,20 +40,17 @@ void AppendEscaped(TextBuilder& target, std::u16string_view text)
 
 // What follows the first "?>"; the whole message when it has no "?>". Escaping neither makes nor breaks a "?>", so it may
 // be looked for before.
-std::u16string_view WithoutDeclaration(std::u16string_view message)
-{
+std::u16string_view WithoutDeclaration(std::u16string_view message) {
     const std::size_t end = FindUnits(message, u"?>", 0);
     return end < message.size() ? message.substr(end + 2) : message;
 }
 
-void AppendPreparedMessage(TextBuilder& target, std::u16string_view message)
-{
+void AppendPreparedMessage(TextBuilder& target, std::u16string_view message) {
     AppendEscaped(target, WithoutDeclaration(message));
 }
 
 /// `CrkLogWriter::CurrentTimeString` of a time. Valid until the thread's next text of a date or a time.
-std::u16string_view LocalTimeText(std::chrono::system_clock::time_point time, CFDateFormatterStyle style)
-{
+std::u16string_view LocalTimeText(std::chrono::system_clock::time_point time, CFDateFormatterStyle style) {
     using platform::DateStyle;
     static_assert(static_cast<long>(DateStyle::Full) == kCFDateFormatterFullStyle);
     const bool isKnown = style >= kCFDateFormatterNoStyle && style <= kCFDateFormatterFullStyle;
@@ -64,14 +59,12 @@ std::u16string_view LocalTimeText(std::chrono::system_clock::time_point time, CF
                                    std::chrono::floor<std::chrono::seconds>(time.time_since_epoch()).count());
 }
 
-void AppendHexadecimal(TextBuilder& target, std::uintptr_t number)
-{
+void AppendHexadecimal(TextBuilder& target, std::uintptr_t number) {
     std::array<char, 2 * sizeof number> digits;
     target.AppendAscii({digits.data(), std::to_chars(digits.begin(), digits.end(), number, 16).ptr});
 }
 
-void AppendUuid(TextBuilder& target, const CFUUIDBytes& id)
-{
+void AppendUuid(TextBuilder& target, const CFUUIDBytes& id) {
     constexpr char kDigits[] = "0123456789ABCDEF";
     std::array<char, 36> text;
     auto* next = text.begin();
@@ -86,16 +79,14 @@ void AppendUuid(TextBuilder& target, const CFUUIDBytes& id)
     target.AppendAscii({text.data(), text.size()});
 }
 
-std::int32_t SecondsSince2001(std::chrono::system_clock::time_point time)
-{
+std::int32_t SecondsSince2001(std::chrono::system_clock::time_point time) {
     using namespace std::chrono;
     constexpr sys_days kReferenceDate = 2001y / January / 1;
     return static_cast<std::int32_t>(duration_cast<seconds>(time - kReferenceDate).count());
 }
 
 void AppendHeader(TextBuilder& target, const CString& category, ErkLogLevel level, const CString& description,
-                  const CFUUIDBytes& id)
-{
+                  const CFUUIDBytes& id) {
     const auto now = std::chrono::system_clock::now();
     target.Append(u"<l:LogEntry><l:Timestamp>"sv);
     target.Append(LocalTimeText(now, kCFDateFormatterShortStyle));
@@ -117,8 +108,7 @@ void AppendHeader(TextBuilder& target, const CString& category, ErkLogLevel leve
 }  // namespace
 
 std::string EntryUtf8(const CString& message, const CString& category, ErkLogLevel level, const CString& description,
-                      const CFUUIDBytes& id)
-{
+                      const CFUUIDBytes& id) {
     TextBuilder entry(kUsualOverhead + static_cast<std::size_t>(message.GetLength()));
     AppendHeader(entry, category, level, description, id);
     entry.Append(u"<l:Body>"sv);
@@ -137,39 +127,29 @@ namespace {
 
 // Before the initialisers of all files, which in a static library may run earlier than this file's and use the log
 // already.
-[[gnu::constructor(101)]] void NoteWhenTheLibraryWasLoaded()
-{
+[[gnu::constructor(101)]] void NoteWhenTheLibraryWasLoaded() {
     CrkLogWriter::m_seconds = rk::SecondsSince2001(std::chrono::system_clock::now());
 }
 
 }  // namespace
 
 CString CrkLogWriter::EntryHeader(const CString& category, ErkLogLevel level, const CString& description,
-                                  CFUUIDBytes id)
-{
+                                  CFUUIDBytes id) {
     rk::TextBuilder header(rk::kUsualOverhead);
     rk::AppendHeader(header, category, level, description, id);
     return header.Take();
 }
 
-CString CrkLogWriter::EntryFooter()
-{
-    return rk::kEntryFooter;
-}
+CString CrkLogWriter::EntryFooter() { return rk::kEntryFooter; }
 
-CString CrkLogWriter::PrepareXml(const CString& message)
-{
+CString CrkLogWriter::PrepareXml(const CString& message) {
     rk::TextBuilder body(static_cast<std::size_t>(message.GetLength()));
     rk::AppendPreparedMessage(body, message);
     return body.Take();
 }
 
-CString CrkLogWriter::CurrentTimeString(CFDateFormatterStyle style)
-{
+CString CrkLogWriter::CurrentTimeString(CFDateFormatterStyle style) {
     return rk::LocalTimeText(std::chrono::system_clock::now(), style);
 }
 
-CString CrkLogWriter::Severity(ErkLogLevel level)
-{
-    return rk::SeverityText(level);
-}
+CString CrkLogWriter::Severity(ErkLogLevel level) { return rk::SeverityText(level); }

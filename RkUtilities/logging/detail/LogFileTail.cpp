@@ -13,8 +13,7 @@ namespace rk {
 
 namespace {
 
-std::optional<std::string> Read(const platform::AppendFile& file, std::uint64_t offset, std::size_t byteCount)
-{
+std::optional<std::string> Read(const platform::AppendFile& file, std::uint64_t offset, std::size_t byteCount) {
     std::string bytes(byteCount, '\0');
     std::error_code error;
     bytes.resize(file.ReadAt(offset, bytes.data(), byteCount, error));
@@ -23,8 +22,7 @@ std::optional<std::string> Read(const platform::AppendFile& file, std::uint64_t 
 
 // Where the last whole entry ends; 0 in a file without a whole entry, nullopt when the entry lies too far from the end.
 // The search goes from the end, block by block; blocks overlap so far that no footer is cut in two.
-std::optional<std::uint64_t> EndOfLastEntry(const platform::AppendFile& file)
-{
+std::optional<std::uint64_t> EndOfLastEntry(const platform::AppendFile& file) {
     constexpr std::uint64_t kBlockByteCount = std::uint64_t{64} << 10;
     constexpr std::uint64_t kFarthest = std::uint64_t{64} << 20;
     for (std::uint64_t end = file.ByteCount();;) {
@@ -42,8 +40,7 @@ std::optional<std::uint64_t> EndOfLastEntry(const platform::AppendFile& file)
 
 }  // namespace
 
-void RemoveTornEntry(platform::AppendFile& file)
-{
+void RemoveTornEntry(platform::AppendFile& file) {
     const std::size_t footerByteCount = std::min<std::uint64_t>(file.ByteCount(), kEntryFooter.size());
     if (Read(file, file.ByteCount() - footerByteCount, footerByteCount) == kEntryFooter)
         return;

@@ -12,8 +12,7 @@ namespace rk {
 namespace {
 
 /// A step in the upper half and an error number in the lower one, so that both are read and written in one go.
-constexpr std::uint64_t FailureOf(LogStep step, int errorNumber)
-{
+constexpr std::uint64_t FailureOf(LogStep step, int errorNumber) {
     return std::uint64_t{static_cast<std::uint32_t>(step)} << 32 | static_cast<std::uint32_t>(errorNumber);
 }
 constinit std::atomic<std::uint64_t> lastFailure = FailureOf(LogStep::None, 0);
@@ -32,15 +31,13 @@ static_assert(std::size(kStepTexts) == static_cast<std::size_t>(LogStep::Close) 
 
 }  // namespace
 
-void LogTroubles::Forget() noexcept
-{
+void LogTroubles::Forget() noexcept {
     lastFailure = FailureOf(LogStep::None, 0);
     droppedEntryCount = 0;
     isTold = false;
 }
 
-void LogTroubles::Note(LogStep step, const std::error_code& error) noexcept
-{
+void LogTroubles::Note(LogStep step, const std::error_code& error) noexcept {
     lastFailure = FailureOf(step, error.value());
     if (!CrkLogWriter::m_tellsFirstFailure || isTold.exchange(true))
         return;
@@ -51,19 +48,14 @@ void LogTroubles::Note(LogStep step, const std::error_code& error) noexcept
     }
 }
 
-void LogTroubles::NoteDroppedEntry(const std::error_code& error) noexcept
-{
+void LogTroubles::NoteDroppedEntry(const std::error_code& error) noexcept {
     ++droppedEntryCount;
     Note(LogStep::OpenFile, error);
 }
 
-std::uint64_t LogTroubles::DroppedEntries() noexcept
-{
-    return droppedEntryCount;
-}
+std::uint64_t LogTroubles::DroppedEntries() noexcept { return droppedEntryCount; }
 
-std::string LogTroubles::LastFailure()
-{
+std::string LogTroubles::LastFailure() {
     const std::uint64_t failure = lastFailure;
     const char* const step = kStepTexts[failure >> 32];
     if (*step == 0)

@@ -16,8 +16,7 @@ constexpr int kMostDecimals = 30;
 constexpr std::size_t kMostZeros = 1000000;  // that an exponent adds: a few units of text must not ask for gigabytes
 
 /// Moves the decimal point by `places`, to the right for positive ones.
-void ShiftPoint(SplitNumber& number, std::int64_t places, std::u16string& moved)
-{
+void ShiftPoint(SplitNumber& number, std::int64_t places, std::u16string& moved) {
     const auto count = static_cast<std::size_t>(places < 0 ? -places : places);
     if (places > 0) {
         const std::size_t taken = std::min(count, number.fraction.size());
@@ -37,8 +36,7 @@ void ShiftPoint(SplitNumber& number, std::int64_t places, std::u16string& moved)
 
 }  // namespace
 
-std::u16string_view Trimmed(std::u16string_view text)
-{
+std::u16string_view Trimmed(std::u16string_view text) {
     while (!text.empty() && platform::IsWhiteSpace(text.back()))
         text.remove_suffix(1);
     while (!text.empty() && platform::IsWhiteSpace(text.front()))
@@ -47,8 +45,7 @@ std::u16string_view Trimmed(std::u16string_view text)
 }
 
 std::optional<SplitNumber> Split(const CString& text, std::u16string_view decimalPoint, std::u16string& moved,
-                                 std::u16string_view fractionBefore)
-{
+                                 std::u16string_view fractionBefore) {
     std::u16string_view rest = Trimmed(text);
     if (rest.empty())
         return std::nullopt;
@@ -76,20 +73,17 @@ std::optional<SplitNumber> Split(const CString& text, std::u16string_view decima
     return number;
 }
 
-std::size_t ClampedDecimals(int decimalCount)
-{
+std::size_t ClampedDecimals(int decimalCount) {
     return static_cast<std::size_t>(std::clamp(decimalCount, 0, kMostDecimals));
 }
 
-void AppendDecimals(TextBuilder& builder, std::u16string_view fraction, std::size_t count)
-{
+void AppendDecimals(TextBuilder& builder, std::u16string_view fraction, std::size_t count) {
     fraction = fraction.substr(0, count);
     builder.Append(fraction);
     builder.Append(count - fraction.size(), u'0');
 }
 
-void AppendGrouped(TextBuilder& builder, std::u16string_view integer, std::u16string_view separator)
-{
+void AppendGrouped(TextBuilder& builder, std::u16string_view integer, std::u16string_view separator) {
     if (integer.empty())
         return;
     const std::size_t separatorCount = (integer.size() - 1) / kGroupUnits;

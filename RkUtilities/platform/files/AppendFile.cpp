@@ -13,8 +13,7 @@ namespace {
 // A file that is moved away again and again just before we lock it is taken as it is in the end.
 constexpr int kMostReopenings = 100;
 
-int OpenToAppend(const std::string& path, int furtherFlags)
-{
+int OpenToAppend(const std::string& path, int furtherFlags) {
     // O_NONBLOCK: a pipe of that name must not stop the program when no process reads it.
     constexpr int kFlags = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     constexpr mode_t kForTheOwner = 0600;
@@ -22,8 +21,7 @@ int OpenToAppend(const std::string& path, int furtherFlags)
 }
 
 // Whether other users may put a file or link of their own in the place of this path's last element.
-bool IsInSharedFolder(const std::string& path)
-{
+bool IsInSharedFolder(const std::string& path) {
     const std::string folder = FolderPart(path);
     struct stat facts{};
     return stat(folder.empty() ? "." : SystemPath(folder), &facts) != 0 || (facts.st_mode & (S_IWGRP | S_IWOTH)) != 0 ||
@@ -33,8 +31,7 @@ bool IsInSharedFolder(const std::string& path)
 }  // namespace
 
 std::error_code AppendFile::Open(const std::string& path, std::uint64_t fullAboveByteCount,
-                                 const std::optional<Left>& left, Patience& patience)
-{
+                                 const std::optional<Left>& left, Patience& patience) {
     for (int reopenings = 0;; ++reopenings) {
         if (const std::error_code error = OpenUnlocked(path))
             return error;
@@ -50,8 +47,7 @@ std::error_code AppendFile::Open(const std::string& path, std::uint64_t fullAbov
     }
 }
 
-std::error_code AppendFile::OpenUnlocked(const std::string& path)
-{
+std::error_code AppendFile::OpenUnlocked(const std::string& path) {
     m_file = FileHandle();  // closes a file that was moved away; nothing of ours was written to it
     m_file = FileHandle(OpenToAppend(path, O_NOFOLLOW));
     if (!m_file && errno == ELOOP && !IsInSharedFolder(path))
@@ -61,8 +57,7 @@ std::error_code AppendFile::OpenUnlocked(const std::string& path)
 
 // The lock belongs to the open file, not to the process, whose other descriptors would release it. Where the file system
 // has no locks we go on without, as if we had it.
-void AppendFile::Lock(Patience& patience)
-{
+void AppendFile::Lock(Patience& patience) {
     struct flock wholeFile{};
     wholeFile.l_type = F_WRLCK;
     wholeFile.l_whence = SEEK_SET;
@@ -72,8 +67,7 @@ void AppendFile::Lock(Patience& patience)
     } while (!m_isLocked && patience.Sleep());
 }
 
-std::error_code AppendFile::Examine(const std::string& path)
-{
+std::error_code AppendFile::Examine(const std::string& path) {
     m_sizeGuard.emplace();
     m_isShared = IsInSharedFolder(path);
     struct stat facts{};
@@ -83,8 +77,7 @@ std::error_code AppendFile::Examine(const std::string& path)
     return m_isShared && !isOurs ? ErrorOf(EPERM) : std::error_code();
 }
 
-void AppendFile::Remember(std::string&& path, std::optional<Left>& left) const noexcept
-{
+void AppendFile::Remember(std::string&& path, std::optional<Left>& left) const noexcept {
     if (m_isAsLeft)
         left->byteCount = m_byteCount;
     else if (m_isLocked && !m_isShared && m_sizeGuard && !m_sizeGuard->FoundLimit())
@@ -93,22 +86,20 @@ void AppendFile::Remember(std::string&& path, std::optional<Left>& left) const n
         left.reset();
 }
 
-bool AppendFile::StandsAt(const std::string& path) const
-{
+bool AppendFile::StandsAt(const std::string& path) const {
     struct stat ours{};
     struct stat named{};
     return fstat(m_file.Descriptor(), &ours) == 0 && stat(SystemPath(path), &named) == 0 && IsSameFile(ours, named);
 }
 
-std::size_t AppendFile::ReadAt(std::uint64_t offset, char* buffer, std::size_t byteCount, std::error_code& error) const
-{
+std::size_t AppendFile::ReadAt(std::uint64_t offset, char* buffer, std::size_t byteCount,
+                               std::error_code& error) const {
     // An append goes to the end wherever the position is.
     SeekFile(m_file.Descriptor(), static_cast<std::int64_t>(offset), SeekFrom::Start, error);
     return error ? 0 : ReadFile(m_file.Descriptor(), buffer, byteCount, error);
 }
 
-std::error_code AppendFile::Append(std::string_view bytes)
-{
+std::error_code AppendFile::Append(std::string_view bytes) {
     std::size_t writtenCount = 0;
     for (;;) {
         const std::string_view rest = bytes.substr(writtenCount);
@@ -128,8 +119,7 @@ std::error_code AppendFile::Append(std::string_view bytes)
     return {};
 }
 
-void AppendFile::TakeBack(std::size_t writtenCount) const
-{
+void AppendFile::TakeBack(std::size_t writtenCount) const {
     const int descriptor = m_file.Descriptor();
     const off_t endOfOurs = writtenCount > 0 ? lseek(descriptor, 0, SEEK_CUR) : -1;
     struct stat facts{};
@@ -138,17 +128,13 @@ void AppendFile::TakeBack(std::size_t writtenCount) const
             Uninterrupted([&] { return ftruncate(descriptor, endOfOurs - static_cast<off_t>(writtenCount)); }));
 }
 
-std::error_code AppendFile::CutTo(std::uint64_t byteCount)
-{
+std::error_code AppendFile::CutTo(std::uint64_t byteCount) {
     if (Uninterrupted([&] { return ftruncate(m_file.Descriptor(), static_cast<off_t>(byteCount)); }) != 0)
         return LastError();
     m_byteCount = byteCount;
     return {};
 }
 
-std::error_code AppendFile::Close()
-{
-    return m_file.Close();
-}
+std::error_code AppendFile::Close() { return m_file.Close(); }
 
 }  // namespace rk::platform

@@ -7,8 +7,7 @@
 #include <system_error>
 
 namespace rk::platform {
-std::optional<std::string> CanonicalPathOfReadable(const std::string& path)
-{
+std::optional<std::string> CanonicalPathOfReadable(const std::string& path) {
     const FileHandle file(
         Uninterrupted([&] { return open(SystemPath(path), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
     struct stat opened{};

@@ -13,8 +13,7 @@ namespace {
 
 constexpr mode_t kPermissions = S_IRWXU | S_IRWXG | S_IRWXO;
 
-std::error_code CopyFileTo(Place from, Place to, mode_t extraPermissions)
-{
+std::error_code CopyFileTo(Place from, Place to, mode_t extraPermissions) {
     // Not a pipe or a link that took the file's place meanwhile: neither is waited for nor followed.
     constexpr int kOld = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
     const FileHandle source(Uninterrupted([&] { return openat(from.folder, from.name, kOld); }));
@@ -38,14 +37,12 @@ std::error_code CopyFileTo(Place from, Place to, mode_t extraPermissions)
     return error;
 }
 
-void SetTimes(Place place, const struct stat& source)
-{
+void SetTimes(Place place, const struct stat& source) {
     const timespec times[] = {source.st_atim, source.st_mtim};
     static_cast<void>(utimensat(place.folder, place.name, times, AT_SYMLINK_NOFOLLOW));
 }
 
-std::error_code CopyLinkTo(Place from, Place to)
-{
+std::error_code CopyLinkTo(Place from, Place to) {
     char target[PATH_MAX];
     const ssize_t length = readlinkat(from.folder, from.name, target, sizeof target);
     struct stat status{};
@@ -61,8 +58,7 @@ std::error_code CopyLinkTo(Place from, Place to)
 }
 
 /// Opening one could wait forever or have effects.
-std::error_code CopyNodeTo(Place from, Place to)
-{
+std::error_code CopyNodeTo(Place from, Place to) {
     struct stat status{};
     if (fstatat(from.folder, from.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return LastError();
@@ -74,8 +70,7 @@ std::error_code CopyNodeTo(Place from, Place to)
 
 }  // namespace
 
-std::error_code KindAt(Place place, FileKind& kind)
-{
+std::error_code KindAt(Place place, FileKind& kind) {
     struct stat status{};
     if (fstatat(place.folder, place.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return LastError();
@@ -83,15 +78,13 @@ std::error_code KindAt(Place place, FileKind& kind)
     return {};
 }
 
-void SetPermissionsAndTimes(int descriptor, const struct stat& source, mode_t extraPermissions)
-{
+void SetPermissionsAndTimes(int descriptor, const struct stat& source, mode_t extraPermissions) {
     const timespec times[] = {source.st_atim, source.st_mtim};
     static_cast<void>(fchmod(descriptor, (source.st_mode & kPermissions) | extraPermissions));
     static_cast<void>(futimens(descriptor, times));
 }
 
-std::error_code CopyItem(Place from, Place to, FileKind kind, mode_t extraPermissions)
-{
+std::error_code CopyItem(Place from, Place to, FileKind kind, mode_t extraPermissions) {
     switch (kind) {
     case FileKind::File:
         return CopyFileTo(from, to, extraPermissions);
@@ -102,8 +95,7 @@ std::error_code CopyItem(Place from, Place to, FileKind kind, mode_t extraPermis
     }
 }
 
-std::error_code Decide(Place to, const CopyRules& rules, Decision& decision)
-{
+std::error_code Decide(Place to, const CopyRules& rules, Decision& decision) {
     struct stat status{};
     decision = Decision::Free;
     if (fstatat(to.folder, to.name, &status, AT_SYMLINK_NOFOLLOW) != 0)

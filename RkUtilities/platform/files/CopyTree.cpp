@@ -16,20 +16,15 @@ using Use = FolderChain::Use;
 
 enum class FolderState { New, Merged };
 
-Taken TakenFor(Decision decision)
-{
-    return decision == Decision::Replace ? Taken::IsReplaced : Taken::Stays;
-}
+Taken TakenFor(Decision decision) { return decision == Decision::Replace ? Taken::IsReplaced : Taken::Stays; }
 
 class TreeCopier {
 public:
     TreeCopier(const CopyRules& rules, mode_t permissionsInNewFolders)
         : m_rules(rules), m_permissions(rules.makeWritable ? S_IWUSR : 0),
-          m_permissionsInNewFolders(permissionsInNewFolders)
-    {}
+          m_permissionsInNewFolders(permissionsInNewFolders) {}
 
-    std::error_code CopyOne(Place from, Place to, Taken taken)
-    {
+    std::error_code CopyOne(Place from, Place to, Taken taken) {
         FileKind kind{};
         std::error_code error = KindAt(from, kind);
         if (!error)
@@ -54,8 +49,7 @@ public:
         return error ? error : incomplete;
     }
 
-    std::error_code CopyContents(const std::string& from, const std::string& to)
-    {
+    std::error_code CopyContents(const std::string& from, const std::string& to) {
         FileIdentity source;
         FileIdentity target;
         std::error_code error = m_from.Start({AT_FDCWD, SystemPath(from)}, Links::Follow, Use::List);
@@ -82,8 +76,7 @@ private:
     };
 
     /// Takes up the folders in which both chains stand.
-    std::error_code Begin(FolderState state, const char* name)
-    {
+    std::error_code Begin(FolderState state, const char* name) {
         Level& level = m_levels.emplace_back(Level{state, name, {}, {}, 0});
         if (fstat(m_from.Current(), &level.source) != 0)
             return LastError();
@@ -97,8 +90,7 @@ private:
     }
 
     /// The first failure of an entry is kept for the end; only losing the way ends the copying.
-    std::error_code CopyAll()
-    {
+    std::error_code CopyAll() {
         while (!m_levels.empty()) {
             Level& level = m_levels.back();
             if (level.next < level.entries.size())
@@ -109,14 +101,12 @@ private:
         return m_firstFailure;
     }
 
-    void Note(const std::error_code& error)
-    {
+    void Note(const std::error_code& error) {
         if (error && !m_firstFailure)
             m_firstFailure = error;
     }
 
-    std::error_code Finish()
-    {
+    std::error_code Finish() {
         const FolderState state = m_levels.back().state;
         const char* const name = m_levels.back().name;
         if (state == FolderState::New)
@@ -134,8 +124,7 @@ private:
         return error;
     }
 
-    std::error_code MakeWorkFolder(Place target)
-    {
+    std::error_code MakeWorkFolder(Place target) {
         if (m_work)
             return {};
         FileIdentity identity;
@@ -149,16 +138,14 @@ private:
         return error;
     }
 
-    std::error_code PutWorkInPlace(const char* name, Taken taken)
-    {
+    std::error_code PutWorkInPlace(const char* name, Taken taken) {
         const std::error_code error = PutInPlace(m_work->Item(), {m_to.Current(), name}, taken);
         if (error)
             m_work.reset();
         return error;
     }
 
-    std::error_code CopyEntry(FolderEntry& entry)
-    {
+    std::error_code CopyEntry(FolderEntry& entry) {
         const char* const name = entry.name.c_str();
         const Place source{m_from.Current(), name}, target{m_to.Current(), name};
         std::error_code error;
@@ -182,8 +169,7 @@ private:
         return error ? error : PutWorkInPlace(name, TakenFor(decision));
     }
 
-    std::error_code CopySubfolder(const char* name)
-    {
+    std::error_code CopySubfolder(const char* name) {
         if (const std::error_code error = m_from.Enter(name, Links::DoNotFollow, Use::List))
             return error;
         std::optional<FolderState> state;
@@ -195,8 +181,7 @@ private:
     }
 
     /// Goes into the folder's counterpart and tells whether it is new; no state when the folder is left out.
-    std::error_code EnterTarget(const char* name, std::optional<FolderState>& state)
-    {
+    std::error_code EnterTarget(const char* name, std::optional<FolderState>& state) {
         FileIdentity source;
         if (const std::error_code error = IdentityOf(m_from.Current(), source))
             return error;
@@ -246,15 +231,13 @@ private:
 
 }  // namespace
 
-std::error_code CopyTree(const std::string& from, const std::string& to, const CopyRules& rules, CopyOutcome& outcome)
-{
+std::error_code CopyTree(const std::string& from, const std::string& to, const CopyRules& rules, CopyOutcome& outcome) {
     const std::string source = WithoutClosingSlashes(from);
     const std::string target = WithoutClosingSlashes(to);
     return CopyTree({AT_FDCWD, SystemPath(source)}, {AT_FDCWD, SystemPath(target)}, rules, outcome);
 }
 
-std::error_code CopyTree(Place from, Place to, const CopyRules& rules, CopyOutcome& outcome)
-{
+std::error_code CopyTree(Place from, Place to, const CopyRules& rules, CopyOutcome& outcome) {
     const FileSizeSignalGuard guard;
     Decision decision{};
     std::error_code error = Decide(to, rules, decision);
@@ -267,8 +250,7 @@ std::error_code CopyTree(Place from, Place to, const CopyRules& rules, CopyOutco
     return TreeCopier(rules, 0).CopyOne(from, to, TakenFor(decision));
 }
 
-std::error_code CopyContents(const std::string& from, const std::string& to, const CopyRules& rules)
-{
+std::error_code CopyContents(const std::string& from, const std::string& to, const CopyRules& rules) {
     const FileSizeSignalGuard guard;
     const bool makeWritableInside = rules.makeWritable && rules.replaceReadOnly;
     return TreeCopier(rules, makeWritableInside ? S_IWUSR : 0).CopyContents(from, to);

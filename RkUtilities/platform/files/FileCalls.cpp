@@ -7,32 +7,28 @@
 namespace rk::platform {
 namespace {
 
-sigset_t FileSizeSignal() noexcept
-{
+sigset_t FileSizeSignal() noexcept {
     sigset_t set;
     sigemptyset(&set);
     sigaddset(&set, SIGXFSZ);
     return set;
 }
 
-bool IsPending() noexcept
-{
+bool IsPending() noexcept {
     sigset_t pending;
     return sigpending(&pending) == 0 && sigismember(&pending, SIGXFSZ) == 1;
 }
 
 }  // namespace
 
-std::error_code FileHandle::Close() noexcept
-{
+std::error_code FileHandle::Close() noexcept {
     if (m_descriptor < 0)
         return {};
     // Linux gives the descriptor back even when a signal interrupts: closing again could close another thread's file.
     return close(Release()) == 0 || errno == EINTR ? std::error_code() : LastError();
 }
 
-FileSizeSignalGuard::FileSizeSignalGuard() noexcept
-{
+FileSizeSignalGuard::FileSizeSignalGuard() noexcept {
     rlimit limit{};
     m_foundLimit = getrlimit(RLIMIT_FSIZE, &limit) != 0 || limit.rlim_cur != RLIM_INFINITY;
     if (!m_foundLimit || IsPending())
@@ -41,8 +37,7 @@ FileSizeSignalGuard::FileSizeSignalGuard() noexcept
     m_holding = pthread_sigmask(SIG_BLOCK, &set, &m_previousMask) == 0;
 }
 
-FileSizeSignalGuard::~FileSizeSignalGuard()
-{
+FileSizeSignalGuard::~FileSizeSignalGuard() {
     if (!m_holding)
         return;
     const int keptError = errno;
@@ -54,14 +49,12 @@ FileSizeSignalGuard::~FileSizeSignalGuard()
     errno = keptError;
 }
 
-std::string WithoutClosingSlashes(const std::string& path)
-{
+std::string WithoutClosingSlashes(const std::string& path) {
     const std::size_t last = path.find_last_not_of('/');
     return path.substr(0, last == std::string::npos ? std::min<std::size_t>(path.size(), 1) : last + 1);
 }
 
-std::string FolderPart(const std::string& path)
-{
+std::string FolderPart(const std::string& path) {
     const std::size_t last = path.find_last_not_of('/');
     const std::size_t slash = last == std::string::npos ? last : path.find_last_of('/', last);
     return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);

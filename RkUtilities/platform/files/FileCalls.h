@@ -12,29 +12,17 @@ namespace rk::platform {
 
 /// The path for a system call. A path with a zero byte would be cut there, so it becomes "", which every call refuses
 /// (ENOENT).
-inline const char* SystemPath(const std::string& path) noexcept
-{
+inline const char* SystemPath(const std::string& path) noexcept {
     return path.find('\0') == std::string::npos ? path.c_str() : "";
 }
 
-inline std::error_code ErrorOf(int errorNumber) noexcept
-{
-    return {errorNumber, std::generic_category()};
-}
-inline std::error_code LastError() noexcept
-{
-    return ErrorOf(errno);
-}
+inline std::error_code ErrorOf(int errorNumber) noexcept { return {errorNumber, std::generic_category()}; }
+inline std::error_code LastError() noexcept { return ErrorOf(errno); }
 /// The outcome of a call that returns 0 or -1.
-inline std::error_code Outcome(int result) noexcept
-{
-    return result == 0 ? std::error_code() : LastError();
-}
+inline std::error_code Outcome(int result) noexcept { return result == 0 ? std::error_code() : LastError(); }
 
 /// Makes a system call again for as long as signals interrupt it.
-template <class Call>
-auto Uninterrupted(Call call)
-{
+template <class Call> auto Uninterrupted(Call call) {
     for (;;) {
         const auto result = call();
         if (result != -1 || errno != EINTR)
@@ -42,8 +30,7 @@ auto Uninterrupted(Call call)
     }
 }
 
-inline bool IsSameFile(const struct stat& first, const struct stat& second) noexcept
-{
+inline bool IsSameFile(const struct stat& first, const struct stat& second) noexcept {
     return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
@@ -58,14 +45,12 @@ class FileHandle {
 public:
     FileHandle() noexcept = default;
     explicit FileHandle(int descriptor) noexcept : m_descriptor(descriptor) {}
-    ~FileHandle()
-    {
+    ~FileHandle() {
         if (m_descriptor >= 0)
             Close();
     }
     FileHandle(FileHandle&& other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
-    FileHandle& operator=(FileHandle&& other) noexcept
-    {
+    FileHandle& operator=(FileHandle&& other) noexcept {
         std::swap(m_descriptor, other.m_descriptor);
         return *this;
     }

@@ -18,8 +18,7 @@ struct Range {
     off_t end;
 };
 
-std::error_code WriteAt(int to, const char* bytes, std::size_t byteCount, off_t position)
-{
+std::error_code WriteAt(int to, const char* bytes, std::size_t byteCount, off_t position) {
     while (byteCount > 0) {
         const ssize_t count = Uninterrupted([&] { return pwrite(to, bytes, byteCount, position); });
         if (count <= 0)
@@ -31,8 +30,7 @@ std::error_code WriteAt(int to, const char* bytes, std::size_t byteCount, off_t 
     return {};
 }
 
-std::error_code CopyThroughBuffer(int from, int to, Range range)
-{
+std::error_code CopyThroughBuffer(int from, int to, Range range) {
     const auto buffer = std::make_unique_for_overwrite<char[]>(kBufferBytes);
     while (range.start < range.end) {
         const auto wanted = static_cast<std::size_t>(std::min<off_t>(range.end - range.start, kBufferBytes));
@@ -46,13 +44,11 @@ std::error_code CopyThroughBuffer(int from, int to, Range range)
     return {};
 }
 
-bool IsFailureOfTheDisk(int errorNumber) noexcept
-{
+bool IsFailureOfTheDisk(int errorNumber) noexcept {
     return errorNumber == ENOSPC || errorNumber == EDQUOT || errorNumber == EFBIG || errorNumber == EIO;
 }
 
-std::error_code CopyRange(int from, int to, Range range)
-{
+std::error_code CopyRange(int from, int to, Range range) {
     while (range.start < range.end) {
         off_t source = range.start;
         off_t target = range.start;
@@ -68,8 +64,7 @@ std::error_code CopyRange(int from, int to, Range range)
     return {};
 }
 
-std::error_code CopyDataBetweenHoles(int from, int to, off_t length)
-{
+std::error_code CopyDataBetweenHoles(int from, int to, off_t length) {
     off_t position = 0;
     while (position < length) {
         const off_t data = lseek(from, position, SEEK_DATA);
@@ -87,8 +82,7 @@ std::error_code CopyDataBetweenHoles(int from, int to, off_t length)
 
 }  // namespace
 
-std::error_code CopyContent(int from, int to, const ContentExtent& extent)
-{
+std::error_code CopyContent(int from, int to, const ContentExtent& extent) {
     if (extent.byteCount == 0)
         return CopyThroughBuffer(from, to, {0, kToTheEnd});
     return extent.hasHoles ? CopyDataBetweenHoles(from, to, extent.byteCount)

@@ -11,13 +11,11 @@ namespace {
 
 constexpr unsigned kAllFacts = STATX_BASIC_STATS | STATX_BTIME;
 
-FileTime TimeOf(const struct statx_timestamp& time) noexcept
-{
+FileTime TimeOf(const struct statx_timestamp& time) noexcept {
     return {time.tv_sec, static_cast<std::int32_t>(time.tv_nsec)};
 }
 
-FileFacts FactsOf(const struct statx& status) noexcept
-{
+FileFacts FactsOf(const struct statx& status) noexcept {
     FileFacts facts;
     facts.kind = KindOfMode(status.stx_mode);
     facts.ownerMayWrite = (status.stx_mode & S_IWUSR) != 0;
@@ -30,8 +28,7 @@ FileFacts FactsOf(const struct statx& status) noexcept
     return facts;
 }
 
-bool Status(const char* path, Links links, unsigned mask, struct statx& status) noexcept
-{
+bool Status(const char* path, Links links, unsigned mask, struct statx& status) noexcept {
     if (links == Links::Follow && statx(AT_FDCWD, path, 0, mask, &status) == 0)
         return true;
     return statx(AT_FDCWD, path, AT_SYMLINK_NOFOLLOW, mask, &status) == 0 &&
@@ -39,14 +36,12 @@ bool Status(const char* path, Links links, unsigned mask, struct statx& status) 
 }
 
 /// Names what stands at a place, whatever is moved there later. Needs no permission on it and has no effect on it.
-FileHandle Held(int folder, const char* name, Links links)
-{
+FileHandle Held(int folder, const char* name, Links links) {
     const int flags = O_PATH | O_CLOEXEC | (links == Links::Follow ? 0 : O_NOFOLLOW);
     return FileHandle(Uninterrupted([&] { return openat(folder, name, flags); }));
 }
 
-std::error_code SetOwnerWrite(const FileHandle& held, bool mayWrite)
-{
+std::error_code SetOwnerWrite(const FileHandle& held, bool mayWrite) {
     struct stat status{};
     if (fstat(held.Descriptor(), &status) != 0)
         return LastError();
@@ -56,8 +51,7 @@ std::error_code SetOwnerWrite(const FileHandle& held, bool mayWrite)
     return Outcome(chmod(held.Path().c_str(), (status.st_mode & 07777) ^ S_IWUSR));
 }
 
-timespec TimeToSet(const std::optional<FileTime>& time) noexcept
-{
+timespec TimeToSet(const std::optional<FileTime>& time) noexcept {
     if (!time)
         return {0, UTIME_OMIT};
     return {time->unixSeconds, time->nanoseconds};
@@ -65,8 +59,7 @@ timespec TimeToSet(const std::optional<FileTime>& time) noexcept
 
 }  // namespace
 
-FileKind KindOfMode(unsigned mode) noexcept
-{
+FileKind KindOfMode(unsigned mode) noexcept {
     switch (mode & S_IFMT) {
     case S_IFREG:
         return FileKind::File;
@@ -79,16 +72,14 @@ FileKind KindOfMode(unsigned mode) noexcept
     }
 }
 
-std::optional<FileFacts> Inspect(const std::string& path, Links links)
-{
+std::optional<FileFacts> Inspect(const std::string& path, Links links) {
     struct statx status{};
     if (!Status(SystemPath(path), links, kAllFacts, status))
         return std::nullopt;
     return FactsOf(status);
 }
 
-std::optional<FileKind> KindOf(const std::string& path, std::error_code& error)
-{
+std::optional<FileKind> KindOf(const std::string& path, std::error_code& error) {
     error.clear();
     struct statx status{};
     if (Status(SystemPath(path), Links::Follow, STATX_TYPE, status))
@@ -98,20 +89,18 @@ std::optional<FileKind> KindOf(const std::string& path, std::error_code& error)
     return std::nullopt;
 }
 
-std::optional<FileKind> KindOf(const std::string& path)
-{
+std::optional<FileKind> KindOf(const std::string& path) {
     std::error_code ignored;
     return KindOf(path, ignored);
 }
 
-bool HasExistingFolder(const std::string& path)
-{
+bool HasExistingFolder(const std::string& path) {
     const std::string folder = FolderPart(path);
     return KindOf(folder.empty() ? "." : folder) == FileKind::Folder;
 }
 
-std::error_code Change(const std::string& path, const std::function<FileChanges(const FileFacts& present)>& changesFor)
-{
+std::error_code Change(const std::string& path,
+                       const std::function<FileChanges(const FileFacts& present)>& changesFor) {
     const FileHandle held = Held(AT_FDCWD, SystemPath(path), Links::Follow);
     struct statx status{};
     if (!held || statx(held.Descriptor(), "", AT_EMPTY_PATH, kAllFacts, &status) != 0)
@@ -123,13 +112,11 @@ std::error_code Change(const std::string& path, const std::function<FileChanges(
     return changes.ownerMayWrite ? SetOwnerWrite(held, *changes.ownerMayWrite) : std::error_code();
 }
 
-bool ChangeOwnerWrite(const std::string& path, OwnerWrite wanted, std::error_code& error)
-{
+bool ChangeOwnerWrite(const std::string& path, OwnerWrite wanted, std::error_code& error) {
     return ChangeOwnerWrite(AT_FDCWD, SystemPath(path), wanted, error);
 }
 
-bool ChangeOwnerWrite(int folder, const char* name, OwnerWrite wanted, std::error_code& error)
-{
+bool ChangeOwnerWrite(int folder, const char* name, OwnerWrite wanted, std::error_code& error) {
     error.clear();
     const bool mayWrite = wanted == OwnerWrite::Allow;
     const FileHandle held = Held(folder, name, Links::DoNotFollow);

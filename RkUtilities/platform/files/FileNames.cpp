@@ -10,13 +10,11 @@
 #include <vector>
 
 namespace rk::platform {
-std::error_code MakeFolder(const std::string& path)
-{
+std::error_code MakeFolder(const std::string& path) {
     return Outcome(mkdir(SystemPath(path), S_IRWXU | S_IRWXG | S_IRWXO));
 }
 
-std::error_code MakeFolders(const std::string& path)
-{
+std::error_code MakeFolders(const std::string& path) {
     std::error_code error = MakeFolder(path);
     if (error != std::errc::no_such_file_or_directory || path.empty())
         return error;
@@ -32,18 +30,13 @@ std::error_code MakeFolders(const std::string& path)
     return error;
 }
 
-std::error_code RemoveFile(const std::string& path)
-{
-    return Outcome(unlink(SystemPath(path)));
-}
+std::error_code RemoveFile(const std::string& path) { return Outcome(unlink(SystemPath(path))); }
 
-std::error_code Rename(const std::string& from, const std::string& to)
-{
+std::error_code Rename(const std::string& from, const std::string& to) {
     return Rename(AT_FDCWD, SystemPath(from), AT_FDCWD, SystemPath(to));
 }
 
-std::error_code Rename(int fromFolder, const char* from, int toFolder, const char* to) noexcept
-{
+std::error_code Rename(int fromFolder, const char* from, int toFolder, const char* to) noexcept {
     if (renameat2(fromFolder, from, toFolder, to, RENAME_NOREPLACE) == 0)
         return {};
     // EINVAL: not on this file system. ENOSYS, EPERM: not in this kernel or sandbox.

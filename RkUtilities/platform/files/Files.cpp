@@ -11,8 +11,7 @@ namespace rk::platform {
 namespace {
 
 /// Refuses what cannot be read and written at positions, and undoes for devices what kept the opening from waiting.
-std::error_code Accept(int descriptor, int openFlags)
-{
+std::error_code Accept(int descriptor, int openFlags) {
     struct stat status{};
     if (fstat(descriptor, &status) != 0)
         return LastError();
@@ -25,14 +24,12 @@ std::error_code Accept(int descriptor, int openFlags)
     return ErrorOf(ENXIO);
 }
 
-bool IsDevice(int descriptor)
-{
+bool IsDevice(int descriptor) {
     struct stat status{};
     return fstat(descriptor, &status) == 0 && !S_ISREG(status.st_mode);
 }
 
-std::error_code Lock(int descriptor, Access access)
-{
+std::error_code Lock(int descriptor, Access access) {
     const int operation = (access == Access::Read ? LOCK_SH : LOCK_EX) | LOCK_NB;
     if (Uninterrupted([&] { return flock(descriptor, operation); }) == 0 || errno != EWOULDBLOCK)
         return {};  // without locks on this file system everybody may have the file
@@ -41,8 +38,7 @@ std::error_code Lock(int descriptor, Access access)
 
 }  // namespace
 
-int OpenFile(const std::string& path, const Opening& opening, std::error_code& error)
-{
+int OpenFile(const std::string& path, const Opening& opening, std::error_code& error) {
     // A pipe would make the opening wait for its other end, were it not for O_NONBLOCK.
     const int flags = (opening.access == Access::Read ? O_RDONLY : O_RDWR) | O_CLOEXEC | O_NOCTTY | O_NONBLOCK |
                       (opening.whenMissing == WhenMissing::Create ? O_CREAT : 0);
@@ -57,13 +53,9 @@ int OpenFile(const std::string& path, const Opening& opening, std::error_code& e
     return error ? -1 : file.Release();
 }
 
-std::error_code CloseFile(int descriptor)
-{
-    return FileHandle(descriptor).Close();
-}
+std::error_code CloseFile(int descriptor) { return FileHandle(descriptor).Close(); }
 
-std::size_t ReadFile(int descriptor, void* buffer, std::size_t byteCount, std::error_code& error)
-{
+std::size_t ReadFile(int descriptor, void* buffer, std::size_t byteCount, std::error_code& error) {
     error.clear();
     std::size_t done = 0;
     while (done < byteCount) {
@@ -78,8 +70,7 @@ std::size_t ReadFile(int descriptor, void* buffer, std::size_t byteCount, std::e
     return done;
 }
 
-std::string ContentOfFile(const std::string& path, std::error_code& error)
-{
+std::string ContentOfFile(const std::string& path, std::error_code& error) {
     std::string content;
     const FileHandle file(OpenFile(path, {}, error));
     if (!error)
@@ -89,8 +80,7 @@ std::string ContentOfFile(const std::string& path, std::error_code& error)
     return error ? std::string() : content;
 }
 
-std::error_code WriteFile(int descriptor, std::string_view bytes)
-{
+std::error_code WriteFile(int descriptor, std::string_view bytes) {
     const FileSizeSignalGuard guard;
     while (!bytes.empty()) {
         const ssize_t count = Uninterrupted([&] { return write(descriptor, bytes.data(), bytes.size()); });
@@ -101,23 +91,20 @@ std::error_code WriteFile(int descriptor, std::string_view bytes)
     return {};
 }
 
-std::int64_t SeekFile(int descriptor, std::int64_t offset, SeekFrom from, std::error_code& error)
-{
+std::int64_t SeekFile(int descriptor, std::int64_t offset, SeekFrom from, std::error_code& error) {
     constexpr int kWhence[] = {SEEK_SET, SEEK_CUR, SEEK_END};
     const off_t position = lseek(descriptor, offset, kWhence[static_cast<int>(from)]);
     error = position < 0 ? LastError() : std::error_code();
     return position;
 }
 
-std::int64_t LengthOfFile(int descriptor, std::error_code& error)
-{
+std::int64_t LengthOfFile(int descriptor, std::error_code& error) {
     struct stat status{};
     error = Outcome(fstat(descriptor, &status));
     return status.st_size;
 }
 
-std::error_code SetLengthOfFile(int descriptor, std::int64_t byteCount)
-{
+std::error_code SetLengthOfFile(int descriptor, std::int64_t byteCount) {
     const FileSizeSignalGuard guard;
     return Outcome(Uninterrupted([&] { return ftruncate(descriptor, byteCount); }));
 }

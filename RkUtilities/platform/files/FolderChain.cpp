@@ -5,8 +5,7 @@
 
 namespace rk::platform {
 
-std::error_code IdentityOf(int descriptor, FileIdentity& identity)
-{
+std::error_code IdentityOf(int descriptor, FileIdentity& identity) {
     struct stat status{};
     if (fstat(descriptor, &status) != 0)
         return LastError();
@@ -14,27 +13,21 @@ std::error_code IdentityOf(int descriptor, FileIdentity& identity)
     return {};
 }
 
-std::error_code FolderChain::Start(Place place, Links links, Use use)
-{
-    return Open(place, links, use);
-}
+std::error_code FolderChain::Start(Place place, Links links, Use use) { return Open(place, links, use); }
 
-std::error_code FolderChain::Enter(const char* name, Links links, Use use)
-{
+std::error_code FolderChain::Enter(const char* name, Links links, Use use) {
     const std::error_code error = Open({Current(), name}, links, use);
     return error ? error : CloseFarLevel();
 }
 
-std::error_code FolderChain::EnterElsewhere(Place place)
-{
+std::error_code FolderChain::EnterElsewhere(Place place) {
     if (const std::error_code error = Open(place, Links::DoNotFollow, Use::List))
         return error;
     m_levels.back().throughLink = true;
     return CloseFarLevel();
 }
 
-std::error_code FolderChain::Open(Place place, Links links, Use use)
-{
+std::error_code FolderChain::Open(Place place, Links links, Use use) {
     const int flags = use == Use::List ? O_RDONLY : O_PATH;
     FileHandle folder = OpenFolder(place, flags | O_NOFOLLOW);
     const bool throughLink = !folder && links == Links::Follow && (errno == ELOOP || errno == ENOTDIR);
@@ -46,8 +39,7 @@ std::error_code FolderChain::Open(Place place, Links links, Use use)
     return {};
 }
 
-std::error_code FolderChain::CloseFarLevel()
-{
+std::error_code FolderChain::CloseFarLevel() {
     if (m_levels.size() <= kOpenLevels)
         return {};
     const std::size_t far = m_levels.size() - 1 - kOpenLevels;
@@ -59,8 +51,7 @@ std::error_code FolderChain::CloseFarLevel()
     return error;
 }
 
-std::error_code FolderChain::Leave()
-{
+std::error_code FolderChain::Leave() {
     const Level left = std::move(m_levels.back());
     m_levels.pop_back();
     if (m_levels.empty() || m_levels.back().folder)

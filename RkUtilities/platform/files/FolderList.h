@@ -33,9 +33,7 @@ FileKind KindOfEntry(unsigned char type) noexcept;
 
 /// The same for an open folder, from its position on. Reads into `piece`, which is larger than what `readdir` uses and
 /// needs neither its lock for each name nor its looks at the descriptor.
-template <class Visitor>
-std::error_code VisitEntries(int folder, std::span<char> piece, const Visitor& visit)
-{
+template <class Visitor> std::error_code VisitEntries(int folder, std::span<char> piece, const Visitor& visit) {
     for (;;) {
         const ssize_t byteCount = getdents64(folder, piece.data(), piece.size());
         if (byteCount <= 0)

@@ -13,14 +13,10 @@ namespace {
 
 constexpr std::size_t kMostBytes = 255;
 
-std::string Suffix(std::int64_t number)
-{
-    return number == 1 ? std::string() : " (" + std::to_string(number) + ")";
-}
+std::string Suffix(std::int64_t number) { return number == 1 ? std::string() : " (" + std::to_string(number) + ")"; }
 
 /// The names that a listing shows as taken. A name that it does not show is asked for.
-std::unordered_set<std::string> ListedNames(const std::string& folder, const NumberedName& name, TakenBy takenBy)
-{
+std::unordered_set<std::string> ListedNames(const std::string& folder, const NumberedName& name, TakenBy takenBy) {
     std::unordered_set<std::string> names;
     static_cast<void>(VisitFolder(folder, [&](std::string_view listed, FileKind kind) {
         if (listed.ends_with(name.end) && (takenBy == TakenBy::Anything || kind == FileKind::Folder))
@@ -32,8 +28,7 @@ std::unordered_set<std::string> ListedNames(const std::string& folder, const Num
 
 }  // namespace
 
-std::size_t NumberedName::StartByteCount(std::int64_t number) const
-{
+std::size_t NumberedName::StartByteCount(std::int64_t number) const {
     const std::size_t otherBytes = Suffix(number).size() + end.size();
     std::size_t byteCount = std::min(start.size(), kMostBytes - std::min(kMostBytes, otherBytes));
     const auto isWithinCharacter = [&] {
@@ -44,14 +39,12 @@ std::size_t NumberedName::StartByteCount(std::int64_t number) const
     return byteCount;
 }
 
-std::string NumberedName::WithNumber(std::int64_t number) const
-{
+std::string NumberedName::WithNumber(std::int64_t number) const {
     return start.substr(0, StartByteCount(number)) + Suffix(number) + end;
 }
 
 std::int64_t FirstFreeNumber(const std::string& folder, const NumberedName& name, TakenBy takenBy,
-                             std::error_code& error)
-{
+                             std::error_code& error) {
     error.clear();
     const auto isTaken = [&](std::int64_t number) {
         if (name.StartByteCount(number) == 0 && !name.start.empty())

@@ -10,8 +10,7 @@
 #include <unistd.h>
 
 namespace rk::platform {
-std::error_code MoveTree(const std::string& from, const std::string& to)
-{
+std::error_code MoveTree(const std::string& from, const std::string& to) {
     std::error_code error = Rename(from, to);
     if (error != std::errc::cross_device_link)
         return error;

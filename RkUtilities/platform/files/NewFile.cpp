@@ -13,15 +13,13 @@ namespace rk::platform {
 namespace {
 
 /// Whether a file without a name can be given a name: the way leads through /proc.
-bool HasWayToNames()
-{
+bool HasWayToNames() {
     static const bool hasWay = access("/proc/self/fd", X_OK) == 0;
     return hasWay;
 }
 
 /// Follows a link to the path that will be replaced.
-std::error_code ResolveTarget(std::string& target)
-{
+std::error_code ResolveTarget(std::string& target) {
     struct stat status{};
     if (lstat(SystemPath(target), &status) != 0 || !S_ISLNK(status.st_mode))
         return {};
@@ -33,8 +31,7 @@ std::error_code ResolveTarget(std::string& target)
 }
 
 /// Makes content and permissions ready to stand at the target.
-std::error_code Complete(int descriptor, const std::string& target)
-{
+std::error_code Complete(int descriptor, const std::string& target) {
     struct stat replaced{};
     if (stat(SystemPath(target), &replaced) == 0 && S_ISREG(replaced.st_mode))
         static_cast<void>(fchmod(descriptor, replaced.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO)));
@@ -43,23 +40,20 @@ std::error_code Complete(int descriptor, const std::string& target)
 
 /// Opens the folder of the target before the target changes, so that nothing but the disk can fail afterwards. A folder
 /// that may be written to, not read, stays closed.
-std::error_code OpenFolderOf(const std::string& target, FileHandle& handle)
-{
+std::error_code OpenFolderOf(const std::string& target, FileHandle& handle) {
     const std::string folder = FolderPart(target);
     handle = FileHandle(
         Uninterrupted([&] { return open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     return handle || errno == EACCES ? std::error_code() : LastError();
 }
 
-std::error_code PutOnDisk(const FileHandle& folder)
-{
+std::error_code PutOnDisk(const FileHandle& folder) {
     return !folder || fsync(folder.Descriptor()) == 0 || errno == EINVAL ? std::error_code() : LastError();
 }
 
 }  // namespace
 
-std::error_code PutInPlace(Place item, Place target, Taken taken)
-{
+std::error_code PutInPlace(Place item, Place target, Taken taken) {
     const auto put = [&] {
         return taken == Taken::Stays ? Rename(item.folder, item.name, target.folder, target.name)
                                      : Outcome(renameat(item.folder, item.name, target.folder, target.name));
@@ -74,8 +68,7 @@ std::error_code PutInPlace(Place item, Place target, Taken taken)
     return error;
 }
 
-std::error_code NewFile::Make(const std::string& target)
-{
+std::error_code NewFile::Make(const std::string& target) {
     constexpr int kNew = O_RDWR | O_CLOEXEC;
     constexpr mode_t kPermissions = 0666;
     const std::string itself = WithoutClosingSlashes(target), folder = FolderPart(itself);
@@ -95,8 +88,7 @@ std::error_code NewFile::Make(const std::string& target)
     return m_file ? std::error_code() : LastError();
 }
 
-std::error_code NewFile::Publish(Place target, Taken taken)
-{
+std::error_code NewFile::Publish(Place target, Taken taken) {
     if (m_work)
         return PutInPlace(m_work.Item(), target, taken);
     const std::string path = m_file.Path();
@@ -114,8 +106,7 @@ std::error_code NewFile::Publish(Place target, Taken taken)
     return error ? error : PutInPlace(work.Item(), target, taken);
 }
 
-std::error_code PublishForGood(NewFile& file, const std::string& target, Taken taken)
-{
+std::error_code PublishForGood(NewFile& file, const std::string& target, Taken taken) {
     std::string place = target;
     FileHandle folder;
     std::error_code error;
@@ -130,8 +121,7 @@ std::error_code PublishForGood(NewFile& file, const std::string& target, Taken t
     return error ? error : PutOnDisk(folder);
 }
 
-std::error_code ReplaceForGood(const std::string& temporary, const std::string& target)
-{
+std::error_code ReplaceForGood(const std::string& temporary, const std::string& target) {
     std::string place = target;
     const FileHandle file(Uninterrupted(
         [&] { return open(SystemPath(temporary), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); }));

@@ -10,15 +10,11 @@ namespace {
 // is exact.
 constexpr char16_t kEscape = 0xDC00;
 
-constexpr bool IsEscapedByte(char16_t unit)
-{
-    return unit >= kEscape + 0x80 && unit <= kEscape + 0xFF;
-}
+constexpr bool IsEscapedByte(char16_t unit) { return unit >= kEscape + 0x80 && unit <= kEscape + 0xFF; }
 
 }  // namespace
 
-std::string BytesOfPath(std::u16string_view path)
-{
+std::string BytesOfPath(std::u16string_view path) {
     std::string bytes;
     bytes.resize(path.size() * 3);  // no unit takes more: a pair has four bytes
     char* out = bytes.data();
@@ -33,8 +29,7 @@ std::string BytesOfPath(std::u16string_view path)
     return bytes;
 }
 
-std::u16string PathOfBytes(std::string_view bytes)
-{
+std::u16string PathOfBytes(std::string_view bytes) {
     std::u16string path;
     path.resize(bytes.size());  // no byte becomes more than one unit
     char16_t* out = path.data();

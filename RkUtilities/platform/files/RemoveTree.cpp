@@ -13,8 +13,7 @@ namespace {
 
 enum class Removed { Yes, NotEmpty, Failed };
 
-Removed RemoveEntry(int folder, const char* name, FileKind kind) noexcept
-{
+Removed RemoveEntry(int folder, const char* name, FileKind kind) noexcept {
     if (kind != FileKind::Folder) {
         if (unlinkat(folder, name, 0) == 0 || errno == ENOENT)
             return Removed::Yes;
@@ -28,8 +27,7 @@ Removed RemoveEntry(int folder, const char* name, FileKind kind) noexcept
 
 class TreeRemover {
 public:
-    std::error_code Remove(Place item, FileKind kind, int depth) noexcept
-    {
+    std::error_code Remove(Place item, FileKind kind, int depth) noexcept {
         switch (RemoveEntry(item.folder, item.name, kind)) {
         case Removed::Yes:
             return {};
@@ -55,8 +53,7 @@ private:
 
     /// Reads the folder again until it has nothing more to remove: some file systems pass over entries while others are
     /// removed, and folders may have been moved up into this one.
-    std::error_code Empty(int folder, int depth) noexcept
-    {
+    std::error_code Empty(int folder, int depth) noexcept {
         std::error_code error;
         for (bool foundSome = true; foundSome && !error;) {
             foundSome = false;
@@ -74,8 +71,7 @@ private:
         return error;
     }
 
-    std::error_code MoveUp(Place item) noexcept
-    {
+    std::error_code MoveUp(Place item) noexcept {
         for (;;) {
             char name[32] = ".rk-deep-";
             *std::to_chars(name + 9, name + sizeof name - 1, m_movedUp++).ptr = '\0';
@@ -90,30 +86,26 @@ private:
     unsigned m_movedUp = 0;
 };
 
-bool NamesFolderFromInside(const std::string& path)
-{
+bool NamesFolderFromInside(const std::string& path) {
     const std::string name = path.substr(path.find_last_of('/') + 1);
     return name.empty() || name == "." || name == "..";
 }
 
 }  // namespace
 
-std::error_code RemoveTree(const std::string& path)
-{
+std::error_code RemoveTree(const std::string& path) {
     const std::string item = WithoutClosingSlashes(path);
     return NamesFolderFromInside(item) ? ErrorOf(EINVAL) : RemoveTree({AT_FDCWD, SystemPath(item)});
 }
 
-std::error_code RemoveTree(Place item) noexcept
-{
+std::error_code RemoveTree(Place item) noexcept {
     struct stat status{};
     if (fstatat(item.folder, item.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return LastError();
     return TreeRemover().Remove(item, KindOfMode(status.st_mode), 0);
 }
 
-std::error_code RemoveEmptyFolder(const std::string& path)
-{
+std::error_code RemoveEmptyFolder(const std::string& path) {
     const std::string item = WithoutClosingSlashes(path);
     struct stat status{};
     if (lstat(SystemPath(item), &status) != 0)

@@ -21,8 +21,7 @@ const char* const kSystemFolder = "/tmp";
 constexpr mode_t kOthersMayWrite = S_IWGRP | S_IWOTH;
 constexpr mode_t kAnybodyMayAnything = S_IRWXU | S_IRWXG | S_IRWXO;
 
-std::optional<struct stat> FolderFacts(const std::string& path)
-{
+std::optional<struct stat> FolderFacts(const std::string& path) {
     struct stat facts{};
     if (path.empty() || stat(path.c_str(), &facts) != 0 || !S_ISDIR(facts.st_mode))
         return std::nullopt;
@@ -30,30 +29,26 @@ std::optional<struct stat> FolderFacts(const std::string& path)
 }
 
 // $TMPDIR without trailing "/"; "" unless it is an absolute path.
-std::string FolderOfEnvironment()
-{
+std::string FolderOfEnvironment() {
     const std::string folder = EnvironmentVariable("TMPDIR").value_or("");
     return folder.starts_with('/') ? WithoutClosingSlashes(folder) : std::string();
 }
 
-bool BelongsToUserAlone(const std::string& folder)
-{
+bool BelongsToUserAlone(const std::string& folder) {
     const std::optional<struct stat> facts = FolderFacts(folder);
     return facts && facts->st_uid == geteuid() && (facts->st_mode & kOthersMayWrite) == 0 &&
            access(folder.c_str(), W_OK | X_OK) == 0;
 }
 
 // Whether only its owner and the system can rename or remove what the user makes in the folder.
-bool KeepsWhatIsMadeInIt(const std::string& folder)
-{
+bool KeepsWhatIsMadeInIt(const std::string& folder) {
     const std::optional<struct stat> facts = FolderFacts(folder);
     return facts && (facts->st_uid == 0 || facts->st_uid == geteuid()) &&
            ((facts->st_mode & kOthersMayWrite) == 0 || (facts->st_mode & S_ISVTX) != 0);
 }
 
 // Whether `folder` is, or was made, a real folder of the user that is closed to everybody else.
-bool IsPrivateFolder(const std::string& folder, Missing missing)
-{
+bool IsPrivateFolder(const std::string& folder, Missing missing) {
     if (missing == Missing::IsMade && mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST)
         return false;
     const FileHandle handle(
@@ -64,8 +59,7 @@ bool IsPrivateFolder(const std::string& folder, Missing missing)
     return (facts.st_mode & kAnybodyMayAnything) == S_IRWXU || fchmod(handle.Descriptor(), S_IRWXU) == 0;
 }
 
-std::string PrivateFolder(Missing missing)
-{
+std::string PrivateFolder(Missing missing) {
     const std::string name = "/RkUtilities-" + std::to_string(geteuid());
     for (const std::string& parent : {FolderOfEnvironment(), std::string(kSystemFolder)}) {
         if (KeepsWhatIsMadeInIt(parent) && IsPrivateFolder(parent + name, missing))
@@ -79,27 +73,21 @@ std::string PrivateFolder(Missing missing)
     return KeepsWhatIsMadeInIt(parent) && IsPrivateFolder(folder, missing) ? folder : std::string();
 }
 
-std::string TemporaryFolder(Missing missing)
-{
+std::string TemporaryFolder(Missing missing) {
     const std::string folder = FolderOfEnvironment();
     return BelongsToUserAlone(folder) ? folder : PrivateFolder(missing);
 }
 
 }  // namespace
 
-std::string FindTemporaryFolder()
-{
-    return TemporaryFolder(Missing::StaysMissing);
-}
+std::string FindTemporaryFolder() { return TemporaryFolder(Missing::StaysMissing); }
 
-std::string MakeTemporaryFolder()
-{
+std::string MakeTemporaryFolder() {
     const std::string folder = TemporaryFolder(Missing::IsMade);
     return folder.empty() ? kSystemFolder : folder;
 }
 
-std::string MakeTemporaryFile(const std::string& path, std::error_code& error)
-{
+std::string MakeTemporaryFile(const std::string& path, std::error_code& error) {
     std::string name = path + "XXXXXXXX";
     error = *SystemPath(name) == '\0' ? ErrorOf(ENOENT) : std::error_code();
     const FileHandle file(error ? -1 : mkostemp(name.data(), O_CLOEXEC));

@@ -14,8 +14,7 @@
 namespace rk::platform {
 namespace {
 
-std::string HomeInPasswordDatabase()
-{
+std::string HomeInPasswordDatabase() {
     std::vector<char> buffer(1024);
     for (;;) {
         passwd entry{};
@@ -30,8 +29,7 @@ std::string HomeInPasswordDatabase()
     }
 }
 
-std::string InHome(std::string_view relative)
-{
+std::string InHome(std::string_view relative) {
     std::string home = HomeFolder();
     if (home.empty())
         return {};
@@ -42,8 +40,7 @@ std::string InHome(std::string_view relative)
 
 // The value of one line `XDG_MUSIC_DIR="$HOME/Music"`, if the line sets `name`: double-quoted as the shell reads it,
 // and either absolute or in the home folder.
-std::optional<std::string> ValueOfLine(std::string_view line, std::string_view name)
-{
+std::optional<std::string> ValueOfLine(std::string_view line, std::string_view name) {
     const auto skip = [&line](std::string_view expected) {
         line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
         const bool isThere = line.starts_with(expected);
@@ -70,25 +67,19 @@ std::optional<std::string> ValueOfLine(std::string_view line, std::string_view n
 
 }  // namespace
 
-std::string HomeFolder()
-{
+std::string HomeFolder() {
     const std::optional<std::string> home = EnvironmentVariable("HOME");
     return WithoutClosingSlashes(home && !home->empty() ? *home : HomeInPasswordDatabase());
 }
 
-std::string BaseFolder(const std::string& variable, std::string_view inHome)
-{
+std::string BaseFolder(const std::string& variable, std::string_view inHome) {
     const std::optional<std::string> value = EnvironmentVariable(variable);
     return value && value->starts_with('/') ? WithoutClosingSlashes(*value) : InHome(inHome);
 }
 
-std::string PreferencesFolder()
-{
-    return BaseFolder("XDG_CONFIG_HOME", ".config");
-}
+std::string PreferencesFolder() { return BaseFolder("XDG_CONFIG_HOME", ".config"); }
 
-std::string ConfiguredFolder(const std::string& name, std::string_view inHome)
-{
+std::string ConfiguredFolder(const std::string& name, std::string_view inHome) {
     std::error_code ignored;
     const std::string lines = ContentOfFile(PreferencesFolder() + "/user-dirs.dirs", ignored);
     std::string path = InHome(inHome);

@@ -13,16 +13,12 @@ namespace {
 
 constexpr unsigned kKeptNames = 8;  // that the next process looks at
 
-std::string NameOf(const std::string& folder, unsigned number)
-{
-    return folder + ".rk-new-" + std::to_string(number);
-}
+std::string NameOf(const std::string& folder, unsigned number) { return folder + ".rk-new-" + std::to_string(number); }
 
 enum class WithoutLocks { IsOurs, IsNotOurs };
 
 /// Whether the open folder has the name and no other process holds its lock, which this takes where there are locks.
-bool IsOurs(const FileHandle& folder, Place place, WithoutLocks withoutLocks)
-{
+bool IsOurs(const FileHandle& folder, Place place, WithoutLocks withoutLocks) {
     if (flock(folder.Descriptor(), LOCK_EX | LOCK_NB) != 0 &&
         (errno == EWOULDBLOCK || withoutLocks == WithoutLocks::IsNotOurs))
         return false;
@@ -35,8 +31,7 @@ bool IsOurs(const FileHandle& folder, Place place, WithoutLocks withoutLocks)
 
 }  // namespace
 
-std::error_code WorkFolder::Make(Place target)
-{
+std::error_code WorkFolder::Make(Place target) {
     m_parent = target.folder;
     const std::string parent = FolderPart(target.name);
     for (unsigned number = 0; number < kKeptNames; ++number) {
@@ -60,8 +55,7 @@ std::error_code WorkFolder::Make(Place target)
     return error;
 }
 
-std::error_code WorkFolder::Take(Place place)
-{
+std::error_code WorkFolder::Take(Place place) {
     if (mkdirat(place.folder, place.name, S_IRWXU) != 0)
         return LastError();
     m_folder = OpenFolder(place, O_RDONLY | O_NOFOLLOW);
@@ -77,8 +71,7 @@ std::error_code WorkFolder::Take(Place place)
     return ErrorOf(EAGAIN);
 }
 
-WorkFolder::~WorkFolder()
-{
+WorkFolder::~WorkFolder() {
     if (m_folder)
         RemoveTree({m_parent, m_name.c_str()});
 }

@@ -12,8 +12,7 @@ namespace {
 /// The thread's locale is "C" as long as this lives.
 class ScopedCLocale {
 public:
-    ScopedCLocale()
-    {
+    ScopedCLocale() {
         // The C library has this locale ready: nothing is made.
         const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
         if (locale == nullptr)
@@ -31,8 +30,7 @@ private:
 }  // namespace
 
 template <class Number>
-std::string FormatNumber(const std::string& conversion, int width, int precision, Number number)
-{
+std::string FormatNumber(const std::string& conversion, int width, int precision, Number number) {
     const ScopedCLocale plain;
     const char* const format = conversion.c_str();
     std::string text(64, '\0');

@@ -22,8 +22,7 @@ namespace rk::platform {
 
 namespace {
 
-std::unique_ptr<const icu::Collator> MakeCollator(const std::string& locale)
-{
+std::unique_ptr<const icu::Collator> MakeCollator(const std::string& locale) {
     // "C" orders by code units, upper case first. Without regard to case that order is the root locale's.
     const icu::Locale order =
         locale == "en_US_POSIX" ? icu::Locale::getRoot() : icu::Locale::createCanonical(locale.c_str());
@@ -41,8 +40,7 @@ std::unique_ptr<const icu::Collator> MakeCollator(const std::string& locale)
     });
 }
 
-void AppendKeyOf(const icu::Collator& collator, std::u16string_view text, std::string& keys)
-{
+void AppendKeyOf(const icu::Collator& collator, std::u16string_view text, std::string& keys) {
     if (text.size() > INT_MAX)
         throw std::bad_alloc();
     constexpr std::int32_t kRoomOfMost = 64;
@@ -58,16 +56,14 @@ void AppendKeyOf(const icu::Collator& collator, std::u16string_view text, std::s
     }
 }
 
-bool Has(const icu::Collator& collator, UColAttribute attribute, UColAttributeValue value)
-{
+bool Has(const icu::Collator& collator, UColAttribute attribute, UColAttributeValue value) {
     UErrorCode error = U_ZERO_ERROR;
     return collator.getAttribute(attribute, error) == value && U_SUCCESS(error) != 0;
 }
 
 /// In the root's order no group of ASCII characters ("ch") counts as a character, and no ASCII character counts as two.
 /// So each character has a place, unless the locale's keywords change more than the order of the characters.
-bool IsRootOrder(const icu::Collator& collator)
-{
+bool IsRootOrder(const icu::Collator& collator) {
     UErrorCode error = U_ZERO_ERROR;
     return *collator.getLocale(ULOC_ACTUAL_LOCALE, error).getLanguage() == '\0' && U_SUCCESS(error) != 0 &&
            Has(collator, UCOL_NUMERIC_COLLATION, UCOL_OFF) && Has(collator, UCOL_CASE_LEVEL, UCOL_OFF);
@@ -77,8 +73,7 @@ bool IsRootOrder(const icu::Collator& collator)
 /// sequences of their characters' places compare.
 using AsciiPlaces = std::array<std::uint8_t, 128>;
 
-AsciiPlaces PlacesOf(const icu::Collator& collator)
-{
+AsciiPlaces PlacesOf(const icu::Collator& collator) {
     AsciiPlaces places{};
     std::array<std::string, std::tuple_size_v<AsciiPlaces>> keys;
     for (std::size_t character = 0; character < keys.size(); ++character) {
@@ -100,8 +95,7 @@ struct NameOrder {
     std::unique_ptr<const icu::Collator> collator;
     std::optional<AsciiPlaces> places;
 
-    explicit NameOrder(const std::string& locale) : collator(MakeCollator(locale))
-    {
+    explicit NameOrder(const std::string& locale) : collator(MakeCollator(locale)) {
         std::string ignored;
         AppendKeyOf(*collator, u"e\u0301", ignored);  // with what ICU makes at the first use, while the lock is held
         if (IsRootOrder(*collator))
@@ -109,21 +103,18 @@ struct NameOrder {
     }
 };
 
-std::shared_ptr<const NameOrder> OrderOf(const std::string& locale)
-{
+std::shared_ptr<const NameOrder> OrderOf(const std::string& locale) {
     constexpr std::size_t kMostOrders = 16;
     static constinit KeptByName<std::shared_ptr<const NameOrder>, kMostOrders> orders;
     const std::lock_guard lock(MutexOf(Lock::Locale));
     return orders.Of(locale, [&] { return std::make_shared<const NameOrder>(locale); });
 }
 
-bool IsAscii(std::u16string_view text) noexcept
-{
+bool IsAscii(std::u16string_view text) noexcept {
     return std::all_of(text.begin(), text.end(), [](char16_t unit) { return unit < 0x80; });
 }
 
-void AppendPlaces(const AsciiPlaces& places, std::u16string_view text, std::string& keys)
-{
+void AppendPlaces(const AsciiPlaces& places, std::u16string_view text, std::string& keys) {
     for (const char16_t unit : text) {
         if (const std::uint8_t place = places[unit]; place != 0)
             keys += static_cast<char>(place);
@@ -132,8 +123,7 @@ void AppendPlaces(const AsciiPlaces& places, std::u16string_view text, std::stri
 
 }  // namespace
 
-TextRow<char> CollationKeysOf(const TextRow<char16_t>& texts)
-{
+TextRow<char> CollationKeysOf(const TextRow<char16_t>& texts) {
     const std::shared_ptr<const NameOrder> order = OrderOf(UserLocaleName(LocaleUse::Order));
     const bool placesDecide = order->places && IsAscii(texts.units);
     TextRow<char> keys;

@@ -8,19 +8,16 @@
 namespace rk::platform {
 
 /// Texts one behind the other in one piece of memory.
-template <class Unit>
-struct TextRow {
+template <class Unit> struct TextRow {
     std::basic_string<Unit> units;
     std::vector<std::size_t> ends;
 
     [[nodiscard]] std::size_t Count() const { return ends.size(); }
-    [[nodiscard]] std::basic_string_view<Unit> operator[](std::size_t text) const
-    {
+    [[nodiscard]] std::basic_string_view<Unit> operator[](std::size_t text) const {
         const std::size_t start = text == 0 ? 0 : ends[text - 1];
         return std::basic_string_view<Unit>(units).substr(start, ends[text] - start);
     }
-    void Add(std::basic_string_view<Unit> text)
-    {
+    void Add(std::basic_string_view<Unit> text) {
         units += text;
         ends.push_back(units.size());
     }

@@ -33,8 +33,7 @@ struct StylePair {
     DateStyle date;
     DateStyle time;
 
-    [[nodiscard]] std::size_t Index() const
-    {
+    [[nodiscard]] std::size_t Index() const {
         return static_cast<std::size_t>(date) * kStyleCount + static_cast<std::size_t>(time);
     }
     [[nodiscard]] bool ShowsSeconds() const { return time >= DateStyle::Medium; }
@@ -42,9 +41,7 @@ struct StylePair {
 };
 
 /// The object; ICU gives null where it has no memory for it.
-template <class Object>
-std::unique_ptr<Object> Owned(Object* object)
-{
+template <class Object> std::unique_ptr<Object> Owned(Object* object) {
     if (object == nullptr)
         throw std::bad_alloc();
     return std::unique_ptr<Object>(object);
@@ -53,8 +50,7 @@ std::unique_ptr<Object> Owned(Object* object)
 // --- The two below are called with Lock::Locale held: ICU has locks of its own, and its formats change while they are used.
 
 /// ICU's zone by the name of the C library's zone; a zone of the given offset where ICU's zone has another offset then.
-std::unique_ptr<icu::TimeZone> ZoneAt(std::int64_t utcSeconds, int utcOffset, const std::string& zoneName)
-{
+std::unique_ptr<icu::TimeZone> ZoneAt(std::int64_t utcSeconds, int utcOffset, const std::string& zoneName) {
     constexpr std::size_t kMostZones = 16;
     static constinit KeptByName<std::unique_ptr<icu::TimeZone>, kMostZones> zones;
     const icu::TimeZone& named = *zones.Of(zoneName, [&] {
@@ -78,8 +74,7 @@ struct StyledFormat {
     std::unique_ptr<const icu::DateFormat> format;
     std::unique_ptr<icu::Calendar> calendar;
 
-    static StyledFormat Make(const std::string& locale, StylePair styles)
-    {
+    static StyledFormat Make(const std::string& locale, StylePair styles) {
         const auto style = [](DateStyle ours) { return kIcuStyles[static_cast<std::size_t>(ours)]; };
         StyledFormat made;
         made.format = MadeWhole([&] {
@@ -96,8 +91,7 @@ struct StyledFormat {
     }
 
     /// The text in the calendar's zone.
-    [[nodiscard]] std::u16string Text(std::int64_t seconds) const
-    {
+    [[nodiscard]] std::u16string Text(std::int64_t seconds) const {
         UErrorCode error = U_ZERO_ERROR;
         calendar->setTime(static_cast<UDate>(seconds) * kMillisecondsASecond, error);
         icu::UnicodeString text;
@@ -112,8 +106,7 @@ struct StyledFormat {
 // --------------------------------------------------------------------------------------------------------------------------
 
 /// The zone's name, found out again when the zone has changed.
-const std::string& LastZoneName(std::uint64_t zoneGeneration)
-{
+const std::string& LastZoneName(std::uint64_t zoneGeneration) {
     struct Last {
         SameAsLast<std::uint64_t, std::string> name;
     };
@@ -121,8 +114,7 @@ const std::string& LastZoneName(std::uint64_t zoneGeneration)
 }
 
 std::u16string MadeText(const std::string& locale, StylePair styles, std::int64_t utcSeconds, int utcOffset,
-                        std::uint64_t zoneGeneration)
-{
+                        std::uint64_t zoneGeneration) {
     constexpr std::size_t kMostFormats = 256;
     static constinit KeptByName<StyledFormat, kMostFormats> formats;
     const std::string* const zoneName = styles.ShowsZone() ? &LastZoneName(zoneGeneration) : nullptr;
@@ -137,8 +129,7 @@ std::u16string MadeText(const std::string& locale, StylePair styles, std::int64_
 
 }  // namespace
 
-std::u16string_view LocalDateText(const std::string& locale, DateStyle date, DateStyle time, std::int64_t utcSeconds)
-{
+std::u16string_view LocalDateText(const std::string& locale, DateStyle date, DateStyle time, std::int64_t utcSeconds) {
     const StylePair styles{date, time};
     if (styles.Index() == 0)
         return {};

@@ -32,15 +32,13 @@ struct alignas(16) Block {
 alignas(Block) constinit std::byte reserve[kByteCount]{};
 constinit std::atomic<std::uint64_t> shortageCount = 0;
 
-bool IsInReserve(const void* memory) noexcept
-{
+bool IsInReserve(const void* memory) noexcept {
     return !std::less<>()(memory, static_cast<void*>(reserve)) &&
            std::less<>()(memory, static_cast<void*>(reserve + kByteCount));
 }
 
 /// The first free part that is long enough; null when there is no such part.
-void* TakeFromReserve(std::size_t byteCount) noexcept
-{
+void* TakeFromReserve(std::size_t byteCount) noexcept {
     ++shortageCount;
     if (byteCount > kByteCount)
         return nullptr;
@@ -67,22 +65,19 @@ void* TakeFromReserve(std::size_t byteCount) noexcept
 
 // NOLINTBEGIN(cppcoreguidelines-no-malloc): what ICU took before, by itself, has to be given back in the same way
 
-void* Allocate(const void*, std::size_t byteCount)
-{
+void* Allocate(const void*, std::size_t byteCount) {
     void* const memory = std::malloc(byteCount);
     return memory != nullptr ? memory : TakeFromReserve(byteCount);
 }
 
-void Free(const void*, void* memory)
-{
+void Free(const void*, void* memory) {
     if (!IsInReserve(memory))
         return std::free(memory);
     const std::lock_guard lock(MutexOf(Lock::IcuMemory));
     (static_cast<Block*>(memory) - 1)->isTaken = false;
 }
 
-void* Reallocate(const void*, void* memory, std::size_t byteCount)
-{
+void* Reallocate(const void*, void* memory, std::size_t byteCount) {
     const bool isInReserve = IsInReserve(memory);
     if (void* const moved = isInReserve ? nullptr : std::realloc(memory, byteCount); moved != nullptr)
         return moved;
@@ -100,17 +95,13 @@ void* Reallocate(const void*, void* memory, std::size_t byteCount)
 // NOLINTEND(cppcoreguidelines-no-malloc)
 
 /// When the library is loaded: before ICU's first use, also by an initialiser of the application.
-[[gnu::constructor(101)]] void ServeIcu()
-{
+[[gnu::constructor(101)]] void ServeIcu() {
     UErrorCode ignored = U_ZERO_ERROR;
     u_setMemoryFunctions(nullptr, &Allocate, &Reallocate, &Free, &ignored);
 }
 
 }  // namespace
 
-std::uint64_t IcuShortageCount() noexcept
-{
-    return shortageCount.load(std::memory_order_relaxed);
-}
+std::uint64_t IcuShortageCount() noexcept { return shortageCount.load(std::memory_order_relaxed); }
 
 }  // namespace rk::platform

@@ -11,20 +11,15 @@
 namespace rk::platform {
 namespace {
 
-constexpr char16_t LowerAscii(char16_t unit)
-{
+constexpr char16_t LowerAscii(char16_t unit) {
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;
 }
 
-constexpr bool IsSameAscii(char16_t a, char16_t b)
-{
-    return a < 0x80 && b < 0x80 && LowerAscii(a) == LowerAscii(b);
-}
+constexpr bool IsSameAscii(char16_t a, char16_t b) { return a < 0x80 && b < 0x80 && LowerAscii(a) == LowerAscii(b); }
 
 }  // namespace
 
-bool IsSameName(std::u16string_view first, std::u16string_view second)
-{
+bool IsSameName(std::u16string_view first, std::u16string_view second) {
     // As long as both are ASCII they decide by themselves: ASCII neither decomposes nor moves when marks are reordered.
     const auto [a, b] = std::mismatch(first.begin(), first.end(), second.begin(), second.end(), IsSameAscii);
     const char16_t firstUnit = a == first.end() ? u'\0' : *a;

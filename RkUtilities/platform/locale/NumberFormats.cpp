@@ -27,16 +27,14 @@ constexpr std::size_t kMostParsedUnits = 10000;  // ICU's time grows with the sq
 
 using Symbols = icu::DecimalFormatSymbols;
 
-std::u16string Text(const icu::UnicodeString& text)
-{
+std::u16string Text(const icu::UnicodeString& text) {
     if (text.isBogus() != 0)
         throw std::bad_alloc();
     return {text.getBuffer(), static_cast<std::size_t>(text.length())};
 }
 
 /// The locale. Latin digits replace numerals that are no decimal digits (Roman, Hebrew).
-icu::Locale WithDecimalDigits(const std::string& name)
-{
+icu::Locale WithDecimalDigits(const std::string& name) {
     icu::Locale locale = icu::Locale::createCanonical(name.c_str());
     UErrorCode error = U_ZERO_ERROR;
     const std::unique_ptr<icu::NumberingSystem> system(icu::NumberingSystem::createInstance(locale, error));
@@ -47,8 +45,7 @@ icu::Locale WithDecimalDigits(const std::string& name)
     return locale;
 }
 
-std::unique_ptr<const icu::DecimalFormat> MakeFormat(const icu::Locale& locale, UNumberFormatStyle style)
-{
+std::unique_ptr<const icu::DecimalFormat> MakeFormat(const icu::Locale& locale, UNumberFormatStyle style) {
     return MadeWhole([&] {
         UErrorCode error = U_ZERO_ERROR;
         std::unique_ptr<icu::NumberFormat> format(icu::NumberFormat::createInstance(locale, style, error));
@@ -59,8 +56,7 @@ std::unique_ptr<const icu::DecimalFormat> MakeFormat(const icu::Locale& locale, 
     });
 }
 
-int FirstWeekdayOf(const icu::Locale& locale)
-{
+int FirstWeekdayOf(const icu::Locale& locale) {
     return MadeWhole([&] {
         UErrorCode error = U_ZERO_ERROR;
         const std::unique_ptr<const icu::Calendar> calendar(icu::Calendar::createInstance(locale, error));
@@ -69,8 +65,7 @@ int FirstWeekdayOf(const icu::Locale& locale)
 }
 
 /// ICU's exact decimal text of a number ("-12.5", "1.8446744073709551616E+19") as a whole number.
-WholeNumber WholePart(std::string_view decimal)
-{
+WholeNumber WholePart(std::string_view decimal) {
     constexpr std::int64_t kZerosBeyond = std::numeric_limits<std::uint64_t>::digits10 + 1;
     const bool negative = decimal.starts_with('-');
     decimal.remove_prefix(negative ? 1 : 0);
@@ -95,16 +90,14 @@ struct NumberFormats::Parser {
     std::unique_ptr<const icu::DecimalFormat> format;
 
     /// Whether ICU takes all of the text for a number.
-    [[nodiscard]] bool Takes(const icu::UnicodeString& text, icu::Formattable& number) const
-    {
+    [[nodiscard]] bool Takes(const icu::UnicodeString& text, icu::Formattable& number) const {
         icu::ParsePosition position;
         format->parse(text, number, position);
         return position.getErrorIndex() < 0 && position.getIndex() == text.length();
     }
 };
 
-NumberFormats::NumberFormats(const std::string& locale)
-{
+NumberFormats::NumberFormats(const std::string& locale) {
     const icu::Locale icuLocale = MadeWhole([&] { return WithDecimalDigits(locale); });
     auto plain = MakeFormat(icuLocale, UNUM_DECIMAL);
     const Symbols& symbols = *plain->getDecimalFormatSymbols();
@@ -132,8 +125,7 @@ NumberFormats::NumberFormats(const std::string& locale)
 
 NumberFormats::~NumberFormats() = default;
 
-std::optional<WholeNumber> NumberFormats::ReadWhole(std::u16string_view text) const
-{
+std::optional<WholeNumber> NumberFormats::ReadWhole(std::u16string_view text) const {
     if (text.empty() || text.size() > kMostParsedUnits)
         return std::nullopt;
     const icu::UnicodeString all(false, text.data(), static_cast<std::int32_t>(text.size()));  // no copy
@@ -156,8 +148,7 @@ std::optional<WholeNumber> NumberFormats::ReadWhole(std::u16string_view text) co
     return WholePart({decimal.data(), static_cast<std::size_t>(decimal.length())});
 }
 
-const NumberFormats& NumberFormats::Of(LocaleUse use)
-{
+const NumberFormats& NumberFormats::Of(LocaleUse use) {
     using Shared = std::shared_ptr<const NumberFormats>;  // kept for the process, and by each thread that asked last
     constexpr std::size_t kMostLocales = 64;
     static constinit KeptByName<Shared, kMostLocales> kept;  // guarded by Lock::Locale

@@ -23,8 +23,7 @@ using Table = std::unique_ptr<UResourceBundle, CloseBundle>;
 
 }  // namespace
 
-bool NameStringTables(std::string_view folder)
-{
+bool NameStringTables(std::string_view folder) {
     std::unique_ptr<const std::string> copy(folder.empty() ? nullptr : new std::string(folder));
     const std::string& locale = UserLocaleName(LocaleUse::Texts);
     const std::lock_guard lock(MutexOf(Lock::Locale));
@@ -33,8 +32,7 @@ bool NameStringTables(std::string_view folder)
     return ownFolder == nullptr || Table(ures_open(ownFolder->c_str(), locale.c_str(), &error)) != nullptr;
 }
 
-std::u16string StringTableText(const char* key, const char* bundle)
-{
+std::u16string StringTableText(const char* key, const char* bundle) {
     const std::string& locale = UserLocaleName(LocaleUse::Texts);
     const std::lock_guard lock(MutexOf(Lock::Locale));
     if (bundle == nullptr)

@@ -10,25 +10,20 @@ namespace rk::platform {
 
 namespace {
 
-std::int32_t SimpleFolding(std::int32_t codePoint)
-{
-    return u_foldCase(codePoint, U_FOLD_CASE_DEFAULT);
-}
+std::int32_t SimpleFolding(std::int32_t codePoint) { return u_foldCase(codePoint, U_FOLD_CASE_DEFAULT); }
 
 constinit CaseTable upperCase(&u_toupper);
 constinit CaseTable lowerCase(&u_tolower);
 constinit CaseTable foldedCase(&SimpleFolding);
 
 /// Ideographs; syllables of Hangul, surrogates and the private use area: blocks of Unicode that never have case.
-constexpr bool IsCaseless(unsigned unit)
-{
+constexpr bool IsCaseless(unsigned unit) {
     return (unit >= 0x3400 && unit < 0xA000) || (unit >= 0xAC00 && unit < 0xF900);
 }
 
 }  // namespace
 
-const CaseTable& CaseTable::Made() noexcept
-{
+const CaseTable& CaseTable::Made() noexcept {
     if (!m_isMade.load(std::memory_order_acquire)) {
         const std::lock_guard lock(MutexOf(Lock::CaseTables));
         if (!m_isMade.load(std::memory_order_relaxed))
@@ -38,8 +33,7 @@ const CaseTable& CaseTable::Made() noexcept
     return *this;
 }
 
-void CaseTable::Make() noexcept
-{
+void CaseTable::Make() noexcept {
     std::uint8_t block = 0;  // the last block that changes something
     for (unsigned unit = 0; unit < 0x10000; ++unit) {
         if (IsCaseless(unit))
@@ -59,8 +53,7 @@ void CaseTable::Make() noexcept
         [](const Change& a, const Change& b) { return a.mapped != b.mapped ? a.mapped < b.mapped : a.unit < b.unit; });
 }
 
-CaseSources CaseTable::SourcesOf(char16_t mapped) const noexcept
-{
+CaseSources CaseTable::SourcesOf(char16_t mapped) const noexcept {
     CaseSources sources;
     if ((*this)[mapped] == mapped)
         sources.units[sources.count++] = mapped;
@@ -72,24 +65,12 @@ CaseSources CaseTable::SourcesOf(char16_t mapped) const noexcept
     return sources;
 }
 
-const CaseTable& UpperCase() noexcept
-{
-    return upperCase.Made();
-}
+const CaseTable& UpperCase() noexcept { return upperCase.Made(); }
 
-const CaseTable& LowerCase() noexcept
-{
-    return lowerCase.Made();
-}
+const CaseTable& LowerCase() noexcept { return lowerCase.Made(); }
 
-const CaseTable& FoldedCase() noexcept
-{
-    return foldedCase.Made();
-}
+const CaseTable& FoldedCase() noexcept { return foldedCase.Made(); }
 
-bool IsAlphaNumeric(char16_t unit) noexcept
-{
-    return (U_GET_GC_MASK(unit) & (U_GC_L_MASK | U_GC_ND_MASK)) != 0;
-}
+bool IsAlphaNumeric(char16_t unit) noexcept { return (U_GET_GC_MASK(unit) & (U_GC_L_MASK | U_GC_ND_MASK)) != 0; }
 
 }  // namespace rk::platform

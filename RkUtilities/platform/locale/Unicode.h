@@ -24,8 +24,7 @@ public:
     /// The table with its content.
     const CaseTable& Made() noexcept;
 
-    char16_t operator[](char16_t unit) const noexcept
-    {
+    char16_t operator[](char16_t unit) const noexcept {
         return static_cast<char16_t>(unit + m_offsets[m_blocks[unit / kBlockUnits]][unit % kBlockUnits]);
     }
     /// Every unit that maps to `mapped`.
@@ -59,8 +58,7 @@ const CaseTable& FoldedCase() noexcept;
 bool IsAlphaNumeric(char16_t unit) noexcept;
 
 /// The property White_Space.
-constexpr bool IsWhiteSpace(char16_t unit) noexcept
-{
+constexpr bool IsWhiteSpace(char16_t unit) noexcept {
     if (unit < 0x80)
         return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
     return unit == 0x85 || unit == 0xA0 || unit == 0x1680 || (unit >= 0x2000 && unit <= 0x200A) || unit == 0x2028 ||

@@ -33,8 +33,7 @@ constexpr std::pair<std::string_view, std::string_view> kScripts[] = {
     {"latin", "Latn"}, {"cyrillic", "Cyrl"}, {"devanagari", "Deva"}, {"arabic", "Arab"}};
 
 /// "sr_RS.UTF-8@latin" as ICU names it: "sr_Latn_RS". Keywords of ICU ("@calendar=gregorian") stay.
-std::string IcuName(std::string_view name)
-{
+std::string IcuName(std::string_view name) {
     const std::string_view modifier = name.substr(std::min(name.find('@'), name.size()));
     const std::string_view language = name.substr(0, std::min(name.find_first_of(".@"), name.size()));
     if (language == "C" || language == "POSIX")
@@ -50,8 +49,7 @@ std::string IcuName(std::string_view name)
 }
 
 /// ICU looks for files by the language and is not ready for a locale that it has refused.
-bool IsHarmless(std::string_view name)
-{
+bool IsHarmless(std::string_view name) {
     constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
     return name.size() <= kMostNameBytes &&
            name.substr(0, name.find('@')).find_first_not_of(kLetters) == std::string_view::npos &&
@@ -59,8 +57,7 @@ bool IsHarmless(std::string_view name)
 }
 
 /// The name as ICU writes it; "root" for a name that ICU does not accept.
-std::string CanonicalName(std::string_view name)
-{
+std::string CanonicalName(std::string_view name) {
     const std::string icuName = IcuName(name);
     if (!IsHarmless(icuName))
         return "root";
@@ -70,23 +67,20 @@ std::string CanonicalName(std::string_view name)
 }
 
 /// Valid until the category changes.
-const char* CategoryName(LocaleUse use)
-{
+const char* CategoryName(LocaleUse use) {
     const char* const name = std::setlocale(kCategories[static_cast<std::size_t>(use)], nullptr);
     return name != nullptr ? name : "C";
 }
 
 /// The chosen name; the category's where the choice was taken back meanwhile.
-std::string ChosenName(LocaleUse use)
-{
+std::string ChosenName(LocaleUse use) {
     const std::lock_guard lock(MutexOf(Lock::Locale));
     return chosenName != nullptr ? *chosenName : CategoryName(use);
 }
 
 }  // namespace
 
-void NameUserLocale(std::string_view name)
-{
+void NameUserLocale(std::string_view name) {
     std::unique_ptr<const std::string> copy(name.empty() ? nullptr : new std::string(name));
     const std::uint64_t isChosen = copy != nullptr ? 1 : 0;
     const std::lock_guard lock(MutexOf(Lock::Locale));
@@ -94,8 +88,7 @@ void NameUserLocale(std::string_view name)
     choice.store(((choice.load(std::memory_order_relaxed) | 1) + 1) | isChosen, std::memory_order_release);
 }
 
-const std::string& UserLocaleName(LocaleUse use)
-{
+const std::string& UserLocaleName(LocaleUse use) {
     using LastName = SameAsLast<std::tuple<std::uint64_t, std::string>, std::string>;  // by choice and category
     struct LastNames {
         std::array<LastName, kCategories.size()> byUse;

@@ -7,22 +7,12 @@ namespace rk::platform {
 
 constexpr char16_t kReplacementCharacter = 0xFFFD;
 
-constexpr bool IsSurrogate(char32_t unit) noexcept
-{
-    return (unit & 0xFFFFF800) == 0xD800;
-}
-constexpr bool IsHighSurrogate(char32_t unit) noexcept
-{
-    return (unit & 0xFFFFFC00) == 0xD800;
-}
-constexpr bool IsLowSurrogate(char32_t unit) noexcept
-{
-    return (unit & 0xFFFFFC00) == 0xDC00;
-}
+constexpr bool IsSurrogate(char32_t unit) noexcept { return (unit & 0xFFFFF800) == 0xD800; }
+constexpr bool IsHighSurrogate(char32_t unit) noexcept { return (unit & 0xFFFFFC00) == 0xD800; }
+constexpr bool IsLowSurrogate(char32_t unit) noexcept { return (unit & 0xFFFFFC00) == 0xDC00; }
 
 /// The code point that begins at `in`, which moves behind it: a unit, or both of a pair. A lone surrogate comes as it is.
-constexpr char32_t TakeCodePoint(const char16_t*& in, const char16_t* end) noexcept
-{
+constexpr char32_t TakeCodePoint(const char16_t*& in, const char16_t* end) noexcept {
     const char32_t unit = *in++;
     if (!IsHighSurrogate(unit) || in == end || !IsLowSurrogate(*in))
         return unit;
@@ -30,8 +20,7 @@ constexpr char32_t TakeCodePoint(const char16_t*& in, const char16_t* end) noexc
 }
 
 /// Writes one unit or two; returns their end.
-constexpr char16_t* WriteUtf16(char32_t codePoint, char16_t* out) noexcept
-{
+constexpr char16_t* WriteUtf16(char32_t codePoint, char16_t* out) noexcept {
     if (codePoint > 0xFFFF) {
         *out++ = static_cast<char16_t>(0xD7C0U + (codePoint >> 10));
         codePoint = 0xDC00U | (codePoint & 0x3FFU);
@@ -41,8 +30,7 @@ constexpr char16_t* WriteUtf16(char32_t codePoint, char16_t* out) noexcept
 }
 
 /// Writes one to four bytes, a surrogate as U+FFFD; returns their end.
-constexpr char* WriteUtf8(char32_t codePoint, char* out) noexcept
-{
+constexpr char* WriteUtf8(char32_t codePoint, char* out) noexcept {
     const auto tail = [](char32_t bits) { return static_cast<char>(0x80U | (bits & 0x3FU)); };
     if (codePoint < 0x80) {
         *out++ = static_cast<char>(codePoint);
@@ -63,17 +51,13 @@ constexpr char* WriteUtf8(char32_t codePoint, char* out) noexcept
     return out;
 }
 
-constexpr bool IsContinuation(unsigned byte) noexcept
-{
-    return (byte & 0xC0U) == 0x80U;
-}
+constexpr bool IsContinuation(unsigned byte) noexcept { return (byte & 0xC0U) == 0x80U; }
 
 constexpr char32_t kNoCodePoint = 0xFFFFFFFF;
 
 /// The code point that begins at `in`, which moves behind it; kNoCodePoint, and `in` moves behind the maximal part that
 /// is no UTF-8 (Unicode, chapter 3, table 3-7).
-constexpr char32_t TakeUtf8(const unsigned char*& in, const unsigned char* end) noexcept
-{
+constexpr char32_t TakeUtf8(const unsigned char*& in, const unsigned char* end) noexcept {
     const unsigned first = *in++;
     if (first < 0x80)
         return first;

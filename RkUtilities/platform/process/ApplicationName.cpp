@@ -17,8 +17,7 @@ struct KeptName {
 };
 constinit std::atomic<const KeptName*> current = nullptr;
 
-std::string ExecutableName()
-{
+std::string ExecutableName() {
     constexpr std::string_view kReplaced = " (deleted)";  // what the link reads after an update of the running program
     std::error_code error;
     std::string name = std::filesystem::read_symlink("/proc/self/exe", error).filename().string();
@@ -29,15 +28,13 @@ std::string ExecutableName()
 
 }  // namespace
 
-void NameApplication(std::string_view name)
-{
+void NameApplication(std::string_view name) {
     auto* const kept = new KeptName{std::string(name), current};
     std::replace(kept->text.begin(), kept->text.end(), '\0', '_');
     current = kept;
 }
 
-std::string ApplicationName()
-{
+std::string ApplicationName() {
     const KeptName* kept = current;
     if (kept != nullptr && !kept->text.empty())
         return kept->text;

@@ -9,12 +9,9 @@ namespace rk::platform {
 
 /// Values that are made once and kept by a name. A static object that is never destroyed, since the destructors of
 /// others may still ask; the caller holds a lock. More names than `kMost` are hostile ones: all values are let go together.
-template <class Value, std::size_t kMost>
-class KeptByName {
+template <class Value, std::size_t kMost> class KeptByName {
 public:
-    template <class Make>
-    Value& Of(const std::string& name, const Make& make)
-    {
+    template <class Make> Value& Of(const std::string& name, const Make& make) {
         if (m_values == nullptr)
             m_values = new std::map<std::string, Value>;
         if (const auto kept = m_values->find(name); kept != m_values->end())

@@ -44,16 +44,14 @@ struct ReadZone {
 };
 constinit ReadZone zone;
 
-std::time_t CoarseSeconds()
-{
+std::time_t CoarseSeconds() {
     timespec now{};
     clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
     return now.tv_sec;
 }
 
 /// The C library takes a zone for which it has no memory for UTC, and stays with that.
-bool HasMemoryForZone()
-{
+bool HasMemoryForZone() {
     constexpr std::size_t kByteCount = std::size_t{64} * 1024;  // more than any zone takes
     void* volatile const memory =
         std::malloc(kByteCount);  // NOLINT(cppcoreguidelines-no-malloc): as the C library does
@@ -63,8 +61,7 @@ bool HasMemoryForZone()
 }
 
 /// Whether the C library's zone is that of `TZ`, or of the system as it was seen within this second.
-bool IsUpToDate(const char* variable)
-{
+bool IsUpToDate(const char* variable) {
     if (!zone.isKnown || zone.source.isVariable != (variable != nullptr))
         return false;
     return variable != nullptr ? std::strcmp(variable, zone.source.variable.data()) == 0
@@ -72,8 +69,7 @@ bool IsUpToDate(const char* variable)
 }
 
 /// localtime_r reads the zone once, and a changed one only after tzset. False when a zone should be read and cannot be now.
-bool UpdateZone()
-{
+bool UpdateZone() {
     const char* const variable = std::getenv("TZ");
     if (IsUpToDate(variable))
         return true;
@@ -101,8 +97,7 @@ bool UpdateZone()
     return true;
 }
 
-CalendarTime FieldsOf(std::tm fields)
-{
+CalendarTime FieldsOf(std::tm fields) {
     fields.tm_year += 1900;
     ++fields.tm_mon;
     fields.tm_zone = nullptr;  // it does not outlive the zone
@@ -111,16 +106,14 @@ CalendarTime FieldsOf(std::tm fields)
 
 }  // namespace
 
-CalendarTime UtcCalendar(std::int64_t utcSeconds)
-{
+CalendarTime UtcCalendar(std::int64_t utcSeconds) {
     const auto time = static_cast<std::time_t>(utcSeconds);
     std::tm fields{};
     gmtime_r(&time, &fields);
     return FieldsOf(fields);
 }
 
-CalendarTime LocalCalendar(std::int64_t utcSeconds)
-{
+CalendarTime LocalCalendar(std::int64_t utcSeconds) {
     const auto time = static_cast<std::time_t>(utcSeconds);
     std::tm fields{};
     const std::lock_guard lock(MutexOf(Lock::Zone));
@@ -130,8 +123,7 @@ CalendarTime LocalCalendar(std::int64_t utcSeconds)
     return FieldsOf(fields);
 }
 
-std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int second)
-{
+std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int second) {
     // std::chrono's years are short ones: 400 years, which have 146,097 days, are taken out before.
     constexpr std::int64_t kMonths = 4800, kDays = 146097;
     const std::int64_t months = static_cast<std::int64_t>(year) * 12 + month - 1;
@@ -142,8 +134,7 @@ std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int s
     return days * kSecondsADay + std::int64_t{hour} * 3600 + std::int64_t{minute} * 60 + second;
 }
 
-std::int64_t LocalToUtc(std::int64_t localSeconds, int daylight)
-{
+std::int64_t LocalToUtc(std::int64_t localSeconds, int daylight) {
     // An offset is less than a day, so these are the offsets before and after a change near by.
     const auto at = [](std::int64_t seconds) {
         return LocalCalendar(std::clamp(seconds, kFirstUtcSecond, kLastUtcSecond));
@@ -165,8 +156,7 @@ std::int64_t LocalToUtc(std::int64_t localSeconds, int daylight)
     return firstExists && wantsSecond ? second : first;
 }
 
-std::string FormattedTime(CalendarTime fields, std::string format)
-{
+std::string FormattedTime(CalendarTime fields, std::string format) {
     constexpr std::size_t kMostBytes = (std::size_t{1} << 20) + 2;  // with the "." and the terminator
     fields.tm_year -= 1900;
     --fields.tm_mon;
@@ -184,14 +174,12 @@ std::string FormattedTime(CalendarTime fields, std::string format)
     return {};
 }
 
-std::uint64_t ZoneGeneration()
-{
+std::uint64_t ZoneGeneration() {
     const std::lock_guard lock(MutexOf(Lock::Zone));
     return UpdateZone() ? zone.generation : 0;
 }
 
-std::string ZoneAbbreviation(std::int64_t utcSeconds)
-{
+std::string ZoneAbbreviation(std::int64_t utcSeconds) {
     const auto time = static_cast<std::time_t>(utcSeconds);
     std::tm fields{};
     const std::lock_guard lock(MutexOf(Lock::Zone));
@@ -200,8 +188,7 @@ std::string ZoneAbbreviation(std::int64_t utcSeconds)
     return fields.tm_zone;
 }
 
-std::string ZoneName()
-{
+std::string ZoneName() {
     constexpr std::string_view kDatabase = "/zoneinfo/";
     std::string name;
     if (const char* const variable = std::getenv("TZ")) {

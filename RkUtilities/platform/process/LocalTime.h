@@ -25,8 +25,7 @@ constexpr std::int64_t kLastUtcSecond = kLastCalendarSecond + 86400;
 /// 1 January 2001, 00:00:00 UTC, among them.
 constexpr std::int64_t kUtcSecondsOf2001 = 978307200;
 /// The whole second of a time that is given in seconds since then.
-inline std::int64_t UtcSecondsOf(double absoluteSeconds) noexcept
-{
+inline std::int64_t UtcSecondsOf(double absoluteSeconds) noexcept {
     return static_cast<std::int64_t>(std::floor(absoluteSeconds)) + kUtcSecondsOf2001;
 }
 

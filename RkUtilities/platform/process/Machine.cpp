@@ -7,8 +7,7 @@ namespace rk::platform {
 
 namespace {
 
-utsname Names() noexcept
-{
+utsname Names() noexcept {
     utsname names{};
     uname(&names);
     return names;
@@ -16,18 +15,11 @@ utsname Names() noexcept
 
 }  // namespace
 
-int ProcessId() noexcept
-{
-    return getpid();
-}
+int ProcessId() noexcept { return getpid(); }
 
-std::string HostName()
-{
-    return Names().nodename;
-}
+std::string HostName() { return Names().nodename; }
 
-std::string SystemName()
-{
+std::string SystemName() {
     const utsname names = Names();
     return std::string(names.sysname) + ' ' + names.release + ' ' + names.machine;
 }

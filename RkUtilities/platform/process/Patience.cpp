@@ -7,8 +7,7 @@
 
 namespace rk::platform {
 
-bool Patience::Lock(std::mutex& mutex)
-{
+bool Patience::Lock(std::mutex& mutex) {
     if (mutex.try_lock())
         return true;
     using namespace std::chrono;
@@ -19,8 +18,7 @@ bool Patience::Lock(std::mutex& mutex)
     return pthread_mutex_timedlock(mutex.native_handle(), &deadline) == 0;
 }
 
-bool Patience::Sleep()
-{
+bool Patience::Sleep() {
     constexpr std::chrono::microseconds kLongestNap{10'000};
     const Clock::duration left = Deadline() - Clock::now();
     if (left <= Clock::duration::zero())
@@ -30,8 +28,7 @@ bool Patience::Sleep()
     return true;
 }
 
-Patience::Clock::time_point Patience::Deadline()
-{
+Patience::Clock::time_point Patience::Deadline() {
     if (!m_deadline)
         m_deadline = Clock::now() + m_total;
     return *m_deadline;

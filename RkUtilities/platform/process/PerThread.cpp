@@ -17,22 +17,17 @@ constinit thread_local std::size_t endCount = 0;
 constinit pthread_key_t key = 0;
 constinit bool hasKey = false;
 
-void EndThread(void* /*unused*/)
-{
+void EndThread(void* /*unused*/) {
     while (endCount > 0)
         ends[--endCount]();
 }
 
 // When the library is loaded, since nothing can be told from a thread's first call later.
-[[gnu::constructor(101)]] void MakeKey()
-{
-    hasKey = pthread_key_create(&key, &EndThread) == 0;
-}
+[[gnu::constructor(101)]] void MakeKey() { hasKey = pthread_key_create(&key, &EndThread) == 0; }
 
 }  // namespace
 
-void AtThreadEnd(void (*end)() noexcept)
-{
+void AtThreadEnd(void (*end)() noexcept) {
     if (!hasKey || endCount == kMostObjects || pthread_setspecific(key, &ends) != 0)
         throw std::bad_alloc();
     ends[endCount++] = end;

@@ -14,9 +14,7 @@ void AtThreadEnd(void (*end)() noexcept);
 /// It goes when the thread ends; the main thread's stays to the end of the process, so that the destructor of a static
 /// object may still log or make a date's text. Only a trivial pointer is thread-local: the C library ends a program that
 /// has no memory for the destructor of a thread-local object.
-template <class Object>
-Object& PerThread()
-{
+template <class Object> Object& PerThread() {
     static constinit thread_local Object* object = nullptr;
     if (object == nullptr) {
         auto made = std::make_unique<Object>();

@@ -16,8 +16,7 @@ namespace {
 
 using Draw = std::array<std::uint8_t, 16>;
 
-void FillFromSystem(std::span<std::byte> bytes)
-{
+void FillFromSystem(std::span<std::byte> bytes) {
     while (!bytes.empty()) {
         const ssize_t count = getrandom(bytes.data(), bytes.size(), 0);
         if (count >= 0)
@@ -29,8 +28,7 @@ void FillFromSystem(std::span<std::byte> bytes)
 
 /// A number that a fork sets to 0, in a page that lasts as long as the process; null where the kernel cannot wipe
 /// pages.
-std::atomic<std::uint32_t>* MapForkMark() noexcept
-{
+std::atomic<std::uint32_t>* MapForkMark() noexcept {
     constexpr std::size_t kByteCount = sizeof(std::atomic<std::uint32_t>);  // rounded up to a page by the kernel
     void* const page = mmap(nullptr, kByteCount, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (page == MAP_FAILED)
@@ -45,8 +43,7 @@ std::atomic<std::uint32_t>* MapForkMark() noexcept
 constinit std::atomic<std::uint32_t>* forkMark = nullptr;
 
 // When the library is loaded. The second sign of a fork is for kernels that say that they wipe pages and do not.
-[[gnu::constructor(101)]] void WatchForForks()
-{
+[[gnu::constructor(101)]] void WatchForForks() {
     forkMark = MapForkMark();
     const auto inChild = [] {
         if (forkMark != nullptr)
@@ -59,8 +56,7 @@ constinit std::atomic<std::uint32_t>* forkMark = nullptr;
 ///
 /// Two threads of a new process may count at once. Then it gets two numbers, and what was stocked under the first is
 /// thrown away for nothing.
-std::uint32_t ProcessGeneration() noexcept
-{
+std::uint32_t ProcessGeneration() noexcept {
     static constinit std::atomic<std::uint32_t> lastGeneration = 0;  // a fork leaves it as it is
     if (!forkMark)
         return 0;
@@ -81,8 +77,7 @@ constinit thread_local Stock stock = {};
 
 }  // namespace
 
-std::array<std::uint8_t, 16> RandomBytes()
-{
+std::array<std::uint8_t, 16> RandomBytes() {
     const std::uint32_t generation = ProcessGeneration();
     if (generation == 0) {
         Draw draw;

@@ -5,13 +5,10 @@
 namespace rk::platform {
 
 /// A value that is made again only when it is asked for by another key than the last time. What is half made is not kept.
-template <class Key, class Value>
-class SameAsLast {
+template <class Key, class Value> class SameAsLast {
 public:
     /// `asked` may be of another type than `Key` where the two compare and one is assigned to the other.
-    template <class Asked, class Make>
-    const Value& For(const Asked& asked, const Make& make)
-    {
+    template <class Asked, class Make> const Value& For(const Asked& asked, const Make& make) {
         if (!m_value || !(m_key == asked)) {
             m_value.reset();
             m_key = asked;

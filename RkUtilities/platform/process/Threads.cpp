@@ -17,13 +17,11 @@ constinit std::atomic<std::mutex*> logMutex = mutexes.data();
 constinit std::array<std::mutex*, kLockCount> heldByFork{};  // by the thread that holds the last one
 constinit std::array<ForkCalls, kLockCount> forkCalls{};
 
-bool LockUntil(std::mutex& mutex, const timespec& deadline)
-{
+bool LockUntil(std::mutex& mutex, const timespec& deadline) {
     return pthread_mutex_timedlock(mutex.native_handle(), &deadline) == 0;
 }
 
-void BeforeFork()
-{
+void BeforeFork() {
     timespec deadline{};
     clock_gettime(CLOCK_REALTIME, &deadline);
     deadline.tv_sec += kLongestWaitSeconds;
@@ -37,8 +35,7 @@ void BeforeFork()
     heldByFork = held;
 }
 
-void AfterFork()
-{
+void AfterFork() {
     const std::array<std::mutex*, kLockCount> held = heldByFork;
     for (std::mutex* const mutex : held) {
         if (mutex != nullptr)
@@ -46,8 +43,7 @@ void AfterFork()
     }
 }
 
-void AfterForkInChild()
-{
+void AfterForkInChild() {
     for (const ForkCalls& calls : forkCalls) {
         if (calls.inChild != nullptr)
             calls.inChild();
@@ -56,32 +52,23 @@ void AfterForkInChild()
 }
 
 // When the library is loaded. Without memory for it, which a program that starts has, forks are as they are.
-[[gnu::constructor(101)]] void WatchForks()
-{
+[[gnu::constructor(101)]] void WatchForks() {
     static_cast<void>(pthread_atfork(&BeforeFork, &AfterFork, &AfterForkInChild));
 }
 
 }  // namespace
 
-std::uintptr_t CurrentThreadHandle() noexcept
-{
+std::uintptr_t CurrentThreadHandle() noexcept {
     static_assert(sizeof(pthread_t) == sizeof(std::uintptr_t));
     return static_cast<std::uintptr_t>(pthread_self());
 }
 
-std::mutex& MutexOf(Lock lock) noexcept
-{
+std::mutex& MutexOf(Lock lock) noexcept {
     return lock == Lock::Log ? *logMutex.load(std::memory_order_acquire) : mutexes[static_cast<std::size_t>(lock)];
 }
 
-void CallAtForks(Lock lock, const ForkCalls& calls) noexcept
-{
-    forkCalls[static_cast<std::size_t>(lock)] = calls;
-}
+void CallAtForks(Lock lock, const ForkCalls& calls) noexcept { forkCalls[static_cast<std::size_t>(lock)] = calls; }
 
-void HoldAcrossForks(std::mutex& mutex) noexcept
-{
-    logMutex.store(&mutex, std::memory_order_release);
-}
+void HoldAcrossForks(std::mutex& mutex) noexcept { logMutex.store(&mutex, std::memory_order_release); }
 
 }  // namespace rk::platform

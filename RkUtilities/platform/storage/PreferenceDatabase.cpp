@@ -29,8 +29,7 @@ constexpr const char* kTable = "PRAGMA synchronous = FULL;"
                                "CREATE TABLE IF NOT EXISTS preferences (scope TEXT NOT NULL, name TEXT NOT NULL,"
                                " type TEXT NOT NULL, value, PRIMARY KEY (scope, name)) WITHOUT ROWID;";
 
-bool MayBeOnSeveralMachines(const std::string& path)
-{
+bool MayBeOnSeveralMachines(const std::string& path) {
     constexpr std::uint32_t kSharedFileSystems[] = {
         0x6969,      // NFS
         0x517B,      // SMB
@@ -48,8 +47,7 @@ bool MayBeOnSeveralMachines(const std::string& path)
 }
 
 /// A path as SQLite's URIs spell it.
-std::string UriOf(const std::string& path)
-{
+std::string UriOf(const std::string& path) {
     std::string uri = "file:";
     for (const char byte : path) {
         char escaped[4];
@@ -72,8 +70,7 @@ constexpr const char* kTypes[] = {"boolean", "number", "string", "deleted"};
 
 /// A statement that runs, made ready to run again when this goes.
 struct Resetter {
-    void operator()(sqlite3_stmt* statement) const noexcept
-    {
+    void operator()(sqlite3_stmt* statement) const noexcept {
         sqlite3_reset(statement);
         sqlite3_clear_bindings(statement);
         sqlite3_stmt_status(statement, SQLITE_STMTSTATUS_VM_STEP, 1);  // each run may take kMostSteps
@@ -85,8 +82,7 @@ using Running = std::unique_ptr<sqlite3_stmt, Resetter>;
 
 /// A text that begins with U+FEFF or U+FFFE goes in as bytes in the database's order, which read as the text again:
 /// SQLite would take the unit for a byte-order mark.
-int BindText(sqlite3_stmt* statement, int index, std::u16string_view text)
-{
+int BindText(sqlite3_stmt* statement, int index, std::u16string_view text) {
     const std::size_t byteCount = text.size() * sizeof(char16_t);
     if (!text.starts_with(u'\xFEFF') && !text.starts_with(u'\xFFFE')) {
         const auto* const bytes = reinterpret_cast<const char*>(text.empty() ? u"" : text.data());
@@ -100,8 +96,7 @@ int BindText(sqlite3_stmt* statement, int index, std::u16string_view text)
     return sqlite3_bind_blob64(statement, index, bytes, byteCount, sqlite3_free);
 }
 
-int BindValue(sqlite3_stmt* statement, int index, const PreferenceValue& value)
-{
+int BindValue(sqlite3_stmt* statement, int index, const PreferenceValue& value) {
     if (const auto* const text = std::get_if<std::u16string>(&value))
         return BindText(statement, index, *text);
     if (std::holds_alternative<std::monostate>(value))
@@ -110,23 +105,20 @@ int BindValue(sqlite3_stmt* statement, int index, const PreferenceValue& value)
     return sqlite3_bind_int64(statement, index, number != nullptr ? *number : std::int64_t{std::get<bool>(value)});
 }
 
-std::u16string TextAt(sqlite3_stmt* statement, int column)
-{
+std::u16string TextAt(sqlite3_stmt* statement, int column) {
     const void* const units = sqlite3_column_text16(statement, column);
     const auto byteCount = static_cast<std::size_t>(sqlite3_column_bytes16(statement, column));
     return units != nullptr ? std::u16string(static_cast<const char16_t*>(units), byteCount / sizeof(char16_t))
                             : std::u16string();
 }
 
-std::string AsciiAt(sqlite3_stmt* statement, int column)
-{
+std::string AsciiAt(sqlite3_stmt* statement, int column) {
     const unsigned char* const text = sqlite3_column_text(statement, column);
     return text != nullptr ? reinterpret_cast<const char*>(text) : "";
 }
 
 /// The value of a row; nullopt for a deleted value and a type that another program has written there.
-std::optional<PreferenceValue> ValueAt(sqlite3_stmt* row)
-{
+std::optional<PreferenceValue> ValueAt(sqlite3_stmt* row) {
     const std::string type = AsciiAt(row, 2);
     if (type == kTypes[0])
         return sqlite3_column_int64(row, 3) != 0;
@@ -151,11 +143,9 @@ constexpr int kForbidden[] = {SQLITE_DBCONFIG_ENABLE_TRIGGER, SQLITE_DBCONFIG_EN
 }  // namespace
 
 PreferenceDatabase::PreferenceDatabase(std::string path, const std::string& hostId)
-    : m_path(std::move(path)), m_thisHost(std::string(kThisHostScope) + ' ' + hostId)
-{}
+    : m_path(std::move(path)), m_thisHost(std::string(kThisHostScope) + ' ' + hostId) {}
 
-StorageOutcome PreferenceDatabase::Open()
-{
+StorageOutcome PreferenceDatabase::Open() {
     // The file is made here, so that it is never open to other users; SQLite's files beside it take over its mode.
     static_cast<void>(FileHandle(::open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600)));
     if (KindOf(m_path).value_or(FileKind::File) != FileKind::File)
@@ -172,8 +162,7 @@ StorageOutcome PreferenceDatabase::Open()
     return outcome;
 }
 
-StorageOutcome PreferenceDatabase::OpenWith(const std::string& path, int flags) noexcept
-{
+StorageOutcome PreferenceDatabase::OpenWith(const std::string& path, int flags) noexcept {
     sqlite3* database = nullptr;
     const int code = sqlite3_open_v2(path.c_str(), &database, flags | SQLITE_OPEN_FULLMUTEX, nullptr);
     m_database.reset(database);
@@ -187,27 +176,21 @@ StorageOutcome PreferenceDatabase::OpenWith(const std::string& path, int flags) 
     return {};
 }
 
-void PreferenceDatabase::Close() noexcept
-{
+void PreferenceDatabase::Close() noexcept {
     for (auto& command : m_commands)
         command.reset();
     m_database.reset();
     m_takenVersion = -1;
 }
 
-bool PreferenceDatabase::IsInPlace() const noexcept
-{
-    return m_file && FileAtPath() == m_file;
-}
+bool PreferenceDatabase::IsInPlace() const noexcept { return m_file && FileAtPath() == m_file; }
 
-std::optional<PreferenceDatabase::File> PreferenceDatabase::FileAtPath() const noexcept
-{
+std::optional<PreferenceDatabase::File> PreferenceDatabase::FileAtPath() const noexcept {
     struct stat facts{};
     return stat(m_path.c_str(), &facts) == 0 ? std::optional<File>({facts.st_dev, facts.st_ino}) : std::nullopt;
 }
 
-StorageOutcome PreferenceDatabase::Check()
-{
+StorageOutcome PreferenceDatabase::Check() {
     PreferenceMap read;
     int code = Run(Begin);
     if (code == SQLITE_OK)
@@ -221,8 +204,7 @@ StorageOutcome PreferenceDatabase::Check()
     return outcome;
 }
 
-StorageOutcome PreferenceDatabase::Store(const PreferenceMap& values) noexcept
-{
+StorageOutcome PreferenceDatabase::Store(const PreferenceMap& values) noexcept {
     int code = Run(Begin);
     if (code == SQLITE_OK)
         code = InsertAll(values);
@@ -235,15 +217,13 @@ StorageOutcome PreferenceDatabase::Store(const PreferenceMap& values) noexcept
 }
 
 /// Rolling back may need memory; without it the transaction, and its lock, end with the connection.
-void PreferenceDatabase::Rollback() noexcept
-{
+void PreferenceDatabase::Rollback() noexcept {
     sqlite3_exec(m_database.get(), "ROLLBACK", nullptr, nullptr, nullptr);
     if (sqlite3_get_autocommit(m_database.get()) == 0)
         Close();
 }
 
-StorageOutcome PreferenceDatabase::ReadIfChanged(const Taker& take)
-{
+StorageOutcome PreferenceDatabase::ReadIfChanged(const Taker& take) {
     std::int64_t version = 0;
     PreferenceMap read;
     int code = Run(Version, &version);
@@ -258,8 +238,7 @@ StorageOutcome PreferenceDatabase::ReadIfChanged(const Taker& take)
     return Judge(code);
 }
 
-StorageOutcome PreferenceDatabase::ReadUnwritable(const Taker& take)
-{
+StorageOutcome PreferenceDatabase::ReadUnwritable(const Taker& take) {
     // With an empty journal the file holds all values, and SQLite needs to make no file beside it.
     struct stat journal{};
     const bool hasJournal = stat((m_path + "-wal").c_str(), &journal) == 0 && journal.st_size > 0;
@@ -271,8 +250,7 @@ StorageOutcome PreferenceDatabase::ReadUnwritable(const Taker& take)
     return outcome;
 }
 
-int PreferenceDatabase::Compile(Command command) noexcept
-{
+int PreferenceDatabase::Compile(Command command) noexcept {
     sqlite3_stmt* statement = nullptr;
     if (m_commands[command] != nullptr)
         return SQLITE_OK;
@@ -283,8 +261,7 @@ int PreferenceDatabase::Compile(Command command) noexcept
 }
 
 /// The number in the command's first row goes to `number`.
-int PreferenceDatabase::Run(Command command, std::int64_t* number) noexcept
-{
+int PreferenceDatabase::Run(Command command, std::int64_t* number) noexcept {
     if (const int code = Compile(command); code != SQLITE_OK)
         return code;
     const Running statement(m_commands[command].get());
@@ -295,8 +272,7 @@ int PreferenceDatabase::Run(Command command, std::int64_t* number) noexcept
 }
 
 // NOLINTNEXTLINE(bugprone-exception-escape): no value of a map is without one of its types
-int PreferenceDatabase::InsertAll(const PreferenceMap& values) noexcept
-{
+int PreferenceDatabase::InsertAll(const PreferenceMap& values) noexcept {
     int code = Compile(Insert);
     for (auto row = values.begin(); row != values.end() && code == SQLITE_OK; ++row) {
         const auto& [scope, name] = row->first;
@@ -314,8 +290,7 @@ int PreferenceDatabase::InsertAll(const PreferenceMap& values) noexcept
     return code;
 }
 
-int PreferenceDatabase::CheckPages() noexcept
-{
+int PreferenceDatabase::CheckPages() noexcept {
     if (const int code = Compile(QuickCheck); code != SQLITE_OK)
         return code;
     const Running check(m_commands[QuickCheck].get());
@@ -327,8 +302,7 @@ int PreferenceDatabase::CheckPages() noexcept
     return std::string_view(reinterpret_cast<const char*>(found)) == "ok" ? SQLITE_OK : SQLITE_CORRUPT;
 }
 
-int PreferenceDatabase::ReadAll(PreferenceMap& values)
-{
+int PreferenceDatabase::ReadAll(PreferenceMap& values) {
     if (const int code = Compile(Select); code != SQLITE_OK)
         return code;
     const Running rows(m_commands[Select].get());
@@ -343,8 +317,7 @@ int PreferenceDatabase::ReadAll(PreferenceMap& values)
     return code == SQLITE_DONE ? SQLITE_OK : code;  // SQLITE_NOMEM also when a column's text could not be made
 }
 
-StorageOutcome PreferenceDatabase::Judge(int code) const noexcept
-{
+StorageOutcome PreferenceDatabase::Judge(int code) const noexcept {
     if (code == SQLITE_OK)
         return {};
     // SQLite never writes to a file that says that only later versions may write, whatever the permissions.

@@ -25,8 +25,7 @@ namespace {
 
 /// The id in /etc/machine-id. Only where there is no such file, or no id in it, it is the host's name. "" for now when it
 /// cannot be read.
-std::string HostId()
-{
+std::string HostId() {
     std::error_code error;
     std::string id = ContentOfFile("/etc/machine-id", error);
     if (error && error != std::errc::no_such_file_or_directory)
@@ -37,8 +36,7 @@ std::string HostId()
 
 }  // namespace
 
-StorageOutcome FindPreferencePlace(PreferencePlace& place)
-{
+StorageOutcome FindPreferencePlace(PreferencePlace& place) {
     const std::string preferences = PreferencesFolder();
     if (preferences.empty())
         return {StorageOutcome::Failed, "there is no folder for preferences"};
@@ -59,8 +57,7 @@ StorageOutcome FindPreferencePlace(PreferencePlace& place)
     return {};
 }
 
-StorageOutcome LockFolder(const std::string& folder, FileHandle& lock)
-{
+StorageOutcome LockFolder(const std::string& folder, FileHandle& lock) {
     lock = FileHandle(Uninterrupted([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
     Patience patience(std::chrono::seconds(2));
     while (flock(lock.Descriptor(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
@@ -70,8 +67,7 @@ StorageOutcome LockFolder(const std::string& folder, FileHandle& lock)
     return {};
 }
 
-std::string MoveAside(const std::string& database)
-{
+std::string MoveAside(const std::string& database) {
     const std::time_t now = std::time(nullptr);
     std::tm fields{};
     localtime_r(&now, &fields);

@@ -15,22 +15,19 @@ namespace {
 
 class Store {
 public:
-    void Find(std::u16string_view name, const std::function<void(const PreferenceValue& value)>& use)
-    {
+    void Find(std::u16string_view name, const std::function<void(const PreferenceValue& value)>& use) {
         EnsureRead();
         m_values.Find(name, use);
     }
 
-    std::vector<std::u16string> Names()
-    {
+    std::vector<std::u16string> Names() {
         EnsureRead();
         std::vector<std::u16string> names = m_values.Names();
         std::sort(names.begin(), names.end());
         return names;
     }
 
-    void Set(PreferenceScope scope, std::u16string_view name, PreferenceValue&& value)
-    {
+    void Set(PreferenceScope scope, std::u16string_view name, PreferenceValue&& value) {
         EnsureRead();
         m_values.Set(scope, name, std::move(value));
         m_hasSet = true;
@@ -38,14 +35,12 @@ public:
             Synchronize();
     }
 
-    bool Synchronize()
-    {
+    bool Synchronize() {
         const std::lock_guard lock(m_mutex);
         return SynchronizeAlone();
     }
 
-    void Describe(std::string& database, std::string& lastFailure, std::string& damagedDatabase)
-    {
+    void Describe(std::string& database, std::string& lastFailure, std::string& damagedDatabase) {
         const std::lock_guard lock(m_mutex);
         database = m_database ? m_place.database : "";
         lastFailure = m_lastFailure;
@@ -53,8 +48,7 @@ public:
     }
 
     /// The process ends. A later value is stored at once; a child that has used no preference does nothing.
-    void End() noexcept
-    {
+    void End() noexcept {
         m_isEnding = true;
         if (!m_isUsed && !m_hasSet)
             return;
@@ -71,15 +65,13 @@ public:
     void BeginInChild() noexcept { m_isUsed = m_hasSet = false; }
 
     /// To be called with the mutex held. A child would inherit a connection that is open during a fork, without its locks.
-    void Close() noexcept
-    {
+    void Close() noexcept {
         if (m_database)
             m_database->Close();
     }
 
 private:
-    void EnsureRead()
-    {
+    void EnsureRead() {
         if (m_isRead)
             return;
         const std::lock_guard lock(m_mutex);
@@ -90,8 +82,7 @@ private:
 
     // What follows is called with the mutex held.
 
-    bool SynchronizeAlone()
-    {
+    bool SynchronizeAlone() {
         const FileSizeSignalGuard guard;
         m_isUsed = true;
         const StorageOutcome outcome = SynchronizeOpen();
@@ -101,8 +92,7 @@ private:
         return outcome.kind == StorageOutcome::Done;
     }
 
-    StorageOutcome SynchronizeOpen()
-    {
+    StorageOutcome SynchronizeOpen() {
         constexpr int kMostTries = 3;  // a database that is put aside leaves two: to begin a new one, and to fill it
         StorageOutcome outcome;
         for (int tries = 0; tries < kMostTries; ++tries) {
@@ -122,8 +112,7 @@ private:
         return outcome;
     }
 
-    StorageOutcome Open()
-    {
+    StorageOutcome Open() {
         if (m_database && m_database->IsOpen())
             return {};
         StorageOutcome outcome = FindPreferencePlace(m_place);
@@ -137,8 +126,7 @@ private:
         return m_database->Open();
     }
 
-    StorageOutcome StoreAndRead()
-    {
+    StorageOutcome StoreAndRead() {
         const PreferenceMap storing = m_values.BeginStoring();
         StorageOutcome outcome = storing.empty() ? StorageOutcome() : m_database->Store(storing);
         if (!m_database->IsInPlace())  // no process will see what was stored
@@ -151,8 +139,7 @@ private:
     }
 
     /// Moves a damaged database out of the way; everything known here is stored again in the new one.
-    StorageOutcome PutAside()
-    {
+    StorageOutcome PutAside() {
         if (m_database->IsOpen())
             static_cast<void>(m_database->ReadIfChanged(m_taker));  // what can still be read is known
         Close();
@@ -192,8 +179,7 @@ private:
     std::atomic<bool> m_isEnding = false;
 };
 
-Store& TheStore()
-{
+Store& TheStore() {
     // Never destroyed, since other objects may still write while the process ends.
     static Store& store = *new Store;
     static const struct AtExit {
@@ -212,28 +198,19 @@ Store& TheStore()
 
 }  // namespace
 
-void FindPreference(std::u16string_view name, const std::function<void(const PreferenceValue& value)>& use)
-{
+void FindPreference(std::u16string_view name, const std::function<void(const PreferenceValue& value)>& use) {
     TheStore().Find(name, use);
 }
 
-std::vector<std::u16string> PreferenceNames()
-{
-    return TheStore().Names();
-}
+std::vector<std::u16string> PreferenceNames() { return TheStore().Names(); }
 
-void SetPreference(PreferenceScope scope, std::u16string_view name, PreferenceValue value)
-{
+void SetPreference(PreferenceScope scope, std::u16string_view name, PreferenceValue value) {
     TheStore().Set(scope, name, std::move(value));
 }
 
-bool SynchronizePreferences()
-{
-    return TheStore().Synchronize();
-}
+bool SynchronizePreferences() { return TheStore().Synchronize(); }
 
-void DescribeStorage(std::string& database, std::string& lastFailure, std::string& damagedDatabase)
-{
+void DescribeStorage(std::string& database, std::string& lastFailure, std::string& damagedDatabase) {
     TheStore().Describe(database, lastFailure, damagedDatabase);
 }
 

@@ -5,8 +5,7 @@
 namespace rk::platform {
 
 void PreferenceValues::Find(std::u16string_view name,
-                            const std::function<void(const PreferenceValue& value)>& use) const
-{
+                            const std::function<void(const PreferenceValue& value)>& use) const {
     const std::lock_guard lock(m_mutex);
     const auto found = m_values.find(name);
     if (found == m_values.end())
@@ -19,8 +18,7 @@ void PreferenceValues::Find(std::u16string_view name,
     }
 }
 
-std::vector<std::u16string> PreferenceValues::Names() const
-{
+std::vector<std::u16string> PreferenceValues::Names() const {
     std::vector<std::u16string> names;
     const std::lock_guard lock(m_mutex);
     for (const auto& [name, scopes] : m_values) {
@@ -34,8 +32,7 @@ std::vector<std::u16string> PreferenceValues::Names() const
 }
 
 /// The value of a scope, made when it is missing.
-PreferenceValues::Held& PreferenceValues::At(Scopes& scopes, std::string_view scope)
-{
+PreferenceValues::Held& PreferenceValues::At(Scopes& scopes, std::string_view scope) {
     for (auto& [heldScope, held] : scopes) {
         if (heldScope == scope)
             return held;
@@ -43,8 +40,7 @@ PreferenceValues::Held& PreferenceValues::At(Scopes& scopes, std::string_view sc
     return scopes.emplace_back(scope, Held()).second;
 }
 
-void PreferenceValues::Set(PreferenceScope scope, std::u16string_view name, PreferenceValue&& value)
-{
+void PreferenceValues::Set(PreferenceScope scope, std::u16string_view name, PreferenceValue&& value) {
     const std::string_view scopeText = kScopeTexts[static_cast<std::size_t>(scope)];
     const std::lock_guard lock(m_mutex);
     auto found = m_values.find(name);
@@ -53,8 +49,7 @@ void PreferenceValues::Set(PreferenceScope scope, std::u16string_view name, Pref
     At(found->second, scopeText) = {std::move(value), State::Waiting};
 }
 
-PreferenceMap PreferenceValues::BeginStoring()
-{
+PreferenceMap PreferenceValues::BeginStoring() {
     PreferenceMap waiting;
     const std::lock_guard lock(m_mutex);
     for (auto& [name, scopes] : m_values) {
@@ -68,8 +63,7 @@ PreferenceMap PreferenceValues::BeginStoring()
     return waiting;
 }
 
-void PreferenceValues::EndStoring(bool areStored) noexcept
-{
+void PreferenceValues::EndStoring(bool areStored) noexcept {
     const std::lock_guard lock(m_mutex);
     for (auto& [name, scopes] : m_values) {
         for (auto& [scope, held] : scopes) {
@@ -79,8 +73,7 @@ void PreferenceValues::EndStoring(bool areStored) noexcept
     }
 }
 
-void PreferenceValues::Take(PreferenceMap&& read, bool isAnotherDatabase)
-{
+void PreferenceValues::Take(PreferenceMap&& read, bool isAnotherDatabase) {
     const std::lock_guard lock(m_mutex);
     decltype(m_values) taken;
     for (auto& [key, value] : read)

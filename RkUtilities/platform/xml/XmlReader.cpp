@@ -19,8 +19,7 @@ namespace rk::platform {
 namespace {
 
 /// For expat's hash tables. Where the system gives no random bytes, expat's own drawing may end the program.
-unsigned long Secret(const void* here) noexcept
-{
+unsigned long Secret(const void* here) noexcept {
     unsigned long secret = 0;
     if (getrandom(&secret, sizeof secret, GRND_NONBLOCK) != sizeof secret)
         secret = reinterpret_cast<std::uintptr_t>(here) ^ static_cast<unsigned long>(clock());
@@ -30,8 +29,8 @@ unsigned long Secret(const void* here) noexcept
 // The reading of a document. No exception passes through expat: the exception is kept until the parser has returned.
 class Reading {
 public:
-    explicit Reading(XmlReceiver& receiver) : m_receiver(receiver), m_parser(XML_ParserCreate(nullptr), XML_ParserFree)
-    {
+    explicit Reading(XmlReceiver& receiver)
+        : m_receiver(receiver), m_parser(XML_ParserCreate(nullptr), XML_ParserFree) {
         if (!m_parser)
             throw std::bad_alloc();
         XML_Parser parser = m_parser.get();
@@ -53,8 +52,7 @@ public:
     }
 
     /// The memory to read the document into.
-    char* Block(std::size_t byteCount)
-    {
+    char* Block(std::size_t byteCount) {
         void* const block = XML_GetBuffer(m_parser.get(), static_cast<int>(byteCount));
         if (block == nullptr)
             throw std::bad_alloc();
@@ -62,8 +60,7 @@ public:
     }
 
     /// Parses the whole document from the block; returns why it is refused.
-    std::string Parse(std::size_t byteCount)
-    {
+    std::string Parse(std::size_t byteCount) {
         XML_Parser parser = m_parser.get();
         const XML_Status status = XML_ParseBuffer(parser, static_cast<int>(byteCount), XML_TRUE);
         if (m_thrown)
@@ -80,22 +77,18 @@ public:
 private:
     static Reading& Of(void* self) { return *static_cast<Reading*>(self); }
 
-    void Begin(const XML_Char* name)
-    {
+    void Begin(const XML_Char* name) {
         if (++m_depth > kDeepestXmlElement)
             Refuse("elements are nested too deep");
         else
             Tell([name](XmlReceiver& to) { to.ElementBegins(name); });
     }
-    void End()
-    {
+    void End() {
         --m_depth;
         Tell([](XmlReceiver& to) { to.ElementEnds(); });
     }
 
-    template <class Event>
-    void Tell(const Event& event) noexcept
-    {
+    template <class Event> void Tell(const Event& event) noexcept {
         if (m_thrown || m_refusal != nullptr)  // expat may still report the end of the element in which it was stopped
             return;
         try {
@@ -105,8 +98,7 @@ private:
             XML_StopParser(m_parser.get(), XML_FALSE);
         }
     }
-    void Refuse(const char* why)
-    {
+    void Refuse(const char* why) {
         m_refusal = why;
         XML_StopParser(m_parser.get(), XML_FALSE);
     }
@@ -121,8 +113,7 @@ private:
 
 }  // namespace
 
-std::string ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver)
-{
+std::string ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver) {
     // Opened without waiting, as a pipe would have it, and looked at before a byte is read: a device may be endless.
     constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
     const FileHandle file(Uninterrupted([&] { return open(SystemPath(nativePath), kFlags); }));

@@ -81,17 +81,14 @@ constexpr CodeUnitRange kExtender[] = {{0x00B7, 0x00B7}, {0x02D0, 0x02D0}, {0x02
 
 using Classes = std::array<std::uint8_t, 0x10000>;
 
-template <std::size_t N>
-constexpr void Mark(Classes& classes, const CodeUnitRange (&ranges)[N], int marks)
-{
+template <std::size_t N> constexpr void Mark(Classes& classes, const CodeUnitRange (&ranges)[N], int marks) {
     for (const CodeUnitRange& range : ranges) {
         for (std::uint32_t unit = range.first; unit <= range.last; ++unit)
             classes[unit] = static_cast<std::uint8_t>(classes[unit] | marks);
     }
 }
 
-constexpr Classes MarkAll()
-{
+constexpr Classes MarkAll() {
     constexpr CodeUnitRange kPunctuation[] = {{'-', '.'}, {'_', '_'}}, kUnderscore[] = {{'_', '_'}},
                             kColon[] = {{':', ':'}};
     constexpr int kFollows = XmlNcNameChar | XmlNameChar;

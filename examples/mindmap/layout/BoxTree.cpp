@@ -3,15 +3,13 @@
 namespace mindmap {
 
 BoxTree::BoxTree(const std::vector<PlainBox>& allBoxes)
-    : boxes(allBoxes), weights(allBoxes.size()), heavy(allBoxes.size(), -1), isInFlow(allBoxes.size())
-{
+    : boxes(allBoxes), weights(allBoxes.size()), heavy(allBoxes.size(), -1), isInFlow(allBoxes.size()) {
     FindChildren();
     FindHeavyChildren();
     FindFlows();
 }
 
-void BoxTree::FindChildren()
-{
+void BoxTree::FindChildren() {
     firstChild.assign(boxes.size() + 1, 0);
     for (int i = 1; i < Count(); ++i)
         ++At(firstChild, Box(i).parent + 1);
@@ -23,8 +21,7 @@ void BoxTree::FindChildren()
         members[At(next, Box(i).parent)++] = i;
 }
 
-void BoxTree::FindHeavyChildren()
-{
+void BoxTree::FindHeavyChildren() {
     for (int i = Count(); i-- > 0;) {
         const PlainBox& box = Box(i);
         At(weights, i) += (box.width + kGutter) * (box.height + box.siblingGap);
@@ -37,8 +34,7 @@ void BoxTree::FindHeavyChildren()
     }
 }
 
-void BoxTree::FindFlows()
-{
+void BoxTree::FindFlows() {
     constexpr int kLongestPath = 24;  // that is not made a flow
     for (int head = 1; head < Count(); ++head) {
         if (!IsPathHead(head))

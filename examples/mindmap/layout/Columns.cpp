@@ -4,16 +4,14 @@
 
 namespace mindmap {
 
-Columns::Columns(const Packing& packing, const Group& group) : m_packing(packing), m_areItems(group.isPath)
-{
+Columns::Columns(const Packing& packing, const Group& group) : m_packing(packing), m_areItems(group.isPath) {
     m_parts.reserve(group.lastMember - group.firstMember);
     for (std::size_t m = group.firstMember; m < group.lastMember; ++m)
         m_parts.push_back({packing.members[m]});
 }
 
 /// Deals the parts to columns, in their order and as evenly as it gets.
-void Columns::Deal(int columnCount)
-{
+void Columns::Deal(int columnCount) {
     double total = 0;
     double tallest = 0;
     for (const Part& part : m_parts) {
@@ -29,8 +27,7 @@ void Columns::Deal(int columnCount)
     Fits(columnCount, enough);
 }
 
-bool Columns::Fits(int columnCount, double limit)
-{
+bool Columns::Fits(int columnCount, double limit) {
     int column = 0;
     double height = 0;
     for (Part& part : m_parts) {
@@ -44,8 +41,7 @@ bool Columns::Fits(int columnCount, double limit)
     return column < columnCount;
 }
 
-Form Columns::Arrange(double bound, int columnCount)
-{
+Form Columns::Arrange(double bound, int columnCount) {
     for (Part& part : m_parts) {
         part.form = m_packing.FormWithin(part.part, m_areItems, bound);
         part.width = At(m_packing.forms, part.form).width;
@@ -78,8 +74,7 @@ Form Columns::Arrange(double bound, int columnCount)
     return area;
 }
 
-void Columns::OfferAll(BestForms& best)
-{
+void Columns::OfferAll(BestForms& best) {
     double narrowest = 0;
     double widest = 0;
     for (const Part& part : m_parts) {

@@ -13,8 +13,7 @@ class FormFinder {
 public:
     FormFinder(const BoxTree& tree, bool isPacked) : m_tree(tree), m_packing(tree, isPacked) {}
 
-    Packing Find()
-    {
+    Packing Find() {
         for (int i = m_tree.Count(); i-- > 1;)
             FindForms(i);
         if (m_tree.Count() > 1)
@@ -27,13 +26,11 @@ private:
     Group& GroupOf(int part) { return mindmap::At(m_packing.groups, ~part); }
     std::size_t FirstChild(int i) const { return mindmap::At(m_tree.firstChild, i); }
 
-    double WeightOf(std::size_t member, bool isPath) const
-    {
+    double WeightOf(std::size_t member, bool isPath) const {
         const int i = m_packing.members[member];
         return isPath ? mindmap::At(m_packing.items, i).weight : mindmap::At(m_tree.weights, i);
     }
-    double WeightOf(std::size_t first, std::size_t last, bool isPath) const
-    {
+    double WeightOf(std::size_t first, std::size_t last, bool isPath) const {
         double weight = 0;
         for (; first < last; ++first)
             weight += WeightOf(first, isPath);
@@ -41,8 +38,7 @@ private:
     }
 
     /// Where neighbours are cut in two of about the same weight.
-    std::size_t HalfWay(std::size_t first, std::size_t last, bool isPath) const
-    {
+    std::size_t HalfWay(std::size_t first, std::size_t last, bool isPath) const {
         const double total = WeightOf(first, last, isPath);
         std::size_t split = first;
         double weight = 0;
@@ -52,8 +48,7 @@ private:
     }
 
     /// Makes one part of neighbours, and finds its forms.
-    int MakeGroup(std::size_t first, std::size_t last, bool isPath)
-    {
+    int MakeGroup(std::size_t first, std::size_t last, bool isPath) {
         if (last - first == 1)
             return m_packing.members[first];
         Group group{first, last, isPath};
@@ -87,16 +82,13 @@ private:
     }
 
     /// Calls `use` for every form of one part with every form of another.
-    template <class Use>
-    static void ForEachPair(FormRange firsts, FormRange seconds, Use use)
-    {
+    template <class Use> static void ForEachPair(FormRange firsts, FormRange seconds, Use use) {
         for (int f = firsts.first; f < firsts.last; ++f)
             for (int s = seconds.first; s < seconds.last; ++s)
                 use(f, s);
     }
 
-    void FindForms(int i)
-    {
+    void FindForms(int i) {
         if (m_packing.isPacked && mindmap::At(m_tree.isInFlow, i) != 0) {
             FindItemForms(i);
             if (m_tree.IsPathHead(i))
@@ -112,15 +104,13 @@ private:
         mindmap::At(m_packing.ranges, i) = m_packing.Add(best);
     }
 
-    void OfferAlone(int i, BestForms& best) const
-    {
+    void OfferAlone(int i, BestForms& best) const {
         const PlainBox& box = m_tree.Box(i);
         best.Offer({box.width, box.height, box.height / 2});
     }
 
     /// The forms of a box with an area of children.
-    void OfferWithArea(int i, int area, bool isItem, BestForms& best)
-    {
+    void OfferWithArea(int i, int area, bool isItem, BestForms& best) {
         const FormRange range = m_packing.RangeOf(area, /*isItem=*/false);
         for (int f = range.first; f < range.last; ++f) {
             best.Offer(m_packing.FormBeside(i, f));
@@ -135,8 +125,7 @@ private:
         });
     }
 
-    void FindItemForms(int i)
-    {
+    void FindItemForms(int i) {
         FlowItem item;
         const int heavy = mindmap::At(m_tree.heavy, i);
         const std::size_t firstBefore = FirstChild(i);
@@ -163,16 +152,14 @@ private:
     }
 
     /// Where a box stands among its parent's children.
-    std::size_t PositionOf(int i) const
-    {
+    std::size_t PositionOf(int i) const {
         const int parent = m_tree.Box(i).parent;
         const auto first = m_tree.members.begin() + static_cast<std::ptrdiff_t>(FirstChild(parent));
         const auto last = m_tree.members.begin() + static_cast<std::ptrdiff_t>(FirstChild(parent + 1));
         return static_cast<std::size_t>(std::lower_bound(first, last, i) - m_tree.members.begin());
     }
 
-    void FindFlowForms(int head)
-    {
+    void FindFlowForms(int head) {
         const std::size_t first = m_packing.members.size();
         for (int i = head; i >= 0; i = mindmap::At(m_tree.heavy, i))
             m_packing.members.push_back(i);
@@ -188,8 +175,7 @@ private:
     }
 
     /// Deals the main topics to two sides, as evenly as it gets.
-    void ChooseSides()
-    {
+    void ChooseSides() {
         const std::size_t last = FirstChild(1);
         if (last == 1) {
             ForEachPair(m_packing.RangeOf(m_packing.members[0], false), {-1, 0},
@@ -205,8 +191,7 @@ private:
         }
     }
 
-    void Try(SidePart right, SidePart left)
-    {
+    void Try(SidePart right, SidePart left) {
         const double sheet = SheetFor(right.form, left.form);
         if (sheet >= m_bestSheet)
             return;
@@ -216,8 +201,7 @@ private:
     }
 
     /// The width of the sheet of 4 : 3 that is needed; a longish one counts twice. What is not packed is just balanced.
-    double SheetFor(int rightForm, int leftForm) const
-    {
+    double SheetFor(int rightForm, int leftForm) const {
         const PlainBox& centre = m_tree.Box(0);
         const Form right = At(rightForm);
         const Form left = leftForm < 0 ? Form{-kCentralGap} : At(leftForm);
@@ -236,9 +220,6 @@ private:
 
 }  // namespace
 
-Packing FindForms(const BoxTree& tree, bool isPacked)
-{
-    return FormFinder(tree, isPacked).Find();
-}
+Packing FindForms(const BoxTree& tree, bool isPacked) { return FormFinder(tree, isPacked).Find(); }
 
 }  // namespace mindmap

@@ -17,15 +17,13 @@ namespace {
 class Layouter {
 public:
     Layouter(const Outline& outline, const ProgressHook& progress)
-        : m_topics(outline.topics), m_progress(progress), m_boxes(m_topics.size())
-    {
+        : m_topics(outline.topics), m_progress(progress), m_boxes(m_topics.size()) {
         m_map.shapes.resize(m_topics.size());
         m_map.connections.resize(m_topics.size());
         m_map.sums = SumBranches(outline);
     }
 
-    MapLayout Run()
-    {
+    MapLayout Run() {
         ComposeTexts();
         m_placement = PlaceBoxes(m_boxes);
         MakeShapes();
@@ -37,8 +35,7 @@ public:
 private:
     const LevelStyle& LevelOf(std::size_t index) const { return StyleOf(m_topics[index].level); }
 
-    void ComposeTexts()
-    {
+    void ComposeTexts() {
         for (std::size_t i = 0; i < m_topics.size(); ++i) {
             Tell(m_progress, "laying out", i, m_topics.size());
             TopicText& text = m_map.shapes[i].text = ComposeText(m_topics[i], m_map.sums[i]);
@@ -54,8 +51,7 @@ private:
     }
 
     /// An ellipse whose axes are √2 times a rectangle's sides goes through its corners.
-    void MakeEllipse()
-    {
+    void MakeEllipse() {
         const auto axis = [](int side) {
             return OnGrid(static_cast<int>(std::ceil((side + kCentralPadding) * std::numbers::sqrt2 / 2))) * 2;
         };
@@ -64,8 +60,7 @@ private:
         m_boxes.front().height = axis(text.height);
     }
 
-    void MakeShapes()
-    {
+    void MakeShapes() {
         int branch = -1;
         for (std::size_t i = 0; i < m_topics.size(); ++i) {
             const PlainPlace& place = m_placement.places[i];
@@ -83,16 +78,14 @@ private:
         }
     }
 
-    static void PlaceText(TopicShape& shape)
-    {
+    static void PlaceText(TopicShape& shape) {
         const float air = (shape.bounds.width - static_cast<float>(shape.text.width)) / 2;
         const bool beginsRight = shape.text.direction == Direction::RightToLeft;
         shape.textOrigin = {shape.bounds.x + (beginsRight ? shape.bounds.width - air : air),
                             shape.bounds.y + (shape.bounds.height - static_cast<float>(shape.text.height)) / 2};
     }
 
-    void Connect()
-    {
+    void Connect() {
         for (std::size_t i = 1; i < m_topics.size(); ++i) {
             const PlainPlace& place = m_placement.places[i];
             const auto first = m_placement.points.begin() + static_cast<std::ptrdiff_t>(place.firstPoint);
@@ -105,8 +98,7 @@ private:
         }
     }
 
-    static std::vector<CrkFloatPoint> Curve(const TopicShape& parent, const TopicShape& child)
-    {
+    static std::vector<CrkFloatPoint> Curve(const TopicShape& parent, const TopicShape& child) {
         const float outward = child.side == Side::Right ? 1.0F : -1.0F;
         const CrkFloatPoint end = CrkMathUtilities::GetRectangleEdgePoint(child.bounds, {-outward, 0}, 0);
         if (parent.side == Side::Centre) {
@@ -122,8 +114,7 @@ private:
         return {start, {start.x + half, start.y}, {end.x - half, end.y}, end};
     }
 
-    void FindBounds()
-    {
+    void FindBounds() {
         m_map.bounds = {static_cast<float>(m_placement.left), static_cast<float>(m_placement.top),
                         static_cast<float>(m_placement.right - m_placement.left),
                         static_cast<float>(m_placement.bottom - m_placement.top)};
@@ -139,13 +130,9 @@ private:
 
 }  // namespace
 
-MapLayout LayOut(const Outline& outline, const ProgressHook& progress)
-{
-    return Layouter(outline, progress).Run();
-}
+MapLayout LayOut(const Outline& outline, const ProgressHook& progress) { return Layouter(outline, progress).Run(); }
 
-std::vector<CrkFloatPoint> Flatten(const Connection& connection, int segmentCount)
-{
+std::vector<CrkFloatPoint> Flatten(const Connection& connection, int segmentCount) {
     if (!connection.isCurve)
         return connection.points;
     const CrkFloatPoint& a = connection.points[0];

@@ -15,8 +15,7 @@ namespace {
 constexpr int kSegmentCount = 16;
 constexpr float kEdgeTolerance = 0.25F;  // less than between any two lines of the grid; the distances are rounded
 
-bool ShareArea(const CrkFloatRect& a, const CrkFloatRect& b)
-{
+bool ShareArea(const CrkFloatRect& a, const CrkFloatRect& b) {
     CrkFloatRect common;
     return CrkFloatRect::Intersect(common, a, b);
 }
@@ -26,8 +25,7 @@ bool ShareArea(const CrkFloatRect& a, const CrkFloatRect& b)
 class ShapeTree {
 public:
     explicit ShapeTree(const std::vector<TopicShape>& shapes)
-        : m_leafCount(std::bit_ceil(shapes.size())), m_count(shapes.size()), m_boxes(2 * m_leafCount)
-    {
+        : m_leafCount(std::bit_ceil(shapes.size())), m_count(shapes.size()), m_boxes(2 * m_leafCount) {
         for (std::size_t i = 0; i < m_leafCount; ++i)
             m_boxes[m_leafCount + i] = shapes[std::min(i, m_count - 1)].bounds;
         for (std::size_t i = m_leafCount; i-- > 1;)
@@ -35,9 +33,7 @@ public:
     }
 
     /// Calls `visit` with the index of every topic whose box shares an area with `sought`.
-    template <class Visit>
-    void ForEachIn(const CrkFloatRect& sought, Visit visit) const
-    {
+    template <class Visit> void ForEachIn(const CrkFloatRect& sought, Visit visit) const {
         std::vector<std::size_t> open = {1};
         while (!open.empty()) {
             const std::size_t node = open.back();
@@ -59,23 +55,20 @@ private:
 
 /// The box of a level or upright line has no area; it gets one. Others stay as they are: the box of a line that comes
 /// from the centre ends where all the main topics begin and must not reach into them.
-CrkFloatRect WithArea(CrkFloatRect box)
-{
+CrkFloatRect WithArea(CrkFloatRect box) {
     const float x = box.width > 0 ? 0.0F : 0.5F;
     const float y = box.height > 0 ? 0.0F : 0.5F;
     CrkFloatMargin{x, y, x, y}.InflateRect(box);
     return box;
 }
 
-bool IsOnEllipse(const CrkFloatPoint& point, const CrkFloatRect& bounds)
-{
+bool IsOnEllipse(const CrkFloatPoint& point, const CrkFloatRect& bounds) {
     const double x = (point.x - (bounds.x + bounds.width / 2)) / (bounds.width / 2);
     const double y = (point.y - (bounds.y + bounds.height / 2)) / (bounds.height / 2);
     return CrkMathUtilities::FloatsEqual(x * x + y * y, 1.0, 1e-4);
 }
 
-bool IsOnEdge(CrkFloatPoint point, const TopicShape& shape)
-{
+bool IsOnEdge(CrkFloatPoint point, const TopicShape& shape) {
     const CrkFloatRect& r = shape.bounds;
     if (shape.side == Side::Centre)
         return IsOnEllipse(point, r);
@@ -87,8 +80,7 @@ bool IsOnEdge(CrkFloatPoint point, const TopicShape& shape)
 
 }  // namespace
 
-MapFaults CheckMap(const Outline& outline, const MapLayout& map, const ProgressHook& progress)
-{
+MapFaults CheckMap(const Outline& outline, const MapLayout& map, const ProgressHook& progress) {
     MapFaults faults;
     const std::vector<TopicShape>& shapes = map.shapes;
     const ShapeTree tree(shapes);

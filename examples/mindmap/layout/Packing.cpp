@@ -6,16 +6,13 @@ namespace mindmap {
 
 Packing::Packing(const BoxTree& allBoxes, bool isSheetLarge)
     : tree(allBoxes), isPacked(isSheetLarge), members(allBoxes.members), areas(allBoxes.boxes.size()),
-      ranges(allBoxes.boxes.size()), items(allBoxes.boxes.size())
-{}
+      ranges(allBoxes.boxes.size()), items(allBoxes.boxes.size()) {}
 
-FormRange Packing::RangeOf(int part, bool isItem) const
-{
+FormRange Packing::RangeOf(int part, bool isItem) const {
     return part < 0 ? At(groups, ~part).forms : isItem ? At(items, part).forms : At(ranges, part);
 }
 
-int Packing::FormWithin(int part, bool isItem, double bound) const
-{
+int Packing::FormWithin(int part, bool isItem, double bound) const {
     const FormRange range = RangeOf(part, isItem);
     int best = -1;
     int narrowest = range.first;
@@ -29,15 +26,13 @@ int Packing::FormWithin(int part, bool isItem, double bound) const
     return best < 0 ? narrowest : best;
 }
 
-FormRange Packing::Add(const BestForms& best)
-{
+FormRange Packing::Add(const BestForms& best) {
     const int first = static_cast<int>(forms.size());
     best.MoveTo(forms);
     return {first, static_cast<int>(forms.size())};
 }
 
-Form Packing::FormBeside(int i, int area) const
-{
+Form Packing::FormBeside(int i, int area) const {
     const PlainBox& box = tree.Box(i);
     const Form& a = At(forms, area);
     Form form{0, 0, box.height / 2, Kind::Beside, area};
@@ -55,16 +50,14 @@ Form Packing::FormBeside(int i, int area) const
     return form;
 }
 
-Form Packing::FormBelow(int i, int area, double indent) const
-{
+Form Packing::FormBelow(int i, int area, double indent) const {
     const PlainBox& box = tree.Box(i);
     const Form& a = At(forms, area);
     return {std::max(box.width, indent + a.width), box.height + kBelowGap + a.height, box.height / 2, Kind::Below,
             area};
 }
 
-Form Packing::FormSplit(int i, int beside, int below, double indent) const
-{
+Form Packing::FormSplit(int i, int beside, int below, double indent) const {
     const PlainBox& box = tree.Box(i);
     const Form& a = At(forms, beside);
     const Form& b = At(forms, below);
@@ -77,8 +70,7 @@ Form Packing::FormSplit(int i, int beside, int below, double indent) const
             below};
 }
 
-Form Packing::FormFollowed(int item, int later) const
-{
+Form Packing::FormFollowed(int item, int later) const {
     const Form& a = At(forms, item);
     const Form& b = At(forms, later);
     return {a.width + kGutter + b.width,
@@ -89,15 +81,13 @@ Form Packing::FormFollowed(int item, int later) const
             later};
 }
 
-Form Packing::FormOver(const Group& group, int first, int second) const
-{
+Form Packing::FormOver(const Group& group, int first, int second) const {
     const Form& a = At(forms, first);
     const Form& b = At(forms, second);
     return {std::max(a.width, b.width), a.height + GapIn(group) + b.height, a.middle, Kind::Over, first, second};
 }
 
-Form Packing::FormSide(const Group& group, int first, int second) const
-{
+Form Packing::FormSide(const Group& group, int first, int second) const {
     const Form& a = At(forms, first);
     const Form& b = At(forms, second);
     const double corridor = group.isPath ? 0 : kCorridor;
@@ -110,21 +100,18 @@ Form Packing::FormSide(const Group& group, int first, int second) const
             second};
 }
 
-bool Packing::IsColumn(int form) const
-{
+bool Packing::IsColumn(int form) const {
     const Form& f = At(forms, form);
     return f.kind <= Kind::Flow || (f.kind == Kind::Columns && f.columnCount == 1);
 }
 
-double Packing::DropBeside(int i, int area) const
-{
+double Packing::DropBeside(int i, int area) const {
     const Form& a = At(forms, area);
     const bool hasCorridor = a.kind == Kind::Side || (a.kind == Kind::Columns && a.columnCount > 1);
     return tree.Box(i).height / 2 - (hasCorridor ? kCorridor / 2 : a.middle);
 }
 
-double Packing::TopOfSecond(int i, int beside) const
-{
+double Packing::TopOfSecond(int i, int beside) const {
     const double drop = DropBeside(i, beside);
     return std::max(tree.Box(i).height + std::max(0.0, -drop), std::max(0.0, drop) + At(forms, beside).height) +
            kBelowGap;

@@ -48,16 +48,14 @@ constexpr std::array<double, 27> kClassEnds = {0.0625, 0.125,  0.1875, 0.25,  0.
 
 class BestForms {
 public:
-    void Offer(const Form& form)
-    {
+    void Offer(const Form& form) {
         std::size_t i = 0;
         while (form.width > kClassEnds[i] * form.height)
             ++i;
         if (m_forms[i].height == 0 || form.width * form.height < m_forms[i].width * m_forms[i].height)
             m_forms[i] = form;
     }
-    void MoveTo(std::vector<Form>& forms) const
-    {
+    void MoveTo(std::vector<Form>& forms) const {
         for (const Form& form : m_forms)
             if (form.height > 0)
                 forms.push_back(form);

@@ -14,8 +14,7 @@ constexpr double kLeastFill = 0.25;     // of its box
 
 }  // namespace
 
-Placement PlaceBoxes(const std::vector<PlainBox>& boxes)
-{
+Placement PlaceBoxes(const std::vector<PlainBox>& boxes) {
     const BoxTree tree(boxes);
     Placement plain = PlaceByForms(FindForms(tree, /*isPacked=*/false));
     const auto [shorter, longer] = std::minmax({plain.right - plain.left, plain.bottom - plain.top});

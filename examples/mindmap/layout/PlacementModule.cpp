@@ -15,8 +15,7 @@ std::vector<double> numbers;   // boxes, then places
 std::vector<double> points;    // x and y
 std::array<double, 4> bounds;  // left, top, right, bottom
 
-std::vector<PlainBox> Boxes()
-{
+std::vector<PlainBox> Boxes() {
     std::vector<PlainBox> boxes;
     boxes.reserve(numbers.size() / kBoxNumbers);
     for (std::size_t i = 0; i < numbers.size(); i += kBoxNumbers)
@@ -24,8 +23,7 @@ std::vector<PlainBox> Boxes()
     return boxes;
 }
 
-void Keep(const Placement& placement)
-{
+void Keep(const Placement& placement) {
     bounds = {placement.left, placement.top, placement.right, placement.bottom};
     numbers.clear();
     numbers.reserve(kPlaceNumbers * placement.places.size());
@@ -43,31 +41,20 @@ void Keep(const Placement& placement)
 extern "C" {
 
 /// Where the numbers of this many boxes go.
-double* placementBoxes(int boxCount)
-{
+double* placementBoxes(int boxCount) {
     numbers.assign(kBoxNumbers * static_cast<std::size_t>(boxCount), 0);
     return numbers.data();
 }
 
 /// Places these boxes; returns the numbers of their places.
-const double* placeBoxes()
-{
+const double* placeBoxes() {
     Keep(PlaceBoxes(Boxes()));
     return numbers.data();
 }
 
-const double* placedPoints()
-{
-    return points.data();
-}
+const double* placedPoints() { return points.data(); }
 
-int placedPointCount()
-{
-    return static_cast<int>(points.size() / 2);
-}
+int placedPointCount() { return static_cast<int>(points.size() / 2); }
 
-const double* placedBounds()
-{
-    return bounds.data();
-}
+const double* placedBounds() { return bounds.data(); }
 }

@@ -18,13 +18,11 @@ class Placer {
 public:
     explicit Placer(const Packing& packing)
         : m_packing(packing), m_tree(packing.tree), m_chosen(m_tree.boxes.size()), m_isItem(m_tree.boxes.size()),
-          m_laterCorner(m_tree.boxes.size(), -1), m_x(m_tree.boxes.size()), m_y(m_tree.boxes.size())
-    {
+          m_laterCorner(m_tree.boxes.size(), -1), m_x(m_tree.boxes.size()), m_y(m_tree.boxes.size()) {
         m_placement.places.resize(m_tree.boxes.size());
     }
 
-    Placement Place()
-    {
+    Placement Place() {
         m_x[0] = -m_tree.Box(0).width / 2;
         m_y[0] = -m_tree.Box(0).height / 2;
         PlaceSide(m_packing.right, false);
@@ -39,8 +37,7 @@ private:
     const Form& FormAt(int form) const { return At(m_packing.forms, form); }
     const Group& GroupOf(int part) const { return At(m_packing.groups, ~part); }
 
-    void PlaceSide(SidePart side, bool isLeft)
-    {
+    void PlaceSide(SidePart side, bool isLeft) {
         if (side.form < 0)
             return;
         const double edge = m_tree.Box(0).width / 2;
@@ -51,15 +48,13 @@ private:
         PlacePart(side.part, side.form, edge + kCentralGap, top,
                   m_isCurved ? start : Bend(edge + kCentralGap - kGutter / 2, 0, start));
     }
-    int Bend(double x, double y, int before)
-    {
+    int Bend(double x, double y, int before) {
         m_corners.push_back({{x, y}, before});
         return static_cast<int>(m_corners.size()) - 1;
     }
 
     /// Places a box, or the parts of a group; `corner` is the last one of the lines that lead there.
-    void PlacePart(int part, int formIndex, double x, double y, int corner)
-    {
+    void PlacePart(int part, int formIndex, double x, double y, int corner) {
         const Form& form = FormAt(formIndex);
         if (part >= 0) {
             PlaceBox(part, formIndex, x, y);
@@ -93,14 +88,12 @@ private:
     }
 
     /// Lines go along a corridor whose top is y, from the gutter left of one part to that of another.
-    int Along(double from, double to, double y, int corner)
-    {
+    int Along(double from, double to, double y, int corner) {
         const double middle = y + kCorridor / 2;
         return Bend(to - kGutter / 2, middle, Bend(from - kGutter / 2, middle, corner));
     }
 
-    void PlaceColumns(const Group& group, const Form& form, double x, double y, int corner)
-    {
+    void PlaceColumns(const Group& group, const Form& form, double x, double y, int corner) {
         Columns columns(m_packing, group);
         columns.Arrange(form.bound, form.columnCount);
         const std::vector<Part>& parts = columns.Parts();
@@ -123,8 +116,7 @@ private:
 
     /// The line from a topic of a path, below which nothing stands down to `bottom`, to the next below or beside it.
     /// Lines to the later siblings of the next one leave it in the corridor above that.
-    void DrawNext(int from, int to, double bottom, bool isBelow)
-    {
+    void DrawNext(int from, int to, double bottom, bool isBelow) {
         const double start = At(m_x, from) + kGutter / 2;
         const double turn = bottom + kBelowGap / 2;
         const double x = At(m_x, to) + (isBelow ? kGutter / 2 : -kGutter / 2);
@@ -143,8 +135,7 @@ private:
         KeepLine(to);
     }
 
-    void PlaceBox(int i, int form, double x, double y)
-    {
+    void PlaceBox(int i, int form, double x, double y) {
         At(m_x, i) = x;
         At(m_y, i) = y;
         At(m_chosen, i) = form;
@@ -155,8 +146,7 @@ private:
     double MiddleOfBox(int i) const { return At(m_y, i) + FormAt(At(m_chosen, i)).middle; }
 
     /// The line to a box whose branch is placed: along the corners, down or up the gutter beside the box, and into it.
-    void DrawLine(int i, int corner)
-    {
+    void DrawLine(int i, int corner) {
         const double x = At(m_x, i);
         const double y = MiddleOfBox(i);
         m_line.assign({{x, y}});
@@ -169,8 +159,7 @@ private:
     }
 
     /// Leaves out corners that are none.
-    void KeepLine(int i)
-    {
+    void KeepLine(int i) {
         PlainPlace& place = At(m_placement.places, i);
         place.isCurved = m_isCurved;
         std::vector<PlainPoint>& points = m_placement.points;
@@ -190,8 +179,7 @@ private:
         place.pointCount = points.size() - place.firstPoint;
     }
 
-    void PlaceChildren(int i)
-    {
+    void PlaceChildren(int i) {
         const PlainBox& box = m_tree.Box(i);
         const bool isItem = At(m_isItem, i) != 0;
         Form form = FormAt(At(m_chosen, i));
@@ -239,8 +227,7 @@ private:
         At(m_y, i) = middle - box.height / 2;  // from now on the box, no longer its branch
     }
 
-    void PlaceBelow(int i, int part, int form, double bottom, double top)
-    {
+    void PlaceBelow(int i, int part, int form, double bottom, double top) {
         const double indent = Packing::Indent(part, At(m_isItem, i) != 0);
         const double trunk = At(m_x, i) + kGutter / 2;
         m_isCurved = false;
@@ -252,15 +239,13 @@ private:
     }
 
     /// The corner of lines that leave the side of a box.
-    int Beside(double x, double y, double gap)
-    {
+    int Beside(double x, double y, double gap) {
         const int start = Bend(x, y, -1);
         return m_isCurved ? start : Bend(x + gap - kGutter / 2, y, start);
     }
 
     /// Turns the left side around and measures the whole.
-    void Finish()
-    {
+    void Finish() {
         for (int i = 0; i < m_tree.Count(); ++i) {
             PlainPlace& place = At(m_placement.places, i);
             const PlainBox& box = m_tree.Box(i);
@@ -292,9 +277,6 @@ private:
 
 }  // namespace
 
-Placement PlaceByForms(const Packing& packing)
-{
-    return Placer(packing).Place();
-}
+Placement PlaceByForms(const Packing& packing) { return Placer(packing).Place(); }
 
 }  // namespace mindmap

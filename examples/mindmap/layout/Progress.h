@@ -10,8 +10,7 @@ using ProgressHook = std::function<void(const char* step, int doneCount, int cou
 /// How many topics pass between two calls.
 inline constexpr int kProgressStride = 512;
 
-inline void Tell(const ProgressHook& progress, const char* step, std::size_t done, std::size_t count)
-{
+inline void Tell(const ProgressHook& progress, const char* step, std::size_t done, std::size_t count) {
     if (progress && done % kProgressStride == 0)
         progress(step, static_cast<int>(done), static_cast<int>(count));
 }

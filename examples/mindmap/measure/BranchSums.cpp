@@ -9,8 +9,7 @@ namespace mindmap {
 namespace {
 
 /// Adds a figure that stands before those which are already in the sum.
-void Add(BranchSum& sum, const Figure& figure)
-{
+void Add(BranchSum& sum, const Figure& figure) {
     const auto sameUnit = std::find_if(sum.figures.begin(), sum.figures.end(),
                                        [&](const Figure& known) { return known.unit == figure.unit; });
     Figure total = figure;
@@ -25,8 +24,7 @@ void Add(BranchSum& sum, const Figure& figure)
         sum.figures.clear();
 }
 
-void Add(BranchSum& sum, const Topic& child, const BranchSum& ofChild)
-{
+void Add(BranchSum& sum, const Topic& child, const BranchSum& ofChild) {
     if (!sum.isKnown)
         return;
     if (child.figure) {
@@ -42,23 +40,20 @@ void Add(BranchSum& sum, const Topic& child, const BranchSum& ofChild)
 
 }  // namespace
 
-std::vector<BranchSum> SumBranches(const Outline& outline)
-{
+std::vector<BranchSum> SumBranches(const Outline& outline) {
     std::vector<BranchSum> sums(outline.topics.size());
     for (std::size_t i = sums.size(); i-- > 1;)
         Add(sums[static_cast<std::size_t>(outline.topics[i].parent)], outline.topics[i], sums[i]);
     return sums;
 }
 
-CString ShownAmount(const Topic& topic, const BranchSum& sum)
-{
+CString ShownAmount(const Topic& topic, const BranchSum& sum) {
     if (topic.figure)
         return ShownFigure(*topic.figure);
     return topic.amount.IsEmpty() ? ShownSum(sum) : topic.amount;
 }
 
-CString ShownSum(const BranchSum& sum)
-{
+CString ShownSum(const BranchSum& sum) {
     std::vector<CString> parts;
     parts.reserve(sum.figures.size());
     for (const Figure& figure : sum.figures)

@@ -177,9 +177,7 @@ constexpr CodePointRange kMarks[] = {
     {0xE0100, 0xE01EF},
 };
 
-template <class Range, std::size_t N>
-constexpr bool AscendingAndDisjoint(const Range (&ranges)[N])
-{
+template <class Range, std::size_t N> constexpr bool AscendingAndDisjoint(const Range (&ranges)[N]) {
     for (std::size_t i = 0; i < N; ++i)
         if (ranges[i].first > ranges[i].last || (i > 0 && ranges[i - 1].last >= ranges[i].first))
             return false;
@@ -187,9 +185,7 @@ constexpr bool AscendingAndDisjoint(const Range (&ranges)[N])
 }
 static_assert(AscendingAndDisjoint(kWidths) && AscendingAndDisjoint(kMarks));
 
-template <class Range, std::size_t N>
-const Range* RangeOf(const Range (&ranges)[N], char32_t codePoint)
-{
+template <class Range, std::size_t N> const Range* RangeOf(const Range (&ranges)[N], char32_t codePoint) {
     const auto* range = std::lower_bound(std::begin(ranges), std::end(ranges), codePoint,
                                          [](const Range& r, char32_t c) { return r.last < c; });
     return range != std::end(ranges) && range->first <= codePoint ? range : nullptr;
@@ -197,8 +193,7 @@ const Range* RangeOf(const Range (&ranges)[N], char32_t codePoint)
 
 }  // namespace
 
-int CharacterWidth(char32_t codePoint, Weight weight)
-{
+int CharacterWidth(char32_t codePoint, Weight weight) {
     if (codePoint < 0x20)
         return 0;
     if (codePoint < 0x7F)
@@ -209,9 +204,6 @@ int CharacterWidth(char32_t codePoint, Weight weight)
     return weight == Weight::Bold ? range->bold : range->regular;
 }
 
-bool IsMark(char32_t codePoint)
-{
-    return codePoint >= kMarks[0].first && RangeOf(kMarks, codePoint) != nullptr;
-}
+bool IsMark(char32_t codePoint) { return codePoint >= kMarks[0].first && RangeOf(kMarks, codePoint) != nullptr; }
 
 }  // namespace mindmap

@@ -30,13 +30,9 @@ struct DatePlace {
 
 const COleDateTimeSpan kHalfADay(0, 12, 0, 0);
 
-COleDateTimeSpan Days(int count)
-{
-    return {count, 0, 0, 0};
-}
+COleDateTimeSpan Days(int count) { return {count, 0, 0, 0}; }
 
-int NumberAt(std::u16string_view digits)
-{
+int NumberAt(std::u16string_view digits) {
     int number = 0;
     for (const char16_t digit : digits)
         number = number * 10 + (digit - u'0');
@@ -44,8 +40,7 @@ int NumberAt(std::u16string_view digits)
 }
 
 /// The date that the text begins with.
-std::optional<COleDateTime> DateAt(std::u16string_view text)
-{
+std::optional<COleDateTime> DateAt(std::u16string_view text) {
     constexpr std::u16string_view kForm = u"0000-00-00";
     if (text.size() < kDateUnits)
         return std::nullopt;
@@ -62,13 +57,11 @@ std::optional<COleDateTime> DateAt(std::u16string_view text)
     return date;
 }
 
-bool IsPartOfAWord(std::u16string_view text, std::size_t index)
-{
+bool IsPartOfAWord(std::u16string_view text, std::size_t index) {
     return index < text.size() && (text[index] == u'-' || IsCharAlphaNumeric(text[index]));
 }
 
-std::vector<DatePlace> FindDates(std::u16string_view text)
-{
+std::vector<DatePlace> FindDates(std::u16string_view text) {
     std::vector<DatePlace> places;
     if (text.size() > kMaximumUnits)
         return places;
@@ -83,8 +76,7 @@ std::vector<DatePlace> FindDates(std::u16string_view text)
     return places;
 }
 
-bool JoinsARange(const CString& between)
-{
+bool JoinsARange(const CString& between) {
     constexpr std::array<std::u16string_view, 6> kWords = {u"to", u"until", u"/", u"-", u"–", u"—"};
     const CString word = CString(between).Trim();
     return std::find(kWords.begin(), kWords.end(), word.View()) != kWords.end();
@@ -92,13 +84,11 @@ bool JoinsARange(const CString& between)
 
 using DateWriter = CString (*)(const CTime&);
 
-CString Written(COleDateTime date, DateWriter write)
-{
+CString Written(COleDateTime date, DateWriter write) {
     return write(CrkDateUtilities::COleDateTimeToCTime(date + kHalfADay));  // no clock changes at noon
 }
 
-CString WithDates(std::u16string_view text, const std::vector<DatePlace>& places, DateWriter write)
-{
+CString WithDates(std::u16string_view text, const std::vector<DatePlace>& places, DateWriter write) {
     CString shown;
     std::size_t done = 0;
     for (const DatePlace& place : places) {
@@ -115,8 +105,7 @@ struct Week {
     int number;
 };
 
-Week WeekOf(COleDateTime date)
-{
+Week WeekOf(COleDateTime date) {
     const int firstDay = CrkLocaleUtilities::GetFirstDayOfWeek();
     const COleDateTimeSpan shift = Days(firstDay > 0 ? firstDay - 1 : 0);
     const auto startOf = [&](const COleDateTime& day) { return CrkDateUtilities::GetWeekStart(day - shift) + shift; };
@@ -131,8 +120,7 @@ Week WeekOf(COleDateTime date)
 }
 
 /// The weeks of the first and the last date; one when they are the same, none when there is no date.
-std::vector<Week> WeeksOf(const std::vector<DatePlace>& places)
-{
+std::vector<Week> WeeksOf(const std::vector<DatePlace>& places) {
     std::vector<Week> weeks;
     if (!places.empty())
         weeks.push_back(WeekOf(places.front().date));
@@ -144,28 +132,22 @@ std::vector<Week> WeeksOf(const std::vector<DatePlace>& places)
     return weeks;
 }
 
-CString NameOf(const Week& week)
-{
-    return CrkStringUtilities::Format(u"W%d", week.number);
-}
+CString NameOf(const Week& week) { return CrkStringUtilities::Format(u"W%d", week.number); }
 
 }  // namespace
 
-CString ShownDate(const CString& written)
-{
+CString ShownDate(const CString& written) {
     return WithDates(written, FindDates(written), CrkDateUtilities::ShortDateString);
 }
 
-CString ShownWeeks(const CString& written)
-{
+CString ShownWeeks(const CString& written) {
     CString weeks;
     for (const Week& week : WeeksOf(FindDates(written)))
         weeks = CrkStringUtilities::Combine(u"–", weeks, NameOf(week), /*skipEmptyParts=*/true);
     return weeks;
 }
 
-CString DateTooltip(const CString& written)
-{
+CString DateTooltip(const CString& written) {
     const std::vector<DatePlace> places = FindDates(written);
     CString tooltip = WithDates(written, places, CrkDateUtilities::LongDateString);
     for (const Week& week : WeeksOf(places))

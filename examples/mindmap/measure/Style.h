@@ -16,10 +16,7 @@ inline constexpr int kGrid = 4;
 /// No map reaches further than this from its centre.
 inline constexpr int kMaximumExtent = 1 << 25;
 
-constexpr int OnGrid(int length)
-{
-    return (length + kGrid - 1) / kGrid * kGrid;
-}
+constexpr int OnGrid(int length) { return (length + kGrid - 1) / kGrid * kGrid; }
 
 struct LevelStyle {
     Font font;
@@ -42,8 +39,7 @@ inline constexpr std::array<LevelStyle, 4> kLevels = {{
     {{13, Weight::Regular}, 168, 8, 8, 4, 8, 28, 1.5, 6, 20},
 }};
 
-constexpr const LevelStyle& StyleOf(int level)
-{
+constexpr const LevelStyle& StyleOf(int level) {
     return kLevels[std::min(static_cast<std::size_t>(level), kLevels.size() - 1)];
 }
 

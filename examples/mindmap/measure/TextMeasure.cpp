@@ -26,32 +26,21 @@ constexpr std::u16string_view kNoBreakAfter = u"([{‘“‚„«‹（［｛「
 constexpr std::u16string_view kNoBreakBefore =
     u")]}’”»›!,.:;?%/…、。，．：；？！）］｝」』】〉》〕〗・ーゝゞ々〻ぁぃぅぇぉっゃゅょゎァィゥェォッャュョヮヵヶ％";
 
-bool IsOneOf(std::u16string_view set, char32_t codePoint)
-{
+bool IsOneOf(std::u16string_view set, char32_t codePoint) {
     return codePoint <= 0xFFFF && set.find(static_cast<char16_t>(codePoint)) != std::u16string_view::npos;
 }
 
-bool IsSpace(char32_t c)
-{
-    return c == u' ' || (c >= 0x2000 && c <= 0x200B && c != 0x2007) || c == 0x3000;
-}
+bool IsSpace(char32_t c) { return c == u' ' || (c >= 0x2000 && c <= 0x200B && c != 0x2007) || c == 0x3000; }
 
-bool IsIdeograph(char32_t c)
-{
+bool IsIdeograph(char32_t c) {
     return (c >= 0x2E80 && c <= 0xA4CF) || (c >= 0xAC00 && c <= 0xD7A3) || (c >= 0xF900 && c <= 0xFAFF) ||
            (c >= 0xFE30 && c <= 0xFE4F) || (c >= 0xFF00 && c <= 0xFFEF) || (c >= 0x1F300 && c <= 0x1FAFF) ||
            (c >= 0x20000 && c <= 0x3FFFF);
 }
 
-bool IsDash(char32_t c)
-{
-    return c == u'-' || c == u'/' || c == 0x2010 || (c >= 0x2012 && c <= 0x2014);
-}
+bool IsDash(char32_t c) { return c == u'-' || c == u'/' || c == 0x2010 || (c >= 0x2012 && c <= 0x2014); }
 
-bool IsRegionalIndicator(char32_t c)
-{
-    return c >= 0x1F1E6 && c <= 0x1F1FF;
-}
+bool IsRegionalIndicator(char32_t c) { return c >= 0x1F1E6 && c <= 0x1F1FF; }
 
 /// A character with its marks: what stays together on a line.
 struct Cluster {
@@ -65,8 +54,7 @@ struct Cluster {
 };
 
 /// Indic and other scripts that show a mark on a character of another script as if it stood alone.
-bool NeedsDottedCircle(char32_t first, char32_t mark)
-{
+bool NeedsDottedCircle(char32_t first, char32_t mark) {
     constexpr char32_t kFirst = 0x0900;
     constexpr char32_t kLast = 0x1CCF;
     constexpr char32_t kBlock = 0x80;
@@ -74,8 +62,7 @@ bool NeedsDottedCircle(char32_t first, char32_t mark)
 }
 
 /// The cluster that begins at `index`.
-Cluster ClusterAt(std::u16string_view text, std::size_t index, Weight weight)
-{
+Cluster ClusterAt(std::u16string_view text, std::size_t index, Weight weight) {
     Cluster cluster{index, index, 0, 0, false, false, false};
     cluster.first = NextCodePoint(text, cluster.end);
     const std::size_t afterFirst = cluster.end;
@@ -105,8 +92,7 @@ Cluster ClusterAt(std::u16string_view text, std::size_t index, Weight weight)
     return cluster;
 }
 
-bool MayBreakBetween(const Cluster& before, const Cluster& after)
-{
+bool MayBreakBetween(const Cluster& before, const Cluster& after) {
     if (after.isSpace || after.first == u'\n')
         return false;  // spaces stay with the line they end
     if (before.isSpace)
@@ -123,8 +109,7 @@ bool MayBreakBetween(const Cluster& before, const Cluster& after)
 constexpr std::u16string_view kNameBreaks = u"/.-_?&=";
 
 /// Lets what is wider than a line break inside, behind signs that join the parts of names.
-void AllowBreaksInNames(std::vector<Cluster>& clusters, int maximumWidth)
-{
+void AllowBreaksInNames(std::vector<Cluster>& clusters, int maximumWidth) {
     std::size_t first = 0;
     int width = 0;
     for (std::size_t i = 0; i < clusters.size(); ++i) {
@@ -140,8 +125,7 @@ void AllowBreaksInNames(std::vector<Cluster>& clusters, int maximumWidth)
     }
 }
 
-std::vector<Cluster> ClustersOf(std::u16string_view text, Weight weight, int maximumWidth)
-{
+std::vector<Cluster> ClustersOf(std::u16string_view text, Weight weight, int maximumWidth) {
     std::vector<Cluster> clusters;
     clusters.reserve(text.size());
     for (std::size_t index = 0; index < text.size(); index = clusters.back().end)
@@ -159,8 +143,7 @@ struct Line {
     int width;
 };
 
-Line MakeLine(const std::vector<Cluster>& clusters, std::size_t first, std::size_t last)
-{
+Line MakeLine(const std::vector<Cluster>& clusters, std::size_t first, std::size_t last) {
     while (last > first && (clusters[last - 1].isSpace || clusters[last - 1].first == u'\n'))
         --last;
     int width = 0;
@@ -170,8 +153,7 @@ Line MakeLine(const std::vector<Cluster>& clusters, std::size_t first, std::size
 }
 
 /// The lines of the text, at most `maximumLineCount` + 1 of them: one more tells that they are not all.
-std::vector<Line> Break(const std::vector<Cluster>& clusters, int maximumWidth, int maximumLineCount)
-{
+std::vector<Line> Break(const std::vector<Cluster>& clusters, int maximumWidth, int maximumLineCount) {
     std::vector<Line> lines;
     std::size_t first = 0;
     std::size_t opportunity = 0;
@@ -202,8 +184,7 @@ std::vector<Line> Break(const std::vector<Cluster>& clusters, int maximumWidth, 
 }
 
 /// The width of the widest part that has no place to break in it.
-int WidestPart(const std::vector<Cluster>& clusters)
-{
+int WidestPart(const std::vector<Cluster>& clusters) {
     int widest = 0;
     int width = 0;
     for (const Cluster& cluster : clusters) {
@@ -216,8 +197,7 @@ int WidestPart(const std::vector<Cluster>& clusters)
 }
 
 /// The narrowest lines of which there are no more than at `maximumWidth`, and that break no more words.
-std::vector<Line> BreakEvenly(const std::vector<Cluster>& clusters, int maximumWidth, int maximumLineCount)
-{
+std::vector<Line> BreakEvenly(const std::vector<Cluster>& clusters, int maximumWidth, int maximumLineCount) {
     std::vector<Line> best = Break(clusters, maximumWidth, maximumLineCount);
     if (static_cast<int>(best.size()) > maximumLineCount)
         return best;  // full lines show more of a text that is cut off
@@ -236,13 +216,11 @@ std::vector<Line> BreakEvenly(const std::vector<Cluster>& clusters, int maximumW
     return best;
 }
 
-constexpr int Scaled(int hundredths, Font font)
-{
+constexpr int Scaled(int hundredths, Font font) {
     return (hundredths * font.size + kHundredthsPerEm - 1) / kHundredthsPerEm;
 }
 
-std::u16string_view TextOf(const Line& line, const std::vector<Cluster>& clusters, std::u16string_view text)
-{
+std::u16string_view TextOf(const Line& line, const std::vector<Cluster>& clusters, std::u16string_view text) {
     if (line.first == line.last)
         return {};
     const std::size_t begin = clusters[line.first].begin;
@@ -250,27 +228,21 @@ std::u16string_view TextOf(const Line& line, const std::vector<Cluster>& cluster
 }
 
 /// Makes room for the ellipsis at the end of the last line that is shown.
-void MakeRoom(Line& line, const std::vector<Cluster>& clusters, int maximumWidth)
-{
+void MakeRoom(Line& line, const std::vector<Cluster>& clusters, int maximumWidth) {
     while (line.first < line.last && line.width > maximumWidth)
         line.width -= clusters[--line.last].width;
 }
 
-bool IsRightToLeftBlock(char32_t c)
-{
+bool IsRightToLeftBlock(char32_t c) {
     return (c >= 0x0590 && c <= 0x08FF) || (c >= 0xFB1D && c <= 0xFDFF) || (c >= 0xFE70 && c <= 0xFEFF) ||
            (c >= 0x10800 && c <= 0x10FFF) || (c >= 0x1E800 && c <= 0x1EFFF);
 }
 
-bool IsDigitOfArabic(char32_t c)
-{
-    return (c >= 0x0660 && c <= 0x0669) || (c >= 0x06F0 && c <= 0x06F9);
-}
+bool IsDigitOfArabic(char32_t c) { return (c >= 0x0660 && c <= 0x0669) || (c >= 0x06F0 && c <= 0x06F9); }
 
 }  // namespace
 
-int TextWidth(std::u16string_view line, Font font)
-{
+int TextWidth(std::u16string_view line, Font font) {
     int hundredths = 0;
     for (std::size_t index = 0; index < line.size();) {
         const Cluster cluster = ClusterAt(line, index, font.weight);
@@ -280,8 +252,7 @@ int TextWidth(std::u16string_view line, Font font)
     return Scaled(hundredths, font);
 }
 
-FontPart FirstFontPart(std::u16string_view text)
-{
+FontPart FirstFontPart(std::u16string_view text) {
     const bool isPicture = !text.empty() && ClusterAt(text, 0, Weight::Regular).isPicture;
     std::size_t end = 0;
     while (end < text.size()) {
@@ -293,8 +264,7 @@ FontPart FirstFontPart(std::u16string_view text)
     return {text.substr(0, end), isPicture};
 }
 
-Direction DirectionOf(std::u16string_view text)
-{
+Direction DirectionOf(std::u16string_view text) {
     constexpr char32_t kLeftToRightMark = 0x200E;
     constexpr char32_t kRightToLeftMark = 0x200F;
     for (std::size_t index = 0; index < text.size();) {
@@ -312,8 +282,7 @@ Direction DirectionOf(std::u16string_view text)
     return Direction::LeftToRight;
 }
 
-CString DrawableText(std::u16string_view text)
-{
+CString DrawableText(std::u16string_view text) {
     std::u16string drawable;
     int markCount = 0;
     for (std::size_t index = 0; index < text.size() && drawable.size() <= kMaximumMeasuredUnits;) {
@@ -335,8 +304,7 @@ CString DrawableText(std::u16string_view text)
     return result.Trim();
 }
 
-WrappedText Wrap(std::u16string_view text, Font font, int maximumWidth, int maximumLineCount)
-{
+WrappedText Wrap(std::u16string_view text, Font font, int maximumWidth, int maximumLineCount) {
     const int available = maximumWidth * kHundredthsPerEm / font.size;
     const std::vector<Cluster> clusters = ClustersOf(text.substr(0, kMaximumMeasuredUnits), font.weight, available);
     std::vector<Line> lines = BreakEvenly(clusters, available, maximumLineCount);

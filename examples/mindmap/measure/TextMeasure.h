@@ -27,14 +27,8 @@ inline constexpr char16_t kPictureFontFamily[] =
 
 /// From one line's top to the next one's, and from a line's top to the baseline: enough for the accents of capitals and
 /// the descenders in both fonts.
-constexpr int LineHeight(Font font)
-{
-    return (font.size * 138 + 99) / 100;
-}
-constexpr int Ascent(Font font)
-{
-    return (font.size * 107 + 99) / 100;
-}
+constexpr int LineHeight(Font font) { return (font.size * 138 + 99) / 100; }
+constexpr int Ascent(Font font) { return (font.size * 107 + 99) / 100; }
 
 /// The width of one line, rounded up.
 int TextWidth(std::u16string_view line, Font font);

@@ -19,8 +19,7 @@ class Composer {
 public:
     Composer(const Topic& topic, const BranchSum& sum) : m_topic(topic), m_sum(sum), m_style(StyleOf(topic.level)) {}
 
-    TopicText Compose()
-    {
+    TopicText Compose() {
         const CString title = DrawableText(m_topic.text);
         m_block.direction = DirectionOf(title);
         AddLines(title, TextRole::Title, m_style.font, m_style.maximumLineCount);
@@ -38,24 +37,21 @@ public:
     }
 
 private:
-    void BeginLine(TextRole role)
-    {
+    void BeginLine(TextRole role) {
         if (role != TextRole::Title && m_block.runs.size() == m_titleRunCount)
             m_block.height += kDetailGap;
     }
 
     enum class Sign { None, Icon };
 
-    void AddRun(const CString& text, TextRole role, Direction direction, Font font, int start, Sign sign)
-    {
+    void AddRun(const CString& text, TextRole role, Direction direction, Font font, int start, Sign sign) {
         const int width = TextWidth(text, font);
         m_block.width = std::max(m_block.width, start + width);
         m_block.runs.push_back(
             {text, role, direction, start, m_block.height + Ascent(font), width, sign == Sign::Icon});
     }
 
-    void AddLines(const CString& text, TextRole role, Font font, int maximumLineCount)
-    {
+    void AddLines(const CString& text, TextRole role, Font font, int maximumLineCount) {
         WrappedText wrapped = Wrap(text, font, m_style.maximumTextWidth, maximumLineCount);
         m_block.isShortened = m_block.isShortened || wrapped.isShortened;
         const Direction direction = DirectionOf(text);
@@ -67,8 +63,7 @@ private:
     }
 
     /// A detail with its sign.
-    void AddFact(const CString& text, TextRole role)
-    {
+    void AddFact(const CString& text, TextRole role) {
         const WrappedText wrapped = Wrap(DrawableText(text), kDetailFont, FactWidth(), kFactLineCount);
         m_block.isShortened = m_block.isShortened || wrapped.isShortened;
         Sign sign = role == TextRole::More ? Sign::None : Sign::Icon;
@@ -80,8 +75,7 @@ private:
         }
     }
 
-    static CString OnOneLine(const CString& text)
-    {
+    static CString OnOneLine(const CString& text) {
         CString line = DrawableText(text);
         line.Replace(u"\n", u" ");
         return line;
@@ -90,8 +84,7 @@ private:
     [[nodiscard]] int FactWidth() const { return m_style.maximumTextWidth - kIconSpace; }
 
     /// Dates, weeks and amount stand on one line where there is room for them.
-    void AddFacts()
-    {
+    void AddFacts() {
         CString date = OnOneLine(ShownDate(m_topic.date));
         CString weeks = ShownWeeks(m_topic.date);
         if (!weeks.IsEmpty() && TextWidth(date + kWeekSign + weeks, kDetailFont) <= FactWidth())
@@ -112,8 +105,7 @@ private:
     }
 
     /// Moves every line to the middle; runs on one baseline are one line.
-    void Centre()
-    {
+    void Centre() {
         std::vector<TextRun>& runs = m_block.runs;
         for (std::size_t begin = 0, end = 0; begin < runs.size(); begin = end) {
             while (end < runs.size() && runs[end].baseline == runs[begin].baseline)
@@ -133,9 +125,6 @@ private:
 
 }  // namespace
 
-TopicText ComposeText(const Topic& topic, const BranchSum& sum)
-{
-    return Composer(topic, sum).Compose();
-}
+TopicText ComposeText(const Topic& topic, const BranchSum& sum) { return Composer(topic, sum).Compose(); }
 
 }  // namespace mindmap

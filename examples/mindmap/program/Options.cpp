@@ -60,9 +60,7 @@ constexpr std::array<Switch, 4> kSwitches = {{
     {"--help", &Options::wantsHelp},
 }};
 
-template <class Table>
-auto Find(const Table& table, std::string_view name)
-{
+template <class Table> auto Find(const Table& table, std::string_view name) {
     const auto* const found = std::find_if(table.begin(), table.end(), [&](const auto& o) { return o.name == name; });
     return found == table.end() ? nullptr : found;
 }
@@ -71,8 +69,7 @@ class Reader {
 public:
     explicit Reader(const std::vector<std::string_view>& arguments) : m_arguments(arguments) {}
 
-    Options Read()
-    {
+    Options Read() {
         bool takesOptions = true;
         while (m_next < m_arguments.size() && !m_options.wantsHelp) {
             const std::string_view argument = m_arguments[m_next++];
@@ -90,8 +87,7 @@ public:
     }
 
 private:
-    void TakeOption(std::string_view name)
-    {
+    void TakeOption(std::string_view name) {
         if (const Switch* const found = Find(kSwitches, name)) {
             m_options.*(found->value) = true;
             return;
@@ -108,8 +104,7 @@ private:
             m_options.assignments.push_back(rk::PathText(argument));
     }
 
-    static void Take(CString& value, std::string_view argument)
-    {
+    static void Take(CString& value, std::string_view argument) {
         if (!value.IsEmpty())
             throw UsageError{CString(u"one too many: ") + rk::PathText(argument)};
         value = ExpandPlaceholders(rk::PathText(argument));
@@ -122,9 +117,6 @@ private:
 
 }  // namespace
 
-Options ReadOptions(const std::vector<std::string_view>& arguments)
-{
-    return Reader(arguments).Read();
-}
+Options ReadOptions(const std::vector<std::string_view>& arguments) { return Reader(arguments).Read(); }
 
 }  // namespace mindmap

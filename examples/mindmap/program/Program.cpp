@@ -34,15 +34,13 @@ namespace mindmap {
 namespace {
 
 /// "dir/plan.opml" and "svg" give "dir/plan.svg"; a name that is all extension, ".plan", is kept: ".plan.svg".
-CString WithExtension(const CString& path, const CString& extension)
-{
+CString WithExtension(const CString& path, const CString& extension) {
     const CString base = CrkPathUtilities::FileWithoutExtensionFromFilename(path);
     const CString name = base.IsEmpty() ? CrkPathUtilities::FileWithExtensionFromFilename(path) : base;
     return CrkPathUtilities::PathFromFilename(path) + CrkPathUtilities::AddExtension(name, extension);
 }
 
-bool IsHtml(const CString& path)
-{
+bool IsHtml(const CString& path) {
     const CString extension = CrkPathUtilities::GetExtensionFromFileName(path);
     return extension.CompareNoCase(u"html") == 0 || extension.CompareNoCase(u"htm") == 0;
 }
@@ -57,8 +55,7 @@ public:
 };
 
 /// The path of an outline that the command names. One without a folder may also be where the last one was.
-CString FindOutline(const CString& path)
-{
+CString FindOutline(const CString& path) {
     const SECFileSystem files;
     if (!CrkPathUtilities::PathFromFilename(path).IsEmpty() || files.FileExists(path) || LastFolder().IsEmpty())
         return path;
@@ -69,8 +66,7 @@ CString FindOutline(const CString& path)
 /// Fills in the paths that the command leaves out.
 ///
 /// @throws UsageError
-void CompletePaths(Options& options)
-{
+void CompletePaths(Options& options) {
     const bool isPiped = options.outlinePath == kStandardStream;
     if (!isPiped)
         options.outlinePath = FindOutline(options.outlinePath);
@@ -86,8 +82,7 @@ void CompletePaths(Options& options)
 }
 
 /// An outline or map as messages name it, without what would change a terminal.
-CString Named(const CString& path, const CString& stream = u"standard input")
-{
+CString Named(const CString& path, const CString& stream = u"standard input") {
     CString name = path == kStandardStream ? stream : path;
     for (int i = 0; i < name.GetLength(); ++i)
         if (const unsigned short unit = name.GetAt(i); unit < 0x20 || (unit >= 0x7F && unit < 0xA0))
@@ -96,22 +91,19 @@ CString Named(const CString& path, const CString& stream = u"standard input")
 }
 
 /// "plan.opml:12: mismatched tag"
-CString Described(const CString& path, const OutlineError& error)
-{
+CString Described(const CString& path, const OutlineError& error) {
     CString text = Named(path) + u":";
     if (error.line > 0)
         text += CString(std::to_string(error.line)) + u":";
     return text + u" " + error.reason;
 }
 
-CString Counted(std::size_t count, const CString& noun)
-{
+CString Counted(std::size_t count, const CString& noun) {
     return CString(std::to_string(count)) + u" " + noun + (count == 1 ? u"" : u"s");
 }
 
 /// Gives every topic its GUID, and tells the log which of them are not shown in full.
-std::vector<CString> NameTopics(const Outline& outline, const MapLayout& map, RunLog& log)
-{
+std::vector<CString> NameTopics(const Outline& outline, const MapLayout& map, RunLog& log) {
     std::vector<CString> ids;
     ids.reserve(outline.topics.size());
     for (std::size_t i = 0; i < outline.topics.size(); ++i) {
@@ -126,8 +118,7 @@ std::vector<CString> NameTopics(const Outline& outline, const MapLayout& map, Ru
     return ids;
 }
 
-Outline Read(const Options& options, std::istream& in)
-{
+Outline Read(const Options& options, std::istream& in) {
     Outline outline =
         options.outlinePath == kStandardStream ? ReadOutlineStream(in) : ReadOutlineFile(options.outlinePath);
     for (Topic& topic : outline.topics)
@@ -137,8 +128,7 @@ Outline Read(const Options& options, std::istream& in)
 }
 
 /// Reads, lays out, checks and writes; returns what came of it in a line.
-CString Draw(const Options& options, RunLog& log, std::istream& in, std::ostream& out)
-{
+CString Draw(const Options& options, RunLog& log, std::istream& in, std::ostream& out) {
     ProgressLine progressLine;
     const ProgressHook progress = progressLine.Hook();
 
@@ -184,8 +174,7 @@ CString Draw(const Options& options, RunLog& log, std::istream& in, std::ostream
     return Named(mapPath, u"standard output") + summary;
 }
 
-int Run(const Options& options, std::istream& in, std::ostream& out, std::ostream& err)
-{
+int Run(const Options& options, std::istream& in, std::ostream& out, std::ostream& err) {
     RunLog log(options.logFolder);
     const auto fail = [&](const CString& reason) {
         log.Write(CrkLogWriter::LogError, reason);
@@ -217,8 +206,7 @@ int Run(const Options& options, std::istream& in, std::ostream& out, std::ostrea
 }
 
 /// Changes settings, and shows them when that is wanted or there is no outline to draw.
-int RunSettings(const Options& options, const SettingList& changes, std::ostream& out, std::ostream& err)
-{
+int RunSettings(const Options& options, const SettingList& changes, std::ostream& out, std::ostream& err) {
     ChangeSettings(changes);
     if (options.wantsSettings || options.outlinePath.IsEmpty()) {
         for (const auto& [name, value] : AllSettings())
@@ -233,8 +221,7 @@ int RunSettings(const Options& options, const SettingList& changes, std::ostream
     return 1;
 }
 
-int RunCommand(const std::vector<std::string_view>& arguments, std::istream& in, std::ostream& out, std::ostream& err)
-{
+int RunCommand(const std::vector<std::string_view>& arguments, std::istream& in, std::ostream& out, std::ostream& err) {
     try {
         Options options = ReadOptions(arguments);
         if (options.wantsHelp) {
@@ -257,8 +244,7 @@ int RunCommand(const std::vector<std::string_view>& arguments, std::istream& in,
 
 }  // namespace
 
-int RunProgram(const std::vector<std::string_view>& arguments, std::istream& in, std::ostream& out, std::ostream& err)
-{
+int RunProgram(const std::vector<std::string_view>& arguments, std::istream& in, std::ostream& out, std::ostream& err) {
     const ScopedColorNames colorNames;
     if (!colorNames.AreThere())
         err << "mindmap: the map misses words: the string tables beside the program are missing or cannot be read\n";

@@ -13,8 +13,7 @@ namespace mindmap {
 class ProgressLine {
 public:
     ProgressLine() = default;
-    ~ProgressLine()
-    {
+    ~ProgressLine() {
         if (m_isShown)
             std::fputs("\r\x1B[K", stderr);
     }
@@ -22,8 +21,7 @@ public:
     ProgressLine& operator=(const ProgressLine&) = delete;
 
     /// Empty when nothing is shown.
-    [[nodiscard]] ProgressHook Hook() const
-    {
+    [[nodiscard]] ProgressHook Hook() const {
         if (!m_isShown)
             return {};
         return [](const char* step, int doneCount, int count) {

@@ -23,8 +23,7 @@ constexpr char16_t kSettings[] = uR"(<?xml version="1.0" encoding="UTF-8"?>
 )";
 
 /// The log is XML, and what it tells of paths and outlines may hold anything.
-CString Escaped(const CString& message)
-{
+CString Escaped(const CString& message) {
     CString escaped;
     const TextSink sink = [&](const CString& piece) { escaped += piece; };
     XmlStream xml(sink);
@@ -35,8 +34,7 @@ CString Escaped(const CString& message)
 
 }  // namespace
 
-RunLog::RunLog(CString folder) : m_folder(std::move(folder))
-{
+RunLog::RunLog(CString folder) : m_folder(std::move(folder)) {
     if (IsOff())
         return;
     if (m_folder.Right(1) != u"/")
@@ -49,14 +47,12 @@ RunLog::RunLog(CString folder) : m_folder(std::move(folder))
     });
 }
 
-RunLog::~RunLog()
-{
+RunLog::~RunLog() {
     if (!IsOff())
         CrkLogWriter::Uninitialize();
 }
 
-void RunLog::ProvideSettings(const CString& path)
-{
+void RunLog::ProvideSettings(const CString& path) {
     const SECFileSystem files;
     if (files.FileExists(path))
         return;
@@ -77,15 +73,13 @@ void RunLog::ProvideSettings(const CString& path)
 }
 
 void RunLog::Write(CrkLogWriter::ErkLogLevel level, const CString& message, const CString& category,
-                   const CFUUIDBytes& topicId)
-{
+                   const CFUUIDBytes& topicId) {
     if (m_isBroken || IsOff())
         return;
     Attempt([&] { CrkLogWriter::Log(level, Escaped(message), category, topicId); });
 }
 
-void RunLog::Attempt(const std::function<void()>& call)
-{
+void RunLog::Attempt(const std::function<void()>& call) {
     try {
         call();
     } catch (const CrkLogException&) {

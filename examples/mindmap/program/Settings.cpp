@@ -37,8 +37,7 @@ constexpr std::array<Rule, 3> kRules = {{
     {"folder", {}, kThisMachine},
 }};
 
-const Rule& RuleOf(const CString& name)
-{
+const Rule& RuleOf(const CString& name) {
     const auto* const rule =
         std::find_if(kRules.begin(), kRules.end(), [&](const Rule& r) { return CString(r.name) == name; });
     if (rule == kRules.end())
@@ -47,26 +46,20 @@ const Rule& RuleOf(const CString& name)
 }
 
 /// The position of a value among those that a setting may have; their count when it is none of them.
-std::size_t IndexOf(std::span<const std::string_view> values, const CString& value)
-{
+std::size_t IndexOf(std::span<const std::string_view> values, const CString& value) {
     return static_cast<std::size_t>(std::find(values.begin(), values.end(), value.ToUtf8()) - values.begin());
 }
 
-CString Remembered(std::string_view name)
-{
-    return CrkRegistry::GetRegKeyString(kAnyMachine, kKeyPath, CString(name));
-}
+CString Remembered(std::string_view name) { return CrkRegistry::GetRegKeyString(kAnyMachine, kKeyPath, CString(name)); }
 
 /// The absolute path without links and "..".
-CString CanonicalFolder(const CString& folder)
-{
+CString CanonicalFolder(const CString& folder) {
     std::error_code error;
     const std::filesystem::path path = std::filesystem::canonical(rk::NativePath(folder), error);
     return error || !std::filesystem::is_directory(path, error) ? CString() : rk::PathText(path.string());
 }
 
-CString Checked(const Rule& rule, const CString& value)
-{
+CString Checked(const Rule& rule, const CString& value) {
     if (rule.values.empty()) {
         if (value.IsEmpty())
             return value;
@@ -84,16 +77,14 @@ CString Checked(const Rule& rule, const CString& value)
 }
 
 template <class Value, std::size_t kCount>
-Value Choice(std::string_view setting, const std::array<std::string_view, kCount>& names, Value standard)
-{
+Value Choice(std::string_view setting, const std::array<std::string_view, kCount>& names, Value standard) {
     const std::size_t index = IndexOf(names, Remembered(setting));
     return index < kCount ? static_cast<Value>(index) : standard;
 }
 
 }  // namespace
 
-SettingList ReadSettings(const std::vector<CString>& assignments)
-{
+SettingList ReadSettings(const std::vector<CString>& assignments) {
     SettingList changes;
     for (const CString& assignment : assignments) {
         const CString name = assignment.SpanExcluding(u"=");
@@ -104,8 +95,7 @@ SettingList ReadSettings(const std::vector<CString>& assignments)
     return changes;
 }
 
-void ChangeSettings(const SettingList& changes)
-{
+void ChangeSettings(const SettingList& changes) {
     for (const auto& [name, value] : changes) {
         SECRegistry registry;
         registry.Connect(RuleOf(name).rootKey, nullptr, false);
@@ -115,39 +105,29 @@ void ChangeSettings(const SettingList& changes)
     }
 }
 
-SettingList AllSettings()
-{
+SettingList AllSettings() {
     const Design design = ChosenDesign();
     return {{u"theme", kThemeNames[static_cast<std::size_t>(design.theme)]},
             {u"shapes", kShapesNames[static_cast<std::size_t>(design.shapes)]},
             {u"folder", LastFolder()}};
 }
 
-Design ChosenDesign()
-{
+Design ChosenDesign() {
     const Design standard;
     return {Choice("theme", kThemeNames, standard.theme), Choice("shapes", kShapesNames, standard.shapes)};
 }
 
-CString LastFolder()
-{
-    return Remembered("folder");
-}
+CString LastFolder() { return Remembered("folder"); }
 
-void RememberFolderOf(const CString& path)
-{
+void RememberFolderOf(const CString& path) {
     const CString folder = CanonicalFolder(CrkPathUtilities::PathFromFilename(CrkPathUtilities::GetAbsolutePath(path)));
     if (!folder.IsEmpty() && folder != LastFolder())
         ChangeSettings({{u"folder", folder}});
 }
 
-CString PlaceOfSettings()
-{
-    return rk::PathText(rk::GetPreferenceState().database);
-}
+CString PlaceOfSettings() { return rk::PathText(rk::GetPreferenceState().database); }
 
-CString TroubleWithSettings()
-{
+CString TroubleWithSettings() {
     const rk::PreferenceState state = rk::GetPreferenceState();
     if (!state.lastFailure.empty())
         return u"the settings cannot be kept: " + CString(state.lastFailure);

@@ -16,19 +16,12 @@ constexpr int kTooltipColumns = 64;
 constexpr int kMaximumTooltipUnits = 2000;
 constexpr char16_t kLineFeed[] = u"\n";
 
-bool IsHighSurrogate(char16_t unit)
-{
-    return unit >= 0xD800 && unit <= 0xDBFF;
-}
+bool IsHighSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 
-bool IsLowSurrogate(char16_t unit)
-{
-    return unit >= 0xDC00 && unit <= 0xDFFF;
-}
+bool IsLowSurrogate(char16_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
 /// Lines are cut between code units; this moves a cut out of a character.
-void MoveBreaksBehindPairs(CString& text)
-{
+void MoveBreaksBehindPairs(CString& text) {
     for (int i = text.Find(kLineFeed, 1); i > 0; i = text.Find(kLineFeed, i + 1)) {
         const unsigned short low = text.GetAt(i + 1);
         if (!IsHighSurrogate(text.GetAt(i - 1)) || !IsLowSurrogate(low))
@@ -40,8 +33,7 @@ void MoveBreaksBehindPairs(CString& text)
 
 }  // namespace
 
-CString CleanTopicText(const CString& text)
-{
+CString CleanTopicText(const CString& text) {
     const std::u16string_view units = text.View();
     std::u16string clean;
     std::size_t begin = 0;
@@ -61,14 +53,12 @@ CString CleanTopicText(const CString& text)
     return clean;
 }
 
-CString CleanNote(CString note)
-{
+CString CleanNote(CString note) {
     CrkStringUtilities::RemoveInvalidNotesCharacters(note);
     return note;
 }
 
-CString ShortenForTooltip(const CString& text)
-{
+CString ShortenForTooltip(const CString& text) {
     constexpr int kLastKept = kMaximumTooltipUnits - 4;  // before the "..."
     CString shown = CrkStringUtilities::ShortenString(text, kMaximumTooltipUnits);
     if (shown.GetLength() < text.GetLength() && IsHighSurrogate(shown.GetAt(kLastKept)))
@@ -76,8 +66,7 @@ CString ShortenForTooltip(const CString& text)
     return shown;
 }
 
-CString WrapTooltip(CString text)
-{
+CString WrapTooltip(CString text) {
     CrkStringUtilities::RemoveInvalidTooltipCharacters(text);
     CString wrapped;
     for (std::u16string_view rest = text.View();;) {

@@ -8,8 +8,7 @@ namespace mindmap {
 inline constexpr char32_t kReplacementCharacter = 0xFFFD;
 
 /// The code point at `index`, which moves past it; U+FFFD for a lone surrogate.
-inline char32_t NextCodePoint(std::u16string_view text, std::size_t& index)
-{
+inline char32_t NextCodePoint(std::u16string_view text, std::size_t& index) {
     const char32_t unit = text[index++];
     if (unit < 0xD800 || unit > 0xDFFF)
         return unit;

@@ -34,24 +34,18 @@ constexpr UnitName kUnitNames[] = {
 /// Currencies without minor units (ISO 4217). All others have hundredths.
 constexpr std::u16string_view kWholeUnits[] = {u"¥", u"₩", u"₫", u"CLP", u"ISK", u"KRW", u"VND"};
 
-bool IsAllOf(std::u16string_view text, std::u16string_view set)
-{
+bool IsAllOf(std::u16string_view text, std::u16string_view set) {
     return text.find_first_not_of(set) == std::u16string_view::npos;
 }
 
-bool IsCapital(char16_t c)
-{
-    return c >= u'A' && c <= u'Z';
-}
+bool IsCapital(char16_t c) { return c >= u'A' && c <= u'Z'; }
 
-bool IsCurrencySign(char16_t c)
-{
+bool IsCurrencySign(char16_t c) {
     return (c >= 0x20A0 && c <= 0x20CF) || CString(Conversion::CurrencySymbols).View().find(c) != std::u16string::npos;
 }
 
 /// The unit that a text names; nothing when it names none.
-std::optional<CString> UnitOf(std::u16string_view written)
-{
+std::optional<CString> UnitOf(std::u16string_view written) {
     for (const UnitName& name : kUnitNames)
         if (written == name.written)
             return name.unit;
@@ -64,8 +58,7 @@ std::optional<CString> UnitOf(std::u16string_view written)
 }
 
 /// The digits of "1 284 000"; nothing when the groups are no groups of three.
-std::optional<std::u16string> Ungrouped(std::u16string_view number)
-{
+std::optional<std::u16string> Ungrouped(std::u16string_view number) {
     const std::size_t firstSize = std::min(number.find_first_not_of(kDigits), number.size());
     std::u16string digits(number.substr(0, firstSize));
     const std::u16string allowed = std::u16string(kDigits).append(kGroupMarks);
@@ -80,8 +73,7 @@ std::optional<std::u16string> Ungrouped(std::u16string_view number)
     return digits;
 }
 
-bool IsDecimalPoint(std::u16string_view number, std::size_t mark, bool isAmount)
-{
+bool IsDecimalPoint(std::u16string_view number, std::size_t mark, bool isAmount) {
     const std::u16string_view before = number.substr(0, mark);
     if (before.find(number[mark]) != std::u16string_view::npos)
         return false;
@@ -90,8 +82,7 @@ bool IsDecimalPoint(std::u16string_view number, std::size_t mark, bool isAmount)
     return !isAmount || !looksGrouped;
 }
 
-bool ReadNumber(std::u16string_view number, Figure& figure)
-{
+bool ReadNumber(std::u16string_view number, Figure& figure) {
     const std::size_t mark = number.find_last_of(u".,");
     const bool hasDecimals =
         mark != std::u16string_view::npos && IsDecimalPoint(number, mark, figure.unit.View() != kPercent);
@@ -108,8 +99,7 @@ bool ReadNumber(std::u16string_view number, Figure& figure)
 }
 
 /// The text with one kind of minus, blank and apostrophe, without blanks at its ends.
-std::u16string Plain(const CString& text)
-{
+std::u16string Plain(const CString& text) {
     constexpr std::u16string_view kBlanks = u"\u00A0\u2007\u2009\u202F\t";
     std::u16string plain(CString(text).Trim().View());
     for (char16_t& unit : plain) {
@@ -124,8 +114,7 @@ std::u16string Plain(const CString& text)
 }
 
 /// Takes a sign off one of the ends, and the blanks with it; returns whether it was a minus.
-bool TakeSign(CString& prefix)
-{
+bool TakeSign(CString& prefix) {
     for (const CString& sign : {CString(u"-"), CString(u"+")}) {
         const bool isFirst = prefix.Left(1) == sign;
         if (!isFirst && prefix.Right(1) != sign)
@@ -137,8 +126,7 @@ bool TakeSign(CString& prefix)
     return false;
 }
 
-int DecimalCount(const Figure& figure)
-{
+int DecimalCount(const Figure& figure) {
     int count = kMaximumDecimalCount;
     for (std::int64_t value = figure.value; count > 0 && value % 10 == 0; value /= 10)
         --count;
@@ -148,8 +136,7 @@ int DecimalCount(const Figure& figure)
     return unit.empty() || unit == kPercent || isWhole ? count : std::max(count, kCents);
 }
 
-CString NumberText(const Figure& figure)
-{
+CString NumberText(const Figure& figure) {
     const std::int64_t magnitude = std::abs(figure.value);
     CString text = figure.value < 0 ? u"-" : u"";
     text += Conversion::LongToString(magnitude / Figure::kScale);
@@ -162,8 +149,7 @@ constexpr int kNegativeFormats[] = {1, 5, 9, 8};
 
 }  // namespace
 
-std::optional<Figure> ReadFigure(const CString& text)
-{
+std::optional<Figure> ReadFigure(const CString& text) {
     const std::u16string plain = Plain(text);
     const std::size_t first = plain.find_first_of(kDigits);
     if (first == std::u16string::npos)
@@ -193,8 +179,7 @@ std::optional<Figure> ReadFigure(const CString& text)
     return figure;
 }
 
-CString ShownFigure(const Figure& figure)
-{
+CString ShownFigure(const Figure& figure) {
     const CString number = NumberText(figure);
     const int decimalCount = DecimalCount(figure);
     if (figure.unit.View() == kPercent)

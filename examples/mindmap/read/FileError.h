@@ -13,15 +13,12 @@ struct FileError {
     CString reason;
 };
 
-inline CString ReasonOf(const CFileException& failure)
-{
+inline CString ReasonOf(const CFileException& failure) {
     return CString(std::generic_category().message(static_cast<int>(failure.m_lOsError)));
 }
 
 /// Runs file operations; a failure becomes a FileError.
-template <class Work>
-void Attempt(const CString& path, Work work)
-{
+template <class Work> void Attempt(const CString& path, Work work) {
     try {
         work();
     } catch (CFileException* failure) {

@@ -13,16 +13,14 @@ namespace {
 
 constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 
-int HexValue(char c)
-{
+int HexValue(char c) {
     const char upper = c >= 'a' && c <= 'f' ? static_cast<char>(c - 'a' + 'A') : c;
     const std::size_t value = kHexDigits.find(upper);
     return value == std::string_view::npos ? -1 : static_cast<int>(value);
 }
 
 /// The byte that is written as "%41" at `index`; -1 when there is none.
-int EncodedByteAt(std::string_view text, std::size_t index)
-{
+int EncodedByteAt(std::string_view text, std::size_t index) {
     if (text[index] != '%' || index + 2 >= text.size())
         return -1;
     const int high = HexValue(text[index + 1]);
@@ -30,8 +28,7 @@ int EncodedByteAt(std::string_view text, std::size_t index)
     return high < 0 || low < 0 ? -1 : high * 16 + low;
 }
 
-CString Decoded(const CString& text)
-{
+CString Decoded(const CString& text) {
     const std::string encoded = text.ToUtf8();
     std::string bytes;
     for (std::size_t i = 0; i < encoded.size(); ++i) {
@@ -43,8 +40,7 @@ CString Decoded(const CString& text)
 }
 
 /// The address with everything encoded that no URI holds; what is encoded already stays.
-CString Encoded(const CString& address)
-{
+CString Encoded(const CString& address) {
     constexpr std::string_view kKept = "-._~:/?#[]@!$&'()*+,;=";
     const std::string bytes = address.ToUtf8();
     std::string encoded;
@@ -62,8 +58,7 @@ CString Encoded(const CString& address)
 }
 
 /// "https:" of "https://example.org"; "" when there is no scheme (RFC 3986, section 3.1).
-CString SchemeOf(const CString& link)
-{
+CString SchemeOf(const CString& link) {
     const int colon = link.Find(u":");
     for (int i = 0; i < colon; ++i) {
         const unsigned short c = link.GetAt(i);
@@ -75,8 +70,7 @@ CString SchemeOf(const CString& link)
 }
 
 /// With its scheme, when it may be followed; else "".
-CString Followable(const CString& link, const CString& scheme)
-{
+CString Followable(const CString& link, const CString& scheme) {
     constexpr std::array<std::u16string_view, 4> kSchemes = {u"https:", u"http:", u"mailto:", u"file:"};
     for (const std::u16string_view followed : kSchemes)
         if (scheme.CompareNoCase(followed) == 0)
@@ -91,8 +85,7 @@ CString Followable(const CString& link, const CString& scheme)
 
 /// Whether a query or fragment is made of "name=value" alone. The library pairs others wrongly: after an empty value
 /// it takes the next name for one.
-bool HoldsPairs(const CString& part)
-{
+bool HoldsPairs(const CString& part) {
     int pieceCount = 0;
     int position = 0;
     for (CString piece = part.Tokenize(u"&", position); !piece.IsEmpty(); piece = part.Tokenize(u"&", position)) {
@@ -105,8 +98,7 @@ bool HoldsPairs(const CString& part)
 }
 
 /// Takes what begins with `sign` off the address: parameters go into the map, anything else is returned.
-CString TakeOff(CString& address, const CString& sign, CrkStringUtilities::ParameterMap& parameters)
-{
+CString TakeOff(CString& address, const CString& sign, CrkStringUtilities::ParameterMap& parameters) {
     const int at = address.Find(sign);
     if (at < 0)
         return {};
@@ -118,8 +110,7 @@ CString TakeOff(CString& address, const CString& sign, CrkStringUtilities::Param
     return {};
 }
 
-CString Told(const CrkStringUtilities::ParameterMap& parameters)
-{
+CString Told(const CrkStringUtilities::ParameterMap& parameters) {
     CAtlList<CString> names;
     for (const auto& [name, value] : parameters)
         names.AddTail(name);
@@ -135,8 +126,7 @@ CString Told(const CrkStringUtilities::ParameterMap& parameters)
 
 }  // namespace
 
-Link ReadLink(const CString& written)
-{
+Link ReadLink(const CString& written) {
     CString address = written;
     address.Trim();
     const CString scheme = SchemeOf(address);

@@ -24,8 +24,7 @@ constexpr AttributeName kAttributes[] = {
     {"amount", &Topic::amount}, {"cost", &Topic::amount},
 };
 
-std::string_view ValueOf(std::string_view name, const XML_Char** attributes)
-{
+std::string_view ValueOf(std::string_view name, const XML_Char** attributes) {
     for (; *attributes != nullptr; attributes += 2)
         if (name == attributes[0])
             return attributes[1];
@@ -34,8 +33,7 @@ std::string_view ValueOf(std::string_view name, const XML_Char** attributes)
 
 class Reader {
 public:
-    Reader() : m_parser(XML_ParserCreate(nullptr))
-    {
+    Reader() : m_parser(XML_ParserCreate(nullptr)) {
         if (m_parser == nullptr)
             throw std::bad_alloc();
         XML_SetUserData(m_parser.get(), this);
@@ -44,8 +42,7 @@ public:
         XML_SetStartDoctypeDeclHandler(m_parser.get(), OnDoctype);
     }
 
-    Outline Read(std::string_view document, const CString& title)
-    {
+    Outline Read(std::string_view document, const CString& title) {
         const XML_Status status =
             XML_Parse(m_parser.get(), document.data(), static_cast<int>(document.size()), XML_TRUE);
         if (m_error)
@@ -61,28 +58,23 @@ private:
     /// Where the parser is in an OPML document.
     enum class Section { BeforeRoot, Root, Head, Title, Body };
 
-    static void XMLCALL OnStart(void* reader, const XML_Char* name, const XML_Char** attributes)
-    {
+    static void XMLCALL OnStart(void* reader, const XML_Char* name, const XML_Char** attributes) {
         static_cast<Reader*>(reader)->Guard([=](Reader& self) { self.Start(name, attributes); });
     }
     static void XMLCALL OnEnd(void* reader, const XML_Char*) { static_cast<Reader*>(reader)->End(); }
-    static void XMLCALL OnText(void* reader, const XML_Char* bytes, int byteCount)
-    {
+    static void XMLCALL OnText(void* reader, const XML_Char* bytes, int byteCount) {
         static_cast<Reader*>(reader)->Guard([=](Reader& self) {
             if (self.m_section == Section::Title)
                 self.m_title.append(bytes, static_cast<std::size_t>(byteCount));
         });
     }
-    static void XMLCALL OnDoctype(void* reader, const XML_Char*, const XML_Char*, const XML_Char*, int)
-    {
+    static void XMLCALL OnDoctype(void* reader, const XML_Char*, const XML_Char*, const XML_Char*, int) {
         static_cast<Reader*>(reader)->Guard(
             [](Reader& self) { throw OutlineError{self.Line(), u"a document type declaration is not accepted"}; });
     }
 
     /// Runs what may throw where exceptions must not pass through the parser's C code.
-    template <class Work>
-    void Guard(Work work)
-    {
+    template <class Work> void Guard(Work work) {
         if (m_error)
             return;
         try {
@@ -96,8 +88,7 @@ private:
         }
     }
 
-    void Start(std::string_view name, const XML_Char** attributes)
-    {
+    void Start(std::string_view name, const XML_Char** attributes) {
         ++m_depth;
         if (m_ignoredFromDepth != 0)
             return;
@@ -117,8 +108,7 @@ private:
             m_ignoredFromDepth = m_depth;
     }
 
-    void AddTopic(const XML_Char** attributes)
-    {
+    void AddTopic(const XML_Char** attributes) {
         if (ValueOf("isComment", attributes) == "true") {
             m_builder.CountLeftOut();
             m_ignoredFromDepth = m_depth;
@@ -135,8 +125,7 @@ private:
     }
 
     /// The attributes that no field has; those of outline programs themselves ("isComment", "_status") say nothing.
-    static CString OthersOf(const XML_Char** attributes, const Topic& topic)
-    {
+    static CString OthersOf(const XML_Char** attributes, const Topic& topic) {
         CString others;
         for (; *attributes != nullptr; attributes += 2) {
             const std::string_view name = attributes[0];
@@ -149,8 +138,7 @@ private:
         return others;
     }
 
-    void End()
-    {
+    void End() {
         const int depth = m_depth--;
         if (m_ignoredFromDepth != 0) {
             if (m_ignoredFromDepth == depth)
@@ -183,9 +171,6 @@ private:
 
 }  // namespace
 
-Outline ReadOpml(std::string_view document, const CString& title)
-{
-    return Reader().Read(document, title);
-}
+Outline ReadOpml(std::string_view document, const CString& title) { return Reader().Read(document, title); }
 
 }  // namespace mindmap

@@ -6,13 +6,9 @@
 
 namespace mindmap {
 
-OutlineBuilder::OutlineBuilder()
-{
-    m_outline.topics.emplace_back();
-}
+OutlineBuilder::OutlineBuilder() { m_outline.topics.emplace_back(); }
 
-int OutlineBuilder::Add(int parent, Topic topic)
-{
+int OutlineBuilder::Add(int parent, Topic topic) {
     const int index = static_cast<int>(m_outline.topics.size());
     if (index > kMaximumTopicCount)
         throw OutlineError{topic.line, u"more than 1,000,000 topics"};
@@ -24,8 +20,7 @@ int OutlineBuilder::Add(int parent, Topic topic)
     return index;
 }
 
-Outline OutlineBuilder::Finish(const CString& title)
-{
+Outline OutlineBuilder::Finish(const CString& title) {
     std::vector<Topic>& topics = m_outline.topics;
     if (topics.size() == 1)
         throw OutlineError{0, u"the outline has no topic"};
@@ -42,8 +37,7 @@ Outline OutlineBuilder::Finish(const CString& title)
     return std::move(m_outline);
 }
 
-void OutlineBuilder::LetTheOneTopicBeTheCentre()
-{
+void OutlineBuilder::LetTheOneTopicBeTheCentre() {
     m_outline.topics.erase(m_outline.topics.begin());
     for (Topic& topic : m_outline.topics) {
         --topic.parent;

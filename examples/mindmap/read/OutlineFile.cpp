@@ -22,9 +22,7 @@ namespace {
 constexpr unsigned int kPieceBytes = 1 << 20;
 
 /// Puts together what `readPiece` reads, until it reads nothing or the outline is too long.
-template <class ReadPiece>
-std::string ReadAll(ReadPiece readPiece)
-{
+template <class ReadPiece> std::string ReadAll(ReadPiece readPiece) {
     std::string bytes;
     for (std::size_t count = 1; count > 0 && bytes.size() <= kMaximumOutlineBytes;) {
         const std::size_t size = bytes.size();
@@ -35,8 +33,7 @@ std::string ReadAll(ReadPiece readPiece)
     return bytes;
 }
 
-std::string ReadFile(const CString& path)
-{
+std::string ReadFile(const CString& path) {
     CFileException failure;
     CFile file;
     if (!file.Open(path, CFile::modeRead | CFile::shareDenyNone, &failure))
@@ -46,8 +43,7 @@ std::string ReadFile(const CString& path)
     return bytes;
 }
 
-bool BeginsLikeXml(std::string_view document)
-{
+bool BeginsLikeXml(std::string_view document) {
     if (document.starts_with("\xFF\xFE") || document.starts_with("\xFE\xFF"))
         return true;  // UTF-16, which no text outline is
     if (document.starts_with("\xEF\xBB\xBF"))
@@ -56,8 +52,7 @@ bool BeginsLikeXml(std::string_view document)
     return first != std::string_view::npos && document[first] == '<';
 }
 
-Outline Read(const std::string& document, const CString& title, bool isMarkdown)
-{
+Outline Read(const std::string& document, const CString& title, bool isMarkdown) {
     if (document.size() > kMaximumOutlineBytes)
         throw OutlineError{0, u"the outline is longer than 64 MiB"};
     if (BeginsLikeXml(document))
@@ -67,8 +62,7 @@ Outline Read(const std::string& document, const CString& title, bool isMarkdown)
 
 }  // namespace
 
-Outline ReadOutlineFile(const CString& path)
-{
+Outline ReadOutlineFile(const CString& path) {
     const SECFileSystem files;
     const CString extension = files.GetExtension(path);
     const bool isMarkdown = extension.CompareNoCase(u"md") == 0 || extension.CompareNoCase(u"markdown") == 0;
@@ -84,8 +78,7 @@ Outline ReadOutlineFile(const CString& path)
     }
 }
 
-Outline ReadOutlineStream(std::istream& stream)
-{
+Outline ReadOutlineStream(std::istream& stream) {
     const std::string bytes = ReadAll([&](char* piece) {
         stream.read(piece, kPieceBytes);
         return static_cast<std::size_t>(stream.gcount());

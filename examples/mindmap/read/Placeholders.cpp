@@ -8,8 +8,7 @@ namespace {
 
 constexpr int kMaximumPathUnits = 4096;  // no file has a longer path
 
-bool IsSet(CString placeholder)
-{
+bool IsSet(CString placeholder) {
     placeholder.Remove(u'%');
     CString value;
     value.GetEnvironmentVariable(placeholder);
@@ -18,8 +17,7 @@ bool IsSet(CString placeholder)
 
 }  // namespace
 
-CString ExpandPlaceholders(const CString& path)
-{
+CString ExpandPlaceholders(const CString& path) {
     if (path.GetLength() > kMaximumPathUnits)
         return path;
     CString placeholder;

@@ -13,8 +13,7 @@ constexpr std::int64_t kTabColumns = 4;
 constexpr std::int64_t kFirstItemDepth = 10;
 constexpr std::string_view kBlanks = " \t\r";
 
-std::string_view WithoutBlanks(std::string_view text)
-{
+std::string_view WithoutBlanks(std::string_view text) {
     const std::size_t first = text.find_first_not_of(kBlanks);
     if (first == std::string_view::npos)
         return {};
@@ -22,8 +21,7 @@ std::string_view WithoutBlanks(std::string_view text)
 }
 
 /// The first line; `rest` becomes what follows its end, which is CR LF, LF or CR.
-std::string_view TakeLine(std::string_view& rest)
-{
+std::string_view TakeLine(std::string_view& rest) {
     const std::size_t end = rest.find_first_of("\r\n");
     const std::string_view line = rest.substr(0, end);
     if (end == std::string_view::npos)
@@ -33,8 +31,7 @@ std::string_view TakeLine(std::string_view& rest)
     return line;
 }
 
-std::int64_t ColumnsOfIndent(std::string_view line)
-{
+std::int64_t ColumnsOfIndent(std::string_view line) {
     std::int64_t columns = 0;
     for (const char c : line) {
         if (c == '\t')
@@ -48,8 +45,7 @@ std::int64_t ColumnsOfIndent(std::string_view line)
 }
 
 /// "## Text": how many signs; 0 for no heading.
-int HeadingLevel(std::string_view text)
-{
+int HeadingLevel(std::string_view text) {
     const std::size_t count = std::min(text.find_first_not_of('#'), text.size());
     const bool isHeading =
         count >= 1 && count <= 6 && count < text.size() && (text[count] == ' ' || text[count] == '\t');
@@ -57,15 +53,13 @@ int HeadingLevel(std::string_view text)
 }
 
 /// "Text ##" without the signs at its end; "C#" keeps its own.
-std::string_view WithoutClosingSigns(std::string_view heading)
-{
+std::string_view WithoutClosingSigns(std::string_view heading) {
     const std::string_view bare = heading.substr(0, heading.find_last_not_of('#') + 1);
     return bare.size() < heading.size() && bare.ends_with(' ') ? WithoutBlanks(bare) : heading;
 }
 
 /// "- Text", "2. Text", "[x] Text" after one of these: how many bytes go before the text; 0 for no list item.
-std::size_t BulletLength(std::string_view text)
-{
+std::size_t BulletLength(std::string_view text) {
     std::size_t length = 0;
     if (!text.empty() && (text[0] == '-' || text[0] == '*' || text[0] == '+'))
         length = 1;
@@ -77,21 +71,16 @@ std::size_t BulletLength(std::string_view text)
     return std::min(text.find_first_not_of(" \t", length), text.size());
 }
 
-bool IsRule(std::string_view text)
-{
+bool IsRule(std::string_view text) {
     if (text.size() < 3 || (text[0] != '-' && text[0] != '*' && text[0] != '_' && text[0] != '='))
         return false;
     return text.find_first_not_of(text[0]) == std::string_view::npos;
 }
 
-bool IsFence(std::string_view text)
-{
-    return text.starts_with("```") || text.starts_with("~~~");
-}
+bool IsFence(std::string_view text) { return text.starts_with("```") || text.starts_with("~~~"); }
 
 /// Takes links and emphasis out of a topic's text; the first link's target becomes the topic's.
-void TakeInlineMarkup(Topic& topic)
-{
+void TakeInlineMarkup(Topic& topic) {
     CString text;
     std::u16string_view rest = topic.text.View();
     while (!rest.empty()) {
@@ -116,8 +105,7 @@ class Reader {
 public:
     explicit Reader(TextSyntax syntax) : m_syntax(syntax) {}
 
-    Outline Read(std::string_view document, const CString& title)
-    {
+    Outline Read(std::string_view document, const CString& title) {
         if (document.starts_with("\xEF\xBB\xBF"))
             document.remove_prefix(3);
         while (!document.empty()) {
@@ -128,8 +116,7 @@ public:
     }
 
 private:
-    void TakeIn(std::string_view line)
-    {
+    void TakeIn(std::string_view line) {
         const std::string_view text = WithoutBlanks(line);
         if (m_syntax == TextSyntax::Indented) {
             if (!text.empty())
@@ -151,16 +138,14 @@ private:
         }
     }
 
-    void AddItem(std::string_view line, std::string_view text)
-    {
+    void AddItem(std::string_view line, std::string_view text) {
         for (std::string_view box : {"[ ] ", "[x] ", "[X] "})
             if (text.starts_with(box))
                 text = WithoutBlanks(text.substr(box.size()));
         AddTopic(kFirstItemDepth + ColumnsOfIndent(line), text);
     }
 
-    void AddTopic(std::int64_t depth, std::string_view text)
-    {
+    void AddTopic(std::int64_t depth, std::string_view text) {
         while (!m_open.empty() && m_open.back().depth >= depth)
             m_open.pop_back();
         Topic topic;
@@ -174,8 +159,7 @@ private:
 
     /// A paragraph's lines are one line of the note; an empty line ends it. Text before the first topic is a topic
     /// itself.
-    void AddToNote(std::string_view text)
-    {
+    void AddToNote(std::string_view text) {
         if (text.empty()) {
             m_isNoteOpen = false;
         } else if (m_open.empty()) {
@@ -189,8 +173,7 @@ private:
         }
     }
 
-    [[nodiscard]] CString Decoded(std::string_view text) const
-    {
+    [[nodiscard]] CString Decoded(std::string_view text) const {
         CString decoded(text);
         if (text.find('\0') != std::string_view::npos || decoded.ToUtf8() != text)
             throw OutlineError{m_line, u"is no text in UTF-8"};
@@ -212,8 +195,7 @@ private:
 
 }  // namespace
 
-TextSyntax GuessTextSyntax(std::string_view document)
-{
+TextSyntax GuessTextSyntax(std::string_view document) {
     while (!document.empty()) {
         const std::string_view text = WithoutBlanks(TakeLine(document));
         if (!text.empty())
@@ -222,8 +204,7 @@ TextSyntax GuessTextSyntax(std::string_view document)
     return TextSyntax::Indented;
 }
 
-Outline ReadTextOutline(std::string_view document, TextSyntax syntax, const CString& title)
-{
+Outline ReadTextOutline(std::string_view document, TextSyntax syntax, const CString& title) {
     return Reader(syntax).Read(document, title);
 }
 

@@ -17,34 +17,27 @@ public:
 };
 
 /// The folder of the program; "" when the system does not tell.
-std::filesystem::path ProgramFolder()
-{
+std::filesystem::path ProgramFolder() {
     std::error_code error;
     return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
 }
 
 }  // namespace
 
-unsigned int ShadeOfRgb(unsigned int rgb, int percent)
-{
+unsigned int ShadeOfRgb(unsigned int rgb, int percent) {
     const unsigned int shade = CrkColorConverter::ShadeOf(CrkColorConverter::ARGBToCOLORREF(rgb), percent);
     return CrkColorConverter::COLORREFToARGB(shade) & 0xFFFFFF;
 }
 
-CString NameOfRgb(unsigned int rgb)
-{
-    return CrkBaseColorTable::GetColorText(CrkColorConverter::ARGBToCOLORREF(rgb));
-}
+CString NameOfRgb(unsigned int rgb) { return CrkBaseColorTable::GetColorText(CrkColorConverter::ARGBToCOLORREF(rgb)); }
 
-ScopedColorNames::ScopedColorNames()
-{
+ScopedColorNames::ScopedColorNames() {
     static BranchColorTable table;
     CrkBaseColorTable::Set(&table);
     m_areThere = rk::SetStringTables((ProgramFolder() / MINDMAP_TEXTS).lexically_normal().string());
 }
 
-ScopedColorNames::~ScopedColorNames()
-{
+ScopedColorNames::~ScopedColorNames() {
     CrkBaseColorTable::Set(nullptr);
     rk::SetStringTables("");
 }

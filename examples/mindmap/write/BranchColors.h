@@ -22,10 +22,7 @@ inline constexpr std::array<CrkBaseColorTable::ColorEntry, 8> kBranchColors = {{
 }};
 
 /// The position in kBranchColors of a branch's color. Branches count from 0.
-constexpr std::size_t ColorIndexOf(int branch)
-{
-    return static_cast<std::size_t>(branch) % kBranchColors.size();
-}
+constexpr std::size_t ColorIndexOf(int branch) { return static_cast<std::size_t>(branch) % kBranchColors.size(); }
 
 /// A color as 0xRRGGBB, made lighter (percent above 0) or darker as `CrkColorConverter::ShadeOf` does.
 unsigned int ShadeOfRgb(unsigned int rgb, int percent);

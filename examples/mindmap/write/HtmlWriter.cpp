@@ -28,8 +28,7 @@ constexpr int kLookCount = 4;  // levels below the centre that look different
 
 /// A text as a JSON string (RFC 8259) with its quotes, fit to stand in a script element of HTML: "<", ">" and "&" are
 /// written as escapes, so that no end of the element and no comment can begin. A lone surrogate becomes U+FFFD.
-std::u16string JsonText(std::u16string_view text)
-{
+std::u16string JsonText(std::u16string_view text) {
     std::u16string json = u"\"";
     for (std::size_t index = 0; index < text.size();) {
         const std::size_t begin = index;
@@ -50,14 +49,12 @@ class HtmlDocument {
 public:
     HtmlDocument(const Outline& outline, const MapLayout& map, const Legend& legend, Shapes shapes,
                  const TextSink& sink)
-        : m_topics(outline.topics), m_map(map), m_legend(legend), m_shapes(shapes), m_xml(sink)
-    {
+        : m_topics(outline.topics), m_map(map), m_legend(legend), m_shapes(shapes), m_xml(sink) {
         for (const std::string_view piece : std::span(kPagePieces, kPagePieceCount))
             m_page += CString(piece);
     }
 
-    void Begin()
-    {
+    void Begin() {
         WritePageUpTo(u"title");
         m_xml.Text(ShortenForTooltip(m_topics.front().text), Place::Content);
         WritePageUpTo(u"icons");
@@ -76,8 +73,7 @@ public:
         m_xml << u"}\",\n\"topics\":[";
     }
 
-    void WriteTopic(std::size_t index)
-    {
+    void WriteTopic(std::size_t index) {
         const Topic& topic = m_topics[index];
         const TopicShape& shape = m_map.shapes[index];
         m_xml << (index == 0 ? u"\n{" : u",\n{");
@@ -105,8 +101,7 @@ public:
         m_xml.HandOnPieces();
     }
 
-    void End()
-    {
+    void End() {
         m_xml << u"\n]}";
         m_xml << m_page;
         m_xml.HandOnAll();
@@ -114,8 +109,7 @@ public:
 
 private:
     /// Writes the page up to a mark, "{{name}}". Marks before that are replaced by words in the user's language.
-    void WritePageUpTo(const CString& name)
-    {
+    void WritePageUpTo(const CString& name) {
         for (CString mark, word; mark != name;) {
             const int at = m_page.Find(u"{{");
             const int end = m_page.Find(u"}}", at);
@@ -127,8 +121,7 @@ private:
         }
     }
 
-    void WriteLegendEntry(const LegendEntry& entry, int branch)
-    {
+    void WriteLegendEntry(const LegendEntry& entry, int branch) {
         m_xml << u"<div class=\"l1 b" << branch << u"\"><i></i><strong>";
         m_xml.Text(entry.name, Place::Content);
         m_xml << u"</strong> <bdi>";
@@ -137,20 +130,17 @@ private:
     }
 
     /// The name of a member; its value follows.
-    XmlStream& Name(std::string_view name)
-    {
+    XmlStream& Name(std::string_view name) {
         m_xml << (m_isFirst ? u"\"" : u",\"") << CString(name) << u"\":";
         m_isFirst = false;
         return m_xml;
     }
-    void Write(std::string_view name, const CString& text)
-    {
+    void Write(std::string_view name, const CString& text) {
         if (!text.IsEmpty())
             Name(name) << JsonText(text);
     }
 
-    void WriteLevel(int level)
-    {
+    void WriteLevel(int level) {
         const LevelStyle& style = StyleOf(level);
         m_xml << (level == 0 ? u"{" : u",{");
         m_isFirst = true;
@@ -164,8 +154,7 @@ private:
     }
 
     /// Colors as CSS: of the page, of the centre, and of each branch's lines and levels.
-    void WriteColors(Theme theme)
-    {
+    void WriteColors(Theme theme) {
         const Page& page = PageOf(theme);
         const Signals& signals = kSignals[static_cast<std::size_t>(theme)];
         m_xml << u":root{--paper:" << Color{page.paper} << u";--box:" << Color{page.boxFill} << u";--box-edge:"
@@ -182,14 +171,12 @@ private:
         }
     }
 
-    void WriteLook(const Look& look)
-    {
+    void WriteLook(const Look& look) {
         m_xml << u"{--fill:" << Color{look.fill} << u";--edge:" << Color{look.edge} << u";--title:" << Color{look.title}
               << u";--detail:" << Color{look.detail} << u";--accent:" << Color{look.accent} << u"}";
     }
 
-    void WriteRun(const TextRun& run, const TopicShape& shape)
-    {
+    void WriteRun(const TextRun& run, const TopicShape& shape) {
         const RunPlace place = PlaceOf(run, shape);
         m_isFirst = true;
         Write("role", NameOf(run.role));
@@ -217,8 +204,7 @@ private:
 }  // namespace
 
 void WriteHtml(const Outline& outline, const MapLayout& map, const Legend& legend, Shapes shapes, const TextSink& sink,
-               const ProgressHook& progress)
-{
+               const ProgressHook& progress) {
     HtmlDocument document(outline, map, legend, shapes, sink);
     document.Begin();
     for (std::size_t i = 0; i < outline.topics.size(); ++i) {

@@ -13,8 +13,7 @@ namespace mindmap {
 
 namespace {
 
-std::vector<const Topic*> MainTopics(const Outline& outline)
-{
+std::vector<const Topic*> MainTopics(const Outline& outline) {
     std::vector<const Topic*> mains;
     for (const Topic& topic : outline.topics)
         if (topic.level == 1)
@@ -22,8 +21,7 @@ std::vector<const Topic*> MainTopics(const Outline& outline)
     return mains;
 }
 
-CString OneLine(const CString& text, int maximumWidth)
-{
+CString OneLine(const CString& text, int maximumWidth) {
     CString line = DrawableText(text);
     line.Replace(u"\n", u" ");
     const WrappedText wrapped = Wrap(line, kDetailFont, maximumWidth, 1);
@@ -31,8 +29,7 @@ CString OneLine(const CString& text, int maximumWidth)
 }
 
 /// The titles of the main topics with one color, and how many more than a line holds there are: "Route · Ship +2".
-CString TitlesOf(const std::vector<const Topic*>& mains, std::size_t colorIndex)
-{
+CString TitlesOf(const std::vector<const Topic*>& mains, std::size_t colorIndex) {
     constexpr std::size_t kStep = kBranchColors.size();
     std::size_t restCount = (mains.size() - colorIndex - 1) / kStep;
     const auto withRest = [&](const CString& titles) {
@@ -50,8 +47,7 @@ CString TitlesOf(const std::vector<const Topic*>& mains, std::size_t colorIndex)
     return withRest(titles);
 }
 
-int CellWidth(const std::vector<LegendEntry>& entries)
-{
+int CellWidth(const std::vector<LegendEntry>& entries) {
     int textWidth = 0;
     for (const LegendEntry& entry : entries)
         textWidth = std::max({textWidth, TextWidth(entry.name, kLegendFont), TextWidth(entry.topics, kDetailFont)});
@@ -59,8 +55,7 @@ int CellWidth(const std::vector<LegendEntry>& entries)
 }
 
 /// Places entries row by row, in as many columns as the map's width has room for, each row about as full as the others.
-void PlaceEntries(Legend& legend, const CrkFloatRect& map)
-{
+void PlaceEntries(Legend& legend, const CrkFloatRect& map) {
     const int count = static_cast<int>(legend.entries.size());
     const int step = CellWidth(legend.entries) + kLegendColumnGap;
     const int room = static_cast<int>(map.width) - 2 * kMargin - 2 * kLegendPadding + kLegendColumnGap;
@@ -82,8 +77,7 @@ void PlaceEntries(Legend& legend, const CrkFloatRect& map)
 }
 
 /// Grown evenly on two sides until neither side is longer than kMaximumSideRatio times the other.
-CrkFloatRect WithinRatio(CrkFloatRect page)
-{
+CrkFloatRect WithinRatio(CrkFloatRect page) {
     const float x = std::ceil(std::max(0.0F, page.height / kMaximumSideRatio - page.width) / 2);
     const float y = std::ceil(std::max(0.0F, page.width / kMaximumSideRatio - page.height) / 2);
     CrkFloatMargin{x, y, x, y}.InflateRect(page);
@@ -92,8 +86,7 @@ CrkFloatRect WithinRatio(CrkFloatRect page)
 
 }  // namespace
 
-Legend MakeLegend(const Outline& outline, const MapLayout& map)
-{
+Legend MakeLegend(const Outline& outline, const MapLayout& map) {
     Legend legend;
     legend.bounds = map.bounds;
     const std::vector<const Topic*> mains = MainTopics(outline);

@@ -16,8 +16,7 @@ namespace mindmap {
 namespace {
 
 /// Something is there that is no map and no link to one: a device, a pipe, a socket.
-bool IsSpecial(const CString& path)
-{
+bool IsSpecial(const CString& path) {
     std::error_code error;
     return std::filesystem::is_other(rk::NativePath(path), error);
 }
@@ -25,8 +24,7 @@ bool IsSpecial(const CString& path)
 /// The path itself when nothing has it, else the first free one with a number.
 ///
 /// @throws FileError when there is none, or looking for it failed.
-CString FreePath(const CString& path)
-{
+CString FreePath(const CString& path) {
     const bool hasFolder = !CrkPathUtilities::PathFromFilename(path).IsEmpty();
     const CString free = CrkPathUtilities::GetUniqueFilename(hasFolder ? path : u"./" + path);
     if (free.IsEmpty())
@@ -38,8 +36,7 @@ CString FreePath(const CString& path)
 
 }  // namespace
 
-MapFile::MapFile(const CString& path, Overwrite overwrite) : m_path(path), m_overwrite(overwrite)
-{
+MapFile::MapFile(const CString& path, Overwrite overwrite) : m_path(path), m_overwrite(overwrite) {
     const SECFileSystem files;
     if (files.DirectoryExists(path))
         throw FileError{path, u"is a folder"};
@@ -52,21 +49,18 @@ MapFile::MapFile(const CString& path, Overwrite overwrite) : m_path(path), m_ove
         throw FileError{path, ReasonOf(failure)};
 }
 
-void MapFile::Write(const CString& text)
-{
+void MapFile::Write(const CString& text) {
     Attempt(m_path, [&] { m_file.WriteString(text); });
 }
 
-CString MapFile::Commit()
-{
+CString MapFile::Commit() {
     if (m_overwrite == Overwrite::Never)
         return TakeFreeName();
     Attempt(m_path, [&] { m_file.CommitOver(m_path); });
     return m_path;
 }
 
-CString MapFile::TakeFreeName()
-{
+CString MapFile::TakeFreeName() {
     constexpr int kMostTries = 1000;  // each means that somebody took the name at that very moment
     for (int i = 0; i < kMostTries; ++i) {
         CString path = FreePath(m_path);

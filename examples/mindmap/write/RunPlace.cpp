@@ -4,8 +4,7 @@
 
 namespace mindmap {
 
-RunPlace PlaceOf(const TextRun& run, const TopicShape& shape)
-{
+RunPlace PlaceOf(const TextRun& run, const TopicShape& shape) {
     constexpr float kIconRise = 10;  // from an icon's top to the baseline of its text
     const bool isMiddle = shape.text.isCentred && !run.hasIcon;
     const bool beginsRight = shape.text.direction == Direction::RightToLeft;

@@ -21,14 +21,12 @@ struct RunPlace {
 RunPlace PlaceOf(const TextRun& run, const TopicShape& shape);
 
 /// What a role is called in scripts and signs.
-constexpr std::string_view NameOf(TextRole role)
-{
+constexpr std::string_view NameOf(TextRole role) {
     constexpr std::array<std::string_view, 6> kNames = {"title", "note", "date", "amount", "link", "more"};
     return kNames[static_cast<std::size_t>(role)];
 }
 
-constexpr std::string_view NameOf(Anchor anchor)
-{
+constexpr std::string_view NameOf(Anchor anchor) {
     constexpr std::array<std::string_view, 3> kNames = {"start", "middle", "end"};
     return kNames[static_cast<std::size_t>(anchor)];
 }

@@ -20,12 +20,10 @@ namespace {
 constexpr float kTurnRadius = 6;
 
 /// Of two points above or beside each other.
-float HalfDistance(const CrkFloatPoint& a, const CrkFloatPoint& b)
-{
+float HalfDistance(const CrkFloatPoint& a, const CrkFloatPoint& b) {
     return (std::abs(a.x - b.x) + std::abs(a.y - b.y)) / 2;
 }
-CrkFloatPoint Towards(const CrkFloatPoint& from, const CrkFloatPoint& to, float distance)
-{
+CrkFloatPoint Towards(const CrkFloatPoint& from, const CrkFloatPoint& to, float distance) {
     const auto step = [distance](float a, float b) { return b > a ? distance : b < a ? -distance : 0; };
     return {from.x + step(from.x, to.x), from.y + step(from.y, to.y)};
 }
@@ -34,11 +32,9 @@ class SvgDocument {
 public:
     SvgDocument(const Outline& outline, const MapLayout& map, const Legend& legend, const Design& design,
                 const TextSink& sink)
-        : m_topics(outline.topics), m_map(map), m_legend(legend), m_design(design), m_xml(sink)
-    {}
+        : m_topics(outline.topics), m_map(map), m_legend(legend), m_design(design), m_xml(sink) {}
 
-    void Begin()
-    {
+    void Begin() {
         const CrkFloatRect& r = m_legend.bounds;
         m_xml << u"<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" "
                  u"xmlns:xlink=\"http://www.w3.org/1999/xlink\" width=\""
@@ -51,8 +47,7 @@ public:
             << u"\"/>\n<g fill=\"none\" stroke-linecap=\"round\">\n";
     }
 
-    void WriteConnection(std::size_t index)
-    {
+    void WriteConnection(std::size_t index) {
         const Connection& line = m_map.connections[index];
         const CrkFloatPoint& start = line.points.front();
         m_xml << u"<path d=\"M" << start.x << u" " << start.y;
@@ -67,8 +62,7 @@ public:
 
     void EndConnections() { m_xml << u"</g>\n"; }
 
-    void WriteTopic(std::size_t index, const CString& guid)
-    {
+    void WriteTopic(std::size_t index, const CString& guid) {
         const Topic& topic = m_topics[index];
         const TopicShape& shape = m_map.shapes[index];
         const Look look = LookOf(m_design.theme, topic.level, shape.branch);
@@ -88,8 +82,7 @@ public:
         m_xml.HandOnPieces();
     }
 
-    void WriteLegend()
-    {
+    void WriteLegend() {
         if (m_legend.entries.empty())
             return;
         const Page& page = PageOf(m_design.theme);
@@ -108,30 +101,26 @@ public:
         m_xml << u"</g>\n";
     }
 
-    void End()
-    {
+    void End() {
         m_xml << u"</svg>\n";
         m_xml.HandOnAll();
     }
 
 private:
     /// Begins a rectangle; its corners' radius follows.
-    XmlStream& BeginRect(const CrkFloatRect& r)
-    {
+    XmlStream& BeginRect(const CrkFloatRect& r) {
         return m_xml << u"<rect x=\"" << r.x << u"\" y=\"" << r.y << u"\" width=\"" << r.width << u"\" height=\""
                      << r.height << u"\" rx=\"";
     }
 
-    void WriteCurve(const std::vector<CrkFloatPoint>& points)
-    {
+    void WriteCurve(const std::vector<CrkFloatPoint>& points) {
         char16_t sign = u'C';
         for (std::size_t i = 1; i < points.size(); ++i, sign = u' ')
             m_xml << std::u16string_view(&sign, 1) << points[i].x << u" " << points[i].y;
     }
 
     /// Straight lines with round corners.
-    void WriteCorners(const std::vector<CrkFloatPoint>& points)
-    {
+    void WriteCorners(const std::vector<CrkFloatPoint>& points) {
         for (std::size_t i = 1; i + 1 < points.size(); ++i) {
             const CrkFloatPoint& corner = points[i];
             const float radius =
@@ -145,14 +134,12 @@ private:
     }
 
     /// The lines to all main topics that leave the centre together have the centre's color.
-    Color LineColor(std::size_t index) const
-    {
+    Color LineColor(std::size_t index) const {
         const bool isShared = m_topics[index].level == 1 && !m_map.connections[index].isCurve;
         return {isShared ? LookOf(m_design.theme, 0, 0).fill : LineColorOf(m_design.theme, m_map.shapes[index].branch)};
     }
 
-    void WriteShape(const TopicShape& shape, const Look& look, int level)
-    {
+    void WriteShape(const TopicShape& shape, const Look& look, int level) {
         const CrkFloatRect& r = shape.bounds;
         if (shape.side == Side::Centre)
             m_xml << u"<ellipse cx=\"" << r.x + r.width / 2 << u"\" cy=\"" << r.y + r.height / 2 << u"\" rx=\""
@@ -165,8 +152,7 @@ private:
         m_xml << u"\"/>";
     }
 
-    void WriteRun(const TextRun& run, const TopicShape& shape, const Look& look, Font titleFont)
-    {
+    void WriteRun(const TextRun& run, const TopicShape& shape, const Look& look, Font titleFont) {
         const bool isTitle = run.role == TextRole::Title;
         const Font font = isTitle ? titleFont : kDetailFont;
         const bool isAccent = run.role == TextRole::Amount || run.role == TextRole::Link;
@@ -189,15 +175,13 @@ private:
     }
 
     /// Begins a line of text; more attributes may follow.
-    void BeginText(float x, float baseline, Font font, Color color)
-    {
+    void BeginText(float x, float baseline, Font font, Color color) {
         m_xml << u"<text x=\"" << x << u"\" y=\"" << baseline << u"\" font-size=\"" << font.size << u"\" fill=\""
               << color;
     }
 
     /// Begins right of the square of color, whatever the text's direction is.
-    void WriteLegendLine(const CString& text, Font font, std::uint32_t color, float cellX, float baseline)
-    {
+    void WriteLegendLine(const CString& text, Font font, std::uint32_t color, float cellX, float baseline) {
         BeginText(cellX + kSwatchSize + kSwatchGap, baseline, font, Color{color});
         if (DirectionOf(text) == Direction::RightToLeft)
             m_xml << u"\" direction=\"rtl\" unicode-bidi=\"embed\" text-anchor=\"end";
@@ -206,8 +190,7 @@ private:
         m_xml << u"</text>";
     }
 
-    void WriteFontParts(std::u16string_view text)
-    {
+    void WriteFontParts(std::u16string_view text) {
         while (!text.empty()) {
             const FontPart part = FirstFontPart(text);
             if (part.isPicture)
@@ -230,8 +213,7 @@ private:
 }  // namespace
 
 void WriteSvg(const Outline& outline, const MapLayout& map, const Legend& legend, const Design& design,
-              const std::vector<CString>& topicGuids, const TextSink& sink, const ProgressHook& progress)
-{
+              const std::vector<CString>& topicGuids, const TextSink& sink, const ProgressHook& progress) {
     SvgDocument document(outline, map, legend, design, sink);
     document.Begin();
     for (std::size_t i = outline.topics.size(); i-- > 1;)  // heavier lines last, over the ends of lighter ones

@@ -40,14 +40,10 @@ constexpr std::array<Palette, 2> kPalettes = {{
      {{{-56, 0}, {-68, -12}, {-76, -24}}}},
 }};
 
-constexpr const Palette& PaletteOf(Theme theme)
-{
-    return kPalettes[static_cast<std::size_t>(theme)];
-}
+constexpr const Palette& PaletteOf(Theme theme) { return kPalettes[static_cast<std::size_t>(theme)]; }
 
 /// Whether a quarter circle of this radius, in the corner of a shape, passes outside the corner of the text.
-constexpr bool IsOutsideText(int radius, const LevelStyle& style)
-{
+constexpr bool IsOutsideText(int radius, const LevelStyle& style) {
     const int x = std::max(0, radius - style.horizontalPadding);
     const int y = std::max(0, radius - style.verticalPadding);
     return x == 0 || y == 0 || x * x + y * y <= radius * radius;
@@ -58,13 +54,9 @@ static_assert(std::all_of(kLevels.begin(), kLevels.end(), [](const LevelStyle& s
 
 }  // namespace
 
-const Page& PageOf(Theme theme)
-{
-    return PaletteOf(theme).page;
-}
+const Page& PageOf(Theme theme) { return PaletteOf(theme).page; }
 
-Look LookOf(Theme theme, int level, int branch)
-{
+Look LookOf(Theme theme, int level, int branch) {
     const Palette& palette = PaletteOf(theme);
     if (level == 0)
         return palette.centre;
@@ -77,13 +69,11 @@ Look LookOf(Theme theme, int level, int branch)
             palette.page.quietInk,          ShadeOfRgb(color, palette.accentShade)};
 }
 
-std::uint32_t LineColorOf(Theme theme, int branch)
-{
+std::uint32_t LineColorOf(Theme theme, int branch) {
     return ShadeOfRgb(kBranchColors[ColorIndexOf(branch)].argb, PaletteOf(theme).lineShade);
 }
 
-int CornerRadiusOf(Shapes shapes, int level, int height)
-{
+int CornerRadiusOf(Shapes shapes, int level, int height) {
     switch (shapes) {
     case Shapes::Rounded:
         return StyleOf(level).cornerRadius;

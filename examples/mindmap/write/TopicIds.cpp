@@ -5,8 +5,7 @@
 
 namespace mindmap {
 
-CString TopicIds::Make(const CString& topicText)
-{
+CString TopicIds::Make(const CString& topicText) {
     constexpr int kMaximumUnits = 48;  // of the text
     const CString name = CrkXmlUtilities::StringToNCName(u"topic-" + topicText.Left(kMaximumUnits), u'_',
                                                          /*insertUnderscore=*/true);

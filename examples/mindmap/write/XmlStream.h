@@ -29,8 +29,7 @@ public:
     explicit XmlStream(const TextSink& sink);
 
     /// Markup is written as it stands.
-    XmlStream& operator<<(std::u16string_view markup)
-    {
+    XmlStream& operator<<(std::u16string_view markup) {
         m_buffer += markup;
         return *this;
     }
@@ -38,8 +37,7 @@ public:
     /// The shortest text that reads back as the same number.
     template <class Number>
         requires std::same_as<Number, float> || std::same_as<Number, double> || std::same_as<Number, int>
-    XmlStream& operator<<(Number number)
-    {
+    XmlStream& operator<<(Number number) {
         std::array<char, 40> text;
         const auto end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
         m_buffer.append(text.data(), end);
