@@ -1,5 +1,6 @@
 #include "tests/faults/Injection.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
@@ -22,19 +23,18 @@ void __libc_free(void*);
 namespace faults {
 namespace {
 
-#ifdef __x86_64__
-constexpr long kReading[] = {SYS_read,     SYS_pread64,   SYS_write, SYS_pwrite64, SYS_copy_file_range,
-                             SYS_sendfile, SYS_getrandom, -1};
-constexpr long kWriting[] = {SYS_write,     SYS_pwrite64, SYS_copy_file_range, SYS_sendfile,  SYS_ftruncate,
-                             SYS_fallocate, SYS_fsync,    SYS_mkdir,           SYS_mkdirat,   SYS_linkat,
-                             SYS_rename,    SYS_renameat, SYS_renameat2,       SYS_mknodat,   SYS_symlinkat,
-                             SYS_open,      SYS_openat,   SYS_close,           SYS_fdatasync, -1};
-constexpr long kOpening[] = {SYS_open, SYS_openat, -1};
-constexpr long kLimited[] = {SYS_open,  SYS_openat, SYS_mmap, SYS_mremap, SYS_brk,    SYS_stat,       SYS_lstat,
-                             SYS_mkdir, SYS_rename, SYS_link, SYS_unlink, SYS_getcwd, SYS_newfstatat, -1};
-constexpr long kSlow[] = {SYS_read,      SYS_pread64,   SYS_write,     SYS_pwrite64,  SYS_open,
-                          SYS_openat,    SYS_close,     SYS_flock,     SYS_fcntl,     SYS_fsync,
-                          SYS_ftruncate, SYS_fallocate, SYS_fdatasync, SYS_getrandom, -1};
+constexpr long kReading[] = {SYS_read,     SYS_pread64,  SYS_write, SYS_pwrite64, SYS_copy_file_range,
+                             SYS_sendfile, SYS_getrandom};
+constexpr long kWriting[] = {SYS_write,     SYS_pwrite64, SYS_copy_file_range, SYS_sendfile, SYS_ftruncate,
+                             SYS_fallocate, SYS_fsync,    SYS_mkdir,           SYS_mkdirat,  SYS_linkat,
+                             SYS_rename,    SYS_renameat, SYS_renameat2,       SYS_mknodat,  SYS_symlinkat,
+                             SYS_open,      SYS_openat,   SYS_close,           SYS_fdatasync};
+constexpr long kOpening[] = {SYS_open, SYS_openat};
+constexpr long kLimited[] = {SYS_open,  SYS_openat, SYS_mmap, SYS_mremap, SYS_brk,    SYS_stat,      SYS_lstat,
+                             SYS_mkdir, SYS_rename, SYS_link, SYS_unlink, SYS_getcwd, SYS_newfstatat};
+constexpr long kSlow[] = {SYS_read,      SYS_pread64,   SYS_write,     SYS_pwrite64, SYS_open,
+                          SYS_openat,    SYS_close,     SYS_flock,     SYS_fcntl,    SYS_fsync,
+                          SYS_ftruncate, SYS_fallocate, SYS_fdatasync, SYS_getrandom};
 constexpr long kFiles[] = {
     SYS_read,       SYS_pread64,   SYS_write,     SYS_pwrite64,   SYS_open,       SYS_openat,   SYS_close,
     SYS_stat,       SYS_fstat,     SYS_lstat,     SYS_newfstatat, SYS_statx,      SYS_access,   SYS_faccessat,
@@ -42,18 +42,13 @@ constexpr long kFiles[] = {
     SYS_mkdir,      SYS_mkdirat,   SYS_rmdir,     SYS_unlink,     SYS_unlinkat,   SYS_link,     SYS_linkat,
     SYS_symlink,    SYS_symlinkat, SYS_rename,    SYS_renameat,   SYS_renameat2,  SYS_readlink, SYS_readlinkat,
     SYS_chmod,      SYS_fchmod,    SYS_fchmodat,  SYS_utimensat,  SYS_getdents64, SYS_statfs,   SYS_copy_file_range,
-    SYS_sendfile,   SYS_getrandom, SYS_mknodat,   SYS_pipe2,      SYS_lseek,      SYS_mmap,     -1};
+    SYS_sendfile,   SYS_getrandom, SYS_mknodat,   SYS_pipe2,      SYS_lseek,      SYS_mmap};
 /// What the filters of sandboxes refuse although the kernel knows it.
 constexpr long kRefused[] = {SYS_renameat2, SYS_copy_file_range, SYS_getrandom, SYS_statx,
-                             SYS_linkat,    SYS_fallocate,       SYS_flock,     -1};
+                             SYS_linkat,    SYS_fallocate,       SYS_flock};
 /// What some kernels and file systems do not have.
-constexpr long kReplaceable[] = {SYS_renameat2, SYS_copy_file_range, -1};
-constexpr long kCopying[] = {SYS_copy_file_range, -1};
-#else
-constexpr long kReading[] = {-1};
-constexpr const auto &kReplaceable = kReading, &kCopying = kReading, &kWriting = kReading, &kOpening = kReading,
-                     &kLimited = kReading, &kSlow = kReading, &kFiles = kReading, &kRefused = kReading;
-#endif
+constexpr long kReplaceable[] = {SYS_renameat2, SYS_copy_file_range};
+constexpr long kCopying[] = {SYS_copy_file_range};
 
 /// Plain data: the thread's own, without a constructor or destructor.
 struct Plan {
@@ -90,7 +85,6 @@ template <class Take> void* Allocated(const Take& take) noexcept {
     return memory;
 }
 
-#ifdef __x86_64__
 // The only places from which the kernel takes calls while `selector` is 1.
 extern "C" const char rkGateBegin[], rkGateEnd[];
 extern "C" long rkSystemCall(long number, long, long, long, long, long, long);
@@ -147,10 +141,7 @@ void OnSystemCall(int, siginfo_t* info, void* contextOfCall) noexcept {
     auto& registers = context.uc_mcontext.gregs;
     const long number = info->si_syscall;
     const Fault* const fault = Occurring([&](const Fault& candidate) {
-        const long* call = candidate.calls;
-        while (call != nullptr && *call != -1 && *call != number)
-            ++call;
-        return call != nullptr && *call != -1 && !IsUnlocking(number, registers);
+        return std::ranges::count(candidate.calls, number) != 0 && !IsUnlocking(number, registers);
     });
     if (fault != nullptr && fault->error == 0) {
         auto& byteCount = registers[*ByteCountArgument(number)];
@@ -169,7 +160,9 @@ void OnSystemCall(int, siginfo_t* info, void* contextOfCall) noexcept {
     registers[REG_RAX] = fault != nullptr && fault->error > 0 ? -fault->error : result;
 }
 
-bool StartCatching() noexcept {
+}  // namespace
+
+bool CatchSystemCalls() {
     struct {
         void (*handler)(int, siginfo_t*, void*);
         unsigned long flags;
@@ -180,15 +173,10 @@ bool StartCatching() noexcept {
     return syscall(SYS_rt_sigaction, SIGSYS, &action, nullptr, sizeof action.mask) == 0 &&
            prctl(kSetSyscallUserDispatch, kOn, rkGateBegin, rkGateEnd - rkGateBegin, &selector) == 0;
 }
-#else
-bool StartCatching() noexcept { return false; }
-#endif
-
-}  // namespace
 
 constexpr std::array<Fault, 22> kFaults = {{
-    {"no memory", kNoMemory, Persistence::Once, nullptr},
-    {"no memory on", kNoMemory, Persistence::FromThenOn, nullptr},
+    {"no memory", kNoMemory, Persistence::Once, {}},
+    {"no memory on", kNoMemory, Persistence::FromThenOn, {}},
     {"EIO", EIO, Persistence::Once, kFiles},
     {"EIO on", EIO, Persistence::FromThenOn, kFiles},
     {"ENOSPC", ENOSPC, Persistence::Once, kWriting},
@@ -210,8 +198,6 @@ constexpr std::array<Fault, 22> kFaults = {{
     {"short", 0, Persistence::Once, kReading},
     {"short on", 0, Persistence::FromThenOn, kReading},
 }};
-
-bool CatchSystemCalls() { return StartCatching(); }
 
 void Arm(const Fault& fault, std::size_t point) {
     plan.fault = &fault;

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <span>
 #include <string_view>
 
 /// Lets allocations and system calls of the calling thread fail. Works in the thread that arms it, for one call at a time.
@@ -22,8 +23,8 @@ struct Fault {
     const char* name;
     int error;  ///< what the system call fails with; 0: it serves half of the bytes; kNoMemory: an allocation fails
     Persistence persistence;
-    const long* calls;           ///< the system calls that may fail in this way, closed by -1
-    bool hasAnotherWay = false;  ///< the call on the library succeeds all the same
+    std::span<const long> calls;  ///< the system calls that may fail in this way
+    bool hasAnotherWay = false;   ///< the call on the library succeeds all the same
 };
 constexpr int kNoMemory = -1;
 

@@ -22,19 +22,17 @@ void InBengali(Scene& scene) {
     rk::SetUserLocale("bn_BD");
 }
 
-#define MAKES(name, expression) {name, &InGerman, []([[maybe_unused]] Scene& s) { return Shown(expression); }}
-
 const Workload kRows[] = {
-    MAKES("numbers: grouped", Numbers::DoubleStringToFormattedNumber(s.text, true, 2, Numbers::MinusSign)),
-    MAKES("numbers: an amount", Numbers::DoubleStringToFormattedCurrency(s.text, u"€", 2, 0, 0, Numbers::MinusSign)),
-    MAKES("numbers: a percentage", Numbers::DoubleStringToFormattedPercentage(u"0,241", 1)),
-    MAKES("numbers: to text", Numbers::DoubleToString(-1234.5678)),
-    MAKES("numbers: decimal point",
+    GIVES("numbers: grouped", &InGerman, Numbers::DoubleStringToFormattedNumber(s.text, true, 2, Numbers::MinusSign)),
+    GIVES("numbers: an amount", &InGerman,
+          Numbers::DoubleStringToFormattedCurrency(s.text, u"€", 2, 0, 0, Numbers::MinusSign)),
+    GIVES("numbers: a percentage", &InGerman, Numbers::DoubleStringToFormattedPercentage(u"0,241", 1)),
+    GIVES("numbers: to text", &InGerman, Numbers::DoubleToString(-1234.5678)),
+    GIVES("numbers: decimal point", &InGerman,
           CrkLocaleUtilities::GetDecimalPoint() + CrkLocaleUtilities::GetDigitGroupingSymbol()),
-    MAKES("numbers: currency", CrkLocaleUtilities::GetCurrencySymbol()),
-    MAKES("numbers: first day", CrkLocaleUtilities::GetFirstDayOfWeek()),
-    {"numbers: read a number", &InGerman,
-     [](Scene& s) { return Shown(Numbers::StringToDouble(u"1234567,25 Meter", s.number)); }},
+    GIVES("numbers: currency", &InGerman, CrkLocaleUtilities::GetCurrencySymbol()),
+    GIVES("numbers: first day", &InGerman, CrkLocaleUtilities::GetFirstDayOfWeek()),
+    GIVES("numbers: read a number", &InGerman, Numbers::StringToDouble(u"1234567,25 Meter", s.number)),
     {"numbers: read an integer", &InBengali,
      [](Scene& s) {
          int value = 0;
@@ -42,8 +40,7 @@ const Workload kRows[] = {
          s.number = value;
          return Shown(isRead);
      }},
-    {"numbers: read a percentage", &InGerman,
-     [](Scene& s) { return Shown(Numbers::StringToPercentageDouble(u"24,1 %", s.number)); }},
+    GIVES("numbers: read a percentage", &InGerman, Numbers::StringToPercentageDouble(u"24,1 %", s.number)),
     {"numbers: split", &InGerman,
      [](Scene& s) {
          bool isNegative = false;
@@ -51,18 +48,18 @@ const Workload kRows[] = {
          return Shown(isNegative);
      },
      "", Keeps::Nothing},
-    MAKES("numbers: words", Numbers::BoolToString(true, /*asWords=*/true)),
-    MAKES("dates: short", Dates::ShortDateString(Moment())),
-    MAKES("dates: long", Dates::LongDateString(Moment())),
-    MAKES("dates: short time", Dates::ShortTimeString(Moment())),
-    MAKES("dates: long time", Dates::LongTimeString(Moment())),
-    MAKES("dates: date and time", Dates::DateTimeString(Moment())),
-    MAKES("dates: by a format", Moment().Format(u"%d %B %Y %H:%M")),
-    {"dates: in Bengali", &InBengali, [](Scene&) { return Shown(Dates::ShortDateTimeString(Moment())); }},
-    {"dates: local fields", nullptr, [](Scene&) { return Shown(Moment().GetHour() * 100 + Moment().GetMinute()); },
-     "2052", Keeps::Before, /*readsZone=*/true},
-    {"dates: start of a week", &InGerman,
-     [](Scene&) { return Shown(Dates::GetWeekStart(COleDateTime(2026, 11, 18, 9, 30, 0)).GetDay()); }, "15"},
+    GIVES("numbers: words", &InGerman, Numbers::BoolToString(true, /*asWords=*/true)),
+    GIVES("dates: short", &InGerman, Dates::ShortDateString(Moment())),
+    GIVES("dates: long", &InGerman, Dates::LongDateString(Moment())),
+    GIVES("dates: short time", &InGerman, Dates::ShortTimeString(Moment())),
+    GIVES("dates: long time", &InGerman, Dates::LongTimeString(Moment())),
+    GIVES("dates: date and time", &InGerman, Dates::DateTimeString(Moment())),
+    GIVES("dates: by a format", &InGerman, Moment().Format(u"%d %B %Y %H:%M")),
+    GIVES("dates: in Bengali", &InBengali, Dates::ShortDateTimeString(Moment())),
+    GIVES("dates: local fields", nullptr, Moment().GetHour() * 100 + Moment().GetMinute(), "2052", Keeps::Before,
+          /*readsZone=*/true),
+    GIVES("dates: start of a week", &InGerman, Dates::GetWeekStart(COleDateTime(2026, 11, 18, 9, 30, 0)).GetDay(),
+          "15"),
     {"dates: calendar", nullptr,
      [](Scene&) {
          CAtlArray<bool> days;
@@ -71,17 +68,11 @@ const Workload kRows[] = {
          return Shown(Dates::CreatePtmCalendarString(days, dates));
      },
      "CAtlException"},
-    {"locale: formats made early", &InGerman,
-     [](Scene&) {
-         rk::PrepareFormats();
-         return Shown(Dates::ShortDateString(Moment())) +
-                Shown(Numbers::DoubleStringToFormattedNumber(u"1234,5", true, 1, Numbers::MinusSign));
-     }},
-    {"locale: another user's", &InGerman,
-     [](Scene&) {
-         rk::SetUserLocale("fr_FR");
-         return Shown(Dates::LongDateString(Moment())) + Shown(CrkLocaleUtilities::GetDecimalPoint());
-     }},
+    GIVES("locale: formats made early", &InGerman,
+          (rk::PrepareFormats(), Dates::ShortDateString(Moment()) +
+                                     Numbers::DoubleStringToFormattedNumber(u"1234,5", true, 1, Numbers::MinusSign))),
+    GIVES("locale: another user's", &InGerman,
+          (rk::SetUserLocale("fr_FR"), Dates::LongDateString(Moment()) + CrkLocaleUtilities::GetDecimalPoint())),
     {"locale: order of names", &InGerman,
      [](Scene& s) {
          s.list = {u"Zebra", u"Äpfel", u"apfel", u"Öl"};
@@ -89,15 +80,11 @@ const Workload kRows[] = {
          return std::string("sorted");
      },
      "CAtlException", Keeps::Nothing},
-    MAKES("locale: same names", CrkPathUtilities::AreFilenamesEqual(u"Übersicht Straße", u"U\u0308BERSICHT STRASSE")),
-    MAKES("locale: order of two", s.other.Collate(u"Öl") < 0),
-    {"locale: string table", nullptr,
-     [](Scene& s) {
-         CString text;
-         const bool isTable = rk::SetStringTables(s.Path("tables"));
-         text.LoadString("key");
-         return Shown(isTable) + Shown(text);
-     }},
+    GIVES("locale: same names", &InGerman,
+          CrkPathUtilities::AreFilenamesEqual(u"Übersicht Straße", u"U\u0308BERSICHT STRASSE")),
+    GIVES("locale: order of two", &InGerman, s.other.Collate(u"Öl") < 0),
+    GIVES("locale: string table", nullptr,
+          (s.number = rk::SetStringTables(s.Path("tables")), s.text.LoadString("key"), s.text)),
 };
 
 }  // namespace

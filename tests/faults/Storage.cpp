@@ -80,25 +80,17 @@ const Workload kRows[] = {
          return Log::CanLog(Log::LogInfo) ? Logged(u"entry") : "off";
      },
      "*", Keeps::Nothing},
-    {"log: entry", &WithLog, [](Scene&) { return Logged(u"an entry of some length, with & and %s"); },
-     "dropped|CFileException|CrkLogException"},
-    {"log: start entry", &WithLog,
-     [](Scene&) {
-         Log::LogStart();
-         return std::string("logged");
-     },
-     "*", Keeps::Nothing},
-    {"log: roll-over", &WithFullLog, [](Scene&) { return Logged(u"an entry behind a full file"); },
-     "logged|dropped|CFileException|CrkLogException", Keeps::Nothing},
-    {"preferences: first use", &WithName, [](Scene&) { return SetAndRead(1, /*isClosed=*/false); }, "", Keeps::Later},
-    {"preferences: set", &WithPreferences, [](Scene&) { return SetAndRead(1, /*isClosed=*/false); }, "", Keeps::Later},
-    {"preferences: set and close", &WithPreferences, [](Scene&) { return SetAndRead(0, /*isClosed=*/true); }, "",
-     Keeps::Later},
-    {"preferences: delete", &WithPreferences,
-     [](Scene&) {
-         return Shown(CrkRegistry::DeleteRegValue(u"theme")) + Shown(CrkRegistry::GetRegValueNames().size());
-     },
-     "CAtlException", Keeps::Nothing},
+    GIVES("log: entry", &WithLog, Logged(u"an entry of some length, with & and %s"),
+          "dropped|CFileException|CrkLogException"),
+    GIVES("log: start entry", &WithLog, (Log::LogStart(), true), "*", Keeps::Nothing),
+    GIVES("log: roll-over", &WithFullLog, Logged(u"an entry behind a full file"),
+          "logged|dropped|CFileException|CrkLogException", Keeps::Nothing),
+    GIVES("preferences: first use", &WithName, SetAndRead(1, /*isClosed=*/false), "", Keeps::Later),
+    GIVES("preferences: set", &WithPreferences, SetAndRead(1, /*isClosed=*/false), "", Keeps::Later),
+    GIVES("preferences: set and close", &WithPreferences, SetAndRead(0, /*isClosed=*/true), "", Keeps::Later),
+    GIVES("preferences: delete", &WithPreferences,
+          Shown(CrkRegistry::DeleteRegValue(u"theme")) + Shown(CrkRegistry::GetRegValueNames().size()), "CAtlException",
+          Keeps::Nothing),
     {"preferences: lists", &WithPreferences,
      [](Scene& s) {
          SECRegistry preferences;

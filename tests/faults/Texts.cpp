@@ -18,11 +18,6 @@ void Begin(Scene& scene) {
         scene.map.SetAt(key, kLong);
 }
 
-template <class Change> std::string Changed(Scene& scene, Change change) {
-    change(scene);
-    return "done";
-}
-
 using Pointers = std::array<const CString*, 3>;
 
 void Grow(Scene& scene) {
@@ -36,17 +31,13 @@ CString TextOf(const CrkFloatPoint& point) {
     return text;
 }
 
-/// A text that a call makes of the scene's.
-#define MAKES(name, ...) {name, &Begin, []([[maybe_unused]] Scene& s) { return Shown(__VA_ARGS__); }}
 /// A call that changes the scene.
 #define CHANGES(name, statement, ...)                                                                                  \
-    {name, &Begin, [](Scene& scene) {                                                                                  \
-         return Changed(scene, []([[maybe_unused]] Scene& s) { static_cast<void>(statement); });                       \
-     } __VA_OPT__(, ) __VA_ARGS__}
+    GIVES(name, &Begin, (static_cast<void>(statement), true)__VA_OPT__(, ) __VA_ARGS__)
 
 const Workload kRows[] = {
     CHANGES("text from UTF-8", s.text = CString("Überfahrt nach Łódź, 7 Tage, und wieder zurück")),
-    MAKES("text to UTF-8", s.text.ToUtf8().size()),
+    GIVES("text to UTF-8", &Begin, s.text.ToUtf8().size()),
     CHANGES("text: append", s.text += s.other),
     CHANGES("text: append itself", s.text += s.text),
     CHANGES("text: insert", s.text.Insert(3, s.other)),
@@ -61,37 +52,34 @@ const Workload kRows[] = {
     CHANGES("text: append a format", s.text.AppendFormat(u"%s of %d", s.text, 7)),
     CHANGES("text: set a unit", s.text.SetAt(2, u'x')),
     CHANGES("text: format", s.text.Format(u"%s: %d of %08.3f, %Lg", s.other, 7, 2.5, 1.0L)),
-    MAKES("text: join", s.text + s.other + u"!"),
-    MAKES("text: parts", s.text.Left(20) + s.text.Mid(5, 30) + s.text.Right(40) + s.text.SpanExcluding(u"xyz")),
-    MAKES("text: compare without case", s.text.CompareNoCase(s.other) < 0),
-    MAKES("text: find without case", s.text.FindNoCase(u"ŁÓDŹ")),
-    MAKES("texts: find a whole word", Strings::FindSubstring(s.text, u"schiff", false, true, 0)),
-    MAKES("texts: find in a list", Strings::FindCaseInsensitive(u"WÜRDEN", &s.list) != nullptr),
-    MAKES("texts: begins", Strings::BeginsWith(s.text, u"eine ÜBER", true)),
-    MAKES("texts: clean a topic's text", Strings::ReplaceInvalidTopicTextCharacters(s.text + u"\x1\x2<>\n\n")),
-    MAKES("texts: line breaks", Strings::ConvertLFsToCRLFPairs(u"one\ntwo\nthree\nfour and more than that\n")),
-    MAKES("texts: condense", Strings::CondenseString(s.text)),
-    MAKES("texts: shorten", Strings::ShortenString(s.text, 30)),
+    GIVES("text: join", &Begin, s.text + s.other + u"!"),
+    GIVES("text: parts", &Begin, s.text.Left(20) + s.text.Mid(5, 30) + s.text.Right(40) + s.text.SpanExcluding(u"xyz")),
+    GIVES("text: compare without case", &Begin, s.text.CompareNoCase(s.other) < 0),
+    GIVES("text: find without case", &Begin, s.text.FindNoCase(u"ŁÓDŹ")),
+    GIVES("texts: find a whole word", &Begin, Strings::FindSubstring(s.text, u"schiff", false, true, 0)),
+    GIVES("texts: find in a list", &Begin, Strings::FindCaseInsensitive(u"WÜRDEN", &s.list) != nullptr),
+    GIVES("texts: begins", &Begin, Strings::BeginsWith(s.text, u"eine ÜBER", true)),
+    GIVES("texts: clean a topic's text", &Begin, Strings::ReplaceInvalidTopicTextCharacters(s.text + u"\x1\x2<>\n\n")),
+    GIVES("texts: line breaks", &Begin, Strings::ConvertLFsToCRLFPairs(u"one\ntwo\nthree\nfour and more than that\n")),
+    GIVES("texts: condense", &Begin, Strings::CondenseString(s.text)),
+    GIVES("texts: shorten", &Begin, Strings::ShortenString(s.text, 30)),
     CHANGES("texts: wrap", Strings::InsertLineSeparators(&s.text, u"\r\n", 10, 5)),
-    MAKES("texts: combine", Strings::Combine(u", ", s.text, s.other, u"", /*skipEmptyParts=*/true)),
-    {"texts: format", &Begin,
-     [](Scene& s) { return Shown(Strings::Format(u"%s|%s|%d|%5.1f", s.text, s.other, 1234567, 12.25)); }, ""},
-    {"texts: format in order", &Begin,
-     [](Scene& s) { return Shown(Strings::FormatOrdered(u"%2$s and %1$s, %1$s", s.text, s.other)); }, ""},
-    MAKES("texts: bytes for people", Strings::MakeByteString(123456789)),
+    GIVES("texts: combine", &Begin, Strings::Combine(u", ", s.text, s.other, u"", /*skipEmptyParts=*/true)),
+    GIVES("texts: format", &Begin, Strings::Format(u"%s|%s|%d|%5.1f", s.text, s.other, 1234567, 12.25)),
+    GIVES("texts: format in order", &Begin, Strings::FormatOrdered(u"%2$s and %1$s, %1$s", s.text, s.other)),
+    GIVES("texts: bytes for people", &Begin, Strings::MakeByteString(123456789)),
     CHANGES("texts: tooltip", Strings::RemoveInvalidTooltipCharacters(s.text)),
     CHANGES("texts: parameters of a link",
             Strings::ExtractUrlParameters(u"http://host/path?name=value&other=another%20value&third=3", s.map),
             "CAtlException", Keeps::Nothing),
-    {"texts: value of a link", nullptr,
-     [](Scene&) { return Shown(Strings::ExtractUrlValue(u"http://host/path?name=value&other=x", u"OTHER")); },
-     "CAtlException"},
+    GIVES("texts: value of a link", nullptr, Strings::ExtractUrlValue(u"http://host/path?name=value&other=x", u"OTHER"),
+          "CAtlException"),
     CHANGES("texts: environment",
             Strings::ReplaceEnvironmentVariables(&(s.text = CString(u"at %HOME% and %TZ%, ") + s.text)), "*",
             Keeps::Nothing),
-    MAKES("texts: e-mail", Strings::IsValidEmail(u"somebody.else@mail.example.org")),
-    MAKES("texts: UTF-8 kept in a text", Strings::UnicodeToUtf8(s.text)),
-    MAKES("texts: numbers", Strings::StringToDouble(u"1250.75 and more")),
+    GIVES("texts: e-mail", &Begin, Strings::IsValidEmail(u"somebody.else@mail.example.org")),
+    GIVES("texts: UTF-8 kept in a text", &Begin, Strings::UnicodeToUtf8(s.text)),
+    GIVES("texts: numbers", &Begin, Strings::StringToDouble(u"1250.75 and more")),
     CHANGES("array: add", s.array.Add(s.text), "CAtlException"),
     CHANGES("array: insert", s.array.InsertAt(1, s.array[2]), "CAtlException"),
     CHANGES("array: count", s.array.SetCount(200), "CAtlException"),
@@ -104,20 +92,22 @@ const Workload kRows[] = {
     CHANGES("map: set again", s.map.SetAt(u"two", s.other + s.text), "CAtlException"),
     CHANGES("map: copy", s.map = decltype(s.map)(s.map), "CAtlException"),
     CHANGES("map: grow", Grow(s), "CAtlException", Keeps::Nothing),
-    MAKES("pointers: any of", CorvaneNSArrayAdditions::containsAnyObjectsIdenticalTo(
-                                  Pointers{&s.text, &s.other, nullptr}, Pointers{&s.other, nullptr, nullptr})),
-    MAKES("pointers: places of", CorvaneNSArrayAdditions::indexesOfObjects(Pointers{&s.text, &s.other, &s.text},
-                                                                           Pointers{&s.text, &s.other, &s.other})
-                                     .size()),
-    MAKES("XML: name", CrkXmlUtilities::StringToNCName(s.text, u'_', /*insertUnderscore=*/true)),
-    MAKES("XML: text", CrkXmlUtilities::StringToXmlString(s.text + u"\x1\x2", u'?')),
-    {"XML: unique URI", nullptr, [](Scene&) { return Shown(CrkXmlUtilities::GenerateUniqueUri().GetLength()); },
-     "system_error"},
-    {"GUID: new", nullptr, [](Scene&) { return Shown(CrkGuid() == CrkGuid()); }, "system_error"},
-    MAKES("GUID: text",
+    GIVES("pointers: any of", &Begin,
+          CorvaneNSArrayAdditions::containsAnyObjectsIdenticalTo(Pointers{&s.text, &s.other, nullptr},
+                                                                 Pointers{&s.other, nullptr, nullptr})),
+    GIVES("pointers: places of", &Begin,
+          CorvaneNSArrayAdditions::indexesOfObjects(Pointers{&s.text, &s.other, &s.text},
+                                                    Pointers{&s.text, &s.other, &s.other})
+              .size()),
+    GIVES("XML: name", &Begin, CrkXmlUtilities::StringToNCName(s.text, u'_', /*insertUnderscore=*/true)),
+    GIVES("XML: text", &Begin, CrkXmlUtilities::StringToXmlString(s.text + u"\x1\x2", u'?')),
+    GIVES("XML: unique URI", nullptr, CrkXmlUtilities::GenerateUniqueUri().GetLength(), "system_error"),
+    GIVES("GUID: new", nullptr, CrkGuid() == CrkGuid(), "system_error"),
+    GIVES("GUID: text", &Begin,
           CrkGuid::GuidToStringWithBraces(CrkGuid::StringToGuid(u"00112233-4455-6677-8899-aabbccddeeff"))),
-    MAKES("color: text", CrkBaseColorTable::GetColorText(0x0080FF)),
-    MAKES("geometry: text of a point", TextOf(CrkMathUtilities::GetEllipseEdgePoint({0, 0, 100, 40}, {0, 1}, 0))),
+    GIVES("color: text", &Begin, CrkBaseColorTable::GetColorText(0x0080FF)),
+    GIVES("geometry: text of a point", &Begin,
+          TextOf(CrkMathUtilities::GetEllipseEdgePoint({0, 0, 100, 40}, {0, 1}, 0))),
 };
 
 }  // namespace

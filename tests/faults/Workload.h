@@ -60,4 +60,10 @@ std::string Shown(Number value) {
     return std::to_string(value);
 }
 
+inline std::string Shown(std::string value) { return value; }
+
+/// A row whose call gives a value of the scene `s`; further results and what is kept may follow.
+#define GIVES(name, prepare, expression, ...)                                                                          \
+    {name, prepare, []([[maybe_unused]] Scene& s) { return Shown(expression); } __VA_OPT__(, ) __VA_ARGS__}
+
 }  // namespace faults
