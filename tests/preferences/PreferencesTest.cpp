@@ -1,9 +1,4 @@
-#include "RkUtilities/foundation/CAtlArray.h"
-#include "RkUtilities/preferences/ApplicationName.h"
-#include "RkUtilities/preferences/CrkRegistry.h"
-#include "RkUtilities/preferences/PreferenceState.h"
-#include "RkUtilities/preferences/SECRegistry.h"
-
+#include "RkUtilities/RkUtilities.h"
 #include "tests/support/InChild.h"
 #include "tests/support/ScopedFolder.h"
 #include "tests/support/ScopedVariable.h"
@@ -11,20 +6,17 @@
 #include <atomic>
 #include <cmath>
 #include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
 #include <functional>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <random>
 #include <sys/file.h>
+#include <sys/mman.h>
 #include <thread>
-#include <vector>
 
 namespace {
 
-constexpr std::uint32_t kAnyHost = 0;
-constexpr std::uint32_t kThisHost = 1;
+constexpr std::uint32_t kAnyHost = 0, kThisHost = 1;
 constexpr SECRegistry::CreatePermissions kRead{};
 
 /// The store is one in a process and is looked for once: each step of a test is a process of its own, that ends normally.
@@ -59,12 +51,7 @@ protected:
 };
 
 TEST_F(Preferences, KeepTypesAndEveryTextFromOneProcessToTheNext) {
-    const std::u16string_view texts[] = {u"",
-                                         {u"\0a\xD800\n\U0001F600", 6},
-                                         u"\xFEFF"
-                                         u"mark",
-                                         u"\xFFFE"
-                                         u"mark"};
+    const std::u16string_view texts[] = {u"", {u"\0a\xD800\n\U0001F600", 6}, u"\xFEFFmark", u"\xFFFEmark"};
     const CString large = std::u16string(1U << 20U, u'ä');
     InAProcess([&] {
         SECRegistry registry;
@@ -77,6 +64,16 @@ TEST_F(Preferences, KeepTypesAndEveryTextFromOneProcessToTheNext) {
             registry.SetValue(text, text);
         registry.SetValue(u"large", large);
         EXPECT_EQ(TextOf(texts[1]), texts[1]);  // seen at once
+        // A value is of the type that is written.
+        registry.SetValue(std::u16string(u"bytes"), "Jane");
+        registry.SetValue(CString(u"units").GetUTF16Ptr(), CString(u"Jane").GetUTF16Ptr());
+        registry.WriteValueToSystem(u"written", u"Jane");
+        for (const CString name : {u"bytes", u"units", u"written"})
+            EXPECT_EQ(CrkRegistry::GetRegKeyString(0, u"path", name), u"Jane");
+        registry.SetValue(u"count", -5);
+        EXPECT_EQ(registry.GetValueFromSystem(u"count", SECRegistry::Number), SECRegistry::Value(-5));
+        EXPECT_EQ(registry.GetValueFromSystem(u"written", SECRegistry::String), SECRegistry::Value(CString(u"Jane")));
+        EXPECT_EQ(registry.GetValueFromSystem(u"written", SECRegistry::Boolean), std::nullopt);
     });
     InAProcess([&] {
         const SECRegistry registry;
@@ -113,26 +110,6 @@ static_assert(Settable<bool> && Settable<int> && Settable<std::uint8_t> && Setta
 // Neither a cut number nor a pointer as a boolean.
 static_assert(!Settable<long> && !Settable<long double> && !Settable<void*> && !Settable<std::nullptr_t> &&
               !Settable<wchar_t>);
-
-TEST_F(Preferences, AreOfTheTypeThatIsWritten) {
-    InAProcess([] {
-        SECRegistry registry;
-        const CString jane = u"Jane";
-        const auto kept = [&](auto name, auto value) {
-            registry.SetValue(name, value);
-            return CrkRegistry::GetRegKeyString(0, u"path", name);
-        };
-        EXPECT_EQ(kept(u"literal", u"Jane"), jane);
-        EXPECT_EQ(kept(std::u16string(u"bytes"), "Jane"), jane);
-        EXPECT_EQ(kept(jane, std::u16string_view(u"Jane Doe", 4)), jane);
-        EXPECT_EQ(kept(jane.GetUTF16Ptr(), jane.GetUTF16Ptr()), jane);
-        registry.SetValue(u"count", -5);
-        registry.WriteValueToSystem(u"written", u"Jane");
-        EXPECT_EQ(registry.GetValueFromSystem(u"count", SECRegistry::Number), SECRegistry::Value(-5));
-        EXPECT_EQ(registry.GetValueFromSystem(u"written", SECRegistry::String), SECRegistry::Value(jane));
-        EXPECT_EQ(registry.GetValueFromSystem(u"written", SECRegistry::Boolean), std::nullopt);
-    });
-}
 
 TEST_F(Preferences, AreNumbersAndListsOfTextsListedAndDeleted) {
     const CAtlArray<CString> texts{u"a\nb\\n", u"", CString(std::u16string_view(u"\0\\", 2)), u"\xD800"};
@@ -187,7 +164,7 @@ TEST_F(Preferences, AreNumbersAndListsOfTextsListedAndDeleted) {
     });
 }
 
-TEST_F(Preferences, OfThisHostComeFirst) {
+TEST_F(Preferences, OfThisHostComeFirstAndThoseOfAnotherProcessAreSeenAfterOpen) {
     InAProcess([] {
         Set(kThisHost, u"name", u"here");
         Set(kAnyHost, u"name", u"anywhere");
@@ -195,77 +172,57 @@ TEST_F(Preferences, OfThisHostComeFirst) {
         Set(kAnyHost, u"other", u"anywhere");
         EXPECT_EQ(TextOf(u"other"), u"anywhere");
     });
-    InAProcess([] { EXPECT_EQ(TextOf(u"name"), u"here"); });
-}
-
-TEST_F(Preferences, OfAnotherProcessAreSeenAfterOpen) {
     InAProcess([] {
-        Set(kThisHost, u"name", u"old");
+        EXPECT_EQ(TextOf(u"name"), u"here");
         InAProcess([] { Set(kThisHost, u"name", u"new"); });  // after fork, the store is opened anew
-        EXPECT_EQ(TextOf(u"name"), u"old");
+        EXPECT_EQ(TextOf(u"name"), u"here");
         SECRegistry().Open(nullptr, kRead);
         EXPECT_EQ(TextOf(u"name"), u"new");
     });
 }
 
 TEST_F(Preferences, OfManyProcessesAndThreadsAreAllKept) {
-    constexpr int kValueCount = 100;
+    const auto forEachName = [](int part, const auto& visit) {
+        for (int i = 0; i < 50; ++i)
+            visit(CString(std::to_string(part) + "." + std::to_string(i)));
+    };
     std::vector<pid_t> children;
-    for (int process = 0; process < 8; ++process) {
-        children.push_back(Start([process] {
-            std::vector<std::jthread> threads;
-            for (int thread = 0; thread < 2; ++thread) {
-                threads.emplace_back([=] {
-                    for (int i = thread; i < kValueCount; i += 2) {
-                        CString name;
-                        name.Format(u"%d.%d", process, i);
-                        Set(kThisHost, name, name);
-                    }
-                });
-            }
+    for (int process = 0; process < 8; ++process)
+        children.push_back(Start([&] {
+            const auto setAll = [&](int part) { forEachName(part, [](auto name) { Set(kThisHost, name, name); }); };
+            const std::jthread one(setAll, process), another(setAll, process + 8);
         }));
-    }
     std::for_each(children.begin(), children.end(), ExpectItEndsWell);
-    InAProcess([] {
-        for (int process = 0; process < 8; ++process) {
-            for (int i = 0; i < kValueCount; ++i) {
-                CString name;
-                name.Format(u"%d.%d", process, i);
-                ASSERT_EQ(TextOf(name), name);
-            }
-        }
+    InAProcess([&] {
+        for (int part = 0; part < 16; ++part)
+            forEachName(part, [](const CString& name) { ASSERT_EQ(TextOf(name), name); });
     });
 }
 
 TEST_F(Preferences, ReportedAsStoredSurviveAKill) {
+    void* const shared = mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    auto& stored = *static_cast<std::atomic<std::uint32_t>*>(shared);
     std::mt19937 random(21);
     for (int round = 0; round < 20; ++round) {
-        int reports[2];
-        ASSERT_EQ(pipe(reports), 0);
+        stored = 0;
         const pid_t writer = Start([&] {
             SECRegistry registry;
             registry.Connect(kThisHost, nullptr, false);
-            for (std::uint32_t i = 1;; ++i) {
+            for (std::uint32_t i = 1;; stored = i++)
                 registry.SetValue(u"count", i);
-                if (write(reports[1], &i, sizeof i) != sizeof i)
-                    return;
-            }
         });
-        close(reports[1]);
-        std::uint32_t stored = 0;
-        ASSERT_EQ(read(reports[0], &stored, sizeof stored), static_cast<ssize_t>(sizeof stored));
+        while (stored == 0)
+            usleep(100);
         usleep(static_cast<useconds_t>(random() % 20000));
         kill(writer, SIGKILL);
-        while (read(reports[0], &stored, sizeof stored) == sizeof stored) {
-        }
-        close(reports[0]);
         waitpid(writer, nullptr, 0);
-        InAProcess([stored] {
+        InAProcess([&] {
             std::uint32_t found = 0;
             EXPECT_TRUE(SECRegistry().GetValue(u"count", found));
-            EXPECT_THAT(found, testing::AnyOf(stored, stored + 1));
+            EXPECT_THAT(found, testing::AnyOf(stored.load(), stored + 1));
         });
     }
+    munmap(shared, 4096);
 }
 
 TEST_F(Preferences, WaitInTheProcessWhileTheStorageFails) {
@@ -301,7 +258,8 @@ TEST_F(Preferences, BeginANewDatabaseWithWhatTheProcessKnows) {
         std::function<void()> happens;
     } misfortunes[] = {{false, [&] { std::filesystem::remove_all(m_folder.Path("config")); }},
                        {false, [&] { std::filesystem::rename(file, file + "-gone"); }},
-                       {true, [&] { overwrite(0, "no database"); }},
+                       {true, [&] { m_folder.Write(m_database, "no database"); }},
+                       {true, [&] { m_folder.Write(m_database, "another, in the same second as a rule"); }},
                        {true, [&] { overwrite(18, "\3"); }},  // a header of a later version, which must not be written
                        {true, [&] { overwrite(47, "\5"); }},  // a schema of a later version
                        {true, [&] { std::filesystem::remove(file), std::filesystem::create_directory(file); }},
@@ -325,18 +283,8 @@ TEST_F(Preferences, BeginANewDatabaseWithWhatTheProcessKnows) {
         });
         InAProcess([] { EXPECT_EQ(TextOf(u"stored").GetLength() + TextOf(u"large").GetLength(), 100006); });
     }
-}
-
-TEST_F(Preferences, PutEachDamagedDatabaseAside) {
-    for (int round = 1; round <= 3; ++round) {  // in one second, as a rule
-        m_folder.Write(m_database, std::string(5000, static_cast<char>('a' + round)));
-        InAProcess([&] {
-            Set(kAnyHost, u"name", u"new");
-            std::ifstream aside(rk::GetPreferenceState().damagedDatabase, std::ios::binary);
-            EXPECT_EQ(aside.get(), 'a' + round);
-        });
-        EXPECT_EQ(m_folder.EntryCount("config/mind_maps"), 1U + static_cast<unsigned>(round));
-    }
+    EXPECT_EQ(m_folder.EntryCount("config/mind_maps"),
+              2U + 6U);  // the database, the one that is gone, and each damaged one
 }
 
 TEST_F(Preferences, WaitTwoSecondsForALockedFolder) {
