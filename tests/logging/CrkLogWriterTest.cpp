@@ -1,18 +1,11 @@
-#include "RkUtilities/logging/CrkLogTypes.h"
-#include "RkUtilities/preferences/ApplicationName.h"
-
 #include "../support/Failure.h"
 #include "../support/ScopedVariable.h"
 #include "LogFolder.h"
 
 #include <climits>
-#include <cstdlib>
 #include <gmock/gmock.h>
 #include <pthread.h>
 #include <sstream>
-#include <sys/stat.h>
-#include <unistd.h>
-#include <utility>
 
 namespace fs = std::filesystem;
 
@@ -48,24 +41,18 @@ TEST(LogEntry, HoldsItsPiecesAsTheyAre) {
 
 TEST(LogWriter, AdmitsByLevelThenExclusionThenInclusion) {
     const std::string on = "<ls:Enable>true</ls:Enable>", all = "<ls:IncludeCategory>*</ls:IncludeCategory>",
-                      cache = "<ls:IncludeCategory>Cache</ls:IncludeCategory>",
-                      notCache =
-                          "<ls:ExcludeCategory>Cache</ls:ExcludeCategory><ls:ExcludeCategory>*</ls:ExcludeCategory>";
-    struct Case {
-        std::string settings;
-        int canLogUpTo;
-        std::string written;
-    };
-    const Case cases[] = {
+                      cache = "<ls:IncludeCategory>Cache</ls:IncludeCategory>";
+    const std::tuple<std::string, int, std::string> cases[] = {
         {all, -2, ""},
         {on, 6, ""},
         {on + all + "<ls:Level>LogError</ls:Level>", 2, "/Error/1 General/Error/2 Cache//3 "},
         {on + cache, 6, "Cache//3 "},
-        {on + all + cache + notCache, 6, "/Error/1 General/Error/2 cache/Debug/4 "},
+        {on + all + cache + "<ls:ExcludeCategory>Cache</ls:ExcludeCategory><ls:ExcludeCategory>*</ls:ExcludeCategory>",
+         6, "/Error/1 General/Error/2 cache/Debug/4 "},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.settings);
-        const LogFolder folder("<x>" + c.settings + "</x>");
+    for (const auto& [settings, canLogUpTo, expected] : cases) {
+        SCOPED_TRACE(settings);
+        const LogFolder folder("<x>" + settings + "</x>");
         folder.Write(folder.Active());
         Writer::LogInternal(Writer::LogError, u"1", u"", u"", {});
         Writer::Log(Writer::LogError, u"2", u"");
@@ -73,11 +60,11 @@ TEST(LogWriter, AdmitsByLevelThenExclusionThenInclusion) {
         Writer::Log(Writer::LogDebug, u"4", u"cache");
         Writer::Log(static_cast<Writer::ErkLogLevel>(7), u"5");
         std::string written;
-        for (const std::string& entry : Entries(folder.Read(folder.Active())))
+        for (const std::string& entry : folder.Logged())
             written += entry + " ";
-        EXPECT_EQ(written, c.written);
+        EXPECT_EQ(written, expected);
         for (int level = -1; level <= 7; ++level)
-            EXPECT_EQ(Writer::CanLog(static_cast<Writer::ErkLogLevel>(level)), level <= c.canLogUpTo);
+            EXPECT_EQ(Writer::CanLog(static_cast<Writer::ErkLogLevel>(level)), level <= canLogUpTo);
     }
 }
 
@@ -98,9 +85,7 @@ TEST(LogWriter, FillsInWhatIsNotGivenAndWritesAnyTextAsUtf8) {
         entries.push_back(Field(line, "Category") + Field(line, "Id").substr(34) + Field(line, "Description") +
                           Field(line, "Body"));
     EXPECT_THAT(entries, ElementsAre("GeneralAB1", "c002", "General00d3", "cABd4", "GeneralAB5", "cAB6",
-                                     "\xEF\xBF\xBD"
-                                     "AB" +
-                                         std::string(1, '\0') + "\xEF\xBF\xBDz\xE4\xB8\xAD\xF0\x9F\x98\x80"));
+                                     std::string("\uFFFDAB\0\uFFFDz\u4E2D\U0001F600", 17)));
 }
 
 TEST(LogWriter, WritesWhatThePublicTextsSayAtAnyLength) {
@@ -121,12 +106,10 @@ TEST(LogWriter, WritesWhatThePublicTextsSayAtAnyLength) {
 
 TEST(LogWriter, FollowsItsFolderItsNameAndTheHomeFolder) {
     const LogFolder folder;
-    folder.MakeFolder("one");
-    folder.MakeFolder("two");
+    folder.Make({"one/", "two/"});
     const CString path = Writer::m_path, name = Writer::m_activeFileName;
-    const std::string home = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "";
     for (const char* const at : {"one", "two"}) {
-        setenv("HOME", folder.Path(at).c_str(), 1);
+        const ScopedVariable home("HOME", folder.Path(at).c_str());
         Writer::m_path = u"~/";
         Writer::Log(kLevel, u"home");
         Writer::m_path = folder.Text(std::string(at) + "/");
@@ -137,12 +120,9 @@ TEST(LogWriter, FollowsItsFolderItsNameAndTheHomeFolder) {
         Writer::m_activeFileName = name;
     }
     Writer::m_path = path;
-    setenv("HOME", home.c_str(), 1);
-    for (const std::string at : {"one/", "two/"}) {
-        EXPECT_THAT(Entries(folder.Read(at + "messages.xml")), ElementsAre("General/Info/home"));
-        EXPECT_THAT(Entries(folder.Read(at + "x")), ElementsAre("General/Info/x"));
-        EXPECT_THAT(Entries(folder.Read(at + "y")), ElementsAre("General/Info/y"));
-    }
+    for (const std::string at : {"one/", "two/"})
+        for (const auto& [file, message] : {std::pair("messages.xml", "home"), {"x", "x"}, {"y", "y"}})
+            EXPECT_THAT(Entries(folder.Read(at + file)), ElementsAre(std::string("General/Info/") + message));
 }
 
 TEST(LogWriter, GoesOnFromWhateverTheFileHolds) {
@@ -169,13 +149,13 @@ TEST(LogWriter, GoesOnFromWhateverTheFileHolds) {
     }
     fs::remove_all(folder.Path("log"));  // the folder is made again, and the file
     Writer::Log(kLevel, u"first");
-    EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre("General/Info/first"));
+    EXPECT_THAT(folder.Logged(), ElementsAre("General/Info/first"));
     folder.Write(folder.Active(), folder.Read(folder.Active()) + "<");  // one byte more than we left, and one less
     Writer::Log(kLevel, u"more");
-    EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre("General/Info/first", "General/Info/more"));
+    EXPECT_THAT(folder.Logged(), ElementsAre("General/Info/first", "General/Info/more"));
     fs::resize_file(folder.ActivePath(), fs::file_size(folder.ActivePath()) - 1);
     Writer::Log(kLevel, u"less");
-    EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre("General/Info/first", "General/Info/less"));
+    EXPECT_THAT(folder.Logged(), ElementsAre("General/Info/first", "General/Info/less"));
 }
 
 TEST(LogWriter, ReportsOrDropsWhatCannotBeWrittenTellsItAndReleasesItsMutex) {
@@ -192,18 +172,13 @@ TEST(LogWriter, ReportsOrDropsWhatCannotBeWrittenTellsItAndReleasesItsMutex) {
     EXPECT_EQ(noSpace.name, folder.Text(folder.Active()));
     EXPECT_TRUE(isFree());
     EXPECT_EQ(state(), "0 write the entry: No space left on device");
-    fs::remove(folder.ActivePath());
-    folder.MakeFolder(folder.Active());
     Writer::m_tellsFirstFailure = true;
     testing::internal::CaptureStderr();
     folder.Init();
-    Writer::Log(kLevel, u"a folder has the name");
-    fs::remove(folder.ActivePath());
-    folder.Link(folder.Active(), "/missing/messages.xml");
-    Writer::Log(kLevel, u"a link that leads nowhere");
-    fs::remove(folder.ActivePath());
-    folder.Link(folder.Active(), folder.ActivePath());
-    Writer::Log(kLevel, u"a link to itself");
+    for (const std::string inTheWay : {"/", ">/missing/messages.xml", ">messages.xml"}) {  // the last, a link to itself
+        folder.Replace(inTheWay);
+        Writer::Log(kLevel, u"dropped");
+    }
     Writer::m_tellsFirstFailure = false;
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Log: open the file: Is a directory\n");
     EXPECT_EQ(state(), "3 open the file: Too many levels of symbolic links");
@@ -222,18 +197,19 @@ TEST(LogWriter, ReportsOrDropsWhatCannotBeWrittenTellsItAndReleasesItsMutex) {
 TEST(LogWriter, TellsWhetherItIsOnAndWhyNot) {
     using Mode = rk::LogState::Mode;
     const LogFolder folder;
-    const auto stateWith = [&](const char* settings) {
+    for (const auto& [settings, mode, fault] : {
+             std::tuple{LogFolder::kEverything, Mode::On, ""},
+             {"<x/>", Mode::Disabled, ""},
+             {"<x>\n\n</y>", Mode::BadSettings, "line 3: mismatched tag"},
+             {"<!DOCTYPE x [\n<!ENTITY a 'b'>]><x/>", Mode::BadSettings, "line 2: an entity is declared"},
+         }) {
         folder.Write("settings.xml", settings);
         folder.Init();
         const rk::LogState state = Writer::GetLogState();
         EXPECT_EQ(state.settingsFile, folder.Path("settings.xml"));
-        return std::pair(state.mode, state.settingsFault);
-    };
-    EXPECT_EQ(stateWith(LogFolder::kEverything), std::pair(Mode::On, std::string()));
-    EXPECT_EQ(stateWith("<x/>"), std::pair(Mode::Disabled, std::string()));
-    EXPECT_EQ(stateWith("<x>\n\n</y>"), std::pair(Mode::BadSettings, std::string("line 3: mismatched tag")));
-    EXPECT_EQ(stateWith("<!DOCTYPE x [\n<!ENTITY a 'b'>]><x/>"),
-              std::pair(Mode::BadSettings, std::string("line 2: an entity is declared")));
+        EXPECT_EQ(state.mode, mode);
+        EXPECT_EQ(state.settingsFault, fault);
+    }
     fs::remove(folder.Path("settings.xml"));
     folder.Init();
     EXPECT_EQ(Writer::GetLogState().settingsFault, "No such file or directory");
@@ -247,24 +223,21 @@ TEST(LogWriter, IsForItsOwnerAndWritesToNothingThatANeighbourPutThere) {
     Writer::Log(kLevel, u"1");
     EXPECT_EQ(folder.Status(folder.Active()).st_mode & 0777, 0600U);
     Writer::Log(kLevel, u"2");
-    EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre("General/Info/1", "General/Info/2"));
+    EXPECT_THAT(folder.Logged(), ElementsAre("General/Info/1", "General/Info/2"));
 
     folder.Write("target", folder.Read(folder.Active()));  // as long as the file that the writer left
-    const auto expectUnchanged = [&](const char* what) {
-        Writer::Log(kLevel, u"3");
-        EXPECT_THAT(Entries(folder.Read("target")), ElementsAre("General/Info/1", "General/Info/2")) << what;
+    for (const char* const neighbours : {">../target", "|", "hard link"}) {
         fs::remove(folder.ActivePath());
-    };
-    fs::remove(folder.ActivePath());
-    folder.Link(folder.Active(), folder.Path("target"));
-    expectUnchanged("a link");
-    fs::create_hard_link(folder.Path("target"), folder.ActivePath());
-    expectUnchanged("a hard link");
-    ASSERT_EQ(mkfifo(folder.ActivePath().c_str(), 0666), 0);
-    expectUnchanged("a pipe");
+        if (*neighbours == 'h')
+            fs::create_hard_link(folder.Path("target"), folder.ActivePath());
+        else
+            folder.Replace(neighbours);
+        Writer::Log(kLevel, u"3");
+        EXPECT_THAT(Entries(folder.Read("target")), ElementsAre("General/Info/1", "General/Info/2")) << neighbours;
+    }
     EXPECT_EQ(Writer::GetLogState().droppedEntries, 3U);
     fs::permissions(folder.Path("log"), fs::perms::owner_all);
-    folder.Link(folder.Active(), folder.Path("target"));  // where only its owner may write, a link is the owner's wish
+    folder.Replace(">../target");  // where only its owner may write, a link is the owner's wish
     Writer::Log(kLevel, u"3");
     EXPECT_EQ(Entries(folder.Read("target")).back(), "General/Info/3");
 }
@@ -295,8 +268,7 @@ TEST(LogWriter, MovesAFileAsideThatIsLongerThanTheLimit) {
 
 TEST(LogWriter, KeepsTheNewestBackupsAndReplacesNoneWhereTheyAreCounted) {
     const LogFolder folder;
-    folder.Write("log/messages.x1.xml");  // another program's
-    folder.Write("log/messages.8.xml");
+    folder.Make({"log/messages.x1.xml", "log/messages.8.xml"});  // the first is another program's
     Writer::m_maxFileLength = 0;
     Writer::m_maxBackupCount = 3;
     for (const char16_t* const message : {u"1", u"2", u"3", u"4", u"5"})
@@ -342,7 +314,7 @@ TEST(LogWriter, TellsWhichProcessLogs) {
                                       "\" host=\"[^\" ]*\" program=\"a%22%25%3C%26%3E%7F%0A\u00E9\" "
                                       "library=\"[0-9.]+\" system=\"Linux [^\"]* [^\"]*\"$");
     };
-    EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre(line("\\+05:30", "ABC"), line("-01:00", "XYZ")));
+    EXPECT_THAT(folder.Logged(), ElementsAre(line("\\+05:30", "ABC"), line("-01:00", "XYZ")));
 }
 
 TEST(LogWriter, StartsAndStopsAnyNumberOfTimesAndDropsWithoutALock) {
@@ -367,9 +339,8 @@ TEST(LogWriter, StartsAndStopsAnyNumberOfTimesAndDropsWithoutALock) {
     EXPECT_FALSE(Writer::CanLog(Writer::LogEmergency));
     folder.Init();
     Writer::Log(Writer::LogError, u"2", u"a");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "<?a?>&\xC3\xA9"
-                                                      "2");
-    EXPECT_THAT(Entries(folder.Read(folder.Active())), ElementsAre("a/Error/&amp;\xC3\xA9", "a/Error/2"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "<?a?>&\u00E92");
+    EXPECT_THAT(folder.Logged(), ElementsAre("a/Error/&amp;\xC3\xA9", "a/Error/2"));
 }
 
 }  // namespace

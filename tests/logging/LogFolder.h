@@ -1,13 +1,8 @@
 #pragma once
 
-#include "RkUtilities/logging/CrkLogWriter.h"
-
 #include "../support/ScopedFolder.h"
+#include "RkUtilities/RkUtilities.h"
 
-#include <algorithm>
-#include <filesystem>
-#include <string>
-#include <string_view>
 #include <vector>
 
 /// A folder with settings and a log, and the writer switched on for it; all of it goes with the object.
@@ -28,13 +23,18 @@ public:
     void Init() const { CrkLogWriter::Init(Text("settings.xml"), Text(m_logName)); }
     std::string Active() const { return m_logName + "messages.xml"; }
     std::string ActivePath() const { return Path(Active()); }
+    std::vector<std::string> Logged() const;
+    /// Puts something in the active file's place: "=content", "/", ">target", "|".
+    void Replace(const std::string& kind) const {
+        std::filesystem::remove_all(ActivePath());
+        Make({Active() + kind});
+    }
     /// The names of what stands in the log's folder beside the active file.
     std::vector<std::string> Backups() const {
         std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(Path(m_logName))) {
+        for (const auto& entry : std::filesystem::directory_iterator(Path(m_logName)))
             if (entry.path() != ActivePath())
                 names.push_back(m_logName + entry.path().filename().string());
-        }
         return names;
     }
 
@@ -61,3 +61,4 @@ inline std::vector<std::string> Entries(std::string_view file) {
     }
     return entries;
 }
+inline std::vector<std::string> LogFolder::Logged() const { return Entries(Read(Active())); }

@@ -1,7 +1,5 @@
 // Threads and processes that log into one folder at once, and those that end or fail in the middle of it.
 
-#include "RkUtilities/foundation/UserLocale.h"
-
 #include "../support/Failure.h"
 #include "../support/InChild.h"
 #include "../support/ScopedFileSizeLimit.h"
@@ -69,7 +67,7 @@ TEST(LogSharing, LeavesWholeEntriesWhenAWriterIsKilled) {
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
         Writer::Log(Writer::LogInfo, u"after");
-        for (const std::string& entry : Entries(folder.Read(folder.Active())))
+        for (const std::string& entry : folder.Logged())
             ASSERT_TRUE(entry.size() == 3'000'013 || entry == "General/Info/after") << entry.substr(0, 500);
         std::filesystem::remove(folder.ActivePath());
     }
@@ -93,7 +91,7 @@ TEST(LogSharing, PutsTheFileBackWhenASizeLimitStrikesAndGoesOnAfterwards) {
         EXPECT_EQ(std::filesystem::file_size(folder.ActivePath()), length);
         EXPECT_GT(length + entry.size(), limit);
         Writer::Log(Writer::LogInfo, u"2");
-        EXPECT_EQ(Entries(folder.Read(folder.Active())).back(), "General/Info/2");
+        EXPECT_EQ(folder.Logged().back(), "General/Info/2");
     }
 }
 
@@ -143,7 +141,7 @@ TEST(LogSharing, LetsAChildLogThatIsForkedWhileOtherThreadsDo) {
     logs.join();
     makesFormats.join();
     rk::SetUserLocale("");
-    const std::vector<std::string> entries = Entries(folder.Read(folder.Active()));
+    const std::vector<std::string> entries = folder.Logged();
     EXPECT_EQ(std::count(entries.begin(), entries.end(), "General/Info/child"), kChildren);
     EXPECT_EQ(std::count(entries.begin(), entries.end(), "torn"), 0);
 }
@@ -164,8 +162,7 @@ TEST(LogSharing, TakesAMessageFromTheDestructorOfAStaticObject) {
         lastObject.isWanted = true;
         std::exit(0);
     }));
-    EXPECT_EQ(Entries(folder.Read(folder.Active())),
-              std::vector<std::string>({"General/Info/before", "General/Info/the end"}));
+    EXPECT_EQ(folder.Logged(), std::vector<std::string>({"General/Info/before", "General/Info/the end"}));
 }
 
 }  // namespace
