@@ -6,9 +6,7 @@
 
 #include <atomic>
 #include <climits>
-#include <gtest/gtest.h>
 #include <latch>
-#include <sys/stat.h>
 #include <thread>
 #include <vector>
 
@@ -18,13 +16,8 @@ using P = CrkPathUtilities;
 
 /// A home folder of the test's own, without variables that lead elsewhere.
 class ScopedHome : public ScopedFolder {
-public:
-    explicit ScopedHome(const char* config = nullptr, const char* data = nullptr)
-        : m_home("HOME", Path().substr(0, Path().size() - 1).c_str()), m_config("XDG_CONFIG_HOME", config),
-          m_data("XDG_DATA_HOME", data) {}
-
-private:
-    ScopedVariable m_home, m_config, m_data, m_caches{"XDG_CACHE_HOME", nullptr};
+    ScopedVariable m_home{"HOME", Path().substr(0, Path().size() - 1).c_str()}, m_config{"XDG_CONFIG_HOME", nullptr},
+        m_data{"XDG_DATA_HOME", nullptr}, m_caches{"XDG_CACHE_HOME", nullptr};
 };
 
 TEST(SpecialFolders, AreThoseOfTheUserAndNeverMade) {
@@ -75,45 +68,38 @@ TEST(SpecialFolders, FollowTheVariablesAndTheSettingsFile) {
                   {"XDG_MUSIC_DIRX=\"$HOME/Klang\"", "Music"},
                   {"XDG_MUSIC_DIR", "Music"}};
     const ScopedHome home;
-    for (const char* folder : {"Klang", "a\"b$\\", "one", "two", "open", "Music"})
-        home.MakeFolder(folder);
+    home.Make({"Klang/", "a\"b$\\/", "one/", "two/", "open/", "Music/"});
     for (const auto& c : kCases) {
         home.Write(".config/user-dirs.dirs", c.line);
         EXPECT_EQ(P::GetSpecialFolderPath(P::MusicFolder), c.folder ? home.Text(c.folder) : CString()) << c.line;
     }
 
-    const ScopedFolder elsewhere;
-    const ScopedHome otherHome((elsewhere.Path("config/")).c_str(), "relative");
-    elsewhere.Write("config/user-dirs.dirs", "XDG_DESKTOP_DIR=\"" + elsewhere.Path("desk") + "\"");
-    EXPECT_EQ(P::GetSpecialFolderPath(P::PreferencesFolder), elsewhere.Text("config"));
-    elsewhere.MakeFolder("desk");
-    EXPECT_EQ(P::GetSpecialFolderPath(P::DesktopFolder), elsewhere.Text("desk"));
-    otherHome.MakeFolder(".local/share");
-    EXPECT_EQ(P::GetSpecialFolderPath(P::ApplicationSupportFolder), otherHome.Text(".local/share"));
+    home.Write("config/user-dirs.dirs", "XDG_DESKTOP_DIR=\"" + home.Path("desk") + "\"");
+    home.Make({"desk/", ".local/share/"});
+    const ScopedVariable config("XDG_CONFIG_HOME", home.Path("config/").c_str()), data("XDG_DATA_HOME", "relative");
+    for (const auto& [code, folder] : {std::pair(P::PreferencesFolder, "config"),
+                                       {P::DesktopFolder, "desk"},
+                                       {P::ApplicationSupportFolder, ".local/share"}})
+        EXPECT_EQ(P::GetSpecialFolderPath(code), home.Text(folder));
 }
 
 TEST(ReadOnlyFlag, IsTheOwnersPermissionToWriteAndNothingElse) {
     const ScopedFolder folder;
     const CString file = folder.Write("map", "x");
-    const std::string path = folder.Path("map");
     for (const unsigned mode : {0644U, 0600U, 04775U, 0222U, 0000U, 0577U, 0066U}) {
         SCOPED_TRACE(mode);
-        ASSERT_EQ(chmod(path.c_str(), mode), 0);
-        const auto modified = std::filesystem::last_write_time(path);
-        const auto modeIs = [&path](unsigned expected) {
-            return static_cast<unsigned>(std::filesystem::status(path).permissions()) == expected;
-        };
+        folder.SetMode("map", mode);
+        const auto modified = std::filesystem::last_write_time(folder.Path("map"));
         const bool writable = (mode & S_IWUSR) != 0;
-        EXPECT_EQ(P::IsFileReadOnly(file), !writable);
-        EXPECT_EQ(P::MakeFileReadOnly(file), writable);
-        EXPECT_FALSE(P::MakeFileReadOnly(file));
+        for (const bool first : {true, false})
+            EXPECT_EQ(P::MakeFileReadOnly(file), first && writable);
         EXPECT_TRUE(P::IsFileReadOnly(file));
-        EXPECT_TRUE(modeIs(mode & ~static_cast<unsigned>(S_IWUSR)));
-        EXPECT_TRUE(P::MakeFileReadWrite(file));
-        EXPECT_FALSE(P::MakeFileReadWrite(file));
+        EXPECT_EQ(folder.Mode("map"), mode & ~static_cast<unsigned>(S_IWUSR));
+        for (const bool first : {true, false})
+            EXPECT_EQ(P::MakeFileReadWrite(file), first);
         EXPECT_FALSE(P::IsFileReadOnly(file));
-        EXPECT_TRUE(modeIs(mode | S_IWUSR));
-        EXPECT_EQ(std::filesystem::last_write_time(path), modified);
+        EXPECT_EQ(folder.Mode("map"), mode | S_IWUSR);
+        EXPECT_EQ(std::filesystem::last_write_time(folder.Path("map")), modified);
     }
     const CString link = folder.Link("link", "map");  // answers for what it leads to, but changes nothing
     EXPECT_FALSE(P::MakeFileReadOnly(link));
@@ -135,9 +121,7 @@ TEST(ReadOnlyFlag, ThrowsWhenTheFileBelongsToSomebodyElse) {
     const ScopedFolder folder;
     const CString file = folder.Write("map");
     const ScopedNobody nobody(folder);
-    ASSERT_EQ(seteuid(0), 0);
-    ASSERT_EQ(chown(folder.Path("map").c_str(), 0, 0), 0);
-    ASSERT_EQ(seteuid(65534), 0);
+    ASSERT_EQ(seteuid(0) + chown(folder.Path("map").c_str(), 0, 0) + seteuid(65534), 0);
     const Failure failure = FailureOf([&] { P::MakeFileReadOnly(file); });
     EXPECT_EQ(failure.cause, CFileException::accessDenied);
     EXPECT_EQ(failure.name, file);
@@ -145,55 +129,45 @@ TEST(ReadOnlyFlag, ThrowsWhenTheFileBelongsToSomebodyElse) {
 
 TEST(Existence, OfBothMakesASubFolderOfWhatBeginsAlike) {
     const ScopedFolder folder;
-    const CString file = folder.Write("file"), sub = folder.MakeFolder("sub");
-    const CString within = folder.MakeFolder("sub/x"), likewise = folder.MakeFolder("subway");
-    EXPECT_TRUE(P::IsSubFolder(sub, sub));
-    EXPECT_TRUE(P::IsSubFolder(sub, within));
-    EXPECT_TRUE(P::IsSubFolder(sub, likewise));
-    EXPECT_FALSE(P::IsSubFolder(within, sub));
-    EXPECT_FALSE(P::IsSubFolder(sub, sub + u"/none"));
-    EXPECT_FALSE(P::IsSubFolder(file, file));
-    EXPECT_FALSE(P::IsSubFolder(u"", sub));
+    folder.Make({"file", "sub/x/", "subway/"});
+    constexpr std::tuple<const char*, const char*, bool> kCases[] = {
+        {"sub", "sub", true},       {"sub", "sub/x", true},  {"sub", "subway", true}, {"sub/x", "sub", false},
+        {"sub", "sub/none", false}, {"file", "file", false}, {"none", "sub", false}};
+    for (const auto& [path, below, is] : kCases)
+        EXPECT_EQ(P::IsSubFolder(folder.Text(path), folder.Text(below)), is) << path << ' ' << below;
+    EXPECT_FALSE(P::IsSubFolder(u"", folder.Text("sub")));
 }
 
 TEST(Existence, ComparesWhatTheSystemCallsTheOpenFiles) {
     const ScopedFolder folder;
-    const CString a = folder.Write("a.map", "x"), upper = folder.Write("A.MAP", "y"), b = folder.Write("b.map", "x");
-    const CString link = folder.Link("link", "a.map"), sub = folder.MakeFolder("sub"), pipe = folder.Text("pipe");
-    ASSERT_EQ(mkfifo(folder.Path("pipe").c_str(), 0600), 0);
+    folder.Make({"a.map=x", "A.MAP=y", "b.map=x", "link>a.map", "broken>nowhere", "sub/", "pipe|", "gone (deleted)"});
     std::filesystem::create_hard_link(folder.Path("b.map"), folder.Path("hard"));
-    const CString deleted = folder.Write("gone (deleted)");
+    const CString a = folder.Text("a.map"), b = folder.Text("b.map");
     const ScopedCurrentFolder current(folder.Path("sub"));
-    for (const CString& same : {a, link, upper, CString(u"../sub/../a.map")})
+    for (const CString& same : {a, folder.Text("link"), folder.Text("A.MAP"), CString(u"../sub/../a.map")})
         EXPECT_TRUE(P::ComparePaths(a, same)) << same;
-    EXPECT_TRUE(P::ComparePaths(sub, u"."));
-    EXPECT_TRUE(P::ComparePaths(deleted, deleted));
-    EXPECT_TRUE(P::ComparePaths(pipe, pipe));  // no process writes into it, and the call does not wait
+    EXPECT_TRUE(P::ComparePaths(folder.Text("sub"), u"."));
+    for (const char* itself :
+         {"gone (deleted)", "pipe"})  // no process writes into the pipe, and the call does not wait
+        EXPECT_TRUE(P::ComparePaths(folder.Text(itself), folder.Text(itself)));
     EXPECT_FALSE(P::ComparePaths(a, b));
     EXPECT_FALSE(P::ComparePaths(b, folder.Text("hard")));
-    for (const CString& none : {folder.Text("none"), folder.Link("broken", "nowhere"), CString(), a + u'\0'})
+    for (const CString& none : {folder.Text("none"), folder.Text("broken"), CString(), a + u'\0'})
         EXPECT_FALSE(P::ComparePaths(none, none)) << none;
-    std::filesystem::permissions(folder.Path("a.map"), std::filesystem::perms::owner_write);
+    folder.SetMode("a.map", 0200);
     const ScopedNobody nobody(folder);
-    EXPECT_FALSE(P::ComparePaths(a, link));
+    EXPECT_FALSE(P::ComparePaths(a, folder.Text("link")));
 }
 
-TEST(Existence, IsAssuredForAFolderAndAllThatLeadToIt) {
+TEST(Existence, IsAssuredAlsoBelowTheHomeFolderAndByBackslashes) {
     const ScopedHome home;
-    home.Make({"file", "broken>nowhere", "sub/", "tosub>sub"});
+    home.Make({"sub/", "tosub>sub"});
     const ScopedCurrentFolder current(home.Path());
-    const std::pair<CString, const char*> assured[] = {{u"a/b/c", "a/b/c"},     {u"a/b/c", "a/b/c"},
-                                                       {u"w\\x\\y\\", "w/x/y"}, {home.Text("d/e/"), "d/e"},
-                                                       {u"tosub/k", "sub/k"},   {u"~\\maps/new", "maps/new"}};
-    for (const auto& [path, made] : assured) {
+    for (const auto& [path, made] :
+         {std::pair(CString(u"w\\x\\y\\"), "w/x/y"), {u"tosub/k", "sub/k"}, {u"~\\maps/new", "maps/new"}}) {
         EXPECT_TRUE(P::AssurePathExists(path)) << path;
         EXPECT_TRUE(home.Has(made)) << path;
     }
-    for (const CString& path : {home.Text(std::string(256, 'n') + "/x"), home.Text("file"), home.Text("file/x/y"),
-                                home.Text("broken"), CString(), home.Text("cut") + u'\0'})
-        EXPECT_FALSE(P::AssurePathExists(path)) << path;
-    EXPECT_EQ(home.Read("file"), "");
-    EXPECT_FALSE(home.Has("cut"));
 }
 
 TEST(Existence, IsAssuredForAllWhoAskAtTheSameTime) {

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <climits>
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <random>
 #include <span>
 #include <sys/file.h>
@@ -88,15 +87,23 @@ TEST(FileSystem, MakesOneFolderOrTheWholeChain) {
     const std::string longest(255, 'n'), tooLong(256, 'n'), tooLongBelow = "a/" + tooLong, cut("a\0b", 3);
     const struct {
         std::string name;
-        bool asOne, asChain;
-    } cases[] = {{"new", true, true},          {"closing/", true, true},
-                 {"folder/new", true, true},   {"a/b/c/d/e/f/g/h", false, true},
-                 {"a//b/./c//", false, true},  {"a/../b", false, true},
-                 {"folder/", false, false},    {"file", false, false},
-                 {"file/new", false, false},   {"nowhere", false, false},
-                 {"", false, false},           {"a/\xE9", false, true},
-                 {longest, true, true},        {tooLong, false, false},
-                 {tooLongBelow, false, false}, {cut, false, false}};
+        bool asOne, asChain, isThere = false;
+    } cases[] = {{"new", true, true},
+                 {"closing/", true, true},
+                 {"folder/new", true, true},
+                 {"a/b/c/d/e/f/g/h", false, true},
+                 {"a//b/./c//", false, true},
+                 {"a/../b", false, true},
+                 {"folder/", false, false, true},
+                 {"file", false, false},
+                 {"file/new", false, false},
+                 {"nowhere", false, false},
+                 {"", false, false, true},
+                 {"a/\xE9", false, true},
+                 {longest, true, true},
+                 {tooLong, false, false},
+                 {tooLongBelow, false, false},
+                 {cut, false, false}};
     for (const auto& c : cases) {
         for (const bool wholeChain : {false, true}) {
             SCOPED_TRACE(c.name);
@@ -109,9 +116,14 @@ TEST(FileSystem, MakesOneFolderOrTheWholeChain) {
             EXPECT_EQ(files.DirectoryExists(path), existed || makes);
             EXPECT_FALSE(wholeChain ? files.MakePath(path) : files.MakeDirectory(path));
         }
+        const ScopedFolder folder;
+        folder.Make({"file", "folder/", "nowhere>missing"});
+        EXPECT_EQ(CrkPathUtilities::AssurePathExists(folder.Text(c.name)), c.asChain || c.isThere) << c.name;
+        EXPECT_EQ(files.DirectoryExists(folder.Text(c.name)), c.asChain || c.isThere);
+        EXPECT_EQ(folder.Read("file"), "");
     }
-    EXPECT_FALSE(files.MakePath(CString()));
-    EXPECT_FALSE(files.MakeDirectory(CString()));
+    EXPECT_FALSE(files.MakePath(CString()) || files.MakeDirectory(CString()) ||
+                 CrkPathUtilities::AssurePathExists(u""));
 }
 
 TEST(FileSystem, RenamesToAFreeNameAndMovesAcrossFileSystems) {
@@ -415,9 +427,8 @@ TEST(FileSystem, EndsCopyingIntoItself) {
     const ScopedFolder folder;
     MakeTree(folder, "from");
     const std::vector<std::string> before = Picture(folder, "from");
-    EXPECT_EQ(files.CopyFiles(folder.Text("from"), folder.Text("from"), 0x2, 0), 1);
-    EXPECT_EQ(files.CopyFiles(folder.Text("from"), folder.Text("missing"), 0, 0), 1);
-    EXPECT_EQ(files.CopyFiles(folder.Text("missing"), folder.Text("from"), 0, 0), 1);
+    for (const auto& [from, to] : {std::pair("from", "from"), {"from", "missing"}, {"missing", "from"}})
+        EXPECT_EQ(files.CopyFiles(folder.Text(from), folder.Text(to), 0x2, 0), 1);
     EXPECT_EQ(Picture(folder, "from"), before);
     EXPECT_FALSE(folder.Has("missing"));
     EXPECT_EQ(files.CopyFiles(folder.Text("from"), folder.Text("from/empty"), 0, 0), 1);
