@@ -11,11 +11,8 @@
 #include <RkUtilities/xml/CrkXmlUtilities.h>
 
 #include <gtest/gtest.h>
-
-#include <array>
 #include <random>
 #include <set>
-#include <string>
 #include <unicode/gregocal.h>
 
 using namespace mindmap;

@@ -4,8 +4,6 @@
 #include "mindmap/measure/Style.h"
 #include "mindmap/write/BranchColors.h"
 
-#include <array>
-#include <cmath>
 #include <gtest/gtest.h>
 
 using namespace mindmap;
@@ -89,20 +87,19 @@ TEST(Legend, LiesBelowTheMapAndHoldsItsTexts) {
 }
 
 TEST(Legend, NamesColorsInTheUsersLanguage) {
-    constexpr std::array<const char16_t*, 8> kNames[] = {
-        {u"Blue", u"Brick red", u"Green", u"Violet", u"Ochre", u"Teal", u"Raspberry", u"Slate"},
-        {u"Blau", u"Ziegelrot", u"Grün", u"Violett", u"Ocker", u"Petrol", u"Himbeerrot", u"Schiefergrau"},
-        {u"青", u"れんが色", u"緑", u"紫", u"黄土色", u"青緑", u"紅紫", u"スレート色"},
+    constexpr std::pair<const char*, std::array<const char16_t*, 8>> kNames[] = {
+        {"en_GB", {u"Blue", u"Brick red", u"Green", u"Violet", u"Ochre", u"Teal", u"Raspberry", u"Slate"}},
+        {"de_AT", {u"Blau", u"Ziegelrot", u"Grün", u"Violett", u"Ocker", u"Petrol", u"Himbeerrot", u"Schiefergrau"}},
+        {"ja_JP", {u"青", u"れんが色", u"緑", u"紫", u"黄土色", u"青緑", u"紅紫", u"スレート色"}},
     };
-    constexpr std::array<const char*, 3> kLocales = {"en_GB", "de_AT", "ja_JP"};
     const Outline outline = Mains(8);
     const MapLayout map = LayOut(outline);
     EXPECT_EQ(MakeLegend(outline, map).entries[0].name, u"{2B,6C,B0}");  // no table is set
     const ScopedColorNames names;
-    for (std::size_t language = 0; language < kLocales.size(); ++language) {
-        const ScopedUserLocale locale(kLocales[language]);
+    for (const auto& [language, expected] : kNames) {
+        const ScopedUserLocale locale(language);
         const Legend legend = MakeLegend(outline, map);
         for (std::size_t i = 0; i < 8; ++i)
-            EXPECT_EQ(legend.entries[i].name, kNames[language][i]);
+            EXPECT_EQ(legend.entries[i].name, expected[i]);
     }
 }

@@ -83,10 +83,8 @@ inline std::string SvgOf(const Outline& outline, const MapLayout& map) {
 /// How many elements of each name a document has, and what its text says; `isWellFormed` is an XML parser's word.
 struct XmlFacts {
     bool isWellFormed = false;
-    std::multiset<std::string> elements;
-    std::multiset<std::string> ids;
-    std::set<std::string> guids;
-    std::set<std::string> links;
+    std::multiset<std::string> elements, ids;
+    std::set<std::string> guids, links;
     std::string text;
 };
 

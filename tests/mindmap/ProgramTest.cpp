@@ -7,26 +7,18 @@
 #include "MapInvariants.h"
 
 #include <csignal>
-#include <fstream>
-#include <gtest/gtest.h>
 #include <sstream>
-#include <sys/stat.h>
 
 using namespace mindmap;
 
 namespace {
 
-/// Runs of the program in a folder of their own, with settings of their own.
+/// Runs of the program in a folder of their own, which is the current one, with settings of their own.
 class Program : public testing::Test {
 protected:
     static void SetUpTestSuite() {
         static const ScopedFolder settings;
         setenv("XDG_CONFIG_HOME", settings.Path().c_str(), 1);
-    }
-
-    std::string Put(std::string_view name, std::string_view content) const {
-        m_folder.Write(name, content);
-        return m_folder.Path(name);
     }
 
     int Run(const std::vector<std::string_view>& arguments) {
@@ -35,7 +27,15 @@ protected:
         m_in.clear();
         return RunProgram(arguments, m_in, m_out, m_err);
     }
-
+    void Draw(const std::vector<std::string_view>& arguments) { EXPECT_EQ(Run(arguments), 0) << m_err.str(); }
+    /// What a run complains of; status and all output when it is none.
+    std::string Complaint(const std::vector<std::string_view>& arguments) {
+        const int status = Run(arguments);
+        const std::string said = m_err.str();
+        return status == 1 && said.starts_with("mindmap: ") && said.ends_with('\n') && m_out.str().empty()
+                   ? said.substr(9, said.size() - 10)
+                   : std::to_string(status) + m_out.str() + said;
+    }
     /// Status and all output of a run in a process of its own, as settings are read once.
     std::string RunAlone(const std::vector<std::string_view>& arguments) {
         return InChild([&] {
@@ -43,19 +43,24 @@ protected:
             return std::to_string(status) + '\n' + m_err.str() + m_out.str();
         });
     }
+    bool IsMap(const std::string& name) const { return ParseXml(m_folder.Read(name)).isWellFormed; }
+    bool Holds(const std::string& name, std::string_view part) const {
+        return m_folder.Read(name).find(part) != std::string::npos;
+    }
 
-    ScopedFolder m_folder;
+    ScopedFolder m_folder{std::filesystem::canonical(std::filesystem::temp_directory_path())};
+    ScopedCurrentFolder m_here{m_folder.Path()};
     std::istringstream m_in;
-    std::ostringstream m_out;
-    std::ostringstream m_err;
+    std::ostringstream m_out, m_err;
 };
 
 TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun) {
-    const std::string outline = Put("plan.opml", R"(<opml><body><outline text='A &lt;&amp; "B"'>
+    m_folder.Write("plan.opml", R"(<opml><body><outline text='A &lt;&amp; "B"'>
         <outline text='C' url='https://x.org/?a&amp;b' amount='€ 1284.5'/><outline text='D' amount='1 EUR' url='javascript:alert(1)'/></outline></body></opml>)");
     const ScopedVariable maps("RK_MAPS", m_folder.Path().c_str());
-    ASSERT_EQ(Run({outline, "-o", "%RK_MAPS%plan.svg", "--locale", "de_DE"}), 0) << m_err.str();
+    Draw({"plan.opml", "-o", "%RK_MAPS%plan.svg", "--locale", "de_DE"});
     EXPECT_EQ(m_err.str(), "");
+    EXPECT_NE(m_out.str().find("plan.log/messages.xml"), std::string::npos);
     const XmlFacts map = ParseXml(m_folder.Read("plan.svg"));
     ASSERT_TRUE(map.isWellFormed);
     EXPECT_EQ(map.elements.count("ellipse"), 1U);
@@ -63,60 +68,48 @@ TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun) {
     EXPECT_EQ(map.guids.begin()->size(), 36U);
     EXPECT_EQ(map.links, std::set<std::string>{"https://x.org/?a&b"});
     EXPECT_NE(map.text.find("A <& \"B\"\nΣ 1.285,50 €"), std::string::npos);
+    EXPECT_TRUE(Holds("plan.log/messages.xml", "<l:Body>Read 3 topics from "));
+    EXPECT_TRUE(ParseXml("<log xmlns:l='l'>" + m_folder.Read("plan.log/messages.xml") + "</log>").isWellFormed);
 
-    EXPECT_NE(m_out.str().find(m_folder.Path("plan.log/messages.xml")), std::string::npos);
-    const std::string log = m_folder.Read("plan.log/messages.xml");
-    EXPECT_NE(log.find("<l:Body>Read 3 topics from "), std::string::npos);
-    EXPECT_TRUE(ParseXml("<log xmlns:l='l'>" + log + "</log>").isWellFormed);
-
-    Put("plan.log/settings.xml", "<off/>");
-    std::filesystem::remove(m_folder.Path("plan.log/messages.xml"));
-    EXPECT_EQ(Run({outline}), 0);
+    std::filesystem::remove("plan.log/messages.xml");
+    m_folder.Write("plan.log/settings.xml", "<off/>");
+    Draw({"plan.opml"});
     EXPECT_EQ(m_out.str().find("Log: "), std::string::npos);
 }
 
 TEST_F(Program, NeverOverwritesAMapUnlessToldTo) {
-    const std::string outline = Put("plan.md", "# Plan\n- a\n");
-    const std::string log = m_folder.Path("log/");
-    const ScopedCurrentFolder here(m_folder.Path());
-    Put("map.svg", "old");
-    m_folder.Link("map (2).svg", "nowhere");
-    Put(".svg", "old");
-    ASSERT_EQ(Run({"--log", log, outline, "-o", "map.svg"}), 0) << m_err.str();
-    EXPECT_TRUE(ParseXml(m_folder.Read("map (3).svg")).isWellFormed);
+    m_folder.Make({"plan.md=# Plan\n- a\n", "map.svg=old", "map (2).svg>nowhere", ".svg=old"});
+    Draw({"--log", "log/", "plan.md", "-o", "map.svg"});
+    EXPECT_TRUE(IsMap("map (3).svg"));
     EXPECT_EQ(m_out.str().find("map (3).svg: 2 topics on 2 levels, "), 0U);
     EXPECT_NE(m_out.str().find("; map.svg stays as it was (see --replace)\n"), std::string::npos);
-    EXPECT_EQ(Run({"--log", log, outline, "-o", ".svg"}), 1);  // no name that a number could follow
+    EXPECT_EQ(Run({"--log", "log/", "plan.md", "-o", ".svg"}), 1);  // no name that a number could follow
     EXPECT_EQ(m_folder.Read("map.svg") + m_folder.Read(".svg"), "oldold");
     EXPECT_EQ(m_folder.EntryCount(), 6U);
 
     m_folder.Make({"0600 kept.svg=old", "link.svg>kept.svg"});
-    ASSERT_EQ(Run({"--log", log, outline, "--replace", "-o", m_folder.Path("link.svg")}), 0) << m_err.str();
-    EXPECT_TRUE(ParseXml(m_folder.Read("kept.svg")).isWellFormed);
-    EXPECT_TRUE(std::filesystem::is_symlink(m_folder.Path("link.svg")));
+    Draw({"--log", "log/", "plan.md", "--replace", "-o", "link.svg"});
+    EXPECT_TRUE(IsMap("kept.svg"));
+    EXPECT_TRUE(std::filesystem::is_symlink("link.svg"));
     EXPECT_EQ(m_folder.Mode("kept.svg"), 0600U);
     EXPECT_EQ(m_folder.EntryCount(), 8U);
 }
 
 TEST_F(Program, GivesEachOfManyRunsAtOnceAMapOfItsOwn) {
-    const std::string outline = Put("plan.md", "# Plan\n- a\n");
-    constexpr int kRunCount = 12;
-    const std::string log = m_folder.Path("log");
-    const std::string map = m_folder.Path("map.svg");
-    std::vector<pid_t> runs;
-    for (int i = 0; i < kRunCount; ++i)
-        runs.push_back(StartChild([&] { EXPECT_EQ(Run({outline, "-o", map, "--log", log}), 0); }));
-    for (const pid_t run : runs)
-        ExpectItEndsWell(run);
-    for (int i = 2; i <= kRunCount; ++i)
-        EXPECT_TRUE(ParseXml(m_folder.Read("map (" + std::to_string(i) + ").svg")).isWellFormed) << i;
-    EXPECT_EQ(m_folder.EntryCount(), kRunCount + 2U);
+    m_folder.Write("plan.md", "# Plan\n- a\n");
+    std::vector<pid_t> runs(12);
+    for (pid_t& run : runs)
+        run = StartChild([&] { Draw({"plan.md", "-o", "map.svg", "--log", "log"}); });
+    std::for_each(runs.begin(), runs.end(), ExpectItEndsWell);
+    for (std::size_t i = 2; i <= runs.size(); ++i)
+        EXPECT_TRUE(IsMap("map (" + std::to_string(i) + ").svg")) << i;
+    EXPECT_EQ(m_folder.EntryCount(), runs.size() + 2);
 }
 
 TEST_F(Program, RemembersThemeShapesAndLastFolder) {
     const ScopedVariable settings("XDG_CONFIG_HOME", m_folder.Path("settings").c_str());
     m_folder.Make({"maps/plan.md=- a\n - b\n", "elsewhere/"});
-    const std::string maps = std::filesystem::canonical(m_folder.Path("maps")).string();
+    const std::string maps = m_folder.Path("maps");
     const ScopedCurrentFolder here(m_folder.Path("elsewhere"));
     const auto shown = [&](const std::string& theme, const std::string& shapes, const std::string& folder) {
         return "0\ntheme=" + theme + "\nshapes=" + shapes + "\nfolder=" + folder + "\nKept in " +
@@ -127,16 +120,14 @@ TEST_F(Program, RemembersThemeShapesAndLastFolder) {
     EXPECT_EQ(RunAlone({"--set", "theme=dark", "--set", "shapes=square"}), shown("dark", "square", ""));
     EXPECT_EQ(RunAlone({"../maps/plan.md"}).substr(0, 2), "0\n");
     EXPECT_EQ(RunAlone({"--settings"}), shown("dark", "square", maps));
-    const std::string dark = m_folder.Read("maps/plan.svg");
-    EXPECT_NE(dark.find("fill=\"#161B22\""), std::string::npos);
-    EXPECT_EQ(dark.find("rx=\"6\""), std::string::npos);
+    EXPECT_TRUE(Holds("maps/plan.svg", "fill=\"#161B22\"") && !Holds("maps/plan.svg", "rx=\"6\""));
 
     EXPECT_EQ(RunAlone({"plan.md", "--set", "theme=light"}).find("0\n" + maps + "/plan (2).svg: "), 0U);
-    EXPECT_NE(m_folder.Read("maps/plan (2).svg").find("fill=\"#FCFBF8\""), std::string::npos);
+    EXPECT_TRUE(Holds("maps/plan (2).svg", "fill=\"#FCFBF8\""));
     EXPECT_EQ(RunAlone({"--set", "folder=../maps/"}), shown("light", "square", maps));
     EXPECT_EQ(RunAlone({"--set", "folder="}), shown("light", "square", ""));
 
-    constexpr std::array<std::string_view, 2> kWrong[] = {
+    constexpr std::pair<std::string_view, const char*> kWrong[] = {
         {"theme=blue", "theme is light or dark, not blue"},
         {"shapes=", "shapes is rounded or square or pill, not empty"},
         {"folder=none", "no such folder: none"},
@@ -145,97 +136,67 @@ TEST_F(Program, RemembersThemeShapesAndLastFolder) {
     };
     for (const auto& [assignment, complaint] : kWrong)
         EXPECT_EQ(RunAlone({"--set", "theme=dark", "--set", assignment}),
-                  "2\nmindmap: " + std::string(complaint) + "; see mindmap --help\n");
+                  std::string("2\nmindmap: ") + complaint + "; see mindmap --help\n");
     EXPECT_EQ(RunAlone({"--settings"}), shown("light", "square", ""));
 }
 
 TEST_F(Program, DrawsWhereNothingCanBeRemembered) {
-    const std::string outline = Put("plan.md", "# Plan\n- a\n");
-    const ScopedVariable settings("XDG_CONFIG_HOME", outline.c_str());
-    EXPECT_EQ(RunAlone({outline}).substr(0, 2), "0\n");
-    EXPECT_NE(m_folder.Read("plan.log/messages.xml").find("the settings cannot be kept"), std::string::npos);
+    m_folder.Write("plan.md", "# Plan\n- a\n");
+    const ScopedVariable settings("XDG_CONFIG_HOME", m_folder.Path("plan.md").c_str());
+    EXPECT_EQ(RunAlone({"plan.md"}).substr(0, 2), "0\n");
+    EXPECT_TRUE(Holds("plan.log/messages.xml", "the settings cannot be kept"));
     EXPECT_EQ(RunAlone({"--set", "theme=dark"}).find("1\nmindmap: the settings cannot be kept: "), 0U);
 }
 
 TEST_F(Program, TellsInOneLineWhatIsWrongAndLeavesTheMapAsItWas) {
-    // An outline, its content (null: no such file) and the complaint.
-    constexpr std::array<const char*, 3> kCases[] = {
-        {"none.opml", nullptr, "none.opml: No such file or directory\n"},
-        {"gone/none.opml", nullptr, "gone/none.opml: No such file or directory\n"},
-        {"empty.txt", "", "empty.txt: the outline has no topic\n"},
-        {"bad.opml", "<opml>\n<body>\n<outline text=>", "bad.opml:3: not well-formed (invalid token)\n"},
-        {"bad.txt", "a\n\xC3", "bad.txt:2: is no text in UTF-8\n"},
+    m_folder.Make({"map.svg=old", "empty.txt", "bad.opml=<opml>\n<body>\n<outline text=>", "bad.txt=a\n\xC3",
+                   "plan.txt=a\n b\n", "folder.svg/", "0400 kept.svg=old", "pipe.svg|"});
+    // An outline, a map (null: the old one), and what is said. The pipe stands for a device, which root would replace.
+    constexpr std::tuple<const char*, const char*, const char*> kCases[] = {
+        {"none.opml", "map.svg", "none.opml: No such file or directory"},
+        {"gone/none.opml", "map.svg", "gone/none.opml: No such file or directory"},
+        {".", "map.svg", ".: Is a directory"},
+        {"empty.txt", "map.svg", "empty.txt: the outline has no topic"},
+        {"bad.opml", "map.svg", "bad.opml:3: not well-formed (invalid token)"},
+        {"bad.txt", "map.svg", "bad.txt:2: is no text in UTF-8"},
+        {"plan.txt", "folder.svg", "folder.svg: is a folder"},
+        {"plan.txt", "kept.svg", "kept.svg: is read-only"},
+        {"plan.txt", "pipe.svg", "pipe.svg: is a device or a pipe"},
+        {"plan.txt", "missing/map.svg", "missing/map.svg: No such file or directory"},
     };
-    const std::string map = Put("map.svg", "old");
-    for (const auto& [outline, content, complaint] : kCases) {
-        if (content != nullptr)
-            Put(outline, content);
-        EXPECT_EQ(Run({m_folder.Path(outline), "-o", map}), 1) << outline;
-        EXPECT_EQ(m_err.str(), "mindmap: " + m_folder.Path(complaint));
-        EXPECT_EQ(m_out.str(), "");
-        EXPECT_EQ(m_folder.Read("map.svg"), "old");
-    }
-    EXPECT_EQ(Run({m_folder.Path(), "-o", map}), 1);  // a folder
-    const std::string log = m_folder.Read("map.log/messages.xml");
-    EXPECT_NE(log.find("<l:Severity>Error</l:Severity>"), std::string::npos);
-}
-
-TEST_F(Program, LeavesAMapThatItCannotReplace) {
-    const std::string outline = Put("plan.txt", "a\n b\n");
-    m_folder.MakeFolder("folder.svg");
-    EXPECT_EQ(Run({outline, "-o", m_folder.Path("folder.svg")}), 1);
-    EXPECT_EQ(m_err.str(), "mindmap: " + m_folder.Path("folder.svg: is a folder\n"));
-    const std::string kept = Put("kept.svg", "old");
-    std::filesystem::permissions(kept, std::filesystem::perms::owner_read);
-    EXPECT_EQ(Run({outline, "-o", kept, "--replace"}), 1);
-    EXPECT_EQ(m_err.str(), "mindmap: " + kept + ": is read-only\n");
-    EXPECT_EQ(m_folder.Read("kept.svg"), "old");
-    const std::string pipe = m_folder.Path("pipe.svg");  // as a device, which root would replace
-    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    EXPECT_EQ(Run({outline, "-o", pipe, "--replace"}), 1);
-    EXPECT_EQ(m_err.str(), "mindmap: " + pipe + ": is a device or a pipe\n");
-    EXPECT_TRUE(std::filesystem::is_fifo(pipe));
-    EXPECT_EQ(Run({outline, "-o", m_folder.Path("missing/map.svg")}), 1);
-    EXPECT_FALSE(m_folder.Has("missing"));
-}
-
-TEST_F(Program, LeavesTheMapAsItWasWhenTheDiskIsFull) {
-    const std::string outline = Put("plan.txt", "a\n b\n");
-    const std::string map = Put("map.svg", "old");
+    for (const auto& [outline, map, complaint] : kCases)
+        EXPECT_EQ(Complaint({outline, "-o", map, "--replace", "--log", "log"}), complaint);
     const std::size_t entryCount = m_folder.EntryCount();
     std::signal(SIGXFSZ, SIG_IGN);
     {
         const ScopedFileSizeLimit full(1000);
-        EXPECT_EQ(Run({outline, "--replace", "-o", map, "--log", m_folder.Path("log")}), 1);
+        EXPECT_EQ(Complaint({"plan.txt", "--replace", "-o", "map.svg", "--log", "another"}), "map.svg: File too large");
     }
-    EXPECT_EQ(m_err.str(), "mindmap: " + map + ": File too large\n");
-    EXPECT_EQ(m_folder.Read("map.svg"), "old");
-    EXPECT_EQ(m_folder.EntryCount(), entryCount + 1);  // the log alone is new
+    EXPECT_EQ(m_folder.EntryCount(), entryCount + 1);  // its log alone is new
+    EXPECT_EQ(m_folder.Read("map.svg") + m_folder.Read("kept.svg"), "oldold");
+    EXPECT_TRUE(std::filesystem::is_fifo("pipe.svg") && !m_folder.Has("missing"));
+    EXPECT_TRUE(Holds("log/messages.xml", "<l:Severity>Error</l:Severity>"));
 }
 
 TEST_F(Program, StandsInAPipe) {
-    const ScopedCurrentFolder here(m_folder.Path());
-    constexpr std::string_view kOutlines[] = {
-        "- a\n - b\n", "# a\n- b\n", "a\n b\n",
-        "<opml><body><outline text='a'><outline text='b'/></outline></body></opml>"};
-    for (const std::string_view outline : kOutlines) {
-        m_in.str(std::string(outline));
-        EXPECT_EQ(Run({"-"}), 0) << m_err.str();
+    constexpr const char* kOutlines[] = {"- a\n - b\n", "# a\n- b\n", "a\n b\n",
+                                         "<opml><body><outline text='a'><outline text='b'/></outline></body></opml>"};
+    for (const char* const outline : kOutlines) {
+        m_in.str(outline);
+        Draw({"-"});
         const XmlFacts map = ParseXml(m_out.str());
         EXPECT_TRUE(map.isWellFormed && map.guids.size() == 2) << outline;
     }
     m_in.str("- a\n - b\n");
-    EXPECT_EQ(Run({"-", "-o", "map.svg", "--log", "log"}), 0);
-    EXPECT_TRUE(ParseXml(m_folder.Read("map.svg")).isWellFormed);
+    Draw({"-", "-o", "map.svg", "--log", "log"});
+    EXPECT_TRUE(IsMap("map.svg"));
     EXPECT_EQ(Run({"map.svg", "-o", "-"}), 1);
     m_in.str("a\n\xC3");
-    EXPECT_EQ(Run({"-"}), 1);
-    EXPECT_EQ(m_err.str(), "mindmap: standard input:2: is no text in UTF-8\n");
-    EXPECT_EQ(m_out.str(), "");
+    EXPECT_EQ(Complaint({"-"}), "standard input:2: is no text in UTF-8");
     EXPECT_EQ(m_folder.EntryCount(), 2U);  // the map and its log
-    ASSERT_EQ(mkfifo("pipe", 0600), 0);    // as process substitution makes one
+    m_folder.Make({"pipe|"});              // as process substitution makes one
     const pid_t writer = StartChild([] { std::ofstream("pipe") << "- a\n - b\n"; });
-    EXPECT_EQ(Run({"pipe", "-o", "-"}), 0) << m_err.str();
+    Draw({"pipe", "-o", "-"});
     ExpectItEndsWell(writer);
     for (const char* argument : {"--help", "-"}) {
         std::ofstream full("/dev/full");
@@ -249,35 +210,30 @@ TEST_F(Program, StandsInAPipe) {
 
 TEST_F(Program, TellsNothingOfTheEnvironmentUnlessToldTo) {
     const ScopedVariable secret("RK_SECRET", "s3cret");
-    const std::string outline = Put("a.opml", "<opml><body><outline text='a' url='%RK_SECRET%'/></body></opml>");
-    EXPECT_EQ(Run({outline, "--replace"}), 0);
-    EXPECT_EQ(m_folder.Read("a.svg").find("s3cret"), std::string::npos);
-    EXPECT_EQ(Run({outline, "--replace", "--expand"}), 0);
-    EXPECT_NE(m_folder.Read("a.svg").find("s3cret"), std::string::npos);
+    m_folder.Write("a.opml", "<opml><body><outline text='a' url='%RK_SECRET%'/></body></opml>");
+    Draw({"a.opml", "--replace"});
+    EXPECT_FALSE(Holds("a.svg", "s3cret"));
+    Draw({"a.opml", "--replace", "--expand"});
+    EXPECT_TRUE(Holds("a.svg", "s3cret"));
 }
 
 TEST_F(Program, KeepsNamesFromForgingTheLogAndTheTerminal) {
-    const std::string folder = m_folder.Path("a<b&\x1B[2J");
-    std::filesystem::create_directory(folder);
-    EXPECT_EQ(Run({folder + "/none<l:Severity>Critical\x1B.txt", "--log", m_folder.Path("log")}), 1);
+    m_folder.MakeFolder("a<b&\x1B[2J");
+    EXPECT_EQ(Run({"a<b&\x1B[2J/none<l:Severity>Critical\x1B.txt", "--log", "log"}), 1);
     EXPECT_EQ(m_err.str().find('\x1B'), std::string::npos);
-    const std::string log = m_folder.Read("log/messages.xml");
-    const XmlFacts facts = ParseXml("<log xmlns:l='l'>" + log + "</log>");
+    const XmlFacts facts = ParseXml("<log xmlns:l='l'>" + m_folder.Read("log/messages.xml") + "</log>");
     EXPECT_TRUE(facts.isWellFormed);
     EXPECT_EQ(facts.elements.count("l:Severity"), 3U);  // the start, the run and its failure
 }
 
 TEST_F(Program, ExplainsItselfAndRefusesWhatItDoesNotUnderstand) {
-    EXPECT_EQ(Run({"--help"}), 0);
+    Draw({"--help"});
     const std::string help = m_out.str();
     EXPECT_NE(help.find("Usage: mindmap"), std::string::npos);
     EXPECT_LT(std::count(help.begin(), help.end(), '\n'), 25);
-
-    const std::string outline = Put("a.txt", "a");
-    const std::string link = m_folder.Path("link.svg");
-    m_folder.Link("link.svg", "a.txt");
+    m_folder.Make({"a.txt=a", "link.svg>a.txt"});
     const std::vector<std::string_view> kWrong[] = {
-        {}, {"--frob"}, {outline, outline}, {outline, "-o"}, {outline, "-o", outline}, {outline, "-o", link}};
+        {}, {"--frob"}, {"a.txt", "a.txt"}, {"a.txt", "-o"}, {"a.txt", "-o", "a.txt"}, {"a.txt", "-o", "link.svg"}};
     for (const auto& arguments : kWrong)
         EXPECT_EQ(Run(arguments), 2) << m_err.str();
     EXPECT_EQ(m_folder.Read("a.txt"), "a");
