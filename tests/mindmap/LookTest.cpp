@@ -4,6 +4,7 @@
 #include "mindmap/measure/Style.h"
 #include "mindmap/write/BranchColors.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 
 using namespace mindmap;
