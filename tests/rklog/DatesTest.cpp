@@ -9,11 +9,8 @@
 #include "LogText.h"
 
 #include <RkUtilities/logging/CrkLogWriter.h>
-
 #include <chrono>
-#include <filesystem>
 #include <unicode/datefmt.h>
-#include <unicode/locid.h>
 
 using namespace rklog;
 using namespace std::chrono_literals;
@@ -23,23 +20,15 @@ namespace {
 
 constexpr Seconds kUtcOf2001 = 978307200;
 
-/// The short texts of a locale as ICU makes them.
-class ShortTexts {
-public:
-    ShortTexts(const icu::Locale& locale, icu::DateFormat::EStyle timeStyle)
-        : m_format(icu::DateFormat::createDateTimeInstance(icu::DateFormat::kShort, timeStyle, locale)) {}
-    std::string Of(Seconds utc) const {
+/// The short texts of a locale as ICU makes them, with a time or without.
+auto ShortTexts(const icu::Locale& locale, icu::DateFormat::EStyle timeStyle) {
+    const std::shared_ptr<icu::DateFormat> format(
+        icu::DateFormat::createDateTimeInstance(icu::DateFormat::kShort, timeStyle, locale));
+    return [format](Seconds utc) {
         icu::UnicodeString text;
         std::string utf8;
-        return m_format->format(static_cast<double>(utc) * 1000, text).toUTF8String(utf8);
-    }
-
-private:
-    std::unique_ptr<icu::DateFormat> m_format;
-};
-
-void SetLastChange(const std::string& path, std::chrono::sys_days day) {
-    std::filesystem::last_write_time(path, std::chrono::file_clock::from_sys(std::chrono::sys_seconds(day)));
+        return format->format(static_cast<double>(utc) * 1000, text).toUTF8String(utf8);
+    };
 }
 
 constexpr std::string_view kLogStart =
@@ -52,12 +41,11 @@ std::string TimeOf(EntryTimes& times, const Entry& entry) {
     return (time.time ? IsoText(*time.time) : "-") + (time.process ? " " + time.process->Name() : "");
 }
 
-Entry EntryOf(std::string_view timestamp, std::string_view thread, std::string_view category = "A",
-              std::string_view message = "m") {
+Entry EntryOf(std::string_view timestamp, std::string_view thread, std::string_view message = "m") {
     Entry entry;
     entry.timestamp = timestamp;
     entry.thread = thread;
-    entry.category = category;
+    entry.category = message == "m" ? "A" : "Application Start";
     entry.message = message;
     return entry;
 }
@@ -71,22 +59,23 @@ TEST(Dates, OfEveryLocaleAreReadAtEveryHour) {
     ASSERT_GT(count, 500);
     for (int32_t i = 0; i < count; ++i) {
         SCOPED_TRACE(locales[i].getName());
-        const ShortTexts dates(locales[i], icu::DateFormat::kNone), texts(locales[i], icu::DateFormat::kShort);
+        const auto dateOf = ShortTexts(locales[i], icu::DateFormat::kNone);
+        const auto textOf = ShortTexts(locales[i], icu::DateFormat::kShort);
         const DateReader reader(StyleOf([&](const CTime& time) {
-            return CString(dates.Of(static_cast<Seconds>(time.GetCFAbsoluteTime()) + kUtcOf2001));
+            return CString(dateOf(static_cast<Seconds>(time.GetCFAbsoluteTime()) + kUtcOf2001));
         }));
         for (int hour = 0; hour < 24; ++hour) {  // with all months, and days that tell the orders apart and others
             const Seconds utc = *WallOfDay(2024 + hour % 9, 1 + hour * 5 % 12, 1 + hour * 7 % 28) +
                                 hour * (kSecondsOfHour + 2 * kSecondsOfMinute);
-            ASSERT_EQ(reader.Read(texts.Of(utc)), utc) << texts.Of(utc);
+            ASSERT_EQ(reader.Read(textOf(utc)), utc) << textOf(utc);
         }
     }
     for (const char* const name : {"en_US", "de_DE", "zh_TW", "fa_IR", "ee_TG"}) {  // the oracle writes as the log does
         const ScopedUserLocale locale(name);
-        const ShortTexts texts(name, icu::DateFormat::kShort);
-        const std::string before = texts.Of(std::time(nullptr));
+        const auto textOf = ShortTexts(name, icu::DateFormat::kShort);
+        const std::string before = textOf(std::time(nullptr));
         const std::string written = CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle).ToUtf8();
-        EXPECT_TRUE(written == before || written == texts.Of(std::time(nullptr))) << written;
+        EXPECT_TRUE(written == before || written == textOf(std::time(nullptr))) << written;
     }
 }
 
@@ -102,12 +91,12 @@ TEST(Dates, AreRecognisedByWhatTheLogHolds) {
     const ScopedVariable zone("TZ", "UTC");
     using enum DateStyle::Order;
     const ScopedFolder folder;
-    const DateStyle german{.order = DayMonthYear, .days = {}};
     const struct {
         std::string log;
         DateStyle::Order order;
-        bool isAmbiguous;
-        bool isReadable = true;
+        bool isAmbiguous, isReadable = true;
+        std::chrono::sys_days lastChange = 2027y / June / 1;
+        DateStyle::Order users = DayMonthYear;
     } cases[] = {
         {EntryAt("11/16/26, 9:52 PM:0"), MonthDayYear, false},                                 // no 16th month
         {EntryAt("5/6/26, 9:52 PM:0"), DayMonthYear, true},                                    // the user's
@@ -120,32 +109,29 @@ TEST(Dates, AreRecognisedByWhatTheLogHolds) {
          MonthDayYear, false},                                       // the start tells it
         {EntryAt("1448/5/25, 9:52:0"), DayMonthYear, false, false},  // another calendar
         {"", DayMonthYear, false},
+        // What would come after the file's last change is not what was written.
+        {EntryAt("11/12/2026, 9:52 PM:0"), MonthDayYear, false, true, 2026y / November / 20},
+        {EntryAt("11/12/2026, 9:52 PM:0"), MonthDayYear, false, true, 2026y / November / 20, MonthDayYear},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.log);
         folder.Write("log.xml", c.log);
-        SetLastChange(folder.Path("log.xml"), 2027y / June / 1);
+        std::filesystem::last_write_time(folder.Path("log.xml"),
+                                         std::chrono::file_clock::from_sys(std::chrono::sys_seconds(c.lastChange)));
         DateSamples samples;
         samples.TakeFrom(folder.Path("log.xml"));
-        const DateSamples::Verdict verdict = samples.Recognise(german);
+        const DateSamples::Verdict verdict = samples.Recognise({.order = c.users, .days = {}});
         EXPECT_EQ(verdict.style.order, c.order);
         EXPECT_EQ(verdict.isAmbiguous, c.isAmbiguous);
         EXPECT_EQ(verdict.isReadable, c.isReadable);
     }
-    // What would come after the file's last change is not what was written.
-    folder.Write("log.xml", EntryAt("11/12/2026, 9:52 PM:0"));
-    SetLastChange(folder.Path("log.xml"), 2026y / November / 20);
-    DateSamples samples;
-    samples.TakeFrom(folder.Path("log.xml"));
-    EXPECT_EQ(samples.Recognise(german).style.order, MonthDayYear);
-    EXPECT_FALSE(samples.Recognise({.order = MonthDayYear, .days = {}}).isAmbiguous);
 }
 
 TEST(Dates, AreExactForProcessesThatToldTheirStart) {
     const ScopedVariable zone("TZ", "UTC");
     EntryTimes times(DateReader({.order = DateStyle::Order::MonthDayYear, .days = {}}));
     EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:51 PM:90", "1")), "2026-11-16T21:51");
-    EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:52 PM:125", "1", "Application Start", kLogStart)),
+    EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:52 PM:125", "1", kLogStart)),
               "2026-11-16T21:52:05+01:00 desk:mind \"map\"[47]");
     EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:53 PM:185", "2")), "2026-11-16T21:53:05+01:00 desk:mind \"map\"[47]");
     EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 10:53 PM:185", "2")),  // the clocks went forward meanwhile
@@ -156,7 +142,7 @@ TEST(Dates, AreExactForProcessesThatToldTheirStart) {
     EXPECT_EQ(times.Of(EntryOf("", "9")).utc, *WallOfDay(2026, 11, 16) + 20 * kSecondsOfHour + 53 * 60 + 10);
     // A second process of the same minute: the thread decides where it is known.
     const std::string second = std::string(kLogStart).replace(std::string(kLogStart).find("pid=\"47"), 7, "pid=\"48");
-    EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:52 PM:126", "3", "Application Start", second)).back(), ']');
+    EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:52 PM:126", "3", second)).back(), ']');
     EXPECT_NE(TimeOf(times, EntryOf("11/16/26, 9:54 PM:250", "3")).find("[48]"), std::string::npos);
     EXPECT_NE(TimeOf(times, EntryOf("11/16/26, 9:54 PM:250", "1")).find("[47]"), std::string::npos);
     EXPECT_EQ(TimeOf(times, EntryOf("11/16/26, 9:54 PM:250", "7")), "2026-11-16T21:54");
@@ -165,22 +151,19 @@ TEST(Dates, AreExactForProcessesThatToldTheirStart) {
 TEST(Dates, OfTheCommandLineAreStretches) {
     const ScopedVariable zone("TZ", "CET-1");
     const Seconds day = *WallOfDay(2026, 11, 16), now = day + 11 * kSecondsOfHour + 125;
-    const struct {
-        const char* text;
-        Seconds first, length;
-    } cases[] = {{"2026-11-16", day - 3600, 86400},
-                 {"2026-11-16T21:52", day + 20 * 3600 + 52 * 60, 60},
-                 {"2026-11-16 21:52:07Z", day + 21 * 3600 + 52 * 60 + 7, 1},
-                 {"2026-11-16T21:52-02:30", day + 24 * 3600 + 22 * 60, 60},
-                 {"00:01", day - 3600 + 60, 60},
-                 {"2h", now - 7200, 1},
-                 {"0s", now, 1},
-                 {"3d", now - 3 * 86400, 1}};
-    for (const auto& c : cases) {
-        const std::optional<Stretch> stretch = ReadPointInTime(c.text, now);
-        ASSERT_TRUE(stretch) << c.text;
-        EXPECT_EQ(stretch->first, c.first) << c.text;
-        EXPECT_EQ(stretch->last - stretch->first + 1, c.length) << c.text;
+    const std::tuple<const char*, Seconds, Seconds> cases[] = {
+        {"2026-11-16", day - 3600, 86400},
+        {"2026-11-16T21:52", day + 20 * 3600 + 52 * 60, 60},
+        {"2026-11-16 21:52:07Z", day + 21 * 3600 + 52 * 60 + 7, 1},
+        {"2026-11-16T21:52-02:30", day + 24 * 3600 + 22 * 60, 60},
+        {"00:01", day - 3600 + 60, 60},
+        {"2h", now - 7200, 1},
+        {"0s", now, 1},
+        {"3d", now - 3 * 86400, 1},
+    };
+    for (const auto& [text, first, length] : cases) {
+        const std::optional<Stretch> stretch = ReadPointInTime(text, now);
+        EXPECT_TRUE(stretch && stretch->first == first && stretch->last - stretch->first + 1 == length) << text;
     }
     for (const char* const text : {"", "2026", "2026-02-30", "2026-11-16T25:00", "2026-11-16T21", "9999999999d", "h",
                                    "-2h", "2026-11-16T21:52+1"})

@@ -5,9 +5,6 @@
 #include "../logging/LogFolder.h"
 #include "LogText.h"
 
-#include <string>
-#include <vector>
-
 using namespace rklog;
 
 namespace {
@@ -65,10 +62,7 @@ TEST(Reading, GivesBackWhateverTheWriterWrote) {
 
 TEST(Reading, LosesNothingOfDamagedLogsHoweverTheBlocksFall) {
     const std::string whole = EntryOf("one");
-    const struct {
-        std::string log;
-        std::vector<std::string> told;
-    } cases[] = {
+    const std::pair<std::string, std::vector<std::string>> cases[] = {
         {whole + whole, {"A/Info/one", "A/Info/one"}},
         {whole + whole.substr(0, whole.size() - 1), {"A/Info/one", "torn:one</l:Body></l:LogEntry>"}},
         {whole + whole.substr(0, 60), {"A/Info/one", "torn:"}},
@@ -79,11 +73,9 @@ TEST(Reading, LosesNothingOfDamagedLogsHoweverTheBlocksFall) {
         {"", {}},
         {"\n", {"stray:\n"}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.log);
+    for (const auto& [log, told] : cases)
         for (std::size_t block = 1; block < 600; block = block * 3 / 2 + 1)
-            EXPECT_EQ(Scanned(c.log, block), c.told) << block;
-    }
+            EXPECT_EQ(Scanned(log, block), told) << log << block;
     // An entry without end comes in pieces.
     const std::vector<std::string> pieces = Scanned(EntryOf(std::string(100, 'x')), 50, /*longest=*/150);
     ASSERT_GT(pieces.size(), 1U);
