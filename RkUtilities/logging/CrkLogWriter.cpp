@@ -126,7 +126,7 @@ CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& m
     if (!isAlone)
         rk::LogTroubles::Note(rk::LogStep::Lock, std::make_error_code(std::errc::timed_out));
     else if (!file.IsAsLeft())
-        rk::RemoveTornEntry(file);
+        rk::MendTail(file);
     if (const std::error_code error = file.Append(entry)) {
         rk::LogTroubles::Note(rk::LogStep::Write, error);
         throw new CFileException(CFileException::ErrnoToException(error.value()), error.value(),

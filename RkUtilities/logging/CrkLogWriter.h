@@ -27,8 +27,8 @@
 ///   both may be called again later, in any order.
 /// - Fork: the child may log, also when other threads of the parent logged at that moment.
 /// - Kill: a process that is killed leaves whole entries, except perhaps its last one. The next writer removes such a
-///   beginning of an entry from the end of the file; any other content that it finds there stays. Entries reach the
-///   system before `Log` returns, so they outlive the process; they are not forced to the disk.
+///   beginning of an entry from the end of the file; any other content that it finds there stays, and its last line is
+///   ended. Entries reach the system before `Log` returns, so they outlive the process; they are not forced to the disk.
 /// - A full disk, a limit on file sizes, no memory: `Log` throws, and nothing of the entry is in the file.
 /// - Hostile neighbours: the file and its backups are for the owner only (0600, less what the umask takes). Writers wait
 ///   for locks no longer than a second in all. A process that holds a lock longer delays entries by that second once;

@@ -135,9 +135,9 @@ TEST(LogWriter, GoesOnFromWhateverTheFileHolds) {
         {entry + entry.substr(0, entry.size() - 1), entry},  // killed in the middle of an entry
         {entry + "<", entry},
         {entry + large, entry},
-        {"notes of somebody else", "notes of somebody else"},
-        {"notes\n" + large, "notes\n" + large},
-        {entry + "</l:Body></l:LogEntry>", entry + "</l:Body></l:LogEntry>"},
+        {"notes of somebody else", "notes of somebody else\n"},
+        {"notes\n" + large, "notes\n" + large + "\n"},
+        {entry + "</l:Body></l:LogEntry>", entry + "</l:Body></l:LogEntry>\n"},
     };
     for (const auto& [before, kept] : cases) {
         SCOPED_TRACE(before.substr(0, 500));

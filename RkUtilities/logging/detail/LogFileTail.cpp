@@ -40,16 +40,18 @@ std::optional<std::uint64_t> EndOfLastEntry(const platform::AppendFile& file) {
 
 }  // namespace
 
-void RemoveTornEntry(platform::AppendFile& file) {
+void MendTail(platform::AppendFile& file) {
     const std::size_t footerByteCount = std::min<std::uint64_t>(file.ByteCount(), kEntryFooter.size());
     if (Read(file, file.ByteCount() - footerByteCount, footerByteCount) == kEntryFooter)
         return;
-    const std::optional<std::uint64_t> end = EndOfLastEntry(file);
-    if (!end)
-        return;
-    const std::optional<std::string> rest = Read(file, *end, kEntryStart.size());
-    if (rest && !rest->empty() && kEntryStart.starts_with(*rest))
-        static_cast<void>(file.CutTo(*end));  // a failure leaves the rest where it is
+    // What fails here leaves the end as it is.
+    if (const std::optional<std::uint64_t> end = EndOfLastEntry(file)) {
+        const std::optional<std::string> rest = Read(file, *end, kEntryStart.size());
+        if (rest && !rest->empty() && kEntryStart.starts_with(*rest))
+            static_cast<void>(file.CutTo(*end));
+    }
+    if (file.ByteCount() > 0 && Read(file, file.ByteCount() - 1, 1) != "\n")
+        static_cast<void>(file.Append("\n"));
 }
 
 }  // namespace rk
