@@ -35,13 +35,11 @@ bool IsLocaleNow(const char* locale) {
     }
 }
 
-constexpr const char* kNames[][2] = {{"de_DE.UTF-8@euro", "de_DE"},
-                                     {"de-DE", "de_DE"},
-                                     {"sr_RS.UTF-8@latin", "sr_Latn_RS"},
-                                     {"POSIX", "en_US_POSIX"},
-                                     {"th_TH@calendar=gregorian", "th_TH@calendar=gregorian"},
-                                     {"C", "en_US_POSIX"},
-                                     {"fr_XX", "fr"}};
+constexpr const char* kNames[][2] = {
+    {"de_DE.UTF-8@euro", "de_DE"}, {"de-DE", "de_DE"},
+    {"iw_IL.UTF-8", "he_IL"},      {"sr_RS.UTF-8@latin", "sr_Latn_RS"},
+    {"POSIX", "en_US_POSIX"},      {"th_TH@calendar=gregorian", "th_TH@calendar=gregorian"},
+    {"C", "en_US_POSIX"},          {"fr_XX", "fr"}};
 
 TEST(UserLocale, IsTheChosenOneFromTheNextCallOn) {
     const ScopedZone utc("UTC");

@@ -24,8 +24,7 @@ namespace {
 
 std::unique_ptr<const icu::Collator> MakeCollator(const std::string& locale) {
     // "C" orders by code units, upper case first. Without regard to case that order is the root locale's.
-    const icu::Locale order =
-        locale == "en_US_POSIX" ? icu::Locale::getRoot() : icu::Locale::createCanonical(locale.c_str());
+    const icu::Locale order = locale == "en_US_POSIX" ? icu::Locale::getRoot() : icu::Locale(locale.c_str());
     return MadeWhole([&] {
         UErrorCode error = U_ZERO_ERROR;
         std::unique_ptr<icu::Collator> collator(icu::Collator::createInstance(order, error));

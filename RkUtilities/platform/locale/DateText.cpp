@@ -79,7 +79,7 @@ struct StyledFormat {
         StyledFormat made;
         made.format = MadeWhole([&] {
             return std::unique_ptr<const icu::DateFormat>(icu::DateFormat::createDateTimeInstance(
-                style(styles.date), style(styles.time), icu::Locale::createCanonical(locale.c_str())));
+                style(styles.date), style(styles.time), icu::Locale(locale.c_str())));
         });
         made.calendar = Owned(made.format->getCalendar()->clone());
         made.calendar->adoptTimeZone(Owned(icu::TimeZone::getGMT()->clone()).release());

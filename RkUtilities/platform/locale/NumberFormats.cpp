@@ -35,7 +35,7 @@ std::u16string Text(const icu::UnicodeString& text) {
 
 /// The locale. Latin digits replace numerals that are no decimal digits (Roman, Hebrew).
 icu::Locale WithDecimalDigits(const std::string& name) {
-    icu::Locale locale = icu::Locale::createCanonical(name.c_str());
+    icu::Locale locale(name.c_str());
     UErrorCode error = U_ZERO_ERROR;
     const std::unique_ptr<icu::NumberingSystem> system(icu::NumberingSystem::createInstance(locale, error));
     if (U_FAILURE(error) != 0 || system == nullptr || system->isAlgorithmic() != 0) {

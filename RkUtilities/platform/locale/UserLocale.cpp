@@ -13,6 +13,7 @@
 #include <mutex>
 #include <tuple>
 #include <unicode/locid.h>
+#include <unicode/ures.h>
 #include <utility>
 
 namespace rk::platform {
@@ -56,13 +57,25 @@ bool IsHarmless(std::string_view name) {
            name.find('\0') == std::string_view::npos;
 }
 
-/// The name as ICU writes it; "root" for a name that ICU does not accept.
+/// Whether ICU has data under this very name, which is then no old name of another one.
+bool HasOwnData(const char* name) {
+    UErrorCode error = U_ZERO_ERROR;
+    const icu::LocalUResourceBundlePointer data(ures_open(nullptr, name, &error));
+    const char* const found = ures_getLocaleByType(data.getAlias(), ULOC_ACTUAL_LOCALE, &error);
+    return U_SUCCESS(error) != 0 && std::string_view(found) == name;
+}
+
+/// The name as ICU writes it, its present one for an old name ("iw_IL"); "root" for a name that ICU does not accept.
 std::string CanonicalName(std::string_view name) {
     const std::string icuName = IcuName(name);
     if (!IsHarmless(icuName))
         return "root";
     const std::lock_guard lock(MutexOf(Lock::Locale));
-    const icu::Locale locale = MadeWhole([&] { return icu::Locale::createCanonical(icuName.c_str()); });
+    // ICU's tables of old names take longer to read than all else that a first date needs: most names do without.
+    const icu::Locale locale = MadeWhole([&] {
+        const icu::Locale named(icuName.c_str());
+        return HasOwnData(named.getName()) ? named : icu::Locale::createCanonical(icuName.c_str());
+    });
     return locale.isBogus() != 0 ? "root" : locale.getName();
 }
 
