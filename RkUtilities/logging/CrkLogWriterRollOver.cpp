@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <filesystem>
 #include <set>
 #include <string>
 #include <string_view>
@@ -19,14 +18,12 @@ namespace {
 
 // Moves a file over whatever file has the name. After a failure both are as they were.
 std::error_code MoveOver(const std::string& from, const std::string& to) {
-    std::error_code error;
-    std::filesystem::rename(from, to, error);
-    if (error != std::errc::cross_device_link)
+    using namespace rk::platform;
+    if (const std::error_code error = RenameOver(from, to); error != std::errc::cross_device_link)
         return error;
-    constexpr rk::platform::CopyRules kReplaceWhateverFileIsThere{.replaceReadOnly = true};
-    rk::platform::CopyOutcome outcome{};
-    error = rk::platform::CopyTree(from, to, kReplaceWhateverFileIsThere, outcome);
-    return error ? error : rk::platform::RemoveFile(from);
+    CopyOutcome outcome{};
+    const std::error_code error = CopyTree(from, to, CopyRules{.replaceReadOnly = true}, outcome);
+    return error ? error : RemoveFile(from);
 }
 
 // Moves the file to the next number, and removes the backups of lower ones than are to be kept.

@@ -13,18 +13,15 @@ namespace {
 // A file that is moved away again and again just before we lock it is taken as it is in the end.
 constexpr int kMostReopenings = 100;
 
-int OpenToAppend(const std::string& path, int furtherFlags) {
+FileHandle OpenToAppend(const std::string& path, int furtherFlags) {
     // O_NONBLOCK: a pipe of that name must not stop the program when no process reads it.
-    constexpr int kFlags = O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-    constexpr mode_t kForTheOwner = 0600;
-    return Uninterrupted([&] { return open(SystemPath(path), kFlags | furtherFlags, kForTheOwner); });
+    return OpenAt(PlaceOf(path), O_RDWR | O_CREAT | O_APPEND | O_NONBLOCK | furtherFlags, S_IRUSR | S_IWUSR);
 }
 
 // Whether other users may put a file or link of their own in the place of this path's last element.
 bool IsInSharedFolder(const std::string& path) {
-    const std::string folder = FolderPart(path);
     struct stat facts{};
-    return stat(folder.empty() ? "." : SystemPath(folder), &facts) != 0 || (facts.st_mode & (S_IWGRP | S_IWOTH)) != 0 ||
+    return stat(SystemPath(FolderHolding(path)), &facts) != 0 || (facts.st_mode & (S_IWGRP | S_IWOTH)) != 0 ||
            (facts.st_uid != geteuid() && facts.st_uid != 0);
 }
 
@@ -49,9 +46,9 @@ std::error_code AppendFile::Open(const std::string& path, std::uint64_t fullAbov
 
 std::error_code AppendFile::OpenUnlocked(const std::string& path) {
     m_file = FileHandle();  // closes a file that was moved away; nothing of ours was written to it
-    m_file = FileHandle(OpenToAppend(path, O_NOFOLLOW));
+    m_file = OpenToAppend(path, O_NOFOLLOW);
     if (!m_file && errno == ELOOP && !IsInSharedFolder(path))
-        m_file = FileHandle(OpenToAppend(path, 0));
+        m_file = OpenToAppend(path, 0);
     return m_file ? std::error_code() : LastError();
 }
 
@@ -87,9 +84,8 @@ void AppendFile::Remember(std::string&& path, std::optional<Left>& left) const n
 }
 
 bool AppendFile::StandsAt(const std::string& path) const {
-    struct stat ours{};
-    struct stat named{};
-    return fstat(m_file.Descriptor(), &ours) == 0 && stat(SystemPath(path), &named) == 0 && IsSameFile(ours, named);
+    const std::optional<FileIdentity> ours = IdentityOf(m_file.Descriptor());
+    return ours && ours == IdentityAt(path);
 }
 
 std::size_t AppendFile::ReadAt(std::uint64_t offset, char* buffer, std::size_t byteCount,

@@ -3,24 +3,20 @@
 #include "RkUtilities/platform/files/FileCalls.h"
 
 #include <fcntl.h>
-#include <filesystem>
-#include <system_error>
+#include <sys/stat.h>
+#include <utility>
 
 namespace rk::platform {
 std::optional<std::string> CanonicalPathOfReadable(const std::string& path) {
-    const FileHandle file(
-        Uninterrupted([&] { return open(SystemPath(path), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
-    struct stat opened{};
-    if (!file || fstat(file.Descriptor(), &opened) != 0)
+    const FileHandle file = OpenAt(PlaceOf(path), O_RDONLY | O_NONBLOCK);
+    const std::optional<FileIdentity> opened = file ? IdentityOf(file.Descriptor()) : std::nullopt;
+    std::string reported;
+    if (!opened || LinkTarget(PlaceOf(file.Path()), reported))
         return std::nullopt;
-    std::error_code error;
-    std::string reported = std::filesystem::read_symlink(file.Path(), error).native();
-    // A deleted file is reported as "name (deleted)", which may be another file's name: only what leads back to the
-    // open one counts.
+    // A deleted file is reported as "name (deleted)", which may be another file's name.
     struct stat found{};
-    if (error || lstat(reported.c_str(), &found) != 0 || !IsSameFile(found, opened))
-        return std::nullopt;
-    return reported;
+    const bool leadsBack = lstat(reported.c_str(), &found) == 0 && IdentityOf(found) == opened;
+    return leadsBack ? std::optional(std::move(reported)) : std::nullopt;
 }
 
 }  // namespace rk::platform

@@ -3,9 +3,8 @@
 #include "RkUtilities/platform/files/FileCalls.h"
 #include "RkUtilities/platform/files/FileContent.h"
 
-#include <climits>
-#include <cstdio>
 #include <fcntl.h>
+#include <string>
 #include <unistd.h>
 
 namespace rk::platform {
@@ -15,15 +14,13 @@ constexpr mode_t kPermissions = S_IRWXU | S_IRWXG | S_IRWXO;
 
 std::error_code CopyFileTo(Place from, Place to, mode_t extraPermissions) {
     // Not a pipe or a link that took the file's place meanwhile: neither is waited for nor followed.
-    constexpr int kOld = O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
-    const FileHandle source(Uninterrupted([&] { return openat(from.folder, from.name, kOld); }));
+    const FileHandle source = OpenAt(from, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
     struct stat status{};
     if (!source || fstat(source.Descriptor(), &status) != 0)
         return LastError();
     if (!S_ISREG(status.st_mode))
         return ErrorOf(EINVAL);
-    constexpr int kNew = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-    FileHandle target(Uninterrupted([&] { return openat(to.folder, to.name, kNew, status.st_mode & S_IRWXU); }));
+    FileHandle target = OpenAt(to, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW, status.st_mode & S_IRWXU);
     if (!target)
         return LastError();
     std::error_code error = CopyContent(source.Descriptor(), target.Descriptor(),
@@ -43,15 +40,12 @@ void SetTimes(Place place, const struct stat& source) {
 }
 
 std::error_code CopyLinkTo(Place from, Place to) {
-    char target[PATH_MAX];
-    const ssize_t length = readlinkat(from.folder, from.name, target, sizeof target);
+    std::string target;
+    if (const std::error_code error = LinkTarget(from, target))
+        return error;
     struct stat status{};
-    if (length < 0 || fstatat(from.folder, from.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
-        return LastError();
-    if (length == sizeof target)
-        return ErrorOf(ENAMETOOLONG);
-    target[length] = '\0';
-    if (symlinkat(target, to.folder, to.name) != 0)
+    if (fstatat(from.folder, from.name, &status, AT_SYMLINK_NOFOLLOW) != 0 ||
+        symlinkat(target.c_str(), to.folder, to.name) != 0)
         return LastError();
     SetTimes(to, status);
     return {};
@@ -60,9 +54,8 @@ std::error_code CopyLinkTo(Place from, Place to) {
 /// Opening one could wait forever or have effects.
 std::error_code CopyNodeTo(Place from, Place to) {
     struct stat status{};
-    if (fstatat(from.folder, from.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
-        return LastError();
-    if (mknodat(to.folder, to.name, status.st_mode & (S_IFMT | kPermissions), status.st_rdev) != 0)
+    if (fstatat(from.folder, from.name, &status, AT_SYMLINK_NOFOLLOW) != 0 ||
+        mknodat(to.folder, to.name, status.st_mode & (S_IFMT | kPermissions), status.st_rdev) != 0)
         return LastError();
     SetTimes(to, status);
     return {};
@@ -111,7 +104,7 @@ std::error_code Decide(Place to, const CopyRules& rules, Decision& decision) {
         decision = rules.keepWritable ? Decision::Stay : Decision::Replace;
     std::error_code error;
     if (isReadOnly && rules.replaceReadOnly)
-        ChangeOwnerWrite(to.folder, to.name, OwnerWrite::Allow, error);
+        ChangeOwnerWrite(to, OwnerWrite::Allow, error);
     return error;
 }
 

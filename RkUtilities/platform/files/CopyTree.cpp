@@ -3,7 +3,6 @@
 #include "RkUtilities/platform/files/CopyItem.h"
 #include "RkUtilities/platform/files/FolderChain.h"
 
-#include <fcntl.h>
 #include <optional>
 #include <set>
 #include <sys/stat.h>
@@ -26,44 +25,32 @@ public:
 
     std::error_code CopyOne(Place from, Place to, Taken taken) {
         FileKind kind{};
-        std::error_code error = KindAt(from, kind);
-        if (!error)
-            error = MakeWorkFolder(to);
-        if (!error && kind != FileKind::Folder)
-            error = CopyItem(from, m_work->Item(), kind, m_permissions);
-        if (error || kind != FileKind::Folder)
-            return error ? error : PutInPlace(m_work->Item(), to, taken);
-        error = m_from.Start(from, Links::DoNotFollow, Use::List);
-        if (!error)
-            error = Outcome(mkdirat(m_work->Item().folder, m_work->Item().name, S_IRWXU));
-        if (!error)
-            error = m_to.Start(m_work->Item(), Links::DoNotFollow, Use::List);
-        if (!error)
-            error = Begin(FolderState::New, nullptr);
-        if (error)
+        if (const auto error = FirstFailure([&] { return KindAt(from, kind); }, [&] { return MakeWorkFolder(to); }))
+            return error;
+        const Place item = m_work->Item();
+        if (kind != FileKind::Folder)
+            return FirstFailure([&] { return CopyItem(from, item, kind, m_permissions); },
+                                [&] { return PutInPlace(item, to, taken); });
+        if (const auto error = FirstFailure([&] { return m_from.Start(from, Links::DoNotFollow, Use::List); },
+                                            [&] { return Outcome(mkdirat(item.folder, item.name, S_IRWXU)); },
+                                            [&] { return m_to.Start(item, Links::DoNotFollow, Use::List); },
+                                            [&] { return Begin(FolderState::New, nullptr); }))
             return error;
         const std::error_code incomplete = CopyAll();
         if (taken == Taken::IsReplaced && unlinkat(to.folder, to.name, 0) != 0)
             return LastError();
-        error = PutInPlace(m_work->Item(), to, Taken::Stays);
-        return error ? error : incomplete;
+        return FirstFailure([&] { return PutInPlace(item, to, Taken::Stays); }, [&] { return incomplete; });
     }
 
     std::error_code CopyContents(const std::string& from, const std::string& to) {
-        FileIdentity source;
-        FileIdentity target;
-        std::error_code error = m_from.Start({AT_FDCWD, SystemPath(from)}, Links::Follow, Use::List);
-        if (!error)
-            error = m_to.Start({AT_FDCWD, SystemPath(to)}, Links::Follow, Use::PassThrough);
-        if (!error)
-            error = IdentityOf(m_from.Current(), source);
-        if (!error)
-            error = IdentityOf(m_to.Current(), target);
-        if (error || source == target)
+        if (const auto error = FirstFailure([&] { return m_from.Start(PlaceOf(from), Links::Follow, Use::List); },
+                                            [&] { return m_to.Start(PlaceOf(to), Links::Follow, Use::PassThrough); },
+                                            [&] { return NoteMade(m_to.Current()); }))
             return error;
-        m_made.insert(target);
-        error = Begin(FolderState::Merged, nullptr);
-        return error ? error : CopyAll();
+        const std::optional<FileIdentity> source = IdentityOf(m_from.Current());
+        if (!source || m_made.contains(*source))
+            return source ? std::error_code() : LastError();
+        return FirstFailure([&] { return Begin(FolderState::Merged, nullptr); }, [&] { return CopyAll(); });
     }
 
 private:
@@ -80,13 +67,16 @@ private:
         Level& level = m_levels.emplace_back(Level{state, name, {}, {}, 0});
         if (fstat(m_from.Current(), &level.source) != 0)
             return LastError();
-        if (state == FolderState::New) {
-            FileIdentity made;
-            if (const std::error_code error = IdentityOf(m_to.Current(), made))
-                return error;
-            m_made.insert(made);
-        }
-        return ReadFolder(m_from.Current(), level.entries);
+        const auto noteNew = [&] { return state == FolderState::New ? NoteMade(m_to.Current()) : std::error_code(); };
+        return FirstFailure(noteNew, [&] { return ReadFolder(m_from.Current(), level.entries); });
+    }
+
+    std::error_code NoteMade(int folder) {
+        const std::optional<FileIdentity> identity = IdentityOf(folder);
+        if (!identity)
+            return LastError();
+        m_made.insert(*identity);
+        return {};
     }
 
     /// The first failure of an entry is kept for the end; only losing the way ends the copying.
@@ -116,9 +106,7 @@ private:
         m_levels.pop_back();
         if (m_levels.empty())
             return {};
-        std::error_code error = m_from.Leave();
-        if (!error)
-            error = m_to.Leave();
+        const auto error = FirstFailure([&] { return m_from.Leave(); }, [&] { return m_to.Leave(); });
         if (!error && state == FolderState::New && !IsNew())
             Note(PutWorkInPlace(name, Taken::Stays));
         return error;
@@ -127,14 +115,10 @@ private:
     std::error_code MakeWorkFolder(Place target) {
         if (m_work)
             return {};
-        FileIdentity identity;
-        std::error_code error = m_work.emplace().Make(target);
-        if (!error)
-            error = IdentityOf(m_work->Item().folder, identity);
+        const auto error = FirstFailure([&] { return m_work.emplace().Make(target); },
+                                        [&] { return NoteMade(m_work->Item().folder); });
         if (error)
             m_work.reset();
-        else
-            m_made.insert(identity);
         return error;
     }
 
@@ -148,25 +132,23 @@ private:
     std::error_code CopyEntry(FolderEntry& entry) {
         const char* const name = entry.name.c_str();
         const Place source{m_from.Current(), name}, target{m_to.Current(), name};
-        std::error_code error;
-        if (entry.kind == FileKind::Unknown)
-            error = KindAt(source, entry.kind);
-        if (error)
-            return error;
+        if (entry.kind == FileKind::Unknown) {
+            if (const std::error_code error = KindAt(source, entry.kind))
+                return error;
+        }
         if (entry.kind == FileKind::Folder)
             return CopySubfolder(name);
         if (IsNew())
             return CopyItem(source, target, entry.kind, m_permissionsInNewFolders);
         Decision decision{};
-        error = Decide(target, m_rules, decision);
+        const std::error_code error = Decide(target, m_rules, decision);
         if (error || decision == Decision::Stay)
             return error;
         if (decision == Decision::Folder || decision == Decision::ReadOnlyFolder)
             return ErrorOf(EEXIST);
-        error = MakeWorkFolder(target);
-        if (!error)
-            error = CopyItem(source, m_work->Item(), entry.kind, m_permissions);
-        return error ? error : PutWorkInPlace(name, TakenFor(decision));
+        return FirstFailure([&] { return MakeWorkFolder(target); },
+                            [&] { return CopyItem(source, m_work->Item(), entry.kind, m_permissions); },
+                            [&] { return PutWorkInPlace(name, TakenFor(decision)); });
     }
 
     std::error_code CopySubfolder(const char* name) {
@@ -182,18 +164,17 @@ private:
 
     /// Goes into the folder's counterpart and tells whether it is new; no state when the folder is left out.
     std::error_code EnterTarget(const char* name, std::optional<FolderState>& state) {
-        FileIdentity source;
-        if (const std::error_code error = IdentityOf(m_from.Current(), source))
-            return error;
-        if (m_made.contains(source))
-            return {};
+        const std::optional<FileIdentity> source = IdentityOf(m_from.Current());
+        if (!source || m_made.contains(*source))
+            return source ? std::error_code() : LastError();
+        const Place target{m_to.Current(), name};
         if (IsNew()) {
             state = FolderState::New;
-            const std::error_code error = Outcome(mkdirat(m_to.Current(), name, S_IRWXU));
-            return error ? error : m_to.Enter(name, Links::DoNotFollow, Use::List);
+            return FirstFailure([&] { return Outcome(mkdirat(target.folder, name, S_IRWXU)); },
+                                [&] { return m_to.Enter(name, Links::DoNotFollow, Use::List); });
         }
         Decision decision{};
-        std::error_code error = Decide({m_to.Current(), name}, m_rules, decision);
+        std::error_code error = Decide(target, m_rules, decision);
         if (error || decision == Decision::Stay)
             return error;
         if (decision == Decision::Folder || decision == Decision::ReadOnlyFolder) {
@@ -202,13 +183,11 @@ private:
             return m_to.Enter(name, Links::Follow, Use::PassThrough);
         }
         state = FolderState::New;
-        error = MakeWorkFolder({m_to.Current(), name});
-        if (!error && decision == Decision::Replace)
-            error = Outcome(unlinkat(m_to.Current(), name, 0));
-        if (!error)
-            error = Outcome(mkdirat(m_work->Item().folder, m_work->Item().name, S_IRWXU));
-        if (!error)
-            error = m_to.EnterElsewhere(m_work->Item());
+        error =
+            FirstFailure([&] { return MakeWorkFolder(target); },
+                         [&] { return Outcome(decision == Decision::Replace ? unlinkat(target.folder, name, 0) : 0); },
+                         [&] { return Outcome(mkdirat(m_work->Item().folder, m_work->Item().name, S_IRWXU)); },
+                         [&] { return m_to.EnterElsewhere(m_work->Item()); });
         if (error)
             m_work.reset();
         return error;
@@ -234,7 +213,7 @@ private:
 std::error_code CopyTree(const std::string& from, const std::string& to, const CopyRules& rules, CopyOutcome& outcome) {
     const std::string source = WithoutClosingSlashes(from);
     const std::string target = WithoutClosingSlashes(to);
-    return CopyTree({AT_FDCWD, SystemPath(source)}, {AT_FDCWD, SystemPath(target)}, rules, outcome);
+    return CopyTree(PlaceOf(source), PlaceOf(target), rules, outcome);
 }
 
 std::error_code CopyTree(Place from, Place to, const CopyRules& rules, CopyOutcome& outcome) {

@@ -1,6 +1,8 @@
 #include "RkUtilities/platform/files/FileCalls.h"
 
 #include <algorithm>
+#include <climits>
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -20,6 +22,32 @@ bool IsPending() noexcept {
 }
 
 }  // namespace
+
+Place PlaceOf(const std::string& path) noexcept { return {AT_FDCWD, SystemPath(path)}; }
+
+std::optional<FileIdentity> IdentityOf(int descriptor) noexcept {
+    struct stat status{};
+    return fstat(descriptor, &status) == 0 ? std::optional(IdentityOf(status)) : std::nullopt;
+}
+
+std::optional<FileIdentity> IdentityAt(const std::string& path) noexcept {
+    struct stat status{};
+    return stat(SystemPath(path), &status) == 0 ? std::optional(IdentityOf(status)) : std::nullopt;
+}
+
+FileHandle OpenAt(Place place, int flags, mode_t permissions) noexcept {
+    return FileHandle(
+        Uninterrupted([&] { return openat(place.folder, place.name, flags | O_CLOEXEC | O_NOCTTY, permissions); }));
+}
+
+std::error_code LinkTarget(Place link, std::string& target) {
+    char text[PATH_MAX];
+    const ssize_t length = readlinkat(link.folder, link.name, text, sizeof text);
+    if (length < 0 || length == sizeof text)
+        return length < 0 ? LastError() : ErrorOf(ENAMETOOLONG);
+    target.assign(text, static_cast<std::size_t>(length));
+    return {};
+}
 
 std::error_code FileHandle::Close() noexcept {
     if (m_descriptor < 0)
@@ -58,6 +86,11 @@ std::string FolderPart(const std::string& path) {
     const std::size_t last = path.find_last_not_of('/');
     const std::size_t slash = last == std::string::npos ? last : path.find_last_of('/', last);
     return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
+}
+
+std::string FolderHolding(const std::string& path) {
+    std::string folder = FolderPart(path);
+    return folder.empty() ? "." : folder;
 }
 
 }  // namespace rk::platform

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <optional>
 #include <string>
 #include <sys/stat.h>
 #include <system_error>
@@ -21,6 +22,13 @@ inline std::error_code LastError() noexcept { return ErrorOf(errno); }
 /// The outcome of a call that returns 0 or -1.
 inline std::error_code Outcome(int result) noexcept { return result == 0 ? std::error_code() : LastError(); }
 
+/// Takes the steps in order up to the first that fails, and returns its failure: an error code, or a number but 0.
+template <class Step, class... Steps> auto FirstFailure(const Step& first, const Steps&... others) {
+    auto failure = first();
+    static_cast<void>((static_cast<bool>(failure) || ... || static_cast<bool>((failure = others()))));
+    return failure;
+}
+
 /// Makes a system call again for as long as signals interrupt it.
 template <class Call> auto Uninterrupted(Call call) {
     for (;;) {
@@ -30,15 +38,21 @@ template <class Call> auto Uninterrupted(Call call) {
     }
 }
 
-inline bool IsSameFile(const struct stat& first, const struct stat& second) noexcept {
-    return first.st_dev == second.st_dev && first.st_ino == second.st_ino;
-}
-
 /// A name as system calls take it: relative to an open folder, or a path when that is AT_FDCWD.
 struct Place {
     int folder;
     const char* name;
 };
+/// The place of a path, which must outlive it.
+Place PlaceOf(const std::string& path) noexcept;
+
+/// The device and the number by which a file is told from every other.
+using FileIdentity = std::pair<dev_t, ino_t>;
+inline FileIdentity IdentityOf(const struct stat& status) noexcept { return {status.st_dev, status.st_ino}; }
+/// The identity of an open file; nullopt with `errno` when it cannot be told.
+std::optional<FileIdentity> IdentityOf(int descriptor) noexcept;
+/// The identity of what a path leads to; nullopt with `errno` where it leads nowhere.
+std::optional<FileIdentity> IdentityAt(const std::string& path) noexcept;
 
 /// Owns a descriptor.
 class FileHandle {
@@ -83,9 +97,17 @@ private:
     sigset_t m_previousMask{};
 };
 
+/// Opens what stands at a place; the descriptor is closed on `exec`. No handle, and `errno`, after a failure.
+FileHandle OpenAt(Place place, int flags, mode_t permissions = 0) noexcept;
+
+/// The path that a link holds.
+std::error_code LinkTarget(Place link, std::string& target);
+
 /// A path without its closing slashes, so that the last element itself is meant and not what a link there leads to.
 std::string WithoutClosingSlashes(const std::string& path);
 /// The part of a path up to the last slash before its last element; "" for a path without a slash there.
 std::string FolderPart(const std::string& path);
+/// The folder that holds a path's last element: `FolderPart`, or "." where that is "".
+std::string FolderHolding(const std::string& path);
 
 }  // namespace rk::platform

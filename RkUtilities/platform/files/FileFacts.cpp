@@ -36,10 +36,7 @@ bool Status(const char* path, Links links, unsigned mask, struct statx& status) 
 }
 
 /// Names what stands at a place, whatever is moved there later. Needs no permission on it and has no effect on it.
-FileHandle Held(int folder, const char* name, Links links) {
-    const int flags = O_PATH | O_CLOEXEC | (links == Links::Follow ? 0 : O_NOFOLLOW);
-    return FileHandle(Uninterrupted([&] { return openat(folder, name, flags); }));
-}
+FileHandle Held(Place place, Links links) { return OpenAt(place, O_PATH | (links == Links::Follow ? 0 : O_NOFOLLOW)); }
 
 std::error_code SetOwnerWrite(const FileHandle& held, bool mayWrite) {
     struct stat status{};
@@ -94,14 +91,11 @@ std::optional<FileKind> KindOf(const std::string& path) {
     return KindOf(path, ignored);
 }
 
-bool HasExistingFolder(const std::string& path) {
-    const std::string folder = FolderPart(path);
-    return KindOf(folder.empty() ? "." : folder) == FileKind::Folder;
-}
+bool HasExistingFolder(const std::string& path) { return KindOf(FolderHolding(path)) == FileKind::Folder; }
 
 std::error_code Change(const std::string& path,
                        const std::function<FileChanges(const FileFacts& present)>& changesFor) {
-    const FileHandle held = Held(AT_FDCWD, SystemPath(path), Links::Follow);
+    const FileHandle held = Held(PlaceOf(path), Links::Follow);
     struct statx status{};
     if (!held || statx(held.Descriptor(), "", AT_EMPTY_PATH, kAllFacts, &status) != 0)
         return LastError();
@@ -113,13 +107,13 @@ std::error_code Change(const std::string& path,
 }
 
 bool ChangeOwnerWrite(const std::string& path, OwnerWrite wanted, std::error_code& error) {
-    return ChangeOwnerWrite(AT_FDCWD, SystemPath(path), wanted, error);
+    return ChangeOwnerWrite(PlaceOf(path), wanted, error);
 }
 
-bool ChangeOwnerWrite(int folder, const char* name, OwnerWrite wanted, std::error_code& error) {
+bool ChangeOwnerWrite(Place place, OwnerWrite wanted, std::error_code& error) {
     error.clear();
     const bool mayWrite = wanted == OwnerWrite::Allow;
-    const FileHandle held = Held(folder, name, Links::DoNotFollow);
+    const FileHandle held = Held(place, Links::DoNotFollow);
     struct stat status{};
     const auto isAsWanted = [&] {
         return fstat(held.Descriptor(), &status) != 0 || S_ISLNK(status.st_mode) ||

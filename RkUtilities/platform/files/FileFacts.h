@@ -34,6 +34,7 @@ struct FileFacts {
 };
 
 enum class Links { Follow, DoNotFollow };
+struct Place;
 
 FileKind KindOfMode(unsigned mode) noexcept;
 
@@ -69,6 +70,6 @@ enum class OwnerWrite { Allow, Deny };
 /// @return true when this call changed it. False with `error` clear: it was as wanted, nothing that can be looked at
 /// stands there, it is a link, or the file system ignored the change. False with `error` set: the change failed.
 bool ChangeOwnerWrite(const std::string& path, OwnerWrite wanted, std::error_code& error);
-bool ChangeOwnerWrite(int folder, const char* name, OwnerWrite wanted, std::error_code& error);
+bool ChangeOwnerWrite(Place place, OwnerWrite wanted, std::error_code& error);
 
 }  // namespace rk::platform

@@ -32,20 +32,22 @@ std::error_code MakeFolders(const std::string& path) {
 
 std::error_code RemoveFile(const std::string& path) { return Outcome(unlink(SystemPath(path))); }
 
-std::error_code Rename(const std::string& from, const std::string& to) {
-    return Rename(AT_FDCWD, SystemPath(from), AT_FDCWD, SystemPath(to));
+std::error_code Rename(const std::string& from, const std::string& to) { return Rename(PlaceOf(from), PlaceOf(to)); }
+
+std::error_code RenameOver(const std::string& from, const std::string& to) {
+    return Outcome(rename(SystemPath(from), SystemPath(to)));
 }
 
-std::error_code Rename(int fromFolder, const char* from, int toFolder, const char* to) noexcept {
-    if (renameat2(fromFolder, from, toFolder, to, RENAME_NOREPLACE) == 0)
+std::error_code Rename(Place from, Place to) noexcept {
+    if (renameat2(from.folder, from.name, to.folder, to.name, RENAME_NOREPLACE) == 0)
         return {};
     // EINVAL: not on this file system. ENOSYS, EPERM: not in this kernel or sandbox.
     if (errno != EINVAL && errno != ENOSYS && errno != EPERM)
         return LastError();
     struct stat status{};
-    if (fstatat(toFolder, to, &status, AT_SYMLINK_NOFOLLOW) == 0)
+    if (fstatat(to.folder, to.name, &status, AT_SYMLINK_NOFOLLOW) == 0)
         return ErrorOf(EEXIST);
-    return errno == ENOENT ? Outcome(renameat(fromFolder, from, toFolder, to)) : LastError();
+    return errno == ENOENT ? Outcome(renameat(from.folder, from.name, to.folder, to.name)) : LastError();
 }
 
 }  // namespace rk::platform

@@ -6,6 +6,8 @@
 /// Names of files and folders: make, remove, change. The rules of Files.h hold.
 namespace rk::platform {
 
+struct Place;
+
 /// Makes one folder, readable, writable and searchable for whom the process's umask allows.
 [[nodiscard]] std::error_code MakeFolder(const std::string& path);
 /// Makes a folder and all missing ones above it. EEXIST when it is there already.
@@ -16,6 +18,8 @@ namespace rk::platform {
 /// to leave a taken name alone is asked just before.
 [[nodiscard]] std::error_code Rename(const std::string& from, const std::string& to);
 /// The same between open folders.
-[[nodiscard]] std::error_code Rename(int fromFolder, const char* from, int toFolder, const char* to) noexcept;
+[[nodiscard]] std::error_code Rename(Place from, Place to) noexcept;
+/// Gives a name that another file may have, which is replaced then; within one file system (else EXDEV).
+[[nodiscard]] std::error_code RenameOver(const std::string& from, const std::string& to);
 
 }  // namespace rk::platform

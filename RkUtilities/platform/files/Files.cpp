@@ -40,9 +40,9 @@ std::error_code Lock(int descriptor, Access access) {
 
 int OpenFile(const std::string& path, const Opening& opening, std::error_code& error) {
     // A pipe would make the opening wait for its other end, were it not for O_NONBLOCK.
-    const int flags = (opening.access == Access::Read ? O_RDONLY : O_RDWR) | O_CLOEXEC | O_NOCTTY | O_NONBLOCK |
+    const int flags = (opening.access == Access::Read ? O_RDONLY : O_RDWR) | O_NONBLOCK |
                       (opening.whenMissing == WhenMissing::Create ? O_CREAT : 0);
-    FileHandle file(Uninterrupted([&] { return open(SystemPath(path), flags, 0666); }));
+    FileHandle file = OpenAt(PlaceOf(path), flags, 0666);
     error = file ? Accept(file.Descriptor(), flags) : LastError();
     if (!error && opening.sharing == Sharing::DenyWrite)
         error = Lock(file.Descriptor(), opening.access);

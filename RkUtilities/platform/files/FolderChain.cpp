@@ -1,17 +1,9 @@
 #include "RkUtilities/platform/files/FolderChain.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
+#include <utility>
 
 namespace rk::platform {
-
-std::error_code IdentityOf(int descriptor, FileIdentity& identity) {
-    struct stat status{};
-    if (fstat(descriptor, &status) != 0)
-        return LastError();
-    identity = {status.st_dev, status.st_ino};
-    return {};
-}
 
 std::error_code FolderChain::Start(Place place, Links links, Use use) { return Open(place, links, use); }
 
@@ -46,7 +38,8 @@ std::error_code FolderChain::CloseFarLevel() {
     Level& level = m_levels[far];
     if (m_levels[far + 1].throughLink)
         return {};
-    const std::error_code error = IdentityOf(level.folder.Descriptor(), level.identity);
+    level.identity = IdentityOf(level.folder.Descriptor());
+    const std::error_code error = level.identity ? std::error_code() : LastError();
     level.folder.Close();
     return error;
 }
@@ -60,9 +53,10 @@ std::error_code FolderChain::Leave() {
     level.folder = OpenFolder({left.folder.Descriptor(), ".."}, level.flags);
     if (!level.folder)
         return LastError();
-    FileIdentity found;
-    const std::error_code error = IdentityOf(level.folder.Descriptor(), found);
-    return error || found == level.identity ? error : ErrorOf(ESTALE);
+    const std::optional<FileIdentity> found = IdentityOf(level.folder.Descriptor());
+    if (!found)
+        return LastError();
+    return found == level.identity ? std::error_code() : ErrorOf(ESTALE);
 }
 
 }  // namespace rk::platform

@@ -9,10 +9,6 @@
 
 namespace rk::platform {
 
-/// The device and the number by which a file is told from every other.
-using FileIdentity = std::pair<dev_t, ino_t>;
-std::error_code IdentityOf(int descriptor, FileIdentity& identity);
-
 /// The folders from a starting point down to the current one. All but the deepest few are closed and are opened again
 /// from below on the way up, so that a tree of any depth needs few descriptors; one that was moved away meanwhile is
 /// an error (ESTALE).
@@ -33,8 +29,8 @@ private:
     struct Level {
         FileHandle folder;
         int flags;
-        bool throughLink;       // ".." of such a folder is not the one it was entered from
-        FileIdentity identity;  // known once the folder was closed
+        bool throughLink;                      // ".." of such a folder is not the one it was entered from
+        std::optional<FileIdentity> identity;  // known once the folder was closed
     };
     std::error_code Open(Place place, Links links, Use use);
     std::error_code CloseFarLevel();

@@ -15,10 +15,7 @@ template <class Visitor> std::error_code VisitAll(int folder, const Visitor& vis
 
 }  // namespace
 
-FileHandle OpenFolder(Place place, int flags) noexcept {
-    constexpr int kFolder = O_DIRECTORY | O_CLOEXEC | O_NOCTTY;
-    return FileHandle(Uninterrupted([&] { return openat(place.folder, place.name, flags | kFolder); }));
-}
+FileHandle OpenFolder(Place place, int flags) noexcept { return OpenAt(place, flags | O_DIRECTORY); }
 
 FileKind KindOfEntry(unsigned char type) noexcept {
     return type == DT_UNKNOWN ? FileKind::Unknown : KindOfMode(DTTOIF(mode_t{type}));
@@ -26,7 +23,7 @@ FileKind KindOfEntry(unsigned char type) noexcept {
 
 std::error_code VisitFolder(const std::string& path,
                             const std::function<Visit(std::string_view name, FileKind kind)>& visit) {
-    const FileHandle folder = OpenFolder({AT_FDCWD, SystemPath(path)}, O_RDONLY);
+    const FileHandle folder = OpenFolder(PlaceOf(path), O_RDONLY);
     return folder ? VisitAll(folder.Descriptor(), visit) : LastError();
 }
 

@@ -11,25 +11,19 @@
 
 namespace rk::platform {
 std::error_code MoveTree(const std::string& from, const std::string& to) {
-    std::error_code error = Rename(from, to);
-    if (error != std::errc::cross_device_link)
+    if (const std::error_code error = Rename(from, to); error != std::errc::cross_device_link)
         return error;
     // What may not leave its folder is not copied in the first place.
-    const std::string folder = FolderPart(from);
-    if (faccessat(AT_FDCWD, folder.empty() ? "." : folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0)
+    if (faccessat(AT_FDCWD, FolderHolding(from).c_str(), W_OK | X_OK, AT_EACCESS) != 0)
         return LastError();
     const std::string source = WithoutClosingSlashes(from), target = WithoutClosingSlashes(to);
-    const Place sourcePlace{AT_FDCWD, source.c_str()}, targetPlace{AT_FDCWD, target.c_str()};
+    const Place sourcePlace = PlaceOf(source), targetPlace = PlaceOf(target);
     WorkFolder work;
     CopyOutcome outcome{};
-    error = work.Make(targetPlace);
-    if (!error)
-        error = CopyTree(sourcePlace, work.Item(), {}, outcome);
-    if (!error)
-        error = Outcome(syncfs(work.Item().folder));
-    if (!error)
-        error = PutInPlace(work.Item(), targetPlace, Taken::Stays);
-    return error ? error : RemoveTree(sourcePlace);
+    return FirstFailure(
+        [&] { return work.Make(targetPlace); }, [&] { return CopyTree(sourcePlace, work.Item(), {}, outcome); },
+        [&] { return Outcome(syncfs(work.Item().folder)); },
+        [&] { return PutInPlace(work.Item(), targetPlace, Taken::Stays); }, [&] { return RemoveTree(sourcePlace); });
 }
 
 }  // namespace rk::platform

@@ -95,7 +95,7 @@ bool NamesFolderFromInside(const std::string& path) {
 
 std::error_code RemoveTree(const std::string& path) {
     const std::string item = WithoutClosingSlashes(path);
-    return NamesFolderFromInside(item) ? ErrorOf(EINVAL) : RemoveTree({AT_FDCWD, SystemPath(item)});
+    return NamesFolderFromInside(item) ? ErrorOf(EINVAL) : RemoveTree(PlaceOf(item));
 }
 
 std::error_code RemoveTree(Place item) noexcept {

@@ -2,6 +2,7 @@
 
 #include "RkUtilities/platform/files/FileCalls.h"
 #include "RkUtilities/platform/files/FileNames.h"
+#include "RkUtilities/platform/files/FolderList.h"
 #include "RkUtilities/platform/files/UserFolders.h"
 #include "RkUtilities/platform/process/Environment.h"
 
@@ -51,8 +52,7 @@ bool KeepsWhatIsMadeInIt(const std::string& folder) {
 bool IsPrivateFolder(const std::string& folder, Missing missing) {
     if (missing == Missing::IsMade && mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST)
         return false;
-    const FileHandle handle(
-        Uninterrupted([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC); }));
+    const FileHandle handle = OpenFolder(PlaceOf(folder), O_RDONLY | O_NOFOLLOW);
     struct stat facts{};
     if (!handle || fstat(handle.Descriptor(), &facts) != 0 || facts.st_uid != geteuid())
         return false;

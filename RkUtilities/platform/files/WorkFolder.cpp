@@ -22,11 +22,9 @@ bool IsOurs(const FileHandle& folder, Place place, WithoutLocks withoutLocks) {
     if (flock(folder.Descriptor(), LOCK_EX | LOCK_NB) != 0 &&
         (errno == EWOULDBLOCK || withoutLocks == WithoutLocks::IsNotOurs))
         return false;
-    struct stat open{};
     struct stat named{};
-    return fstat(folder.Descriptor(), &open) == 0 &&
-           fstatat(place.folder, place.name, &named, AT_SYMLINK_NOFOLLOW) == 0 && IsSameFile(open, named) &&
-           open.st_uid == geteuid();
+    return fstatat(place.folder, place.name, &named, AT_SYMLINK_NOFOLLOW) == 0 && named.st_uid == geteuid() &&
+           IdentityOf(folder.Descriptor()) == IdentityOf(named);
 }
 
 }  // namespace

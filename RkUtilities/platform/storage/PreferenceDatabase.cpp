@@ -147,17 +147,17 @@ PreferenceDatabase::PreferenceDatabase(std::string path, const std::string& host
 
 StorageOutcome PreferenceDatabase::Open() {
     // The file is made here, so that it is never open to other users; SQLite's files beside it take over its mode.
-    static_cast<void>(FileHandle(::open(m_path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600)));
+    static_cast<void>(OpenAt(PlaceOf(m_path), O_RDWR | O_CREAT | O_NOFOLLOW | O_NONBLOCK, S_IRUSR | S_IWUSR));
     if (KindOf(m_path).value_or(FileKind::File) != FileKind::File)
         return {StorageOutcome::Damaged, "the database is no file"};
     StorageOutcome outcome = OpenWith(m_path, SQLITE_OPEN_READWRITE);
-    m_file = FileAtPath();
+    m_file = IdentityAt(m_path);
     const char* const journal = MayBeOnSeveralMachines(m_path) ? kJournalOfSeveral : kJournalOfOneMachine;
     for (const char* const statements : {kEncoding, journal, kTable}) {
-        if (outcome.kind == StorageOutcome::Done)
+        if (!outcome)
             outcome = Judge(sqlite3_exec(m_database.get(), statements, nullptr, nullptr, nullptr));
     }
-    if (outcome.kind != StorageOutcome::Done)
+    if (outcome)
         Close();
     return outcome;
 }
@@ -183,35 +183,21 @@ void PreferenceDatabase::Close() noexcept {
     m_takenVersion = -1;
 }
 
-bool PreferenceDatabase::IsInPlace() const noexcept { return m_file && FileAtPath() == m_file; }
-
-std::optional<PreferenceDatabase::File> PreferenceDatabase::FileAtPath() const noexcept {
-    struct stat facts{};
-    return stat(m_path.c_str(), &facts) == 0 ? std::optional<File>({facts.st_dev, facts.st_ino}) : std::nullopt;
-}
+bool PreferenceDatabase::IsInPlace() const noexcept { return m_file && IdentityAt(m_path) == m_file; }
 
 StorageOutcome PreferenceDatabase::Check() {
     PreferenceMap read;
-    int code = Run(Begin);
-    if (code == SQLITE_OK)
-        code = InsertAll({{{"", u""}, true}});
-    if (code == SQLITE_OK)
-        code = CheckPages();
-    if (code == SQLITE_OK)
-        code = ReadAll(read);
-    const StorageOutcome outcome = Judge(code);
+    const StorageOutcome outcome =
+        Judge(FirstFailure([&] { return Run(Begin); }, [&] { return InsertAll({{{"", u""}, true}}); },
+                           [&] { return CheckPages(); }, [&] { return ReadAll(read); }));
     Rollback();
     return outcome;
 }
 
 StorageOutcome PreferenceDatabase::Store(const PreferenceMap& values) noexcept {
-    int code = Run(Begin);
-    if (code == SQLITE_OK)
-        code = InsertAll(values);
-    if (code == SQLITE_OK)
-        code = Run(Commit);
-    const StorageOutcome outcome = Judge(code);
-    if (outcome.kind != StorageOutcome::Done)
+    const StorageOutcome outcome =
+        Judge(FirstFailure([&] { return Run(Begin); }, [&] { return InsertAll(values); }, [&] { return Run(Commit); }));
+    if (outcome)
         Rollback();
     return outcome;
 }
@@ -244,7 +230,7 @@ StorageOutcome PreferenceDatabase::ReadUnwritable(const Taker& take) {
     const bool hasJournal = stat((m_path + "-wal").c_str(), &journal) == 0 && journal.st_size > 0;
     const char* const mode = hasJournal ? "?mode=ro" : "?immutable=1";
     StorageOutcome outcome = OpenWith(UriOf(m_path) + mode, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI);
-    if (outcome.kind == StorageOutcome::Done)
+    if (!outcome)
         outcome = ReadIfChanged(take);
     Close();
     return outcome;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "RkUtilities/platform/files/FileCalls.h"
 #include "RkUtilities/platform/storage/PreferenceValues.h"
 #include "RkUtilities/platform/storage/StorageOutcome.h"
 
@@ -10,7 +11,6 @@
 #include <optional>
 #include <sqlite3.h>
 #include <string>
-#include <utility>
 
 namespace rk::platform {
 
@@ -45,10 +45,8 @@ private:
         void operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
         void operator()(sqlite3_stmt* statement) const noexcept { sqlite3_finalize(statement); }
     };
-    using File = std::pair<std::uint64_t, std::uint64_t>;  // device and inode
     enum Command : unsigned char { Begin, Insert, Commit, Select, Version, QuickCheck, CommandCount };
 
-    [[nodiscard]] std::optional<File> FileAtPath() const noexcept;
     StorageOutcome OpenWith(const std::string& path, int flags) noexcept;
     [[nodiscard]] StorageOutcome Judge(int code) const noexcept;
     void Rollback() noexcept;
@@ -60,8 +58,8 @@ private:
     int ReadAll(PreferenceMap& values);
 
     const std::string m_path;
-    const std::string m_thisHost;  // the scope as the database spells it
-    std::optional<File> m_file;    // that was opened last
+    const std::string m_thisHost;        // the scope as the database spells it
+    std::optional<FileIdentity> m_file;  // that was opened last
     std::unique_ptr<sqlite3, Closer> m_database;
     std::array<std::unique_ptr<sqlite3_stmt, Closer>, CommandCount> m_commands;  // compiled when they are first needed
     std::int64_t m_takenVersion = -1;  // SQLite's data_version when the values were last taken

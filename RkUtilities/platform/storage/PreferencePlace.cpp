@@ -3,6 +3,7 @@
 #include "RkUtilities/platform/files/FileFacts.h"
 #include "RkUtilities/platform/files/FileNames.h"
 #include "RkUtilities/platform/files/Files.h"
+#include "RkUtilities/platform/files/FolderList.h"
 #include "RkUtilities/platform/files/FreeNames.h"
 #include "RkUtilities/platform/files/UserFolders.h"
 #include "RkUtilities/platform/process/ApplicationName.h"
@@ -58,7 +59,7 @@ StorageOutcome FindPreferencePlace(PreferencePlace& place) {
 }
 
 StorageOutcome LockFolder(const std::string& folder, FileHandle& lock) {
-    lock = FileHandle(Uninterrupted([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    lock = OpenFolder(PlaceOf(folder), O_RDONLY);
     Patience patience(std::chrono::seconds(2));
     while (flock(lock.Descriptor(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
         if (!patience.Sleep())

@@ -89,7 +89,7 @@ private:
         if (m_isEnding)
             Close();
         m_lastFailure = outcome.reason;
-        return outcome.kind == StorageOutcome::Done;
+        return !outcome;
     }
 
     StorageOutcome SynchronizeOpen() {
@@ -98,7 +98,7 @@ private:
         for (int tries = 0; tries < kMostTries; ++tries) {
             outcome = Open();
             bool isFinished = !m_isAnother;
-            if (outcome.kind == StorageOutcome::Done)
+            if (!outcome)
                 outcome = StoreAndRead();
             if (outcome.kind == StorageOutcome::Damaged) {
                 outcome = PutAside();
@@ -117,9 +117,9 @@ private:
             return {};
         StorageOutcome outcome = FindPreferencePlace(m_place);
         FileHandle alone;
-        if (outcome.kind == StorageOutcome::Done)
+        if (!outcome)
             outcome = LockFolder(m_place.folder, alone);
-        if (outcome.kind != StorageOutcome::Done)
+        if (outcome)
             return outcome;
         m_isAnother |= m_database && !m_database->IsInPlace();
         m_database.emplace(m_place.database, m_place.hostId);
@@ -131,11 +131,11 @@ private:
         StorageOutcome outcome = storing.empty() ? StorageOutcome() : m_database->Store(storing);
         if (!m_database->IsInPlace())  // no process will see what was stored
             outcome = {StorageOutcome::Damaged, "the database has been moved"};
-        m_values.EndStoring(outcome.kind == StorageOutcome::Done);
+        m_values.EndStoring(!outcome);
         if (outcome.kind == StorageOutcome::Damaged || !m_database->IsOpen())
             return outcome;
         const StorageOutcome reading = m_database->ReadIfChanged(m_taker);
-        return outcome.kind == StorageOutcome::Done ? reading : outcome;
+        return outcome ? outcome : reading;
     }
 
     /// Moves a damaged database out of the way; everything known here is stored again in the new one.
@@ -145,11 +145,11 @@ private:
         Close();
         m_isAnother = true;
         FileHandle alone;
-        if (const StorageOutcome outcome = LockFolder(m_place.folder, alone); outcome.kind != StorageOutcome::Done)
+        if (const StorageOutcome outcome = LockFolder(m_place.folder, alone))
             return outcome;
         PreferenceDatabase again(m_place.database, m_place.hostId);
         StorageOutcome found = again.Open();  // another process may have put it aside already
-        if (found.kind == StorageOutcome::Done)
+        if (!found)
             found = again.Check();
         if (found.kind != StorageOutcome::Damaged)
             return {};

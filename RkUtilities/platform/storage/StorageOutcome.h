@@ -11,6 +11,9 @@ struct StorageOutcome {
     };
     Kind kind = Done;
     const char* reason = "";  ///< a constant for people; "" when it is done
+
+    /// Whether the call failed, as `std::error_code` says it.
+    explicit operator bool() const noexcept { return kind != Done; }
 };
 
 }  // namespace rk::platform
