@@ -1,16 +1,6 @@
-#include "RkUtilities/dates/CrkDateUtilities.h"
+#include "tests/support/Test.h"
 
-#include "tests/support/ScopedUserLocale.h"
-
-#include <algorithm>
-#include <clocale>
-#include <cmath>
-#include <cstdio>
-#include <gtest/gtest.h>
-#include <random>
-#include <string>
-#include <string_view>
-#include <vector>
+#include <set>
 
 namespace {
 
@@ -24,22 +14,18 @@ std::string Content(const Calendar& calendar) {
     std::string text;
     for (const bool day : calendar.days)
         text += day ? '1' : '0';
-    std::vector<double> dates;
+    std::set<double> dates;
     for (const auto& [date, value] : calendar.dates) {
         EXPECT_TRUE(value);
-        dates.push_back(date);
+        dates.insert(date);
     }
-    std::sort(dates.begin(), dates.end());
     for (const double date : dates)
         text += ' ' + std::to_string(std::llround(date));
     return text;
 }
 
-struct ReadCase {
-    std::u16string_view text;
-    const char* content;  // from a calendar with the flags 101000011 and the dates 1 and 2
-};
-constexpr ReadCase kReadCases[] = {
+// What is read into a calendar with the flags 101000011 and the dates 1 and 2.
+constexpr std::pair<std::u16string_view, const char*> kReadCases[] = {
     {u"", "101000011 1 2"},  // nothing changes
     {u"0111110", "0111110"},
     {u"0111110;45000.25;45000.75", "0111110 45000"},
@@ -54,11 +40,10 @@ constexpr ReadCase kReadCases[] = {
 };
 
 TEST(CalendarText, IsReadPieceByPiece) {
-    for (const ReadCase& c : kReadCases) {
-        SCOPED_TRACE(CString(c.text).ToUtf8());
+    for (const auto& [text, content] : kReadCases) {
         Calendar calendar{{true, false, true, false, false, false, false, true, true}, {{1, true}, {2, true}}};
-        CrkDateUtilities::ParsePtmCalendarString(c.text, calendar.days, calendar.dates);
-        EXPECT_EQ(Content(calendar), c.content);
+        CrkDateUtilities::ParsePtmCalendarString(text, calendar.days, calendar.dates);
+        EXPECT_EQ(Content(calendar), content) << CString(text);
     }
 }
 
@@ -94,9 +79,8 @@ TEST(CalendarText, GivesTheSameWholeDatesInEveryLocale) {
                                                  read.days, read.dates);
         EXPECT_EQ(Content(read), Content(written)) << locale;
     }
-    ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr) << "LOCPATH leads to no de_DE.UTF-8";
+    const ScopedGermanProcess german;
     EXPECT_EQ(CrkDateUtilities::CreatePtmCalendarString({}, {{45000.5, true}}), u"0000000;45000.500000");
-    std::setlocale(LC_ALL, "C");
 }
 
 }  // namespace

@@ -1,27 +1,13 @@
-#include "RkUtilities/dates/CrkDateUtilities.h"
-
 #include "tests/support/InChild.h"
-#include "tests/support/ScopedUserLocale.h"
-#include "tests/support/ScopedVariable.h"
-#include "tests/support/TimeAt.h"
+#include "tests/support/Test.h"
 
-#include <gtest/gtest.h>
-#include <limits>
-#include <memory>
-#include <random>
-#include <sstream>
-#include <string>
-#include <string_view>
 #include <unicode/gregocal.h>
 #include <unicode/smpdtfmt.h>
-#include <vector>
 
 namespace {
 
-struct ZoneTimes {
-    const char* zone;
-    std::vector<std::int64_t> times;
-};
+using Times = std::vector<std::int64_t>;
+using ZoneTimes = std::pair<const char*, Times>;
 
 /// The four texts of each time, with bars between, as a process whose first locale is `locale` makes them.
 std::string OurTexts(const char* locale, const std::vector<ZoneTimes>& zones) {
@@ -41,14 +27,14 @@ std::string OurTexts(const char* locale, const std::vector<ZoneTimes>& zones) {
 }
 
 /// The same by ICU alone, with ICU's own zone.
-std::string IcuTexts(const char* locale, const char* zone, const std::vector<std::int64_t>& times) {
+std::string IcuTexts(const char* locale, const char* zone, const Times& times) {
     using icu::DateFormat;
     const icu::Locale icuLocale = icu::Locale::createCanonical(locale);
-    std::vector<std::unique_ptr<DateFormat>> formats;
-    formats.emplace_back(DateFormat::createDateInstance(DateFormat::kShort, icuLocale));
-    formats.emplace_back(DateFormat::createDateInstance(DateFormat::kLong, icuLocale));
-    formats.emplace_back(DateFormat::createTimeInstance(DateFormat::kShort, icuLocale));
-    formats.emplace_back(DateFormat::createTimeInstance(DateFormat::kLong, icuLocale));
+    const std::unique_ptr<DateFormat> formats[] = {
+        std::unique_ptr<DateFormat>(DateFormat::createDateInstance(DateFormat::kShort, icuLocale)),
+        std::unique_ptr<DateFormat>(DateFormat::createDateInstance(DateFormat::kLong, icuLocale)),
+        std::unique_ptr<DateFormat>(DateFormat::createTimeInstance(DateFormat::kShort, icuLocale)),
+        std::unique_ptr<DateFormat>(DateFormat::createTimeInstance(DateFormat::kLong, icuLocale))};
     for (const auto& format : formats) {
         std::unique_ptr<icu::Calendar> calendar(format->getCalendar()->clone());
         UErrorCode error = U_ZERO_ERROR;
@@ -61,9 +47,7 @@ std::string IcuTexts(const char* locale, const char* zone, const std::vector<std
     for (const std::int64_t seconds : times) {
         for (const auto& format : formats) {
             icu::UnicodeString text;
-            format->format(static_cast<UDate>(seconds) * 1000, text);
-            text.toUTF8String(lines);
-            lines += '|';
+            format->format(static_cast<UDate>(seconds) * 1000, text).append(u'|').toUTF8String(lines);
         }
     }
     return lines;
@@ -77,22 +61,18 @@ constexpr std::string_view kLocales =
     "ar_SA@calendar=islamic-umalqura zh_TW@calendar=roc de_DE@numbers=roman hi_IN@numbers=deva en_US@hours=h23 xx_YY "
     "root";
 
-struct ZoneRow {
-    const char* name;
-    std::int64_t first;  // from when on both zone databases agree
-};
-constexpr ZoneRow kZones[] = {{"UTC", -62135596800},
-                              {"Europe/Berlin", 0},
-                              {"America/New_York", 0},
-                              {"Asia/Kathmandu", 600000000},
-                              {"Australia/Lord_Howe", 600000000}};
+// With the time from when on both zone databases agree.
+constexpr std::pair<const char*, std::int64_t> kZones[] = {{"UTC", -62135596800},
+                                                           {"Europe/Berlin", 0},
+                                                           {"America/New_York", 0},
+                                                           {"Asia/Kathmandu", 600000000},
+                                                           {"Australia/Lord_Howe", 600000000}};
 
 TEST(DateTexts, AreThoseOfIcuForEveryLocaleZoneAndYear) {
     constexpr std::int64_t kLast = 253402300799;
     std::mt19937_64 random(11);
     std::istringstream locales{std::string(kLocales)};
     for (std::string name; locales >> name;) {
-        const char* const locale = name.c_str();
         std::vector<ZoneTimes> zones;
         std::string expected;
         for (const auto& [zone, first] : kZones) {
@@ -101,39 +81,32 @@ TEST(DateTexts, AreThoseOfIcuForEveryLocaleZoneAndYear) {
                 times.push_back(std::uniform_int_distribution<std::int64_t>(first, kLast)(random));
             for (int i = 0; i < 20; ++i)  // this half century
                 times.push_back(std::uniform_int_distribution<std::int64_t>(600000000, 2200000000)(random));
-            expected += IcuTexts(locale, zone, times);
-            zones.push_back({zone, std::move(times)});
+            expected += IcuTexts(name.c_str(), zone, times);
+            zones.emplace_back(zone, std::move(times));
         }
-        ASSERT_EQ(OurTexts(locale, zones), expected) << locale;
+        ASSERT_EQ(OurTexts(name.c_str(), zones), expected) << name;
     }
 }
 
 constexpr std::int64_t kEvening = 1794862325;  // 16 November 2026, 20:52:05 UTC
 
-TEST(DateTexts, JoinWithOneSpace) {
-    const ScopedZone berlin("Europe/Berlin");
-    ExpectItEndsWell(StartChild([] {  // a child, since other tests have fixed this process's locale
-        const CTime time = At(kEvening);
-        const CString date = CrkDateUtilities::ShortDateString(time);
-        EXPECT_EQ(CrkDateUtilities::DateTimeString(time), date + u" " + CrkDateUtilities::LongTimeString(time));
-        EXPECT_EQ(CrkDateUtilities::ShortDateTimeString(time), date + u" " + CrkDateUtilities::ShortTimeString(time));
-    }));
-}
-
-TEST(DateTexts, KeepTheLocaleOfTheFirstCallOfTheirKind) {
-    const std::string texts = InChild([] {
+TEST(DateTexts, JoinWithOneSpaceAndKeepTheLocaleOfTheFirstCallOfTheirKind) {
+    const std::string texts = InChild([] {  // a child, since other tests have fixed this process's locale
         const ScopedZone utc("UTC");
+        const CTime time = At(kEvening);
         rk::SetUserLocale("de_DE");
-        CString seen = CrkDateUtilities::ShortDateString(At(kEvening)) + u"|";
+        const CString date = CrkDateUtilities::ShortDateString(time);
+        CString seen = date + u"|";
         for (const char* const locale : {"en_US", "fr_FR"}) {
             rk::SetUserLocale(locale);
-            seen += CrkDateUtilities::LongDateString(At(kEvening)) + u"|";
-            seen += CrkDateUtilities::ShortTimeString(At(kEvening)) + u"|";
+            const CString shortTime = CrkDateUtilities::ShortTimeString(time);
+            seen += CrkDateUtilities::LongDateString(time) + u"|" + shortTime + u"|";
+            EXPECT_EQ(CrkDateUtilities::ShortDateTimeString(time), date + u" " + shortTime);
+            EXPECT_EQ(CrkDateUtilities::DateTimeString(time), date + u" " + CrkDateUtilities::LongTimeString(time));
         }
         return seen.ToUtf8();
     });
-    std::istringstream german(IcuTexts("de_DE", "UTC", {kEvening}));
-    std::istringstream english(IcuTexts("en_US", "UTC", {kEvening}));
+    std::istringstream german(IcuTexts("de_DE", "UTC", {kEvening})), english(IcuTexts("en_US", "UTC", {kEvening}));
     std::string shortDate, longDate, shortTime;
     std::getline(std::getline(german, shortDate, '|'), longDate, '|');
     for (int i = 0; i < 3; ++i)
@@ -153,8 +126,8 @@ TEST(DateTexts, SeeAnotherZoneInTheSameMinute) {
     std::vector<ZoneTimes> zones;
     std::string expected;
     for (const auto& [zone, icuZone] : kZonesAndIcus) {
-        zones.push_back({zone, {kEvening, kEvening + 30}});  // across a minute where seconds are ahead of UTC
-        expected += IcuTexts("de_DE", icuZone, zones.back().times);
+        zones.emplace_back(zone, Times{kEvening, kEvening + 30});  // across a minute where seconds are ahead of UTC
+        expected += IcuTexts("de_DE", icuZone, zones.back().second);
     }
     EXPECT_EQ(OurTexts("de_DE", zones), expected);
 }

@@ -1,16 +1,12 @@
-#include "RkUtilities/foundation/CFile.h"
 #include "RkUtilities/interop/SystemErrors.h"
 
 #include "tests/support/Failure.h"
 #include "tests/support/ScopedCurrentFolder.h"
 #include "tests/support/ScopedFileSizeLimit.h"
-#include "tests/support/ScopedFolder.h"
+#include "tests/support/Test.h"
 
-#include <climits>
 #include <csignal>
 #include <fcntl.h>
-#include <functional>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -22,27 +18,29 @@ CFile Opened(const CString& path, unsigned int flags) {
     return file;
 }
 
-bool SameTime(const timespec& a, const timespec& b) { return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec; }
+std::pair<std::time_t, long> Parts(const timespec& time) { return {time.tv_sec, time.tv_nsec}; }
+
+using OpenRow = std::tuple<std::string, unsigned, int, long>;
 
 TEST(File, OpensWhatItCanAndTellsTheCauseOfEveryFailure) {
     const ScopedFolder folder;
     folder.Make({"file=content", "folder/", "ring>ring", "pipe|"});
     const std::string tooLong(256, 'n');
     const std::string cut("file\0tail", 9);
-    const std::tuple<std::string, unsigned, int, long> cases[] = {{"file", 0x1042, 0, 0},
-                                                                  {"new", 0x1020, 0, 0},
-                                                                  {"missing", 0x0000, 2, ENOENT},
-                                                                  {cut, 0x0000, 2, ENOENT},
-                                                                  {"missing/file/", 0x0000, 3, ENOENT},
-                                                                  {"missing/file", 0x1042, 3, ENOENT},
-                                                                  {"file/below", 0x1042, 3, ENOTDIR},
-                                                                  {"ring", 0x0000, 3, ELOOP},
-                                                                  {tooLong, 0x1042, 3, ENAMETOOLONG},
-                                                                  {"folder", 0x0000, 5, EISDIR},
-                                                                  {"pipe", 0x0000, 6, ENXIO},
-                                                                  {"pipe", 0x0002, 6, ENXIO},
-                                                                  {"file", 0x8000, 1, EINVAL},
-                                                                  {"file", 0x0060, 1, EINVAL}};
+    const OpenRow cases[] = {{"file", 0x1042, 0, 0},
+                             {"new", 0x1020, 0, 0},
+                             {"missing", 0x0000, 2, ENOENT},
+                             {cut, 0x0000, 2, ENOENT},
+                             {"missing/file/", 0x0000, 3, ENOENT},
+                             {"missing/file", 0x1042, 3, ENOENT},
+                             {"file/below", 0x1042, 3, ENOTDIR},
+                             {"ring", 0x0000, 3, ELOOP},
+                             {tooLong, 0x1042, 3, ENAMETOOLONG},
+                             {"folder", 0x0000, 5, EISDIR},
+                             {"pipe", 0x0000, 6, ENXIO},
+                             {"pipe", 0x0002, 6, ENXIO},
+                             {"file", 0x8000, 1, EINVAL},
+                             {"file", 0x0060, 1, EINVAL}};
     for (const auto& [name, flags, cause, osError] : cases) {
         SCOPED_TRACE(name);
         const bool opens = cause == 0;
@@ -55,14 +53,19 @@ TEST(File, OpensWhatItCanAndTellsTheCauseOfEveryFailure) {
         EXPECT_EQ(error.m_strFileName, opens ? CString() : folder.Text(name));
     }
     EXPECT_FALSE(CFile().Open(CString().GetUTF16Ptr(), 0));
+    EXPECT_EQ(CauseOf([&] { CFile(folder.Text("missing"), CFile::modeRead); }), CFileException::fileNotFound);
     EXPECT_EQ(rk::WithSystemErrors([] { return 7; }), 7);
     try {
         rk::WithSystemErrors([&] { CFile::Remove(u"/missing/file"); });
         FAIL();
     } catch (const std::system_error& failure) {
         EXPECT_EQ(failure.code(), std::errc::no_such_file_or_directory);
-        EXPECT_TRUE(std::string_view(failure.what()).starts_with("/missing/file: "));
+        EXPECT_TRUE(std::string_view(failure.what()).starts_with("/missing/file: ")) << failure.what();
     }
+    EXPECT_EQ(CFileException(CFileException::fileNotFound, ENOENT, CString(u"/a")).GetErrorMessage(),
+              u"/a: not found (No such file or directory)");
+    EXPECT_EQ(CFileException(99, 0, CString()).GetErrorMessage(), u"failed");
+    EXPECT_EQ(CFileException(CFileException::diskFull, 0, CString(u"b")).GetErrorMessage(), u"b: the disk is full");
 }
 
 TEST(File, ReadsWritesAndSeeksWhereItStands) {
@@ -87,8 +90,16 @@ TEST(File, ReadsWritesAndSeeksWhereItStands) {
     file.Seek(1, 0);
     EXPECT_EQ(file.Read(bytes, 3), 3U);
     EXPECT_EQ(std::string_view(bytes, 3), "ne-");
-    EXPECT_EQ(file.Read(bytes, 64), 10U);
+    const std::string content(5000, 'c');
+    EXPECT_EQ(file.SeekToEnd(), 14U);
+    file.Write(std::as_bytes(std::span(content)));
+    file.Seek(13, 0);
+    EXPECT_EQ(file.Read(std::as_writable_bytes(std::span(bytes))).size(), 64U);
+    EXPECT_EQ(bytes[63], 'c');
+    EXPECT_EQ(file.ReadAll(), content.substr(63));
     EXPECT_EQ(file.Read(bytes, 64), 0U);
+    EXPECT_EQ(file.ReadAll(), "");
+    EXPECT_FALSE(CFile(u"/proc/self/status", 0).ReadAll().empty());  // which has no length
 
     constexpr unsigned long long kBeyondFourGibibytes = 5ULL << 30;
     EXPECT_EQ(file.Seek(kBeyondFourGibibytes, 0), kBeyondFourGibibytes);
@@ -203,20 +214,11 @@ TEST(File, ThatIsClosedRefusesEverythingButClosing) {
     other = std::move(file);
     EXPECT_TRUE(other.IsOpen());
     char byte = 0;
-    const std::function<void()> calls[] = {[&] { file.Read(&byte, 1); }, [&] { static_cast<void>(file.GetLength()); },
-                                           [&] { file.Flush(); }};
-    for (const auto& call : calls)
+    for (const std::function<void()>& call : std::initializer_list<std::function<void()>>{
+             [&] { file.Read(&byte, 1); }, [&] { static_cast<void>(file.GetLength()); }, [&] { file.Flush(); },
+             [] { static_cast<void>(CFile().ReadAll()); }})
         EXPECT_EQ(CauseOf(call), CFileException::invalidFile);
     EXPECT_EQ(CauseOf([&] { file.Close(); }), CFileException::none);
-}
-
-TEST(FileException, TellsWhatAndWhyInWords) {
-    const CFileException kCases[] = {{CFileException::fileNotFound, ENOENT, CString(u"/a")},
-                                     {99, 0, CString()},
-                                     {CFileException::diskFull, 0, CString(u"b")}};
-    const char16_t* const words[] = {u"/a: not found (No such file or directory)", u"failed", u"b: the disk is full"};
-    for (std::size_t i = 0; i < std::size(words); ++i)
-        EXPECT_EQ(kCases[i].GetErrorMessage(), words[i]);
 }
 
 TEST(FileStatus, KnowsEachKind) {
@@ -265,8 +267,8 @@ TEST(FileStatus, WrittenBackMovesNoTimeAndKeepsTheOtherPermissions) {
                 status.m_attribute = static_cast<unsigned char>(attribute);
                 CFile::SetStatus(path.GetUTF16Ptr(), status);
                 EXPECT_EQ(folder.Mode("file"), (attribute & 1) != 0 ? mode & ~0200U : mode);
-                EXPECT_TRUE(SameTime(folder.Status("file").st_mtim, before.st_mtim));
-                EXPECT_TRUE(SameTime(folder.Status("file").st_atim, before.st_atim));
+                EXPECT_EQ(Parts(folder.Status("file").st_mtim), Parts(before.st_mtim));
+                EXPECT_EQ(Parts(folder.Status("file").st_atim), Parts(before.st_atim));
             }
         }
     }
@@ -277,25 +279,24 @@ TEST(FileStatus, SetsTheTimesThatChanged) {
     const CString path = folder.Write("file");
     CFileStatus status;
     ASSERT_TRUE(CFile::GetStatus(path, status));
-    const timespec accessed = folder.Status("file").st_atim;
-    constexpr std::pair<double, timespec> kCases[] = {{0, {978'307'200, 0}},
-                                                      {0.5, {978'307'200, 500'000'000}},
-                                                      {-0.25, {978'307'199, 750'000'000}},
-                                                      {-978'307'201, {-1, 0}}};
-    for (const auto& [seconds, time] : kCases) {
+    const auto accessed = Parts(folder.Status("file").st_atim);
+    constexpr std::tuple<double, std::time_t, long> kCases[] = {
+        {0, 978'307'200, 0}, {0.5, 978'307'200, 500'000'000}, {-0.25, 978'307'199, 750'000'000}, {-978'307'201, -1, 0}};
+    for (const auto& [seconds, unixSeconds, nanoseconds] : kCases) {
         status.m_mtime = CTime::FromCFAbsoluteTime(seconds);
         CFile::SetStatus(path, status);
-        EXPECT_TRUE(SameTime(folder.Status("file").st_mtim, time)) << seconds;
-        EXPECT_TRUE(SameTime(folder.Status("file").st_atim, accessed));
+        EXPECT_EQ(Parts(folder.Status("file").st_mtim), std::pair(unixSeconds, nanoseconds));
+        EXPECT_EQ(Parts(folder.Status("file").st_atim), accessed);
         ASSERT_TRUE(CFile::GetStatus(path, status));
         EXPECT_EQ(status.m_mtime.GetCFAbsoluteTime(), seconds);
     }
     CFile::SetStatus(path, CFileStatus());  // null times
-    EXPECT_TRUE(SameTime(folder.Status("file").st_mtim, {-1, 0}));
+    EXPECT_EQ(Parts(folder.Status("file").st_mtim), std::pair(std::time_t{-1}, 0L));
     folder.Link("nowhere", "missing");
-    EXPECT_EQ(CauseOf([&] { CFile::SetStatus(folder.Text("missing"), status); }), CFileException::fileNotFound);
-    EXPECT_EQ(CauseOf([&] { CFile::SetStatus(folder.Text("nowhere"), status); }), CFileException::fileNotFound);
-    EXPECT_EQ(CauseOf([&] { CFile::SetStatus(folder.Text("a/b"), status); }), CFileException::badPath);
+    for (const auto& [name, cause] : {std::pair("missing", CFileException::fileNotFound),
+                                      {"nowhere", CFileException::fileNotFound},
+                                      {"a/b", CFileException::badPath}})
+        EXPECT_EQ(CauseOf([&, n = name] { CFile::SetStatus(folder.Text(n), status); }), cause) << name;
 }
 
 TEST(File, IsRemovedAndRenamedByItsOwnName) {
@@ -321,26 +322,6 @@ TEST(File, IsRemovedAndRenamedByItsOwnName) {
     EXPECT_EQ(removed("sub/kept"), CFileException::accessDenied);
     EXPECT_EQ(renamed("sub/kept", "new"), CFileException::accessDenied);
     folder.SetMode("sub", 0700);
-}
-
-TEST(File, IsOpenedByItsConstructorAndReadWhole) {
-    const ScopedFolder folder;
-    const CString path = folder.Text("file");
-    EXPECT_EQ(CauseOf([&] { CFile(path, CFile::modeRead); }), CFileException::fileNotFound);
-    const std::string content(5000, 'c');
-    CFile file(path, CFile::modeReadWrite | CFile::modeCreate);
-    EXPECT_EQ(file.ReadAll(), "");
-    file.Write(std::as_bytes(std::span(content)));
-    EXPECT_EQ(file.Seek(0, 0), 0u);
-    std::array<char, 3> start{};
-    EXPECT_EQ(file.Read(std::as_writable_bytes(std::span(start))).size(), 3u);
-    EXPECT_EQ(start[2], 'c');
-    EXPECT_EQ(file.ReadAll(), content.substr(3));
-    EXPECT_EQ(file.Read(std::as_writable_bytes(std::span(start))).size(), 0u);
-    file.Seek(0, 0);
-    EXPECT_EQ(file.SeekToEnd(), 5000u);
-    EXPECT_FALSE(CFile(u"/proc/self/status", 0).ReadAll().empty());  // which has no length
-    EXPECT_EQ(CauseOf([] { (void)CFile().ReadAll(); }), CFileException::invalidFile);
 }
 
 }  // namespace

@@ -1,9 +1,5 @@
-#include "RkUtilities/foundation/CString.h"
-
-#include <climits>
-#include <clocale>
-#include <gtest/gtest.h>
-#include <string>
+// Numbers in each layout are compared with C's printf by fuzz/FormatFuzz.cpp.
+#include "tests/support/Test.h"
 
 namespace {
 
@@ -27,28 +23,29 @@ CString FormattedFromList(const CString* format, ...) {
 }
 
 TEST(Format, PrintsNumbersTextsCharactersPointersAndPositions) {
-    EXPECT_EQ(Formatted(u"%Lg %.3Lf", 2.5L, 1.0), u"2.5 1.000");
-    EXPECT_EQ(Formatted(u"%.400f", 0.1).GetLength(), 402);
-    EXPECT_EQ(Formatted(u"%+06d|%-6u|%#x|%.3d|%hhu|%e|%G", 7, 7U, 255, 7, 257, 0.5, 1e-7),
-              u"+00007|7     |0xff|007|1|5.000000e-01|1E-07");
     const unsigned short unit = u'ä';
     const void* const null = nullptr;
-    EXPECT_EQ(Formatted(u"%s|%5s|%-5s|%.2s|%.1s", "ü€", "ab", "ab", "ä€", "ä"), u"ü€|   ab|ab   |ä|");
-    EXPECT_EQ(Formatted(u"%s", static_cast<const char*>(nullptr)), u"(null)");
-    EXPECT_EQ(Formatted(u"%s|%3s|%.2s|%.1s", CString(u"ü€"), u"ü", std::u16string_view(u"äöü"), u"\U0001F600"),
-              u"ü€|  ü|äö|");
-    EXPECT_EQ(Formatted(u"%s%s", static_cast<unsigned short const*>(nullptr), u"\xD800"), u"(null)\xD800");
-    EXPECT_EQ(Formatted(u"%c%c%3c%lc%c", 'a', unit, u'→', 0x1F600, '\xE4'), u"aä  →\U0001F600\uFFFD");
-    EXPECT_EQ(Formatted(u"%p %5p", null, null), u"(nil) (nil)");
-    EXPECT_EQ(Formatted(u"%p", reinterpret_cast<const void*>(0xABC)), u"0xabc");
-    EXPECT_EQ(Formatted(u"%2$s %1$d %2$s", 5, "x"), u"x 5 x");
-    EXPECT_EQ(Formatted(u"%*d|%-*d|%*d|%.*f", 4, 1, 4, 2, -4, 3, 1, 0.25), u"   1|2   |3   |0.2");
-    EXPECT_EQ(Formatted(u"%2$*1$d|%2$.*1$d", 4, 7), u"   7|0007");
-    EXPECT_EQ(Formatted(u"100%% %s", "→ %d"), u"100% → %d");
-    EXPECT_EQ(Formatted(u"%d %d", 1L, static_cast<unsigned char>(2)), u"1 2");
-    EXPECT_EQ(Formatted(u"%x %hhd %u", static_cast<signed char>(-1), 300, -1), u"ffffffff 44 4294967295");
     const char unterminated[] = {'a', 'b', 'c'};
-    EXPECT_EQ(Formatted(u"%.3s", static_cast<const char*>(unterminated)), u"abc");
+    const std::pair<CString, std::u16string_view> rows[] = {
+        {Formatted(u"%Lg %.3Lf", 2.5L, 1.0), u"2.5 1.000"},
+        {Formatted(u"%+06d|%-6u|%#x|%.3d|%hhu|%e|%G", 7, 7U, 255, 7, 257, 0.5, 1e-7),
+         u"+00007|7     |0xff|007|1|5.000000e-01|1E-07"},
+        {Formatted(u"%s|%5s|%-5s|%.2s|%.1s", "ü€", "ab", "ab", "ä€", "ä"), u"ü€|   ab|ab   |ä|"},
+        {Formatted(u"%s", static_cast<const char*>(nullptr)), u"(null)"},
+        {Formatted(u"%s|%3s|%.2s|%.1s", CString(u"ü€"), u"ü", std::u16string_view(u"äöü"), u"\U0001F600"),
+         u"ü€|  ü|äö|"},
+        {Formatted(u"%s%s", static_cast<unsigned short const*>(nullptr), u"\xD800"), u"(null)\xD800"},
+        {Formatted(u"%c%c%3c%lc%c", 'a', unit, u'→', 0x1F600, '\xE4'), u"aä  →\U0001F600\uFFFD"},
+        {Formatted(u"%p %5p %p", null, null, reinterpret_cast<const void*>(0xABC)), u"(nil) (nil) 0xabc"},
+        {Formatted(u"%2$s %1$d %2$s", 5, "x"), u"x 5 x"},
+        {Formatted(u"%*d|%-*d|%*d|%.*f", 4, 1, 4, 2, -4, 3, 1, 0.25), u"   1|2   |3   |0.2"},
+        {Formatted(u"%2$*1$d|%2$.*1$d", 4, 7), u"   7|0007"},
+        {Formatted(u"100%% %s", "→ %d"), u"100% → %d"},
+        {Formatted(u"%d %d", 1L, static_cast<unsigned char>(2)), u"1 2"},
+        {Formatted(u"%x %hhd %u", static_cast<signed char>(-1), 300, -1), u"ffffffff 44 4294967295"},
+        {Formatted(u"%.3s", static_cast<const char*>(unterminated)), u"abc"}};
+    for (const auto& [text, expected] : rows)
+        EXPECT_EQ(text, expected);
 }
 
 TEST(Format, MakesTextsOfEveryLengthFromAnyBytes) {
@@ -64,13 +61,13 @@ TEST(Format, MakesTextsOfEveryLengthFromAnyBytes) {
 
 TEST(Format, RefusesWhatItCannotCarryOutAndKeepsTheText) {
     CString text = u"kept";
-    const auto refuses = [&](auto&&... arguments) {
-        EXPECT_THROW(text.Format(arguments...), rk::FormatError) << CString(std::get<0>(std::tuple(arguments...)));
+    const auto refuses = [&](const CString& format, auto... arguments) {
+        EXPECT_THROW(text.Format(format, arguments...), rk::FormatError) << format;
         EXPECT_EQ(text, u"kept");
     };
     for (const char16_t* format : {u"%d %d", u"%n", u"%s", u"%f", u"%p", u"%", u"%5", u"%q", u"%Ld", u"%ls", u"%\uFF44",
                                    u"%0$d", u"%3$d", u"%99999999999d", u"%9999999999999999999$d", u"%1$d %d"})
-        refuses(CString(format), 1);
+        refuses(format, 1);
     refuses(u"%d", "text");
     refuses(u"%d", 1.5);
     refuses(u"%f", 5.0L);
@@ -82,9 +79,10 @@ TEST(Format, RefusesWhatItCannotCarryOutAndKeepsTheText) {
     refuses(u"%*d", 1.5, 1);
 }
 
-TEST(Format, TakesCArgumentLists) {
+TEST(Format, TakesCArgumentListsAndKeepsThePointInCommaLocales) {
     const CString formats[] = {
         u"%s %d %ld %g %c %p %%", u"%3$s %1$d %2$.1f", u"%2$d", u"%1$d %1$s", u"%d %n", u"%*.*f|%Lg"};
+    const ScopedGermanProcess german;
     EXPECT_EQ(FormattedFromList(&formats[0], "ä", -1, 1L << 40, 0.5, 'x', nullptr),
               u"ä -1 1099511627776 0.5 x (nil) %");
     EXPECT_EQ(FormattedFromList(&formats[1], 1, 2.0, "c"), u"c 1 2.0");
@@ -92,13 +90,7 @@ TEST(Format, TakesCArgumentLists) {
     EXPECT_EQ(FormattedFromList(&formats[3], 1), u"before, refused");
     EXPECT_EQ(FormattedFromList(&formats[4], 1, nullptr), u"before, refused");
     EXPECT_EQ(FormattedFromList(&formats[5], 6, 2, 1.0, 2.5L), u"  1.00|2.5");
-}
-
-TEST(Format, KeepsThePointInCommaLocales) {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr) << "the build makes this locale, LOCPATH leads to it";
     EXPECT_EQ(Formatted(u"%f %g %.1Lf", 1.5, 0.25, 2.5L), u"1.500000 0.25 2.5");
-    std::setlocale(LC_ALL, before.c_str());
 }
 
 }  // namespace

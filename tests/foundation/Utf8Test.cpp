@@ -1,10 +1,6 @@
-#include "RkUtilities/foundation/CString.h"
-#include "RkUtilities/foundation/StUTF8Buffer.h"
+#include "tests/support/Test.h"
 
-#include <gtest/gtest.h>
-#include <random>
 #include <unicode/unistr.h>
-#include <vector>
 
 namespace {
 
@@ -43,14 +39,10 @@ template <class Text> Text Times(std::size_t count, const Text& piece) {
 }
 
 TEST(Utf8, GoesThereAndBackForEveryCodePoint) {
-    std::u16string all;
-    for (char32_t c = 0; c <= 0x10FFFF; ++c) {
-        if (c >= 0xD800 && c <= 0xDFFF)
-            continue;
-        if (c > 0xFFFF)
-            all += static_cast<char16_t>(0xD7C0 + (c >> 10));
-        all += static_cast<char16_t>(c > 0xFFFF ? 0xDC00 | (c & 0x3FF) : c);
-    }
+    icu::UnicodeString points;
+    for (UChar32 c = 0; c <= 0x10FFFF; c += c == 0xD7FF ? 0x801 : 1)
+        points.append(c);
+    const std::u16string all(points.getBuffer(), static_cast<std::size_t>(points.length()));
     const CString text = all;
     const std::string bytes = text.ToUtf8();
     EXPECT_EQ(bytes, IcuEncoded(all));

@@ -1,65 +1,61 @@
-#include "RkUtilities/strings/CrkStringUtilities.h"
-
-#include "tests/support/ScopedUserLocale.h"
-#include "tests/support/ScopedVariable.h"
-
-#include <climits>
-#include <cmath>
-#include <gtest/gtest.h>
-#include <memory>
-#include <random>
-#include <vector>
+#include "tests/support/Test.h"
 
 namespace {
 
 using Strings = CrkStringUtilities;
 
 TEST(Formatting, NeverThrows) {
-    const CString good = u"%s%d";
-    const CString bad = u"%d %d";
-    EXPECT_EQ(Strings::Format(good, "ä", 3), u"ä3");
-    EXPECT_EQ(Strings::FormatOrdered(u"%2$s %1$d", 5, "x"), u"x 5");
-    EXPECT_EQ(Strings::Format(bad, 1), u"");
-    EXPECT_EQ(Strings::Format(u"%n", 1), u"");
-    EXPECT_EQ(Strings::Format(nullptr), u"");
-    EXPECT_EQ(Strings::AppendInt(u"a\xD800", 0), u"a\uFFFD0");
-    EXPECT_EQ(Strings::AppendInt(u"100% Topic", INT_MIN), u"100% Topic-2147483648");
+    const std::pair<CString, std::u16string_view> rows[] = {
+        {Strings::Format(u"%s%d", "ä", 3), u"ä3"},
+        {Strings::FormatOrdered(u"%2$s %1$d", 5, "x"), u"x 5"},
+        {Strings::Format(u"%d %d", 1), u""},
+        {Strings::Format(u"%n", 1), u""},
+        {Strings::Format(nullptr), u""},
+        {Strings::AppendInt(u"a\xD800", 0), u"a\uFFFD0"},
+        {Strings::AppendInt(u"% Topic", INT_MIN), u"% Topic-2147483648"}};
+    for (const auto& [text, expected] : rows)
+        EXPECT_EQ(text, expected);
 }
 
-struct ByteRow {
-    unsigned long count;
-    const char16_t* text;
-};
-constexpr ByteRow kByteRows[] = {
-    {1000, u"0.97 KB"},          {1023, u"0.99 KB"},          {1024, u"1.00 KB"},       {1536, u"1.50 KB"},
-    {10240, u"10.0 KB"},         {102400, u"100 KB"},         {1023999, u"999 KB"},     {1024000, u"0.97 MB"},
-    {1048575, u"0.99 MB"},       {1048576, u"1.00 MB"},       {1073741824, u"1.00 GB"}, {1073741823999, u"1000 GB"},
-    {1073741824000, u"0.97 TB"}, {1099511627775, u"1.00 TB"}, {1099511627776, u""},     {ULONG_MAX, u""}};
+constexpr std::pair<unsigned long, const char16_t*> kByteRows[] = {{0, u"0 bytes"},
+                                                                   {1, u"1 bytes"},
+                                                                   {999, u"999 bytes"},
+                                                                   {1000, u"0.97 KB"},
+                                                                   {1023, u"0.99 KB"},
+                                                                   {1024, u"1.00 KB"},
+                                                                   {1536, u"1.50 KB"},
+                                                                   {10240, u"10.0 KB"},
+                                                                   {102400, u"100 KB"},
+                                                                   {1023999, u"999 KB"},
+                                                                   {1024000, u"0.97 MB"},
+                                                                   {1048575, u"0.99 MB"},
+                                                                   {1048576, u"1.00 MB"},
+                                                                   {1073741824, u"1.00 GB"},
+                                                                   {1073741823999, u"1000 GB"},
+                                                                   {1073741824000, u"0.97 TB"},
+                                                                   {1099511627775, u"1.00 TB"},
+                                                                   {1099511627776, u""},
+                                                                   {ULONG_MAX, u""}};
+constexpr std::tuple<const char16_t*, int, const char16_t*> kShortRows[] = {
+    {u"abcdefgh", 5, u"ab..."}, {u"abc", 3, u"abc"},     {u"abcd", 3, u"..."}, {u"abcd", 2, u".."},
+    {u"abcd", 0, u""},          {u"abcd", INT_MIN, u""}, {u"", -1, u""},       {u"abcd", INT_MAX, u"abcd"}};
+constexpr std::pair<std::size_t, int> kSerialRows[] = {
+    {0, 4}, {254, 512}, {255, 516}, {65533, 131072}, {65534, 131078}};
 
-TEST(ByteStrings, AreCutFromSixDecimals) {
-    for (const ByteRow& row : kByteRows)
-        EXPECT_EQ(Strings::MakeByteString(row.count), row.text) << row.count;
-    for (const unsigned long count : {0UL, 1UL, 999UL})
-        EXPECT_EQ(Strings::MakeByteString(count).ToUtf8(), std::to_string(count) + " bytes");
-}
-
-TEST(Shortening, NeverGivesMoreThanAsked) {
-    const struct {
-        const char16_t* text;
-        int length;
-        const char16_t* result;
-    } rows[] = {{u"abcdefgh", 5, u"ab..."}, {u"abc", 3, u"abc"},     {u"abcd", 3, u"..."}, {u"abcd", 2, u".."},
-                {u"abcd", 0, u""},          {u"abcd", INT_MIN, u""}, {u"", -1, u""},       {u"abcd", INT_MAX, u"abcd"}};
-    for (const auto& row : rows)
-        EXPECT_EQ(Strings::ShortenString(row.text, row.length), row.result) << row.length;
+TEST(Formatting, MeasuresBytesAndShortens) {
+    for (const auto& [count, text] : kByteRows)
+        EXPECT_EQ(Strings::MakeByteString(count), text) << count;
+    for (const auto& [text, length, result] : kShortRows)
+        EXPECT_EQ(Strings::ShortenString(text, length), result) << length;
+    for (const auto& [length, bytes] : kSerialRows)
+        EXPECT_EQ(Strings::StringSerializeSize(std::u16string(length, u'x')), bytes);
 }
 
 /// The wrap as it is defined, on the text itself.
 CString Wrapped(CString text, const CString& separator, int width, int lines) {
     while (text.Find(u"\n") >= 0 && Strings::IsBlank(text.Left(text.Find(u"\n"))))
         text.Delete(0, text.Find(u"\n") + 1);
-    int cut = 0;
-    int start = 0;
+    int cut = 0, start = 0;
     for (int line = 0; line < lines; ++line) {
         if (start >= text.GetLength()) {
             cut = start;
@@ -99,41 +95,30 @@ CString Wrap(CString text, const CString& separator, int width, int lines) {
     return text;
 }
 
-struct WrapRow {
-    const char16_t *text, *separator;
-    int width, lines;
-    const char16_t* result;
-};
-constexpr WrapRow kWrapRows[] = {{u"hello world foo bar", u"/", 8, 2, u"hello /world..."},
-                                 {u"abcdefghijkl", u"/", 5, 3, u"abcde/fghi/jkl"},
-                                 {u"abc\ndef\nghi", u"/", 10, 2, u"abc/\ndef.../"},
-                                 {u"text", u"/", 8, INT_MIN, u""},
-                                 {u" \n\n ", u"/", 8, 5, u""},
-                                 {u"ab cd\nef", u"/", 0, 9, u"ab cd/\nef"},
-                                 {u"ab cd", u"/", 1, INT_MAX, u"ab cd"},
-                                 {u"ab cd", u"/", INT_MIN, 9, u"ab cd"},
-                                 {u"ab cd", u"/", INT_MAX, INT_MAX, u"ab cd"}};
+constexpr std::tuple<const char16_t*, int, int, const char16_t*> kWrapRows[] = {
+    {u"hello world foo bar", 8, 2, u"hello /world..."},
+    {u"abcdefghijkl", 5, 3, u"abcde/fghi/jkl"},
+    {u"abc\ndef\nghi", 10, 2, u"abc/\ndef.../"},
+    {u"text", 8, INT_MIN, u""},
+    {u" \n\n ", 8, 5, u""},
+    {u"ab cd\nef", 0, 9, u"ab cd/\nef"},
+    {u"ab cd", 1, INT_MAX, u"ab cd"},
+    {u"ab cd", INT_MIN, 9, u"ab cd"},
+    {u"ab cd", INT_MAX, INT_MAX, u"ab cd"}};
 
-TEST(Wrapping, KeepsToItsExamplesAndItsSteps) {
-    for (const WrapRow& row : kWrapRows)
-        EXPECT_EQ(Wrap(row.text, row.separator, row.width, row.lines), row.result) << CString(row.text) << row.width;
-
+TEST(Wrapping, KeepsToItsExamplesAndItsStepsAndEndsSoon) {
+    for (const auto& [text, width, lines, result] : kWrapRows)
+        EXPECT_EQ(Wrap(text, u"/", width, lines), result) << CString(text) << width;
     std::mt19937 random(13);
-    const std::u16string_view alphabet = u"abc  \n\r\t";
     const CString separators[] = {u"/", u"\r\n", u"\n", u"", u"<br />", u" "};
     for (int round = 0; round < 20000; ++round) {
-        std::u16string units;
-        for (std::size_t left = random() % 60; left > 0; --left)
-            units += alphabet[random() % alphabet.size()];
+        const std::u16string units = AnyText(random, u"abc  \n\r\t", 60);
         const CString& separator = separators[random() % std::size(separators)];
         const int width = separator.GetLength() + 1 + static_cast<int>(random() % 12);
         const int lines = static_cast<int>(random() % 8);
         ASSERT_EQ(Wrap(units, separator, width, lines), Wrapped(units, separator, width, lines))
             << CString(units) << "|" << separator << "|" << width << "|" << lines;
     }
-}
-
-TEST(Wrapping, EndsSoonWhateverItIsAsked) {
     const std::u16string word(1U << 20U, u'x');
     EXPECT_GT(Wrap(word, u"<br />", 7, INT_MAX).GetLength(), 0);  // breaks inside its separators
     EXPECT_EQ(Wrap(word, u"/", 2, INT_MAX).GetLength(), (2 << 20) - 2);
@@ -147,51 +132,48 @@ TEST(Wrapping, EndsSoonWhateverItIsAsked) {
 
 TEST(Lists, JoinAndSort) {
     const CString parts[] = {u"a", u"", u"b"};
-    EXPECT_EQ(Strings::Combine(u", ", parts, 3, true), u"a, b");
-    EXPECT_EQ(Strings::Combine(u", ", parts, 3, false), u"a, , b");
-    EXPECT_EQ(Strings::Combine(u", ", u"", u"a", true) + Strings::Combine(u"-", u"", u"", u"x", u"", false), u"a--x-");
-    EXPECT_EQ(Strings::Combine(u"-", u"1", u"2", u"3", true), u"1-2-3");
+    const std::pair<CString, std::u16string_view> joined[] = {
+        {Strings::Combine(u", ", parts, 3, true), u"a, b"},
+        {Strings::Combine(u", ", parts, 3, false), u"a, , b"},
+        {Strings::Combine(u", ", u"", u"a", true), u"a"},
+        {Strings::Combine(u"-", u"", u"", u"x", u"", false), u"--x-"},
+        {Strings::Combine(u"-", u"1", u"2", u"3", true), u"1-2-3"},
+        {Strings::Combine(u", ", nullptr, 3, true), u""},
+        {Strings::Combine(u", ", parts, 0, true), u""}};
+    for (const auto& [text, expected] : joined)
+        EXPECT_EQ(text, expected);
     const auto takes = [](const auto&... arguments) { return requires { Strings::Combine(arguments...); }; };
     EXPECT_FALSE(takes(u"-", u"1", u"2", u"3") || takes(u"-", u"1", u"2", u"3", parts[0]) ||
                  takes(u"-", u"1", u"2", "3"));
     EXPECT_TRUE(takes(u"-", u"1", parts[1], u"3", u"4", false) && takes(u"-", parts, 3, false));
-    EXPECT_EQ(Strings::Combine(u", ", nullptr, 3, true) + Strings::Combine(u", ", parts, 0, true), u"");
     CAtlList<CString> list{u"b", u"A", u"a", u"C", u"ab", u"abcde", u"ABCDF"};
     Strings::SortStringList(list, true);
     EXPECT_EQ(list, (CAtlList<CString>{u"A", u"a", u"ab", u"abcde", u"ABCDF", u"b", u"C"}));
     CAtlList<CString> reversed{u"b", u"A", u"a", u"C"};
     Strings::SortStringList(reversed, false);
     EXPECT_EQ(reversed, (CAtlList<CString>{u"C", u"b", u"a", u"A"}));
-    const std::pair<std::size_t, int> sizes[] = {{0, 4}, {254, 512}, {255, 516}, {65533, 131072}, {65534, 131078}};
-    for (const auto& [length, bytes] : sizes)
-        EXPECT_EQ(Strings::StringSerializeSize(std::u16string(length, u'x')), bytes);
 }
 
-struct NumberRow {
-    const char16_t* text;
-    long integer;
-    double number;
-};
-constexpr NumberRow kNumberRows[] = {{u" -42x", -42, -42},
-                                     {u"+7.5", 7, 7.5},
-                                     {u"1,5", 1, 1},
-                                     {u"-1e3x", -1, -1000},
-                                     {u"inf", 0, 0},
-                                     {u"\u22121", 0, 0},
-                                     {u"\u0661", 0, 0},
-                                     {u"1e999", 1, INFINITY},
-                                     {u"0.9", 0, 0.9},
-                                     {u"9999999999", INT_MAX, 9999999999},
-                                     {u"-2147483648", INT_MIN, INT_MIN},
-                                     {u"-21474836480", -INT_MAX, -21474836480.0},
-                                     {u"99999999999999999999", INT_MAX, 1e20}};
+constexpr std::tuple<const char16_t*, long, double> kNumberRows[] = {{u" -42x", -42, -42},
+                                                                     {u"+7.5", 7, 7.5},
+                                                                     {u"1,5", 1, 1},
+                                                                     {u"-1e3x", -1, -1000},
+                                                                     {u"inf", 0, 0},
+                                                                     {u"\u22121", 0, 0},
+                                                                     {u"\u0661", 0, 0},
+                                                                     {u"1e999", 1, INFINITY},
+                                                                     {u"0.9", 0, 0.9},
+                                                                     {u"9999999999", INT_MAX, 9999999999},
+                                                                     {u"-2147483648", INT_MIN, INT_MIN},
+                                                                     {u"-21474836480", -INT_MAX, -21474836480.0},
+                                                                     {u"99999999999999999999", INT_MAX, 1e20}};
 
 TEST(Numbers, AreReadFromTheFrontInAnyLocale) {
     const ScopedUserLocale user("ar_EG");
-    for (const NumberRow& row : kNumberRows) {
-        EXPECT_EQ(Strings::StringToLong(row.text), row.integer) << CString(row.text);
-        EXPECT_EQ(Strings::StringToDouble(row.text), row.number) << CString(row.text);
-        EXPECT_EQ(Strings::StringToBool(row.text), row.integer != 0) << CString(row.text);
+    for (const auto& [text, integer, number] : kNumberRows) {
+        EXPECT_EQ(Strings::StringToLong(text), integer) << CString(text);
+        EXPECT_EQ(Strings::StringToDouble(text), number) << CString(text);
+        EXPECT_EQ(Strings::StringToBool(text), integer != 0) << CString(text);
     }
     EXPECT_TRUE(Strings::StringToBool(u"TRUE"));
     EXPECT_FALSE(Strings::StringToBool(u"yes"));
@@ -263,11 +245,8 @@ CString Passes(CString text) {
 TEST(Placeholders, AreExpandedAsTheirPassesDo) {
     const ScopedVariable variables[] = {{"a", "x"}, {"b", "%a%"}, {"c", "a%"}, {"d", "%"}, {"e", "%b%c"}, {"f", "%f"}};
     std::mt19937 random(14);
-    const std::u16string_view alphabet = u"%%%abcdefx";
     for (int round = 0; round < 20000; ++round) {
-        std::u16string units;
-        for (std::size_t left = random() % 30; left > 0; --left)
-            units += alphabet[random() % alphabet.size()];
+        const std::u16string units = AnyText(random, u"%%%abcdefx", 30);
         ASSERT_EQ(Expanded(units), Passes(units)) << CString(units);
     }
     std::u16string many;

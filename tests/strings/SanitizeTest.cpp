@@ -1,9 +1,4 @@
-#include "RkUtilities/strings/CrkStringUtilities.h"
-
-#include "RkUtilities/xml/CrkXmlUtilities.h"
-
-#include <gtest/gtest.h>
-#include <random>
+#include "tests/support/Test.h"
 
 namespace {
 
@@ -12,12 +7,11 @@ using Strings = CrkStringUtilities;
 /// The replacements one after the other, each over the whole text, as they are defined.
 struct StepByStep {
     static CString Notes(CString text) {
-        text.Remove(0x7F);
-        for (unsigned short code = 0; code < 0x20; ++code) {
-            if (code != 9 && code != 10 && code != 13)
-                text.Remove(code);
-        }
-        return text;
+        std::u16string units(text);
+        std::erase_if(units, [](char16_t unit) {
+            return unit == 0x7F || (unit < 0x20 && unit != u'\t' && unit != u'\n' && unit != u'\r');
+        });
+        return units;
     }
     static CString Tooltip(CString text) {
         text.Replace(u"\x18", u" ");
@@ -34,14 +28,9 @@ struct StepByStep {
     }
     static CString Topic(CString text) {
         text.Replace(u"\x7F", u" ");
-        for (unsigned short code = 0; code < 0x20; ++code) {
-            if (code != 9 && code != 10 && code != 13)
-                text.Replace(CString(code), code == 12 ? u"\r\n" : u" ");
-        }
-        for (int i = 0; i < text.GetLength(); ++i) {
-            if (!CrkXmlUtilities::IsChar(text.GetAt(i)))
-                text.SetAt(i, u' ');
-        }
+        text.Replace(u"\f", u"\r\n");
+        for (int i = 0; i < text.GetLength(); ++i)
+            text.SetAt(i, CrkXmlUtilities::IsChar(text.GetAt(i)) ? text.GetAt(i) : u' ');
         return text;
     }
     static CString CrLf(CString text) {
@@ -59,10 +48,8 @@ TEST(Sanitisers, GiveInOnePassWhatTheirStepsGive) {
     std::mt19937 random(12);
     const std::u16string_view alphabet(u"a<br>b<r \t\n\r\r\n\f\0\x01\x18\x1F\x7F\x80\uFFFD\uFFFE\xD83D\xDE00<", 26);
     for (int round = 0; round < 20000; ++round) {
-        std::u16string units;
-        for (std::size_t left = random() % 40; left > 0; --left)
-            units += random() % 8 == 0 ? static_cast<char16_t>(random()) : alphabet[random() % alphabet.size()];
-        const CString text(units);
+        const CString text(AnyText(random, alphabet, 40) + static_cast<char16_t>(random()) +
+                           AnyText(random, alphabet, 9));
         ASSERT_EQ(changed(Strings::RemoveInvalidNotesCharacters, text), StepByStep::Notes(text));
         ASSERT_EQ(changed(Strings::RemoveInvalidTooltipCharacters, text), StepByStep::Tooltip(text));
         ASSERT_EQ(changed(Strings::FixInvalidUnformattedTooltipCharacters, text), StepByStep::PlainTooltip(text));
@@ -75,8 +62,11 @@ TEST(Sanitisers, GiveInOnePassWhatTheirStepsGive) {
 
 TEST(Sanitisers, KeepToTheirExamples) {
     EXPECT_EQ(Strings::RemoveCRLF(u"a\r\nb\r"), u"ab");
-    EXPECT_EQ(Strings::CondenseString(u"Hello world") + Strings::CondenseString(u" leading"), u"Hello......");
-    EXPECT_EQ(Strings::CondenseString(u"one\ttwo") + Strings::CondenseString(u"Hello"), u"one...Hello");
+    for (const auto& [text, expected] : {std::pair(u"Hello world", u"Hello..."),
+                                         {u" leading", u"..."},
+                                         {u"one\ttwo", u"one..."},
+                                         {u"Hello", u"Hello"}})
+        EXPECT_EQ(Strings::CondenseString(text), expected);
     for (const char16_t unit : std::u16string_view(u"\0\x1F\x7F", 3))
         EXPECT_FALSE(Strings::IsCharPrintable(unit));
     for (const char16_t unit : std::u16string_view(u" ~\x80\xD800\uFFFF"))

@@ -1,22 +1,12 @@
-#include "RkUtilities/strings/CrkStringUtilities.h"
-
-#include <climits>
-#include <gtest/gtest.h>
-#include <random>
-
-#include "RkUtilities/foundation/CharacterTypes.h"
+#include "tests/support/Test.h"
 
 namespace {
 
 using Strings = CrkStringUtilities;
-constexpr bool kMatchCase = true;
-constexpr bool kAnyCase = false;
-constexpr bool kWholeWord = true;
-constexpr bool kAnywhere = false;
+constexpr bool kMatchCase = true, kAnyCase = false, kWholeWord = true, kAnywhere = false;
 
 struct SearchRow {
-    const char16_t* text;
-    const char16_t* sought;
+    const char16_t *text, *sought;
     bool matchCase, wholeWord;
     int start, index;
 };
@@ -35,9 +25,8 @@ constexpr SearchRow kSearchRows[] = {
 
 TEST(Search, FindsTextsAndWholeWords) {
     for (const SearchRow& row : kSearchRows) {
-        SCOPED_TRACE(CString(row.text).ToUtf8() + " / " + CString(row.sought).ToUtf8());
-        const CString text(row.text);
-        const CString sought(row.sought);
+        const CString text(row.text), sought(row.sought);
+        SCOPED_TRACE((text + u" / " + sought).ToUtf8());
         EXPECT_EQ(Strings::FindSubstring(text, sought, row.matchCase, row.wholeWord, row.start), row.index);
         EXPECT_EQ(Strings::FindInString(text, sought, row.matchCase, row.wholeWord, row.start), row.index != -1);
     }
@@ -68,16 +57,8 @@ int Passes(CString text, CString sought, bool matchCase, int start) {
 
 TEST(Search, TakesTheSamePassesOverRandomTexts) {
     std::mt19937 random(8);
-    const std::u16string_view alphabet = u"aAb _ſsS";
-    const auto any = [&](std::size_t length) {
-        std::u16string text;
-        while (text.size() < length)
-            text += alphabet[random() % alphabet.size()];
-        return CString(text);
-    };
     for (int round = 0; round < 5000; ++round) {
-        const CString text = any(random() % 40);
-        const CString sought = any(random() % 3);
+        const CString text = AnyText(random, u"aAb _ſsS", 40), sought = AnyText(random, u"aAb _ſsS", 3);
         const bool matchCase = random() % 2 == 0;
         const int start = static_cast<int>(random() % 6);
         ASSERT_EQ(Strings::FindSubstring(text, sought, matchCase, kWholeWord, start),
@@ -100,18 +81,22 @@ TEST(Search, LooksThroughListsAndArrays) {
 }
 
 TEST(Search, LooksAtBeginningsEndsAndSingleUnits) {
-    EXPECT_TRUE(Strings::BeginsWith(u"Topic", u"", false));
-    EXPECT_TRUE(Strings::EndsWith(u"", u"", true));
-    EXPECT_TRUE(Strings::BeginsWith(u"Topic", u"TOP", true));
-    EXPECT_FALSE(Strings::BeginsWith(u"Topic", u"TOP", false));
-    EXPECT_TRUE(Strings::EndsWith(u"Topic", u"PIC", true));
-    EXPECT_FALSE(Strings::EndsWith(u"To", u"Topic", true));
+    const std::tuple<const char16_t*, const char16_t*, bool, bool, bool> rows[] = {
+        {u"Topic", u"", false, true, true},    {u"", u"", true, true, true},
+        {u"Topic", u"TOP", true, true, false}, {u"Topic", u"TOP", false, false, false},
+        {u"Topic", u"PIC", true, false, true}, {u"To", u"Topic", true, false, false},
+        {u"Topic", u"pic", false, false, true}};
+    for (const auto& [text, part, ignoreCase, begins, ends] : rows) {
+        EXPECT_EQ(Strings::BeginsWith(text, part, ignoreCase), begins) << CString(part);
+        EXPECT_EQ(Strings::EndsWith(text, part, ignoreCase), ends) << CString(part);
+    }
     EXPECT_EQ(Strings::CountOccurrences(u"a.b.c", u'.'), 2);
     EXPECT_EQ(Strings::ReverseFindOneOf(u"a.b-c", u".-"), 3);
     EXPECT_EQ(Strings::ReverseFindOneOf(u"a.b", u""), -1);
     EXPECT_EQ(Strings::GetFirstChar(u"  x ", true), u'x');
     EXPECT_EQ(Strings::GetFirstChar(u"  x ", false), u' ');
     EXPECT_EQ(Strings::GetLastChar(u"   ", true), 0);
+    EXPECT_EQ(Strings::GetLastChar(u" x ", true), u'x');
     for (const CString text : {u"", u"\t\r\n \x01", u"\u00A0", u"\x7F"})
         EXPECT_EQ(Strings::IsBlank(text), text.IsEmpty() || text.GetAt(0) == u'\t') << text;
     EXPECT_EQ(Strings::RemovePrefix(u"prefix.name", u"prefix."), u"name");
