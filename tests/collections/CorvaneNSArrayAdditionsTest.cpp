@@ -1,13 +1,8 @@
-#include "RkUtilities/collections/CorvaneNSArrayAdditions.h"
+#include "tests/support/Test.h"
 
-#include <gtest/gtest.h>
-
-#include <array>
 #include <forward_list>
 #include <iterator>
-#include <memory>
 #include <set>
-#include <vector>
 
 namespace {
 
@@ -51,8 +46,7 @@ TEST(ArrayQueries, TellIdentityFromEquality) {
     Topic a(1), b(2), equalToA(1);
     const std::vector<Topic*> topics = {&a, &b, &equalToA, nullptr};
     const std::vector<Topic*> none;
-    Topic stranger(1);
-
+    Topic stranger(1), absent(9);
     EXPECT_TRUE(Additions::containsObjectIdenticalTo(topics, &b));
     EXPECT_FALSE(Additions::containsObjectIdenticalTo(topics, &stranger));
     EXPECT_TRUE(Additions::containsObjectIdenticalTo(topics, nullptr));
@@ -65,7 +59,6 @@ TEST(ArrayQueries, TellIdentityFromEquality) {
     EXPECT_EQ(Additions::indexesOfObjects(topics, std::array{&equalToA, &stranger}), Positions{0});  // the lowest only
     EXPECT_EQ(Additions::indexesOfObjects(topics, topics), (Positions{0, 1, 3}));
     EXPECT_EQ(Additions::indexesOfObjects(none, topics), Positions{});
-    Topic absent(9);
     EXPECT_EQ(Additions::indexesOfObjects(topics, std::array{&absent}), Positions{});
 }
 

@@ -1,25 +1,15 @@
-#include "RkUtilities/color/CrkBaseColorTable.h"
-#include "RkUtilities/color/CrkColorConverter.h"
-#include "RkUtilities/foundation/StringTables.h"
-
-#include "tests/support/ScopedFolder.h"
-#include "tests/support/ScopedUserLocale.h"
+#include "tests/support/Test.h"
 
 #include <bit>
-#include <climits>
 #include <cstdlib>
-#include <gtest/gtest.h>
 
 namespace {
 
 using Colors = CrkColorConverter;
 
-TEST(Colors, ChangeTheirForm) {
+TEST(Colors, ChangeTheirFormAndHaveTheExactShadeForEveryChannelValueAndPercentage) {
     EXPECT_EQ(Colors::COLORREFToARGB(0x7F332211), 0xFF112233U);
     EXPECT_EQ(Colors::ARGBToCOLORREF(0x80112233), 0x00332211U);
-}
-
-TEST(Colors, HaveTheExactShadeForEveryChannelValueAndPercentage) {
     for (int percent = -100; percent <= 100; ++percent) {
         for (int x = 0; x < 256; ++x) {
             // Half up, from the exact fraction: twice the numerator and the denominator, no intermediate rounding.
@@ -81,8 +71,7 @@ TEST(Colors, AreNamedInTheUsersLanguage) {
     EXPECT_EQ(Loaded("No such key"), u"");
     EXPECT_EQ(Loaded(nullptr), u"");
     EXPECT_EQ(Loaded("Sky", "/none"), u"");
-    for (CrkBaseColorTable* none :
-         {static_cast<CrkBaseColorTable*>(&empty), static_cast<CrkBaseColorTable*>(nullptr)}) {
+    for (Table* none : {&empty, static_cast<Table*>(nullptr)}) {
         CrkBaseColorTable::Set(none);
         EXPECT_EQ(CrkBaseColorTable::GetColorText(0x000080FF), u"{FF,80,00}");
     }

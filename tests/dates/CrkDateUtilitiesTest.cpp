@@ -1,6 +1,7 @@
 #include "tests/support/Test.h"
 #include "tests/support/Zones.h"
 
+#include <bit>
 #include <chrono>
 
 namespace {
@@ -68,6 +69,52 @@ TEST(Dates, AreComparedAndCutByTheCalendarDay) {
     const ScopedZone beirut("Asia/Beirut");  // where 27 March 2022 began at 1:00
     EXPECT_EQ(CrkDateUtilities::RemoveTimeFromDate(CTime(2022, 3, 27, 15, 0, 0, -1)), CTime(2022, 3, 27, 1, 0, 0, -1));
     EXPECT_EQ(CrkDateUtilities::RemoveTimeFromDate(COleDateTime(NAN)).m_dt, 0);
+}
+
+template <class Time> std::tuple<int, int, int, int, int, int, int> Fields(const Time& time) {
+    return {time.GetYear(),   time.GetMonth(),  time.GetDay(),      time.GetHour(),
+            time.GetMinute(), time.GetSecond(), time.GetDayOfWeek()};
+}
+
+void CheckDate(const COleDateTime& date) {
+    constexpr double kFirst = -693593, kEnd = 2958465;  // of the years 1 to 9999
+    const COleDateTime again = COleDateTime(date.GetYear(), date.GetMonth(), date.GetDay(), date.GetHour(),
+                                            date.GetMinute(), date.GetSecond());
+    ASSERT_EQ(Fields(again), Fields(date));
+    if (date.m_dt >= kFirst && date.m_dt < kEnd) {
+        ASSERT_NEAR(again.m_dt, date.m_dt, 0.6 / 86400);
+    }
+    ASSERT_TRUE(CrkDateUtilities::IsSameDay(date, CrkDateUtilities::RemoveTimeFromDate(date)));
+}
+
+void CheckTime(const CTime& time) {
+    ASSERT_EQ(Fields(COleDateTime(time)), Fields(time));
+    const CTime day = CrkDateUtilities::RemoveTimeFromDate(time);
+    ASSERT_TRUE(CrkDateUtilities::IsSameDay(time, day));
+    ASSERT_LE(day, time);
+    ASSERT_EQ(CrkDateUtilities::RemoveTimeFromDate(day), day);
+    ASSERT_EQ(CTime::FromTimeT(time.GetTime()).GetTime(), time.GetTime());
+}
+
+TEST(Dates, KeepTheirFieldsForAnyNumberInAnyZone) {
+    std::mt19937_64 random(5);
+    for (const char* const name : {"UTC", "Europe/Berlin", "Africa/Casablanca", "America/Sao_Paulo", "Pacific/Apia",
+                                   "XYZ-3:20:30", "EST5EDT,M3.2.0,M11.1.0", "<+13>-13"}) {
+        const ScopedZone zone(name);
+        for (int round = 0; round < 2000; ++round) {
+            const auto any = std::bit_cast<double>(random()),
+                       near = static_cast<double>(random() % 4'000'000) - 700'000;
+            const auto field = [&] { return static_cast<int>(random()) >> random() % 32; };
+            const int f[] = {
+                round % 2 == 0 ? field() : 2000 + field() % 100, field(), field(), field(), field(), field()};
+            SCOPED_TRACE(testing::Message() << name << testing::PrintToString(f) << any << ' ' << near);
+            ASSERT_NO_FATAL_FAILURE(CheckDate(COleDateTime(any)));
+            ASSERT_NO_FATAL_FAILURE(CheckDate(COleDateTime(near + std::fmod(any, 1))));
+            ASSERT_NO_FATAL_FAILURE(CheckDate(COleDateTime(f[0], f[1], f[2], f[3], f[4], f[5])));
+            ASSERT_NO_FATAL_FAILURE(CheckTime(CTime(f[0], f[1], f[2], f[3], f[4], f[5])));
+            ASSERT_NO_FATAL_FAILURE(CheckTime(CTime::FromCFAbsoluteTime(near * 1000 + std::fmod(any, 1))));
+        }
+    }
 }
 
 TEST(Weeks, OfDatesBeginOnTheCalendarsDayInFourCenturies) {

@@ -1,12 +1,7 @@
-#include "RkUtilities/geometry/CrkMathUtilities.h"
+#include "tests/support/Test.h"
 
-#include <gmock/gmock.h>
-
-#include <climits>
-#include <cmath>
 #include <complex>
-#include <cstdlib>
-#include <random>
+#include <gmock/gmock.h>
 
 void PrintTo(const CrkFloatPoint& p, std::ostream* out) { *out << '(' << p.x << ", " << p.y << ')'; }
 
@@ -24,17 +19,17 @@ bool AreNear(CrkFloatPoint a, CrkFloatPoint b, double distance) {
 }
 
 TEST(Numbers, RoundHalvesAwayFromZeroAndNeverLeaveInt) {
-    const double integers[][2] = {{2.5, 3},
-                                  {-2.5, -3},
-                                  {2.4999, 2},
-                                  {-0.4, 0},
-                                  {-2147483648.4, INT_MIN},
-                                  {2147483647.4, INT_MAX},
-                                  {1e300, INT_MAX},
-                                  {-INFINITY, INT_MIN},
-                                  {NAN, 0}};
-    for (const auto& [value, rounded] : integers)
-        EXPECT_EQ(Math::RoundToNearestInt(value), static_cast<int>(rounded)) << value;
+    constexpr std::pair<double, int> kIntegers[] = {{2.5, 3},
+                                                    {-2.5, -3},
+                                                    {2.4999, 2},
+                                                    {-0.4, 0},
+                                                    {-2147483648.4, INT_MIN},
+                                                    {2147483647.4, INT_MAX},
+                                                    {1e300, INT_MAX},
+                                                    {-INFINITY, INT_MIN},
+                                                    {NAN, 0}};
+    for (const auto& [value, rounded] : kIntegers)
+        EXPECT_EQ(Math::RoundToNearestInt(value), rounded) << value;
     const double steps[][3] = {{7.4, 5, 5},   {7.5, 5, 10}, {-7.5, 5, -10}, {12, -5, 10},
                                {100, 0, 100}, {47, 45, 45}, {67.5, 45, 90}};
     for (const auto& [value, step, result] : steps)

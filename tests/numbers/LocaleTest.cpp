@@ -1,20 +1,10 @@
-#include "RkUtilities/logging/CrkLogWriter.h"
-#include "RkUtilities/numbers/CrkLocaleUtilities.h"
-#include "RkUtilities/numbers/CrkStringConversionUtilities.h"
-
-#include "tests/support/ScopedUserLocale.h"
+#include "tests/support/Test.h"
 
 #include <atomic>
-#include <clocale>
-#include <gtest/gtest.h>
-#include <memory>
-#include <sstream>
-#include <string>
-#include <thread>
+#include <bit>
 #include <unicode/calendar.h>
 #include <unicode/dcfmtsym.h>
 #include <unicode/decimfmt.h>
-#include <vector>
 
 namespace {
 
@@ -22,9 +12,12 @@ using Locale = CrkLocaleUtilities;
 using Conversion = CrkStringConversionUtilities;
 using Symbols = icu::DecimalFormatSymbols;
 
-CString Symbol(const icu::DecimalFormat& format, Symbols::ENumberFormatSymbol symbol) {
-    const icu::UnicodeString text = format.getDecimalFormatSymbols()->getSymbol(symbol);
+CString TextOf(const icu::UnicodeString& text) {
     return std::u16string_view(text.getBuffer(), static_cast<std::size_t>(text.length()));
+}
+
+CString Symbol(const icu::DecimalFormat& format, Symbols::ENumberFormatSymbol symbol) {
+    return TextOf(format.getDecimalFormatSymbols()->getSymbol(symbol));
 }
 
 std::unique_ptr<icu::DecimalFormat> FormatOf(const icu::Locale& locale, UNumberFormatStyle style) {
@@ -33,7 +26,32 @@ std::unique_ptr<icu::DecimalFormat> FormatOf(const icu::Locale& locale, UNumberF
         dynamic_cast<icu::DecimalFormat*>(icu::NumberFormat::createInstance(locale, style, error)));
 }
 
+/// Numbers lead to texts and the texts back to the numbers, in the user's locale.
+void CheckThereAndBack(double value, long whole) {
+    CString text = Conversion::DoubleToString(value);  // with the decimal point of money, which parsers do not read
+    text.Replace(Locale::GetDecimalPoint(), Locale::GetListSeparator());
+    double read = 0;
+    const bool hasNineDecimals = value > 1e-9 && value < 99999999999;
+    ASSERT_EQ(Conversion::StringToDouble(text, read), std::isfinite(value)) << text;
+    if (std::isfinite(value)) {
+        ASSERT_NEAR(read, value, hasNineDecimals ? 0.5000001e-9 + value * 2e-16 : std::abs(value) * 5.0001e-6);
+    }
+    text = Conversion::LongToString(whole);
+    long readWhole = 0;
+    ASSERT_TRUE(Conversion::StringToLong(text, readWhole)) << text;
+    ASSERT_EQ(readWhole, whole);
+    int integer = 0;
+    ASSERT_TRUE(Conversion::StringToInteger(text, integer)) << text;
+    ASSERT_EQ(integer, std::clamp<long>(whole, INT_MIN, INT_MAX));
+    const CString plain = Conversion::DoubleStringToFormattedNumber(text, false, 0, Conversion::MinusSign);
+    CString grouped = Conversion::DoubleStringToFormattedNumber(text, true, 0, Conversion::MinusSign);
+    grouped.Replace(Locale::GetDigitGroupingSymbol(), u"");
+    ASSERT_EQ(plain, text);
+    ASSERT_EQ(grouped, text);
+}
+
 TEST(LocaleQueries, AgreeWithIcuInEveryLocale) {
+    std::mt19937_64 random(21);
     std::int32_t count = 0;
     const icu::Locale* const locales = icu::Locale::getAvailableLocales(count);
     ASSERT_GT(count, 400);
@@ -64,45 +82,44 @@ TEST(LocaleQueries, AgreeWithIcuInEveryLocale) {
         plain->format(-1234.5, written);
         double number = 0;
         int whole = 0;
-        const CString text(std::u16string_view(written.getBuffer(), static_cast<std::size_t>(written.length())));
+        const CString text = TextOf(written);
         EXPECT_TRUE(Conversion::StringToDouble(text, number)) << text;
         EXPECT_TRUE(Conversion::StringToInteger(text, whole)) << text;
         EXPECT_EQ(number, -1234.5);
         EXPECT_EQ(whole, -1234);
-        long plainDigits = 0;
-        EXPECT_TRUE(Conversion::StringToLong(u"-1234567", plainDigits));
-        EXPECT_EQ(plainDigits, -1234567);
+        for (int round = 0; round < 200; ++round) {
+            const auto bits = random(), digits = random() >> random() % 64;
+            const double any = round % 2 == 0 ? std::bit_cast<double>(bits) : static_cast<std::int32_t>(bits) / 1e6;
+            ASSERT_NO_FATAL_FAILURE(CheckThereAndBack(any, static_cast<long>(digits)));
+        }
     }
-    CString prefix = u"before";
-    CString suffix = u"after";
+    CString prefix = u"before", suffix = u"after";
     Locale::GetNegativeNumberPrefixSuffix(prefix, suffix);
     EXPECT_EQ(prefix + u"|" + suffix, u"-|");
 }
 
 TEST(LocaleQueries, FollowEachCategoryOfTheProcessAtOnce) {
-    const std::string before = std::setlocale(LC_ALL, nullptr);
     const auto facts = [] {
         const CString now = CrkLogWriter::CurrentTimeString(kCFDateFormatterShortStyle);
         return Locale::GetDecimalPoint() + Locale::GetListSeparator() +
                Conversion::LongToString(Locale::GetFirstDayOfWeek()) + (now.Find(u'.') == 2 ? u"German" : u"");
     };
     EXPECT_EQ(facts(), u"..1");
-    struct {
-        int category;
-        const char16_t* facts;
-    } const rows[] = {{LC_MONETARY, u",.1"}, {LC_NUMERIC, u",,1"}, {LC_TIME, u",,2German"}};
-    for (const auto& row : rows) {
-        ASSERT_NE(std::setlocale(row.category, "de_DE.UTF-8"), nullptr) << "the build makes it, LOCPATH leads to it";
-        EXPECT_EQ(facts(), row.facts);
-        const ScopedUserLocale chosen("en_US");
-        EXPECT_EQ(facts(), u"..1");
+    {
+        const ScopedGermanProcess money(LC_MONETARY);
+        for (const auto& [category, germanFacts] :
+             {std::pair(LC_MONETARY, u",.1"), {LC_NUMERIC, u",,1"}, {LC_TIME, u",,2German"}}) {
+            ScopedGermanProcess::Add(category);
+            EXPECT_EQ(facts(), germanFacts);
+            const ScopedUserLocale chosen("en_US");
+            EXPECT_EQ(facts(), u"..1");
+        }
+        EXPECT_EQ(Conversion::DoubleToString(1e-10), u"1e-10");
+        EXPECT_EQ(Conversion::DoubleToString(2.5), u"2,5");
+        double value = 0;
+        EXPECT_TRUE(Conversion::StringToDouble(u"1,5e1", value));
+        EXPECT_EQ(value, 15);
     }
-    EXPECT_EQ(Conversion::DoubleToString(1e-10), u"1e-10");
-    EXPECT_EQ(Conversion::DoubleToString(2.5), u"2,5");
-    double value = 0;
-    EXPECT_TRUE(Conversion::StringToDouble(u"1,5e1", value));
-    EXPECT_EQ(value, 15);
-    std::setlocale(LC_ALL, before.c_str());
     EXPECT_EQ(facts(), u"..1");
 }
 
@@ -133,12 +150,12 @@ TEST(LocaleQueries, SurviveHostileNames) {
 
 TEST(LocaleQueries, StayWholeWhileAnotherThreadChangesTheLocale) {
     std::atomic<bool> stop = false;
-    std::vector<std::thread> readers;
+    std::vector<std::jthread> readers;
     for (int i = 0; i < 3; ++i) {
         readers.emplace_back([&stop] {
             while (!stop) {
-                const CString text = Conversion::DoubleStringToFormattedNumber(u"1234567e-2", /*groupThousands=*/true,
-                                                                               2, Conversion::MinusSign);
+                const auto text =
+                    Conversion::DoubleStringToFormattedNumber(u"1234567e-2", true, 2, Conversion::MinusSign);
                 EXPECT_TRUE(text == u"12,345.67" || text == u"12.345,67") << text;
                 double value = 0;
                 long whole = 0;
@@ -153,8 +170,6 @@ TEST(LocaleQueries, StayWholeWhileAnotherThreadChangesTheLocale) {
     for (int i = 0; i < 3000; ++i)
         const ScopedUserLocale user(std::vector{"en_US", "de_DE", "ja_JP"}[static_cast<std::size_t>(i % 3)]);
     stop = true;
-    for (std::thread& reader : readers)
-        reader.join();
 }
 
 }  // namespace

@@ -1,16 +1,8 @@
-#include "RkUtilities/numbers/CrkLocaleUtilities.h"
-#include "RkUtilities/numbers/CrkStringConversionUtilities.h"
-
-#include "tests/support/ScopedUserLocale.h"
+#include "tests/support/Test.h"
 
 #include <bit>
 #include <cfloat>
-#include <climits>
-#include <cmath>
 #include <cstdio>
-#include <gtest/gtest.h>
-#include <random>
-#include <string>
 
 namespace {
 
@@ -54,12 +46,8 @@ TEST(DoubleText, IsWhatTheCLibraryPrints) {
     }
 }
 
-struct SplitRow {
-    const char16_t* text;
-    const char16_t* integer;
-    const char16_t* fraction;  // null: stays as it was
-    bool negative;
-};
+// Text, integer, fraction (null: stays as it was) and whether it is negative.
+using SplitRow = std::tuple<const char16_t*, const char16_t*, const char16_t*, bool>;
 constexpr SplitRow kSplitRows[] = {{u"-1234.5", u"1234", u"5", true},    {u"+7", u"7", nullptr, false},
                                    {u"", u"kept", nullptr, true},        {u" \u2003\t", u"kept", nullptr, true},
                                    {u"-", u"", nullptr, true},           {u" 42 ", u"42", nullptr, false},
@@ -76,51 +64,44 @@ constexpr SplitRow kSplitRows[] = {{u"-1234.5", u"1234", u"5", true},    {u"+7",
 
 TEST(NumberText, ComesApart) {
     const ScopedUserLocale user("en_US");
-    for (const SplitRow& row : kSplitRows) {
-        SCOPED_TRACE(CString(row.text).ToUtf8());
-        CString integer = u"kept";
-        CString fraction = row.fraction == nullptr ? u"kept" : u"";
+    for (const auto& [text, expectedInteger, expectedFraction, isNegative] : kSplitRows) {
+        SCOPED_TRACE(CString(text).ToUtf8());
+        CString integer = u"kept", fraction = expectedFraction == nullptr ? u"kept" : u"";
         bool negative = true;
-        Conversion::SplitNumberString(row.text, integer, fraction, negative);
-        EXPECT_EQ(integer, row.integer);
-        EXPECT_EQ(fraction, row.fraction == nullptr ? u"kept" : row.fraction);
-        EXPECT_EQ(negative, row.negative);
+        Conversion::SplitNumberString(text, integer, fraction, negative);
+        EXPECT_EQ(integer, expectedInteger);
+        EXPECT_EQ(fraction, expectedFraction == nullptr ? u"kept" : expectedFraction);
+        EXPECT_EQ(negative, isNegative);
     }
     CString both = u"-12.5";
     bool negative = false;
     Conversion::SplitNumberString(both, both, both, negative);
     EXPECT_EQ(both, u"5");
     const ScopedUserLocale german("de_DE");
-    CString integer;
-    CString fraction;
+    CString integer, fraction;
     Conversion::SplitNumberString(u"1.5,25e1", integer, fraction, negative);
     EXPECT_EQ(integer + u"|" + fraction, u"1.52|5");
 }
 
-struct PieceRow {
-    const char16_t* text;
-    int decimals;
-    const char16_t* fraction;
-    const char16_t* grouped;
-};
-constexpr PieceRow kPieceRows[] = {{u"239", 2, u"23", u"239"},
-                                   {u"5", 3, u"500", u"5"},
-                                   {u"", 2, u"00", u""},
-                                   {u"1000", 0, u"", u"1,000"},
-                                   {u"123456", INT_MIN, u"", u"123,456"},
-                                   {u"1234567", -5, u"", u"1,234,567"},
-                                   {u"12", 100, u"120000000000000000000000000000", u"12"},
-                                   {u"abcdefgh", INT_MAX, u"abcdefgh0000000000000000000000", u"ab,cde,fgh"}};
+// Text, decimals, the text as a fraction and as grouped digits.
+constexpr std::tuple<const char16_t*, int, const char16_t*, const char16_t*> kPieceRows[] = {
+    {u"239", 2, u"23", u"239"},
+    {u"5", 3, u"500", u"5"},
+    {u"", 2, u"00", u""},
+    {u"1000", 0, u"", u"1,000"},
+    {u"123456", INT_MIN, u"", u"123,456"},
+    {u"1234567", -5, u"", u"1,234,567"},
+    {u"12", 100, u"120000000000000000000000000000", u"12"},
+    {u"abcdefgh", INT_MAX, u"abcdefgh0000000000000000000000", u"ab,cde,fgh"}};
 
 TEST(NumberText, IsCutPaddedAndGrouped) {
     const ScopedUserLocale user("en_US");
-    for (const PieceRow& row : kPieceRows) {
-        CString fraction = row.text;
-        Conversion::FormatDecimalDigits(fraction, row.decimals);
-        EXPECT_EQ(fraction, row.fraction);
-        CString grouped = row.text;
+    for (const auto& [text, decimals, expectedFraction, expectedGrouped] : kPieceRows) {
+        CString fraction = text, grouped = text;
+        Conversion::FormatDecimalDigits(fraction, decimals);
+        EXPECT_EQ(fraction, expectedFraction);
         Conversion::Format1000Separator(grouped);
-        EXPECT_EQ(grouped, row.grouped);
+        EXPECT_EQ(grouped, expectedGrouped);
     }
 }
 
@@ -128,18 +109,12 @@ constexpr auto kNoSign = Conversion::NoSign;
 constexpr auto kMinus = Conversion::MinusSign;
 constexpr auto kParentheses = Conversion::Parentheses;
 
-struct NumberRow {
-    const char16_t* text;
-    bool grouped;
-    int decimals;
-    Conversion::NegativeNumberRepresentation representation;
-    const char16_t* formatted;
-};
-constexpr NumberRow kNumberRows[] = {
+using Representation = Conversion::NegativeNumberRepresentation;
+constexpr std::tuple<const char16_t*, bool, int, Representation, const char16_t*> kNumberRows[] = {
     {u"-1234.5", true, 2, kMinus, u"-1,234.50"},
     {u"-1234.5", true, 2, kParentheses, u"(1,234.50)"},
     {u"-1234.5", true, 2, kNoSign, u"1,234.50"},
-    {u"-1234.5", true, 2, static_cast<Conversion::NegativeNumberRepresentation>(-7), u"1,234.50"},
+    {u"-1234.5", true, 2, static_cast<Representation>(-7), u"1,234.50"},
     {u"-1", true, 0, Conversion::NoSignAlt, u"1"},
     {u"-1", true, 0, Conversion::ParenthesesAlt, u"(1)"},
     {u"1234.5678", false, 0, kMinus, u"1234"},
@@ -153,13 +128,10 @@ constexpr NumberRow kNumberRows[] = {
 
 TEST(FormattedNumber, ShowsDecimalsGroupsAndSign) {
     const ScopedUserLocale user("en_US");
-    for (const NumberRow& row : kNumberRows) {
-        EXPECT_EQ(Conversion::DoubleStringToFormattedNumber(row.text, row.grouped, row.decimals, row.representation),
-                  row.formatted)
-            << CString(row.text);
-    }
-    CString integer;
-    CString fraction;
+    for (const auto& [text, isGrouped, decimals, representation, formatted] : kNumberRows)
+        EXPECT_EQ(Conversion::DoubleStringToFormattedNumber(text, isGrouped, decimals, representation), formatted)
+            << CString(text);
+    CString integer, fraction;
     bool negative = false;
     Conversion::SplitNumberString(u"1.5e2147483647", integer, fraction, negative);
     EXPECT_EQ(integer, u"15" + std::u16string(1000000, u'0'));
@@ -183,7 +155,7 @@ constexpr const char16_t* kNegative[][2] = {
 TEST(FormattedAmount, HasItsSymbolAndSignWhereTheFormatSays) {
     const ScopedUserLocale user("en_US");
     const auto check = [](const char16_t* expected, const char16_t* number, int positive, int negative,
-                          Conversion::NegativeNumberRepresentation representation) {
+                          Representation representation) {
         CString amount = u"1.10";
         if (*number == u'-')
             Conversion::FormatNegativeCurrency(amount, representation, negative, u"$");
@@ -201,19 +173,14 @@ TEST(FormattedAmount, HasItsSymbolAndSignWhereTheFormatSays) {
         check(texts[0], u"-1.109", 0, format, Conversion::ParenthesesAlt);
         check(texts[1], u"-1.109", 0, format, kMinus);
         check(u"1.10", u"-1.109", 0, format, kNoSign);
-        check(u"1.10", u"-1.109", 0, format, static_cast<Conversion::NegativeNumberRepresentation>(5));
+        check(u"1.10", u"-1.109", 0, format, static_cast<Representation>(5));
     }
     EXPECT_EQ(Conversion::DoubleStringToFormattedCurrency(u"1234.5", u"n$", 2, 3, 0, kMinus), u"1,234.50 n$");
     EXPECT_EQ(Conversion::DoubleStringToFormattedCurrency(u"", u"$", 2, 3, 0, kMinus), u"");
     EXPECT_EQ(CString(Conversion::CurrencySymbols), u"$\u20AC\u00A3\u00A5\u20BD");
 }
 
-struct PercentageRow {
-    const char16_t* text;
-    int decimals;
-    const char16_t* percentage;
-};
-constexpr PercentageRow kPercentageRows[] = {
+constexpr std::tuple<const char16_t*, int, const char16_t*> kPercentageRows[] = {
     {u"0.25", 0, u"25%"},      {u"1.5", 0, u"150%"},    {u"-0.5", 0, u"-50%"}, {u"5", 0, u"500%"},
     {u"0", 0, u"0%"},          {u"0.256", 1, u"25.6%"}, {u"0.256", 0, u"25%"}, {u"0.0005", 2, u"0.05%"},
     {u"5", 2, u"500.00%"},     {u".5", 1, u"50.0%"},    {u"abc.5", 0, u"50%"}, {u"0012.3456", 1, u"1234.5%"},
@@ -222,10 +189,8 @@ constexpr PercentageRow kPercentageRows[] = {
 
 TEST(FormattedPercentage, MovesThePointByTwoDigits) {
     const ScopedUserLocale user("en_US");
-    for (const PercentageRow& row : kPercentageRows) {
-        EXPECT_EQ(Conversion::DoubleStringToFormattedPercentage(row.text, row.decimals), row.percentage)
-            << CString(row.text);
-    }
+    for (const auto& [text, decimals, percentage] : kPercentageRows)
+        EXPECT_EQ(Conversion::DoubleStringToFormattedPercentage(text, decimals), percentage) << CString(text);
 }
 
 }  // namespace

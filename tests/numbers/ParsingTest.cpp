@@ -1,25 +1,13 @@
-#include "RkUtilities/numbers/CrkStringConversionUtilities.h"
+#include "tests/support/Test.h"
 
-#include "tests/support/ScopedUserLocale.h"
-
-#include <algorithm>
 #include <bit>
-#include <climits>
-#include <cmath>
-#include <gtest/gtest.h>
-#include <limits>
-#include <memory>
 #include <optional>
-#include <random>
-#include <string>
 #include <unicode/decimfmt.h>
-#include <utility>
 
 namespace {
 
 using Conversion = CrkStringConversionUtilities;
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kUntouched = 4711;
+constexpr double kInfinity = INFINITY, kUntouched = 4711;
 
 template <class Value> std::optional<Value> Read(bool (*parse)(const CString&, Value&), const CString& text) {
     Value value = static_cast<Value>(kUntouched);
@@ -29,30 +17,25 @@ template <class Value> std::optional<Value> Read(bool (*parse)(const CString&, V
     return std::nullopt;
 }
 
-struct ScanRow {
-    const char* locale;
-    const char16_t* text;
-    std::optional<double> number;
-    std::optional<int> integer;
-};
 constexpr std::nullopt_t kNone = std::nullopt;
+using ScanRow = std::tuple<const char*, const char16_t*, std::optional<double>, std::optional<int>>;
 // A digit of another locale, digits beyond the BMP and their halves. LocaleTest reads what every locale writes.
-constexpr ScanRow kScanRows[] = {{"en_US", u"  3.5xyz", 3.5, 3},
-                                 {"en_US", u"\r\n\u2003\t-7 apples", -7, -7},
-                                 {"en_US", u"+5", 5, 5},
-                                 {"en_US", u"\u22125", -5, -5},
-                                 {"en_US", u".5", 0.5, kNone},
-                                 {"en_US", u"5.", 5, 5},
-                                 {"en_US", u"5.e2", 500, 5},
-                                 {"en_US", u"1e", 1, 1},
-                                 {"en_US", u"1E+x", 1, 1},
-                                 {"en_US", u"1e\u22123", 0.001, 1},
-                                 {"en_US", u"0x10", 0, 0},
-                                 {"en_US", u"99999999999", 99999999999, INT_MAX},
-                                 {"en_US", u"-99999999999", -99999999999, INT_MIN},
-                                 {"en_US", u"-2147483648", -2147483648.0, INT_MIN},
-                                 {"en_US", u"-1e99999999999999999999", -kInfinity, -1},
-                                 {"en_US", u"0e99999999999999999999", 0, 0},
+constexpr ScanRow kScanRows[] = {{"", u"  3.5xyz", 3.5, 3},
+                                 {"", u"\r\n\u2003\t-7 apples", -7, -7},
+                                 {"", u"+5", 5, 5},
+                                 {"", u"\u22125", -5, -5},
+                                 {"", u".5", 0.5, kNone},
+                                 {"", u"5.", 5, 5},
+                                 {"", u"5.e2", 500, 5},
+                                 {"", u"1e", 1, 1},
+                                 {"", u"1E+x", 1, 1},
+                                 {"", u"1e\u22123", 0.001, 1},
+                                 {"", u"0x10", 0, 0},
+                                 {"", u"99999999999", 99999999999, INT_MAX},
+                                 {"", u"-99999999999", -99999999999, INT_MIN},
+                                 {"", u"-2147483648", -2147483648.0, INT_MIN},
+                                 {"", u"-1e99999999999999999999", -kInfinity, -1},
+                                 {"", u"0e99999999999999999999", 0, 0},
                                  {"de_DE", u"1,5", 1.5, 1},
                                  {"ar_EG@numbers=arab", u"\u0661\u0662\u066B\u0665", 12.5, 12},
                                  {"ar_EG@numbers=arab", u"12\u066B5", 12.5, 12},
@@ -65,14 +48,14 @@ constexpr ScanRow kScanRows[] = {{"en_US", u"  3.5xyz", 3.5, 3},
 constexpr const char16_t* kNoNumberAhead[] = {u"days 7", u"", u" - 5", u"--5", u".", u".e5", u"inf", u"nan", u"\u0663"};
 
 TEST(Scanning, ReadsTheLongestPrefixThatIsANumberOfTheLocale) {
-    for (const ScanRow& row : kScanRows) {
-        const CString text(row.text);
-        SCOPED_TRACE(std::string(row.locale) + ": " + text.ToUtf8());
-        const ScopedUserLocale user(row.locale);
-        EXPECT_EQ(Read(Conversion::StringToDouble, text), row.number);
-        EXPECT_EQ(Read(Conversion::StringToInteger, text), row.integer);
-        EXPECT_EQ(Conversion::IsStringDouble(text), row.number.has_value());
-        EXPECT_EQ(Conversion::IsStringInteger(text), row.integer.has_value());
+    for (const auto& [locale, units, number, integer] : kScanRows) {
+        const CString text(units);
+        SCOPED_TRACE(std::string(locale) + ": " + text.ToUtf8());
+        const ScopedUserLocale user(locale);
+        EXPECT_EQ(Read(Conversion::StringToDouble, text), number);
+        EXPECT_EQ(Read(Conversion::StringToInteger, text), integer);
+        EXPECT_EQ(Conversion::IsStringDouble(text), number.has_value());
+        EXPECT_EQ(Conversion::IsStringInteger(text), integer.has_value());
     }
     const ScopedUserLocale user("en_US");
     for (const CString text : kNoNumberAhead) {
@@ -124,44 +107,36 @@ TEST(Scanning, TakesAMillionDigits) {
     EXPECT_EQ(Read(Conversion::StringToLong, CString("1." + zeros)), std::nullopt);  // beyond what is handed to ICU
 }
 
-struct WholeRow {
-    const char* locale;
-    const char16_t* text;
-    std::optional<long> number;
-};
-constexpr WholeRow kWholeRows[] = {{"en_US", u"-00012", -12},
-                                   {"en_US", u"1E-99999999999", 0},
-                                   {"en_US", u"1E30", LONG_MAX},
-                                   {"en_US", u"-1E999999999999", LONG_MIN},
-                                   {"en_US", u"9223372036854775806.9", LONG_MAX - 1},
-                                   {"en_US", u"-9223372036854775808", LONG_MIN},
-                                   {"en_US", u"9223372036854775808", LONG_MAX},
-                                   {"fa_IR", u"\u06F1\u066C\u06F2\u06F3\u06F4", 1234},
-                                   {"en_US@numbers=roman", u"12", 12}};
+constexpr std::tuple<const char*, const char16_t*, long> kWholeRows[] = {
+    {"en_US", u"-00012", -12},
+    {"en_US", u"1E-99999999999", 0},
+    {"en_US", u"1E30", LONG_MAX},
+    {"en_US", u"-1E999999999999", LONG_MIN},
+    {"en_US", u"9223372036854775806.9", LONG_MAX - 1},
+    {"en_US", u"-9223372036854775808", LONG_MIN},
+    {"en_US", u"9223372036854775808", LONG_MAX},
+    {"fa_IR", u"\u06F1\u066C\u06F2\u06F3\u06F4", 1234},
+    {"en_US@numbers=roman", u"12", 12}};
 
 constexpr const char16_t* kNoWholeNumbers[] = {u"12abc", u"",   u"-",   u" 12",     u"12 ",      u"+12",  u"ff",
                                                u"0x10",  u"5%", u"NaN", u"-\u221E", u"12\xD800", u"1,2,3"};
 
 TEST(WholeTexts, AreNumbersAsTheLocaleWritesThem) {
-    for (const WholeRow& row : kWholeRows) {
-        const CString text(row.text);
-        SCOPED_TRACE(std::string(row.locale) + ": " + text.ToUtf8());
-        const ScopedUserLocale user(row.locale);
-        EXPECT_EQ(Read(Conversion::StringToLong, text), row.number);
-        EXPECT_EQ(Conversion::IsStringULong(text), row.number.has_value());
+    for (const auto& [locale, units, number] : kWholeRows) {
+        const CString text(units);
+        SCOPED_TRACE(std::string(locale) + ": " + text.ToUtf8());
+        const ScopedUserLocale user(locale);
+        EXPECT_EQ(Read(Conversion::StringToLong, text), number);
+        EXPECT_TRUE(Conversion::IsStringULong(text));
         unsigned long value = 0;
-        EXPECT_EQ(Conversion::StringToULong(text, 16, value), row.number.has_value());
-        if (row.number && *row.number < LONG_MAX) {
-            EXPECT_EQ(value, static_cast<unsigned long>(std::max(*row.number, 0L)));
-        }
+        EXPECT_TRUE(Conversion::StringToULong(text, 16, value));
+        EXPECT_EQ(std::min(value, 0UL + LONG_MAX), static_cast<unsigned long>(std::max(number, 0L)));
     }
     const ScopedUserLocale user("en_US");
-    for (const CString text : kNoWholeNumbers)
+    for (const CString text : kNoWholeNumbers) {
         EXPECT_EQ(Read(Conversion::StringToLong, text), kNone) << text;
-}
-
-TEST(WholeTexts, SaturateWhereTheTypeIsUnsigned) {
-    const ScopedUserLocale user("en_US");
+        EXPECT_FALSE(Conversion::IsStringULong(text)) << text;
+    }
     const std::pair<const char16_t*, unsigned long> rows[] = {
         {u"4294967296", 4294967296},          {u"-1", 0},   {u"7.9", 7}, {u"18446744073709551614.5", ULONG_MAX - 1},
         {u"18446744073709551616", ULONG_MAX}, {u"-1E30", 0}};
@@ -173,17 +148,16 @@ TEST(WholeTexts, SaturateWhereTheTypeIsUnsigned) {
 
 TEST(WholeTexts, AgreeWithIcuOnWhatIsANumber) {
     std::mt19937 random(5);
-    const std::u16string_view alphabet = u"0123456789-.,eE  \u00A0\u2019\u06F5\u2212+%";
-    for (const char* locale : {"en_US", "de_DE", "fr_FR", "de_CH", "hi_IN", "fa_IR",   "ar_EG",       "sv_SE",
-                               "he_IL", "ja_JP", "pt_BR", "ru_RU", "tr_TR", "pl_PL",   "bn_BD",       "my_MM",
-                               "ne_NP", "es_ES", "et_EE", "xx",    "und",   "ff_Adlm", "en_US_POSIX", "zh_TW"}) {
-        const ScopedUserLocale user(locale);
+    std::istringstream locales(
+        "en_US de_DE fr_FR de_CH hi_IN fa_IR ar_EG sv_SE he_IL ja_JP pt_BR ru_RU tr_TR pl_PL bn_BD "
+        "my_MM ne_NP es_ES et_EE xx und ff_Adlm en_US_POSIX zh_TW");
+    for (std::string locale; locales >> locale;) {
+        const ScopedUserLocale user(locale.c_str());
         UErrorCode error = U_ZERO_ERROR;
-        const std::unique_ptr<icu::NumberFormat> format(icu::NumberFormat::createInstance(locale, error));
+        const std::unique_ptr<icu::NumberFormat> format(icu::NumberFormat::createInstance(locale.c_str(), error));
         for (int round = 0; round < 3000; ++round) {
-            std::u16string text;
-            for (std::size_t length = random() % 8; text.size() < length;)
-                text += alphabet[random() % (random() % 2 == 0 ? 10 : alphabet.size())];
+            std::u16string text = AnyText(random, u"0123456789-.,eE  \u00A0\u2019\u06F5\u2212+%", 7);
+            text.insert(random() % (text.size() + 1), AnyText(random, u"0123456789", 4));
             icu::Formattable number;
             icu::ParsePosition position;
             const icu::UnicodeString all(text.data(), static_cast<std::int32_t>(text.size()));
@@ -198,27 +172,19 @@ TEST(WholeTexts, AgreeWithIcuOnWhatIsANumber) {
     }
 }
 
-struct PercentRow {
-    const char16_t* text;
-    bool is;
-    double value;
-};
-constexpr PercentRow kPercentRows[] = {
+constexpr std::tuple<const char16_t*, bool, double> kPercentRows[] = {
     {u"50%", true, 0.5},  {u" 50 % ", true, 0.5}, {u"50%%", true, 0.5},        {u"%50", false, 0}, {u"abc%", false, 0},
     {u"0.5", true, 0.5},  {u"12", true, 12},      {u"57%", true, 57 * 0.01},   {u"%", false, 0},   {u"", false, 0},
     {u"5%x", false, 0.0}, {u"50 x%", true, 0.5},  {u"1e400%", true, kInfinity}};
 
-TEST(Percentages, ComeAsFractions) {
+TEST(Words, AreReadAsFractionsAndTruthValues) {
     const ScopedUserLocale user("en_US");
     EXPECT_NE(57 * 0.01, 0.57);
-    for (const PercentRow& row : kPercentRows) {
+    for (const auto& [text, isPercentage, expected] : kPercentRows) {
         double value = kUntouched;
-        EXPECT_EQ(Conversion::StringToPercentageDouble(row.text, value), row.is) << CString(row.text);
-        EXPECT_EQ(value, row.value) << CString(row.text);
+        EXPECT_EQ(Conversion::StringToPercentageDouble(text, value), isPercentage) << CString(text);
+        EXPECT_EQ(value, expected) << CString(text);
     }
-}
-
-TEST(TruthValues, AreExactWords) {
     for (const CString text : {u"TRUE", u" true", u"true ", u"1", u"", u"truefalse"})
         EXPECT_EQ(Read(Conversion::StringToBool, text), std::nullopt) << text;
     for (const bool value : {false, true}) {

@@ -8,6 +8,7 @@
 //     late           all uses in the destructor of a static object; with RK_EARLY set also in its constructor
 #include "RkUtilities/RkUtilities.h"
 
+#include <algorithm>
 #include <atomic>
 #include <barrier>
 #include <cstdlib>
@@ -55,22 +56,22 @@ bool UseInThreads() {
     constexpr std::size_t kThreads = 12;
     std::barrier start(kThreads);
     std::atomic<std::size_t> successCount = 0;
-    {
-        std::vector<std::jthread> threads;
-        for (std::size_t i = 0; i < kThreads; ++i)
-            threads.emplace_back([&, i] {
-                start.arrive_and_wait();
-                if (UseAll(i))
-                    ++successCount;
-            });
-    }
+    std::vector<std::jthread> threads;
+    for (std::size_t i = 0; i < kThreads; ++i)
+        threads.emplace_back([&, i] {
+            start.arrive_and_wait();
+            successCount += UseAll(i) ? 1 : 0;
+        });
+    threads.clear();
     return successCount == kThreads;
 }
 
-bool UseInChild() {
+template <class Use> bool SucceedsInChild(const Use& use) {
     const pid_t child = fork();
-    if (child == 0)
-        _exit(UseAll() ? 0 : 1);
+    if (child == 0) {
+        alarm(20);  // ends a child that hangs
+        _exit(use() ? 0 : 1);
+    }
     int status = -1;
     return waitpid(child, &status, 0) == child && status == 0;
 }
@@ -86,7 +87,6 @@ void UseLocale(unsigned name) {
 }
 
 bool ForkWhileThreadsWork() {
-    constexpr int kForks = 150;
     std::atomic<bool> isOver = false;
     std::vector<std::jthread> threads;
     for (unsigned i = 0; i < 3; ++i)
@@ -94,20 +94,14 @@ bool ForkWhileThreadsWork() {
             for (unsigned name = i; !isOver; name += 7)
                 UseLocale(name);
         });
-    int ended = 0;
-    for (unsigned i = 0; i < kForks; ++i) {
-        const pid_t child = fork();
-        if (child == 0) {
-            alarm(20);  // ends one that hangs
-            UseLocale(i);
-            static_cast<void>(CString(u"\u00FCber").MakeUpper());
-            _exit(0);
-        }
-        int status = -1;
-        ended += waitpid(child, &status, 0) == child && status == 0 ? 1 : 0;
-    }
+    bool areEnded = true;
+    for (unsigned i = 0; i < 150; ++i)
+        areEnded = areEnded && SucceedsInChild([i] {
+                       UseLocale(i);
+                       return CString(u"\u00FCber").MakeUpper() == u"\u00DCBER";
+                   });
     isOver = true;
-    return ended == kForks;
+    return areEnded;
 }
 
 /// Made before main and destroyed after it.
@@ -123,18 +117,16 @@ struct Static {
     bool isWanted = false;
 } lastObject;
 
+constexpr Use kSteps[] = {
+    {"case", kUses[1].succeeds},
+    {"threads", &UseInThreads},
+    {"child", [] { return SucceedsInChild([] { return UseAll(); }); }},
+    {"forks", &ForkWhileThreadsWork},
+    {"late", [] { return lastObject.isWanted = true; }},
+};
+
 bool Make(std::string_view step) {
-    if (step == "threads")
-        return UseInThreads();
-    else if (step == "child")
-        return UseInChild();
-    else if (step == "forks")
-        return ForkWhileThreadsWork();
-    else if (step == "late")
-        lastObject.isWanted = true;
-    else
-        return step == "case" && CString(u"über").MakeUpper() == u"ÜBER";
-    return true;
+    return std::ranges::any_of(kSteps, [=](const Use& known) { return known.name == step && known.succeeds(); });
 }
 
 }  // namespace

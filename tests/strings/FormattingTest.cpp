@@ -37,8 +37,9 @@ constexpr std::pair<unsigned long, const char16_t*> kByteRows[] = {{0, u"0 bytes
                                                                    {1099511627776, u""},
                                                                    {ULONG_MAX, u""}};
 constexpr std::tuple<const char16_t*, int, const char16_t*> kShortRows[] = {
-    {u"abcdefgh", 5, u"ab..."}, {u"abc", 3, u"abc"},     {u"abcd", 3, u"..."}, {u"abcd", 2, u".."},
-    {u"abcd", 0, u""},          {u"abcd", INT_MIN, u""}, {u"", -1, u""},       {u"abcd", INT_MAX, u"abcd"}};
+    {u"abcdefgh", 5, u"ab..."}, {u"abcdefgh", 4, u"a..."}, {u"abc", 3, u"abc"},     {u"abcd", 3, u"..."},
+    {u"abcd", 2, u".."},        {u"abcd", 0, u""},         {u"abcd", INT_MIN, u""}, {u"", -1, u""},
+    {u"abcd", INT_MAX, u"abcd"}};
 constexpr std::pair<std::size_t, int> kSerialRows[] = {
     {0, 4}, {254, 512}, {255, 516}, {65533, 131072}, {65534, 131078}};
 

@@ -1,9 +1,6 @@
-#include "RkUtilities/xml/CrkXmlUtilities.h"
+#include "tests/support/Test.h"
 
-#include <gtest/gtest.h>
 #include <libxml/chvalid.h>
-
-#include <string>
 
 namespace {
 
@@ -46,31 +43,24 @@ TEST(XmlNames, AreLookedAtInEveryPlace) {
     }
 }
 
-struct RepairRow {
-    const char16_t* text;
-    const char16_t* ncName;         // replacing by "-", inserting
-    const char16_t* ncNameInPlace;  // not inserting
-    const char16_t* name;           // inserting
-};
-constexpr RepairRow kRepairRows[] = {
-    {u"1abc", u"_1abc", u"_abc", u"_1abc"},
-    {u"a:b", u"a-b", u"a-b", u"a:b"},
-    {u":", u"_-", u"_", u":"},
-    {u" x", u"_-x", u"_x", u"_-x"},
-    {u"a b\u00D7c", u"a-b-c", u"a-b-c", u"a-b-c"},
-    {u"\U0001F600", u"_--", u"_-", u"_--"},
-    {u"", u"_", u"", u"_"},
-    {u"Größe.1-x_", u"Größe.1-x_", u"Größe.1-x_", u"Größe.1-x_"},
-};
+// A text, and the names by replacing with "-": without colons and inserting, the same in place, with colons and inserting.
+constexpr const char16_t* kRepairRows[][4] = {{u"1abc", u"_1abc", u"_abc", u"_1abc"},
+                                              {u"a:b", u"a-b", u"a-b", u"a:b"},
+                                              {u":", u"_-", u"_", u":"},
+                                              {u" x", u"_-x", u"_x", u"_-x"},
+                                              {u"a b\u00D7c", u"a-b-c", u"a-b-c", u"a-b-c"},
+                                              {u"\U0001F600", u"_--", u"_-", u"_--"},
+                                              {u"", u"_", u"", u"_"},
+                                              {u"Größe.1-x_", u"Größe.1-x_", u"Größe.1-x_", u"Größe.1-x_"}};
 
 TEST(XmlNames, AreRepairedOnceAndForAll) {
-    for (const RepairRow& row : kRepairRows) {
-        SCOPED_TRACE(CString(row.text).ToUtf8());
-        EXPECT_EQ(Xml::StringToNCName(row.text, u'-', true), row.ncName);
-        EXPECT_EQ(Xml::StringToNCName(row.text, u'-', false), row.ncNameInPlace);
-        EXPECT_EQ(Xml::StringToName(row.text, u'-', true), row.name);
-        EXPECT_TRUE(Xml::IsValidNCName(row.ncName));
-        EXPECT_TRUE(Xml::IsValidName(row.name));
+    for (const auto& [text, ncName, ncNameInPlace, name] : kRepairRows) {
+        SCOPED_TRACE(CString(text).ToUtf8());
+        EXPECT_EQ(Xml::StringToNCName(text, u'-', true), ncName);
+        EXPECT_EQ(Xml::StringToNCName(text, u'-', false), ncNameInPlace);
+        EXPECT_EQ(Xml::StringToName(text, u'-', true), name);
+        EXPECT_TRUE(Xml::IsValidNCName(ncName));
+        EXPECT_TRUE(Xml::IsValidName(name));
     }
     EXPECT_EQ(Xml::StringToNCName(u"a b", u' ', true), u"a b");  // the replacement is taken as it is
     EXPECT_EQ(Xml::StringToXmlString(u"a\x01\uFFFE\U0001F600\t", u'?'), u"a????\t");
