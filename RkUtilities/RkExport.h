@@ -9,7 +9,6 @@
 #endif
 
 /// Marks what belongs to the documented interface of the library; everything else stays hidden in the shared library.
-///
 /// RKUTILITIES_STATIC is defined for (and by) the static library, RKUTILITIES_BUILDING while the shared one is built.
 #if defined(RKUTILITIES_STATIC)
 #    define RK_EXPORT
@@ -24,9 +23,9 @@
 #    define RK_LIFETIMEBOUND
 #endif
 
-/// Marks a class with virtual functions that debuggers show. Compilers describe such a class only where its virtual functions
-/// are defined, so programs beside a library without debugging symbols knew its name alone. clang takes the mark; the CMake
-/// target gives g++ `-femit-class-debug-always`.
+/// Marks a class with virtual functions that debuggers show. Compilers describe such a class only where its virtual
+/// functions are defined, so programs beside a library without debugging symbols knew its name alone. clang takes the
+/// mark; the CMake target gives g++ `-femit-class-debug-always`.
 #if defined(__clang__)
 #    define RK_DESCRIBED __attribute__((standalone_debug))
 #else

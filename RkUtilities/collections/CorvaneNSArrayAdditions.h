@@ -97,7 +97,6 @@ public:
 
     /// For each of `objects`, the lowest position, from 0, of an equal object in the array; a second equal object in
     /// the array is never named. An object that is not in the array adds no position.
-    ///
     /// The time is the product of both lengths at most: `==` is all that is asked of the objects.
     template <rk::ReferenceArray Array, rk::ReferenceRange Objects>
         requires rk::EqualityComparable<rk::RangeReference<Array>, rk::RangeReference<Objects>>

@@ -4,10 +4,8 @@
 #include "RkUtilities/foundation/CString.h"
 
 /// The application's table of named colors. The application derives a table and sets it, so that a color can be shown
-/// by its name in the user's language.
-///
-/// The library neither copies nor deletes the table; the application keeps it alive while it is set, sets it before
-/// threads ask for texts, and does not change it while they do.
+/// by its name in the user's language. The library neither copies nor deletes the table; the application keeps it alive
+/// while it is set, sets it before threads ask for texts, and does not change it while they do.
 class RK_EXPORT CrkBaseColorTable {
 public:
     /// A color with the name of its text.

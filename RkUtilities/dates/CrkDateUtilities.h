@@ -7,12 +7,11 @@
 #include "RkUtilities/foundation/CString.h"
 #include "RkUtilities/foundation/CTime.h"
 
-/// Dates as texts, between UTC and local time, by day and by week, and the calendar of working days.
-///
-/// Calendar fields of a `CTime` are those of local time (`TZ`, else the system's zone), as `CTime` tells. A `COleDateTime`
-/// has no zone; a value that is no number or lies outside the years 1 to 9999 counts as 30 December 1899, 00:00.
-/// Members throw `std::bad_alloc` and what they name, nothing else. Safe from any thread. The first text of each style needs
-/// memory for ICU's data (`rk::PrepareFormats`).
+/// Dates as texts, between UTC and local time, by day and by week, and the calendar of working days. Calendar fields of
+/// a `CTime` are those of local time (`TZ`, else the system's zone), as `CTime` tells. A `COleDateTime` has no zone; a
+/// value that is no number or lies outside the years 1 to 9999 counts as 30 December 1899, 00:00. Members throw
+/// `std::bad_alloc` and what they name, nothing else. Safe from any thread. The first text of each style needs memory
+/// for ICU's data (`rk::PrepareFormats`).
 class RK_EXPORT CrkDateUtilities {
 public:
     // --- Three times that callers know by name
@@ -95,7 +94,6 @@ public:
     static CString CreatePtmCalendarString(const CAtlArray<bool>& workingDays, const CAtlMap<double, bool>& dates);
     /// Reads a calendar: seven flags into `workingDays`, dates into `dates` (cut down to the whole day below, each with
     /// the value true), in place of the old contents. An empty text changes nothing.
-    ///
     /// Pieces end at ";", empty pieces are skipped. The first piece holds the flags: every unit except "0" marks a
     /// working day, units past the seventh are ignored, missing units are days off; without any piece (";;") the flags
     /// stay. A later piece is a date as `CrkStringConversionUtilities::StringToDouble` reads it in the user's locale; a

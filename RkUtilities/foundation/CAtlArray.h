@@ -73,8 +73,8 @@ public:
     /// Moves an element in at the end; returns its index.
     std::size_t Add(T&& element) { return Append(std::move(element)); }
 
-    /// Inserts an element before the one at `index`; `GetCount()` inserts at the end. An element's own move or swap decides
-    /// what is left of the order when that throws.
+    /// Inserts an element before the one at `index`; `GetCount()` inserts at the end. An element's own move or swap
+    /// decides what is left of the order when that throws.
     template <std::convertible_to<T> Element = T> void InsertAt(std::size_t index, Element&& element) {
         if (index > m_count)
             ATL::AtlThrow(ATL::kInvalidArgument);

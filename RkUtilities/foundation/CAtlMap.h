@@ -111,7 +111,6 @@ public:
     }
 
     /// The entry of the key, or null.
-    ///
     /// A map of text keys takes views and literals as they are; for other maps the argument is converted to a key.
     template <rk::KeyFor<K, KTraits> Key = K> CPair* Lookup(const Key& key) {
         Node* const node = FindKey(key);

@@ -10,7 +10,6 @@
 #include <type_traits>
 
 /// How CAtlMap hashes and compares its keys.
-///
 /// A traits class has the type INARGTYPE, in which a key is handed in, and two static members: Hash, which must give
 /// equal keys the same value, and CompareElements, which is true for equal keys. A class of UTF-16 texts (CString,
 /// std::u16string) is handed in as a view, so that looking up a literal or a part of a text builds no text.
@@ -40,10 +39,8 @@ template <class T> struct CElementTraits {
 template <> struct CElementTraits<double> {
     using INARGTYPE = double;  ///< How a number is handed in.
 
-    /// The low 32 bits of the number, cut towards zero, as an unsigned 64-bit integer.
-    ///
-    /// A negative number counts from 2^64 downwards (-1.5 gives 0xFFFFFFFF); NaN, infinities and what lies below -2^63
-    /// or from 2^64 on give 0.
+    /// The low 32 bits of the number, cut towards zero, as an unsigned 64-bit integer. A negative number counts from
+    /// 2^64 downwards (-1.5 gives 0xFFFFFFFF); NaN, infinities and what lies below -2^63 or from 2^64 on give 0.
     static constexpr std::uint32_t Hash(double element) noexcept {
         constexpr double kTwoTo63 = 9223372036854775808.0;
         if (element >= -kTwoTo63 && element < kTwoTo63)
@@ -59,14 +56,14 @@ template <> struct CElementTraits<double> {
 
 namespace rk {
 
-/// A hash from a secret that the process draws once: an author of texts cannot choose texts whose hashes are alike. Two texts
-/// of up to n units have the same hash with a probability of n in 2^31.
+/// A hash from a secret that the process draws once: an author of texts cannot choose texts whose hashes are alike. Two
+/// texts of up to n units have the same hash with a probability of n in 2^31.
 [[nodiscard]] RK_EXPORT std::uint32_t SecretHash(std::u16string_view text) noexcept;
 
 }  // namespace rk
 
-/// The traits of text keys that come from elsewhere, such as a link: the text decides, exactly and case-sensitively. The
-/// order in which a map with these traits is walked differs from process to process.
+/// The traits of text keys that come from elsewhere, such as a link: the text decides, exactly and case-sensitively.
+/// The order in which a map with these traits is walked differs from process to process.
 template <class T> struct CStringElementTraits : CElementTraits<T> {
     static_assert(CElementTraits<T>::kIsText,
                   "CStringElementTraits is for classes that convert to std::u16string_view");

@@ -28,8 +28,8 @@ class NewFile;
 /// - An object is used by one thread at a time; the static members are safe from any thread.
 class RK_EXPORT CFile {
 public:
-    /// Flags of `Open`: one of the modes `modeRead` and `modeReadWrite`, at most one of the two for sharing (without one
-    /// `shareDenyNone` holds), and the last two if wanted.
+    /// Flags of `Open`: one of the modes `modeRead` and `modeReadWrite`, at most one of the two for sharing (without
+    /// one `shareDenyNone` holds), and the last two if wanted.
     enum OpenFlags : unsigned int {
         modeRead = 0x0000,
         modeReadWrite = 0x0002,
@@ -40,10 +40,9 @@ public:
         shareDenyWrite = 0x0020,
         /// No restriction: nothing is asked for and no opener is refused.
         shareDenyNone = 0x0040,
-        /// Makes the file when it is missing (readable and writable for whom the process's umask allows).
-        ///
-        /// Careful: **an existing file keeps its content**, unlike in other libraries. Writing a shorter text leaves the
-        /// end of the old one behind it; with `modeTruncate`, or `SetLength` afterwards, it does not.
+        /// Makes the file when it is missing (readable and writable for whom the process's umask allows). Careful: **an
+        /// existing file keeps its content**, unlike in other libraries. Writing a shorter text leaves the end of the
+        /// old one behind it; with `modeTruncate`, or `SetLength` afterwards, it does not.
         modeCreate = 0x1000,
         /// Drops the content of an existing file, once it is opened and not refused by another's `shareDenyWrite`. Only
         /// together with `modeReadWrite`.
@@ -54,8 +53,7 @@ public:
     CFile() noexcept;
     /// Opens a file as `Open` does; a failure is thrown as a `CFileException*`.
     CFile(const CString& path, unsigned int flags);
-    /// Closes an open file. A failure to write back what was written goes unnoticed here: call `Close` to learn of
-    /// it.
+    /// Closes an open file. A failure to write back what was written goes unnoticed here: call `Close` to learn of it.
     ~CFile();
     CFile(CFile&& other) noexcept;             ///< Takes the open file over; `other` is closed.
     CFile& operator=(CFile&& other) noexcept;  ///< Closes this file and takes the other one over.
@@ -65,24 +63,21 @@ public:
     // --- An open file
 
     /// Opens an ordinary file or a device at position 0; a file that is still open in this object is closed first.
-    ///
     /// Folders (`accessDenied`), pipes and sockets (`invalidFile`) are refused, without waiting for a pipe's other
     /// end; flags beyond those above too (`genericException`, EINVAL).
     /// @param[out] error  may be null; on failure cause, error number and path, untouched on success.
     bool Open(const CString& path, unsigned int flags, CFileException* error = nullptr);
 
-    /// Opens a new, empty file for reading and writing that has no name before `CommitAs` or `CommitOver`.
-    ///
-    /// It lies on the file system of the folder in which `path` will stand. Closed without a commit it is gone, and so it
-    /// is when the process is killed: nothing is left of it. On a file system that knows only files with names (FAT, some
+    /// Opens a new, empty file for reading and writing that has no name before `CommitAs` or `CommitOver`. It lies on
+    /// the file system of the folder in which `path` will stand. Closed without a commit it is gone, and so it is when
+    /// the process is killed: nothing is left of it. On a file system that knows only files with names (FAT, some
     /// network file systems) a killed process leaves a hidden folder ".rk-new-0" to "-7", which the next commit or copy
     /// in that folder removes. Results and `error` as with `Open`.
     bool OpenNew(const CString& path, CFileException* error = nullptr);
-    /// Gives the file of `OpenNew` its name and closes it. A name that is taken fails with `accessDenied` (EEXIST) and is
-    /// never replaced; the file stays open then, to be given another name in the same folder.
-    ///
-    /// The content is on the disk before the name is, and the name before this returns: after a power cut there is the
-    /// whole file or no file. A failure of the disk after the naming is thrown too.
+    /// Gives the file of `OpenNew` its name and closes it. A name that is taken fails with `accessDenied` (EEXIST) and
+    /// is never replaced; the file stays open then, to be given another name in the same folder. The content is on the
+    /// disk before the name is, and the name before this returns: after a power cut there is the whole file or no file.
+    /// A failure of the disk after the naming is thrown too.
     void CommitAs(const CString& path) { Commit(path, /*isReplacing=*/false); }
     /// The same, in the place of what has the name: other programs and a power cut see the whole old file or the whole new
     /// one. The new file takes over the permissions of the old one. A link is followed; one that leads nowhere fails with
@@ -123,13 +118,11 @@ public:
     // --- By path
 
     /// Reads what is known of the file or folder; true when it could be read, else `status` is untouched.
-    ///
     /// A link that leads nowhere is described itself, so whatever has a name in a folder has a status. Never throws a
     /// `CFileException`: what does not exist or may not be looked at gives false.
     static bool GetStatus(const CString& path, CFileStatus& status);
 
     /// Writes what may be changed of a status: the read-only bit and the times of the last change and access.
-    ///
     /// - Read-only is the owner's write permission; the other permissions stay. The other bits are not looked at.
     /// - One descriptor serves for looking and for changing: what is moved to the path meanwhile is not touched.
     /// - A time that equals the present one as `CTime` tells times apart, or the null time, leaves the file's time
@@ -140,21 +133,18 @@ public:
     /// Removes a file or a link (never what it leads to); a folder fails with `accessDenied`.
     static void Remove(const CString& path);
 
-    /// Gives a file, folder or link another name. A name that is taken fails with `accessDenied` (EEXIST) and is
-    /// never replaced, also when it comes to exist meanwhile; a file system that cannot promise the latter is asked
-    /// just before.
-    ///
-    /// Across file systems it is copied, written to the disk, given its name and then removed at the old place. A failure
-    /// before the removal, also for lack of memory, leaves the old one whole and no new one; a failure of the removal
-    /// leaves a complete new one.
+    /// Gives a file, folder or link another name. A name that is taken fails with `accessDenied` (EEXIST) and is never
+    /// replaced, also when it comes to exist meanwhile; a file system that cannot promise the latter is asked just
+    /// before. Across file systems it is copied, written to the disk, given its name and then removed at the old place.
+    /// A failure before the removal, also for lack of memory, leaves the old one whole and no new one; a failure of the
+    /// removal leaves a complete new one.
     static void Rename(const CString& oldPath, const CString& newPath);
 
-    /// Puts a complete file in the place of another, or of nothing, as `CommitOver` does: whole, durable and atomic, with
-    /// the permissions of the file that is replaced, links of `target` followed. `temporary` is gone afterwards.
-    ///
-    /// Both have to be on one file system (else `genericException`, EXDEV), so write the temporary file beside the target.
-    /// What is no ordinary file is refused (`genericException`, EINVAL). After a failure the target is the whole old file,
-    /// unless the disk failed after the replacing.
+    /// Puts a complete file in the place of another, or of nothing, as `CommitOver` does: whole, durable and atomic,
+    /// with the permissions of the file that is replaced, links of `target` followed. `temporary` is gone afterwards.
+    /// Both have to be on one file system (else `genericException`, EXDEV), so write the temporary file beside the
+    /// target. What is no ordinary file is refused (`genericException`, EINVAL). After a failure the target is the
+    /// whole old file, unless the disk failed after the replacing.
     static void ReplaceFile(const CString& temporary, const CString& target);
 
 private:

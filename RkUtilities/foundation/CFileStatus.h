@@ -5,13 +5,10 @@
 
 #include <cstdint>
 
-/// What `CFile::GetStatus` knows of a file or folder, and what `CFile::SetStatus` writes back.
-///
-/// `CTime` holds a double, which tells times of our days apart to about a tenth of a microsecond; files keep
-/// nanoseconds.
+/// What `CFile::GetStatus` knows of a file or folder, and what `CFile::SetStatus` writes back. `CTime` holds a double,
+/// which tells times of our days apart to about a tenth of a microsecond; files keep nanoseconds.
 struct CFileStatus {
-    /// Bits of `m_attribute`. A folder is `directory`, everything else `archive`: no attribute byte that was read is
-    /// 0.
+    /// Bits of `m_attribute`. A folder is `directory`, everything else `archive`: no attribute byte that was read is 0.
     enum Attribute : unsigned char {
         readOnly = 0x01,   ///< the owner may not write (the owner's write permission is off, for any caller)
         hidden = 0x02,     ///< the name begins with "."; "." and ".." themselves are not hidden

@@ -9,7 +9,6 @@ struct CRuntimeClass {
 };
 
 /// The common base of the library's object classes: they may be deleted through it.
-///
 /// The order of the virtual members is part of the interface. Only derived classes construct, copy and assign it.
 class RK_EXPORT RK_DESCRIBED CObject {
 public:

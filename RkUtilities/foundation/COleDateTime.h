@@ -9,7 +9,6 @@
 #include <ctime>
 
 /// A date value: days since 30 December 1899, 00:00, whose fraction is the time of day. It belongs to no time zone.
-///
 /// - Days are counted in one line, before that date too: -0.25 is 18:00 on 29 December 1899. The calendar is Gregorian.
 /// - Fields are read to the nearest second. A value that is no number or lies outside the years 1 to 9999 reads as 0.
 /// - Nothing throws but `Format`. Safe from any thread.

@@ -247,8 +247,8 @@ public:
     ///
     /// The pointer serves until the text is next used in any way. Throws `std::length_error`, `std::bad_alloc`.
     [[nodiscard]] char16_t* GetBuffer(int unitCount = 0) RK_LIFETIMEBOUND;
-    /// Ends the text after `unitCount` units of the buffer (the whole room at most) or, for -1, before the first unit 0. Only
-    /// after `GetBuffer`: behind the length of another text there is anything.
+    /// Ends the text after `unitCount` units of the buffer (the whole room at most) or, for -1, before the first unit
+    /// 0. Only after `GetBuffer`: behind the length of another text there is anything.
     void ReleaseBuffer(int unitCount = -1);
 
     // --- Texts from elsewhere
@@ -257,12 +257,11 @@ public:
     void GetEnvironmentVariable(const CString& name);
 
     /// Formats as C's printf does, whatever `setlocale` says: "." is the decimal point.
-    ///
     /// - Conversions d i u o x X c s p f F e E g G a A and %%, flags "-", "+", " ", "#", "0", width, precision, "*",
     ///   lengths hh h l ll j z t L, and positions ("%2$s", "%1$*2$d").
-    /// - "%s" takes a UTF-16 text (`CString`, `u"..."`, a view), or a UTF-8 text, zero-terminated or a `std::string_view`.
-    ///   Width and precision count the text's own units, UTF-8's bytes as in C; a precision cuts between characters only.
-    ///   Null prints "(null)".
+    /// - "%s" takes a UTF-16 text (`CString`, `u"..."`, a view), or a UTF-8 text, zero-terminated or a
+    ///   `std::string_view`. Width and precision count the text's own units, UTF-8's bytes as in C; a precision cuts
+    ///   between characters only. Null prints "(null)".
     /// - "%c" takes a code unit 0 to 0xFFFF, "%lc" a code point; a `char` beyond ASCII gives U+FFFD.
     /// - An integer argument serves every integer conversion: converted as C does when its type is no wider than the
     ///   conversion's, else it must fit.
@@ -285,7 +284,6 @@ public:
     void FormatV(const CString& format, std::va_list arguments);
 
     /// The text for `key` in the application's string tables, in the user's language; "" when there is none.
-    ///
     /// A bundle is a folder of compiled ICU resource files (en.res, de.res, root.res ...); null means the one named
     /// with `rk::SetStringTables`. ICU's fallback decides the language. The text is taken as it stands there.
     void LoadString(char const* key, char const* bundle = nullptr);

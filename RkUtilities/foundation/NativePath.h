@@ -22,18 +22,14 @@
 /// Safe from any thread as long as no other thread changes the environment meanwhile.
 namespace rk {
 
-/// The bytes to hand to the file system for a path.
-///
-/// "~" and a leading "~/" stand for the user's home folder: $HOME, or what the password database says when that is not
-/// set or empty. "~name" is an ordinary name, as is a "~" further on; a file named "~" in the current folder is reached
-/// as "./~". A user without any home keeps the "~".
-///
-/// A text with U+0000 names no file. Its result begins with a zero byte: every system call then sees the empty path and
-/// refuses it (ENOENT), whatever is appended, rather than taking the part before U+0000.
+/// The bytes to hand to the file system for a path. "~" and a leading "~/" stand for the user's home folder: $HOME, or
+/// what the password database says when that is not set or empty. "~name" is an ordinary name, as is a "~" further on;
+/// a file named "~" in the current folder is reached as "./~". A user without any home keeps the "~". A text with
+/// U+0000 names no file. Its result begins with a zero byte: every system call then sees the empty path and refuses it
+/// (ENOENT), whatever is appended, rather than taking the part before U+0000.
 RK_EXPORT std::string NativePath(const CString& path);
 
 /// The text of a path or a name that the file system gave; any bytes are legal.
-///
 /// `NativePath` of the result is `nativeBytes` again for every path without a zero byte that does not itself begin with
 /// the element "~"; the absolute paths and folder + name of a listing never do.
 RK_EXPORT CString PathText(std::string_view nativeBytes);

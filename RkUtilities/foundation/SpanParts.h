@@ -4,12 +4,12 @@
 
 namespace rk {
 
-/// What spans of time have in common, added to `Span` by inheritance: parts, sums and multiples. Where the amount is no number
-/// so are sums and multiples, and the parts are 0.
+/// What spans of time have in common, added to `Span` by inheritance: parts, sums and multiples. Where the amount is no
+/// number so are sums and multiples, and the parts are 0.
 template <class Span> class SpanParts {
 public:
-    // The parts are whole and have the span's sign: -90 minutes are -1 hour and -30 minutes. Those of a span longer than
-    // 9,500,000 years are 0.
+    // The parts are whole and have the span's sign: -90 minutes are -1 hour and -30 minutes. Those of a span longer
+    // than 9,500,000 years are 0.
     [[nodiscard]] constexpr long GetDays() const noexcept { return WholeSeconds() / 86400; }       ///< Whole days.
     [[nodiscard]] constexpr int GetHours() const noexcept { return Part(3600, 24); }               ///< -23 to 23
     [[nodiscard]] constexpr int GetMinutes() const noexcept { return Part(60, 60); }               ///< -59 to 59

@@ -6,7 +6,6 @@
 #include <string>
 
 /// A writable, zero-terminated UTF-8 copy of a text, for calls that take `char*`; valid as long as the buffer lives.
-///
 /// A lone surrogate becomes U+FFFD. A U+0000 inside the text ends it for a callee that reads up to the terminator. The
 /// bytes may be changed in place; they may not grow.
 ///

@@ -17,10 +17,9 @@ inline const char16_t* AsChar16(unsigned short const* units) noexcept {
     return reinterpret_cast<const char16_t*>(units);
 }
 
-/// A UTF-16 text as a parameter, which a function only looks at during the call.
-///
-/// It takes a `u"..."` literal, a `CString`, a view, a `std::u16string` and a zero-terminated text of either unit type.
-/// A null pointer is the empty text. A view is taken whole, a unit 0 inside it too; a pointer's text ends at the first 0.
+/// A UTF-16 text as a parameter, which a function only looks at during the call. It takes a `u"..."` literal, a
+/// `CString`, a view, a `std::u16string` and a zero-terminated text of either unit type. A null pointer is the empty
+/// text. A view is taken whole, a unit 0 inside it too; a pointer's text ends at the first 0.
 class TextView : public std::u16string_view {
 public:
     constexpr TextView(std::nullptr_t) noexcept {}  ///< Null is the empty text.

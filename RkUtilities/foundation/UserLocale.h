@@ -6,8 +6,8 @@
 
 namespace rk {
 
-/// Chooses the user's locale for the whole process, by name: "de_DE", "ja_JP", "sr_Latn_RS", "th_TH@calendar=gregorian".
-/// "" takes the choice back.
+/// Chooses the user's locale for the whole process, by name: "de_DE", "ja_JP", "sr_Latn_RS",
+/// "th_TH@calendar=gregorian". "" takes the choice back.
 ///
 /// Without a choice the process's locale categories decide, as `setlocale` has set them: LC_MONETARY for money, LC_NUMERIC
 /// for numbers, LC_TIME for dates, LC_MESSAGES for texts and LC_COLLATE for the order of names. "C" and "POSIX" read as
@@ -20,7 +20,6 @@ RK_EXPORT void SetUserLocale(std::string_view name);
 
 /// Makes the formats of the user's locale now: numbers, money, dates and times. To be called at the start, after
 /// `SetUserLocale`: what ICU needs much memory for is then there when memory is short later.
-///
 /// Without this call each format is made by the first call that needs it. Takes a few milliseconds. Throws
 /// `std::bad_alloc`; what was made stays, and another call makes the rest. Safe from any thread.
 RK_EXPORT void PrepareFormats();

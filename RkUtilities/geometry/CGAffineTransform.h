@@ -3,7 +3,6 @@
 #include <cmath>
 
 /// An affine map of the plane in double precision: (x, y) goes to (a·x + c·y + tx, b·x + d·y + ty).
-///
 /// Starts as the identity. Positive angles turn clockwise on the screen, where y grows downwards.
 struct CGAffineTransform {
     double a = 1;   ///< x from x

@@ -2,10 +2,8 @@
 
 #include "RkUtilities/geometry/CrkFloatRect.h"
 
-/// Distances added to or removed from each side of a rectangle.
-///
-/// The operations work on the raw fields of the rectangle and never clamp: deflating by more than the size makes it
-/// negative.
+/// Distances added to or removed from each side of a rectangle. The operations work on the raw fields of the rectangle
+/// and never clamp: deflating by more than the size makes it negative.
 struct CrkFloatMargin {
     float left = 0;    ///< the distance at the left
     float top = 0;     ///< the distance at the top

@@ -5,12 +5,10 @@
 #include <concepts>
 #include <iosfwd>
 
-/// A point of the drawing plane, or a direction where a function says so.
-///
-/// The geometry of the library uses screen coordinates in single precision: x grows to the right, y grows downwards, so
-/// "above" means a smaller y and the top of a rectangle is its side with the smaller y. The records CrkFloatPoint,
-/// CrkFloatSize, CrkFloatRect and CrkFloatMargin are plain: start at zero, compare field by field, and any value is
-/// legal in any field.
+/// A point of the drawing plane, or a direction where a function says so. The geometry of the library uses screen
+/// coordinates in single precision: x grows to the right, y grows downwards, so "above" means a smaller y and the top
+/// of a rectangle is its side with the smaller y. The records CrkFloatPoint, CrkFloatSize, CrkFloatRect and
+/// CrkFloatMargin are plain: start at zero, compare field by field, and any value is legal in any field.
 struct CrkFloatPoint {
     float x = 0;  ///< to the right
     float y = 0;  ///< downwards

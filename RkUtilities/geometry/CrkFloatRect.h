@@ -8,7 +8,6 @@
 #include <limits>
 
 /// A rectangle as origin corner and size (not two corners), in the coordinates of CrkFloatPoint.
-///
 /// A negative width or height is legal: the bounds, and every function that does not speak of the raw fields, then see
 /// the mirror image with positive size, so (10, 10, -10, -10) is (0, 0, 10, 10). Bounds that are formed from a field
 /// that is not a number are not numbers.
@@ -41,10 +40,8 @@ struct RK_EXPORT CrkFloatRect {
     CrkFloatRect Moved(float dx, float dy) const noexcept;
 
     /// The mirror image with positive size, grown by `dx` on the left and on the right and by `dy` at the top and at
-    /// the bottom.
-    ///
-    /// Computed in double precision and narrowed. Negative values shrink; a width or height that would become negative
-    /// gives Null(), as does the null rectangle.
+    /// the bottom. Computed in double precision and narrowed. Negative values shrink; a width or height that would
+    /// become negative gives Null(), as does the null rectangle.
     CrkFloatRect Inflated(float dx, float dy) const noexcept;
 
     /// Whether the point lies inside the bounds or on an edge; never in the null rectangle.
@@ -56,8 +53,8 @@ struct RK_EXPORT CrkFloatRect {
         return MinX() <= other.MinX() && other.MaxX() <= MaxX() && MinY() <= other.MinY() && other.MaxY() <= MaxY() &&
                !IsNull() && !other.IsNull();
     }
-    /// The smallest rectangle around both bounds, with positive size up to rounding. The null rectangle adds nothing: the
-    /// result is the other rectangle as it is.
+    /// The smallest rectangle around both bounds, with positive size up to rounding. The null rectangle adds nothing:
+    /// the result is the other rectangle as it is.
     static constexpr CrkFloatRect Union(const CrkFloatRect& a, const CrkFloatRect& b) noexcept {
         if (a.IsNull() || b.IsNull())
             return a.IsNull() ? b : a;

@@ -5,11 +5,9 @@
 
 #include <cmath>
 
-/// A two-dimensional vector, in the coordinates of CrkFloatPoint.
-///
-/// All arithmetic is single precision and follows IEEE 754: dividing by 0 gives infinite or not-a-number components,
-/// nothing is reported. The arithmetic is inline, so a program that lets its compiler fuse multiplication and addition
-/// may see other last bits.
+/// A two-dimensional vector, in the coordinates of CrkFloatPoint. All arithmetic is single precision and follows IEEE
+/// 754: dividing by 0 gives infinite or not-a-number components, nothing is reported. The arithmetic is inline, so a
+/// program that lets its compiler fuse multiplication and addition may see other last bits.
 class CrkFloatVector2D {
 public:
     float x = 0;  ///< to the right
@@ -24,7 +22,6 @@ public:
     constexpr CrkFloatVector2D(const CrkFloatSize& size) noexcept : x(size.width), y(size.height) {}
 
     /// Whether the distance between both, in single precision, is below 1e-12.
-    ///
     /// So vectors that differ by 1e-6 are different, and a vector with a component that is infinite or not a number
     /// equals no vector, not even itself. A point or a size beside a vector counts as a vector.
     bool operator==(const CrkFloatVector2D& other) const noexcept { return (*this - other).Length() < 1e-12; }

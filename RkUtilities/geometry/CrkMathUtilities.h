@@ -19,8 +19,8 @@
 /// down is π.
 ///
 /// A rectangle stands for its bounds, so a negative size counts as its mirror image, unless a member speaks of the raw
-/// fields. Points go in as a `std::span` (a `CAtlArray`, a `std::vector`, an array), of which the first INT_MAX are read, or
-/// as pointer and count, read from index 0; a count of 0 or less, or a null pointer, means no points.
+/// fields. Points go in as a `std::span` (a `CAtlArray`, a `std::vector`, an array), of which the first INT_MAX are
+/// read, or as pointer and count, read from index 0; a count of 0 or less, or a null pointer, means no points.
 ///
 /// No member throws or reports an error, and every argument is legal: infinities and not-a-numbers take the course of
 /// IEEE 754 arithmetic and of comparisons that are false. A member whose result type cannot hold the value says what it
@@ -37,13 +37,11 @@ public:
     // --- Rounding
 
     /// The nearest whole number, halves away from zero: 2.5 gives 3, -2.5 gives -3, -0.4 gives 0.
-    ///
     /// The sum value ± 0.5 is cut, so 0.49999999999999994, whose sum rounds to 1, gives 1. Values beyond int,
     /// infinities too, give INT_MAX or INT_MIN; not a number gives 0.
     static int RoundToNearestInt(double value) noexcept;
 
     /// The nearest multiple of `step`, halves away from zero: 7.4 by 5 gives 5, 7.5 gives 10, -7.5 gives -10.
-    ///
     /// A negative step acts as its magnitude, 0 gives the value back; an infinite value or step gives not a number.
     static double RoundToNearest(double value, double step) noexcept;
 
@@ -53,7 +51,6 @@ public:
     // --- Comparison
 
     /// Whether |a - b| is strictly less than a tolerance: 2^-23 for floats, 2^-51 for doubles, or the given tolerance.
-    ///
     /// The tolerance is absolute, so neighbouring floats from 1 on are different. A tolerance of 0 always gives false;
     /// so do an argument that is not a number and two equal infinities.
     static bool FloatsEqual(float a, float b) noexcept { return FloatsEqual(a, b, 0x1p-23f); }
@@ -64,7 +61,6 @@ public:
     static bool FloatsEqual(double a, double b, double tolerance) noexcept { return std::fabs(a - b) < tolerance; }
 
     /// Whether the width grew at least as much as the height, or shrank at most as much.
-    ///
     /// From (100, 100), true for (130, 120), (90, 80) and (120, 90), false for (120, 130) and (80, 90). False when the
     /// sizes are equal or a field is not a number.
     static bool WidthChangedMore(const CrkFloatSize& oldSize, const CrkFloatSize& newSize) noexcept;
@@ -86,7 +82,6 @@ public:
     ///
     /// A full turn is added where neither coordinate is above 0: in the upper left quadrant and on its two axes. Left
     /// with a y of -0 gives 3π/2. NormalizeAngle(angle, 0, 2π) reduces the result to a single value for each direction.
-    ///
     /// The arc tangent is single precision: the result is good to about 1e-7 and may lie that far outside its range.
     static double CalculateAngle(float x, float y) noexcept;
     /// The angle of the direction (x, y) of a point.
@@ -95,15 +90,12 @@ public:
     }
 
     /// The clockwise angle at `centre` from the ray towards `from` to the ray towards `to`: a quarter turn from right
-    /// to down.
-    ///
-    /// Good to about 1e-6, since `to` is turned back by the angle of `from` in single precision: equal rays may give an
-    /// angle near 2π instead of an angle near 0.
+    /// to down. Good to about 1e-6, since `to` is turned back by the angle of `from` in single precision: equal rays
+    /// may give an angle near 2π instead of an angle near 0.
     static double CalculateAngle(const CrkFloatPoint& from, const CrkFloatPoint& to, CrkFloatPoint centre) noexcept;
 
     /// The value that differs from `angle` by a multiple of high - low and lies in [low, high): 360 by (0, 360) gives
     /// 0, -1 gives 359.
-    ///
     /// A value so close below `low` that the sum rounds gives `high` itself; low = high gives not a number.
     static double NormalizeAngle(double angle, double low, double high) noexcept;
 
@@ -136,21 +128,17 @@ public:
     /// The square root of x² + y²; infinite where the squares leave the range of double.
     static double Length(double x, double y) noexcept;
     /// The length of a vector cut to a whole number: (3, 4) gives 5, (1, 1) gives 1.
-    ///
     /// Exact for every argument, INT_MIN included; a length beyond INT_MAX gives INT_MAX.
     static int Length(int x, int y) noexcept;
 
     // --- Numbers
 
-    /// A random number between `low` and `high`, both included; `high` itself comes about once in 2^31 draws.
-    ///
-    /// Computed as low + (high - low)·r / (2^31 - 1), cut toward low, from the next r of the C library's `random`,
-    /// which the whole process shares and the library never seeds. The arguments may span all of int and stand in
-    /// either order.
+    /// A random number between `low` and `high`, both included; `high` itself comes about once in 2^31 draws. Computed
+    /// as low + (high - low)·r / (2^31 - 1), cut toward low, from the next r of the C library's `random`, which the
+    /// whole process shares and the library never seeds. The arguments may span all of int and stand in either order.
     static int RandomInRange(int low, int high) noexcept;
 
     /// The roots of a·x² + b·x + c = 0 in single precision, formed so that nearly equal numbers are not subtracted.
-    ///
     /// The first root is (-b + s) / 2a, the second (-b - s) / 2a, s being the square root of b² - 4ac. Roots that are
     /// not real are not a number. With a = 0 the root -c/b comes first for b > 0, else second, and the other root is
     /// infinite or not a number; with b = c = 0 the first is 0, the second not a number. Writes nothing when either
@@ -164,7 +152,6 @@ public:
     // the null rectangle have no edge: the result is the origin.
 
     /// The edge point of a rectangle.
-    ///
     /// An exactly horizontal or vertical direction gives the middle of that side, wherever the origin is; (0, 0) counts
     /// as down. A direction through a corner gives the corner. An origin on or outside the outline is treated like an
     /// origin inside: the result lies on the line through the origin, but need not lie on the rectangle.
@@ -174,7 +161,6 @@ public:
     static CrkFloatPoint GetRectangleEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction, float offset) noexcept;
 
     /// The edge point of the ellipse inscribed in a rectangle.
-    ///
     /// The result is the origin where the ray meets no edge: when the origin lies on or outside the outline, when the
     /// direction is (0, 0), and when a coordinate is not finite. A ray from the centre always meets the edge, and so
     /// does an exactly vertical ray from any point inside. A slanted ray from another point is followed for the length
@@ -205,7 +191,6 @@ public:
 
     /// Whether the point lies in the bounding box of the segment grown by the tolerance, and no further than the
     /// tolerance from its line. Where CalculateDistanceToLine gives not a number, the box alone decides.
-    ///
     /// So (12, 0) is on (0, 0)-(10, 0) with a tolerance of 2, not with 1. A negative tolerance and an infinite
     /// tolerance always give false.
     static bool IsPointOnLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart, const CrkFloatPoint& lineEnd,
@@ -221,7 +206,6 @@ public:
     }
 
     /// On which side of the line the point lies: a value above 0, 0, or below 0.
-    ///
     /// "Above" and "right of" are the same value; "below" and "left of" are its negative. The value is positive for a
     /// point above a horizontal line or right of a vertical line, whichever way the line is drawn, and for a point
     /// above a slanted line that is drawn to the right; for a slanted line that is drawn to the left, the sign is
@@ -246,7 +230,6 @@ public:
     }
 
     /// The point halfway along a polyline: (10, 0) for (0, 0), (10, 0), (10, 10).
-    ///
     /// (0, 0) for fewer than two points, for points that are all equal, and for a polyline whose length is not finite.
     static CrkFloatPoint GetPolylineMidpoint(const CrkFloatPoint* points, int count) noexcept;
     /// The same for a span.
@@ -258,7 +241,6 @@ public:
     // Touching counts, unless a member says otherwise. Lines are segments from start to end.
 
     /// Whether two segments cross or touch.
-    ///
     /// Vertical segments on the same x always cross, whatever their y extents; parallel slanted segments never cross,
     /// not even on the same line. The crossing point is formed in single precision, with the y of the first segment. So
     /// pass a horizontal segment first: as the second segment it is missed when the point rounds to another y.
@@ -278,7 +260,6 @@ public:
     }
 
     /// Whether a segment parallel to an axis crosses a rectangle; a slanted segment (by 2^-23 or more) never crosses.
-    ///
     /// A segment along an edge crosses; a segment that only reaches a side with its end does not. The rectangle reaches
     /// from its raw origin to its MaxX and MaxY.
     static bool IsRightAngleLineCrossingRect(CrkFloatPoint lineStart, CrkFloatPoint lineEnd,
@@ -287,7 +268,6 @@ public:
     // --- Bounding boxes
 
     /// The smallest rectangle around points: (-2, 0, 5, 4) for (3, 1), (-2, 4), (0, 0); all 0 for no points.
-    ///
     /// A coordinate that is not a number is passed over, except in the first point, where it makes the bounds of its
     /// dimension not numbers. The sign of a bound that is 0 is unspecified.
     static CrkFloatRect CalculatePointsBoundingRectangle(const CrkFloatPoint* points, int count) noexcept;
@@ -297,7 +277,6 @@ public:
     }
 
     /// The smallest rectangle around the four mapped corners of a rectangle.
-    ///
     /// Each corner is mapped in double precision and narrowed; then CalculatePointsBoundingRectangle from (MinX, MinY)
     /// on. The identity gives the rectangle as it is, a negative size included.
     static CrkFloatRect CalculateTransformedRectBoundingRectangle(const CrkFloatRect& rectangle,

@@ -11,7 +11,6 @@
 #include <type_traits>
 
 /// A 128-bit identifier: one CFUUIDBytes and nothing else, copied by value.
-///
 /// The bytes have the memory layout of a GUID structure: a 32-bit and two 16-bit numbers, least significant byte first,
 /// then eight bytes one by one. The text (RFC 4122, section 3) shows numbers, so the first three groups read backwards:
 ///
@@ -42,7 +41,6 @@ public:
     friend constexpr auto operator<=>(const CrkGuid&, const CrkGuid&) noexcept = default;
 
     /// A new random GUID: RFC 4122 version 4, from 122 bits of the system's random generator, also across fork.
-    ///
     /// The record is a UUID in network byte order and is not put into the layout above: byte6 begins with the digit 4
     /// and byte8 with 8, 9, A or B. So a log entry, which prints the bytes as they stand, shows a version-4 UUID;
     /// GuidToString shows the 4 as the third digit of the third group. Never null. Throws std::system_error when the
@@ -50,7 +48,6 @@ public:
     static CFUUIDBytes CreateGuid();
 
     /// Reads the text form: 32 hexadecimal digits of either case in groups of 8, 4, 4, 4 and 12 joined by "-".
-    ///
     /// When the text begins with "{" and has two units or more, the "{" and the last unit, whatever it is, are left out
     /// first. Every other text gives the null GUID: other lengths, separators, blanks, a closing "}" alone.
     ///

@@ -7,10 +7,9 @@
 
 namespace rk {
 
-/// The time as the clock of the system counts it, to the nearest microsecond: a clock's time near the present comes back
-/// from `FromSysTime` as it was.
-///
-/// The result converts to `std::chrono::system_clock::time_point`, whose nanoseconds reach from 1677 to 2262 only.
+/// The time as the clock of the system counts it, to the nearest microsecond: a clock's time near the present comes
+/// back from `FromSysTime` as it was. The result converts to `std::chrono::system_clock::time_point`, whose nanoseconds
+/// reach from 1677 to 2262 only.
 inline std::chrono::sys_time<std::chrono::microseconds> ToSysTime(const CTime& time) noexcept {
     constexpr double kMicroseconds = 1e6;
     const double seconds = std::floor(time.GetCFAbsoluteTime());

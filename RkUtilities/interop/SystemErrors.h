@@ -7,8 +7,8 @@
 
 namespace rk {
 
-/// Disposes of a failure that was caught as a pointer and throws it as a `std::system_error`: the system's error number in
-/// the generic category (EIO where there is none), the path in `what()`.
+/// Disposes of a failure that was caught as a pointer and throws it as a `std::system_error`: the system's error number
+/// in the generic category (EIO where there is none), the path in `what()`.
 [[noreturn]] inline void ThrowAsSystemError(CFileException* failure) {
     const CString path = failure->m_strFileName;
     const auto osError = static_cast<int>(failure->m_lOsError);

@@ -5,7 +5,6 @@
 
 /// The names of the predefined log categories, so that all callers write them alike. Any other text is a category too.
 /// An entry without a category is in "General", which has no name here.
-///
 /// The names need no code to come into being: initialisers of other files may use them.
 class RK_EXPORT CrkLogTypes {
 public:

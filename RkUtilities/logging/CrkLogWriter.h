@@ -21,21 +21,21 @@
 ///
 /// - `CrkLogSettings` says which entries are written. The others cost next to nothing: no lock, no memory, no file.
 ///   Build an expensive message only behind `CanLog`.
-/// - Threads and processes: any number of writers that name the same folder may log at once. Every entry stands whole in
-///   one of the files, in the order in which the writers took the lock, and a single writer moves a full file aside.
-/// - `Init` must have returned before other threads log, and `Uninitialize` must be called when no thread logs any more;
-///   both may be called again later, in any order.
+/// - Threads and processes: any number of writers that name the same folder may log at once. Every entry stands whole
+///   in one of the files, in the order in which the writers took the lock, and a single writer moves a full file aside.
+/// - `Init` must have returned before other threads log, and `Uninitialize` must be called when no thread logs any
+///   more; both may be called again later, in any order.
 /// - Fork: the child may log, also when other threads of the parent logged at that moment.
 /// - Kill: a process that is killed leaves whole entries, except perhaps its last one. The next writer removes such a
 ///   beginning of an entry from the end of the file; any other content that it finds there stays, and its last line is
 ///   ended. Entries reach the system before `Log` returns, so they outlive the process; they are not forced to the disk.
 /// - A full disk, a limit on file sizes, no memory: `Log` throws, and nothing of the entry is in the file.
-/// - Hostile neighbours: the file and its backups are for the owner only (0600, less what the umask takes). Writers wait
-///   for locks no longer than a second in all. A process that holds a lock longer delays entries by that second once;
-///   entries are then written without the lock, and a full file stays until the lock is free. In a folder that others may write to, the
-///   writer follows no link, waits for no pipe, and writes to no file of another user or with a second name: such
-///   entries are dropped. A file on another file system than its backup is copied; an entry that is written without the
-///   lock in that instant is lost.
+/// - Hostile neighbours: the file and its backups are for the owner only (0600, less what the umask takes). Writers
+///   wait for locks no longer than a second in all. A process that holds a lock longer delays entries by that second
+///   once; entries are then written without the lock, and a full file stays until the lock is free. In a folder that
+///   others may write to, the writer follows no link, waits for no pipe, and writes to no file of another user or with
+///   a second name: such entries are dropped. A file on another file system than its backup is copied; an entry that is
+///   written without the lock in that instant is lost.
 /// - The file is opened and closed for each entry, so it may be moved, deleted or emptied by others at any time.
 ///
 /// A second backup within one minute REPLACES the first: set `m_maxBackupCount` where no entry may be lost that way.
@@ -52,11 +52,9 @@ public:
 
     // --- Start and stop
 
-    /// Reads the settings and switches the writer on; a writer that is on goes over to the new settings and folder.
-    ///
-    /// The settings are read here only. If they enable logging, the folder is created; when that fails, the first
-    /// entry tries again. Throws `CAtlException` or `std::bad_alloc` when memory runs out; the writer is as before
-    /// then.
+    /// Reads the settings and switches the writer on; a writer that is on goes over to the new settings and folder. The
+    /// settings are read here only. If they enable logging, the folder is created; when that fails, the first entry
+    /// tries again. Throws `CAtlException` or `std::bad_alloc` when memory runs out; the writer is as before then.
     /// @param settingsPath  a missing or bad file leaves logging off; see CrkLogSettings
     /// @param logFolder     ends with "/": the file's name is put straight behind it. "~/" leads to the home folder.
     static void Init(const CString& settingsPath, const CString& logFolder);
@@ -71,15 +69,12 @@ public:
         return m_isInitialized && m_pLogSettings->m_enable && level <= m_pLogSettings->m_level;
     }
 
-    /// Writes an entry, if the settings admit its level and category.
-    ///
-    /// An empty category stands for "General"; without an id the entry has the null one, without a description an
-    /// empty one. With "ls:StdOut" the message, nothing else, goes to standard error first, without a line break.
-    ///
-    /// A missing log folder is created, and the entry is then taken from the start again: its message goes to
-    /// standard error a second time. An entry is dropped when the file cannot be opened for another reason (permission,
-    /// no free descriptor, a link that leads nowhere or to itself); `GetLogState` tells. After any exception nothing of
-    /// the entry is in the file.
+    /// Writes an entry, if the settings admit its level and category. An empty category stands for "General"; without
+    /// an id the entry has the null one, without a description an empty one. With "ls:StdOut" the message, nothing
+    /// else, goes to standard error first, without a line break. A missing log folder is created, and the entry is then
+    /// taken from the start again: its message goes to standard error a second time. An entry is dropped when the file
+    /// cannot be opened for another reason (permission, no free descriptor, a link that leads nowhere or to itself);
+    /// `GetLogState` tells. After any exception nothing of the entry is in the file.
     ///
     /// @throws CrkLogException    the log folder is missing and cannot be created
     /// @throws CFileException*    the entry could not be written whole (`diskFull`)
@@ -99,29 +94,26 @@ public:
     static void LogInternal(ErkLogLevel level, const CString& message, const CString& category,
                             const CString& description, CFUUIDBytes id);
 
-    /// Writes an entry that tells which program this is, so that readers of the log can tell processes apart. To be called
-    /// after `Init`; throws what `Log` does.
-    ///
-    /// Its level is `LogInfo`, its category "Application Start", its body one line:
+    /// Writes an entry that tells which program this is, so that readers of the log can tell processes apart. To be
+    /// called after `Init`; throws what `Log` does. Its level is `LogInfo`, its category "Application Start", its body
+    /// one line:
     ///
     ///     LogStart time="2026-11-16T21:52:05.123+01:00" loaded="2026-11-16T21:50:00+01:00" zone="CET" pid="4711"
     ///     host="desk" program="mindmap" library="0.1.0" system="Linux 6.1.0-13-amd64 x86_64"
     ///
     /// Times are local, by ISO 8601; an entry was written at `loaded` plus the seconds of its timestamp. The program is
-    /// named as its preferences are. In values, double quotes, "%", "<", ">", "&" and control characters stand as "%" and two
-    /// upper-case hexadecimal digits.
+    /// named as its preferences are. In values, double quotes, "%", "<", ">", "&" and control characters stand as "%"
+    /// and two upper-case hexadecimal digits.
     static void LogStart();
 
     /// How the log fares. To be called when `Log` may be. Throws `std::bad_alloc`.
     [[nodiscard]] static rk::LogState GetLogState();
 
     /// Moves the active file to a backup in the log folder, so that the next entry starts a new one. After a failure
-    /// the file stays; `GetLogState` tells. Only for callers that hold `m_mutex`; the writer does this itself with a file
-    /// that has become too long.
-    ///
-    /// The backup's name is the local date and time in the locale's short styles, "-" in place of "/" and ":", with
-    /// ".xml" behind: "11-16-26, 9-52 PM.xml". A backup that has the name already is replaced, unless
-    /// `m_maxBackupCount` says otherwise. Works across file systems.
+    /// the file stays; `GetLogState` tells. Only for callers that hold `m_mutex`; the writer does this itself with a
+    /// file that has become too long. The backup's name is the local date and time in the locale's short styles, "-" in
+    /// place of "/" and ":", with ".xml" behind: "11-16-26, 9-52 PM.xml". A backup that has the name already is
+    /// replaced, unless `m_maxBackupCount` says otherwise. Works across file systems.
     static void Bak();
 
     // --- The text of an entry

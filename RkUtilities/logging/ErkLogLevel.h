@@ -4,7 +4,6 @@ namespace rk {
 
 /// How severe a log entry is: a smaller value is more severe. Callers know it as `CrkLogWriter::ErkLogLevel`, and its
 /// values as `CrkLogWriter::LogWarning` and so on.
-///
 /// The name of an enumerator is its text in a settings file; an entry carries it without "Log".
 enum ErkLogLevel : int {
     LogEmergency = 0,

@@ -51,7 +51,6 @@ public:
     static bool IsStringDouble(const CString& text);   ///< Whether `StringToDouble` reads a number.
     static bool IsStringInteger(const CString& text);  ///< Whether `StringToInteger` reads a number.
     /// A number or a percentage as a fraction, white space around it aside: "50%" -> 0.5, "0.5" -> 0.5, "12" -> 12.
-    ///
     /// With a "%", which must then be the last unit, the number before it is multiplied by the double 0.01 ("57%" gives
     /// 0.5700000000000001). What follows that number is ignored: "50%%", "50 x%" -> 0.5. `value` is 0 where the result
     /// is false ("%50", "abc%").
@@ -81,11 +80,9 @@ public:
 
     // --- Number text
 
-    /// The value as number text.
-    ///
-    /// Between 1e-9 and 99999999999 (both exclusive) at most nine decimals, without zeros at the end; other values,
-    /// all negative ones among them, with six significant digits as C's "%g" gives them. The digits are those of C's
-    /// printf: exact, ties to the even digit.
+    /// The value as number text. Between 1e-9 and 99999999999 (both exclusive) at most nine decimals, without zeros at
+    /// the end; other values, all negative ones among them, with six significant digits as C's "%g" gives them. The
+    /// digits are those of C's printf: exact, ties to the even digit.
     ///
     ///     2.0/3  ->  "0.666666667"    2.0    ->  "2"     -1234567.0  ->  "-1.23457e+06"    infinity  ->  "inf"
     ///     1.5e-9 ->  "0.000000001"    1e-10  ->  "1e-10"        0.0  ->  "0"               NaN       ->  "nan"

@@ -22,7 +22,6 @@ public:
     };
 
     /// Codes for `GetSpecialFolderPath`: four characters, the first in the highest byte.
-    ///
     /// XDG_..._DIR are the entries of $XDG_CONFIG_HOME/user-dirs.dirs ("xdg-user-dirs"; one that leads to the home
     /// folder itself is switched off), the variables those of the XDG base directories (ignored unless absolute).
     enum ErkSpecialFolder : int {
@@ -94,7 +93,6 @@ public:
     static CString AppendToPath(const CString& path, const CString& name);
     /// The path itself when it begins with "/" or "~"; else the current folder, "/" and the path. "." and ".." stay as
     /// they are.
-    ///
     /// "" gives "", and a relative path stays as it is when the current folder was deleted or may not be read.
     static CString GetAbsolutePath(const CString& path);
     /// `GetAbsolutePath` of the file name or, when that does not begin with "/", of base folder and file name put
@@ -166,11 +164,9 @@ public:
     /// Whether the absolute paths are the same text without regard to case. Links are not followed.
     static bool AreFilenamesEqual(const CString& first, const CString& second);
     /// Whether both, on disk, can be opened for reading and `AreFilenamesEqual` of the paths that the system then
-    /// reports, links resolved.
-    ///
-    /// Folders and devices may be compared too, a pipe is not waited for. Two hard links of one file have different
-    /// paths, so they are not equal; files whose paths differ in case only are. False for a file that is deleted
-    /// meanwhile.
+    /// reports, links resolved. Folders and devices may be compared too, a pipe is not waited for. Two hard links of
+    /// one file have different paths, so they are not equal; files whose paths differ in case only are. False for a
+    /// file that is deleted meanwhile.
     static bool ComparePaths(const CString& first, const CString& second);
     /// Whether both are folders on disk and the candidate's text begins with the folder's. A folder is its own
     /// sub-folder, and "/a/bc" is one of "/a/b".
@@ -181,17 +177,14 @@ public:
     /// The user's folder of a kind, without trailing slash. `code` is an `ErkSpecialFolder`; "" for any other value,
     /// and for a folder that does not exist. Nothing is created.
     static CString GetSpecialFolderPath(int code);
-    /// Whether the owner of the file or folder may not write it, whichever user asks and whatever other users may do. A link is
-    /// followed. False for what does not exist.
+    /// Whether the owner of the file or folder may not write it, whichever user asks and whatever other users may do. A
+    /// link is followed. False for what does not exist.
     static bool IsFileReadOnly(const CString& path);
     /// Takes the owner's permission to write, or gives it. True when this call changed it: false when it was so
-    /// already, and for what does not exist.
-    ///
-    /// Only the file or folder named is changed: a link has no permissions, and what it leads to is left alone (false).
-    /// Nothing but this one permission changes, and what is put in the file's place meanwhile is not touched.
-    ///
-    /// Throws a `CFileException*` when the permission cannot be changed (a file of another user, a read-only file
-    /// system).
+    /// already, and for what does not exist. Only the file or folder named is changed: a link has no permissions, and
+    /// what it leads to is left alone (false). Nothing but this one permission changes, and what is put in the file's
+    /// place meanwhile is not touched. Throws a `CFileException*` when the permission cannot be changed (a file of
+    /// another user, a read-only file system).
     static bool MakeFileReadOnly(const CString& path);
     static bool MakeFileReadWrite(const CString& path);  ///< Gives the permission back, by the same rules.
     /// Whether something other than a folder exists there. A link is followed; one that leads nowhere counts.
@@ -203,12 +196,12 @@ public:
 
     // --- Free names, on disk
     //
-    // The first free one of "Map.ext", "Map (2).ext", "Map (3).ext" ... is found, also when a later one is taken. A name of
-    // more than 255 bytes has its base cut between characters, before the number. Nothing is made: another program may take
-    // the name before its use.
+    // The first free one of "Map.ext", "Map (2).ext", "Map (3).ext" ... is found, also when a later one is taken. A
+    // name of more than 255 bytes has its base cut between characters, before the number. Nothing is made: another
+    // program may take the name before its use.
     //
-    // A name is free only when nothing is there. Where looking fails (the folder may not be entered, the device fails), no
-    // name is free and the result is "".
+    // A name is free only when nothing is there. Where looking fails (the folder may not be entered, the device fails),
+    // no name is free and the result is "".
 
     /// The path itself when nothing has it; else its folder and what `MakeNameUnique` gives for its parts, which is ""
     /// for a path without a folder, and the folder alone for a name without a base (".profile").
@@ -216,10 +209,9 @@ public:
     ///     "/d/Map.ext"  ->  "/d/Map (2).ext"
     static CString GetUniqueFilename(const CString& path);
     /// A file name that nothing in the folder has, neither file nor folder nor link; "" for an empty folder or base
-    /// name.
-    ///
-    /// The base name is cleaned as `RemoveInvalidCharsFromFilename` does. A name that has the extension already
-    /// (given without a dot; a name without an extension has "") is taken apart first, where a backslash still separates:
+    /// name. The base name is cleaned as `RemoveInvalidCharsFromFilename` does. A name that has the extension already
+    /// (given without a dot; a name without an extension has "") is taken apart first, where a backslash still
+    /// separates:
     ///
     ///     "Map" or "Map.ext" with "ext"  ->  "Map.ext", "Map (2).ext", ...
     ///     "Plan" or "Plan." with ""      ->  "Plan", "Plan (2)", ...
@@ -232,16 +224,13 @@ public:
     // --- Temporary files, on disk
 
     /// The user's folder for temporary files, absolute and without trailing "/". The same for the life of the process,
-    /// even when it is deleted.
-    ///
-    /// $TMPDIR when it is an absolute path of a folder that belongs to the user and that no other user may write. Else a
-    /// private folder (mode 0700) that is made when it is missing: "RkUtilities-<user id>" in $TMPDIR or /tmp, where
-    /// a link and another user's folder are not used, or "RkUtilities/temporary" in the user's caches. Where
-    /// no such folder can be made, /tmp.
+    /// even when it is deleted. $TMPDIR when it is an absolute path of a folder that belongs to the user and that no
+    /// other user may write. Else a private folder (mode 0700) that is made when it is missing: "RkUtilities-<user id>"
+    /// in $TMPDIR or /tmp, where a link and another user's folder are not used, or "RkUtilities/temporary" in the
+    /// user's caches. Where no such folder can be made, /tmp.
     static CString GetTempFolder();
     /// Makes an empty file that only the user may read and write (mode 0600) and returns its path: the temporary
     /// folder, "/", the prefix and eight letters and digits. The caller deletes it.
-    ///
     /// Nothing that exists is opened or replaced. When no file can be made (the prefix leads to a folder that does not
     /// exist or is too long for a name, the disk is full) the path ends with "XXXXXXXX" and no such file was made.
     static CString GetTempFilename(const CString& prefix);

@@ -15,8 +15,7 @@ struct CFileStatus;
 /// - Made on the stack for a call or for many: it keeps nothing between calls, and all members are safe from any
 ///   thread.
 /// - Paths are as `CFile` takes them: absolute or relative to the current folder, a leading "~/" is the home folder.
-///   Names are of any bytes: one that is no UTF-8 comes from `GetFileList` as a text that leads back to the same
-///   file.
+///   Names are of any bytes: one that is no UTF-8 comes from `GetFileList` as a text that leads back to the same file.
 /// - A link is followed, unless a member says otherwise; one that leads nowhere exists and is no folder.
 /// - What makes a file writable changes the very file that it looked at, never what is moved to the path meanwhile.
 /// - Failures are false or 0 and nothing is logged. Only `RenameFile` throws a `CFileException*`.
@@ -38,8 +37,8 @@ public:
     // "/" separates, and so does "\". Folder (with the drive kept) + file name is the path again.
 
     CString GetFileName(const CString& path) const;  ///< As `CrkPathUtilities::FileWithExtensionFromFilename`.
-    /// What ends with the last separator, "" for a path without a separator. Without `keepDrive` what ends with its first ":"
-    /// goes.
+    /// What ends with the last separator, "" for a path without a separator. Without `keepDrive` what ends with its
+    /// first ":" goes.
     ///
     ///     "C:\dir\f.txt"  ->  "C:\dir\", without the drive "\dir\"
     ///     "/a:b/c"        ->  "/a:b/",   without the drive "b/"
@@ -77,15 +76,14 @@ public:
     /// `CFile::Rename` does.
     bool RenameFile(const CString& oldPath, const CString& newPath) const;
     /// Moves a file, link or folder, across file systems too, where the copy is on the disk before the old one goes.
-    /// False when the new name is taken. After a failure, and after `std::bad_alloc`, the old one is whole and there is no
-    /// new one. Only where the old tree cannot be removed wholly from another file system, the new one is complete and the
-    /// old one may have lost files. A killed process leaves one of them complete.
+    /// False when the new name is taken. After a failure, and after `std::bad_alloc`, the old one is whole and there is
+    /// no new one. Only where the old tree cannot be removed wholly from another file system, the new one is complete
+    /// and the old one may have lost files. A killed process leaves one of them complete.
     bool RenameDirectory(const CString& oldPath, const CString& newPath) const;
 
     /// Removes a file or a link itself, never a folder.
     bool DeleteFile(const CString& path) const;
     /// Removes a folder: an empty one or, with `recursive`, one with all it holds, or a file.
-    ///
     /// Links in it, and a link at the path itself, are removed and what they lead to is not. Stops at the first entry
     /// that cannot be removed. "", the root folder and paths that end in "." or ".." are refused.
     bool DeleteDirectory(const CString& path, signed char recursive) const;
@@ -96,21 +94,17 @@ public:
 
     /// 1 when both files hold the same bytes, as far as they have a length. 0 when not, or when one cannot be opened
     /// (see `CFile::Open`: folders, pipes and sockets cannot), read to the length it had, or is being written by a
-    /// `CFile` that denies it to others.
-    ///
-    /// `blockSize` is a hint, in bytes, at how much to read at once. Any value gives the same result; what is used
-    /// lies between 256 KiB and 1 MiB.
+    /// `CFile` that denies it to others. `blockSize` is a hint, in bytes, at how much to read at once. Any value gives
+    /// the same result; what is used lies between 256 KiB and 1 MiB.
     int CompareFiles(const CString& first, const CString& second, unsigned long blockSize) const;
 
-    /// Copies a file, a link, or a folder with all it holds. 1 when copied or when the flags let the destination
-    /// stay.
-    ///
+    /// Copies a file, a link, or a folder with all it holds. 1 when copied or when the flags let the destination stay.
     /// - A read-only destination, a folder too, stays without flags 0x2 and 0x4 (result 1); a writable file stays with
     ///   0x1 (result 1) and is replaced without; any other folder that exists is a failure. A file is replaced when its
     ///   copy is complete: after a failure or a kill the old one is there, and no part of a new one. A new file too
     ///   appears when it is complete, and a folder with all that could be copied of it.
-    /// - A killed process leaves at most a hidden folder ".rk-new-0" to "-7" beside the destination. The next copy beside
-    ///   it removes that; where the file system has no locks (`flock`) it stays.
+    /// - A killed process leaves at most a hidden folder ".rk-new-0" to "-7" beside the destination. The next copy
+    ///   beside it removes that; where the file system has no locks (`flock`) it stays.
     /// - A link is copied as a link. A pipe, socket or device is made anew and never opened. Permissions (read, write
     ///   and execute for owner, group and others) and the times of the last change and access are kept; owner,
     ///   extended attributes and the set-user-id bits are not.
@@ -125,7 +119,6 @@ public:
 
     /// Copies all that a folder holds into an existing folder, each entry as `CopyFile` would, and folders that exist
     /// on both sides into each other. Always 1: what cannot be copied is left out. The last argument has no effect.
-    ///
     /// In a sub-folder that did not exist, files are copied as they are, and 0x8 makes them writable only together
     /// with 0x2 or 0x4. A destination inside the source is not copied into itself.
     int CopyFiles(const CString& source, const CString& destination, unsigned int flags, signed char) const;

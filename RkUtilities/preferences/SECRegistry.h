@@ -28,29 +28,29 @@ concept StoredNumber =
 ///   empty name.
 /// - The root key decides where a write goes: 1 is the user's preferences on this machine, which are stored at once;
 ///   every other is the user's preferences on any machine, which are stored by the next `Open` or `Close` of any object
-///   and at normal exit; values that the destructors of static objects write after that are stored at once. A read finds
-///   the value of this machine before the value of any machine, whatever the root key.
+///   and at normal exit; values that the destructors of static objects write after that are stored at once. A read
+///   finds the value of this machine before the value of any machine, whatever the root key.
 /// - A write is seen in the whole process at once. What other processes have stored is seen after the next `Open` or
 ///   `Close`.
 /// - The values live in `$XDG_CONFIG_HOME/<application>/preferences.sqlite` (without that variable in `~/.config`), mode 0600, in a table with
 ///   scope, name, type and value; see ApplicationName.h. What a synchronisation has stored survives a kill and
 ///   a power cut, also where several machines share the home folder, if its file system keeps their locks.
 /// - Nothing is lost while the storage fails (full disk, read-only folder, no home, no descriptor or no memory left, a
-///   folder or database that another process keeps locked for more than two seconds): values stay readable in the process
-///   and the next synchronisation tries again. What was stored before is read also from a full disk and from a folder
-///   that may not be written. `rk::GetPreferenceState` tells how the storage fares.
-/// - A file that cannot be used as a database of preferences (damaged, of a later version, made to run without end) is put
-///   aside under a dated name, and a new file is begun with the values that the process knows. A new file also takes the
-///   place of a database that is moved or deleted meanwhile.
+///   folder or database that another process keeps locked for more than two seconds): values stay readable in the
+///   process and the next synchronisation tries again. What was stored before is read also from a full disk and from a
+///   folder that may not be written. `rk::GetPreferenceState` tells how the storage fares.
+/// - A file that cannot be used as a database of preferences (damaged, of a later version, made to run without end) is
+///   put aside under a dated name, and a new file is begun with the values that the process knows. A new file also
+///   takes the place of a database that is moved or deleted meanwhile.
 /// - Any text is kept exactly: empty, lone surrogates, U+0000 inside a value, up to 1 GB. A larger value stays in the
 ///   process, and so do all later values, until a smaller value replaces it.
 /// - Different objects may be used from different threads at once, and in a child after `fork`. A fork waits for a
-///   synchronisation that is under way, and closes the database until the next synchronisation. A value that waits is stored
-///   by the process that wrote it; a child that wrote nothing stores nothing when it exits.
-/// - The first read or write in a process opens or makes the database and takes in its values; it may wait a few seconds
-///   for other processes. After it a read costs no file access. Memory exhausted is `std::bad_alloc`, or
-///   `ATL::CAtlException` where an array is filled, and changes nothing; nothing else is thrown. At the process's end, what
-///   memory or storage cannot take then is lost.
+///   synchronisation that is under way, and closes the database until the next synchronisation. A value that waits is
+///   stored by the process that wrote it; a child that wrote nothing stores nothing when it exits.
+/// - The first read or write in a process opens or makes the database and takes in its values; it may wait a few
+///   seconds for other processes. After it a read costs no file access. Memory exhausted is `std::bad_alloc`, or
+///   `ATL::CAtlException` where an array is filled, and changes nothing; nothing else is thrown. At the process's end,
+///   what memory or storage cannot take then is lost.
 class RK_EXPORT SECRegistry {
 public:
     /// Recorded, not enforced; 0x20019 asks for reading.
@@ -94,7 +94,6 @@ public:
     bool GetStringValue(rk::TextView name, CString& value) const;            ///< Reads a text.
 
     /// Writes a value; true. With root key 1, when it cannot be stored at once, it is also set for any machine.
-    ///
     /// A `bool` is stored as a boolean, an integer of at most 32 bits as a number, and what a `CString` is made of as a
     /// string; a floating-point number and a list of texts as strings that `GetValue` reads. Nothing else compiles.
     template <std::same_as<bool> T> bool SetValue(rk::TextView name, T value) {
@@ -112,8 +111,8 @@ public:
     bool SetValue(rk::TextView name, T value) {
         return SetDouble(name, static_cast<double>(value));
     }
-    /// Writes a list of texts as one string: each text ends with a line feed. Inside a text a "\\" is written twice, and a line
-    /// feed as a "\\" and an "n".
+    /// Writes a list of texts as one string: each text ends with a line feed. Inside a text a "\\" is written twice,
+    /// and a line feed as a "\\" and an "n".
     bool SetValue(rk::TextView name, const CAtlArray<CString>& texts);
     bool SetDoubleWordValue(rk::TextView name, std::uint32_t value);  ///< Writes a number.
     bool SetStringValue(rk::TextView name, CString const& value);     ///< Writes a text.
@@ -121,8 +120,8 @@ public:
     /// The stored value as the wanted type; nullopt when there is no value or its type is another.
     [[nodiscard]] std::optional<Value> GetValueFromSystem(rk::TextView name, ErkValueType type) const;
     void WriteValueToSystem(rk::TextView name, const Value& value);  ///< Writes a value of any type.
-    /// Deletes the values of the name, of this machine and of any machine, as `SetValue` writes; whether a value was there.
-    /// Where `std::bad_alloc` is thrown, the value of this machine, if there is one, is as before.
+    /// Deletes the values of the name, of this machine and of any machine, as `SetValue` writes; whether a value was
+    /// there. Where `std::bad_alloc` is thrown, the value of this machine, if there is one, is as before.
     bool DeleteValue(rk::TextView name);
     /// The names of all values that can be read, in the order of their code units. Needs CAtlArray.h.
     [[nodiscard]] CAtlArray<CString> GetValueNames() const;

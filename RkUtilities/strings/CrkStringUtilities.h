@@ -13,26 +13,24 @@
 
 /// What an application asks of topic texts, names and lists of names, and makes of them.
 ///
-/// - Texts are sequences of UTF-16 code units; an index counts units from 0 and -1 means not found. A negative start counts
-///   as 0; a start past the end of the text finds nothing.
-/// - Mind the order of two texts: `FindSubstring` and `FindInString` take the text searched first, `FindCaseInsensitive` and
-///   `Find` the text sought.
+/// - Texts are sequences of UTF-16 code units; an index counts units from 0 and -1 means not found. A negative start
+///   counts as 0; a start past the end of the text finds nothing.
+/// - Mind the order of two texts: `FindSubstring` and `FindInString` take the text searched first,
+///   `FindCaseInsensitive` and `Find` the text sought.
 /// - Without regard to case, the members compare what `CString::MakeUpper` (`FindSubstring`, `FindInString`),
-///   `CString::MakeLower` (`FindCaseInsensitive`, search form) or `CString::CompareNoCase` (the others) make of the texts, unit
-///   by unit.
+///   `CString::MakeLower` (`FindCaseInsensitive`, search form) or `CString::CompareNoCase` (the others) make of the
+///   texts, unit by unit.
 /// - A word is made of letters and digits (`IsCharAlphaNumeric`); everything else, "_" included, ends it.
-/// - Nothing is kept: safe from any thread, as long as no other thread changes an argument meanwhile. Nothing throws but
-///   `std::bad_alloc`, `ATL::CAtlException` where a container is filled, and `std::length_error` for a result that a
-///   `CString` cannot hold.
+/// - Nothing is kept: safe from any thread, as long as no other thread changes an argument meanwhile. Nothing throws
+///   but `std::bad_alloc`, `ATL::CAtlException` where a container is filled, and `std::length_error` for a result that
+///   a `CString` cannot hold.
 class RK_EXPORT CrkStringUtilities {
 public:
     // --- Searching in a text
 
-    /// Where `sought` stands in `text`.
-    ///
-    /// With `wholeWord`, a match counts only between units that are no word characters. The unit before a match at the
-    /// very start of a pass is not looked at; the first pass starts at `start`, each later pass at the end of the match that
-    /// was rejected:
+    /// Where `sought` stands in `text`. With `wholeWord`, a match counts only between units that are no word
+    /// characters. The unit before a match at the very start of a pass is not looked at; the first pass starts at
+    /// `start`, each later pass at the end of the match that was rejected:
     ///
     ///     "cat" in "concatenate cat"  ->  12
     ///     "cat" in "cat_s"            ->  0
@@ -80,13 +78,13 @@ public:
 
     /// A note, in place: keeps tab, LF and CR, removes every other control character (0x00 to 0x1F) and DEL (0x7F).
     static void RemoveInvalidNotesCharacters(CString& text);
-    /// A formatted tooltip, in place: "<br>" (exactly so) becomes LF, a tab four spaces, 0x18 one; CR, every other control
-    /// character but LF, and DEL are removed.
+    /// A formatted tooltip, in place: "<br>" (exactly so) becomes LF, a tab four spaces, 0x18 one; CR, every other
+    /// control character but LF, and DEL are removed.
     static void RemoveInvalidTooltipCharacters(CString& text);
     /// A plain tooltip, in place: "<" becomes "<<", a tab four spaces, 0x18 one. Nothing else changes.
     static void FixInvalidUnformattedTooltipCharacters(CString& text);
-    /// A topic's text: keeps tab, LF and CR; a form feed becomes CR LF; every other control character, DEL and whatever is
-    /// no `CrkXmlUtilities::IsChar` becomes a space. A character outside the Basic Multilingual Plane becomes two.
+    /// A topic's text: keeps tab, LF and CR; a form feed becomes CR LF; every other control character, DEL and whatever
+    /// is no `CrkXmlUtilities::IsChar` becomes a space. A character outside the Basic Multilingual Plane becomes two.
     static CString ReplaceInvalidTopicTextCharacters(const CString& text);
     /// The text with CR LF where an LF stands without one before it; a lone CR stays.
     static CString ConvertLFsToCRLFPairs(const CString& text);
@@ -99,8 +97,8 @@ public:
 
     // --- Formatting
 
-    /// Formats as `CString::Format` does, whose conversions they share; "" when the format cannot be carried out (a missing
-    /// or wrong argument, "%n", memory exhausted): nothing is thrown. The two are the same.
+    /// Formats as `CString::Format` does, whose conversions they share; "" when the format cannot be carried out (a
+    /// missing or wrong argument, "%n", memory exhausted): nothing is thrown. The two are the same.
     template <class... Arguments> static CString Format(rk::TextView format, const Arguments&... arguments) noexcept {
         try {
             const std::initializer_list<rk::FormatArgument> list{rk::FormatArgument(arguments)...};
@@ -116,10 +114,9 @@ public:
     }
     /// The text followed by the number, as "%s%d" gives them: "Topic-2".
     static CString AppendInt(rk::TextView text, int value);
-    /// A byte count for people: "999 bytes", "1.50 KB", "100 KB".
-    ///
-    /// A unit is 1024 of the one below and is used from 1000 of them on: 1000 bytes are "0.97 KB". Three digits are shown, cut
-    /// from six decimals and not rounded; the decimal point is "." in every locale. 2^40 bytes and more give "".
+    /// A byte count for people: "999 bytes", "1.50 KB", "100 KB". A unit is 1024 of the one below and is used from 1000
+    /// of them on: 1000 bytes are "0.97 KB". Three digits are shown, cut from six decimals and not rounded; the decimal
+    /// point is "." in every locale. 2^40 bytes and more give "".
     static CString MakeByteString(unsigned long byteCount);
     /// The text, or so much of its start that it is `maximumLength` units with "..." at its end.
     ///
@@ -128,8 +125,8 @@ public:
 
     // --- Lines
 
-    /// Wraps the text in place into at most `maximumLines` lines of at most `width` units, with the separator at every line end
-    /// and "..." on the last line when text is left over.
+    /// Wraps the text in place into at most `maximumLines` lines of at most `width` units, with the separator at every
+    /// line end and "..." on the last line when text is left over.
     ///
     ///     "hello world foo bar", "/", 8, 10  ->  "hello /world /foo bar"
     ///     "hello world foo bar", "/", 8, 2   ->  "hello /world..."
@@ -137,14 +134,14 @@ public:
     ///     "abc\ndef", "/", 10, 5             ->  "abc/\ndef"
     ///
     /// - Blank lines at the start are removed, white space at the end too; what is blank altogether becomes "".
-    /// - A line ends before an LF, which stays and opens the next line, or where it is too long: after the last space among its
-    ///   first `width` units (its very first unit does not count), else after `width` units.
+    /// - A line ends before an LF, which stays and opens the next line, or where it is too long: after the last space
+    ///   among its first `width` units (its very first unit does not count), else after `width` units.
     /// - After a break, the separator counts into the width of the next line; before an LF it does not, nor does "...".
     /// - On a last line that is too long "..." stands before the unit at which the line breaks.
-    /// - No line is broken for its width when that is not above the separator's length, since a line would have no room for
-    ///   text; LFs still end lines. 0 lines or less give "".
-    /// - A separator with a space in it may itself be broken there; after 1,000 lines that took up nothing of the text, the wrap
-    ///   ends.
+    /// - No line is broken for its width when that is not above the separator's length, since a line would have no room
+    ///   for text; LFs still end lines. 0 lines or less give "".
+    /// - A separator with a space in it may itself be broken there; after 1,000 lines that took up nothing of the text,
+    ///   the wrap ends.
     static void InsertLineSeparators(CString* text, const CString& separator, int width, int maximumLines);
     /// The number of lines that are not empty; CR and LF end lines.
     static int GetLinesCount(const CString& text);
@@ -167,16 +164,16 @@ public:
     /// Sorts the list in place by `CString::CompareNoCase`. Ascending, elements that compare equal keep their order;
     /// descending, they are reversed. Positions taken before are no longer valid. After an exception the list is as it was.
     static void SortStringList(CAtlList<CString>& list, bool ascending);
-    /// The bytes that the text takes when stored: a 3-byte mark, its length in 1, 3 or 7 bytes (below 255 units, up to 65,533, from
-    /// there on), and 2 a unit. INT_MAX where it is more.
+    /// The bytes that the text takes when stored: a 3-byte mark, its length in 1, 3 or 7 bytes (below 255 units, up to
+    /// 65,533, from there on), and 2 a unit. INT_MAX where it is more.
     static int StringSerializeSize(const CString& text);
 
     // --- Numbers and encodings: the same in every locale
 
     static CString LongToString(long value);  ///< ASCII digits, "-" before negative numbers.
-    /// The integer at the start of the text, after white space and a sign; 0 when there is none. Beyond 32 bits 2147483647 or
-    /// -2147483647. Its namesake `CrkStringConversionUtilities::StringToLong` reads the whole text as the user's locale writes
-    /// numbers, up to 64 bits, and tells whether it is one.
+    /// The integer at the start of the text, after white space and a sign; 0 when there is none. Beyond 32 bits
+    /// 2147483647 or -2147483647. Its namesake `CrkStringConversionUtilities::StringToLong` reads the whole text as the
+    /// user's locale writes numbers, up to 64 bits, and tells whether it is one.
     static long StringToLong(const CString& text);
     /// The decimal number at the start of the text, after white space and a sign, with "." and an exponent; 0 when there is none.
     /// Correctly rounded; infinite when it is too large. "inf", "nan" and hexadecimal digits are no numbers.
@@ -193,10 +190,9 @@ public:
     /// Names and values of a link's parameters.
     using ParameterMap = CAtlMap<CString, CString, CStringElementTraits<CString>>;
 
-    /// Adds the name-value pairs of a link to the map; a name that it holds gets the new value.
-    ///
-    /// They stand after the first "#", or without one after the first "&", or else are the whole link. "&" and "=" separate names
-    /// and values in turn; runs of them count as one. A name without a value at the end is dropped.
+    /// Adds the name-value pairs of a link to the map; a name that it holds gets the new value. They stand after the
+    /// first "#", or without one after the first "&", or else are the whole link. "&" and "=" separate names and values
+    /// in turn; runs of them count as one. A name without a value at the end is dropped.
     ///
     ///     "app:open#id=7&mode=edit"  ->  id: 7, mode: edit
     ///     "#a=&b=2"                  ->  a: b            an empty value shifts the pieces
@@ -205,8 +201,8 @@ public:
     static CString ExtractUrlValue(const CString& link, const CString& name);
     /// The link when it begins with "http"; else the format with the link for its "%s", "" for a format with other conversions.
     static CString GetUrlString(CString link, CString format);
-    /// Whether the address looks like one: something before the first "@", something between that and the last ".", and something
-    /// after it. Nothing else is looked at.
+    /// Whether the address looks like one: something before the first "@", something between that and the last ".", and
+    /// something after it. Nothing else is looked at.
     static bool IsValidEmail(const CString& address);
 
     /// The index of the first placeholder: a "%", any text, and the next "%".
@@ -215,10 +211,9 @@ public:
     static int FindEnvironmentVariable(const CString& text, CString* placeholder);
     /// Replaces every occurrence of the placeholder by the value of the variable it names, "" when that is not set.
     static void ReplaceEnvironmentVariable(CString* text, const CString& placeholder);
-    /// Replaces placeholders, first one first and each with all its occurrences, until there is none; those that values bring
-    /// in, or that arise where a value meets its neighbours, too.
-    ///
-    /// When that does not end after 64 placeholders, as where a value holds its own name, or would bring in more than
-    /// 4,194,304 units, the text is expanded once instead: placeholders from left to right, values as they are. Linear time.
+    /// Replaces placeholders, first one first and each with all its occurrences, until there is none; those that values
+    /// bring in, or that arise where a value meets its neighbours, too. When that does not end after 64 placeholders,
+    /// as where a value holds its own name, or would bring in more than 4,194,304 units, the text is expanded once
+    /// instead: placeholders from left to right, values as they are. Linear time.
     static void ReplaceEnvironmentVariables(CString* text);
 };

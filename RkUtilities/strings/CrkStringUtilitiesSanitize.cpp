@@ -19,8 +19,8 @@ constexpr rk::UnitRange kControlsButBreaksAndTabs[] = {{0, 8}, {0xB, 0xC}, {0xE,
 constexpr rk::UnitRange kControlsAndLess[] = {{0, 0x1F}, {u'<', u'<'}, {kDelete, kDelete}};
 constexpr rk::UnitRange kNoTopicText[] = {{0, 0x1F}, {kDelete, kDelete}, {0xD800, 0xDFFF}, {0xFFFE, 0xFFFF}};
 
-/// The text with what `append` writes in the place of each unit in the ranges; `append` gets the builder, the text and the
-/// unit's index, and returns how many units it took. There is room at once for a text that grows by `growth` units.
+/// The text with what `append` writes in the place of each unit in the ranges; `append` gets the builder, the text and
+/// the unit's index, and returns how many units it took. There is room at once for a text that grows by `growth` units.
 template <class Append>
 CString Rewritten(const CString& source, std::span<const rk::UnitRange> ranges, const Append& append,
                   std::size_t growth = 0) {

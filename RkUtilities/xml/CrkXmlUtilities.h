@@ -4,11 +4,10 @@
 #include "RkUtilities/foundation/CString.h"
 
 /// Which code units and texts may stand in an XML document or an XML name, and texts repaired until they may.
-///
-/// - The classes are those of XML 1.0, first to fourth edition, Appendix B, and the NCName of Namespaces in XML; the wider
-///   names of the fifth edition are not accepted.
-/// - They are asked of single UTF-16 code units. A character outside the Basic Multilingual Plane is two surrogates, and
-///   a surrogate is in no class: such a character becomes two replacement units.
+/// - The classes are those of XML 1.0, first to fourth edition, Appendix B, and the NCName of Namespaces in XML; the
+///   wider names of the fifth edition are not accepted.
+/// - They are asked of single UTF-16 code units. A character outside the Basic Multilingual Plane is two surrogates,
+///   and a surrogate is in no class: such a character becomes two replacement units.
 /// - Every text is legal input, the empty text and U+0000 included. Nothing is kept: safe from any thread.
 class RK_EXPORT CrkXmlUtilities {
 public:
@@ -41,14 +40,14 @@ public:
 
     /// The text with every unit that is no Char replaced. The replacement is taken as it is.
     static CString StringToXmlString(const CString& text, unsigned short replacement);
-    /// The text made into an NCName / a Name: every unit that may not stand where it stands is replaced, but a wrong first
-    /// unit gets "_" before it (`insertUnderscore`) or becomes "_".
+    /// The text made into an NCName / a Name: every unit that may not stand where it stands is replaced, but a wrong
+    /// first unit gets "_" before it (`insertUnderscore`) or becomes "_".
     ///
     ///     "1abc" inserting  ->  "_1abc"        "a:b" with "-"  ->  "a-b" (NCName), "a:b" (Name)
     ///     "1abc"            ->  "_abc"         ""              ->  "_" inserting, else ""
     ///
-    /// A valid name comes back as it is. The replacement is taken as it is, so a name character (usually "_") makes a valid
-    /// result.
+    /// A valid name comes back as it is. The replacement is taken as it is, so a name character (usually "_") makes a
+    /// valid result.
     static CString StringToNCName(const CString& text, unsigned short replacement, bool insertUnderscore);
     /// The text made into a Name.
     static CString StringToName(const CString& text, unsigned short replacement, bool insertUnderscore);

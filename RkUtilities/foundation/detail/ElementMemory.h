@@ -7,8 +7,8 @@
 
 namespace rk {
 
-/// Memory for elements of type T, and elements in it. Stands in for `<memory>`, which would be the dearest include of the
-/// containers.
+/// Memory for elements of type T, and elements in it. Stands in for `<memory>`, which would be the dearest include of
+/// the containers.
 template <class T> class ElementMemory {
 public:
     /// Room for that many elements, of which none is made. Throws `std::bad_alloc`.

@@ -257,8 +257,8 @@ template <class Use> void ForEachPlace(const FormatConversion& conversion, const
         use(conversion.place, TakeFor(conversion));
 }
 
-/// Hands each literal part of a format to `onText` and each conversion to `onConversion`. Throws `FormatError` when some
-/// conversions name their arguments by position and others do not.
+/// Hands each literal part of a format to `onText` and each conversion to `onConversion`. Throws `FormatError` when
+/// some conversions name their arguments by position and others do not.
 template <class OnText, class OnConversion>
 void Walk(std::u16string_view format, const OnText& onText, const OnConversion& onConversion) {
     std::optional<bool> hasPositions;

@@ -7,7 +7,6 @@
 namespace rk {
 
 /// Makes and keeps the nodes of one container: memory comes in blocks, a destroyed node's place is used again.
-///
 /// Nodes never move. The owner destroys every node before the pool goes. An empty pool holds no memory; failures are
 /// std::bad_alloc and what the node's constructor throws, and leave the pool as it was, save that it may hold a block
 /// more.

@@ -5,8 +5,8 @@
 
 namespace rk {
 
-/// The memory of a long text: a head, then the units with their terminating 0. Copies of a text share the memory until a
-/// copy changes. The compiler's functions count the owners, since `<atomic>` would make each user of texts wait.
+/// The memory of a long text: a head, then the units with their terminating 0. Copies of a text share the memory until
+/// a copy changes. The compiler's functions count the owners, since `<atomic>` would make each user of texts wait.
 class SharedUnits {
 public:
     /// Room for `capacity` units and the terminator, with one owner. Throws `std::bad_alloc`.

@@ -16,11 +16,10 @@ struct NumberSpelling {
 
 constexpr std::int64_t kMostSpelledInteger = 100'000'000'000'000'000;  // ten times as much fits
 
-/// Reads the longest number at the start of `text`; white space before it is skipped, what follows it ignored, or put into
-/// `rest`, which is written when there is a number.
-///
-/// `value` is written when there is a number, and the result tells whether. A `double` is correctly rounded, infinity or 0
-/// beyond its range; an integer lies between -kMostSpelledInteger and kMostSpelledInteger. Time is linear in the text.
+/// Reads the longest number at the start of `text`; white space before it is skipped, what follows it ignored, or put
+/// into `rest`, which is written when there is a number. `value` is written when there is a number, and the result
+/// tells whether. A `double` is correctly rounded, infinity or 0 beyond its range; an integer lies between
+/// -kMostSpelledInteger and kMostSpelledInteger. Time is linear in the text.
 bool ReadSpelledDouble(std::u16string_view text, const NumberSpelling& spelling, double& value,
                        std::u16string_view* rest = nullptr);
 bool ReadSpelledInteger(std::u16string_view text, const NumberSpelling& spelling, std::int64_t& value);

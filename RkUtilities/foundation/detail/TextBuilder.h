@@ -12,7 +12,6 @@ namespace rk {
 
 /// Builds a text by appending. A short one grows in the builder itself and is copied out at its final size; a longer
 /// one grows in one piece of memory that the text then takes over.
-///
 /// Throws `std::length_error` where the text would grow beyond what `CString` holds, `std::bad_alloc` without memory.
 class TextBuilder {
 public:

@@ -19,9 +19,9 @@ struct ExactUnits {
 };
 inline constexpr ExactUnits kExactUnits;
 
-/// The units that may stand for a unit of the text sought. Units with the same key (the cases of a letter) differ in some
-/// bits; a unit passes when all its other bits are those of the key's units. For nearly all letters only the two cases pass,
-/// and the test takes one comparison.
+/// The units that may stand for a unit of the text sought. Units with the same key (the cases of a letter) differ in
+/// some bits; a unit passes when all its other bits are those of the key's units. For nearly all letters only the two
+/// cases pass, and the test takes one comparison.
 class UnitPattern {
 public:
     UnitPattern() = default;
@@ -105,8 +105,8 @@ constexpr std::size_t kMostRanges = 4;
 /// Index of the first unit at or after `start` that lies in one of up to kMostRanges ranges; else the text's length.
 std::size_t FirstInRanges(std::u16string_view text, std::size_t start, std::span<const UnitRange> ranges) noexcept;
 
-/// The units of a text as a set. Up to kMostRanges units are ranges of one unit each. A larger set has a bit for each ASCII
-/// unit, and is searched for any other unit. Refers to the text.
+/// The units of a text as a set. Up to kMostRanges units are ranges of one unit each. A larger set has a bit for each
+/// ASCII unit, and is searched for any other unit. Refers to the text.
 class UnitSet {
 public:
     explicit UnitSet(std::u16string_view units) noexcept : m_units(units) {

@@ -17,8 +17,8 @@ public:
     static constexpr std::size_t kInlineUnits = 11;
 
     constexpr TextStorage() noexcept = default;
-    /// Room for exactly `unitCount` units, all of them and the terminator to be written at once. Throws `std::length_error`,
-    /// `std::bad_alloc`.
+    /// Room for exactly `unitCount` units, all of them and the terminator to be written at once. Throws
+    /// `std::length_error`, `std::bad_alloc`.
     explicit TextStorage(std::size_t unitCount) {
         CheckLength(unitCount);
         if (unitCount > kInlineUnits) {

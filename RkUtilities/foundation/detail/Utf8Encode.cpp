@@ -76,8 +76,8 @@ struct EncodedBlock {
     }
 };
 
-/// Encodes eight units, or nine where a pair begins with the eighth. The four bytes stored for the last unit may reach past
-/// its own bytes, so three more units must follow unless all eight are ASCII.
+/// Encodes eight units, or nine where a pair begins with the eighth. The four bytes stored for the last unit may reach
+/// past its own bytes, so three more units must follow unless all eight are ASCII.
 void EncodeBlock(const char16_t*& in, const char16_t* end, char*& out) noexcept {
     const UnitBlock units = LoadBlock(in);
     if (IsAsciiBlock(units)) {

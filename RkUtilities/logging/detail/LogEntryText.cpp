@@ -38,8 +38,8 @@ void AppendEscaped(TextBuilder& target, std::u16string_view text) {
     target.Append(text);
 }
 
-// What follows the first "?>"; the whole message when it has no "?>". Escaping neither makes nor breaks a "?>", so it may
-// be looked for before.
+// What follows the first "?>"; the whole message when it has no "?>". Escaping neither makes nor breaks a "?>", so it
+// may be looked for before.
 std::u16string_view WithoutDeclaration(std::u16string_view message) {
     const std::size_t end = FindUnits(message, u"?>", 0);
     return end < message.size() ? message.substr(end + 2) : message;

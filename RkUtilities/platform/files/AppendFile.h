@@ -16,27 +16,24 @@ namespace rk::platform {
 ///
 /// An open object holds a lock on the file. The lock keeps other objects away, those of this process and those of other
 /// processes; it keeps no reader away, and it has nothing to do with the lock of `Sharing::DenyWrite`. Any process that
-/// may read the file can hold the lock, so `Open` waits for it only as long as the caller has patience. Without the lock,
-/// as on a file system that has no locks, an append is still one write at the file's end.
+/// may read the file can hold the lock, so `Open` waits for it only as long as the caller has patience. Without the
+/// lock, as on a file system that has no locks, an append is still one write at the file's end.
 ///
 /// Paths are native bytes, errors the system's numbers in `std::generic_category()`; interrupted calls go on, the
 /// descriptor is closed on `exec`. An object is used by one thread at a time.
 class AppendFile {
 public:
-    /// What a writer remembers of the file that it has appended to. A writer remembers only an ordinary file, in a folder
-    /// that no other user may write to, in a process without a limit on file sizes.
+    /// What a writer remembers of the file that it has appended to. A writer remembers only an ordinary file, in a
+    /// folder that no other user may write to, in a process without a limit on file sizes.
     struct Left {
         std::string path;
         std::uint64_t byteCount = 0;
     };
 
-    /// Opens the file for reading and writing, and makes it when it is missing, for its owner only.
-    ///
-    /// A file that was moved away during the wait for the lock is closed, and the file that has the name by then is
-    /// opened. The name is only looked up again when the file has more than `fullAboveByteCount` bytes: a shorter file is
-    /// not moved.
-    ///
-    /// A file with the length that `left` tells is taken as the file that was left. Any other file is examined: in a folder
+    /// Opens the file for reading and writing, and makes it when it is missing, for its owner only. A file that was
+    /// moved away during the wait for the lock is closed, and the file that has the name by then is opened. The name is
+    /// only looked up again when the file has more than `fullAboveByteCount` bytes: a shorter file is not moved. A file
+    /// with the length that `left` tells is taken as the file that was left. Any other file is examined: in a folder
     /// that other users may write to, a link (ELOOP), a pipe or device, a file with a second name and a file of another
     /// user (EPERM) are refused.
     [[nodiscard]] std::error_code Open(const std::string& path, std::uint64_t fullAboveByteCount,
@@ -57,9 +54,9 @@ public:
     /// Reads from `offset` on, up to `byteCount` bytes; returns the number of bytes that were there.
     std::size_t ReadAt(std::uint64_t offset, char* buffer, std::size_t byteCount, std::error_code& error) const;
 
-    /// Appends all bytes or no byte: after a failure (a full disk, a limit on file sizes) the written bytes are cut off,
-    /// unless another process has appended behind them without the lock. The signal SIGXFSZ is held back; only a limit
-    /// that is set between two appends to a file as it was left, at or below its length, is not seen in time.
+    /// Appends all bytes or no byte: after a failure (a full disk, a limit on file sizes) the written bytes are cut
+    /// off, unless another process has appended behind them without the lock. The signal SIGXFSZ is held back; only a
+    /// limit that is set between two appends to a file as it was left, at or below its length, is not seen in time.
     [[nodiscard]] std::error_code Append(std::string_view bytes);
 
     /// Drops everything behind the first `byteCount` bytes.

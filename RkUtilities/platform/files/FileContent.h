@@ -11,9 +11,7 @@ struct ContentExtent {
     bool hasHoles = false;
 };
 
-/// Copies a file's content from its start into an empty file, inside the kernel where that can do it; holes stay
-/// holes.
-///
+/// Copies a file's content from its start into an empty file, inside the kernel where that can do it; holes stay holes.
 /// `extent` is the source's at the call: what is appended meanwhile is left out, so that the copy ends even of a file
 /// that grows all the time; less is copied of one that shrinks. A length of 0 may be a lie (files made up by the
 /// kernel) and is read to the end. The caller holds a `FileSizeSignalGuard`.

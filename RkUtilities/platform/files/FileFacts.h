@@ -57,8 +57,8 @@ struct FileChanges {
     std::optional<FileTime> accessed;
 };
 
-// The calls below look at a file and change it through one descriptor, so that a file that is moved to the path meanwhile
-// is never changed. They need /proc.
+// The calls below look at a file and change it through one descriptor, so that a file that is moved to the path
+// meanwhile is never changed. They need /proc.
 
 /// Changes what stands at a path, links followed, as `changesFor` says of its facts.
 [[nodiscard]] std::error_code Change(const std::string& path,

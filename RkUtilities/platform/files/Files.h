@@ -7,7 +7,6 @@
 #include <system_error>
 
 /// Open files: read, write, seek, cut.
-///
 /// - Paths are native bytes (UTF-8 where they are text), relative ones relative to the current folder. "" and a path
 ///   with a zero byte name nothing (ENOENT).
 /// - Failures are error codes of `std::generic_category()` with the system's number; interrupted calls go on. Results

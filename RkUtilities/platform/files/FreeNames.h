@@ -21,7 +21,6 @@ struct NumberedName {
 
 /// Looks for the first name in the folder that nothing, or no folder, has. Returns its number, 1 for the name without a
 /// number. Links are followed for folders; a link that leads nowhere is something.
-///
 /// The least free number is found, in time linear in the entries of the folder. With `error` set there is no free name:
 /// the folder may not be entered, say, or nothing is left of the start.
 std::int64_t FirstFreeNumber(const std::string& folder, const NumberedName& name, TakenBy takenBy,

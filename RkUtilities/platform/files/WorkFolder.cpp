@@ -39,8 +39,8 @@ std::error_code WorkFolder::Make(Place target) {
         if (left && IsOurs(left, place, WithoutLocks::IsNotOurs))
             RemoveTree(place);
     }
-    // Neighbours may have any number of the names; a new folder is lost to a cleaning process again and again only where
-    // no folder can be ours.
+    // Neighbours may have any number of the names; a new folder is lost to a cleaning process again and again only
+    // where no folder can be ours.
     std::error_code error;
     for (unsigned number = 0, lostCount = 0; lostCount < kKeptNames; ++number) {
         m_name = NameOf(parent, number);

@@ -7,12 +7,11 @@
 
 namespace rk::platform {
 
-/// A hidden folder for what is not complete yet, beside the place where it will stand.
-///
-/// Only the user may look into the folder and change it, so no neighbour swaps what is made there. The object's end
-/// removes the folder with all that it still holds. A process that is killed leaves its folder; the next process that
-/// works at the same place removes it. A lock (`flock`) on the folder tells whether its process still lives; where a file
-/// system has no such locks, the folder stays.
+/// A hidden folder for what is not complete yet, beside the place where it will stand. Only the user may look into the
+/// folder and change it, so no neighbour swaps what is made there. The object's end removes the folder with all that it
+/// still holds. A process that is killed leaves its folder; the next process that works at the same place removes it. A
+/// lock (`flock`) on the folder tells whether its process still lives; where a file system has no such locks, the
+/// folder stays.
 class WorkFolder {
 public:
     WorkFolder() = default;

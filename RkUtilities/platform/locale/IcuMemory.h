@@ -10,8 +10,8 @@ namespace rk::platform {
 /// How often the system had no memory for ICU.
 std::uint64_t IcuShortageCount() noexcept;
 
-/// What `make` gives: a value, or a pointer to an object of ICU. Throws `std::bad_alloc` for null, and when the system had no
-/// memory meanwhile, since the reserve is not for what we keep and may have been used up.
+/// What `make` gives: a value, or a pointer to an object of ICU. Throws `std::bad_alloc` for null, and when the system
+/// had no memory meanwhile, since the reserve is not for what we keep and may have been used up.
 template <class Make> auto MadeWhole(const Make& make) {
     const std::uint64_t before = IcuShortageCount();
     auto made = make();

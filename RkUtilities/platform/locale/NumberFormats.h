@@ -18,7 +18,6 @@ struct WholeNumber {
 };
 
 /// What a locale says about numbers, money and the week: CLDR's data as ICU gives them. Immutable.
-///
 /// A locale's data are made once and kept by its name; a name that ICU does not know gets the data of ICU's fallback.
 /// Without memory for them `std::bad_alloc` is thrown, and the next call makes them.
 class NumberFormats {

@@ -4,7 +4,6 @@
 #include <string>
 
 /// What the process was given when it was started.
-///
 /// Safe from any thread as long as no other thread changes the environment or the current folder meanwhile.
 namespace rk::platform {
 

@@ -34,8 +34,8 @@ struct ZoneSource {
     bool operator==(const ZoneSource&) const = default;
 };
 
-/// The zone that the C library has read last. Guarded by `Lock::Zone`, since the C library has a lock for it that no fork
-/// looks at. Nothing here takes memory: asking for a calendar field must not fail.
+/// The zone that the C library has read last. Guarded by `Lock::Zone`, since the C library has a lock for it that no
+/// fork looks at. Nothing here takes memory: asking for a calendar field must not fail.
 struct ReadZone {
     std::uint64_t generation = 0;
     bool isKnown = false;  // whether `source` is where it came from

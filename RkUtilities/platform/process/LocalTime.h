@@ -6,8 +6,8 @@
 #include <string>
 
 /// The calendar, in UTC and in the C library's local time (`TZ`, else the system's zone). Gregorian on both sides of
-/// 1582, as the C library counts. A changed `TZ` is seen by the next call, a changed system's zone within a second.
-/// A zone for which there is no memory counts as UTC in that call only. Safe from any thread as long as no thread changes
+/// 1582, as the C library counts. A changed `TZ` is seen by the next call, a changed system's zone within a second. A
+/// zone for which there is no memory counts as UTC in that call only. Safe from any thread as long as no thread changes
 /// the environment meanwhile.
 namespace rk::platform {
 
@@ -38,16 +38,16 @@ CalendarTime LocalCalendar(std::int64_t utcSeconds);
 std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int second);
 
 /// The time whose local calendar reads `localSeconds` (`SecondsOf` its fields). A local time that exists twice is the
-/// first of the two unless `daylight` chooses, as C's tm_isdst does: 0 standard time, 1 daylight saving time. A local time that
-/// a clock change leaves out is moved on by the length of the gap. The result may lie outside the range.
+/// first of the two unless `daylight` chooses, as C's tm_isdst does: 0 standard time, 1 daylight saving time. A local
+/// time that a clock change leaves out is moved on by the length of the gap. The result may lie outside the range.
 std::int64_t LocalToUtc(std::int64_t localSeconds, int daylight);
 
 /// The fields by a format of C's strftime; "" for more than 1 MiB. Names are those of the process's LC_TIME. Throws
 /// `std::bad_alloc`, also where there is no memory for the zone.
 std::string FormattedTime(CalendarTime fields, std::string format);
 
-/// Changes whenever the zone that local times are read in has changed: for what is kept about local times. 0 as long as no
-/// zone could be read for lack of memory.
+/// Changes whenever the zone that local times are read in has changed: for what is kept about local times. 0 as long as
+/// no zone could be read for lack of memory.
 std::uint64_t ZoneGeneration();
 
 /// The zone's abbreviation at a time ("CET"); "" while no zone can be read for lack of memory.

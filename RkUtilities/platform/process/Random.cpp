@@ -53,7 +53,6 @@ constinit std::atomic<std::uint32_t>* forkMark = nullptr;
 }
 
 /// The number of the process among its forefathers, from 1; 0 means that no stock may be kept.
-///
 /// Two threads of a new process may count at once. Then it gets two numbers, and what was stocked under the first is
 /// thrown away for nothing.
 std::uint32_t ProcessGeneration() noexcept {

@@ -9,7 +9,6 @@ namespace rk::platform {
 std::uintptr_t CurrentThreadHandle() noexcept;
 
 /// The library's locks in the order in which they are taken: a thread that holds one of them takes only later ones.
-///
 /// A thread that forks holds all of them meanwhile, so that its child never inherits one locked by a thread that the child
 /// does not have, nor what is guarded by it half done. It waits two seconds at most, for a handler of a crash inside one.
 enum class Lock {

@@ -15,7 +15,6 @@
 namespace rk::platform {
 
 /// One SQLite database with the table `preferences` (scope, name, type, value). Not safe from two threads at once.
-///
 /// After each call the database is closed or in no transaction.
 class PreferenceDatabase {
 public:

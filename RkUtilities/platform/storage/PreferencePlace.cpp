@@ -24,8 +24,8 @@ namespace rk::platform {
 
 namespace {
 
-/// The id in /etc/machine-id. Only where there is no such file, or no id in it, it is the host's name. "" for now when it
-/// cannot be read.
+/// The id in /etc/machine-id. Only where there is no such file, or no id in it, it is the host's name. "" for now when
+/// it cannot be read.
 std::string HostId() {
     std::error_code error;
     std::string id = ContentOfFile("/etc/machine-id", error);

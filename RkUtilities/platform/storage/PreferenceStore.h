@@ -7,10 +7,9 @@
 #include <string_view>
 #include <vector>
 
-/// The application's preferences: values in memory, and a database file that they are synchronised with.
-///
-/// Reads and writes touch memory only, but for the first, which synchronises; they are seen in the whole process at once.
-/// A synchronisation stores what was written since the last one, in one transaction that survives a kill and a power cut,
+/// The application's preferences: values in memory, and a database file that they are synchronised with. Reads and
+/// writes touch memory only, but for the first, which synchronises; they are seen in the whole process at once. A
+/// synchronisation stores what was written since the last one, in one transaction that survives a kill and a power cut,
 /// and takes in what other processes have stored. Safe from any thread, and in a child after `fork`.
 namespace rk::platform {
 

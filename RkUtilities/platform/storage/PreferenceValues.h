@@ -28,7 +28,6 @@ inline constexpr std::string_view kThisHostScope = "host";
 inline constexpr std::array<std::string_view, 2> kScopeTexts = {kThisHostScope, "user"};  // by PreferenceScope
 
 /// The values in memory: what the database held when it was last read, and over that what waits to be stored.
-///
 /// A call that throws `std::bad_alloc` changes nothing. Safe from any thread; one thread at a time stores and takes.
 class PreferenceValues {
 public:

@@ -25,11 +25,11 @@ constexpr std::size_t kLongestXmlFile = std::size_t{8} << 20;
 constexpr int kDeepestXmlElement = 1000;
 constexpr int kMostXmlAttributeDeclarations = 100;
 
-/// Reads an XML 1.0 document from an ordinary file; returns why it was refused ("line 3: mismatched tag"), "" when all of
-/// it was read and is well-formed.
+/// Reads an XML 1.0 document from an ordinary file; returns why it was refused ("line 3: mismatched tag"), "" when all
+/// of it was read and is well-formed.
 ///
-/// The receiver may have been told the beginning of a document that turns out to be no good: a caller that must take all
-/// or nothing keeps what it hears aside until the result is known.
+/// The receiver may have been told the beginning of a document that turns out to be no good: a caller that must take
+/// all or nothing keeps what it hears aside until the result is known.
 ///
 /// - Encodings: UTF-8, UTF-16, ISO-8859-1 and US-ASCII, as the document declares. Namespaces are not looked at.
 /// - Anything but an ordinary file (a folder, a pipe, a device) is refused without waiting for it; links are followed.

@@ -6,8 +6,8 @@ namespace rk {
 
 namespace {
 
-// The character classes of XML 1.0 (first to fourth edition), Appendix B, productions 84 to 89, range by range in the order
-// of the recommendation. The fifth edition's wider name rules are not these.
+// The character classes of XML 1.0 (first to fourth edition), Appendix B, productions 84 to 89, range by range in the
+// order of the recommendation. The fifth edition's wider name rules are not these.
 
 struct CodeUnitRange {
     std::uint16_t first;
