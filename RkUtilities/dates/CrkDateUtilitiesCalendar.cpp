@@ -27,7 +27,7 @@ void AppendDate(std::u16string& text, double date) {
     text.append(digits.begin(), end);
 }
 
-/// Takes the next piece that is not empty off the front; "" when there is none.
+/// Takes the next piece that is not empty off the front; "" without such a piece.
 std::u16string_view TakePiece(std::u16string_view& text) {
     text.remove_prefix(std::min(text.find_first_not_of(kSeparator), text.size()));
     const std::u16string_view piece = text.substr(0, text.find(kSeparator));

@@ -58,7 +58,7 @@ public:
     const T& operator[](std::size_t index) const { return GetAt(index); }         ///< `GetAt`, for reading.
     T& operator[](std::size_t index) { return GetAt(index); }                     ///< `GetAt`.
 
-    /// Replaces an element. The element's own assignment decides what is left of it when that throws.
+    /// Replaces an element; when its assignment throws, the element is as the assignment leaves it.
     void SetAt(std::size_t index, const T& element) {
         rk::RaisingAllocationFailures([&] { GetAt(index) = element; });
     }
@@ -73,8 +73,8 @@ public:
     /// Moves an element in at the end; returns its index.
     std::size_t Add(T&& element) { return Append(std::move(element)); }
 
-    /// Inserts an element before the one at `index`; `GetCount()` inserts at the end. An element's own move or swap
-    /// decides what is left of the order when that throws.
+    /// Inserts an element before that at `index`; `GetCount()` inserts at the end. When a swap throws, the order is
+    /// unspecified.
     template <std::convertible_to<T> Element = T> void InsertAt(std::size_t index, Element&& element) {
         if (index > m_count)
             ATL::AtlThrow(ATL::kInvalidArgument);
@@ -85,7 +85,7 @@ public:
                 swap(place[-1], *place);
         });
     }
-    /// Removes `count` elements from `index` on. An element's own move decides what is left of the others when that throws.
+    /// Removes `count` elements from `index` on. When a move throws, the elements behind are unspecified.
     void RemoveAt(std::size_t index, std::size_t count = 1) {
         if (index > m_count || count > m_count - index)
             ATL::AtlThrow(ATL::kInvalidArgument);
@@ -99,7 +99,7 @@ public:
         m_count -= count;
     }
 
-    /// Cuts the array to its first `count` elements, or lengthens it with value-initialised ones (0, false, "").
+    /// Cuts the array to its first `count` elements, or lengthens it with value-initialised elements (0, false, "").
     /// @return true; failures throw
     bool SetCount(std::size_t count) {
         rk::RaisingAllocationFailures([&] {

@@ -81,13 +81,13 @@ public:
     T& GetTail() { return GetAt(GetTailPosition()); }              ///< The last element; an empty list throws.
     const T& GetTail() const { return GetAt(GetTailPosition()); }  ///< The last element, for reading.
 
-    /// Adds an element before the one at a position; returns its position.
+    /// Adds an element before a position; returns its position.
     template <std::convertible_to<T> Element = T> POSITION InsertBefore(POSITION position, Element&& element) {
         Node* const next = Checked(position);
         return next->previous ? LinkAfter(next->previous, Create(std::forward<Element>(element)))
                               : LinkHead(Create(std::forward<Element>(element)));
     }
-    /// Adds an element behind the one at a position; returns its position.
+    /// Adds an element behind a position; returns its position.
     template <std::convertible_to<T> Element = T> POSITION InsertAfter(POSITION position, Element&& element) {
         Node* const previous = Checked(position);
         return previous->next ? LinkAfter(previous, Create(std::forward<Element>(element)))

@@ -15,7 +15,7 @@
 
 namespace rk {
 
-/// What a map with keys of type K takes for one when it looks up.
+/// What a map with keys of type K takes for a key when it looks up.
 template <class Argument, class K, class KTraits>
 concept KeyFor =
     std::convertible_to<const Argument&, typename KTraits::INARGTYPE> || std::convertible_to<const Argument&, const K&>;
@@ -34,7 +34,7 @@ concept KeyFor =
 /// bucket, from bucket 0 on; a key's bucket is KTraits::Hash modulo the bucket count. Keys of one bucket are walked the
 /// last one set first, until the table grows. There are 17 buckets or as many as InitHashTable says; a key that would
 /// be the third per bucket on average makes the table grow to four times as many or so, a prime number. Setting a new
-/// key during a walk may therefore repeat or skip entries; removing one that was passed is safe.
+/// key during a walk may therefore repeat or skip entries; removing an entry that was passed is safe.
 ///
 /// Entries never move: positions and pointers to entries last until their entry is removed. A null position throws
 /// CAtlException with ATL::kInvalidArgument, a failed allocation throws it with ATL::kAllocationFailed. Whatever is
@@ -76,7 +76,7 @@ public:
     }
     ~CAtlMap() { RemoveAll(); }
 
-    /// Fixes the bucket count that an empty map starts with, now and after RemoveAll; allocates nothing yet.
+    /// Fixes the bucket count that an empty map starts with; allocates nothing yet.
     /// @return false, and nothing changes, when the map holds entries or the count is 0
     bool InitHashTable(unsigned int bucketCount) noexcept {
         if (m_count > 0 || bucketCount == 0)
@@ -86,7 +86,7 @@ public:
         return true;
     }
 
-    /// The bucket count in use, or the one to start with.
+    /// The bucket count in use, or to start with.
     unsigned int GetHashTableSize() const noexcept {
         return m_buckets.count == 0 ? m_firstBucketCount : m_buckets.count;
     }
@@ -96,14 +96,14 @@ public:
     std::size_t size() const noexcept { return m_count; }      ///< `GetCount`.
     bool empty() const noexcept { return m_count == 0; }       ///< `IsEmpty`.
 
-    /// Sets the value of the key. A key that was there stays, in its place, and its value is assigned to: that
-    /// assignment decides what is left of the value when it throws.
+    /// Sets the value of the key. A key that was there stays in its place, and its value is assigned to; when that
+    /// throws, the value is as the assignment leaves it.
     /// @return the entry's position
     POSITION SetAt(const K& key, const V& value) { return Set(key, value); }
     POSITION SetAt(const K& key, V&& value) { return Set(key, std::move(value)); }  ///< The same, moving the value in.
     POSITION SetAt(K&& key, V&& value) { return Set(std::move(key), std::move(value)); }  ///< The same, moving both in.
 
-    /// The key's value. A key that is not there is set with a value-initialised one (0, false, "").
+    /// The key's value. A key that is not there is set with a value-initialised value (0, false, "").
     V& operator[](const K& key) {
         if (CPair* const entry = Lookup(key))
             return entry->m_value;
@@ -320,7 +320,7 @@ private:
     }
 
     void Grow() {
-        // Each the first prime number from twice the one before on.
+        // Each is the first prime number from twice its predecessor on.
         static constexpr std::uint32_t kBucketCounts[] = {
             17,       37,       79,       163,       331,       673,       1361,       2729,      5471,    10949,
             21911,    43853,    87719,    175447,    350899,    701819,    1403641,    2807303,   5614657, 11229331,

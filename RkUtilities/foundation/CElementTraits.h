@@ -50,7 +50,7 @@ template <> struct CElementTraits<double> {
         return 0;
     }
 
-    /// `==`: 0.0 and -0.0 are one key; a NaN equals nothing, so it is never found and each one set is an entry more.
+    /// `==`: 0.0 and -0.0 are the same key; a NaN is never found, so each NaN that is set is an entry more.
     static constexpr bool CompareElements(double left, double right) noexcept { return left == right; }
 };
 

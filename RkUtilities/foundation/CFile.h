@@ -16,8 +16,8 @@ class NewFile;
 
 /// An open file, and what can be done to a file by its path.
 ///
-/// - Paths are native ones in UTF-16, absolute or relative to the current folder, of any content; a leading "~/" is
-///   the home folder. A text with U+0000 in it names no file: it counts as not found.
+/// - Paths are native paths in UTF-16, absolute or relative to the current folder; a leading "~/" is the home folder. A
+///   text with U+0000 names no file: it counts as not found.
 /// - Positions and lengths are bytes from 0, of 64 bits.
 /// - Failures of `Open` come back as false, those of all other members are thrown as a `CFileException*`, which the
 ///   catcher disposes of with `Delete()`. Exhausted memory throws `std::bad_alloc`.
@@ -28,24 +28,23 @@ class NewFile;
 /// - An object is used by one thread at a time; the static members are safe from any thread.
 class RK_EXPORT CFile {
 public:
-    /// Flags of `Open`: one of the modes `modeRead` and `modeReadWrite`, at most one of the two for sharing (without
-    /// one `shareDenyNone` holds), and the last two if wanted.
+    /// Flags of `Open`: `modeRead` or `modeReadWrite`; at most one flag for sharing, else `shareDenyNone` holds; and
+    /// the last two if wanted.
     enum OpenFlags : unsigned int {
         modeRead = 0x0000,
         modeReadWrite = 0x0002,
         /// Others may read but not write. Linux keeps no program away by force, so this is an agreement among the
-        /// openers that ask for it (an advisory lock, `flock`): any number of them may read a file, or one may read
-        /// and write it; another opener that asks is refused with `sharingViolation` and never waits. On a file system
-        /// without such locks it has no effect.
+        /// openers that ask for it (an advisory lock, `flock`): any number of openers may read a file, or a single
+        /// opener may read and write it; another opener that asks is refused at once with `sharingViolation`. On a file
+        /// system without such locks it has no effect.
         shareDenyWrite = 0x0020,
-        /// No restriction: nothing is asked for and no opener is refused.
+        /// No restriction.
         shareDenyNone = 0x0040,
         /// Makes the file when it is missing (readable and writable for whom the process's umask allows). Careful: **an
-        /// existing file keeps its content**, unlike in other libraries. Writing a shorter text leaves the end of the
-        /// old one behind it; with `modeTruncate`, or `SetLength` afterwards, it does not.
+        /// existing file keeps its content**, unlike in other libraries. A shorter text leaves the end of the old text
+        /// behind it, unless `modeTruncate` or `SetLength` cuts that.
         modeCreate = 0x1000,
-        /// Drops the content of an existing file, once it is opened and not refused by another's `shareDenyWrite`. Only
-        /// together with `modeReadWrite`.
+        /// Drops the content of an existing file once no `shareDenyWrite` refuses it. Only together with `modeReadWrite`.
         modeTruncate = 0x0100,
     };
 
@@ -56,37 +55,37 @@ public:
     /// Closes an open file. A failure to write back what was written goes unnoticed here: call `Close` to learn of it.
     ~CFile();
     CFile(CFile&& other) noexcept;             ///< Takes the open file over; `other` is closed.
-    CFile& operator=(CFile&& other) noexcept;  ///< Closes this file and takes the other one over.
+    CFile& operator=(CFile&& other) noexcept;  ///< Closes this file and takes the other file over.
     CFile(const CFile&) = delete;
     CFile& operator=(const CFile&) = delete;
 
     // --- An open file
 
-    /// Opens an ordinary file or a device at position 0; a file that is still open in this object is closed first.
+    /// Opens an ordinary file or a device at position 0; a file that this object has open is closed first.
     /// Folders (`accessDenied`), pipes and sockets (`invalidFile`) are refused, without waiting for a pipe's other
     /// end; flags beyond those above too (`genericException`, EINVAL).
     /// @param[out] error  may be null; on failure cause, error number and path, untouched on success.
     bool Open(const CString& path, unsigned int flags, CFileException* error = nullptr);
 
     /// Opens a new, empty file for reading and writing that has no name before `CommitAs` or `CommitOver`. It lies on
-    /// the file system of the folder in which `path` will stand. Closed without a commit it is gone, and so it is when
-    /// the process is killed: nothing is left of it. On a file system that knows only files with names (FAT, some
-    /// network file systems) a killed process leaves a hidden folder ".rk-new-0" to "-7", which the next commit or copy
-    /// in that folder removes. Results and `error` as with `Open`.
+    /// the file system of the folder in which `path` will stand. Closed without a commit, or by a kill of the process,
+    /// it is gone. On a file system that knows only files with names (FAT, some network file systems) a killed process
+    /// leaves a hidden folder ".rk-new-0" to "-7", which the next commit or copy in that folder removes. Results and
+    /// `error` as with `Open`.
     bool OpenNew(const CString& path, CFileException* error = nullptr);
     /// Gives the file of `OpenNew` its name and closes it. A name that is taken fails with `accessDenied` (EEXIST) and
     /// is never replaced; the file stays open then, to be given another name in the same folder. The content is on the
     /// disk before the name is, and the name before this returns: after a power cut there is the whole file or no file.
     /// A failure of the disk after the naming is thrown too.
     void CommitAs(const CString& path) { Commit(path, /*isReplacing=*/false); }
-    /// The same, in the place of what has the name: other programs and a power cut see the whole old file or the whole new
-    /// one. The new file takes over the permissions of the old one. A link is followed; one that leads nowhere fails with
-    /// `fileNotFound`. A file without permission to write is replaced as any other, since the folder's permission decides.
+    /// The same, in the place of the file that has the name: other programs and a power cut see the whole old file or
+    /// the whole new file, which takes over the old permissions. A link is followed; a link that leads nowhere fails
+    /// with `fileNotFound`. A read-only file is replaced too, since the folder's permission decides.
     void CommitOver(const CString& path) { Commit(path, /*isReplacing=*/true); }
 
     [[nodiscard]] bool IsOpen() const noexcept { return m_hFile >= 0; }  ///< Whether a file is open.
 
-    /// Reads up to `byteCount` bytes at the position; fewer come back only where the file ends, 0 at its end.
+    /// Reads up to `byteCount` bytes at the position and returns their number, which is smaller only where the file ends.
     unsigned int Read(void* buffer, unsigned int byteCount);
     /// Writes all bytes at the position. After a failure a part of them may stand in the file.
     void Write(const void* bytes, unsigned int byteCount);
@@ -100,7 +99,7 @@ public:
     void WriteString(const CString& text);
 
     /// Moves the position; `from` is 0 for the start, 1 for the position, 2 for the end. A position past the end is
-    /// legal, one before the start fails with `badSeek`. Returns the new position.
+    /// legal, a position before the start fails with `badSeek`. Returns the new position.
     unsigned long long Seek(long long offset, unsigned int from);
     unsigned long long SeekToEnd() { return Seek(0, 2); }  ///< Moves the position to the end; returns the length.
     [[nodiscard]] unsigned long long GetPosition() const;  ///< The position in bytes from the start.
@@ -108,23 +107,21 @@ public:
     /// Cuts the file to a length in bytes, or lengthens it with zero bytes. The position stays.
     void SetLength(unsigned long long byteCount);
 
-    /// What was written is with the system, where every other program sees it, as soon as `Write` returns; nothing is
-    /// kept here, so this only fails for a closed file. It does not wait until the bytes would survive a power cut.
+    /// Fails for a closed file, and does nothing else: what `Write` has written is with the system already, where every
+    /// program sees it. Does not wait until the bytes would survive a power cut.
     void Flush();
-    /// Closes the file. Nothing happens for a closed one. After a failure (a full disk that a network file system
-    /// notices late, say) the file is closed all the same.
+    /// Closes an open file, which is closed after a failure too (a full disk that a network file system notices late).
     void Close();
 
     // --- By path
 
     /// Reads what is known of the file or folder; true when it could be read, else `status` is untouched.
-    /// A link that leads nowhere is described itself, so whatever has a name in a folder has a status. Never throws a
-    /// `CFileException`: what does not exist or may not be looked at gives false.
+    /// A link that leads nowhere is described itself. Never throws a `CFileException`.
     static bool GetStatus(const CString& path, CFileStatus& status);
 
     /// Writes what may be changed of a status: the read-only bit and the times of the last change and access.
     /// - Read-only is the owner's write permission; the other permissions stay. The other bits are not looked at.
-    /// - One descriptor serves for looking and for changing: what is moved to the path meanwhile is not touched.
+    /// - A file that is moved to the path between looking and changing is not touched.
     /// - A time that equals the present one as `CTime` tells times apart, or the null time, leaves the file's time
     ///   alone, to the nanosecond: a status just read and written back moves no time.
     /// - The time a file was made, its size and its name are not looked at.
@@ -133,18 +130,17 @@ public:
     /// Removes a file or a link (never what it leads to); a folder fails with `accessDenied`.
     static void Remove(const CString& path);
 
-    /// Gives a file, folder or link another name. A name that is taken fails with `accessDenied` (EEXIST) and is never
-    /// replaced, also when it comes to exist meanwhile; a file system that cannot promise the latter is asked just
-    /// before. Across file systems it is copied, written to the disk, given its name and then removed at the old place.
-    /// A failure before the removal, also for lack of memory, leaves the old one whole and no new one; a failure of the
-    /// removal leaves a complete new one.
+    /// Gives a file, folder or link another name. A name that is taken, also meanwhile, fails with `accessDenied`
+    /// (EEXIST); a file system that cannot promise this is asked just before. Across file systems it is copied, written
+    /// to the disk, given its name and then removed at the old place. A failure before the removal, also for lack of
+    /// memory, leaves the old tree whole and no new tree; a failure of the removal leaves a complete new tree.
     static void Rename(const CString& oldPath, const CString& newPath);
 
-    /// Puts a complete file in the place of another, or of nothing, as `CommitOver` does: whole, durable and atomic,
-    /// with the permissions of the file that is replaced, links of `target` followed. `temporary` is gone afterwards.
-    /// Both have to be on one file system (else `genericException`, EXDEV), so write the temporary file beside the
-    /// target. What is no ordinary file is refused (`genericException`, EINVAL). After a failure the target is the
-    /// whole old file, unless the disk failed after the replacing.
+    /// Puts a complete file in the place of another, or of nothing, as `CommitOver` does: whole, durable, with the old
+    /// permissions, links of `target` followed. `temporary` is gone afterwards. Both have to be on one file system
+    /// (else `genericException`, EXDEV), so write the temporary file beside the target. Anything but an ordinary file
+    /// is refused (`genericException`, EINVAL). After a failure the target is the whole old file, unless the disk
+    /// failed after the replacing.
     static void ReplaceFile(const CString& temporary, const CString& target);
 
 private:

@@ -37,13 +37,13 @@ public:
         endOfFile = 14,         ///< (more was expected; a short `Read` is no failure)
     };
 
-    /// `osError` is an error number of the system (`errno`), 0 for none; a null `fileName` gives "".
+    /// `osError` is an error number of the system (`errno`) or 0; a null `fileName` gives "".
     explicit CFileException(int cause = none, int osError = 0, unsigned short const* fileName = nullptr);
     CFileException(int cause, int osError, CString fileName);  ///< An exception with these three facts.
     ~CFileException() override;
 
-    /// The cause that stands for an error number of the system; 0 gives `none`. ENOENT alone gives `fileNotFound`:
-    /// only who knows the path can tell it from `badPath`, as all members of `CFile` do.
+    /// The cause that stands for an error number of the system; 0 gives `none`. ENOENT gives `fileNotFound`, which the
+    /// members of `CFile`, knowing the path, tell from `badPath`.
     static int ErrnoToException(int osError) noexcept;
 
     /// What failed and why, in English, for people and logs: the path, the cause in words and the system's reason.
@@ -51,11 +51,11 @@ public:
     ///     /maps/plan.map: not found (No such file or directory)
     ///     /maps: access denied (Is a directory)
     ///
-    /// A part that is not known is left out. Texts of an application's own go by `m_cause`.
+    /// A part that is not known is left out.
     [[nodiscard]] CString GetErrorMessage() const;
 
     int m_cause;  ///< A value of the causes above.
-    /// The system's error number behind the cause, 0 when there is none.
+    /// The system's error number behind the cause, else 0.
     long m_lOsError;
     /// The path as the caller gave it.
     CString m_strFileName;

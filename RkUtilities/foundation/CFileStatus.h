@@ -8,7 +8,7 @@
 /// What `CFile::GetStatus` knows of a file or folder, and what `CFile::SetStatus` writes back. `CTime` holds a double,
 /// which tells times of our days apart to about a tenth of a microsecond; files keep nanoseconds.
 struct CFileStatus {
-    /// Bits of `m_attribute`. A folder is `directory`, everything else `archive`: no attribute byte that was read is 0.
+    /// Bits of `m_attribute`. A folder is `directory`, everything else `archive`.
     enum Attribute : unsigned char {
         readOnly = 0x01,   ///< the owner may not write (the owner's write permission is off, for any caller)
         hidden = 0x02,     ///< the name begins with "."; "." and ".." themselves are not hidden
@@ -20,11 +20,11 @@ struct CFileStatus {
     CTime m_ctime;
     /// When the content was last changed.
     CTime m_mtime;
-    /// When the content was last read, as far as the file system keeps track.
+    /// When the content was last read, if the file system keeps that.
     CTime m_atime;
     /// Bytes; 64 bits, so files above 4 GiB fit. For a folder whatever the file system says.
     std::int64_t m_size = 0;
     unsigned char m_attribute = 0;  ///< Bits of `Attribute`.
-    /// The absolute path: the one asked for, after the current folder when it was relative and there is one.
+    /// The path asked for, a relative path after the current folder if there is such a folder.
     CString m_szFullName;
 };

@@ -45,16 +45,16 @@ concept CodeUnit = std::same_as<T, char16_t> || std::same_as<T, unsigned short>;
 /// - Lengths and indexes count code units from 0 and are `int`; -1 means not found. A text holds at most INT_MAX - 1
 ///   units; what would grow beyond throws `std::length_error`, exhausted memory `std::bad_alloc`, and the text stays as
 ///   it was.
-/// - Code units are taken one by one: a character outside the Basic Multilingual Plane is two of them. Any sequence is
+/// - Code units are taken one by one: a character outside the Basic Multilingual Plane is two units. Any sequence is
 ///   legal, lone surrogates and the unit 0 included.
 /// - Every `int` argument may have any value. Negative counts and starts count as 0, those past the end as the end,
 ///   unless a member says otherwise.
 /// - A text may be passed to its own members (`s.Replace(s, t)`, `s += s`, `s.Insert(1, s)`): the argument's value is
 ///   its value before the call.
-/// - Case pairs, letters, digits and white space are Unicode's, from ICU, one unit to one unit: a length never changes
-///   ("ß" has no one-unit upper case and stays). They do not depend on the user's locale.
-/// - Texts of up to 11 units are held in the object; longer ones are shared between copies until one of them changes.
-///   Copying, moving and destroying never throw. Copies may be used from different threads at once; one object may not
+/// - Case pairs, letters, digits and white space are Unicode's, from ICU, unit by unit: a length never changes ("ß",
+///   whose upper case is two units, stays). They do not depend on the user's locale.
+/// - Texts of up to 11 units are held in the object; longer texts are shared between copies until a copy changes.
+///   Copying, moving and destroying never throw. Copies may be used from different threads at once; an object may not
 ///   be changed while another thread uses it.
 class RK_EXPORT CString {
 public:
@@ -73,7 +73,7 @@ public:
     template <rk::Utf16Text T> CString(const T& text) : m_text(ViewOf(text)) {}
     /// One code unit. Other integers do not convert.
     template <rk::CodeUnit T> CString(const T& unit) : m_text(std::u16string_view(AsUnit(&unit), 1)) {}
-    /// One character from one 8-bit character: ASCII; a byte of 0x80 or more is no UTF-8 by itself and gives U+FFFD.
+    /// An ASCII character; a byte of 0x80 or more is no UTF-8 by itself and gives U+FFFD.
     template <std::same_as<char> T> CString(const T& character) : CString(std::string_view(&character, 1)) {}
     /// The zero-terminated UTF-8 text; null gives the empty text. Wrong bytes as in the constructor from a view.
     CString(char const* utf8) : CString(utf8 != nullptr ? std::string_view(utf8) : std::string_view()) {}
@@ -81,13 +81,12 @@ public:
     /// is read past the view.
     CString(std::string_view utf8);
     CString(const std::string& utf8) : CString(std::string_view(utf8)) {}  ///< The same for a `std::string`.
-    /// The text of `byteCount` bytes in an encoding: 0x08000100 is UTF-8, the only one supported; others give the empty
-    /// text. With `skipByteOrderMark` a leading EF BB BF is consumed and not kept.
+    /// The text of `byteCount` bytes in an encoding: 0x08000100 is UTF-8, any other encoding gives the empty text. With
+    /// `skipByteOrderMark` a leading EF BB BF is consumed and not kept.
     CString(char const* bytes, unsigned long byteCount, unsigned int encoding, bool skipByteOrderMark);
     CString(std::nullptr_t) = delete;
 
-    /// A text over a literal, without allocation at any length and usable in constant initialisation, so that other
-    /// files' initialisers may already use it.
+    /// A text over a literal, without allocation at any length, and usable in other files' initialisers.
     template <std::size_t N> static consteval CString Literal(const char16_t (&text)[N]) {
         static_assert(N - 1 < INT_MAX);
         return CString(rk::TextStorage(text, N - 1));
@@ -152,7 +151,7 @@ public:
     [[nodiscard]] int FindNoCase(const CString& sought, int start = 0) const;
     /// The first unit at or after `start` that occurs in `set`.
     [[nodiscard]] int FindOneOf(const CString& set, int start = 0) const noexcept;
-    /// The last occurrence that begins at or before `start`; a negative start (-1) asks for the last one of all. An
+    /// The last occurrence that begins at or before `start`; a negative start (-1) asks for the last of all. An
     /// empty text is found at `start` or, there, at the end. Linear as `Find` is.
     [[nodiscard]] int ReverseFind(const CString& sought, int start = -1) const;
 
@@ -202,7 +201,7 @@ public:
     void RemoveLineFeeds();
     CString& MakeUpper();  ///< Upper case, unit by unit.
     CString& MakeLower();  ///< Lower case, unit by unit.
-    /// The units in reverse order; the two of a character outside the Basic Multilingual Plane keep theirs.
+    /// The units in reverse order, surrogate pairs kept.
     CString& MakeReverse();
     CString& Trim() { return TrimLeft().TrimRight(); }  ///< Removes white space (Unicode's White_Space) at both ends.
     CString& TrimLeft();                                ///< Removes white space at the start.
@@ -239,8 +238,8 @@ public:
         return Joined({AsUnit(&unit), 1}, b.View());
     }
 
-    /// The text's units, to be written to by a call that fills a buffer, with room for `unitCount` units or the length if
-    /// that is larger; units behind the length are 0, and so is the unit behind the room, which is not to be written to.
+    /// The text's units for a call that fills a buffer, with room for `unitCount` units, or for the length if that is
+    /// larger. The units behind the length are 0, and so is the unit behind the room, which is not to be written to.
     ///
     ///     const int count = FillTitle(title.GetBuffer(100), 100);
     ///     title.ReleaseBuffer(count);
@@ -248,7 +247,7 @@ public:
     /// The pointer serves until the text is next used in any way. Throws `std::length_error`, `std::bad_alloc`.
     [[nodiscard]] char16_t* GetBuffer(int unitCount = 0) RK_LIFETIMEBOUND;
     /// Ends the text after `unitCount` units of the buffer (the whole room at most) or, for -1, before the first unit
-    /// 0. Only after `GetBuffer`: behind the length of another text there is anything.
+    /// 0. Only after `GetBuffer`.
     void ReleaseBuffer(int unitCount = -1);
 
     // --- Texts from elsewhere
@@ -266,7 +265,7 @@ public:
     /// - An integer argument serves every integer conversion: converted as C does when its type is no wider than the
     ///   conversion's, else it must fit.
     ///
-    /// Throws `rk::FormatError` and leaves the text as it was: a missing argument, one of another kind, "%n", an
+    /// Throws `rk::FormatError` and leaves the text as it was: a missing argument, an argument of another kind, "%n", an
     /// unknown or unfinished conversion, positions mixed with plain conversions, a width or precision above 1,048,576.
     /// Surplus arguments are ignored.
     template <class... Arguments> void Format(const CString& format, const Arguments&... arguments) {
@@ -279,13 +278,13 @@ public:
         added.Format(format, arguments...);
         Append(added);
     }
-    /// The same with C's argument list, whose kinds must be those that the conversions name. A position that no
-    /// conversion uses, below one that is used, is a failure: nothing tells its kind.
+    /// The same with C's argument list, whose kinds must be those that the conversions name. A position that is left
+    /// out below a used position is a failure.
     void FormatV(const CString& format, std::va_list arguments);
 
-    /// The text for `key` in the application's string tables, in the user's language; "" when there is none.
-    /// A bundle is a folder of compiled ICU resource files (en.res, de.res, root.res ...); null means the one named
-    /// with `rk::SetStringTables`. ICU's fallback decides the language. The text is taken as it stands there.
+    /// The text for `key` in the application's string tables, in the user's language by ICU's fallback; "" without a
+    /// text. A bundle is a folder of compiled ICU resource files (en.res, de.res, root.res ...); null means the folder
+    /// named with `rk::SetStringTables`.
     void LoadString(char const* key, char const* bundle = nullptr);
 
     /// Exchanges two texts; never throws.

@@ -20,7 +20,7 @@ char16_t Folded(char16_t unit) {
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit | 0x20) : unit;
 }
 
-/// The first of `count` units whose case foldings differ; `count` when none do.
+/// The first of `count` units whose case foldings differ; `count` when all are alike.
 std::size_t FirstFoldedDifference(const char16_t* a, const char16_t* b, std::size_t count) {
     std::size_t i = 0;
     while (i < count && Folded(a[i]) == Folded(b[i]))

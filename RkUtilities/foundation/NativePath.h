@@ -6,13 +6,11 @@
 #include <string>
 #include <string_view>
 
-/// Between a path as text and the bytes that the file system knows it by. This is the only place where one becomes the
-/// other.
+/// Between a path as text and the bytes that the file system knows it by.
 ///
-/// Bytes are UTF-8, and the file system takes any: a name that is no UTF-8 has to survive being listed as text and
-/// opened by it again. So each byte that belongs to no well-formed sequence stands in the text as a lone low surrogate,
-/// U+DC00 plus the byte (U+DC80 to U+DCFF), and goes back to that byte. Lone surrogates of any other kind stand for no
-/// byte; they become U+FFFD.
+/// Bytes are UTF-8, but a name that is no UTF-8 has to survive being listed as text and opened by it again. So each
+/// byte that belongs to no well-formed sequence stands in the text as a lone low surrogate, U+DC00 plus the byte
+/// (U+DC80 to U+DCFF), and goes back to that byte. Other lone surrogates become U+FFFD.
 ///
 ///     bytes                  text                  bytes
 ///     "r\xC3\xA9sum\xC3\xA9" <-> u"résumé"
@@ -25,8 +23,8 @@ namespace rk {
 /// The bytes to hand to the file system for a path. "~" and a leading "~/" stand for the user's home folder: $HOME, or
 /// what the password database says when that is not set or empty. "~name" is an ordinary name, as is a "~" further on;
 /// a file named "~" in the current folder is reached as "./~". A user without any home keeps the "~". A text with
-/// U+0000 names no file. Its result begins with a zero byte: every system call then sees the empty path and refuses it
-/// (ENOENT), whatever is appended, rather than taking the part before U+0000.
+/// U+0000 names no file: its result begins with a zero byte, and every system call refuses it (ENOENT), whatever is
+/// appended.
 RK_EXPORT std::string NativePath(const CString& path);
 
 /// The text of a path or a name that the file system gave; any bytes are legal.

@@ -6,7 +6,7 @@
 /// Numbers, amounts and truth values from text and to text.
 ///
 /// - The user's locale is looked up at each call (`rk::SetUserLocale`, else `setlocale`): parsers follow its plain
-///   numbers (LC_NUMERIC); number text, and what is formatted from number text, follows its money (LC_MONETARY).
+///   numbers (LC_NUMERIC); number text and the texts formatted from it follow its money (LC_MONETARY).
 /// - *Number text* travels between the members: an optional sign, ASCII digits, the decimal point
 ///   `CrkLocaleUtilities::GetDecimalPoint`, an optional exponent. Members that take number text look at single units
 ///   only; a text that is no number is split, cut, padded and grouped as if its units were digits. Surplus decimals are
@@ -51,19 +51,19 @@ public:
     static bool IsStringDouble(const CString& text);   ///< Whether `StringToDouble` reads a number.
     static bool IsStringInteger(const CString& text);  ///< Whether `StringToInteger` reads a number.
     /// A number or a percentage as a fraction, white space around it aside: "50%" -> 0.5, "0.5" -> 0.5, "12" -> 12.
-    /// With a "%", which must then be the last unit, the number before it is multiplied by the double 0.01 ("57%" gives
-    /// 0.5700000000000001). What follows that number is ignored: "50%%", "50 x%" -> 0.5. `value` is 0 where the result
-    /// is false ("%50", "abc%").
+    /// With a "%", which must be the last unit, the number before it is multiplied by the double 0.01 ("57%" gives
+    /// 0.5700000000000001). Units between number and "%" are ignored: "50%%", "50 x%" -> 0.5. `value` is 0 where the
+    /// result is false ("%50", "abc%").
     static bool StringToPercentageDouble(const CString& text, double& value);
 
     // --- Texts that are a number as a whole
     //
-    // - In every locale: an optional "-" and digits 0 to 9, as many as there may be.
+    // - In every locale: an optional "-" and digits 0 to 9, any number of them.
     // - Beyond that, up to 10,000 units that ICU's plain decimal format of the locale accepts whole: U+2212 for "-",
     //   digits of any script, grouping separators between groups of the right size (also blanks, apostrophes and
     //   marks that look like the locale's), a fraction, an exponent in the locale's spelling ("1E3", "1e3"). No "+", no
     //   white space at the ends, no "%", no currency.
-    // - Infinity and "not a number" are not accepted, whatever their spelling.
+    // - No spelling of infinity or "not a number".
     //
     // A fraction is cut off ("-1.5" -> -1). A number beyond the type stores the type's nearest value: a negative number
     // stores 0 where the type is unsigned. For other texts the result is false and `value` stays.
@@ -81,7 +81,7 @@ public:
     // --- Number text
 
     /// The value as number text. Between 1e-9 and 99999999999 (both exclusive) at most nine decimals, without zeros at
-    /// the end; other values, all negative ones among them, with six significant digits as C's "%g" gives them. The
+    /// the end; other values, negative values included, with six significant digits as C's "%g" gives them. The
     /// digits are those of C's printf: exact, ties to the even digit.
     ///
     ///     2.0/3  ->  "0.666666667"    2.0    ->  "2"     -1234567.0  ->  "-1.23457e+06"    infinity  ->  "inf"

@@ -21,9 +21,9 @@ public:
         KeepTrailingChar = 2,
     };
 
-    /// Codes for `GetSpecialFolderPath`: four characters, the first in the highest byte.
-    /// XDG_..._DIR are the entries of $XDG_CONFIG_HOME/user-dirs.dirs ("xdg-user-dirs"; one that leads to the home
-    /// folder itself is switched off), the variables those of the XDG base directories (ignored unless absolute).
+    /// Codes for `GetSpecialFolderPath`: four characters, the first in the highest byte. XDG_..._DIR are the entries of
+    /// $XDG_CONFIG_HOME/user-dirs.dirs ("xdg-user-dirs"), which the user switches off by the home folder itself; the
+    /// variables are those of the XDG base directories (ignored unless absolute).
     enum ErkSpecialFolder : int {
         HomeFolder = 0x63757372,                     ///< "cusr": $HOME, else the password database
         DesktopFolder = 0x6465736B,                  ///< "desk": XDG_DESKTOP_DIR, else ~/Desktop
@@ -91,18 +91,15 @@ public:
     static bool IsAbsoluteFilename(const CString& path) { return path.GetAt(0) == u'/'; }
     /// The path, "/" unless it is empty or ends with one, and the name as it is: "/a/" and "/b" give "/a//b".
     static CString AppendToPath(const CString& path, const CString& name);
-    /// The path itself when it begins with "/" or "~"; else the current folder, "/" and the path. "." and ".." stay as
-    /// they are.
-    /// "" gives "", and a relative path stays as it is when the current folder was deleted or may not be read.
+    /// The path itself when it begins with "/" or "~"; else the current folder, "/" and the path. "." and ".." stay. ""
+    /// gives "", and a relative path stays as it is when the current folder was deleted or may not be read.
     static CString GetAbsolutePath(const CString& path);
-    /// `GetAbsolutePath` of the file name or, when that does not begin with "/", of base folder and file name put
-    /// together.
+    /// `GetAbsolutePath` of a file name that begins with "/", else of base folder and file name together.
     ///
     ///     "../y" with "/base/"  ->  "/base/../y"
     ///     "/x/y" with "/base"   ->  "/x/y"
     static CString RelativeToAbsoluteFilename(const CString& fileName, const CString& baseFolder);
-    /// The file name without the base folder that it begins with and the "/" after that; as it is when it does not
-    /// begin so. The text alone decides, not elements:
+    /// The file name without the base folder at its start and the "/" after that. The text alone decides, not elements:
     ///
     ///     "/a/b/c.txt" with "/a/b" or "/a/b/"  ->  "c.txt"
     ///     "/a/bc/d" with "/a/b"                ->  "c/d"
@@ -117,9 +114,9 @@ public:
     ///     "/Users/Me/x" from "/users/me"   ->  "./x"
     ///
     /// Elements are equal without regard to case and to how their characters are composed (canonical caseless matching;
-    /// Unicode, chapter 3, D145). Both are made absolute first, "~" and "~/" being the home folder. Repeated slashes
-    /// count as one, "." goes, and ".." takes the element before it away without asking the disk: behind a link to a
-    /// folder that is not the parent on disk. "" when one of them is "", or is relative and there is no current folder.
+    /// Unicode, chapter 3, D145). Both paths are made absolute first, "~" and "~/" being the home folder. Repeated
+    /// slashes count as a single slash, "." goes, and ".." takes away the element before it by the text alone, also
+    /// after a link. "" when a path is "", or is relative and there is no current folder.
     static CString CalcRelativePathname(CString target, CString baseFolder);
     /// The path after `CString::MakeLower`. Nothing is looked up or expanded.
     static CString GetLowercaseLongPath(const CString& path);
@@ -131,15 +128,14 @@ public:
     ///     "Map" and "ext" or ".ext"  ->  "Map.ext"
     ///     "Map.ext" and "ext"        ->  "Map.ext.ext"
     static CString AddExtension(const CString& name, const CString& extension);
-    /// The name with the extension in place of what begins at its last dot, if any. The last dot of the whole text
-    /// counts, be it a folder's; "" removes the extension.
+    /// The name with the extension in place of what begins at the last dot of the whole text, be it a folder's dot; ""
+    /// removes the extension.
     ///
     ///     "Map.old" and "ext"     ->  "Map.ext"
     ///     "Map.old" and ""        ->  "Map"
     ///     "/dir.v/Map" and "ext"  ->  "/dir.ext"
     static CString ReplaceExtension(const CString& name, const CString& extension);
-    /// Whether the name ends with the extension's text, without regard to case; no dot is needed before it. "" always
-    /// does.
+    /// Whether the name ends with the extension's text, without regard to case and to a dot before it; true for "".
     ///
     ///     "Map.EXT", "Mapext" and "ext"  ->  true
     ///     "ext" and ".ext"               ->  false
@@ -154,22 +150,21 @@ public:
     static void RemoveInvalidCharsFromFolderName(CString& name) { RemoveInvalidCharsFromFilename(name, 0); }
     /// Puts `replacement` for each code unit that occurs in `characters`; 0 puts U+0000.
     static void RemoveCharsFromFilename(CString& name, const CString& characters, unsigned short replacement);
-    /// Puts one double quotation mark before and one after the path, whatever it has already.
+    /// Puts a double quotation mark at both ends of the path, whatever it has already.
     static void QuotePath(CString& path) { path = u'"' + path + u'"'; }
-    /// Takes one double quotation mark off both ends. False, with the path as it was, when it has not two of them.
+    /// Takes a double quotation mark off both ends; false, with the path as it was, where an end has no mark.
     static bool UnquotePath(CString& path);
 
     // --- Comparing
 
     /// Whether the absolute paths are the same text without regard to case. Links are not followed.
     static bool AreFilenamesEqual(const CString& first, const CString& second);
-    /// Whether both, on disk, can be opened for reading and `AreFilenamesEqual` of the paths that the system then
-    /// reports, links resolved. Folders and devices may be compared too, a pipe is not waited for. Two hard links of
-    /// one file have different paths, so they are not equal; files whose paths differ in case only are. False for a
-    /// file that is deleted meanwhile.
+    /// Whether both can be opened on disk for reading, and `AreFilenamesEqual` of the paths that the system then
+    /// reports, links resolved. Folders and devices may be compared too, a pipe is not waited for. Hard links of the
+    /// same file have different paths, so they are not equal. False for a file that is deleted meanwhile.
     static bool ComparePaths(const CString& first, const CString& second);
     /// Whether both are folders on disk and the candidate's text begins with the folder's. A folder is its own
-    /// sub-folder, and "/a/bc" is one of "/a/b".
+    /// sub-folder, and "/a/bc" is a sub-folder of "/a/b".
     static bool IsSubFolder(const CString& folder, const CString& candidate);
 
     // --- On disk
@@ -177,57 +172,53 @@ public:
     /// The user's folder of a kind, without trailing slash. `code` is an `ErkSpecialFolder`; "" for any other value,
     /// and for a folder that does not exist. Nothing is created.
     static CString GetSpecialFolderPath(int code);
-    /// Whether the owner of the file or folder may not write it, whichever user asks and whatever other users may do. A
-    /// link is followed. False for what does not exist.
+    /// Whether the file or folder lacks its owner's permission to write. A link is followed. False for a missing file.
     static bool IsFileReadOnly(const CString& path);
-    /// Takes the owner's permission to write, or gives it. True when this call changed it: false when it was so
-    /// already, and for what does not exist. Only the file or folder named is changed: a link has no permissions, and
-    /// what it leads to is left alone (false). Nothing but this one permission changes, and what is put in the file's
-    /// place meanwhile is not touched. Throws a `CFileException*` when the permission cannot be changed (a file of
-    /// another user, a read-only file system).
+    /// Takes the owner's permission to write, and nothing else. True when this call changed it: false when it was so
+    /// already, for a missing file and for a link, whose target is left alone. A file that is put in the place
+    /// meanwhile is not touched. Throws a `CFileException*` when the permission cannot be changed (a file of another
+    /// user, a read-only file system).
     static bool MakeFileReadOnly(const CString& path);
     static bool MakeFileReadWrite(const CString& path);  ///< Gives the permission back, by the same rules.
-    /// Whether something other than a folder exists there. A link is followed; one that leads nowhere counts.
+    /// Whether something other than a folder exists there. A link is followed; a link that leads nowhere counts.
     static bool FileNotDirectoryExists(const CString& path);
-    /// Makes sure that the folder exists, with all that lead to it. Every "\" counts as "/". False when something else
-    /// is in the way or permission is missing; folders made before that stay. Several threads and processes may make
-    /// the same folders at once.
+    /// Makes the folder and all above it where they are missing. Every "\" counts as "/". False when something else is
+    /// in the way or permission is missing; folders made before that stay. Threads and processes may make the same
+    /// folders at once.
     static bool AssurePathExists(const CString& path);
 
     // --- Free names, on disk
     //
-    // The first free one of "Map.ext", "Map (2).ext", "Map (3).ext" ... is found, also when a later one is taken. A
-    // name of more than 255 bytes has its base cut between characters, before the number. Nothing is made: another
-    // program may take the name before its use.
+    // The first free name of "Map.ext", "Map (2).ext", "Map (3).ext" ... is found. A name of more than 255 bytes has
+    // its base cut between characters, before the number. Nothing is made: another program may take the name before its
+    // use.
     //
-    // A name is free only when nothing is there. Where looking fails (the folder may not be entered, the device fails),
-    // no name is free and the result is "".
+    // Where looking fails (the folder may not be entered, the device fails), no name is free and the result is "".
 
-    /// The path itself when nothing has it; else its folder and what `MakeNameUnique` gives for its parts, which is ""
-    /// for a path without a folder, and the folder alone for a name without a base (".profile").
+    /// The path itself when it is free; else its folder and what `MakeNameUnique` gives for its parts: "" for a path
+    /// without a folder, and the folder alone for a name without a base (".profile").
     ///
     ///     "/d/Map.ext"  ->  "/d/Map (2).ext"
     static CString GetUniqueFilename(const CString& path);
-    /// A file name that nothing in the folder has, neither file nor folder nor link; "" for an empty folder or base
-    /// name. The base name is cleaned as `RemoveInvalidCharsFromFilename` does. A name that has the extension already
-    /// (given without a dot; a name without an extension has "") is taken apart first, where a backslash still
-    /// separates:
+    /// A name that no file, folder or link in the folder has; "" for an empty folder or base name. The base name is
+    /// cleaned as `RemoveInvalidCharsFromFilename` does. A name that has the extension already (given without a dot, ""
+    /// for no extension) is taken apart first, where a backslash still separates:
     ///
     ///     "Map" or "Map.ext" with "ext"  ->  "Map.ext", "Map (2).ext", ...
     ///     "Plan" or "Plan." with ""      ->  "Plan", "Plan (2)", ...
     ///     "a\b" with "", with "ext"      ->  "b", "a\b.ext"
     static CString MakeNameUnique(const CString& folder, const CString& baseName, const CString& extension);
     /// A name that no folder in `folder` has; files do not count. It is cleaned as `RemoveInvalidCharsFromFolderName`
-    /// does; extensions are no matter: "Notes.old", then "Notes.old (2)".
+    /// does and has no extension: "Notes.old", then "Notes.old (2)".
     static CString MakeFolderNameUnique(const CString& folder, const CString& name);
 
     // --- Temporary files, on disk
 
-    /// The user's folder for temporary files, absolute and without trailing "/". The same for the life of the process,
-    /// even when it is deleted. $TMPDIR when it is an absolute path of a folder that belongs to the user and that no
-    /// other user may write. Else a private folder (mode 0700) that is made when it is missing: "RkUtilities-<user id>"
-    /// in $TMPDIR or /tmp, where a link and another user's folder are not used, or "RkUtilities/temporary" in the
-    /// user's caches. Where no such folder can be made, /tmp.
+    /// The user's folder for temporary files, absolute and without trailing "/", the same for the life of the process.
+    /// It is $TMPDIR, if that is the absolute path of a folder of the user that no other user may write. Else it is a
+    /// private folder (mode 0700) that is made when it is missing: "RkUtilities-<user id>" in $TMPDIR or /tmp, neither
+    /// a link nor another user's, or "RkUtilities/temporary" in the user's caches. Where no such folder can be made, it
+    /// is /tmp.
     static CString GetTempFolder();
     /// Makes an empty file that only the user may read and write (mode 0600) and returns its path: the temporary
     /// folder, "/", the prefix and eight letters and digits. The caller deletes it.

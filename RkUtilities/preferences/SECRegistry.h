@@ -32,9 +32,10 @@ concept StoredNumber =
 ///   finds the value of this machine before the value of any machine, whatever the root key.
 /// - A write is seen in the whole process at once. What other processes have stored is seen after the next `Open` or
 ///   `Close`.
-/// - The values live in `$XDG_CONFIG_HOME/<application>/preferences.sqlite` (without that variable in `~/.config`), mode 0600, in a table with
-///   scope, name, type and value; see ApplicationName.h. What a synchronisation has stored survives a kill and
-///   a power cut, also where several machines share the home folder, if its file system keeps their locks.
+/// - The values live in `$XDG_CONFIG_HOME/<application>/preferences.sqlite` (without that variable in `~/.config`),
+///   mode 0600, in a table with scope, name, type and value; see ApplicationName.h. What a synchronisation has stored
+///   survives a kill and a power cut, also where several machines share the home folder, if its file system keeps their
+///   locks.
 /// - Nothing is lost while the storage fails (full disk, read-only folder, no home, no descriptor or no memory left, a
 ///   folder or database that another process keeps locked for more than two seconds): values stay readable in the
 ///   process and the next synchronisation tries again. What was stored before is read also from a full disk and from a

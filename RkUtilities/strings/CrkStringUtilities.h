@@ -175,8 +175,9 @@ public:
     /// 2147483647 or -2147483647. Its namesake `CrkStringConversionUtilities::StringToLong` reads the whole text as the
     /// user's locale writes numbers, up to 64 bits, and tells whether it is one.
     static long StringToLong(const CString& text);
-    /// The decimal number at the start of the text, after white space and a sign, with "." and an exponent; 0 when there is none.
-    /// Correctly rounded; infinite when it is too large. "inf", "nan" and hexadecimal digits are no numbers.
+    /// The decimal number at the start of the text, after white space and a sign, with "." and an exponent; 0 when
+    /// there is none. Correctly rounded; infinite when it is too large. "inf", "nan" and hexadecimal digits are no
+    /// numbers.
     static double StringToDouble(const CString& text);
     /// Whether the text is "true" in any case, or `StringToLong` of it is not 0.
     static bool StringToBool(const CString& text);

@@ -23,7 +23,7 @@ CString CrkStringUtilities::AppendInt(rk::TextView text, int value) {
     const std::u16string_view front = text;
     const std::string digits = std::to_string(value);
     if (std::any_of(front.begin(), front.end(),
-                    rk::platform::IsSurrogate))  // lone ones become U+FFFD, as "%s" makes them
+                    rk::platform::IsSurrogate))  // a lone surrogate becomes U+FFFD, as with "%s"
         return CString(CString(front).ToUtf8().append(digits));
     return rk::TextBuilder::Written(front.size() + digits.size(), [&](char16_t* units) {
         rk::CopyUnits(front.data(), front.size(), units);

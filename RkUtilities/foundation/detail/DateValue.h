@@ -8,7 +8,7 @@ namespace rk {
 bool IsDateValue(double dateValue) noexcept;
 
 /// Seconds since 1 January 1970, 00:00:00 in no zone, of a date value to the nearest second; those of the value 0 when
-/// it is none of these.
+/// it is no such value.
 std::int64_t SecondsOfDateValue(double dateValue) noexcept;
 
 }  // namespace rk

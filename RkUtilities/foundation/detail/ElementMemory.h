@@ -11,7 +11,7 @@ namespace rk {
 /// the containers.
 template <class T> class ElementMemory {
 public:
-    /// Room for that many elements, of which none is made. Throws `std::bad_alloc`.
+    /// Room for that many elements, without elements. Throws `std::bad_alloc`.
     static T* Allocate(std::size_t count) {
         // More than pointers can be apart; the allocators of sanitizers would end the program.
         if (count > SIZE_MAX / 2 / sizeof(T))

@@ -85,7 +85,7 @@ void DecodeOneByOne(const unsigned char*& in, const unsigned char* stop, const u
                     char16_t*& out) noexcept {
     while (in < stop) {
         if (*in < 0x80 && stop - in >= 8) {
-            StoreBlock(out, WidenedBlock(in));  // what follows the ASCII ones is overwritten
+            StoreBlock(out, WidenedBlock(in));  // what follows the ASCII units is overwritten
             const std::size_t count = AsciiBytesBefore(EightBytes(in));
             in += count;
             out += count;

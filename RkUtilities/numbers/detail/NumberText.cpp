@@ -15,7 +15,7 @@ constexpr std::size_t kGroupUnits = 3;
 constexpr int kMostDecimals = 30;
 constexpr std::size_t kMostZeros = 1000000;  // that an exponent adds: a few units of text must not ask for gigabytes
 
-/// Moves the decimal point by `places`, to the right for positive ones.
+/// Moves the decimal point by `places`, to the right for a positive number.
 void ShiftPoint(SplitNumber& number, std::int64_t places, std::u16string& moved) {
     const auto count = static_cast<std::size_t>(places < 0 ? -places : places);
     if (places > 0) {
