@@ -55,7 +55,6 @@ concept EqualityComparable = requires(const Left& left, const Right& right) {
 }  // namespace rk
 
 /// Queries on arrays of references: does an array hold these very objects, and where are equal objects?
-///
 /// `array` is any range that can be walked more than once, `objects` any range, also a single-pass range or a view that
 /// cannot be const. Their elements are pointers, raw or smart, to the same type, or to a type and a base of it.
 /// Identity compares the addresses; equality compares the objects by `==`, the array's object on the left. A null

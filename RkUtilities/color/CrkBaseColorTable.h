@@ -14,10 +14,8 @@ public:
         char const* key;    ///< of the text in the application's string tables (`CString::LoadString`); null: no text
     };
 
-    /// The first of the entries, which the table owns.
-    virtual ColorEntry const* GetColorEntries() = 0;
-    /// The number of entries; 0 or less when the table has no entries.
-    virtual int GetColorCount() = 0;
+    virtual ColorEntry const* GetColorEntries() = 0;  ///< The first of the entries, which the table owns.
+    virtual int GetColorCount() = 0;  ///< The number of entries; 0 or less when the table has no entries.
 
     /// The table that is set; null when no table is set, as at the start.
     static void Set(CrkBaseColorTable* table) noexcept;

@@ -100,6 +100,5 @@ public:
     /// piece that does not begin with a number is skipped.
     /// @throws CAtlException when memory is exhausted; either output may hold a part then
     static void ParsePtmCalendarString(CString text, CAtlArray<bool>& workingDays, CAtlMap<double, bool>& dates);
-    /// "0111110": Monday to Friday, no dates.
-    static CString DefaultWorkweekString();
+    static CString DefaultWorkweekString();  ///< "0111110": Monday to Friday, no dates.
 };

@@ -14,9 +14,8 @@ inline constexpr int kInvalidArgument = -50;    ///< an index or a position that
 /// What the containers throw, by value.
 class RK_EXPORT RK_DESCRIBED CAtlException : public std::exception {
 public:
-    explicit CAtlException(int code) noexcept;  ///< An exception with that code.
-    /// English text for the code, in static memory.
-    const char* what() const noexcept override;
+    explicit CAtlException(int code) noexcept;   ///< An exception with that code.
+    const char* what() const noexcept override;  ///< English text for the code, in static memory.
 
     int m_hr;  ///< the code: ATL::kAllocationFailed, ATL::kInvalidArgument or what AtlThrow was given
 };

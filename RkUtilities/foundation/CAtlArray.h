@@ -115,8 +115,7 @@ public:
         return true;
     }
 
-    /// Removes all elements and frees the memory.
-    void RemoveAll() noexcept { CAtlArray().Swap(*this); }
+    void RemoveAll() noexcept { CAtlArray().Swap(*this); }  ///< Removes all elements and frees the memory.
 
     /// Pointers, so the array is a contiguous range: std::span and std::ranges take it.
     T* begin() noexcept { return m_storage.m_elements; }

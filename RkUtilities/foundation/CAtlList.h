@@ -118,9 +118,8 @@ public:
         m_pool.Release();
     }
 
-    /// Iterators in both directions, head to tail.
-    iterator begin() noexcept { return {this, GetHeadPosition()}; }
-    iterator end() noexcept { return {this, nullptr}; }                          ///< Behind the last element.
+    iterator begin() noexcept { return {this, GetHeadPosition()}; }  ///< Iterators in both directions, head to tail.
+    iterator end() noexcept { return {this, nullptr}; }              ///< Behind the last element.
     const_iterator begin() const noexcept { return {this, GetHeadPosition()}; }  ///< The first element, for reading.
     const_iterator end() const noexcept { return {this, nullptr}; }              ///< Behind the last element.
 

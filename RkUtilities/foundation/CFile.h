@@ -38,8 +38,7 @@ public:
         /// opener may read and write it; another opener that asks is refused at once with `sharingViolation`. On a file
         /// system without such locks it has no effect.
         shareDenyWrite = 0x0020,
-        /// No restriction.
-        shareDenyNone = 0x0040,
+        shareDenyNone = 0x0040,  ///< No restriction.
         /// Makes the file when it is missing (readable and writable for whom the process's umask allows). Careful: **an
         /// existing file keeps its content**, unlike in other libraries. A shorter text leaves the end of the old text
         /// behind it, unless `modeTruncate` or `SetLength` cuts that.
@@ -48,8 +47,7 @@ public:
         modeTruncate = 0x0100,
     };
 
-    /// A closed file.
-    CFile() noexcept;
+    CFile() noexcept;  ///< A closed file.
     /// Opens a file as `Open` does; a failure is thrown as a `CFileException*`.
     CFile(const CString& path, unsigned int flags);
     /// Closes an open file. A failure to write back what was written goes unnoticed here: call `Close` to learn of it.

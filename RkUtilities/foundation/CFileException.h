@@ -4,9 +4,7 @@
 #include "RkUtilities/foundation/CException.h"
 #include "RkUtilities/foundation/CString.h"
 
-/// Why a file operation failed.
-///
-/// Thrown as a pointer, which the catcher disposes of:
+/// Why a file operation failed. Thrown as a pointer, which the catcher disposes of:
 ///
 ///     try {
 ///         CFile::Remove(path);
@@ -54,9 +52,7 @@ public:
     /// A part that is not known is left out.
     [[nodiscard]] CString GetErrorMessage() const;
 
-    int m_cause;  ///< A value of the causes above.
-    /// The system's error number behind the cause, else 0.
-    long m_lOsError;
-    /// The path as the caller gave it.
-    CString m_strFileName;
+    int m_cause;            ///< A value of the causes above.
+    long m_lOsError;        ///< The system's error number behind the cause, else 0.
+    CString m_strFileName;  ///< The path as the caller gave it.
 };

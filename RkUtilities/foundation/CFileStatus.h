@@ -16,12 +16,9 @@ struct CFileStatus {
         archive = 0x20,  ///< no folder: an ordinary file, also a pipe, a socket, a device or a link that leads nowhere
     };
 
-    /// When the file was made, where the file system knows it; else the oldest of its other times.
-    CTime m_ctime;
-    /// When the content was last changed.
-    CTime m_mtime;
-    /// When the content was last read, if the file system keeps that.
-    CTime m_atime;
+    CTime m_ctime;  ///< When the file was made, where the file system knows it; else the oldest of its other times.
+    CTime m_mtime;  ///< When the content was last changed.
+    CTime m_atime;  ///< When the content was last read, if the file system keeps that.
     /// Bytes; 64 bits, so files above 4 GiB fit. For a folder whatever the file system says.
     std::int64_t m_size = 0;
     unsigned char m_attribute = 0;  ///< Bits of `Attribute`.

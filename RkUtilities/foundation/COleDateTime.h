@@ -14,10 +14,8 @@
 /// - Nothing throws but `Format`. Safe from any thread.
 class RK_EXPORT COleDateTime {
 public:
-    /// The value 0: 30 December 1899, 00:00.
-    constexpr COleDateTime() noexcept = default;
-    /// The given value.
-    explicit constexpr COleDateTime(double dateValue) noexcept : m_dt(dateValue) {}
+    constexpr COleDateTime() noexcept = default;  ///< The value 0: 30 December 1899, 00:00.
+    explicit constexpr COleDateTime(double dateValue) noexcept : m_dt(dateValue) {}  ///< The given value.
     /// Refused. Seconds since 1970: `COleDateTime(CTime::FromTimeT(seconds))`; days: a `double`.
     template <std::integral T> explicit COleDateTime(T) = delete;
     /// The local calendar fields of a time, seconds included, fractions of a second not.

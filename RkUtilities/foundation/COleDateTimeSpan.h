@@ -8,8 +8,7 @@
 /// A signed duration, in days. Its parts are those of the nearest second.
 class COleDateTimeSpan : public rk::SpanParts<COleDateTimeSpan> {
 public:
-    /// No time at all.
-    constexpr COleDateTimeSpan() noexcept = default;
+    constexpr COleDateTimeSpan() noexcept = default;  ///< No time at all.
     /// The sum of its parts, each of any sign and size.
     constexpr COleDateTimeSpan(int days, int hours, int minutes, int seconds) noexcept
         : m_span(static_cast<double>(days) +

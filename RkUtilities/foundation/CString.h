@@ -63,8 +63,7 @@ public:
 
     // --- Construction
 
-    /// The empty text.
-    constexpr CString() noexcept = default;
+    constexpr CString() noexcept = default;  ///< The empty text.
 
     /// The zero-terminated UTF-16 text; null gives the empty text.
     CString(unsigned short const* text) : m_text(ViewOf(text)) {}
@@ -120,8 +119,7 @@ public:
     [[nodiscard]] std::size_t size() const noexcept { return View().size(); }  ///< The number of code units.
     [[nodiscard]] bool empty() const noexcept { return IsEmpty(); }            ///< `IsEmpty`.
     [[nodiscard]] const char16_t* data() const noexcept RK_LIFETIMEBOUND { return Units(); }  ///< `View().data()`.
-    /// The UTF-8 bytes; a lone surrogate becomes U+FFFD (EF BF BD).
-    [[nodiscard]] std::string ToUtf8() const;
+    [[nodiscard]] std::string ToUtf8() const;     ///< The UTF-8 bytes; a lone surrogate becomes U+FFFD (EF BF BD).
     void AppendUtf8To(std::string& bytes) const;  ///< Appends the UTF-8 bytes to `bytes`.
 
     // --- Substrings
@@ -185,8 +183,7 @@ public:
         CString empty;
         swap(*this, empty);
     }
-    /// Replaces the unit at `index`; outside the text nothing happens.
-    void SetAt(int index, unsigned short unit);
+    void SetAt(int index, unsigned short unit);  ///< Replaces the unit at `index`; outside the text nothing happens.
     /// Inserts before `index` (clamped to 0 .. length); returns the new length.
     int Insert(int index, const CString& text);
     /// Removes up to `unitCount` units from `index` on; returns the new length. Nothing happens for an index outside
@@ -195,14 +192,11 @@ public:
     /// Replaces every occurrence, left to right and not overlapping; the new text is not searched again. Returns how
     /// many. Nothing happens for an empty `before`. Linear in the length of the old and the new text.
     int Replace(const CString& before, const CString& after);
-    /// Removes every occurrence of one unit; returns how many.
-    int Remove(unsigned short unit);
-    /// Removes carriage returns and line feeds.
-    void RemoveLineFeeds();
-    CString& MakeUpper();  ///< Upper case, unit by unit.
-    CString& MakeLower();  ///< Lower case, unit by unit.
-    /// The units in reverse order, surrogate pairs kept.
-    CString& MakeReverse();
+    int Remove(unsigned short unit);                    ///< Removes every occurrence of one unit; returns how many.
+    void RemoveLineFeeds();                             ///< Removes carriage returns and line feeds.
+    CString& MakeUpper();                               ///< Upper case, unit by unit.
+    CString& MakeLower();                               ///< Lower case, unit by unit.
+    CString& MakeReverse();                             ///< The units in reverse order, surrogate pairs kept.
     CString& Trim() { return TrimLeft().TrimRight(); }  ///< Removes white space (Unicode's White_Space) at both ends.
     CString& TrimLeft();                                ///< Removes white space at the start.
     CString& TrimRight();                               ///< Removes white space at the end.

@@ -10,7 +10,6 @@
 class CString;
 
 /// A point in time, kept as one `double`: seconds since 1 January 2001, 00:00:00 UTC.
-///
 /// - Times lie in the years 1 to 9999 of every zone, to the microsecond and better near the present. What would lie
 ///   outside, or comes from no number (NaN), is the null time.
 /// - The null time is 1 January 1970, 00:00:00 UTC: before every time that `CrkDateUtilities::MinimumTime` allows.
@@ -19,8 +18,7 @@ class CString;
 /// - Nothing throws but `Format`. Safe from any thread, as long as no thread changes the environment meanwhile.
 class RK_EXPORT CTime {
 public:
-    /// The null time.
-    constexpr CTime() noexcept = default;
+    constexpr CTime() noexcept = default;  ///< The null time.
     /// The local time of a date value: days since 30 December 1899, 00:00, to the nearest second. The null time for a
     /// value that is no number or lies outside the years 1 to 9999.
     explicit CTime(double dateValue) noexcept;
@@ -32,8 +30,7 @@ public:
     /// 0 the time in standard time. A local time that exists once is that time, whatever `dst` says.
     CTime(int year, int month, int day, int hour, int minute, int second, int dst = -1) noexcept;
 
-    /// Now, to the microsecond.
-    [[nodiscard]] static CTime GetCurrentTime() noexcept;
+    [[nodiscard]] static CTime GetCurrentTime() noexcept;  ///< Now, to the microsecond.
     /// The time `seconds` after 1 January 2001, 00:00:00 UTC.
     [[nodiscard]] static CTime FromCFAbsoluteTime(double seconds) noexcept;
     /// The time `seconds` after 1 January 1970, 00:00:00 UTC, as the C library counts them (`std::time`).

@@ -8,8 +8,7 @@
 /// A signed duration, in seconds.
 class CTimeSpan : public rk::SpanParts<CTimeSpan> {
 public:
-    /// No time at all.
-    constexpr CTimeSpan() noexcept = default;
+    constexpr CTimeSpan() noexcept = default;  ///< No time at all.
     /// The sum of its parts, each of any sign and size.
     constexpr CTimeSpan(int days, int hours, int minutes, int seconds) noexcept
         : m_seconds(static_cast<double>(days * std::int64_t{86400} + hours * std::int64_t{3600} +

@@ -29,8 +29,7 @@
 /// RandomInRange depend on their arguments alone.
 class RK_EXPORT CrkMathUtilities {
 public:
-    /// A tolerance in drawing units for callers; no member uses it.
-    static constexpr float Epsilon = 0.01f;
+    static constexpr float Epsilon = 0.01f;  ///< A tolerance in drawing units for callers; no member uses it.
 
     static constexpr double Pi() noexcept { return std::numbers::pi; }  ///< π
 

@@ -22,8 +22,7 @@ class RK_EXPORT CrkGuid {
 public:
     static constexpr CFUUIDBytes c_nullGuid = {};  ///< 16 zero bytes: no GUID.
 
-    /// A new GUID, as CreateGuid makes it; never the null GUID.
-    CrkGuid() : m_bytes(CreateGuid()) {}
+    CrkGuid() : m_bytes(CreateGuid()) {}  ///< A new GUID, as CreateGuid makes it; never the null GUID.
     /// As StringToGuid reads the text: the null GUID when it is malformed.
     explicit CrkGuid(const CString& text) noexcept : m_bytes(StringToGuid(text)) {}
     constexpr CrkGuid(const CFUUIDBytes& bytes) noexcept : m_bytes(bytes) {}  ///< The GUID of these bytes.
@@ -66,8 +65,7 @@ public:
 
     /// The text of 36 units: upper-case digits, no braces. Throws std::bad_alloc without memory.
     static CString GuidToString(const CFUUIDBytes& bytes);
-    /// The same between "{" and "}", 38 units.
-    static CString GuidToStringWithBraces(const CFUUIDBytes& bytes);
+    static CString GuidToStringWithBraces(const CFUUIDBytes& bytes);  ///< The same between "{" and "}", 38 units.
 
     /// Whether all bytes are zero.
     static constexpr bool IsNullGuid(const CFUUIDBytes& bytes) noexcept { return bytes == c_nullGuid; }

@@ -48,8 +48,7 @@ public:
     /// Whether the category is listed as excluded.
     [[nodiscard]] bool IsExcluded(const CString& category) const { return Lists(m_excludeCategories, category); }
 
-    /// The path as given to the constructor.
-    [[nodiscard]] const CString& Path() const { return m_path; }
+    [[nodiscard]] const CString& Path() const { return m_path; }  ///< The path as given to the constructor.
     /// Why nothing of the file was applied, in UTF-8: "line 3: mismatched tag"; "" when it was.
     [[nodiscard]] const std::string& Fault() const { return m_fault; }
 

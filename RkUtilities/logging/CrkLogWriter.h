@@ -47,8 +47,7 @@ public:
 
     CrkLogWriter() = default;
     ~CrkLogWriter() override;
-    /// "CrkLogWriter".
-    virtual CString GetClassName() const { return u"CrkLogWriter"; }
+    virtual CString GetClassName() const { return u"CrkLogWriter"; }  ///< "CrkLogWriter".
 
     // --- Start and stop
 
@@ -133,8 +132,7 @@ public:
     /// stored, which is not that of `CrkGuid::GuidToString`.
     [[nodiscard]] static CString EntryHeader(const CString& category, ErkLogLevel level, const CString& description,
                                              CFUUIDBytes id);
-    /// "</l:LogEntry>" and a line feed.
-    [[nodiscard]] static CString EntryFooter();
+    [[nodiscard]] static CString EntryFooter();  ///< "</l:LogEntry>" and a line feed.
     /// The message as it stands in the body: each "&" becomes "&amp;", and everything up to the first "?>" goes,
     /// since a message may be an XML document, whose declaration must not stand inside an entry. Other markup passes
     /// as it is.
@@ -162,8 +160,7 @@ public:
     /// Held while an entry is written and a file moved aside. A `std::mutex`, so usable before `Init`; its
     /// `native_handle()` is the POSIX mutex. A caller that holds it must not fork.
     static std::mutex m_mutex;
-    /// When the library was loaded, in whole seconds since 2001-01-01 00:00 UTC.
-    static std::int32_t m_seconds;
+    static std::int32_t m_seconds;  ///< When the library was loaded, in whole seconds since 2001-01-01 00:00 UTC.
 
 private:
     enum class Outcome { Done, FolderWasMissing };

@@ -36,6 +36,5 @@ public:
 
     /// Not a list separator but the decimal separator of plain numbers: "," in de_DE and fr_CH, "." in en_US.
     static CString GetListSeparator();
-    /// The first day of the week: 1 is Sunday, 2 Monday ... 7 Saturday.
-    static int GetFirstDayOfWeek();
+    static int GetFirstDayOfWeek();  ///< The first day of the week: 1 is Sunday, 2 Monday ... 7 Saturday.
 };

@@ -20,11 +20,9 @@ public:
 
     /// Exactly "true" or "false"; for other texts (" true", "True", "1") the result is false and `value` stays.
     static bool StringToBool(const CString& text, bool& value);
-    /// "true" or "false" with `asWords`, else "1" or "0".
-    static CString BoolToString(bool value, bool asWords);
-    /// ASCII digits, "-" before negative numbers. No grouping.
-    static CString LongToString(long value);
-    static CString ULongToString(unsigned long value);  ///< The same for an unsigned number.
+    static CString BoolToString(bool value, bool asWords);  ///< "true" or "false" with `asWords`, else "1" or "0".
+    static CString LongToString(long value);                ///< ASCII digits, "-" before negative numbers. No grouping.
+    static CString ULongToString(unsigned long value);      ///< The same for an unsigned number.
 
     // --- The number at the start of a text
     //

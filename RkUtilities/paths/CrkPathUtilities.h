@@ -4,7 +4,6 @@
 #include "RkUtilities/foundation/CString.h"
 
 /// Paths as text, and what callers ask most often about the files behind them.
-///
 /// - A path is UTF-16 text. "/" separates its elements; where a path is taken apart "\" separates too. Code units are
 ///   looked at one by one, the only space that is trimmed is U+0020, and comparisons are exact unless a member says so.
 /// - Members look at the text alone unless they say "on disk". There a leading "~/" is the home folder and a text with
@@ -66,8 +65,7 @@ public:
 
     // --- Slashes and spaces
 
-    /// Appends "/" unless the path is empty or ends with one.
-    static void AssureTrailingSlash(CString* path);
+    static void AssureTrailingSlash(CString* path);  ///< Appends "/" unless the path is empty or ends with one.
     /// Removes one "/" at the end: "a//" becomes "a/", and "/" becomes "".
     static void StripTrailingSlash(CString* path);
     /// Copies `source` and assures the copy's trailing slash. Both may be the same object.
@@ -81,8 +79,7 @@ public:
     ///     "  C\dir\sub  "  ->  "C/dir/sub/"
     ///     "   "            ->  ""
     static void NormalizePath(CString* path);
-    /// Removes U+0020 at the start / at the end.
-    static void StripLeadingSpace(CString* path);
+    static void StripLeadingSpace(CString* path);   ///< Removes U+0020 at the start / at the end.
     static void StripTrailingSpace(CString* path);  ///< Removes U+0020 at the end.
 
     // --- Absolute and relative paths

@@ -11,7 +11,6 @@ class CFile;
 struct CFileStatus;
 
 /// Files and folders: what is known of them, making, renaming, deleting, copying, comparing and listing them.
-///
 /// - An object keeps nothing between calls, and all members are safe from any thread.
 /// - Paths are as `CFile` takes them: absolute or relative to the current folder, a leading "~/" is the home folder.
 ///   Names are of any bytes: a name that is no UTF-8 comes from `GetFileList` as a text that leads back to its file.
@@ -42,19 +41,17 @@ public:
     ///     "C:\dir\f.txt"  ->  "C:\dir\", without the drive "\dir\"
     ///     "/a:b/c"        ->  "/a:b/",   without the drive "b/"
     CString GetPath(const CString& path, signed char keepDrive) const;
-    CString GetExtension(const CString& path) const;  ///< As `CrkPathUtilities::GetExtensionFromFileName`.
-    /// As `CrkPathUtilities::FileWithoutExtensionFromFilename`.
-    CString GetBaseFileName(const CString& path) const;
+    CString GetExtension(const CString& path) const;     ///< As `CrkPathUtilities::GetExtensionFromFileName`.
+    CString GetBaseFileName(const CString& path) const;  ///< As `CrkPathUtilities::FileWithoutExtensionFromFilename`.
     CString GetFullPathName(const CString& path) const;  ///< As `CrkPathUtilities::GetAbsolutePath`.
 
     // --- What is known of a file or folder: true when it could be read, else the output is untouched
 
-    bool GetFileStatus(const CString& path, CFileStatus& status) const;  ///< Times, size and attribute.
-    bool GetFileCreateTime(const CString& path, CTime& time) const;      ///< When it was made.
-    bool GetFileModifyTime(const CString& path, CTime& time) const;      ///< When its content was last changed.
-    bool GetFileAccessTime(const CString& path, CTime& time) const;      ///< When it was last read.
-    /// Bytes.
-    bool GetFileSize(const CString& path, unsigned long long& size) const;
+    bool GetFileStatus(const CString& path, CFileStatus& status) const;     ///< Times, size and attribute.
+    bool GetFileCreateTime(const CString& path, CTime& time) const;         ///< When it was made.
+    bool GetFileModifyTime(const CString& path, CTime& time) const;         ///< When its content was last changed.
+    bool GetFileAccessTime(const CString& path, CTime& time) const;         ///< When it was last read.
+    bool GetFileSize(const CString& path, unsigned long long& size) const;  ///< Bytes.
     /// Bits of `CFileStatus::Attribute`.
     bool GetFileAttribute(const CString& path, unsigned char& attribute) const;
     /// Whether a file, a folder or a link, also a link that leads nowhere, has that name.
@@ -80,14 +77,12 @@ public:
     /// complete and the old tree may have lost files. A killed process leaves the old or the new tree complete.
     bool RenameDirectory(const CString& oldPath, const CString& newPath) const;
 
-    /// Removes a file or a link itself, never a folder.
-    bool DeleteFile(const CString& path) const;
+    bool DeleteFile(const CString& path) const;  ///< Removes a file or a link itself, never a folder.
     /// Removes an empty folder or, with `recursive`, a folder with all it holds, or a file. Links are removed, in the
     /// folder and at the path itself, and what they lead to is not. Stops at the first entry that cannot be removed.
     /// "", the root folder and paths that end in "." or ".." are refused.
     bool DeleteDirectory(const CString& path, signed char recursive) const;
-    /// Closes the file; false when writing it back failed.
-    bool CloseFile(CFile* file) const;
+    bool CloseFile(CFile* file) const;  ///< Closes the file; false when writing it back failed.
 
     // --- Comparing and copying
 

@@ -78,8 +78,7 @@ public:
     /// Records key path and permissions; true. The rest is ignored.
     bool Create(rk::TextView keyPath, rk::TextView className, CreateOptions options, CreatePermissions permissions,
                 CreationDisposition* disposition);
-    /// Synchronises; true, also when the storage fails.
-    bool Close();
+    bool Close();  ///< Synchronises; true, also when the storage fails.
     /// False: there is no key at any index. The name is not changed.
     bool EnumerateKeys(std::uint32_t /*index*/, CString& /*name*/) const { return false; }
 
@@ -126,8 +125,7 @@ public:
     bool DeleteValue(rk::TextView name);
     /// The names of all values that can be read, in the order of their code units. Needs CAtlArray.h.
     [[nodiscard]] CAtlArray<CString> GetValueNames() const;
-    /// The name itself.
-    [[nodiscard]] CString GetFullKey(rk::TextView name) const { return name; }
+    [[nodiscard]] CString GetFullKey(rk::TextView name) const { return name; }  ///< The name itself.
 
 private:
     bool SetDouble(rk::TextView name, double value);

@@ -88,8 +88,7 @@ public:
     static CString ReplaceInvalidTopicTextCharacters(const CString& text);
     /// The text with CR LF where an LF stands without one before it; a lone CR stays.
     static CString ConvertLFsToCRLFPairs(const CString& text);
-    /// The text without CR and LF.
-    static CString RemoveCRLF(const CString& text);
+    static CString RemoveCRLF(const CString& text);  ///< The text without CR and LF.
     /// Whether a unit is neither 0x00 to 0x1F nor DEL. C1 controls and surrogates count as printable.
     static bool IsCharPrintable(unsigned short unit);
     /// What stands before the first space, tab, CR or LF, followed by "..." when that is not all: "Hello..." for "Hello world".
@@ -143,8 +142,7 @@ public:
     /// - A separator with a space in it may itself be broken there; after 1,000 lines that took up nothing of the text,
     ///   the wrap ends.
     static void InsertLineSeparators(CString* text, const CString& separator, int width, int maximumLines);
-    /// The number of lines that are not empty; CR and LF end lines.
-    static int GetLinesCount(const CString& text);
+    static int GetLinesCount(const CString& text);  ///< The number of lines that are not empty; CR and LF end lines.
 
     // --- Joining, sorting, measuring
 

@@ -15,8 +15,7 @@ public:
 
     /// Production Char: tab, LF, CR, U+0020 to U+D7FF, U+E000 to U+FFFD.
     static bool IsChar(unsigned short unit) noexcept;
-    /// BaseChar or Ideographic.
-    static bool IsLetter(unsigned short unit) noexcept;
+    static bool IsLetter(unsigned short unit) noexcept;         ///< BaseChar or Ideographic.
     static bool IsBaseChar(unsigned short unit) noexcept;       ///< Production BaseChar.
     static bool IsIdeographic(unsigned short unit) noexcept;    ///< Production Ideographic.
     static bool IsCombiningChar(unsigned short unit) noexcept;  ///< Production CombiningChar.
@@ -24,8 +23,7 @@ public:
     static bool IsExtender(unsigned short unit) noexcept;       ///< Production Extender.
     /// Letter, Digit, CombiningChar, Extender, ".", "-" or "_".
     static bool IsNCNameChar(unsigned short unit) noexcept;
-    /// NCNameChar or ":".
-    static bool IsNameChar(unsigned short unit) noexcept;
+    static bool IsNameChar(unsigned short unit) noexcept;  ///< NCNameChar or ":".
 
     // --- Whole texts
 

@@ -28,8 +28,7 @@ public:
     explicit FormatArgument(double value) noexcept { Hold(value); }
     explicit FormatArgument(float value) noexcept : FormatArgument(static_cast<double>(value)) {}
     explicit FormatArgument(long double value) noexcept { Hold(value); }
-    /// A zero-terminated UTF-8 text, or null.
-    explicit FormatArgument(const char* utf8) noexcept { Hold(utf8); }
+    explicit FormatArgument(const char* utf8) noexcept { Hold(utf8); }  ///< A zero-terminated UTF-8 text, or null.
     /// A UTF-8 text that may hold the code 0.
     explicit FormatArgument(std::string_view utf8) noexcept { Hold(utf8); }
     explicit FormatArgument(const std::string& utf8) noexcept : FormatArgument(std::string_view(utf8)) {}
@@ -47,8 +46,7 @@ public:
     template <class Kind> [[nodiscard]] const Kind* As() const noexcept {
         return m_kind == NumberOf<Kind>() ? std::launder(reinterpret_cast<const Kind*>(m_value)) : nullptr;
     }
-    /// The size of an integer's type.
-    [[nodiscard]] std::size_t ByteCount() const noexcept { return m_byteCount; }
+    [[nodiscard]] std::size_t ByteCount() const noexcept { return m_byteCount; }  ///< The size of an integer's type.
 
 private:
     template <class Kind> static consteval int NumberOf() {

@@ -39,8 +39,7 @@ public:
         m_length += count;
         return end;
     }
-    /// The text; the builder is empty afterwards.
-    [[nodiscard]] CString Take();
+    [[nodiscard]] CString Take();  ///< The text; the builder is empty afterwards.
 
     /// A text of exactly `unitCount` units, all of which `write` writes to the place that it is given.
     template <class Write> [[nodiscard]] static CString Written(std::size_t unitCount, const Write& write) {

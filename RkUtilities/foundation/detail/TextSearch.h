@@ -33,8 +33,7 @@ public:
         m_value = FilledBlock(static_cast<char16_t>(sources.units[0] | anyBits));
     }
     [[nodiscard]] std::uint16_t AnyBits() const noexcept { return m_anyBits[0]; }
-    /// The unit with those bits set.
-    [[nodiscard]] std::uint16_t Value() const noexcept { return m_value[0]; }
+    [[nodiscard]] std::uint16_t Value() const noexcept { return m_value[0]; }  ///< The unit with those bits set.
     [[nodiscard]] bool Fits(char16_t unit) const noexcept { return (unit | AnyBits()) == Value(); }
     [[nodiscard]] UnitMask Fitting(UnitBlock block) const noexcept { return (block | m_anyBits) == m_value; }
 
@@ -70,8 +69,7 @@ private:
         std::uint64_t candidates = 0;  // the first place is the lowest bit
     };
 
-    /// Whether a candidate is a match.
-    bool MatchesAt(std::size_t at);
+    bool MatchesAt(std::size_t at);  ///< Whether a candidate is a match.
     std::size_t Among(std::size_t begin);
     [[nodiscard]] std::size_t FindLinear(std::size_t start) const;
 

@@ -27,8 +27,7 @@ public:
         }
         m_length = static_cast<int>(unitCount);
     }
-    /// A copy of the units. Throws likewise.
-    explicit TextStorage(std::u16string_view units);
+    explicit TextStorage(std::u16string_view units);  ///< A copy of the units. Throws likewise.
     /// Over a literal.
     consteval TextStorage(const char16_t* literal, std::size_t unitCount) : m_length(static_cast<int>(unitCount)) {
         if (unitCount <= kInlineUnits) {
@@ -79,10 +78,8 @@ public:
     [[nodiscard]] std::size_t Capacity() const noexcept {
         return m_kind == Kind::Shared ? SharedUnits::Capacity(m_place.pointer) : kInlineUnits;
     }
-    /// Own units, to be written to.
-    char16_t* OwnUnits() noexcept { return const_cast<char16_t*>(Units()); }
-    /// The units, this text's own from now on. Throws `std::bad_alloc`.
-    char16_t* MakeOwn();
+    char16_t* OwnUnits() noexcept { return const_cast<char16_t*>(Units()); }  ///< Own units, to be written to.
+    char16_t* MakeOwn();  ///< The units, this text's own from now on. Throws `std::bad_alloc`.
     /// Ends own units after `length`.
     void SetLength(std::size_t length) noexcept {
         OwnUnits()[length] = 0;

@@ -13,12 +13,10 @@
 namespace rk::platform {
 
 /// A file that several processes append to, one at a time.
-///
 /// An open object holds a lock on the file. The lock keeps other objects away, those of this process and those of other
 /// processes; it keeps no reader away, and it has nothing to do with the lock of `Sharing::DenyWrite`. Any process that
 /// may read the file can hold the lock, so `Open` waits for it only as long as the caller has patience. Without the
 /// lock, as on a file system that has no locks, an append is still one write at the file's end.
-///
 /// Paths are native bytes, errors the system's numbers in `std::generic_category()`; interrupted calls go on, the
 /// descriptor is closed on `exec`. An object is used by one thread at a time.
 class AppendFile {
@@ -41,15 +39,13 @@ public:
 
     /// Whether this object has the lock, or the file system has no locks.
     [[nodiscard]] bool IsLocked() const noexcept { return m_isLocked; }
-    /// Whether the file is as it was left.
-    [[nodiscard]] bool IsAsLeft() const noexcept { return m_isAsLeft; }
+    [[nodiscard]] bool IsAsLeft() const noexcept { return m_isAsLeft; }  ///< Whether the file is as it was left.
     /// The length as of `Open` and our own appends and cuts since.
     [[nodiscard]] std::uint64_t ByteCount() const noexcept { return m_byteCount; }
     /// What is to be remembered of the file.
     void Remember(std::string&& path, std::optional<Left>& left) const noexcept;
 
-    /// Whether the file of this path is the open one.
-    [[nodiscard]] bool StandsAt(const std::string& path) const;
+    [[nodiscard]] bool StandsAt(const std::string& path) const;  ///< Whether the file of this path is the open one.
 
     /// Reads from `offset` on, up to `byteCount` bytes; returns the number of bytes that were there.
     std::size_t ReadAt(std::uint64_t offset, char* buffer, std::size_t byteCount, std::error_code& error) const;
@@ -62,8 +58,7 @@ public:
     /// Drops everything behind the first `byteCount` bytes.
     [[nodiscard]] std::error_code CutTo(std::uint64_t byteCount);
 
-    /// Closes the file; it is closed after a failure too.
-    [[nodiscard]] std::error_code Close();
+    [[nodiscard]] std::error_code Close();  ///< Closes the file; it is closed after a failure too.
 
 private:
     [[nodiscard]] std::error_code OpenUnlocked(const std::string& path);

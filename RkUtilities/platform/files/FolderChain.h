@@ -17,10 +17,8 @@ public:
     enum class Use { List, PassThrough };  ///< PassThrough needs no permission to read the folder
 
     std::error_code Start(Place place, Links links, Use use);
-    /// Goes down into a folder of the current one.
-    std::error_code Enter(const char* name, Links links, Use use);
-    /// Goes to a folder that is somewhere else; leaving it leads back.
-    std::error_code EnterElsewhere(Place place);
+    std::error_code Enter(const char* name, Links links, Use use);  ///< Goes down into a folder of the current one.
+    std::error_code EnterElsewhere(Place place);  ///< Goes to a folder that is somewhere else; leaving it leads back.
     std::error_code Leave();
     [[nodiscard]] int Current() const noexcept { return m_levels.back().folder.Descriptor(); }
 

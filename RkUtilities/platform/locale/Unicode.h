@@ -21,14 +21,12 @@ struct CaseSources {
 class CaseTable {
 public:
     constexpr explicit CaseTable(std::int32_t (*mapping)(std::int32_t codePoint)) noexcept : m_mapping(mapping) {}
-    /// The table with its content.
-    const CaseTable& Made() noexcept;
+    const CaseTable& Made() noexcept;  ///< The table with its content.
 
     char16_t operator[](char16_t unit) const noexcept {
         return static_cast<char16_t>(unit + m_offsets[m_blocks[unit / kBlockUnits]][unit % kBlockUnits]);
     }
-    /// Every unit that maps to `mapped`.
-    [[nodiscard]] CaseSources SourcesOf(char16_t mapped) const noexcept;
+    [[nodiscard]] CaseSources SourcesOf(char16_t mapped) const noexcept;  ///< Every unit that maps to `mapped`.
 
 private:
     struct Change {

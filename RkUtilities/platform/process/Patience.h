@@ -11,8 +11,7 @@ class Patience {
 public:
     explicit Patience(std::chrono::milliseconds total) noexcept : m_total(total) {}
 
-    /// Locks the mutex, unless that takes longer than there is time.
-    [[nodiscard]] bool Lock(std::mutex& mutex);
+    [[nodiscard]] bool Lock(std::mutex& mutex);  ///< Locks the mutex, unless that takes longer than there is time.
     /// Sleeps for a moment before the next try of something that cannot be waited for; false when the time is up.
     [[nodiscard]] bool Sleep();
 

@@ -23,17 +23,14 @@ public:
     /// Opens nothing yet. `hostId` tells this host's values from those of others.
     PreferenceDatabase(std::string path, const std::string& hostId);
 
-    /// Opens or makes the file (mode 0600).
-    StorageOutcome Open();
+    StorageOutcome Open();  ///< Opens or makes the file (mode 0600).
     void Close() noexcept;
     [[nodiscard]] bool IsOpen() const noexcept { return m_database != nullptr; }
     /// Whether the path still leads to the file that was opened last.
     [[nodiscard]] bool IsInPlace() const noexcept;
-    /// Looks at every page of the file, reads it, and tries to write.
-    StorageOutcome Check();
+    StorageOutcome Check();  ///< Looks at every page of the file, reads it, and tries to write.
 
-    /// Stores all values, or after a failure no value.
-    StorageOutcome Store(const PreferenceMap& values) noexcept;
+    StorageOutcome Store(const PreferenceMap& values) noexcept;  ///< Stores all values, or after a failure no value.
     /// Gives all values to `take` if another process has stored some since they were last taken.
     StorageOutcome ReadIfChanged(const Taker& take);
     /// Gives all values of a file to `take` where nothing can be written, as on a full disk. Opens the database for that alone.

@@ -40,8 +40,7 @@ public:
 
     /// The values that wait. A value that is set from now on waits for the next storing.
     PreferenceMap BeginStoring();
-    /// Unless they are stored, the values of `BeginStoring` wait again.
-    void EndStoring(bool areStored) noexcept;
+    void EndStoring(bool areStored) noexcept;  ///< Unless they are stored, the values of `BeginStoring` wait again.
     /// Takes what the database holds. In another database than before, the known values that it lacks have to wait.
     void Take(PreferenceMap&& read, bool isAnotherDatabase);
 

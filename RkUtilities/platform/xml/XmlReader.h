@@ -15,8 +15,7 @@ public:
     /// A piece of text of the innermost open element; a text may come in several pieces. White space is kept, a line
     /// break is "\n", references to characters are resolved.
     virtual void Text(std::string_view piece) = 0;
-    /// The innermost open element ends.
-    virtual void ElementEnds() = 0;
+    virtual void ElementEnds() = 0;  ///< The innermost open element ends.
 };
 
 /// Documents of more bytes, elements that are nested deeper, and document types that declare more attributes, which the
