@@ -1,7 +1,6 @@
 #include "RkUtilities/guid/CrkGuid.h"
 
 #include "RkUtilities/foundation/detail/TextBuilder.h"
-#include "RkUtilities/guid/detail/GuidText.h"
 #include "RkUtilities/platform/process/Random.h"
 
 #include <algorithm>

@@ -9,7 +9,6 @@
 #include <iterator>
 #include <map>
 #include <optional>
-#include <string>
 #include <string_view>
 #include <vector>
 

@@ -5,7 +5,6 @@
 #include "RkUtilities/platform/locale/Unicode.h"
 
 #include <algorithm>
-#include <string_view>
 
 namespace {
 

@@ -11,7 +11,6 @@
 #include <charconv>
 #include <climits>
 #include <string>
-#include <string_view>
 
 namespace {
 

@@ -3,7 +3,6 @@
 #include "RkUtilities/foundation/detail/TextBuilder.h"
 
 #include <optional>
-#include <string_view>
 #include <utility>
 
 namespace {

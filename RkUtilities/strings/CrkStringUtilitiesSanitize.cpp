@@ -4,7 +4,6 @@
 #include "RkUtilities/foundation/detail/TextSearch.h"
 
 #include <span>
-#include <string_view>
 
 namespace {
 

@@ -3,7 +3,6 @@
 #include "RkUtilities/foundation/detail/Utf8.h"
 
 #include <climits>
-#include <utility>
 
 namespace rk {
 

@@ -1,6 +1,5 @@
 #include "RkUtilities/foundation/detail/TextSearch.h"
 
-#include <algorithm>
 #include <bit>
 #include <cstring>
 #include <type_traits>

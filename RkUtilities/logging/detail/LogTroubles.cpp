@@ -3,7 +3,6 @@
 #include "RkUtilities/logging/CrkLogWriter.h"
 
 #include <atomic>
-#include <cstdint>
 #include <cstdio>
 #include <iterator>
 

@@ -7,11 +7,9 @@
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <filesystem>
 #include <mutex>
 #include <new>
-#include <string>
 #include <string_view>
 #include <sys/stat.h>
 #include <system_error>

@@ -1,6 +1,5 @@
 #include "RkUtilities/platform/storage/PreferenceDatabase.h"
 
-#include "RkUtilities/platform/files/FileCalls.h"
 #include "RkUtilities/platform/files/FileFacts.h"
 
 #include <algorithm>
