@@ -141,8 +141,7 @@ private:
     struct Storage {
         Storage() = default;
         explicit Storage(std::size_t capacity) : m_elements(Memory::Allocate(capacity)), m_capacity(capacity) {}
-        Storage(const Storage&) = delete;
-        Storage& operator=(const Storage&) = delete;
+        Storage& operator=(Storage&&) = delete;
         ~Storage() { Memory::Free(m_elements); }
 
         T* m_elements = nullptr;

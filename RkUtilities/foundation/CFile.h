@@ -54,8 +54,6 @@ public:
     ~CFile();
     CFile(CFile&& other) noexcept;             ///< Takes the open file over; `other` is closed.
     CFile& operator=(CFile&& other) noexcept;  ///< Closes this file and takes the other file over.
-    CFile(const CFile&) = delete;
-    CFile& operator=(const CFile&) = delete;
 
     // --- An open file
 

@@ -4,6 +4,7 @@
 #include "RkUtilities/foundation/detail/TextSearch.h"
 #include "RkUtilities/foundation/detail/UnitBlock.h"
 #include "RkUtilities/platform/locale/Unicode.h"
+#include "RkUtilities/platform/locale/Utf.h"
 
 #include <algorithm>
 #include <vector>
@@ -111,7 +112,7 @@ CString& CString::MakeReverse() {
     char16_t* const units = m_text.MakeOwn();
     std::reverse(units, units + GetLength());
     for (int i = 1; i < GetLength(); ++i) {
-        if ((units[i - 1] & 0xFC00) == 0xDC00 && (units[i] & 0xFC00) == 0xD800) {
+        if (rk::platform::IsLowSurrogate(units[i - 1]) && rk::platform::IsHighSurrogate(units[i])) {
             std::swap(units[i - 1], units[i]);
             ++i;
         }

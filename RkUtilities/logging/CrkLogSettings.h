@@ -39,8 +39,7 @@ class RK_EXPORT RK_DESCRIBED CrkLogSettings : public CObject {
 public:
     /// Reads the file. Throws `CAtlException` or `std::bad_alloc` when memory runs out, and nothing else.
     explicit CrkLogSettings(const CString& settingsPath);
-    CrkLogSettings(const CrkLogSettings&) = delete;
-    CrkLogSettings& operator=(const CrkLogSettings&) = delete;
+    CrkLogSettings& operator=(CrkLogSettings&&) = delete;
     ~CrkLogSettings() override;
 
     /// Whether the category itself is listed as included; "*" does not count.

@@ -79,7 +79,7 @@ public:
     ///     "  C\dir\sub  "  ->  "C/dir/sub/"
     ///     "   "            ->  ""
     static void NormalizePath(CString* path);
-    static void StripLeadingSpace(CString* path);   ///< Removes U+0020 at the start / at the end.
+    static void StripLeadingSpace(CString* path);   ///< Removes U+0020 at the start.
     static void StripTrailingSpace(CString* path);  ///< Removes U+0020 at the end.
 
     // --- Absolute and relative paths

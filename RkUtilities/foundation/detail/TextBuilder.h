@@ -17,8 +17,7 @@ class TextBuilder {
 public:
     /// Room for `unitCount` units without another allocation.
     explicit TextBuilder(std::size_t unitCount = 0) { Reserve(unitCount); }
-    TextBuilder(const TextBuilder&) = delete;
-    TextBuilder& operator=(const TextBuilder&) = delete;
+    TextBuilder& operator=(TextBuilder&&) = delete;
     ~TextBuilder() {
         if (!IsShort())
             SharedUnits::Release(m_units);

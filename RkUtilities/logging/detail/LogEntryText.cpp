@@ -9,11 +9,11 @@
 #include "RkUtilities/platform/process/Threads.h"
 
 #include <array>
-#include <bit>
 #include <charconv>
 #include <chrono>
 #include <cstddef>
 #include <iterator>
+#include <utility>
 
 namespace rk {
 
@@ -64,19 +64,13 @@ void AppendHexadecimal(TextBuilder& target, std::uintptr_t number) {
     target.AppendAscii({digits.data(), std::to_chars(digits.begin(), digits.end(), number, 16).ptr});
 }
 
-void AppendUuid(TextBuilder& target, const CFUUIDBytes& id) {
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    std::array<char, 36> text;
-    auto* next = text.begin();
-    std::size_t index = 0;
-    for (const std::uint8_t byte : std::bit_cast<std::array<std::uint8_t, 16>>(id)) {
-        if (index == 4 || index == 6 || index == 8 || index == 10)
-            *next++ = '-';
-        *next++ = kDigits[byte >> 4];
-        *next++ = kDigits[byte & 0xF];
-        ++index;
-    }
-    target.AppendAscii({text.data(), text.size()});
+/// The bytes in their order. `CrkGuid` writes the first three groups as numbers, least significant byte first.
+void AppendUuid(TextBuilder& target, CFUUIDBytes id) {
+    std::swap(id.byte0, id.byte3);
+    std::swap(id.byte1, id.byte2);
+    std::swap(id.byte4, id.byte5);
+    std::swap(id.byte6, id.byte7);
+    target.Append(CrkGuid::GuidToString(id));
 }
 
 std::int32_t SecondsSince2001(std::chrono::system_clock::time_point time) {

@@ -86,8 +86,7 @@ class FileSizeSignalGuard {
 public:
     FileSizeSignalGuard() noexcept;
     ~FileSizeSignalGuard();
-    FileSizeSignalGuard(const FileSizeSignalGuard&) = delete;
-    FileSizeSignalGuard& operator=(const FileSizeSignalGuard&) = delete;
+    FileSizeSignalGuard& operator=(FileSizeSignalGuard&&) = delete;
 
     [[nodiscard]] bool FoundLimit() const noexcept { return m_foundLimit; }
 

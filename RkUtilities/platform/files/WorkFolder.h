@@ -16,7 +16,6 @@ class WorkFolder {
 public:
     WorkFolder() = default;
     ~WorkFolder();
-    WorkFolder(WorkFolder&&) = delete;
     WorkFolder& operator=(WorkFolder&&) = delete;
 
     std::error_code Make(Place target);

@@ -20,8 +20,7 @@ public:
         m_previous = uselocale(locale);
     }
     ~ScopedCLocale() { uselocale(m_previous); }
-    ScopedCLocale(const ScopedCLocale&) = delete;
-    ScopedCLocale& operator=(const ScopedCLocale&) = delete;
+    ScopedCLocale& operator=(ScopedCLocale&&) = delete;
 
 private:
     locale_t m_previous{};

@@ -28,8 +28,7 @@ public:
 
     explicit NumberFormats(const std::string& locale);
     ~NumberFormats();
-    NumberFormats(const NumberFormats&) = delete;
-    NumberFormats& operator=(const NumberFormats&) = delete;
+    NumberFormats& operator=(NumberFormats&&) = delete;
 
     /// The number that is the whole of `text` in the locale's plain decimal format. A fraction is cut off, and what is
     /// beyond a `WholeNumber` becomes the largest of its sign; infinity and "not a number" are no numbers here.

@@ -3,7 +3,6 @@
 #include "RkUtilities/platform/files/FileFacts.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <fcntl.h>
 #include <iterator>
 #include <sys/stat.h>
@@ -48,10 +47,9 @@ bool MayBeOnSeveralMachines(const std::string& path) {
 /// A path as SQLite's URIs spell it.
 std::string UriOf(const std::string& path) {
     std::string uri = "file:";
-    for (const char byte : path) {
-        char escaped[4];
-        std::snprintf(escaped, sizeof escaped, "%%%02X", static_cast<unsigned char>(byte));
-        uri += escaped;
+    for (const char character : path) {
+        const auto byte = static_cast<unsigned char>(character);
+        uri.append({'%', "0123456789ABCDEF"[byte >> 4], "0123456789ABCDEF"[byte & 0xF]});
     }
     return uri;
 }

@@ -1,6 +1,7 @@
 #include "RkUtilities/platform/xml/XmlReader.h"
 
 #include "RkUtilities/platform/files/FileCalls.h"
+#include "RkUtilities/platform/files/Files.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -12,7 +13,6 @@
 #include <new>
 #include <sys/random.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace rk::platform {
 
@@ -115,8 +115,7 @@ private:
 
 std::string ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver) {
     // Opened without waiting, as a pipe would have it, and looked at before a byte is read: a device may be endless.
-    constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
-    const FileHandle file(Uninterrupted([&] { return open(SystemPath(nativePath), kFlags); }));
+    const FileHandle file = OpenAt(PlaceOf(nativePath), O_RDONLY | O_NONBLOCK);
     struct stat facts{};
     if (!file || fstat(file.Descriptor(), &facts) != 0)
         return LastError().message();
@@ -126,17 +125,12 @@ std::string ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver) {
     // The file is read at once, so that the parser sees no token twice. The room is a byte larger than the file, to see
     // the file's end. The kernel gives 0 as the length of files that it makes up; they get the largest room.
     constexpr auto kLongest = static_cast<off_t>(kLongestXmlFile);
-    const off_t expected = facts.st_size > 0 ? std::min(facts.st_size, kLongest) : kLongest;
-    const auto room = static_cast<std::size_t>(expected) + 1;
+    const auto room = static_cast<std::size_t>(facts.st_size > 0 ? std::min(facts.st_size, kLongest) : kLongest) + 1;
     Reading reading(receiver);
-    char* const block = reading.Block(room);
-    std::size_t byteCount = 0;
-    for (ssize_t piece = 1; piece > 0 && byteCount < static_cast<std::size_t>(expected);) {
-        piece = Uninterrupted([&] { return read(file.Descriptor(), block + byteCount, room - byteCount); });
-        if (piece < 0)
-            return LastError().message();
-        byteCount += static_cast<std::size_t>(piece);
-    }
+    std::error_code error;
+    const std::size_t byteCount = ReadFile(file.Descriptor(), reading.Block(room), room, error);
+    if (error)
+        return error.message();
     return byteCount < room ? reading.Parse(byteCount) : "longer than it may be";
 }
 
