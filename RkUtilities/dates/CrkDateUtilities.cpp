@@ -5,14 +5,10 @@
 #include <chrono>
 #include <tuple>
 
-// Before whatever another file's initialiser does, in the static library too, where files have no order of their own.
-#define RK_MADE_FIRST __attribute__((init_priority(101)))
-
 constinit const CTime CrkDateUtilities::NullTime;
-RK_MADE_FIRST const CTime CrkDateUtilities::MinimumTime(1970, 1, 2, 0, 0, 0, -1);
-RK_MADE_FIRST const CTime CrkDateUtilities::MaximumTime(3000, 12, 30, 23, 59, 59, -1);
-
-#undef RK_MADE_FIRST
+// Before whatever another file's initialiser does, in the static library too, where files have no order of their own.
+[[gnu::init_priority(101)]] const CTime CrkDateUtilities::MinimumTime(1970, 1, 2, 0, 0, 0, -1);
+[[gnu::init_priority(101)]] const CTime CrkDateUtilities::MaximumTime(3000, 12, 30, 23, 59, 59, -1);
 
 namespace {
 

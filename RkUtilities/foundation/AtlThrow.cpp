@@ -5,14 +5,9 @@ namespace ATL {
 CAtlException::CAtlException(int code) noexcept : m_hr(code) {}
 
 const char* CAtlException::what() const noexcept {
-    switch (m_hr) {
-    case kAllocationFailed:
+    if (m_hr == kAllocationFailed)
         return "container: out of memory";
-    case kInvalidArgument:
-        return "container: no such index or position";
-    default:
-        return "container: failure";
-    }
+    return m_hr == kInvalidArgument ? "container: no such index or position" : "container: failure";
 }
 
 void AtlThrow(int code) { throw CAtlException(code); }

@@ -2,6 +2,7 @@
 #include "RkUtilities/numbers/CrkStringConversionUtilities.h"
 
 #include "RkUtilities/platform/locale/NumberFormats.h"
+#include "RkUtilities/platform/locale/Unicode.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -28,7 +29,7 @@ std::optional<WholeNumber> ReadPlainDigits(std::u16string_view text) {
     if (text.empty())
         return std::nullopt;
     for (const char16_t unit : text) {
-        if (unit < u'0' || unit > u'9')
+        if (!rk::platform::IsAsciiDigit(unit))
             return std::nullopt;
         const unsigned digit = unit - u'0';
         const bool fits = number.magnitude < kMost / 10 || number.magnitude <= (kMost - digit) / 10;

@@ -85,7 +85,7 @@ SECFileSystem::SECFileSystem() = default;
 
 SECFileSystem::~SECFileSystem() = default;
 
-// --- What is known of a file or folder -----------------------------------------------------------------------------
+// --- What is known of a file or folder
 
 bool SECFileSystem::GetFileStatus(const CString& path, CFileStatus& status) const {
     try {
@@ -131,7 +131,7 @@ bool SECFileSystem::IsDirectoryEmpty(const CString& path) const {
     return !error && isEmpty;
 }
 
-// --- Making, renaming, deleting ------------------------------------------------------------------------------------
+// --- Making, renaming, deleting
 
 bool SECFileSystem::MakeDirectory(const CString& path) const {
     return !HasOverlongName(path) && !platform::MakeFolder(rk::NativePath(path));
@@ -169,7 +169,7 @@ bool SECFileSystem::CloseFile(CFile* file) const {
     return Succeeds([&] { file->Close(); });
 }
 
-// --- Comparing and copying -----------------------------------------------------------------------------------------
+// --- Comparing and copying
 
 int SECFileSystem::CompareFiles(const CString& first, const CString& second, unsigned long blockSize) const {
     CFile a;

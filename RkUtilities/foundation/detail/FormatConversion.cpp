@@ -1,14 +1,14 @@
 #include "RkUtilities/foundation/detail/FormatConversion.h"
 
 #include "RkUtilities/foundation/FormatError.h"
+#include "RkUtilities/platform/locale/Unicode.h"
 
 namespace rk {
 
 namespace {
 
+using platform::IsAsciiDigit;
 using Length = FormatConversion::Length;
-
-bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 
 bool TakeIf(std::u16string_view& format, char16_t unit) {
     if (format.empty() || format.front() != unit)
@@ -19,7 +19,7 @@ bool TakeIf(std::u16string_view& format, char16_t unit) {
 
 int TakeNumber(std::u16string_view& format) {
     int number = 0;
-    while (!format.empty() && IsDigit(format.front())) {
+    while (!format.empty() && IsAsciiDigit(format.front())) {
         number = number * 10 + (format.front() - u'0');
         if (number > kMostFormatUnits)
             throw FormatError("a width, a precision or a position is too large");
@@ -31,7 +31,7 @@ int TakeNumber(std::u16string_view& format) {
 /// "3$" and the like; without one nothing is taken.
 ArgumentPlace TakePlace(std::u16string_view& format) {
     std::u16string_view rest = format;
-    if (rest.empty() || !IsDigit(rest.front()))
+    if (rest.empty() || !IsAsciiDigit(rest.front()))
         return {};
     const int position = TakeNumber(rest);
     if (!TakeIf(rest, u'$'))
@@ -47,7 +47,7 @@ void TakeCount(std::u16string_view& format, FormatCount& count) {
     count.isArgument = TakeIf(format, u'*');
     if (count.isArgument)
         count.place = TakePlace(format);
-    else if (!format.empty() && IsDigit(format.front()))
+    else if (!format.empty() && IsAsciiDigit(format.front()))
         count.number = TakeNumber(format);
 }
 

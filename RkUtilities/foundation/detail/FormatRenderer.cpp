@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstdint>
 #include <cstring>
 #include <optional>
 #include <string>

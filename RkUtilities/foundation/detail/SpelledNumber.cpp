@@ -15,8 +15,6 @@ namespace {
 
 constexpr int kNoDigit = -1;
 
-constexpr bool IsAsciiDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
-
 /// Takes signs, digits and separators off the front of a text.
 class Reader {
 public:
@@ -54,7 +52,9 @@ public:
     }
 
 private:
-    [[nodiscard]] bool NextDigitIsAscii() const noexcept { return !m_rest.empty() && IsAsciiDigit(m_rest.front()); }
+    [[nodiscard]] bool NextDigitIsAscii() const noexcept {
+        return !m_rest.empty() && platform::IsAsciiDigit(m_rest.front());
+    }
     int TakeLocalDigit() noexcept {
         const char16_t* next = m_rest.data();
         const char32_t character = platform::TakeCodePoint(next, m_rest.data() + m_rest.size());

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 
 namespace rk {
 
@@ -54,8 +53,7 @@ std::optional<SplitNumber> Split(const CString& text, std::u16string_view decima
     if (number.negative || rest.front() == u'+')
         rest.remove_prefix(1);
 
-    const auto isDigit = [](char16_t unit) { return unit >= u'0' && unit <= u'9'; };
-    const auto digitsEnd = std::find_if_not(rest.begin(), rest.end(), isDigit);
+    const auto digitsEnd = std::find_if_not(rest.begin(), rest.end(), platform::IsAsciiDigit);
     const auto wholeDigits = static_cast<std::size_t>(digitsEnd - rest.begin());  // hold neither point nor exponent
     std::size_t exponentAt = rest.find(u'e', wholeDigits);
     if (exponentAt == std::u16string_view::npos)

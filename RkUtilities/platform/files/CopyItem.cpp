@@ -78,14 +78,9 @@ void SetPermissionsAndTimes(int descriptor, const struct stat& source, mode_t ex
 }
 
 std::error_code CopyItem(Place from, Place to, FileKind kind, mode_t extraPermissions) {
-    switch (kind) {
-    case FileKind::File:
+    if (kind == FileKind::File)
         return CopyFileTo(from, to, extraPermissions);
-    case FileKind::Link:
-        return CopyLinkTo(from, to);
-    default:
-        return CopyNodeTo(from, to);
-    }
+    return kind == FileKind::Link ? CopyLinkTo(from, to) : CopyNodeTo(from, to);
 }
 
 std::error_code Decide(Place to, const CopyRules& rules, Decision& decision) {

@@ -57,16 +57,9 @@ timespec TimeToSet(const std::optional<FileTime>& time) noexcept {
 }  // namespace
 
 FileKind KindOfMode(unsigned mode) noexcept {
-    switch (mode & S_IFMT) {
-    case S_IFREG:
-        return FileKind::File;
-    case S_IFDIR:
-        return FileKind::Folder;
-    case S_IFLNK:
+    if (S_ISLNK(mode))
         return FileKind::Link;
-    default:
-        return FileKind::Other;
-    }
+    return S_ISREG(mode) ? FileKind::File : S_ISDIR(mode) ? FileKind::Folder : FileKind::Other;
 }
 
 std::optional<FileFacts> Inspect(const std::string& path, Links links) {

@@ -29,7 +29,7 @@ private:
 /// Puts the entry that a work folder holds in its place.
 std::error_code PutInPlace(Place item, Place target, Taken taken);
 
-// --- For good: complete also after a power cut ---------------------------------------------------------------------
+// --- For good: complete also after a power cut
 
 /// Publishes a file and waits until it and its name are on the disk. A file that is replaced passes on its permissions;
 /// a link is followed, and one that leads nowhere is ENOENT.

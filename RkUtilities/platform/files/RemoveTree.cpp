@@ -28,14 +28,8 @@ Removed RemoveEntry(int folder, const char* name, FileKind kind) noexcept {
 class TreeRemover {
 public:
     std::error_code Remove(Place item, FileKind kind, int depth) noexcept {
-        switch (RemoveEntry(item.folder, item.name, kind)) {
-        case Removed::Yes:
-            return {};
-        case Removed::Failed:
-            return LastError();
-        case Removed::NotEmpty:
-            break;
-        }
+        if (const Removed removed = RemoveEntry(item.folder, item.name, kind); removed != Removed::NotEmpty)
+            return removed == Removed::Yes ? std::error_code() : LastError();
         if (depth > kMostDepth)
             return MoveUp(item);
         const FileHandle folder = OpenFolder(item, O_RDONLY | O_NOFOLLOW);

@@ -55,6 +55,8 @@ const CaseTable& FoldedCase() noexcept;
 /// Categories L* and Nd.
 bool IsAlphaNumeric(char16_t unit) noexcept;
 
+constexpr bool IsAsciiDigit(char16_t unit) noexcept { return unit >= u'0' && unit <= u'9'; }
+
 /// The property White_Space.
 constexpr bool IsWhiteSpace(char16_t unit) noexcept {
     if (unit < 0x80)
