@@ -5,9 +5,8 @@
 #include "RkUtilities/platform/files/FileNames.h"
 #include "RkUtilities/platform/files/FolderList.h"
 #include "RkUtilities/platform/files/MoveTree.h"
+#include "RkUtilities/platform/locale/ReadInteger.h"
 
-#include <algorithm>
-#include <charconv>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -34,12 +33,10 @@ std::error_code MoveToNextNumber(const std::string& from, const std::string& sta
     const std::string nameStart = start.substr(folder.size());
     std::set<std::uint64_t> numbers;
     const std::error_code listing = VisitFolder(folder.empty() ? "." : folder, [&](std::string_view name, FileKind) {
-        std::uint64_t number = 0;
-        if (name.starts_with(nameStart) && name.ends_with(kEnd)) {
-            const char* const end = name.data() + name.size() - kEnd.size();
-            const auto read = std::from_chars(std::min(name.data() + nameStart.size(), end), end, number);
-            if (read.ec == std::errc() && read.ptr == end)
-                numbers.insert(number);
+        if (name.starts_with(nameStart) && name.ends_with(kEnd) && name.size() > nameStart.size() + kEnd.size()) {
+            const std::string_view digits = name.substr(nameStart.size(), name.size() - nameStart.size() - kEnd.size());
+            if (const auto number = ReadInteger<std::uint64_t>(digits))
+                numbers.insert(*number);
         }
         return Visit::Continue;
     });

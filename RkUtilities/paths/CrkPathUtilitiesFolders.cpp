@@ -1,7 +1,6 @@
 #include "RkUtilities/foundation/CFileException.h"
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
-#include "RkUtilities/platform/files/CanonicalPath.h"
 #include "RkUtilities/platform/files/FileFacts.h"
 #include "RkUtilities/platform/files/FileNames.h"
 #include "RkUtilities/platform/files/TemporaryFolder.h"

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <utility>
 
 namespace rk::platform {
 namespace {
@@ -82,6 +83,18 @@ std::optional<FileKind> KindOf(const std::string& path, std::error_code& error) 
 std::optional<FileKind> KindOf(const std::string& path) {
     std::error_code ignored;
     return KindOf(path, ignored);
+}
+
+std::optional<std::string> CanonicalPathOfReadable(const std::string& path) {
+    const FileHandle file = OpenAt(PlaceOf(path), O_RDONLY | O_NONBLOCK);
+    const std::optional<FileIdentity> opened = file ? IdentityOf(file.Descriptor()) : std::nullopt;
+    std::string reported;
+    if (!opened || LinkTarget(PlaceOf(file.Path()), reported))
+        return std::nullopt;
+    // A deleted file is reported as "name (deleted)", which may be another file's name.
+    struct stat found{};
+    const bool leadsBack = lstat(reported.c_str(), &found) == 0 && IdentityOf(found) == opened;
+    return leadsBack ? std::optional(std::move(reported)) : std::nullopt;
 }
 
 bool HasExistingFolder(const std::string& path) { return KindOf(FolderHolding(path)) == FileKind::Folder; }

@@ -47,6 +47,11 @@ std::optional<FileKind> KindOf(const std::string& path, std::error_code& error);
 /// The same for callers to whom a failure means that nothing is there.
 std::optional<FileKind> KindOf(const std::string& path);
 
+/// The absolute path, links resolved, of a file, folder, pipe or device that can be opened for reading at `path`. Never
+/// waits for a pipe's other end, and reads nothing. nullopt where nothing can be opened (a socket), and for a file that
+/// was deleted or renamed meanwhile.
+std::optional<std::string> CanonicalPathOfReadable(const std::string& path);
+
 /// True when the folder that holds the path's last element exists.
 bool HasExistingFolder(const std::string& path);
 

@@ -1,15 +1,14 @@
 #include "RkUtilities/platform/locale/NumberFormats.h"
 
 #include "RkUtilities/platform/locale/IcuMemory.h"
+#include "RkUtilities/platform/locale/ReadInteger.h"
 #include "RkUtilities/platform/process/KeptByName.h"
 #include "RkUtilities/platform/process/PerThread.h"
 #include "RkUtilities/platform/process/SameAsLast.h"
 #include "RkUtilities/platform/process/Threads.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <mutex>
 #include <unicode/calendar.h>
@@ -69,19 +68,14 @@ WholeNumber WholePart(std::string_view decimal) {
     constexpr std::int64_t kZerosBeyond = std::numeric_limits<std::uint64_t>::digits10 + 1;
     const bool negative = decimal.starts_with('-');
     decimal.remove_prefix(negative ? 1 : 0);
-    const std::size_t exponentAt = std::min(decimal.find('E'), decimal.size());
-    const std::string exponent(decimal.substr(std::min(exponentAt + 1, decimal.size())));
-    std::string digits(decimal.substr(0, exponentAt));
+    std::string digits(decimal.substr(0, decimal.find('E')));
+    decimal.remove_prefix(std::min(decimal.find_first_not_of("E+", digits.size()), decimal.size()));
     const std::size_t pointAt = std::min(digits.find('.'), digits.size());
     digits.erase(pointAt, 1);
-    const std::int64_t wholeDigits =
-        static_cast<std::int64_t>(pointAt) + (exponent.empty() ? 0 : std::strtoll(exponent.c_str(), nullptr, 10));
+    const auto wholeDigits = static_cast<std::int64_t>(pointAt) + ReadInteger<std::int64_t>(decimal).value_or(0);
     digits.resize(static_cast<std::size_t>(std::clamp<std::int64_t>(wholeDigits, 0, std::ssize(digits) + kZerosBeyond)),
                   '0');
-    std::uint64_t magnitude = 0;
-    if (std::from_chars(digits.data(), digits.data() + digits.size(), magnitude).ec == std::errc::result_out_of_range)
-        magnitude = kMostMagnitude;
-    return {negative, magnitude};
+    return {negative, digits.empty() ? 0 : ReadInteger<std::uint64_t>(digits).value_or(kMostMagnitude)};
 }
 
 }  // namespace
