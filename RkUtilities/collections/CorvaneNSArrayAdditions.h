@@ -33,7 +33,7 @@ template <class Range> using RangeReference = std::remove_cvref_t<std::ranges::r
 template <class Range>
 concept ReferenceRange = std::ranges::input_range<Range> && ObjectReference<RangeReference<Range>>;
 
-/// A range that can be walked again and again and gives references to objects.
+/// A range that can be walked repeatedly and gives references to objects.
 template <class Range>
 concept ReferenceArray = std::ranges::forward_range<Range> && ReferenceRange<Range>;
 
@@ -78,8 +78,8 @@ public:
         return false;
     }
 
-    /// Whether the array holds at least one of those very objects. The walk over `objects` ends at the first object
-    /// found; the time is linear in both ranges together. Throws std::bad_alloc without memory for the addresses.
+    /// Whether the array holds any of those very objects. The walk over `objects` ends at the first object found; time
+    /// is linear in both ranges together. Throws std::bad_alloc without memory for the addresses.
     template <rk::ReferenceArray Array, rk::ReferenceRange Objects>
         requires rk::IdentityComparable<rk::RangeReference<Array>, rk::RangeReference<Objects>>
     static bool containsAnyObjectsIdenticalTo(Array&& array, Objects&& objects) {
@@ -96,7 +96,7 @@ public:
 
     /// For each of `objects`, the lowest position, from 0, of an equal object in the array; a second equal object in
     /// the array is never named. An object that is not in the array adds no position.
-    /// The time is the product of both lengths at most: `==` is all that is asked of the objects.
+    /// Time is the product of both lengths at most.
     template <rk::ReferenceArray Array, rk::ReferenceRange Objects>
         requires rk::EqualityComparable<rk::RangeReference<Array>, rk::RangeReference<Objects>>
     static std::set<std::size_t> indexesOfObjects(Array&& array, Objects&& objects) {

@@ -8,7 +8,7 @@
 #include <cstdint>
 
 /// Type names that older code on class interfaces uses, for moving such code here. The umbrella leaves this header out:
-/// the names are short and global, and new code needs none of them. `docs/migrating.md` tells what has the same name
+/// the names are short and global, and new code does without them. `docs/migrating.md` tells what has the same name
 /// and another result.
 
 using BOOL = int;                      ///< A truth as an integer; `bool` converts to it and back.

@@ -15,8 +15,7 @@
 class RK_EXPORT CrkDateUtilities {
 public:
     // --- Three times that callers know by name
-    // They are made when the library is loaded, after the zone of that moment, and
-    // may be used by the initialisers of other files.
+    // Made when the library is loaded, after the zone of that moment; the initialisers of other files may use them.
     static const CTime NullTime;     ///< `CTime()`
     static const CTime MinimumTime;  ///< 2 January 1970, 00:00:00 local time
     static const CTime MaximumTime;  ///< 30 December 3000, 23:59:59 local time
@@ -58,8 +57,7 @@ public:
 
     // --- Days
 
-    /// The same calendar day at 00:00:00. Where a clock change leaves 00:00:00 out, `CTime` decides: the day's first
-    /// moment if the gap begins at 00:00.
+    /// The same calendar day at 00:00:00. Where a clock change leaves 00:00:00 out, `CTime` decides.
     static COleDateTime RemoveTimeFromDate(const COleDateTime& date) noexcept;
     static CTime RemoveTimeFromDate(const CTime& time) noexcept;  ///< The same for a time.
     /// True when year, month and day are the same, whatever the time of day.
@@ -79,8 +77,7 @@ public:
     /// 00:00 on the first day of the date's week: on a Monday when `language` is exactly "de" or "fr", else on a Sunday.
     static COleDateTime GetLocalizedWeekStart(const COleDateTime& date, const CString& language) noexcept;
     /// The same in local time, also in a week with a clock change; `MinimumTime` for 1, 2 and 3 January 1970. Where a
-    /// clock change leaves 00:00 out, `CTime` decides: the day's first moment, or the next day's if a zone left out the
-    /// day.
+    /// clock change leaves 00:00 out, `CTime` decides.
     static CTime GetLocalizedWeekStart(CTime date, CString language) noexcept;
 
     // --- The calendar of working days

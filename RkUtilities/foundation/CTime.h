@@ -10,8 +10,8 @@
 class CString;
 
 /// A point in time, kept as one `double`: seconds since 1 January 2001, 00:00:00 UTC.
-/// - Times lie in the years 1 to 9999 of every zone, to the microsecond and better near the present. What would lie
-///   outside, or comes from no number (NaN), is the null time.
+/// - Times lie in the years 1 to 9999 of every zone, to the microsecond and better near the present. A time outside, or
+///   from no number (NaN), is the null time.
 /// - The null time is 1 January 1970, 00:00:00 UTC: before every time that `CrkDateUtilities::MinimumTime` allows.
 /// - Calendar fields are read in the C library's local time (`TZ`, else the system's zone), for past and future dates
 ///   after the rules of that date, in the Gregorian calendar throughout. A changed `TZ` is seen by the next call.
@@ -24,10 +24,10 @@ public:
     explicit CTime(double dateValue) noexcept;
     template <std::integral T>
     explicit CTime(T) = delete;  ///< An integer is no date value: `FromTimeT` takes seconds since 1970.
-    /// The local time of calendar fields: full year, month 1 to 12. Fields out of range are carried ("31 April" is 1 May).
-    /// A local time that a clock change leaves out is moved on by the length of the gap (2:30 becomes 3:30). Where a local
-    /// time exists twice, `dst` decides: -1 (the system decides) means the first time, 1 the time in daylight saving time,
-    /// 0 the time in standard time. A local time that exists once is that time, whatever `dst` says.
+    /// The local time of calendar fields: full year, month 1 to 12. Fields out of range are carried ("31 April" is 1
+    /// May). A local time that a clock change leaves out is moved on by the length of the gap (2:30 becomes 3:30).
+    /// Where a local time exists twice, `dst` decides: -1 means the first time, 1 the time in daylight saving time, 0
+    /// the time in standard time.
     CTime(int year, int month, int day, int hour, int minute, int second, int dst = -1) noexcept;
 
     [[nodiscard]] static CTime GetCurrentTime() noexcept;  ///< Now, to the microsecond.
@@ -47,7 +47,7 @@ public:
     [[nodiscard]] int GetSecond() const noexcept { return Fields().tm_sec; }          ///< 0 to 59
     [[nodiscard]] int GetDayOfWeek() const noexcept { return Fields().tm_wday + 1; }  ///< 1 is Sunday, 7 Saturday
 
-    /// Fills a record with the UTC / the local fields and returns it. Unlike C's, it holds the full year and the month
+    /// Fills a record with the UTC fields and returns it. Unlike C's, it holds the full year and the month
     /// from 1, so that the fields fit the constructor; day of the week and of the year count from 0, as C's.
     std::tm* GetGmtTm(std::tm* fields) const noexcept;
     std::tm* GetLocalTm(std::tm* fields) const noexcept;  ///< Fills a record with the local fields, as `GetGmtTm` does.

@@ -4,15 +4,14 @@
 #include <iterator>
 #include <type_traits>
 
-/// A place in a CAtlList or a CAtlMap; null is no place, and what a walk arrives at behind the last element.
+/// A place in a CAtlList or a CAtlMap; null is no place, and the end of a walk.
 /// A position stays valid until its element is removed or its container destroyed; moving or swapping a container takes
 /// its positions along. A position of another container or of a removed element must not be used.
 using POSITION = struct PositionTag*;
 
 namespace rk {
 
-/// The iterator of the containers that are walked by positions: multi-pass, in a list backwards too, valid as long as
-/// its position and its container's address.
+/// The iterator of the containers with positions; valid as long as its position and its container's address.
 template <class Container, class Entry> class PositionIterator {
 public:
     /// Multi-pass, forwards or in both directions.
@@ -49,7 +48,7 @@ public:
         return before;
     }
 
-    /// Goes back to the previous position; from the end to the last one.
+    /// Goes back to the previous position; from the end to the last position.
     PositionIterator& operator--()
         requires(Container::kWalksBack)
     {

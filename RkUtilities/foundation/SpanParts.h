@@ -4,11 +4,11 @@
 
 namespace rk {
 
-/// What spans of time have in common, added to `Span` by inheritance: parts, sums and multiples. Where the amount is no
-/// number so are sums and multiples, and the parts are 0.
+/// What spans of time have in common, added to `Span` by inheritance: parts, sums and multiples. Of an amount that is
+/// no number the parts are 0.
 template <class Span> class SpanParts {
 public:
-    // The parts are whole and have the span's sign: -90 minutes are -1 hour and -30 minutes. Those of a span longer
+    // The parts are whole and have the span's sign: -90 minutes are -1 hour and -30 minutes. The parts of a span longer
     // than 9,500,000 years are 0.
     [[nodiscard]] constexpr long GetDays() const noexcept { return WholeSeconds() / 86400; }       ///< Whole days.
     [[nodiscard]] constexpr int GetHours() const noexcept { return Part(3600, 24); }               ///< -23 to 23

@@ -10,16 +10,16 @@ namespace rk {
 /// "th_TH@calendar=gregorian". "" takes the choice back.
 /// Without a choice the process's locale categories decide, as `setlocale` has set them: LC_MONETARY for money, LC_NUMERIC
 /// for numbers, LC_TIME for dates, LC_MESSAGES for texts and LC_COLLATE for the order of names. "C" and "POSIX" read as
-/// "en_US_POSIX"; a codeset (".UTF-8") is not looked at. A change shows in the next call of whatever follows the locale.
+/// "en_US_POSIX"; a codeset (".UTF-8") is not looked at. A change shows in the next call.
 /// A locale that ICU does not know falls back as ICU falls back: to its language, then to the locale of the environment.
-/// What can be no name of a locale (longer than 100 bytes, with units that no name has) reads as the root locale. Nothing
+/// A text that is no name of a locale (longer than 100 bytes, say) reads as the root locale. Nothing
 /// throws but `std::bad_alloc`. Safe from any thread; `setlocale` itself is not safe beside other threads, as C says.
 RK_EXPORT void SetUserLocale(std::string_view name);
 
 /// Makes the formats of the user's locale now: numbers, money, dates and times. To be called at the start, after
-/// `SetUserLocale`: what ICU needs much memory for is then there when memory is short later.
-/// Without this call each format is made by the first call that needs it. Takes a few milliseconds. Throws
-/// `std::bad_alloc`; what was made stays, and another call makes the rest. Safe from any thread.
+/// `SetUserLocale`: the formats, which need much memory, are there then when memory is short later. Otherwise the first
+/// call that needs a format makes it. Takes a few milliseconds. Throws `std::bad_alloc`; another call makes the rest.
+/// Safe from any thread.
 RK_EXPORT void PrepareFormats();
 
 }  // namespace rk

@@ -11,12 +11,10 @@
 #include <numbers>
 #include <span>
 
-/// Geometry of shapes and connecting lines: rounding, angles, rotation, edge points, hit tests, crossings, bounding
-/// boxes.
+/// Geometry of shapes and lines: rounding, angles, rotation, edge points, hit tests, crossings, bounding boxes.
 ///
 /// Coordinates are those of CrkFloatPoint: single precision, y down. An angle is in radians and double precision unless
-/// a member says degrees; the angle of a direction is measured clockwise on the screen from straight up: right is π/2,
-/// down is π.
+/// a member says degrees; a direction's angle is clockwise on the screen from straight up: right is π/2, down is π.
 ///
 /// A rectangle stands for its bounds, so a negative size counts as its mirror image, unless a member speaks of the raw
 /// fields. Points go in as a `std::span` (a `CAtlArray`, a `std::vector`, an array), of which the first INT_MAX are
@@ -59,9 +57,8 @@ public:
     /// For doubles with a tolerance.
     static bool FloatsEqual(double a, double b, double tolerance) noexcept { return std::fabs(a - b) < tolerance; }
 
-    /// Whether the width grew at least as much as the height, or shrank at most as much.
-    /// From (100, 100), true for (130, 120), (90, 80) and (120, 90), false for (120, 130) and (80, 90). False when the
-    /// sizes are equal or a field is not a number.
+    /// Whether the width grew at least as much as the height, or shrank at most as much: from (100, 100) to (130, 120),
+    /// (90, 80) or (120, 90). False when the sizes are equal or a field is not a number.
     static bool WidthChangedMore(const CrkFloatSize& oldSize, const CrkFloatSize& newSize) noexcept;
 
     // --- Angles
@@ -89,23 +86,20 @@ public:
     }
 
     /// The clockwise angle at `centre` from the ray towards `from` to the ray towards `to`: a quarter turn from right
-    /// to down. Good to about 1e-6, since `to` is turned back by the angle of `from` in single precision: equal rays
-    /// may give an angle near 2π instead of an angle near 0.
+    /// to down. Good to about 1e-6: equal rays may give an angle near 2π instead of an angle near 0.
     static double CalculateAngle(const CrkFloatPoint& from, const CrkFloatPoint& to, CrkFloatPoint centre) noexcept;
 
-    /// The value that differs from `angle` by a multiple of high - low and lies in [low, high): 360 by (0, 360) gives
-    /// 0, -1 gives 359.
-    /// A value so close below `low` that the sum rounds gives `high` itself; low = high gives not a number.
+    /// The value in [low, high) that differs from `angle` by a multiple of high - low: by (0, 360), 360 gives 0, -1
+    /// gives 359. A value so close below `low` that the sum rounds gives `high` itself; low = high gives not a number.
     static double NormalizeAngle(double angle, double low, double high) noexcept;
 
     // --- Rotation about a centre, by degrees clockwise on the screen
     // (1, 0) turned by 90 about (0, 0) becomes (0, 1) up to rounding.
 
-    /// Turns one point in single precision.
+    /// Turns a point in single precision.
     static void RotatePoint(CrkFloatPoint* point, float degrees, CrkFloatPoint centre) noexcept;
 
-    /// Turns each point by an affine map in double precision, narrowed at the end: some last bits are more exact than
-    /// RotatePoint's.
+    /// Turns each point in double precision, narrowed at the end: some last bits are more exact than RotatePoint's.
     static void RotatePointsAt(CrkFloatPoint* points, int count, float degrees, CrkFloatPoint centre) noexcept;
     /// The same for a span.
     static void RotatePointsAt(std::span<CrkFloatPoint> points, float degrees, CrkFloatPoint centre) noexcept {

@@ -8,8 +8,7 @@ CrkFloatPoint MiddleOf(const CrkFloatRect& rectangle) {
     return {rectangle.x + rectangle.width / 2, rectangle.y + rectangle.height / 2};
 }
 
-/// The coordinate at which a ray from (0, 0) with the given quotient of its components meets a side, in double
-/// precision.
+/// Where a ray from (0, 0) with the given quotient of its components meets a side, in double precision.
 float AlongSide(float component, float otherComponent, float side) {
     return static_cast<float>(double{component} / otherComponent * side);
 }

@@ -39,11 +39,10 @@ public:
     /// By the bytes as they are stored.
     friend constexpr auto operator<=>(const CrkGuid&, const CrkGuid&) noexcept = default;
 
-    /// A new random GUID: RFC 4122 version 4, from 122 bits of the system's random generator, also across fork.
-    /// The record is a UUID in network byte order and is not put into the layout above: byte6 begins with the digit 4
-    /// and byte8 with 8, 9, A or B. So a log entry, which prints the bytes as they stand, shows a version-4 UUID;
-    /// GuidToString shows the 4 as the third digit of the third group. Never null. Throws std::system_error when the
-    /// system gives no random bytes.
+    /// A new random GUID: RFC 4122 version 4, from 122 bits of the system's random generator, also across fork. The
+    /// record is a UUID in network byte order, not in the layout above: byte6 begins with the digit 4, as a log entry,
+    /// which prints the bytes in their order, shows it; GuidToString shows the 4 as the third digit of the third group.
+    /// Never null. Throws std::system_error when the system gives no random bytes.
     static CFUUIDBytes CreateGuid();
 
     /// Reads the text form: 32 hexadecimal digits of either case in groups of 8, 4, 4, 4 and 12 joined by "-".

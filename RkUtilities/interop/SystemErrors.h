@@ -8,7 +8,7 @@
 namespace rk {
 
 /// Disposes of a failure that was caught as a pointer and throws it as a `std::system_error`: the system's error number
-/// in the generic category (EIO where there is none), the path in `what()`.
+/// in the generic category (EIO without a number), the path in `what()`.
 [[noreturn]] inline void ThrowAsSystemError(CFileException* failure) {
     const CString path = failure->m_strFileName;
     const auto osError = static_cast<int>(failure->m_lOsError);
@@ -26,7 +26,7 @@ namespace rk {
 ///         std::cerr << failure.what();    // /maps/plan.map: No such file or directory
 ///     }
 ///
-/// Whatever else the call throws, and its result, come out as they are.
+/// Other exceptions, and the result, come out as they are.
 template <class Call> decltype(auto) WithSystemErrors(Call&& call) {
     try {
         return std::forward<Call>(call)();

@@ -22,17 +22,17 @@
 /// compared exactly: upper and lower case differ and white space counts (" true" is not "true").
 ///
 /// - "ls:Enable", "ls:StdOut", "ls:Level": the first of each decides, whatever it says.
-/// - "ls:IncludeCategory", "ls:ExcludeCategory": all of them. The text "*" includes every category; as an excluded
-///   one it is a name like any other.
+/// - "ls:IncludeCategory", "ls:ExcludeCategory": all elements. The text "*" includes every category; as an excluded
+///   category it is a name like any other.
 ///
 /// An entry is written when logging is enabled, its level is at most `m_level`, its category is not excluded, and its
 /// category is included or "*" is. So a file without "ls:IncludeCategory" lets nothing through.
 ///
-/// Nothing of a file that cannot be read to its end as well-formed XML is applied: logging stays off, and `Fault` says
-/// why. That goes for a missing file, a folder or a pipe too; for a file of more than 8 MiB (8,388,608 bytes); for an
-/// encoding other than UTF-8, UTF-16, ISO-8859-1 and US-ASCII; and for a document that declares entities or uses any
-/// beyond XML's own five, that nests elements more than 1,000 deep, or that declares more than 100 attributes. The time
-/// of reading grows with the file's length only.
+/// A file that cannot be read to its end as well-formed XML leaves logging off, and `Fault` says why. That goes for a
+/// missing file, a folder or a pipe too; for a file of more than 8 MiB (8,388,608 bytes); for an encoding other than
+/// UTF-8, UTF-16, ISO-8859-1 and US-ASCII; and for a document that declares entities or uses any beyond XML's own five,
+/// that nests elements more than 1,000 deep, or that declares more than 100 attributes. The time of reading grows with
+/// the file's length only.
 ///
 /// The settings do not change after construction; different threads may use one object.
 class RK_EXPORT RK_DESCRIBED CrkLogSettings : public CObject {

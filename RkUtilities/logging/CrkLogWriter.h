@@ -22,20 +22,19 @@
 /// - `CrkLogSettings` says which entries are written. The others cost next to nothing: no lock, no memory, no file.
 ///   Build an expensive message only behind `CanLog`.
 /// - Threads and processes: any number of writers that name the same folder may log at once. Every entry stands whole
-///   in one of the files, in the order in which the writers took the lock, and a single writer moves a full file aside.
+///   in a file, in the order in which the writers took the lock, and a single writer moves a full file aside.
 /// - `Init` must have returned before other threads log, and `Uninitialize` must be called when no thread logs any
 ///   more; both may be called again later, in any order.
 /// - Fork: the child may log, also when other threads of the parent logged at that moment.
-/// - Kill: a process that is killed leaves whole entries, except perhaps its last one. The next writer removes such a
-///   beginning of an entry from the end of the file; any other content that it finds there stays, and its last line is
-///   ended. Entries reach the system before `Log` returns, so they outlive the process; they are not forced to the disk.
+/// - Kill: a killed process leaves whole entries, except perhaps its last entry. The next writer removes such a
+///   beginning of an entry from the end of the file; any other content there stays, and its last line is ended. Entries
+///   reach the system before `Log` returns, so they outlive the process; they are not forced to the disk.
 /// - A full disk, a limit on file sizes, no memory: `Log` throws, and nothing of the entry is in the file.
-/// - Hostile neighbours: the file and its backups are for the owner only (0600, less what the umask takes). Writers
-///   wait for locks no longer than a second in all. A process that holds a lock longer delays entries by that second
-///   once; entries are then written without the lock, and a full file stays until the lock is free. In a folder that
-///   others may write to, the writer follows no link, waits for no pipe, and writes to no file of another user or with
-///   a second name: such entries are dropped. A file on another file system than its backup is copied; an entry that is
-///   written without the lock in that instant is lost.
+/// - Hostile neighbours: the file and its backups are for the owner only (0600, less what the umask takes). A process
+///   that holds a lock delays entries by a second once; entries are then written without the lock, and a full file
+///   stays until the lock is free. In a folder that others may write to, the writer follows no link, waits for no pipe,
+///   and writes to no file of another user or with a second name: such entries are dropped. A file on another file
+///   system than its backup is copied; an entry that is written without the lock in that instant is lost.
 /// - The file is opened and closed for each entry, so it may be moved, deleted or emptied by others at any time.
 ///
 /// A second backup within one minute REPLACES the first: set `m_maxBackupCount` where no entry may be lost that way.
@@ -69,15 +68,15 @@ public:
     }
 
     /// Writes an entry, if the settings admit its level and category. An empty category stands for "General"; without
-    /// an id the entry has the null one, without a description an empty one. With "ls:StdOut" the message, nothing
-    /// else, goes to standard error first, without a line break. A missing log folder is created, and the entry is then
-    /// taken from the start again: its message goes to standard error a second time. An entry is dropped when the file
-    /// cannot be opened for another reason (permission, no free descriptor, a link that leads nowhere or to itself);
+    /// an id the entry has the null id, without a description an empty description. With "ls:StdOut" the message alone
+    /// goes to standard error first, without a line break. A missing log folder is created, and the entry is then taken
+    /// from the start again: its message goes to standard error a second time. An entry is dropped when the file cannot
+    /// be opened for another reason (permission, no free descriptor, a link that leads nowhere or to itself);
     /// `GetLogState` tells. After any exception nothing of the entry is in the file.
     ///
     /// @throws CrkLogException    the log folder is missing and cannot be created
     /// @throws CFileException*    the entry could not be written whole (`diskFull`)
-    /// @throws std::bad_alloc     no memory for the entry; `std::length_error` for one of 2,147,483,647 units and more
+    /// @throws std::bad_alloc     no memory for the entry; `std::length_error` from 2,147,483,647 units on
     static void Log(ErkLogLevel level, const CString& message);
     static void Log(ErkLogLevel level, const CString& message, const CrkGuid& id);  ///< With an id and no category.
     /// With category and id.
@@ -89,7 +88,7 @@ public:
     template <class... Further>
     static void Log(ErkLogLevel level, const CString& message, const CrkGuid& id, const Further&... further) = delete;
 
-    /// `Log` with all its arguments; here an empty category stays empty and is admitted or not under that name.
+    /// `Log` with all its arguments; here an empty category stays empty.
     static void LogInternal(ErkLogLevel level, const CString& message, const CString& category,
                             const CString& description, CFUUIDBytes id);
 
@@ -110,14 +109,14 @@ public:
 
     /// Moves the active file to a backup in the log folder, so that the next entry starts a new one. After a failure
     /// the file stays; `GetLogState` tells. Only for callers that hold `m_mutex`; the writer does this itself with a
-    /// file that has become too long. The backup's name is the local date and time in the locale's short styles, "-" in
-    /// place of "/" and ":", with ".xml" behind: "11-16-26, 9-52 PM.xml". A backup that has the name already is
-    /// replaced, unless `m_maxBackupCount` says otherwise. Works across file systems.
+    /// full file. The backup's name is the local date and time in the locale's short styles, "-" in place of "/" and
+    /// ":", with ".xml" behind: "11-16-26, 9-52 PM.xml". A backup that has the name already is replaced, unless
+    /// `m_maxBackupCount` says otherwise. Works across file systems.
     static void Bak();
 
     // --- The text of an entry
     //
-    // Header, "<l:Body>", prepared message, "</l:Body>", footer, one after the other. A file holds entries and
+    // Header, "<l:Body>", prepared message, "</l:Body>", footer. A file holds entries and
     // nothing else: no declaration, no root element. It is UTF-8; a lone surrogate becomes U+FFFD. Safe from any
     // thread at any time; the settings do not matter.
 

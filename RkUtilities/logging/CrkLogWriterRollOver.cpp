@@ -25,7 +25,7 @@ std::error_code MoveOver(const std::string& from, const std::string& to) {
     return error ? error : RemoveFile(from);
 }
 
-// Moves the file to the next number, and removes the backups of lower ones than are to be kept.
+// Moves the file to the next number, and removes the backups with lower numbers than are to be kept.
 std::error_code MoveToNextNumber(const std::string& from, const std::string& start, std::uint64_t keptCount) {
     using namespace rk::platform;
     constexpr std::string_view kEnd = ".xml";

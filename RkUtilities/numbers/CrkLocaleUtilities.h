@@ -3,18 +3,16 @@
 #include "RkUtilities/RkExport.h"
 #include "RkUtilities/foundation/CString.h"
 
-/// What the user's locale says about money, numbers and the week.
-/// The answers are CLDR's, from ICU, for the user's locale at the moment of the call (`rk::SetUserLocale`, else
-/// `setlocale`): the members about money and digits follow LC_MONETARY, the list separator LC_NUMERIC, the week
-/// LC_TIME. What a locale does not tell is "" or 0. A locale's data are read once and kept, so that a query costs a
-/// look-up. Members throw only `std::bad_alloc`. Safe from any thread.
+/// What the user's locale says about money, numbers and the week. The answers are CLDR's, from ICU, for the user's
+/// locale at the moment of the call (`rk::SetUserLocale`, else `setlocale`): the members about money and digits follow
+/// LC_MONETARY, the list separator LC_NUMERIC, the week LC_TIME. Where a locale tells nothing the answer is "" or 0. A
+/// locale's data are read once and kept. Members throw only `std::bad_alloc`. Safe from any thread.
 class RK_EXPORT CrkLocaleUtilities {
 public:
     // --- Digits of numbers and amounts
 
-    /// The decimal separator of amounts of money: "." in en_US, "," in de_DE, "." in fr_CH, "$" in pt_CV.
-    /// All number text of `CrkStringConversionUtilities` has this decimal point. The decimal separator of plain numbers
-    /// differs from it in a few locales.
+    /// The decimal separator of amounts of money: "." in en_US, "," in de_DE, "." in fr_CH, "$" in pt_CV. All number
+    /// text of `CrkStringConversionUtilities` has this decimal point, from which plain numbers differ in a few locales.
     static CString GetDecimalPoint();
     /// The separator between groups of digits in amounts: "," in en_US, "." in de_DE, U+202F in fr_FR.
     static CString GetDigitGroupingSymbol();

@@ -42,7 +42,7 @@ CString Placed(std::u16string_view number, std::u16string_view pattern, std::u16
     return builder.Take();
 }
 
-/// What is negative: the number alone where no sign shows.
+/// A negative number or amount: the number alone where no sign shows.
 CString NegativePlaced(std::u16string_view number, std::u16string_view pattern, std::u16string_view symbol,
                        Conversion::NegativeNumberRepresentation representation) {
     const bool showsMinus = representation == Conversion::MinusSign;

@@ -20,7 +20,7 @@ std::u16string_view ElementAt(std::u16string_view path, std::size_t start) {
 
 // In these functions a clean path is "" for the root, else a "/" before each element: no element is empty, "." or "..".
 
-// nullopt for "" and for a relative path where there is no current folder.
+// nullopt for "" and for a relative path without a current folder.
 std::optional<std::u16string> CleanPath(const CString& path) {
     if (path.IsEmpty())
         return std::nullopt;

@@ -8,9 +8,9 @@ namespace rk {
 
 /// How the storage of the preferences fares; what `SECRegistry`'s results cannot tell.
 struct PreferenceState {
-    /// The database file; "" when there is no folder for one, so that values live as long as the process.
+    /// The database file; "" without a folder for it, so that values live as long as the process.
     std::string database;
-    /// Why the last synchronisation failed; "" when it did not. What was not stored waits for the next one.
+    /// Why the last synchronisation failed; "" when it did not. Values that were not stored wait for the next synchronisation.
     std::string lastFailure;
     /// Where this process last put a damaged database aside, under the date of that day; "" when it did not.
     std::string damagedDatabase;

@@ -18,7 +18,7 @@ constexpr std::uint32_t kThisHostRootKey = 1;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
-/// What `std::to_chars` writes without digits.
+/// The words that `std::to_chars` writes without digits.
 constexpr std::pair<std::u16string_view, double> kNumbersInWords[] = {
     {u"inf", kInfinity}, {u"-inf", -kInfinity}, {u"nan", kNoNumber}, {u"-nan", -kNoNumber}};
 

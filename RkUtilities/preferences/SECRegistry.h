@@ -27,19 +27,18 @@ concept StoredNumber =
 ///   paths cannot hold different values under one name. Names are zero-terminated UTF-16, compared exactly; null is the
 ///   empty name.
 /// - The root key decides where a write goes: 1 is the user's preferences on this machine, which are stored at once;
-///   every other is the user's preferences on any machine, which are stored by the next `Open` or `Close` of any object
-///   and at normal exit; values that the destructors of static objects write after that are stored at once. A read
-///   finds the value of this machine before the value of any machine, whatever the root key.
+///   any other key is the user's preferences on any machine, which are stored by the next `Open` or `Close` of any
+///   object and at normal exit; the destructors of static objects store at once. A read finds the value of this machine
+///   before the value of any machine, whatever the root key.
 /// - A write is seen in the whole process at once. What other processes have stored is seen after the next `Open` or
 ///   `Close`.
 /// - The values live in `$XDG_CONFIG_HOME/<application>/preferences.sqlite` (without that variable in `~/.config`),
-///   mode 0600, in a table with scope, name, type and value; see ApplicationName.h. What a synchronisation has stored
-///   survives a kill and a power cut, also where several machines share the home folder, if its file system keeps their
-///   locks.
+///   mode 0600, in a table with scope, name, type and value; see ApplicationName.h. Stored values survive a kill and a
+///   power cut, also where several machines share the home folder, if its file system keeps their locks.
 /// - Nothing is lost while the storage fails (full disk, read-only folder, no home, no descriptor or no memory left, a
 ///   folder or database that another process keeps locked for more than two seconds): values stay readable in the
-///   process and the next synchronisation tries again. What was stored before is read also from a full disk and from a
-///   folder that may not be written. `rk::GetPreferenceState` tells how the storage fares.
+///   process and the next synchronisation tries again. Stored values are read also from a full disk and from a folder
+///   that may not be written. `rk::GetPreferenceState` tells how the storage fares.
 /// - A file that cannot be used as a database of preferences (damaged, of a later version, made to run without end) is
 ///   put aside under a dated name, and a new file is begun with the values that the process knows. A new file also
 ///   takes the place of a database that is moved or deleted meanwhile.
@@ -50,8 +49,8 @@ concept StoredNumber =
 ///   stored by the process that wrote it; a child that wrote nothing stores nothing when it exits.
 /// - The first read or write in a process opens or makes the database and takes in its values; it may wait a few
 ///   seconds for other processes. After it a read costs no file access. Memory exhausted is `std::bad_alloc`, or
-///   `ATL::CAtlException` where an array is filled, and changes nothing; nothing else is thrown. At the process's end,
-///   what memory or storage cannot take then is lost.
+///   `ATL::CAtlException` where an array is filled, and changes nothing; nothing else is thrown. Values that memory or
+///   storage cannot take at the process's end are lost.
 class RK_EXPORT SECRegistry {
 public:
     /// Recorded, not enforced; 0x20019 asks for reading.
@@ -83,7 +82,7 @@ public:
     bool EnumerateKeys(std::uint32_t /*index*/, CString& /*name*/) const { return false; }
 
     /// Reads a value; false and the output untouched when there is no value or its type is another. A number reads as a
-    /// boolean (not 0); nothing else is converted. A number is stored as a signed one and read with the same bits.
+    /// boolean (not 0); nothing else is converted. A number is stored as a signed number and read with the same bits.
     bool GetValue(rk::TextView name, bool& value) const;
     /// Reads a number.
     bool GetValue(rk::TextView name, std::uint32_t& value) const { return GetDoubleWordValue(name, value); }
@@ -93,9 +92,9 @@ public:
     bool GetDoubleWordValue(rk::TextView name, std::uint32_t& value) const;  ///< Reads a number.
     bool GetStringValue(rk::TextView name, CString& value) const;            ///< Reads a text.
 
-    /// Writes a value; true. With root key 1, when it cannot be stored at once, it is also set for any machine.
-    /// A `bool` is stored as a boolean, an integer of at most 32 bits as a number, and what a `CString` is made of as a
-    /// string; a floating-point number and a list of texts as strings that `GetValue` reads. Nothing else compiles.
+    /// Writes a value; true. With root key 1, when it cannot be stored at once, it is also set for any machine. A
+    /// `bool` is stored as a boolean, an integer of at most 32 bits as a number, a text as a string; a floating-point
+    /// number and a list of texts as strings that `GetValue` reads. Nothing else compiles.
     template <std::same_as<bool> T> bool SetValue(rk::TextView name, T value) {
         WriteValueToSystem(name, value);
         return true;

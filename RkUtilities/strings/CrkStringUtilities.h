@@ -28,9 +28,9 @@ class RK_EXPORT CrkStringUtilities {
 public:
     // --- Searching in a text
 
-    /// Where `sought` stands in `text`. With `wholeWord`, a match counts only between units that are no word
-    /// characters. The unit before a match at the very start of a pass is not looked at; the first pass starts at
-    /// `start`, each later pass at the end of the match that was rejected:
+    /// Where `sought` stands in `text`. With `wholeWord`, a match counts only between other units than word characters.
+    /// The unit before a match at the very start of a pass is not looked at; the first pass starts at `start`, each
+    /// later pass at the end of the match that was rejected:
     ///
     ///     "cat" in "concatenate cat"  ->  12
     ///     "cat" in "cat_s"            ->  0
@@ -47,7 +47,7 @@ public:
 
     // --- Searching in lists: a null pointer is an empty list
 
-    /// The position of the first element that equals `sought` in any case; a null position when there is none.
+    /// The position of the first element that equals `sought` in any case; null without such an element.
     static POSITION FindCaseInsensitive(const CString& sought, const CAtlList<CString>* list);
     /// The index of the first element that equals `sought` exactly.
     static int Find(const CString& sought, const CAtlArray<CString>* array);
@@ -113,9 +113,9 @@ public:
     }
     /// The text followed by the number, as "%s%d" gives them: "Topic-2".
     static CString AppendInt(rk::TextView text, int value);
-    /// A byte count for people: "999 bytes", "1.50 KB", "100 KB". A unit is 1024 of the one below and is used from 1000
-    /// of them on: 1000 bytes are "0.97 KB". Three digits are shown, cut from six decimals and not rounded; the decimal
-    /// point is "." in every locale. 2^40 bytes and more give "".
+    /// A byte count for people: "999 bytes", "1.50 KB", "100 KB". A unit is 1024 of the unit below and is used from
+    /// 1000 of that unit on: 1000 bytes are "0.97 KB". Three digits are shown, cut from six decimals and not rounded;
+    /// the decimal point is "." in every locale. 2^40 bytes and more give "".
     static CString MakeByteString(unsigned long byteCount);
     /// The text, or so much of its start that it is `maximumLength` units with "..." at its end.
     ///
@@ -132,7 +132,7 @@ public:
     ///     "abcdefghijkl", "/", 5, 3          ->  "abcde/fghi/jkl"
     ///     "abc\ndef", "/", 10, 5             ->  "abc/\ndef"
     ///
-    /// - Blank lines at the start are removed, white space at the end too; what is blank altogether becomes "".
+    /// - Blank lines at the start are removed, white space at the end too; a blank text becomes "".
     /// - A line ends before an LF, which stays and opens the next line, or where it is too long: after the last space
     ///   among its first `width` units (its very first unit does not count), else after `width` units.
     /// - After a break, the separator counts into the width of the next line; before an LF it does not, nor does "...".
@@ -169,13 +169,12 @@ public:
     // --- Numbers and encodings: the same in every locale
 
     static CString LongToString(long value);  ///< ASCII digits, "-" before negative numbers.
-    /// The integer at the start of the text, after white space and a sign; 0 when there is none. Beyond 32 bits
-    /// 2147483647 or -2147483647. Its namesake `CrkStringConversionUtilities::StringToLong` reads the whole text as the
-    /// user's locale writes numbers, up to 64 bits, and tells whether it is one.
+    /// The integer at the start of the text, after white space and a sign, else 0. Beyond 32 bits 2147483647 or
+    /// -2147483647. Its namesake `CrkStringConversionUtilities::StringToLong` reads the whole text as the user's locale
+    /// writes numbers, up to 64 bits, and tells whether it is one.
     static long StringToLong(const CString& text);
-    /// The decimal number at the start of the text, after white space and a sign, with "." and an exponent; 0 when
-    /// there is none. Correctly rounded; infinite when it is too large. "inf", "nan" and hexadecimal digits are no
-    /// numbers.
+    /// The decimal number at the start of the text, after white space and a sign, with "." and an exponent, else 0.
+    /// Correctly rounded; infinite when it is too large. "inf", "nan" and hexadecimal digits are no numbers.
     static double StringToDouble(const CString& text);
     /// Whether the text is "true" in any case, or `StringToLong` of it is not 0.
     static bool StringToBool(const CString& text);
@@ -191,28 +190,27 @@ public:
 
     /// Adds the name-value pairs of a link to the map; a name that it holds gets the new value. They stand after the
     /// first "#", or without one after the first "&", or else are the whole link. "&" and "=" separate names and values
-    /// in turn; runs of them count as one. A name without a value at the end is dropped.
+    /// in turn; runs of them count once. A name without a value at the end is dropped.
     ///
     ///     "app:open#id=7&mode=edit"  ->  id: 7, mode: edit
     ///     "#a=&b=2"                  ->  a: b            an empty value shifts the pieces
     static void ExtractUrlParameters(const CString& link, ParameterMap& parameters);
-    /// The value of the parameter with exactly that name; "" when there is none.
+    /// The value of the parameter with exactly that name, else "".
     static CString ExtractUrlValue(const CString& link, const CString& name);
     /// The link when it begins with "http"; else the format with the link for its "%s", "" for a format with other conversions.
     static CString GetUrlString(CString link, CString format);
-    /// Whether the address looks like one: something before the first "@", something between that and the last ".", and
-    /// something after it. Nothing else is looked at.
+    /// Whether something stands before the first "@", between that and the last ".", and after the last ".".
     static bool IsValidEmail(const CString& address);
 
     /// The index of the first placeholder: a "%", any text, and the next "%".
     ///
-    /// @param[out] placeholder  the placeholder with both "%"; "" when only one "%" is there, untouched when there is none.
+    /// @param[out] placeholder  the placeholder with both "%"; "" with a single "%", untouched without "%".
     static int FindEnvironmentVariable(const CString& text, CString* placeholder);
     /// Replaces every occurrence of the placeholder by the value of the variable it names, "" when that is not set.
     static void ReplaceEnvironmentVariable(CString* text, const CString& placeholder);
-    /// Replaces placeholders, first one first and each with all its occurrences, until there is none; those that values
-    /// bring in, or that arise where a value meets its neighbours, too. When that does not end after 64 placeholders,
-    /// as where a value holds its own name, or would bring in more than 4,194,304 units, the text is expanded once
-    /// instead: placeholders from left to right, values as they are. Linear time.
+    /// Replaces the first placeholder with all its occurrences until no placeholder is left, also of those that values
+    /// bring in. When that does not end after 64 placeholders, as where a value holds its own name, or would bring in
+    /// more than 4,194,304 units, the text is expanded once instead: placeholders from left to right, values as they
+    /// are. Linear time.
     static void ReplaceEnvironmentVariables(CString* text);
 };

@@ -23,7 +23,7 @@ std::size_t CountOf(const CString& sought, const CString& text) {
     return count;
 }
 
-/// What the passes make of the text; nothing when they do not end, or bring in too much.
+/// The text after the passes; nothing when they do not end, or bring in too much.
 std::optional<CString> ExpandedInPasses(CString text) {
     CString placeholder;
     std::size_t unitsLeft = kMostUnits;

@@ -21,7 +21,7 @@ std::u16string_view WithoutLeadingBlankLines(std::u16string_view text) {
     return feed == std::u16string_view::npos ? text : text.substr(feed + 1);
 }
 
-/// A text on its way into lines. What is still to be placed begins with what separators have left over from earlier breaks.
+/// A text on its way into lines. The rest begins with the separators that earlier breaks have left over.
 class LineWrap {
 public:
     LineWrap(std::u16string_view text, std::u16string_view separator, int width, int maximumLines)

@@ -13,7 +13,7 @@ namespace {
 
 bool Is(unsigned short unit, unsigned classes) noexcept { return (rk::kXmlClasses[unit] & classes) != 0; }
 
-/// What a name may begin with and what may follow; what may begin may follow too.
+/// The units that a name may begin with, and that may follow; the former may follow too.
 struct NameRule {
     rk::XmlCharacterClass following;
     bool colonBegins;
@@ -31,7 +31,7 @@ bool IsValid(std::u16string_view text, const NameRule& rule) noexcept {
            std::all_of(text.begin() + 1, text.end(), [&](char16_t unit) { return rule.Follows(unit); });
 }
 
-/// Writes the units, each that is not accepted replaced.
+/// Writes the units; a unit that is not accepted is replaced.
 template <class Accepts>
 void WriteRepaired(std::u16string_view units, unsigned short replacement, const Accepts& accepts, char16_t* out) {
     std::replace_copy_if(units.begin(), units.end(), out, std::not_fn(accepts), static_cast<char16_t>(replacement));

@@ -6,12 +6,12 @@
 /// Which code units and texts may stand in an XML document or an XML name, and texts repaired until they may.
 /// - The classes are those of XML 1.0, first to fourth edition, Appendix B, and the NCName of Namespaces in XML; the
 ///   wider names of the fifth edition are not accepted.
-/// - They are asked of single UTF-16 code units. A character outside the Basic Multilingual Plane is two surrogates,
-///   and a surrogate is in no class: such a character becomes two replacement units.
+/// - They are classes of single UTF-16 code units. A character outside the Basic Multilingual Plane is two surrogates,
+///   which are in no class and become two replacement units.
 /// - Every text is legal input, the empty text and U+0000 included. Nothing is kept: safe from any thread.
 class RK_EXPORT CrkXmlUtilities {
 public:
-    // --- Classes of one code unit
+    // --- Classes of a code unit
 
     /// Production Char: tab, LF, CR, U+0020 to U+D7FF, U+E000 to U+FFFD.
     static bool IsChar(unsigned short unit) noexcept;
@@ -31,8 +31,7 @@ public:
     static bool IsValidName(const CString& text) noexcept;
     /// A Letter or "_", then NCNameChars. False for the empty text.
     static bool IsValidNCName(const CString& text) noexcept;
-    /// Not empty and without U+0020. Nothing else is looked at.
-    static bool IsValidUri(const CString& text) noexcept;
+    static bool IsValidUri(const CString& text) noexcept;  ///< Not empty and without U+0020.
 
     // --- Repair
 

@@ -28,7 +28,7 @@ int TakeNumber(std::u16string_view& format) {
     return number;
 }
 
-/// "3$" and the like; without one nothing is taken.
+/// "3$" and the like, else nothing is taken.
 ArgumentPlace TakePlace(std::u16string_view& format) {
     std::u16string_view rest = format;
     if (rest.empty() || !IsAsciiDigit(rest.front()))

@@ -33,7 +33,7 @@ public:
     }
     bool TakeDecimalSeparator() noexcept { return Take(m_spelling.decimalSeparator); }
     bool TakeExponentLetter() noexcept { return Take(u"e") || Take(u"E"); }
-    /// Takes a sign if there is one; whether it is a minus.
+    /// Takes a sign if it is there; whether the sign is a minus.
     bool TakeMinus() noexcept {
         if (NextDigitIsAscii())
             return false;

@@ -52,8 +52,8 @@ std::error_code AppendFile::OpenUnlocked(const std::string& path) {
     return m_file ? std::error_code() : LastError();
 }
 
-// The lock belongs to the open file, not to the process, whose other descriptors would release it. Where the file
-// system has no locks we go on without, as if we had it.
+// A lock of the open file: a lock of the process would end with any of its descriptors. A file system without locks
+// counts as locked.
 void AppendFile::Lock(Patience& patience) {
     struct flock wholeFile{};
     wholeFile.l_type = F_WRLCK;

@@ -12,13 +12,12 @@
 
 namespace rk::platform {
 
-/// A file that several processes append to, one at a time.
-/// An open object holds a lock on the file. The lock keeps other objects away, those of this process and those of other
-/// processes; it keeps no reader away, and it has nothing to do with the lock of `Sharing::DenyWrite`. Any process that
-/// may read the file can hold the lock, so `Open` waits for it only as long as the caller has patience. Without the
-/// lock, as on a file system that has no locks, an append is still one write at the file's end.
-/// Paths are native bytes, errors the system's numbers in `std::generic_category()`; interrupted calls go on, the
-/// descriptor is closed on `exec`. An object is used by one thread at a time.
+/// A file that several processes append to, one at a time. An open object holds a lock on the file, which keeps the
+/// objects of this and of other processes away, but no reader; it is not the lock of `Sharing::DenyWrite`. Any process
+/// that may read the file can hold the lock, so `Open` waits for it only as long as the caller has patience. Without
+/// the lock an append is still a single write at the file's end. Paths are native bytes, errors the system's numbers in
+/// `std::generic_category()`; interrupted calls go on, the descriptor is closed on `exec`. An object is used by one
+/// thread at a time.
 class AppendFile {
 public:
     /// What a writer remembers of the file that it has appended to. A writer remembers only an ordinary file, in a
@@ -29,11 +28,11 @@ public:
     };
 
     /// Opens the file for reading and writing, and makes it when it is missing, for its owner only. A file that was
-    /// moved away during the wait for the lock is closed, and the file that has the name by then is opened. The name is
-    /// only looked up again when the file has more than `fullAboveByteCount` bytes: a shorter file is not moved. A file
-    /// with the length that `left` tells is taken as the file that was left. Any other file is examined: in a folder
-    /// that other users may write to, a link (ELOOP), a pipe or device, a file with a second name and a file of another
-    /// user (EPERM) are refused.
+    /// moved away during the wait for the lock is closed, and the file that has the name by then is opened. This is
+    /// looked at for files of more than `fullAboveByteCount` bytes: a shorter file is not moved. A file with the length
+    /// that `left` tells is taken as the file that was left. Any other file is examined: in a folder that other users
+    /// may write to, a link (ELOOP), a pipe or device, a file with a second name and a file of another user (EPERM) are
+    /// refused.
     [[nodiscard]] std::error_code Open(const std::string& path, std::uint64_t fullAboveByteCount,
                                        const std::optional<Left>& left, Patience& patience);
 
@@ -42,10 +41,10 @@ public:
     [[nodiscard]] bool IsAsLeft() const noexcept { return m_isAsLeft; }  ///< Whether the file is as it was left.
     /// The length as of `Open` and our own appends and cuts since.
     [[nodiscard]] std::uint64_t ByteCount() const noexcept { return m_byteCount; }
-    /// What is to be remembered of the file.
+    /// Stores what is to be remembered of the file.
     void Remember(std::string&& path, std::optional<Left>& left) const noexcept;
 
-    [[nodiscard]] bool StandsAt(const std::string& path) const;  ///< Whether the file of this path is the open one.
+    [[nodiscard]] bool StandsAt(const std::string& path) const;  ///< Whether the path leads to the open file.
 
     /// Reads from `offset` on, up to `byteCount` bytes; returns the number of bytes that were there.
     std::size_t ReadAt(std::uint64_t offset, char* buffer, std::size_t byteCount, std::error_code& error) const;

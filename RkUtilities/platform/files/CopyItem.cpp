@@ -51,7 +51,7 @@ std::error_code CopyLinkTo(Place from, Place to) {
     return {};
 }
 
-/// Opening one could wait forever or have effects.
+/// Opening a pipe, socket or device could wait forever or have effects.
 std::error_code CopyNodeTo(Place from, Place to) {
     struct stat status{};
     if (fstatat(from.folder, from.name, &status, AT_SYMLINK_NOFOLLOW) != 0 ||
@@ -89,7 +89,7 @@ std::error_code Decide(Place to, const CopyRules& rules, Decision& decision) {
     if (fstatat(to.folder, to.name, &status, AT_SYMLINK_NOFOLLOW) != 0)
         return errno == ENOENT ? std::error_code() : LastError();
     if (S_ISLNK(status.st_mode))
-        static_cast<void>(fstatat(to.folder, to.name, &status, 0));  // one that leads nowhere is decided about itself
+        static_cast<void>(fstatat(to.folder, to.name, &status, 0));  // a link that leads nowhere is looked at itself
     const bool isReadOnly = (status.st_mode & S_IWUSR) == 0;
     if (S_ISDIR(status.st_mode))
         decision = isReadOnly && !rules.replaceReadOnly ? Decision::ReadOnlyFolder : Decision::Folder;

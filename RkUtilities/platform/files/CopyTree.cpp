@@ -200,8 +200,7 @@ private:
     mode_t m_permissionsInNewFolders;
     FolderChain m_from;
     FolderChain m_to;
-    /// In the deepest folder that others see, from its first entry on: each entry appears when it is complete, a folder
-    /// with all that could be copied of it.
+    /// In the deepest folder that others see, from its first entry on: each entry appears when it is complete.
     std::optional<WorkFolder> m_work;
     std::error_code m_firstFailure;
     std::vector<Level> m_levels;

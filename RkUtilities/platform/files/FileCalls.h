@@ -70,7 +70,7 @@ public:
     }
     explicit operator bool() const noexcept { return m_descriptor >= 0; }
     [[nodiscard]] int Descriptor() const noexcept { return m_descriptor; }
-    /// A path that leads to the very file, wherever its name is by now. Needs /proc.
+    /// A path that leads to the file, wherever its name is by now. Needs /proc.
     [[nodiscard]] std::string Path() const { return "/proc/self/fd/" + std::to_string(m_descriptor); }
     [[nodiscard]] int Release() noexcept { return std::exchange(m_descriptor, -1); }
     std::error_code Close() noexcept;
@@ -80,7 +80,7 @@ private:
 };
 
 /// Makes a write beyond the process's limit on file sizes fail (EFBIG) instead of ending the process: while it lives,
-/// the signal that the limit sends to the writing thread is held back and then taken away. Costs one cheap call where
+/// the signal that the limit sends to the writing thread is held back and then taken away. Costs a cheap call where
 /// there is no limit.
 class FileSizeSignalGuard {
 public:
@@ -102,7 +102,7 @@ FileHandle OpenAt(Place place, int flags, mode_t permissions = 0) noexcept;
 /// The path that a link holds.
 std::error_code LinkTarget(Place link, std::string& target);
 
-/// A path without its closing slashes, so that the last element itself is meant and not what a link there leads to.
+/// A path without its closing slashes: with them a link would be followed.
 std::string WithoutClosingSlashes(const std::string& path);
 /// The part of a path up to the last slash before its last element; "" for a path without a slash there.
 std::string FolderPart(const std::string& path);

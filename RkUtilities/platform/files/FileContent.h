@@ -12,9 +12,9 @@ struct ContentExtent {
 };
 
 /// Copies a file's content from its start into an empty file, inside the kernel where that can do it; holes stay holes.
-/// `extent` is the source's at the call: what is appended meanwhile is left out, so that the copy ends even of a file
-/// that grows all the time; less is copied of one that shrinks. A length of 0 may be a lie (files made up by the
-/// kernel) and is read to the end. The caller holds a `FileSizeSignalGuard`.
+/// `extent` is the source's at the call: bytes that are appended meanwhile are left out, so that the copy of a growing
+/// file ends. A file of length 0, which the kernel may have made up, is read to its end. The caller holds a
+/// `FileSizeSignalGuard`.
 std::error_code CopyContent(int from, int to, const ContentExtent& extent);
 
 }  // namespace rk::platform

@@ -36,7 +36,7 @@ bool Status(const char* path, Links links, unsigned mask, struct statx& status) 
            (links == Links::DoNotFollow || S_ISLNK(status.stx_mode));
 }
 
-/// Names what stands at a place, whatever is moved there later. Needs no permission on it and has no effect on it.
+/// Holds what stands at a place, whatever is moved there later. Needs no permission and has no effect.
 FileHandle Held(Place place, Links links) { return OpenAt(place, O_PATH | (links == Links::Follow ? 0 : O_NOFOLLOW)); }
 
 std::error_code SetOwnerWrite(const FileHandle& held, bool mayWrite) {

@@ -44,7 +44,7 @@ std::optional<FileFacts> Inspect(const std::string& path, Links links = Links::F
 /// The kind alone, links followed as above. No kind with `error` clear: nothing is there. No kind with `error` set:
 /// looking failed, so something may be there.
 std::optional<FileKind> KindOf(const std::string& path, std::error_code& error);
-/// The same for callers to whom a failure means that nothing is there.
+/// The same where a failure means that nothing is there.
 std::optional<FileKind> KindOf(const std::string& path);
 
 /// The absolute path, links resolved, of a file, folder, pipe or device that can be opened for reading at `path`. Never
@@ -72,8 +72,7 @@ struct FileChanges {
 enum class OwnerWrite { Allow, Deny };
 /// Gives or takes the owner's permission to write. Other permissions, times and content stay, and so does a link with
 /// what it leads to.
-/// @return true when this call changed it. False with `error` clear: it was as wanted, nothing that can be looked at
-/// stands there, it is a link, or the file system ignored the change. False with `error` set: the change failed.
+/// @return true when this call changed it. False with `error` clear: the permission was as wanted, the path leads to nothing or is a link, or the file system ignored the change. False with `error` set: the change failed.
 bool ChangeOwnerWrite(const std::string& path, OwnerWrite wanted, std::error_code& error);
 bool ChangeOwnerWrite(Place place, OwnerWrite wanted, std::error_code& error);
 

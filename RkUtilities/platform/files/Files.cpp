@@ -10,7 +10,7 @@
 namespace rk::platform {
 namespace {
 
-/// Refuses what cannot be read and written at positions, and undoes for devices what kept the opening from waiting.
+/// Refuses folders, pipes and sockets, and undoes for devices what kept the opening from waiting.
 std::error_code Accept(int descriptor, int openFlags) {
     struct stat status{};
     if (fstat(descriptor, &status) != 0)
@@ -32,7 +32,7 @@ bool IsDevice(int descriptor) {
 std::error_code Lock(int descriptor, Access access) {
     const int operation = (access == Access::Read ? LOCK_SH : LOCK_EX) | LOCK_NB;
     if (Uninterrupted([&] { return flock(descriptor, operation); }) == 0 || errno != EWOULDBLOCK)
-        return {};  // without locks on this file system everybody may have the file
+        return {};  // without locks on this file system any opener may have the file
     return LastError();
 }
 
@@ -46,7 +46,7 @@ int OpenFile(const std::string& path, const Opening& opening, std::error_code& e
     error = file ? Accept(file.Descriptor(), flags) : LastError();
     if (!error && opening.sharing == Sharing::DenyWrite)
         error = Lock(file.Descriptor(), opening.access);
-    // Not with O_TRUNC: a file that another one has locked keeps its content.
+    // Not with O_TRUNC: a file that another opener has locked keeps its content.
     if (!error && opening.content == Content::Drop && ftruncate(file.Descriptor(), 0) != 0 &&
         !IsDevice(file.Descriptor()))
         error = LastError();

@@ -7,7 +7,7 @@
 #include <system_error>
 
 /// Open files: read, write, seek, cut.
-/// - Paths are native bytes (UTF-8 where they are text), relative ones relative to the current folder. "" and a path
+/// - Paths are native bytes (UTF-8 where they are text); a relative path starts at the current folder. "" and a path
 ///   with a zero byte name nothing (ENOENT).
 /// - Failures are error codes of `std::generic_category()` with the system's number; interrupted calls go on. Results
 ///   beside an error code have no meaning when it is set.
@@ -17,20 +17,19 @@ namespace rk::platform {
 enum class Access { Read, ReadWrite };
 enum class WhenMissing { Fail, Create };
 enum class Content { Keep, Drop };
-/// Advisory: `DenyWrite` takes a shared lock for reading, an exclusive one for writing, and does not wait
-/// (EWOULDBLOCK).
+/// Advisory: `DenyWrite` takes a lock, shared for reading, exclusive for writing, or fails at once (EWOULDBLOCK).
 enum class Sharing { Free, DenyWrite };
 
 struct Opening {
     Access access = Access::Read;
     WhenMissing whenMissing = WhenMissing::Fail;
     Sharing sharing = Sharing::Free;
-    Content content = Content::Keep;  ///< dropped once the file may be written to, and not that of a device
+    Content content = Content::Keep;  ///< dropped once the file is locked; a device keeps it
 };
 
 /// Opens an ordinary file or device; EISDIR for a folder, ENXIO for a pipe or socket. Returns the descriptor.
 int OpenFile(const std::string& path, const Opening& opening, std::error_code& error);
-/// Closes; the descriptor is gone even after a failure. EINTR does not count as one.
+/// Closes; the descriptor is gone even after a failure. EINTR is no failure.
 [[nodiscard]] std::error_code CloseFile(int descriptor);
 /// Reads until `byteCount` bytes are there or the file ends.
 std::size_t ReadFile(int descriptor, void* buffer, std::size_t byteCount, std::error_code& error);

@@ -15,7 +15,7 @@
 namespace rk::platform {
 
 enum class Visit { Continue, Stop };
-/// Calls `visit` with the name and kind of each entry but "." and "..", in no order. The name is valid during the call.
+/// Calls `visit` with each entry but "." and "..", in no order. The name is valid during the call.
 [[nodiscard]] std::error_code VisitFolder(const std::string& path,
                                           const std::function<Visit(std::string_view name, FileKind kind)>& visit);
 

@@ -15,7 +15,7 @@ constexpr std::size_t kMostBytes = 255;
 
 std::string Suffix(std::int64_t number) { return number == 1 ? std::string() : " (" + std::to_string(number) + ")"; }
 
-/// The names that a listing shows as taken. A name that it does not show is asked for.
+/// The names that a listing shows as taken.
 std::unordered_set<std::string> ListedNames(const std::string& folder, const NumberedName& name, TakenBy takenBy) {
     std::unordered_set<std::string> names;
     static_cast<void>(VisitFolder(folder, [&](std::string_view listed, FileKind kind) {

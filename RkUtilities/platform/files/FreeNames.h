@@ -8,8 +8,8 @@ namespace rk::platform {
 
 enum class TakenBy { Anything, Folders };
 
-/// The parts of a name with a number: `start` + `end`, then `start` + " (2)" + `end`, " (3)" and so on. A name of more
-/// than 255 bytes, which no file system of ours takes, has its start cut between characters.
+/// The parts of a name with a number: `start` + `end`, then `start` + " (2)" + `end`, " (3)" and so on. In a name of
+/// more than 255 bytes, the start is cut between characters.
 struct NumberedName {
     std::string start;
     std::string end;
@@ -19,10 +19,9 @@ struct NumberedName {
     [[nodiscard]] std::string WithNumber(std::int64_t number) const;
 };
 
-/// Looks for the first name in the folder that nothing, or no folder, has. Returns its number, 1 for the name without a
-/// number. Links are followed for folders; a link that leads nowhere is something.
-/// The least free number is found, in time linear in the entries of the folder. With `error` set there is no free name:
-/// the folder may not be entered, say, or nothing is left of the start.
+/// The least number whose name nothing, or no folder, in the folder has; 1 stands for the name without a number. Links
+/// are followed for folders; a link that leads nowhere takes its name. Time is linear in the entries of the folder.
+/// With `error` set there is no free name: the folder may not be entered, say, or nothing is left of the start.
 std::int64_t FirstFreeNumber(const std::string& folder, const NumberedName& name, TakenBy takenBy,
                              std::error_code& error);
 

@@ -13,7 +13,7 @@ namespace rk::platform {
 std::error_code MoveTree(const std::string& from, const std::string& to) {
     if (const std::error_code error = Rename(from, to); error != std::errc::cross_device_link)
         return error;
-    // What may not leave its folder is not copied in the first place.
+    // A tree that may not leave its folder is not copied.
     if (faccessat(AT_FDCWD, FolderHolding(from).c_str(), W_OK | X_OK, AT_EACCESS) != 0)
         return LastError();
     const std::string source = WithoutClosingSlashes(from), target = WithoutClosingSlashes(to);

@@ -6,9 +6,9 @@
 namespace rk::platform {
 
 /// Gives anything a new name that is free (else EEXIST). Across file systems it is copied beside its new place, written
-/// to the disk, put in its place and removed at the old one. After a failure before that last step, also for lack of
-/// memory, `from` is whole and there is no `to`; a failure of the last step leaves `to` complete. A process that is
-/// killed leaves one of both whole, or both.
+/// to the disk, put in its place and removed at the old place. A failure before the removal, also for lack of memory,
+/// leaves `from` whole and no `to`; a failure of the removal leaves `to` complete. A killed process leaves `from` or
+/// `to` whole, or both.
 [[nodiscard]] std::error_code MoveTree(const std::string& from, const std::string& to);
 
 }  // namespace rk::platform

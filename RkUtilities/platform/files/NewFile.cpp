@@ -39,8 +39,8 @@ std::error_code Complete(int descriptor, const std::string& target) {
     return Outcome(fsync(descriptor));
 }
 
-/// Opens the folder of the target before the target changes, so that nothing but the disk can fail afterwards. A folder
-/// that may be written to, not read, stays closed.
+/// Opens the target's folder before the target changes, so that only the disk can fail afterwards. A folder that may
+/// not be read stays closed.
 std::error_code OpenFolderOf(const std::string& target, FileHandle& handle) {
     handle = OpenFolder(PlaceOf(FolderHolding(target)), O_RDONLY);
     return handle || errno == EACCES ? std::error_code() : LastError();

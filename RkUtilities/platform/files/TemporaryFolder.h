@@ -5,9 +5,8 @@
 
 /// Where the user's temporary files go, and making them. The folder is $TMPDIR when that is an absolute path to a
 /// folder that belongs to the user and that no other user may write. Else it is a private folder, mode 0700:
-/// "RkUtilities-<user id>" in $TMPDIR or /tmp, where only a real folder of the user counts, so that no other user can
-/// have laid it there; "RkUtilities/temporary" in the user's caches where neither serves. Safe from any thread as long
-/// as no other thread changes the environment meanwhile.
+/// "RkUtilities-<user id>" in $TMPDIR or /tmp, if that is a real folder of the user, else "RkUtilities/temporary" in
+/// the user's caches. Safe from any thread as long as no other thread changes the environment meanwhile.
 namespace rk::platform {
 
 /// The folder, if it is there already; else "". Without trailing "/".

@@ -39,8 +39,8 @@ std::error_code WorkFolder::Make(Place target) {
         if (left && IsOurs(left, place, WithoutLocks::IsNotOurs))
             RemoveTree(place);
     }
-    // Neighbours may have any number of the names; a new folder is lost to a cleaning process again and again only
-    // where no folder can be ours.
+    // Neighbours may have any number of the names. A new folder that is lost to a cleaning process again and again
+    // shows that no folder can be ours.
     std::error_code error;
     for (unsigned number = 0, lostCount = 0; lostCount < kKeptNames; ++number) {
         m_name = NameOf(parent, number);
@@ -62,7 +62,7 @@ std::error_code WorkFolder::Take(Place place) {
         unlinkat(place.folder, place.name, AT_REMOVEDIR);
         return error == std::errc::no_such_file_or_directory ? ErrorOf(EAGAIN) : error;
     }
-    // A process that looked before the lock was taken may have removed the folder as one that was left.
+    // A process that looked before the lock was taken may have removed the folder, as left by a killed process.
     if (IsOurs(m_folder, place, WithoutLocks::IsOurs))
         return {};
     m_folder.Close();

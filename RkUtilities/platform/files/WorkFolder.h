@@ -7,11 +7,10 @@
 
 namespace rk::platform {
 
-/// A hidden folder for what is not complete yet, beside the place where it will stand. Only the user may look into the
-/// folder and change it, so no neighbour swaps what is made there. The object's end removes the folder with all that it
-/// still holds. A process that is killed leaves its folder; the next process that works at the same place removes it. A
-/// lock (`flock`) on the folder tells whether its process still lives; where a file system has no such locks, the
-/// folder stays.
+/// A hidden folder for an incomplete file or tree, beside its later place. Only the user may look into the folder and
+/// change it. The object's end removes the folder with all that it still holds. A killed process leaves its folder, and
+/// the next process that works at the same place removes it; a lock (`flock`) on the folder tells whether its process
+/// still lives. Where a file system has no such locks, the folder stays.
 class WorkFolder {
 public:
     WorkFolder() = default;

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <new>
 
-/// ICU's memory. ICU keeps what it makes while memory is short, with parts left out, and does not tell. So ICU's memory
-/// comes from the system, and where the system has none from a reserve of 4 MB: what ICU makes is whole.
+/// ICU's memory. ICU keeps objects that it made while memory was short, with parts left out, and does not tell. So
+/// ICU's memory comes from the system, or from a reserve of 4 MB where the system has no memory.
 namespace rk::platform {
 
 /// How often the system had no memory for ICU.

@@ -22,15 +22,15 @@ struct WholeNumber {
 /// Without memory for them `std::bad_alloc` is thrown, and the next call makes them.
 class NumberFormats {
 public:
-    /// Those of the user's locale for that use, at this moment. Valid until the thread's next call for the same use.
-    /// Costs neither an ICU object nor an allocation while the locale is the one of the thread's call before.
+    /// The formats of the user's locale for that use, at this moment. Valid until the thread's next call for the same
+    /// use. Costs neither an ICU object nor an allocation while the locale stays.
     static const NumberFormats& Of(LocaleUse use);
 
     explicit NumberFormats(const std::string& locale);
     ~NumberFormats();
     NumberFormats& operator=(NumberFormats&&) = delete;
 
-    /// The number that is the whole of `text` in the locale's plain decimal format. A fraction is cut off, and what is
+    /// The number that all of `text` is in the locale's plain decimal format. A fraction is cut off, and a number
     /// beyond a `WholeNumber` becomes the largest of its sign; infinity and "not a number" are no numbers here.
     [[nodiscard]] std::optional<WholeNumber> ReadWhole(std::u16string_view text) const;
 

@@ -7,8 +7,8 @@
 
 namespace rk::platform {
 
-/// Values that are made once and kept by a name. A static object that is never destroyed, since the destructors of
-/// others may still ask; the caller holds a lock. More names than `kMost` are hostile ones: all values are let go together.
+/// Values that are made once and kept by a name. Static and never destroyed, since the destructors of other objects may
+/// still ask; the caller holds a lock. More names than `kMost` are hostile: all values are let go together.
 template <class Value, std::size_t kMost> class KeptByName {
 public:
     template <class Make> Value& Of(const std::string& name, const Make& make) {

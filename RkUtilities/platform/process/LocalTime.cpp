@@ -21,7 +21,7 @@ namespace {
 constexpr std::int64_t kSecondsADay = 86400;
 constexpr const char* kSystemZone = "/etc/localtime";
 
-/// What must change for the zone to have changed: `TZ`, or the file of the system's zone.
+/// Where a zone comes from: `TZ`, or the file of the system's zone.
 struct ZoneSource {
     bool isVariable = false;
     std::array<char, 256> variable{};
@@ -32,8 +32,8 @@ struct ZoneSource {
     bool operator==(const ZoneSource&) const = default;
 };
 
-/// The zone that the C library has read last. Guarded by `Lock::Zone`, since the C library has a lock for it that no
-/// fork looks at. Nothing here takes memory: asking for a calendar field must not fail.
+/// The zone that the C library has read last. Guarded by `Lock::Zone`, since no fork looks at the C library's own lock.
+/// Takes no memory: asking for a calendar field must not fail.
 struct ReadZone {
     std::uint64_t generation = 0;
     bool isKnown = false;  // whether `source` is where it came from
@@ -66,7 +66,7 @@ bool IsUpToDate(const char* variable) {
                                : CoarseSeconds() == zone.lookedAt;
 }
 
-/// localtime_r reads the zone once, and a changed one only after tzset. False when a zone should be read and cannot be now.
+/// localtime_r reads the zone once, and a changed zone after tzset only. False without memory for a changed zone.
 bool UpdateZone() {
     const char* const variable = std::getenv("TZ");
     if (IsUpToDate(variable))
@@ -74,7 +74,7 @@ bool UpdateZone() {
     ZoneSource source;
     source.isVariable = variable != nullptr;
     const std::string_view value(variable != nullptr ? variable : "");
-    const bool fits = value.size() < source.variable.size();  // a longer one counts as changed each time
+    const bool fits = value.size() < source.variable.size();  // a longer value counts as changed each time
     struct stat facts{};
     if (source.isVariable && fits) {
         value.copy(source.variable.data(), value.size());
@@ -122,7 +122,7 @@ CalendarTime LocalCalendar(std::int64_t utcSeconds) {
 }
 
 std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int second) {
-    // std::chrono's years are short ones: 400 years, which have 146,097 days, are taken out before.
+    // std::chrono's years are of 16 bits: eras of 400 years, which have 146,097 days, are taken out before.
     constexpr std::int64_t kMonths = 4800, kDays = 146097;
     const std::int64_t months = static_cast<std::int64_t>(year) * 12 + month - 1;
     const std::int64_t eras = (months >= 0 ? months : months - (kMonths - 1)) / kMonths;
@@ -159,7 +159,7 @@ std::string FormattedTime(CalendarTime fields, std::string format) {
     fields.tm_year -= 1900;
     --fields.tm_mon;
     format.resize(std::min(format.size(), format.find('\0')));
-    format += '.';  // tells an empty result from one that has no room
+    format += '.';  // tells an empty result from a lack of room
     std::string text;
     const std::lock_guard lock(MutexOf(Lock::Zone));
     if (!UpdateZone())

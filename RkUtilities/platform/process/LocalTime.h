@@ -37,17 +37,17 @@ CalendarTime LocalCalendar(std::int64_t utcSeconds);
 /// into the next larger one ("32 January" is 1 February).
 std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int second);
 
-/// The time whose local calendar reads `localSeconds` (`SecondsOf` its fields). A local time that exists twice is the
-/// first of the two unless `daylight` chooses, as C's tm_isdst does: 0 standard time, 1 daylight saving time. A local
-/// time that a clock change leaves out is moved on by the length of the gap. The result may lie outside the range.
+/// The time whose local calendar reads `localSeconds` (`SecondsOf` its fields). Where a local time exists twice,
+/// `daylight` chooses as C's tm_isdst does (0 standard time, 1 daylight saving time), else the first time counts. A
+/// local time that a clock change leaves out is moved on by the length of the gap. The result may lie outside the
+/// range.
 std::int64_t LocalToUtc(std::int64_t localSeconds, int daylight);
 
 /// The fields by a format of C's strftime; "" for more than 1 MiB. Names are those of the process's LC_TIME. Throws
 /// `std::bad_alloc`, also where there is no memory for the zone.
 std::string FormattedTime(CalendarTime fields, std::string format);
 
-/// Changes whenever the zone that local times are read in has changed: for what is kept about local times. 0 as long as
-/// no zone could be read for lack of memory.
+/// A number that changes with the zone of local times; 0 while no zone could be read for lack of memory.
 std::uint64_t ZoneGeneration();
 
 /// The zone's abbreviation at a time ("CET"); "" while no zone can be read for lack of memory.

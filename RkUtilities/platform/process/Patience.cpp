@@ -11,7 +11,7 @@ bool Patience::Lock(std::mutex& mutex) {
     if (mutex.try_lock())
         return true;
     using namespace std::chrono;
-    // By the wall's clock, since thread sanitizers do not know a wait by the other one.
+    // By the wall's clock, since thread sanitizers do not know a wait by the steady clock.
     const auto until = (system_clock::now() + (Deadline() - Clock::now())).time_since_epoch();
     const auto whole = floor<seconds>(until);
     const timespec deadline{.tv_sec = whole.count(), .tv_nsec = nanoseconds(until - whole).count()};

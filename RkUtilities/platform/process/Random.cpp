@@ -26,8 +26,7 @@ void FillFromSystem(std::span<std::byte> bytes) {
     }
 }
 
-/// A number that a fork sets to 0, in a page that lasts as long as the process; null where the kernel cannot wipe
-/// pages.
+/// A number that a fork sets to 0, in a page for the process's life; null where the kernel cannot wipe pages.
 std::atomic<std::uint32_t>* MapForkMark() noexcept {
     constexpr std::size_t kByteCount = sizeof(std::atomic<std::uint32_t>);  // rounded up to a page by the kernel
     void* const page = mmap(nullptr, kByteCount, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -42,7 +41,7 @@ std::atomic<std::uint32_t>* MapForkMark() noexcept {
 
 constinit std::atomic<std::uint32_t>* forkMark = nullptr;
 
-// When the library is loaded. The second sign of a fork is for kernels that say that they wipe pages and do not.
+// When the library is loaded. The second sign of a fork is for kernels that claim to wipe pages and do not.
 [[gnu::constructor(101)]] void WatchForForks() {
     forkMark = MapForkMark();
     const auto inChild = [] {
@@ -53,8 +52,7 @@ constinit std::atomic<std::uint32_t>* forkMark = nullptr;
 }
 
 /// The number of the process among its forefathers, from 1; 0 means that no stock may be kept.
-/// Two threads of a new process may count at once. Then it gets two numbers, and what was stocked under the first is
-/// thrown away for nothing.
+/// Two threads of a new process may count at once: it then gets two numbers, and the stock of the first number is lost.
 std::uint32_t ProcessGeneration() noexcept {
     static constinit std::atomic<std::uint32_t> lastGeneration = 0;  // a fork leaves it as it is
     if (!forkMark)

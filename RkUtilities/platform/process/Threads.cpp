@@ -14,7 +14,7 @@ constexpr std::time_t kLongestWaitSeconds = 2;
 
 constinit std::array<std::mutex, kLockCount> mutexes{};
 constinit std::atomic<std::mutex*> logMutex = mutexes.data();
-constinit std::array<std::mutex*, kLockCount> heldByFork{};  // by the thread that holds the last one
+constinit std::array<std::mutex*, kLockCount> heldByFork{};  // by the thread that holds the last lock
 constinit std::array<ForkCalls, kLockCount> forkCalls{};
 
 bool LockUntil(std::mutex& mutex, const timespec& deadline) {

@@ -8,11 +8,11 @@ namespace rk::platform {
 /// The system's handle of the calling thread, as a number.
 std::uintptr_t CurrentThreadHandle() noexcept;
 
-/// The library's locks in the order in which they are taken: a thread that holds one of them takes only later ones.
-/// A thread that forks holds all of them meanwhile, so that its child never inherits one locked by a thread that the child
-/// does not have, nor what is guarded by it half done. It waits two seconds at most, for a handler of a crash inside one.
+/// The library's locks in the order in which they are taken: a thread that holds a lock takes only later locks. A
+/// thread that forks holds all locks meanwhile, so that its child inherits no lock of a thread that the child does not
+/// have, nor half-done work. It waits two seconds at most: a handler of a crash may fork inside a lock.
 enum class Lock {
-    Log,               ///< the one given to `HoldAcrossForks`
+    Log,               ///< the mutex given to `HoldAcrossForks`
     Preferences,       ///< while the preferences are synchronised
     PreferenceValues,  ///< the preferences in memory
     Locale,            ///< the user's locale, and all of ICU that has locks of its own

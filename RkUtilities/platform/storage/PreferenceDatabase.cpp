@@ -75,7 +75,7 @@ struct Resetter {
 };
 using Running = std::unique_ptr<sqlite3_stmt, Resetter>;
 
-// A text that is bound in place is the caller's, who keeps it until the row is written.
+// The caller keeps a text that is bound in place until the row is written.
 
 /// A text that begins with U+FEFF or U+FFFE goes in as bytes in the database's order, which read as the text again:
 /// SQLite would take the unit for a byte-order mark.
@@ -129,7 +129,7 @@ std::optional<PreferenceValue> ValueAt(sqlite3_stmt* row) {
 /// The steps that a statement may take. No sound database of preferences needs nearly as many: a longer statement never ends.
 constexpr int kMostSteps = 50'000'000;
 
-/// The codes that tell of a file which is no database of preferences, or no sound one.
+/// The codes that tell of a file which is no sound database of preferences.
 constexpr int kDamage[] = {SQLITE_ERROR,  SQLITE_INTERRUPT,  SQLITE_CORRUPT,
                            SQLITE_NOTADB, SQLITE_CONSTRAINT, SQLITE_MISMATCH};
 

@@ -31,9 +31,9 @@ public:
     StorageOutcome Check();  ///< Looks at every page of the file, reads it, and tries to write.
 
     StorageOutcome Store(const PreferenceMap& values) noexcept;  ///< Stores all values, or after a failure no value.
-    /// Gives all values to `take` if another process has stored some since they were last taken.
+    /// Gives all values to `take` if another process has stored a value since the last taking.
     StorageOutcome ReadIfChanged(const Taker& take);
-    /// Gives all values of a file to `take` where nothing can be written, as on a full disk. Opens the database for that alone.
+    /// Opens the database for this call alone and gives all values to `take`, where nothing can be written.
     StorageOutcome ReadUnwritable(const Taker& take);
 
 private:

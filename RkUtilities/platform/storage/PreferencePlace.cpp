@@ -24,8 +24,7 @@ namespace rk::platform {
 
 namespace {
 
-/// The id in /etc/machine-id. Only where there is no such file, or no id in it, it is the host's name. "" for now when
-/// it cannot be read.
+/// The id in /etc/machine-id; the host's name without that file or an id in it; "" when the file cannot be read.
 std::string HostId() {
     std::error_code error;
     std::string id = ContentOfFile("/etc/machine-id", error);

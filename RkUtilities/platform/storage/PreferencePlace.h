@@ -14,16 +14,16 @@ struct PreferencePlace {
     std::string hostId;    ///< keeps machines apart that share the folder
 };
 
-/// Finds the place and makes the folder where it is missing. The machine's id and the program's name are read for as
-/// long as that fails: values under a substitute would be missing in the next run.
+/// Finds the place and makes the folder where it is missing. Without the machine's id and the program's name there is
+/// no place: values under a substitute would be missing in the next run.
 StorageOutcome FindPreferencePlace(PreferencePlace& place);
 
 /// Keeps other processes from opening the database in the folder, or putting it aside, for as long as `lock` lives.
 /// `Failed` when another process keeps the folder for two seconds; a folder that cannot be locked at all counts as locked.
 StorageOutcome LockFolder(const std::string& folder, FileHandle& lock);
 
-/// Moves a database and what SQLite keeps beside it out of the way: to a free name that tells the date. Returns the
-/// path of the moved database; "" when it cannot be moved.
+/// Moves a database and SQLite's files beside it to a free name with the date. Returns the new path; "" when the
+/// database cannot be moved.
 std::string MoveAside(const std::string& database);
 
 }  // namespace rk::platform

@@ -107,7 +107,7 @@ private:
             if (outcome.kind == StorageOutcome::Failed || isFinished)
                 break;
         }
-        if (m_database && !m_database->IsOpen() && outcome.kind == StorageOutcome::Failed)  // a full disk, for one
+        if (m_database && !m_database->IsOpen() && outcome.kind == StorageOutcome::Failed)  // a full disk, say
             static_cast<void>(m_database->ReadUnwritable(m_taker));
         return outcome;
     }
@@ -138,7 +138,7 @@ private:
         return outcome ? outcome : reading;
     }
 
-    /// Moves a damaged database out of the way; everything known here is stored again in the new one.
+    /// Moves a damaged database out of the way; a new database gets all values known here.
     StorageOutcome PutAside() {
         if (m_database->IsOpen())
             static_cast<void>(m_database->ReadIfChanged(m_taker));  // what can still be read is known

@@ -17,7 +17,7 @@ namespace rk::platform {
 
 /// In the order in which a name is looked up.
 enum class PreferenceScope { ThisHost, AnyHost };
-/// The last is that of a deleted value, which is stored so that it stays deleted.
+/// std::monostate is a deleted value, which is stored so that it stays deleted.
 using PreferenceValue = std::variant<bool, std::int64_t, std::u16string, std::monostate>;
 
 /// A value's scope as text and its name. The scope of this host is spelled without the host's id, which only the
@@ -31,7 +31,7 @@ inline constexpr std::array<std::string_view, 2> kScopeTexts = {kThisHostScope, 
 /// A call that throws `std::bad_alloc` changes nothing. Safe from any thread; one thread at a time stores and takes.
 class PreferenceValues {
 public:
-    /// Calls `use` with the value for this host, else for any host; not at all when neither has one. The lock is held.
+    /// Calls `use` with the value for this host, else for any host; not at all without such a value. The lock is held.
     void Find(std::u16string_view name, const std::function<void(const PreferenceValue& value)>& use) const;
     /// The names that have a value for this host or any host.
     [[nodiscard]] std::vector<std::u16string> Names() const;
@@ -55,7 +55,7 @@ private:
         using is_transparent = void;
         std::size_t operator()(std::u16string_view name) const { return std::hash<std::u16string_view>()(name); }
     };
-    using Scopes = std::vector<std::pair<std::string, Held>>;  // few, so that a search is the fastest way to one
+    using Scopes = std::vector<std::pair<std::string, Held>>;  // few, so that a search is fastest
 
     static Held& At(Scopes& scopes, std::string_view scope);
 

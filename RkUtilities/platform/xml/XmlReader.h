@@ -18,18 +18,15 @@ public:
     virtual void ElementEnds() = 0;  ///< The innermost open element ends.
 };
 
-/// Documents of more bytes, elements that are nested deeper, and document types that declare more attributes, which the
-/// parser looks through for each element, are refused. Reading takes time and memory linear in the length.
+/// Larger documents, deeper elements and more declarations of attributes, which the parser looks through for each
+/// element, are refused. Reading takes time and memory linear in the length.
 constexpr std::size_t kLongestXmlFile = std::size_t{8} << 20;
 constexpr int kDeepestXmlElement = 1000;
 constexpr int kMostXmlAttributeDeclarations = 100;
 
 /// Reads an XML 1.0 document from an ordinary file; returns why it was refused ("line 3: mismatched tag"), "" when all
 /// of it was read and is well-formed.
-///
-/// The receiver may have been told the beginning of a document that turns out to be no good: a caller that must take
-/// all or nothing keeps what it hears aside until the result is known.
-///
+/// The receiver may have been told the beginning of a document that is refused later.
 /// - Encodings: UTF-8, UTF-16, ISO-8859-1 and US-ASCII, as the document declares. Namespaces are not looked at.
 /// - Anything but an ordinary file (a folder, a pipe, a device) is refused without waiting for it; links are followed.
 /// - Nothing is expanded and nothing else is opened: a document that declares an entity, or refers to one beyond the
