@@ -151,7 +151,7 @@ void AppendFloating(TextBuilder& output, const FormatConversion& conversion, con
 std::string_view WithoutCutCharacter(std::string_view bytes) {
     const auto byteAt = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
     std::size_t lead = bytes.size();
-    while (lead > 0 && bytes.size() - lead < 3 && (byteAt(lead - 1) & 0xC0U) == 0x80U)
+    while (lead > 0 && bytes.size() - lead < 3 && platform::IsContinuation(byteAt(lead - 1)))
         --lead;
     if (lead == 0 || byteAt(lead - 1) < 0xC0)
         return bytes;

@@ -2,6 +2,7 @@
 
 #include "RkUtilities/platform/files/FileFacts.h"
 #include "RkUtilities/platform/files/FolderList.h"
+#include "RkUtilities/platform/locale/Utf.h"
 
 #include <algorithm>
 #include <optional>
@@ -31,10 +32,7 @@ std::unordered_set<std::string> ListedNames(const std::string& folder, const Num
 std::size_t NumberedName::StartByteCount(std::int64_t number) const {
     const std::size_t otherBytes = Suffix(number).size() + end.size();
     std::size_t byteCount = std::min(start.size(), kMostBytes - std::min(kMostBytes, otherBytes));
-    const auto isWithinCharacter = [&] {
-        return byteCount < start.size() && (static_cast<unsigned char>(start[byteCount]) & 0xC0U) == 0x80;
-    };
-    while (byteCount > 0 && isWithinCharacter())
+    while (byteCount > 0 && byteCount < start.size() && IsContinuation(static_cast<unsigned char>(start[byteCount])))
         --byteCount;
     return byteCount;
 }
