@@ -52,15 +52,14 @@ public:
     std::size_t size() const noexcept { return m_count; }      ///< `GetCount`.
     bool empty() const noexcept { return m_count == 0; }       ///< `IsEmpty`.
 
-    /// Adds an element before the first or behind the last one.
-    /// @return its position
-    POSITION AddHead(const T& element) { return LinkHead(Create(element)); }
+    /// Adds an element before the first element; returns its position.
+    POSITION AddHead(const T& element) { return LinkBefore(m_head, Create(element)); }
     /// Moves an element in at the head.
-    POSITION AddHead(T&& element) { return LinkHead(Create(std::move(element))); }
+    POSITION AddHead(T&& element) { return LinkBefore(m_head, Create(std::move(element))); }
     /// Adds an element at the tail; returns its position.
-    POSITION AddTail(const T& element) { return LinkTail(Create(element)); }
+    POSITION AddTail(const T& element) { return LinkBefore(nullptr, Create(element)); }
     /// Moves an element in at the tail.
-    POSITION AddTail(T&& element) { return LinkTail(Create(std::move(element))); }
+    POSITION AddTail(T&& element) { return LinkBefore(nullptr, Create(std::move(element))); }
 
     /// The position of the first element; null in an empty list.
     POSITION GetHeadPosition() const noexcept { return PositionOf(m_head); }
@@ -84,14 +83,12 @@ public:
     /// Adds an element before a position; returns its position.
     template <std::convertible_to<T> Element = T> POSITION InsertBefore(POSITION position, Element&& element) {
         Node* const next = Checked(position);
-        return next->previous ? LinkAfter(next->previous, Create(std::forward<Element>(element)))
-                              : LinkHead(Create(std::forward<Element>(element)));
+        return LinkBefore(next, Create(std::forward<Element>(element)));
     }
     /// Adds an element behind a position; returns its position.
     template <std::convertible_to<T> Element = T> POSITION InsertAfter(POSITION position, Element&& element) {
         Node* const previous = Checked(position);
-        return previous->next ? LinkAfter(previous, Create(std::forward<Element>(element)))
-                              : LinkTail(Create(std::forward<Element>(element)));
+        return LinkBefore(previous->next, Create(std::forward<Element>(element)));
     }
 
     T& GetAt(POSITION position) { return Checked(position)->element; }              ///< The element at a position.
@@ -170,27 +167,13 @@ private:
             [&] { return m_pool.Create(m_blockElementCount, std::forward<Element>(element)); });
     }
 
-    POSITION LinkHead(Node* node) noexcept {
-        node->next = m_head;
-        (m_head ? m_head->previous : m_tail) = node;
-        m_head = node;
-        ++m_count;
-        return PositionOf(node);
-    }
-
-    POSITION LinkTail(Node* node) noexcept {
-        node->previous = m_tail;
-        (m_tail ? m_tail->next : m_head) = node;
-        m_tail = node;
-        ++m_count;
-        return PositionOf(node);
-    }
-
-    /// Between a node and the next one.
-    POSITION LinkAfter(Node* previous, Node* node) noexcept {
+    /// Puts a node before another node, or at the tail before null.
+    POSITION LinkBefore(Node* next, Node* node) noexcept {
+        Node* const previous = next ? next->previous : m_tail;
         node->previous = previous;
-        node->next = previous->next;
-        previous->next = node->next->previous = node;
+        node->next = next;
+        (previous ? previous->next : m_head) = node;
+        (next ? next->previous : m_tail) = node;
         ++m_count;
         return PositionOf(node);
     }
