@@ -67,7 +67,7 @@ public:
         rk::RaisingAllocationFailures([&] { GetAt(index) = std::move(element); });
     }
 
-    /// Adds an element behind the last one, in constant time on average.
+    /// Adds an element at the end, in constant time on average.
     /// @return its index
     std::size_t Add(const T& element) { return Append(element); }
     /// Moves an element in at the end; returns its index.
@@ -123,7 +123,7 @@ public:
     const T* begin() const noexcept { return m_storage.m_elements; }          ///< The first element, for reading.
     const T* end() const noexcept { return m_storage.m_elements + m_count; }  ///< Behind the last element.
 
-    /// The same number of elements, equal one by one.
+    /// The same number of elements, equal in their order.
     friend bool operator==(const CAtlArray& left, const CAtlArray& right) {
         if (left.m_count != right.m_count)
             return false;
@@ -167,7 +167,7 @@ private:
         return m_count - 1;
     }
 
-    /// Lets `construct` make `addedCount` elements behind the last one, in new memory if need be.
+    /// Lets `construct` make `addedCount` elements at the end, in new memory if need be.
     template <class Construct> void AddBehind(std::size_t addedCount, const Construct& construct) {
         const std::size_t count = m_count + addedCount;
         if (count <= m_storage.m_capacity) {

@@ -64,14 +64,14 @@ public:
     /// The position of the first element; null in an empty list.
     POSITION GetHeadPosition() const noexcept { return PositionOf(m_head); }
 
-    /// The element at the position, which moves on to the next element, or to null behind the last one.
+    /// The element at the position, which moves on to the next element, or to null behind the last element.
     T& GetNext(POSITION& position) { return NodeAt(std::exchange(position, Following(position)))->element; }
     /// The same, for reading.
     const T& GetNext(POSITION& position) const { return NodeAt(std::exchange(position, Following(position)))->element; }
 
     /// The position of the last element; null in an empty list.
     POSITION GetTailPosition() const noexcept { return PositionOf(m_tail); }
-    /// The element at the position, which moves back to the previous element, or to null before the first one.
+    /// The element at the position, which moves back to the previous element, or to null before the first element.
     T& GetPrev(POSITION& position) { return NodeAt(std::exchange(position, Preceding(position)))->element; }
     /// The same, for reading.
     const T& GetPrev(POSITION& position) const { return NodeAt(std::exchange(position, Preceding(position)))->element; }
@@ -120,7 +120,7 @@ public:
     const_iterator begin() const noexcept { return {this, GetHeadPosition()}; }  ///< The first element, for reading.
     const_iterator end() const noexcept { return {this, nullptr}; }              ///< Behind the last element.
 
-    /// The same number of elements, equal one by one.
+    /// The same number of elements, equal in their order.
     friend bool operator==(const CAtlList& left, const CAtlList& right) {
         if (left.m_count != right.m_count)
             return false;

@@ -31,10 +31,10 @@ concept KeyFor =
 ///     for (const auto& [key, value] : counts) ...
 ///
 /// Setting, looking up and removing take constant time on average, however many keys there are. A walk goes bucket by
-/// bucket, from bucket 0 on; a key's bucket is KTraits::Hash modulo the bucket count. Keys of one bucket are walked the
-/// last one set first, until the table grows. There are 17 buckets or as many as InitHashTable says; a key that would
-/// be the third per bucket on average makes the table grow to four times as many or so, a prime number. Setting a new
-/// key during a walk may therefore repeat or skip entries; removing an entry that was passed is safe.
+/// bucket, from bucket 0 on; a key's bucket is KTraits::Hash modulo the bucket count. The keys of a bucket are walked
+/// from the last key set to the first, until the table grows. There are 17 buckets or as many as InitHashTable says; a
+/// key that would be the third per bucket on average makes the table grow to four times as many or so, a prime number.
+/// Setting a new key during a walk may therefore repeat or skip entries; removing an entry that was passed is safe.
 ///
 /// Entries never move: positions and pointers to entries last until their entry is removed. A null position throws
 /// CAtlException with ATL::kInvalidArgument, a failed allocation throws it with ATL::kAllocationFailed. Whatever is
@@ -59,7 +59,7 @@ public:
     using const_iterator = rk::PositionIterator<CAtlMap, const CPair>;  ///< Walks the entries.
 
     CAtlMap() noexcept = default;
-    /// Sets the pairs in their order, so that the last one of equal keys stays.
+    /// Sets the pairs in their order, so that the last of equal keys stays.
     CAtlMap(std::initializer_list<CPair> pairs) : CAtlMap() {
         for (const CPair& pair : pairs)
             SetAt(pair.m_key, pair.m_value);
@@ -165,7 +165,7 @@ public:
     /// The position of the first entry; null in an empty map.
     POSITION GetStartPosition() const noexcept { return m_count > 0 ? FirstFromBucket(0) : nullptr; }
 
-    /// The entry at the position, which moves on to the next entry, or to null behind the last one. Never null.
+    /// The entry at the position, which moves on to the next entry, or to null behind the last entry. Never null.
     CPair* GetNext(POSITION& position) { return &EntryAt(std::exchange(position, Following(position))); }
     /// The same, for reading.
     const CPair* GetNext(POSITION& position) const { return &EntryAt(std::exchange(position, Following(position))); }

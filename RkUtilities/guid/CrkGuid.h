@@ -45,9 +45,9 @@ public:
     /// Never null. Throws std::system_error when the system gives no random bytes.
     static CFUUIDBytes CreateGuid();
 
-    /// Reads the text form: 32 hexadecimal digits of either case in groups of 8, 4, 4, 4 and 12 joined by "-".
-    /// When the text begins with "{" and has two units or more, the "{" and the last unit, whatever it is, are left out
-    /// first. Every other text gives the null GUID: other lengths, separators, blanks, a closing "}" alone.
+    /// Reads the text form: 32 hexadecimal digits of either case in groups of 8, 4, 4, 4 and 12 joined by "-". When the
+    /// text begins with "{" and has two units or more, the "{" and the last unit, any unit, are left out first. Every
+    /// other text gives the null GUID: other lengths, separators, blanks, a closing "}" alone.
     ///
     ///     "00112233-4455-6677-8899-aabbccddeeff"    ->  33 22 11 00 55 44 ...
     ///     "{00112233-4455-6677-8899-aabbccddeeff]"  ->  the same

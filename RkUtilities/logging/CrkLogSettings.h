@@ -21,7 +21,7 @@
 /// written, "ls:" included, and need no namespace declaration. Their text, that of elements inside them included, is
 /// compared exactly: upper and lower case differ and white space counts (" true" is not "true").
 ///
-/// - "ls:Enable", "ls:StdOut", "ls:Level": the first of each decides, whatever it says.
+/// - "ls:Enable", "ls:StdOut", "ls:Level": the first element of each name decides.
 /// - "ls:IncludeCategory", "ls:ExcludeCategory": all elements. The text "*" includes every category; as an excluded
 ///   category it is a name like any other.
 ///

@@ -89,7 +89,7 @@ void CrkLogWriter::Uninitialize() {
 
 void CrkLogWriter::LogInternal(ErkLogLevel level, const CString& message, const CString& category,
                                const CString& description, CFUUIDBytes id) {
-    // Once more when the folder was made. Another process may remove the folder again, but not without end.
+    // Again when the folder was made; another process that removes the folder again and again ends this.
     if (TryToLog(level, message, category, description, id) == Outcome::FolderWasMissing &&
         TryToLog(level, message, category, description, id) == Outcome::FolderWasMissing)
         throw CrkLogException(m_path.ToUtf8());
@@ -133,9 +133,9 @@ CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& m
                                  m_path + m_activeFileName);
     }
 
-    // The entry is in the file: nothing that fails from here on may be told by an exception.
+    // The entry is in the file: from here on no failure may be told by an exception.
     if (isAlone) {
-        // Still under the file's lock: no other writes to it or moves it. But it may have been moved before we had it.
+        // Under the file's lock no other writer writes to it or moves it. But the file may have been moved before the lock.
         if (file.ByteCount() > m_maxFileLength && file.StandsAt(nativePath))
             Bak();
         file.Remember(std::move(nativePath), left);

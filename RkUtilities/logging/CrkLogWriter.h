@@ -107,7 +107,7 @@ public:
     /// How the log fares. To be called when `Log` may be. Throws `std::bad_alloc`.
     [[nodiscard]] static rk::LogState GetLogState();
 
-    /// Moves the active file to a backup in the log folder, so that the next entry starts a new one. After a failure
+    /// Moves the active file to a backup in the log folder, so that the next entry starts a new file. After a failure
     /// the file stays; `GetLogState` tells. Only for callers that hold `m_mutex`; the writer does this itself with a
     /// full file. The backup's name is the local date and time in the locale's short styles, "-" in place of "/" and
     /// ":", with ".xml" behind: "11-16-26, 9-52 PM.xml". A backup that has the name already is replaced, unless

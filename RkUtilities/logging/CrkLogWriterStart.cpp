@@ -14,7 +14,7 @@
 
 namespace {
 
-// The characters that would end a value or mean something in XML, and those that a terminal obeys.
+// With escapes for characters that end a value, mean something in XML, or steer a terminal.
 std::string Escaped(std::string_view value) {
     constexpr char kDigits[] = "0123456789ABCDEF";
     std::string text;

@@ -23,7 +23,7 @@ public:
     template <class... Arguments> static void Make(T* place, Arguments&&... arguments) {
         ::new (static_cast<void*>(place)) T(std::forward<Arguments>(arguments)...);
     }
-    /// Lets `make` make an element at each place, of an index; destroys the made ones when that throws.
+    /// Lets `make` make an element at each place, of an index; destroys the made elements when that throws.
     template <class Maker> static void MakeEach(T* places, std::size_t count, const Maker& make) {
         std::size_t made = 0;
         try {

@@ -18,8 +18,8 @@ std::size_t CountEncodedBytes(std::u16string_view units) noexcept;
 /// Encodes all units; a lone surrogate gives U+FFFD. Returns the end of what was written, and writes nothing behind it.
 char* EncodeUtf8(std::u16string_view units, char* bytes) noexcept;
 
-/// The same, to the end of `bytes`. What is made whole takes the memory that it needs and no more; what grows by parts
-/// is taken room for as `std::string` does. Throws `std::length_error`, `std::bad_alloc`.
+/// The same, to the end of `bytes`. A text that is made whole takes the memory that it needs and no more; a text that
+/// grows by parts is taken room for as `std::string` does. Throws `std::length_error`, `std::bad_alloc`.
 void AppendUtf8(std::u16string_view units, std::string& bytes);
 
 }  // namespace rk

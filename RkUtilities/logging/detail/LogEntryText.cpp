@@ -38,8 +38,7 @@ void AppendEscaped(TextBuilder& target, std::u16string_view text) {
     target.Append(text);
 }
 
-// What follows the first "?>"; the whole message when it has no "?>". Escaping neither makes nor breaks a "?>", so it
-// may be looked for before.
+// The message behind its first "?>", or all of it. Escaping neither makes nor breaks a "?>".
 std::u16string_view WithoutDeclaration(std::u16string_view message) {
     const std::size_t end = FindUnits(message, u"?>", 0);
     return end < message.size() ? message.substr(end + 2) : message;
@@ -119,8 +118,7 @@ constinit std::int32_t CrkLogWriter::m_seconds = 0;
 
 namespace {
 
-// Before the initialisers of all files, which in a static library may run earlier than this file's and use the log
-// already.
+// Before the initialisers of all files, which may use the log already.
 [[gnu::constructor(101)]] void NoteWhenTheLibraryWasLoaded() {
     CrkLogWriter::m_seconds = rk::SecondsSince2001(std::chrono::system_clock::now());
 }

@@ -44,7 +44,7 @@ void MendTail(platform::AppendFile& file) {
     const std::size_t footerByteCount = std::min<std::uint64_t>(file.ByteCount(), kEntryFooter.size());
     if (Read(file, file.ByteCount() - footerByteCount, footerByteCount) == kEntryFooter)
         return;
-    // What fails here leaves the end as it is.
+    // A failure here leaves the end as it is.
     if (const std::optional<std::uint64_t> end = EndOfLastEntry(file)) {
         const std::optional<std::string> rest = Read(file, *end, kEntryStart.size());
         if (rest && !rest->empty() && kEntryStart.starts_with(*rest))

@@ -10,7 +10,7 @@ namespace rk {
 
 namespace {
 
-/// A step in the upper half and an error number in the lower one, so that both are read and written in one go.
+/// A step in the upper half and an error number in the lower half, so that both are read and written at once.
 constexpr std::uint64_t FailureOf(LogStep step, int errorNumber) {
     return std::uint64_t{static_cast<std::uint32_t>(step)} << 32 | static_cast<std::uint32_t>(errorNumber);
 }

@@ -60,8 +60,8 @@ bool Has(const icu::Collator& collator, UColAttribute attribute, UColAttributeVa
     return collator.getAttribute(attribute, error) == value && U_SUCCESS(error) != 0;
 }
 
-/// In the root's order no group of ASCII characters ("ch") counts as a character, and no ASCII character counts as two.
-/// So each character has a place, unless the locale's keywords change more than the order of the characters.
+/// In the root's order each ASCII character has a place: no group ("ch") counts as a character, and no character as
+/// two. A locale's keywords may change that.
 bool IsRootOrder(const icu::Collator& collator) {
     UErrorCode error = U_ZERO_ERROR;
     return *collator.getLocale(ULOC_ACTUAL_LOCALE, error).getLanguage() == '\0' && U_SUCCESS(error) != 0 &&

@@ -110,7 +110,7 @@ NumberFormats::NumberFormats(const std::string& locale) {
     currencyFractionDigits = money->getMinimumFractionDigits();
     firstWeekday = FirstWeekdayOf(icuLocale);
 
-    // ICU makes the parser when it is first used, without a lock that others can see.
+    // ICU makes the parser at its first use, without a lock.
     m_parser = std::make_unique<const Parser>(Parser{std::move(plain)});
     icu::Formattable number;
     if (!m_parser->Takes(symbols.getConstDigitSymbol(1), number))

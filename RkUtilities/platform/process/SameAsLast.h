@@ -4,7 +4,7 @@
 
 namespace rk::platform {
 
-/// A value that is made again only when it is asked for by another key than the last time. What is half made is not kept.
+/// A value that is made again only when it is asked for by another key than the last time.
 template <class Key, class Value> class SameAsLast {
 public:
     /// `asked` may be of another type than `Key` where the two compare and one is assigned to the other.

@@ -57,7 +57,7 @@ public:
             if (m_hasSet)
                 SynchronizeAlone();
             Close();
-        } catch (...) {  // without memory, what waits is not stored
+        } catch (...) {  // without memory the waiting values are lost
         }
     }
 
