@@ -18,12 +18,19 @@ namespace rk::platform {
 
 namespace {
 
-/// For expat's hash tables. Where the system gives no random bytes, expat's own drawing may end the program.
-unsigned long Secret(const void* here) noexcept {
-    unsigned long secret = 0;
-    if (getrandom(&secret, sizeof secret, GRND_NONBLOCK) != sizeof secret)
-        secret = reinterpret_cast<std::uintptr_t>(here) ^ static_cast<unsigned long>(clock());
-    return secret | 1;  // 0 stands for no secret
+/// Gives expat the secret of its hash tables. Where the system gives no random bytes, expat's own drawing may end the program;
+/// the place and the time are the secret then.
+void SetSecret(XML_Parser parser) noexcept {
+    std::uint64_t secret[2];
+    if (getrandom(secret, sizeof secret, GRND_NONBLOCK) != sizeof secret) {
+        secret[0] = reinterpret_cast<std::uintptr_t>(parser);
+        secret[1] = static_cast<std::uint64_t>(clock());
+    }
+#ifdef RK_EXPAT_HAS_LONG_SECRET
+    XML_SetHashSalt16Bytes(parser, reinterpret_cast<const std::uint8_t*>(secret));
+#else
+    XML_SetHashSalt(parser, (secret[0] ^ secret[1]) | 1);  // 0 stands for no secret
+#endif
 }
 
 // The reading of a document. No exception passes through expat: the exception is kept until the parser has returned.
@@ -34,7 +41,7 @@ public:
         if (!m_parser)
             throw std::bad_alloc();
         XML_Parser parser = m_parser.get();
-        XML_SetHashSalt(parser, Secret(parser));
+        SetSecret(parser);
         XML_SetUserData(parser, this);
         XML_SetElementHandler(
             parser, [](void* self, const XML_Char* name, const XML_Char**) { Of(self).Begin(name); },
