@@ -1,12 +1,7 @@
 // A conversion of a number prints what C prints; whatever a format says, the text is kept or made, by each of the ways alike.
-#include "RkUtilities/strings/CrkStringUtilities.h"
+#include "fuzz/Fuzz.h"
 
-#include "fuzz/Require.h"
-
-#include <cstdint>
 #include <cstdio>
-#include <fuzzer/FuzzedDataProvider.h>
-#include <string>
 
 namespace {
 
@@ -54,8 +49,7 @@ void CheckAnyFormat(const CString& format, const CString& argument) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    FuzzedDataProvider data(bytes, size);
+void Try(FuzzedDataProvider& data) {
     const std::string integer(1, "diuoxX"[data.ConsumeIntegralInRange(0, 5)]);
     const std::string floating(1, "fFeEgGaA"[data.ConsumeIntegralInRange(0, 7)]);
     CheckAgainstC(data, data.PickValueInArray({"", "h", "hh"}) + integer, data.ConsumeIntegral<int>());
@@ -64,5 +58,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     CheckAgainstC(data, "L" + floating, data.ConsumeFloatingPoint<long double>());
     const CString argument = data.ConsumeRandomLengthString(40);
     CheckAnyFormat(data.ConsumeRemainingBytesAsString(), argument);
-    return 0;
 }

@@ -1,19 +1,13 @@
 // Any bytes as a log, in blocks of any size: every byte is given once and in order, entries that stand behind the bytes are
 // found, and what is written of them is well-formed.
+#include "fuzz/Fuzz.h"
 #include "rklog/EntryText.h"
 #include "rklog/EntryTimes.h"
 #include "rklog/RecordWriter.h"
+#include "tests/rklog/LogText.h"
 
-#include "../tests/rklog/LogText.h"
-#include "Require.h"
-
-#include <RkUtilities/foundation/CString.h>
-
-#include <algorithm>
-#include <cstdint>
 #include <expat.h>
 #include <sstream>
-#include <string>
 
 using namespace rklog;
 
@@ -28,10 +22,10 @@ bool IsWellFormedXml(const std::string& xml) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::size_t blockByteCount = size > 0 ? data[0] % 64U + 1U : 1U;
-    const std::string log = std::string(reinterpret_cast<const char*>(data), size) + '\n' +
-                            EntryAt("11/16/26, 9:52 PM:125", "last", "Info", "fuzz");
+void Try(FuzzedDataProvider& data) {
+    const std::size_t blockByteCount = data.ConsumeIntegralInRange<std::size_t>(1, 64);
+    const std::string log =
+        data.ConsumeRemainingBytesAsString() + '\n' + EntryAt("11/16/26, 9:52 PM:125", "last", "Info", "fuzz");
     EntryTimes times(DateReader({.order = DateStyle::Order::MonthDayYear, .days = {}}));
     std::ostringstream json, xml, text;
     const auto jsonWriter = MakeJsonWriter(), xmlWriter = MakeXmlWriter(), textWriter = MakeTextWriter(Colors::None);
@@ -59,5 +53,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     std::size_t wholeCount = 0;
     Require(Scan(EntryScanner(), log, log.size(), [&](const Entry&) { ++wholeCount; }) && wholeCount == count);
-    return 0;
 }

@@ -1,12 +1,7 @@
 // A settings file of any bytes is applied as a whole or not at all, the same each time, and never expands an entity.
-#include "RkUtilities/logging/CrkLogSettings.h"
+#include "fuzz/Fuzz.h"
 
-#include "fuzz/Require.h"
-
-#include <cstdint>
-#include <string>
 #include <sys/mman.h>
-#include <unistd.h>
 
 namespace {
 
@@ -34,8 +29,8 @@ bool AreDefaults(const CrkLogSettings& settings) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string bytes(reinterpret_cast<const char*>(data), size);
+void Try(FuzzedDataProvider& data) {
+    const std::string bytes = data.ConsumeRemainingBytesAsString();
     const MemoryFile file(bytes);
     const CrkLogSettings settings(file.Path());
     const CrkLogSettings again(file.Path());
@@ -43,7 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(settings.m_enable == again.m_enable && settings.m_includeCategories == again.m_includeCategories &&
             settings.m_excludeCategories == again.m_excludeCategories && !settings.IsIncluded(u"*"));
     for (const auto& [name, isListed] : settings.m_excludeCategories)
-        Require(isListed && static_cast<std::size_t>(name.GetLength()) <= size);
+        Require(isListed && static_cast<std::size_t>(name.GetLength()) <= bytes.size());
 
     // Behind whatever is well-formed the first setting still decides; in front of half a document nothing counts.
     if (bytes.find("<!DOCTYPE") == std::string::npos && bytes.find("<?") == std::string::npos) {
@@ -52,5 +47,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     Require(AreDefaults(CrkLogSettings(MemoryFile("<x>" + kEnabled + bytes).Path())) ||
             bytes.find("</") != std::string::npos);
-    return 0;
 }

@@ -1,11 +1,9 @@
 // Any bytes, as each kind of outline and as each field of a topic: a reason with a line, or a map that is overlap-free and well-formed.
-#include "../tests/mindmap/MapInvariants.h"
-#include "Require.h"
+#include "fuzz/Fuzz.h"
 #include "mindmap/layout/MapCheck.h"
 #include "mindmap/read/OpmlReader.h"
 #include "mindmap/read/TextOutlineReader.h"
-
-#include <cstdint>
+#include "tests/mindmap/MapInvariants.h"
 
 using namespace mindmap;
 
@@ -30,8 +28,8 @@ template <class Read> void CheckReader(Read read) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string_view document(reinterpret_cast<const char*>(data), size);
+void Try(FuzzedDataProvider& data) {
+    const std::string document = data.ConsumeRemainingBytesAsString();
     CheckReader([&] { return ReadOpml(document, u"file"); });
     CheckReader([&] { return ReadTextOutline(document, TextSyntax::Indented, u"file"); });
     CheckReader([&] { return ReadTextOutline(document, TextSyntax::Markdown, u"file"); });
@@ -43,5 +41,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         builder.Add(top, topic);
     }
     CheckOutline(builder.Finish({}));
-    return 0;
 }

@@ -1,12 +1,5 @@
 // Paths come apart into parts that make them up again, and a relative path leads to its target.
-#include "RkUtilities/paths/CrkPathUtilities.h"
-
-#include "fuzz/Require.h"
-
-#include <cstdint>
-#include <cstring>
-#include <string>
-#include <string_view>
+#include "fuzz/Fuzz.h"
 
 namespace {
 
@@ -46,16 +39,14 @@ void RequireRelative(const CString& target, const CString& base) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string bytes(reinterpret_cast<const char*>(data), size);
-    std::u16string units(size / 2, u'\0');
-    std::memcpy(units.data(), data, units.size() * 2);
-    const CString path(units);
-    for (const CString& text : {path, CString(bytes)}) {
+void Try(FuzzedDataProvider& data) {
+    const std::string bytes = data.ConsumeRemainingBytesAsString();
+    std::u16string units(bytes.size() / 2, u'\0');
+    bytes.copy(reinterpret_cast<char*>(units.data()), units.size() * 2);
+    for (const CString& text : {CString(units), CString(bytes)}) {
         RequireParts(text);
         RequireRepairs(text);
         const int middle = text.GetLength() / 2;
         RequireRelative(u'/' + text.Left(middle), u'/' + text.Mid(middle));
     }
-    return 0;
 }

@@ -1,20 +1,8 @@
 // Whatever bytes stand in the place of the preferences' database: values can be stored, and a new process reads them.
-#include "RkUtilities/foundation/CAtlArray.h"
-#include "RkUtilities/preferences/PreferenceState.h"
-#include "RkUtilities/preferences/SECRegistry.h"
+#include "fuzz/Fuzz.h"
 
-#include "fuzz/Require.h"
-#include "fuzz/ScratchFolder.h"
-
-#include <algorithm>
 #include <cerrno>
-#include <cstdint>
-#include <cstdlib>
-#include <fuzzer/FuzzedDataProvider.h>
-#include <optional>
-#include <string>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <sys/socket.h>
 
 namespace {
 
@@ -30,51 +18,49 @@ SECRegistry Registry() {
 class Reader {
 public:
     Reader() {
-        int wishes[2], numbers[2];
-        Require(pipe(wishes) == 0 && pipe(numbers) == 0);
+        int ends[2];
+        Require(socketpair(AF_UNIX, SOCK_STREAM, 0, ends) == 0);
         if (fork() == 0) {
-            close(wishes[1]);
-            Serve(wishes[0], numbers[1]);
+            close(ends[0]);
+            Serve(ends[1]);
         }
-        m_wishes = wishes[1];
-        m_numbers = numbers[0];
-        close(wishes[0]);
-        close(numbers[1]);
+        close(ends[1]);
+        m_end = ends[0];
     }
 
     std::uint32_t Read() const {
         std::uint32_t number = 0;
         char end = 0;
-        Require(write(m_wishes, "", 1) == 1 && Take(m_numbers, number));
-        Require(Take(m_numbers, end));  // by now the process has closed the database
+        Require(write(m_end, "", 1) == 1 && Take(m_end, number));
+        Require(Take(m_end, end));  // by now the process has closed the database
         return number;
     }
 
 private:
     /// The fuzzer's timer interrupts a reading that waits.
-    template <class Value> static bool Take(int pipe, Value& value) {
+    template <class Value> static bool Take(int end, Value& value) {
         ssize_t count = -1;
         do
-            count = read(pipe, &value, sizeof value);
+            count = read(end, &value, sizeof value);
         while (count < 0 && errno == EINTR);
         return count == sizeof value;
     }
 
-    [[noreturn]] static void Serve(int wishes, int numbers) {
+    [[noreturn]] static void Serve(int end) {
         int status = 0;
-        for (char wish; status == 0 && Take(wishes, wish);) {
+        for (char wish; status == 0 && Take(end, wish);) {
             if (fork() == 0) {
                 std::uint32_t number = 0;
                 Registry().GetValue(kName, number);
-                _exit(write(numbers, &number, sizeof number) == sizeof number ? 0 : 1);
+                _exit(write(end, &number, sizeof number) == sizeof number ? 0 : 1);
             }
             wait(&status);
-            status |= write(numbers, "", 1) == 1 ? 0 : 1;
+            status |= write(end, "", 1) == 1 ? 0 : 1;
         }
         _exit(0);
     }
 
-    int m_wishes = -1, m_numbers = -1;
+    int m_end = -1;
 };
 
 /// The folder of the preferences, and the bytes of a sound database with a few pages.
@@ -90,10 +76,11 @@ struct Place {
         if (fork() == 0)  // which closes the database
             _exit(0);
         wait(nullptr);
-        sound = ReadFile(database);
+        sound = folder.Read(NameOfDatabase());
     }
+    std::string NameOfDatabase() const { return database.substr(folder.Path().size()); }
 
-    ScratchFolder folder;
+    ScopedFolder folder;
     std::optional<Reader> reader;
     std::string database, sound;
 };
@@ -125,24 +112,18 @@ void ReadAll() {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+void Try(FuzzedDataProvider& data) {
     static const Place place;
     static std::uint32_t number = 0;
-    FuzzedDataProvider data(bytes, size);
-    const std::string newFile = place.database + "-new";
-    WriteFile(newFile, AnyDatabase(data, place.sound));
-    std::filesystem::rename(newFile, place.database);  // the process still has the last one open
+    place.folder.Write("new", AnyDatabase(data, place.sound));
+    std::filesystem::rename(place.folder.Path("new"), place.database);  // the process still has the last one open
 
     SECRegistry registry = Registry();
     registry.Open(nullptr, {});
     ReadAll();
     registry.SetValue(kName, ++number);
-    auto got = place.reader->Read();
-    fprintf(stderr, "FAIL %s aside %s got %u want %u\n", rk::GetPreferenceState().lastFailure.c_str(),
-            rk::GetPreferenceState().damagedDatabase.c_str(), got, number);
-    Require(rk::GetPreferenceState().lastFailure.empty() && got == number);
+    Require(rk::GetPreferenceState().lastFailure.empty() && place.reader->Read() == number);
     for (const CString& name : registry.GetValueNames())
         registry.DeleteValue(name);
     std::filesystem::remove(rk::GetPreferenceState().damagedDatabase);
-    return 0;
 }

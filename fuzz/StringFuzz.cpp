@@ -1,14 +1,5 @@
 // A text under any calls holds what std::u16string holds under the same ones, and so does a copy that was made on the way.
-#include "RkUtilities/foundation/CString.h"
-
-#include "fuzz/Require.h"
-
-#include <algorithm>
-#include <climits>
-#include <cstdint>
-#include <fuzzer/FuzzedDataProvider.h>
-#include <string>
-#include <string_view>
+#include "fuzz/Fuzz.h"
 
 namespace {
 
@@ -148,8 +139,7 @@ struct Pair {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    FuzzedDataProvider data(bytes, size);
+void Try(FuzzedDataProvider& data) {
     Pair pair, copy;
     while (data.remaining_bytes() > 0) {
         if (data.ConsumeBool())
@@ -163,5 +153,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         pair.Check();
         copy.Check();
     }
-    return 0;
 }

@@ -1,16 +1,5 @@
 // Whatever a text is: repaired texts are sound, parsers agree with one another.
-#include "RkUtilities/foundation/UserLocale.h"
-#include "RkUtilities/numbers/CrkLocaleUtilities.h"
-#include "RkUtilities/numbers/CrkStringConversionUtilities.h"
-#include "RkUtilities/strings/CrkStringUtilities.h"
-#include "RkUtilities/xml/CrkXmlUtilities.h"
-
-#include "fuzz/Require.h"
-
-#include <algorithm>
-#include <cmath>
-#include <cstdint>
-#include <iterator>
+#include "fuzz/Fuzz.h"
 
 namespace {
 
@@ -63,15 +52,12 @@ void CheckNumberText(const CString& text, int decimals) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const char* const kLocales[] = {"en_US", "de_DE", "ar_EG", "fa_IR", "fr_CH", "ff_Adlm", "pt_CV", "hi_IN"};
-    if (size < 2)
-        return 0;
-    rk::SetUserLocale(kLocales[data[0] % std::size(kLocales)]);
-    const int number = data[1] - 4;
-    const CString text(std::string_view(reinterpret_cast<const char*>(data) + 2, size - 2));
-    CheckRepairs(text, number, data[0]);
+void Try(FuzzedDataProvider& data) {
+    constexpr const char* kLocales[] = {"en_US", "de_DE", "ar_EG", "fa_IR", "fr_CH", "ff_Adlm", "pt_CV", "hi_IN"};
+    rk::SetUserLocale(data.ConsumeBool() ? data.PickValueInArray(kLocales) : data.ConsumeRandomLengthString(110));
+    const int number = data.ConsumeIntegral<std::uint8_t>() - 4, lines = data.ConsumeIntegral<std::uint8_t>();
+    const CString text(data.ConsumeRemainingBytesAsString());
+    CheckRepairs(text, number, lines);
     CheckParsers(text);
     CheckNumberText(text, number);
-    return 0;
 }

@@ -1,14 +1,5 @@
 // A tree with any names, copied, moved, listed and deleted: the copy equals the tree, the list leads to each entry.
-#include "RkUtilities/paths/SECFileSystem.h"
-
-#include "fuzz/Require.h"
-#include "fuzz/ScratchFolder.h"
-
-#include <cstdint>
-#include <fuzzer/FuzzedDataProvider.h>
-#include <map>
-#include <memory>
-#include <string>
+#include "fuzz/Fuzz.h"
 
 namespace {
 
@@ -37,23 +28,19 @@ void Grow(FuzzedDataProvider& data, const fs::path& folder, int levels) {
                 Grow(data, path, levels - 1);
             break;
         default:
-            WriteFile(path, data.ConsumeRandomLengthString(300));
+            std::ofstream(path, std::ios::binary) << data.ConsumeRandomLengthString(300);
             fs::permissions(path, static_cast<fs::perms>(0400U | data.ConsumeIntegralInRange(0U, 0777U)));
         }
     }
 }
 
 /// Everything below a folder by its path there: kind, permissions and content.
-std::map<std::string, std::string> Content(const fs::path& folder) {
+std::map<std::string, std::string> Content(const ScopedFolder& scratch, const std::string& folder) {
     std::map<std::string, std::string> content;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
-        const fs::file_status status = entry.symlink_status();
-        content[entry.path().string().substr(folder.string().size())] =
-            std::to_string(static_cast<int>(status.type())) + ' ' +
-            std::to_string(static_cast<int>(status.permissions())) +
-            (is_symlink(status)        ? fs::read_symlink(entry).string()
-             : is_regular_file(status) ? ReadFile(entry.path())
-                                       : "");
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(scratch.Path(folder))) {
+        const std::string path = entry.path().string().substr(scratch.Path(folder).size());
+        content[path] = std::to_string(scratch.Status(folder + path).st_mode) +
+                        (entry.is_symlink() ? fs::read_symlink(entry).string() : scratch.Read(folder + path));
     }
     return content;
 }
@@ -70,20 +57,18 @@ void CheckList(const SECFileSystem& files, const fs::path& folder) {
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    static const ScratchFolder scratch;
+void Try(FuzzedDataProvider& data) {
+    static const ScopedFolder scratch;
     const SECFileSystem files;
     const auto tree = scratch.Text("tree"), copy = scratch.Text("copy"), moved = scratch.Text("moved");
     fs::create_directory(scratch.Path("tree"));
-    FuzzedDataProvider data(bytes, size);
     Grow(data, scratch.Path("tree"), 3);
-    const auto content = Content(scratch.Path("tree"));
-    Require(files.CopyFile(tree, copy, 0, nullptr) == 1 && Content(scratch.Path("copy")) == content);
+    const auto content = Content(scratch, "tree");
+    Require(files.CopyFile(tree, copy, 0, nullptr) == 1 && Content(scratch, "copy") == content);
     Require(files.MakeDirectory(moved) && files.CopyFiles(tree, moved, 0, 0) == 1);
-    Require(Content(scratch.Path("moved")) == content && files.DeleteDirectory(moved, 1));
-    Require(files.RenameDirectory(copy, moved) && Content(scratch.Path("moved")) == content);
+    Require(Content(scratch, "moved") == content && files.DeleteDirectory(moved, 1));
+    Require(files.RenameDirectory(copy, moved) && Content(scratch, "moved") == content);
     CheckList(files, scratch.Path("tree"));
     Require(files.DeleteDirectory(tree, 1) && files.DeleteDirectory(moved, 1) &&
             files.IsDirectoryEmpty(scratch.Text()));
-    return 0;
 }

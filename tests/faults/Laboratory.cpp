@@ -10,28 +10,19 @@
 #include "tests/faults/Injection.h"
 #include "tests/faults/Workload.h"
 
-#include <algorithm>
-#include <array>
+#include "tests/support/ScopedFolder.h"
+
 #include <atomic>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <exception>
-#include <fcntl.h>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <map>
 #include <set>
 #include <sqlite3.h>
-#include <string_view>
 #include <sys/mman.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 #include <vector>
 
 namespace fs = std::filesystem;
@@ -106,18 +97,18 @@ std::string TreeAt(const std::string& folder) {
 }  // namespace
 
 std::string Scene::State() const {
-    std::string state = "text=" + Shown(text) + " other=" + Shown(other) + " number=" + Shown(number) + "\narray:";
-    for (const CString& element : array)
-        state += ' ' + Shown(element);
-    state += "\nlist:";
-    for (const CString& element : list)
-        state += ' ' + Shown(element);
-    std::set<std::string> pairs;
+    std::string state = "text=" + Shown(text) + " other=" + Shown(other) + " number=" + Shown(number);
+    const auto show = [&state](const char* name, const auto& elements) {
+        state.append("\n").append(name);
+        for (const CString& element : elements)
+            state += ' ' + Shown(element);
+    };
+    std::set<CString> pairs;
     for (const auto& [key, value] : map)
-        pairs.insert(Shown(key) + '=' + Shown(value));
-    state += "\nmap:";
-    for (const std::string& pair : pairs)
-        state += ' ' + pair;
+        pairs.insert(key + u'=' + value);
+    show("array:", array);
+    show("list:", list);
+    show("map:", pairs);
     const char* const config = std::getenv("XDG_CONFIG_HOME");
     const std::string database = std::string(config) + "/laboratory/preferences.sqlite";
     return state + "\npreferences: " + (fs::exists(database) ? StoredPreferences(database) : "") + "\ndisk:\n" +
@@ -132,8 +123,7 @@ constexpr std::size_t kTextRoom = 4096;
 struct Report {
     Counts counts;
     char outcome[kTextRoom], before[kTextRoom], after[kTextRoom];
-    std::ptrdiff_t blocks;
-    int descriptors;
+    std::ptrdiff_t blocks, descriptors;
     char complaint[4 * kTextRoom];
 };
 
@@ -168,12 +158,7 @@ std::string CallOf(const Workload& workload, Scene& scene) {
     }
 }
 
-int OpenDescriptors() {
-    int count = 0;
-    for (int descriptor = 0; descriptor < 64; ++descriptor)
-        count += fcntl(descriptor, F_GETFD) >= 0 ? 1 : 0;
-    return count;
-}
+std::ptrdiff_t OpenDescriptors() { return std::distance(fs::directory_iterator("/proc/self/fd"), {}); }
 
 bool IsListed(std::string_view list, std::string_view outcome) {
     return list == "*" || ('|' + std::string(list) + '|').find('|' + std::string(outcome) + '|') != std::string::npos;
@@ -317,22 +302,19 @@ int RunAll(const std::vector<Workload>& workloads, std::size_t every) {
     auto& totals = Shared<Totals>();
     if (!CatchSystemCalls())
         std::puts("Calls to the system do not fail here: this system lets no program catch its own.");
-    std::string folder = (fs::temp_directory_path() / "rk-faults-XXXXXX").string();
-    if (mkdtemp(folder.data()) == nullptr)
-        return 2;
+    const ScopedFolder folder;
     for (unsigned worker = 0; worker < std::max(1U, std::thread::hardware_concurrency()); ++worker) {
         if (fork() == 0) {
             elsewhere = (fs::temp_directory_path() == "/dev/shm" ? "/tmp/rk-faults-" : "/dev/shm/rk-faults-") +
                         std::to_string(getpid());
             for (std::size_t next = 0; (next = totals.next++) < workloads.size();)
-                Examine(workloads[next], every, folder + '/' + std::to_string(worker), totals);
+                Examine(workloads[next], every, folder.Path(std::to_string(worker)), totals);
             _exit(0);
         }
     }
     bool areDone = true;
     for (int status = 0; wait(&status) > 0;)
         areDone = areDone && status == 0;
-    fs::remove_all(folder);
     std::size_t pointCount = 0, failureCount = 0;
     for (std::size_t kind = 0; kind < kFaults.size(); ++kind) {
         std::printf("%-18s %7zu points %5zu failures\n", kFaults[kind].name, totals.points[kind].load(),
@@ -354,13 +336,16 @@ int main(int argumentCount, char** arguments) {
         every = std::max<std::size_t>(1, std::strtoul(arguments[2], nullptr, 10));
         names.erase(names.begin(), names.begin() + 2);
     }
+    if (names.empty())
+        names = {""};
     std::vector<faults::Workload> workloads;
     for (const auto& rows :
          {faults::kTextWorkloads, faults::kLocaleWorkloads, faults::kFileWorkloads, faults::kStorageWorkloads})
-        std::copy_if(rows.begin(), rows.end(), std::back_inserter(workloads), [&](const faults::Workload& row) {
-            return names.empty() || std::any_of(names.begin(), names.end(), [&](std::string_view name) {
-                       return std::string_view(row.name).starts_with(name);
-                   });
-        });
+        std::ranges::copy_if(
+            rows, std::back_inserter(workloads),
+            [&](std::string_view row) {
+                return std::ranges::any_of(names, [row](std::string_view name) { return row.starts_with(name); });
+            },
+            &faults::Workload::name);
     return faults::RunAll(workloads, every);
 }

@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <initializer_list>
 #include <iterator>
 #include <string>
@@ -17,15 +16,20 @@
 #include <system_error>
 #include <unistd.h>
 
+/// Throws where a call to the system has failed.
+inline void MustBeZero(int result, std::string_view what) {
+    if (result != 0)
+        throw std::system_error(errno, std::generic_category(), std::string(what));
+}
+
 /// An empty folder of a test's own, removed with all it holds when the test ends.
 class ScopedFolder {
 public:
     ScopedFolder() : ScopedFolder(std::filesystem::temp_directory_path()) {}
     explicit ScopedFolder(const std::filesystem::path& parent) : m_path(parent / "rk-test-XXXXXX") {
         if (mkdtemp(m_path.data()) == nullptr)
-            throw std::system_error(errno, std::generic_category(), m_path);
-        umask(S_IWGRP |
-              S_IWOTH);  // some systems let a group of the user's own write, which the log takes for a shared folder
+            MustBeZero(-1, m_path);
+        umask(S_IWGRP | S_IWOTH);  // the log takes a folder that a group may write for a shared one
     }
     ~ScopedFolder() {
         std::error_code ignored;
@@ -66,19 +70,19 @@ public:
             else if (entry.substr(end).starts_with('>'))
                 Link(name, rest);
             else if (entry.ends_with('|'))
-                EXPECT_EQ(mkfifo(Path(name).c_str(), 0600), 0);
+                MustBeZero(mkfifo(Path(name).c_str(), 0600), name);
             else
                 Write(name, rest);
             if (hasMode)
                 SetMode(name, static_cast<unsigned>(std::stoul(mode, nullptr, 8)));
         }
     }
-    void SetMode(std::string_view name, unsigned mode) const { EXPECT_EQ(chmod(Path(name).c_str(), mode), 0) << name; }
+    void SetMode(std::string_view name, unsigned mode) const { MustBeZero(chmod(Path(name).c_str(), mode), name); }
     /// Permissions and the bits above them; a link's own.
     unsigned Mode(std::string_view name) const { return Status(name).st_mode & 07777U; }
     struct stat Status(std::string_view name) const {
         struct stat status{};
-        EXPECT_EQ(lstat(Path(name).c_str(), &status), 0) << name;
+        MustBeZero(lstat(Path(name).c_str(), &status), name);
         return status;
     }
     /// The bytes of a file; "(none)" when there is no such file.
@@ -107,15 +111,15 @@ public:
         if (geteuid() != 0)
             return;
         constexpr uid_t kNobody = 65534;
-        EXPECT_EQ(chown(folder.Path().c_str(), kNobody, static_cast<gid_t>(-1)), 0);
+        MustBeZero(chown(folder.Path().c_str(), kNobody, static_cast<gid_t>(-1)), folder.Path());
         for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.Path()))
-            EXPECT_EQ(lchown(entry.path().c_str(), kNobody, static_cast<gid_t>(-1)), 0);
-        m_wasRoot = seteuid(kNobody) == 0;
-        EXPECT_TRUE(m_wasRoot);
+            MustBeZero(lchown(entry.path().c_str(), kNobody, static_cast<gid_t>(-1)), entry.path().native());
+        MustBeZero(seteuid(kNobody), "seteuid");
+        m_wasRoot = true;
     }
     ~ScopedNobody() {
-        if (m_wasRoot && seteuid(0) != 0)
-            ADD_FAILURE() << "still nobody";
+        if (m_wasRoot)
+            MustBeZero(seteuid(0), "seteuid");  // what is thrown here ends the program
     }
     ScopedNobody& operator=(ScopedNobody&&) = delete;  // nor a copy
 
