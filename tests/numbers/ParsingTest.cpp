@@ -137,9 +137,13 @@ TEST(WholeTexts, AreNumbersAsTheLocaleWritesThem) {
         EXPECT_EQ(Read(Conversion::StringToLong, text), kNone) << text;
         EXPECT_FALSE(Conversion::IsStringULong(text)) << text;
     }
-    const std::pair<const char16_t*, unsigned long> rows[] = {
-        {u"4294967296", 4294967296},          {u"-1", 0},   {u"7.9", 7}, {u"18446744073709551614.5", ULONG_MAX - 1},
-        {u"18446744073709551616", ULONG_MAX}, {u"-1E30", 0}};
+    const std::pair<const char16_t*, unsigned long> rows[] = {{u"4294967296", 4294967296},
+                                                              {u"-1", 0},
+                                                              {u"7.9", 7},
+                                                              {u"18446744073709551614.5", ULONG_MAX - 1},
+                                                              {u"18446744073709551616", ULONG_MAX},
+                                                              {u"18446744073709551610", ULONG_MAX - 5},
+                                                              {u"-1E30", 0}};
     for (const auto& [text, number] : rows) {
         EXPECT_EQ(Read<unsigned long>(Conversion::StringToULong, text), number);
         EXPECT_EQ(Read<unsigned>(Conversion::StringToUInteger, text), std::min<unsigned long>(number, UINT_MAX));
