@@ -215,6 +215,10 @@ TEST(String, ReadsIntegersAndUnitsOfAnyPlace) {
     const CString text = u"abc";
     EXPECT_EQ(text.GetAt(LONG_MAX) + text.GetAt(LONG_MIN) + text[-1] + text[3] + text[SIZE_MAX], 0);
     EXPECT_EQ(text[std::size_t{2}], u'c');
+    CString grown = text;
+    EXPECT_EQ(grown.Insert(INT_MAX, u"ab") + grown.Insert(INT_MIN, u"-"), 5 + 6);
+    EXPECT_EQ(grown, u"-abcab");
+    EXPECT_EQ(grown.ReverseFind(u"ab") * 10 + grown.ReverseFind(u"ab", 3), 41);
     static_assert(std::ranges::contiguous_range<CString>);
     EXPECT_TRUE(std::equal(std::data(text), std::data(text) + std::size(text), text.begin(), text.end()));
 }
