@@ -10,8 +10,10 @@
 
 /// The 16 bytes of a UUID, and nothing else. Their order is the owner's matter: CrkGuid says which it uses.
 struct CFUUIDBytes {
-    std::uint8_t byte0, byte1, byte2, byte3, byte4, byte5, byte6, byte7;        ///< The first eight bytes.
-    std::uint8_t byte8, byte9, byte10, byte11, byte12, byte13, byte14, byte15;  ///< The last eight bytes.
+    /// The first eight bytes.
+    std::uint8_t byte0, byte1, byte2, byte3, byte4, byte5, byte6, byte7;
+    /// The last eight bytes.
+    std::uint8_t byte8, byte9, byte10, byte11, byte12, byte13, byte14, byte15;
 
     /// Whether all 16 bytes are equal.
     friend constexpr bool operator==(const CFUUIDBytes&, const CFUUIDBytes&) = default;
