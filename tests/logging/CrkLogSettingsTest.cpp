@@ -1,9 +1,6 @@
-#include "RkUtilities/logging/CrkLogSettings.h"
-
 #include "LogFolder.h"
 
 #include <set>
-#include <sys/stat.h>
 
 namespace {
 

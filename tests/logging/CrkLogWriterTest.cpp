@@ -1,11 +1,8 @@
-#include "../support/Failure.h"
-#include "../support/ScopedVariable.h"
 #include "LogFolder.h"
+#include "tests/support/Failure.h"
 
-#include <climits>
 #include <gmock/gmock.h>
 #include <pthread.h>
-#include <sstream>
 
 namespace fs = std::filesystem;
 

@@ -1,9 +1,6 @@
 #pragma once
 
-#include "../support/ScopedFolder.h"
-#include "RkUtilities/RkUtilities.h"
-
-#include <vector>
+#include "tests/support/Test.h"
 
 /// A folder with settings and a log, and the writer switched on for it; all of it goes with the object.
 class LogFolder : public ScopedFolder {

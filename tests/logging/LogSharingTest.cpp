@@ -1,17 +1,14 @@
 // Threads and processes that log into one folder at once, and those that end or fail in the middle of it.
 
-#include "../support/Failure.h"
-#include "../support/InChild.h"
-#include "../support/ScopedFileSizeLimit.h"
 #include "LogFolder.h"
+#include "tests/support/Failure.h"
+#include "tests/support/InChild.h"
+#include "tests/support/ScopedFileSizeLimit.h"
 
 #include <atomic>
 #include <chrono>
-#include <csignal>
 #include <fcntl.h>
 #include <map>
-#include <random>
-#include <thread>
 
 namespace {
 
@@ -50,26 +47,6 @@ TEST(LogSharing, KeepsEveryEntryOfThreadsAndProcessesInOrderAndRollsOverOnce) {
             EXPECT_EQ(last, 1000 * kEntries) << writer;
         EXPECT_LT(std::filesystem::file_size(folder.Path(folder.Backups()[0])),
                   Writer::m_maxFileLength + 2 * kShortest);
-    }
-}
-
-TEST(LogSharing, LeavesWholeEntriesWhenAWriterIsKilled) {
-    const LogFolder folder;
-    Writer::m_maxFileLength = UINT64_MAX;
-    const CString large(std::u16string(3'000'000, u'x'));
-    std::minstd_rand random;
-    for (int round = 0; round < 20; ++round) {
-        const pid_t child = StartChild([&] {
-            for (;;)
-                Writer::Log(Writer::LogInfo, large);
-        });
-        std::this_thread::sleep_for(std::chrono::microseconds(random() % 20'000));
-        kill(child, SIGKILL);
-        waitpid(child, nullptr, 0);
-        Writer::Log(Writer::LogInfo, u"after");
-        for (const std::string& entry : folder.Logged())
-            ASSERT_TRUE(entry.size() == 3'000'013 || entry == "General/Info/after") << entry.substr(0, 500);
-        std::filesystem::remove(folder.ActivePath());
     }
 }
 

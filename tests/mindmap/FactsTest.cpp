@@ -1,17 +1,11 @@
-#include "../support/ScopedUserLocale.h"
-#include "../support/ScopedVariable.h"
 #include "mindmap/measure/BranchSums.h"
 #include "mindmap/measure/Dates.h"
 #include "mindmap/read/Link.h"
 #include "mindmap/read/Placeholders.h"
 #include "mindmap/write/TopicFacts.h"
 #include "mindmap/write/TopicIds.h"
+#include "tests/support/Test.h"
 
-#include <RkUtilities/dates/CrkDateUtilities.h>
-#include <RkUtilities/xml/CrkXmlUtilities.h>
-
-#include <gtest/gtest.h>
-#include <random>
 #include <set>
 #include <unicode/gregocal.h>
 
@@ -150,10 +144,7 @@ TEST(TopicIds, AreNamesAndDifferWhateverTheTextsAre) {
     std::mt19937 random(5);
     for (int i = 0; i < 20'000; ++i) {
         constexpr char16_t kUnits[] = {u'a', u'-', u'2', u'3', u'<', 0xD83D, 0, u'é'};
-        std::u16string text;
-        for (auto length = random() % 5; length > 0; --length)
-            text += kUnits[random() % std::size(kUnits)];
-        const CString id = ids.Make(text);
+        const CString id = ids.Make(AnyText(random, {kUnits, std::size(kUnits)}, 5));
         ASSERT_TRUE(CrkXmlUtilities::IsValidNCName(id) && seen.insert(id).second) << id;
     }
 }

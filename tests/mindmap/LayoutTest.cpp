@@ -1,11 +1,8 @@
 #include "MapInvariants.h"
-
 #include "mindmap/layout/MapCheck.h"
-
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 #include <functional>
-#include <random>
 
 using namespace mindmap;
 
@@ -187,13 +184,13 @@ TEST(MapCheck, FindsEveryKindOfFault) {
         return CheckMap(outline, map);
     };
     for (std::size_t i = 1; i < 60; ++i) {
+        SCOPED_TRACE(i);
         const auto other = i % 59 + 1;
-        EXPECT_GT(faultsAfter([&](MapLayout& map) { map.shapes[i].bounds = map.shapes[other].bounds; }).overlapCount, 0)
-            << i;
-        EXPECT_EQ(faultsAfter([&](MapLayout& map) { MoveBy(map.connections[i].points.back(), -2); }).looseEndCount, 1)
-            << i;
-        EXPECT_EQ(faultsAfter([&](MapLayout& map) { MoveBy(map.connections[i].points.front(), 500); }).looseEndCount, 1)
-            << i;
+        EXPECT_GT(faultsAfter([&](MapLayout& map) { map.shapes[i].bounds = map.shapes[other].bounds; }).overlapCount,
+                  0);
+        EXPECT_EQ(faultsAfter([&](MapLayout& map) { MoveBy(map.connections[i].points.back(), -2); }).looseEndCount, 1);
+        EXPECT_EQ(faultsAfter([&](MapLayout& map) { MoveBy(map.connections[i].points.front(), 500); }).looseEndCount,
+                  1);
         // A straight line into another topic crosses that one.
         const CrkFloatRect& r = good.shapes[other].bounds;
         const CrkFloatPoint inside = {r.x + r.width / 2, r.y + r.height / 2};
@@ -201,7 +198,7 @@ TEST(MapCheck, FindsEveryKindOfFault) {
             map.connections[i] = {false, {map.connections[i].points.front(), inside}};
         };
         if (static_cast<int>(other) != outline.topics[i].parent) {
-            EXPECT_GT(faultsAfter(straighten).crossingCount, 0) << i;
+            EXPECT_GT(faultsAfter(straighten).crossingCount, 0);
         }
     }
 }

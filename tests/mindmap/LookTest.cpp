@@ -1,11 +1,6 @@
-#include "../support/ScopedUserLocale.h"
 #include "MapInvariants.h"
-
-#include "mindmap/measure/Style.h"
 #include "mindmap/write/BranchColors.h"
-
-#include <cmath>
-#include <gtest/gtest.h>
+#include "tests/support/Test.h"
 
 using namespace mindmap;
 

@@ -1,10 +1,6 @@
 #include "mindmap/measure/TextMeasure.h"
-
 #include "mindmap/read/CodePoints.h"
-
-#include <gtest/gtest.h>
-
-#include <random>
+#include "tests/support/Test.h"
 
 using namespace mindmap;
 

@@ -1,14 +1,7 @@
-#include "RkUtilities/paths/CrkPathUtilities.h"
+#include "tests/support/AtOnce.h"
 #include "tests/support/Failure.h"
 #include "tests/support/ScopedCurrentFolder.h"
-#include "tests/support/ScopedFolder.h"
-#include "tests/support/ScopedVariable.h"
-
-#include <atomic>
-#include <climits>
-#include <latch>
-#include <thread>
-#include <vector>
+#include "tests/support/Test.h"
 
 namespace {
 
@@ -102,12 +95,12 @@ TEST(ReadOnlyFlag, IsTheOwnersPermissionToWriteAndNothingElse) {
         EXPECT_EQ(std::filesystem::last_write_time(folder.Path("map")), modified);
     }
     const CString link = folder.Link("link", "map");  // answers for what it leads to, but changes nothing
-    EXPECT_FALSE(P::MakeFileReadOnly(link));
-    EXPECT_FALSE(P::IsFileReadOnly(file));
-    EXPECT_TRUE(P::MakeFileReadOnly(file));
-    EXPECT_FALSE(P::MakeFileReadWrite(link));
-    EXPECT_TRUE(P::IsFileReadOnly(link));
-    EXPECT_TRUE(P::IsFileReadOnly(file));
+    for (const bool isReadOnly : {false, true}) {
+        EXPECT_FALSE(isReadOnly ? P::MakeFileReadWrite(link) : P::MakeFileReadOnly(link));
+        EXPECT_EQ(P::IsFileReadOnly(link), isReadOnly);
+        EXPECT_EQ(P::IsFileReadOnly(file), isReadOnly);
+        EXPECT_EQ(P::MakeFileReadOnly(file), !isReadOnly);
+    }
     for (const CString& missing : {folder.Text("none"), folder.Link("broken", "none"), CString(), file + u'\0'}) {
         EXPECT_FALSE(P::MakeFileReadOnly(missing));
         EXPECT_FALSE(P::MakeFileReadWrite(missing));
@@ -174,16 +167,7 @@ TEST(Existence, IsAssuredForAllWhoAskAtTheSameTime) {
     const ScopedFolder folder;
     for (int round = 0; round < 50; ++round) {
         const CString path = folder.Text("round" + std::to_string(round) + "/a/b/c/d/e/f");
-        std::atomic<int> failures = 0;
-        std::latch start(4);
-        std::vector<std::jthread> threads(4);
-        for (std::jthread& thread : threads)
-            thread = std::jthread([&] {
-                start.arrive_and_wait();
-                failures += P::AssurePathExists(path) ? 0 : 1;
-            });
-        threads.clear();
-        ASSERT_EQ(failures, 0) << round;
+        AtOnce<4>([&] { EXPECT_TRUE(P::AssurePathExists(path)) << round; });
     }
 }
 

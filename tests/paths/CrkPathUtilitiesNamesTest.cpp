@@ -1,14 +1,8 @@
-#include "RkUtilities/foundation/NativePath.h"
-#include "RkUtilities/paths/CrkPathUtilities.h"
-#include "tests/support/ScopedFolder.h"
-#include "tests/support/ScopedVariable.h"
+#include "tests/support/AtOnce.h"
+#include "tests/support/InChild.h"
+#include "tests/support/Test.h"
 
-#include <atomic>
-#include <gtest/gtest.h>
-#include <latch>
 #include <set>
-#include <thread>
-#include <vector>
 
 namespace {
 
@@ -17,11 +11,8 @@ using P = CrkPathUtilities;
 using namespace std::string_view_literals;
 
 TEST(Names, GainChangeAndShowTheirExtension) {
-    struct Case {
-        const char *name, *extension, *added, *replaced;
-        bool has;
-    };
-    constexpr Case kCases[] = {
+    constexpr std::tuple<const char*, const char*, const char*, const char*, bool> kCases[] = {
+        // a name, an extension; the name with the extension added, and replaced; whether it has the extension
         {"Map", "ext", "Map.ext", "Map.ext", false},
         {"Map", ".ext", "Map.ext", "Map.ext", false},
         {"Map.EXT", "ext", "Map.EXT.ext", "Map.ext", true},
@@ -31,39 +22,33 @@ TEST(Names, GainChangeAndShowTheirExtension) {
         {"/dir.v/Map", "ext", "/dir.v/Map.ext", "/dir.ext", false},  // only the last element searched
         {"\xC3\x89T\xC3\x89", "\xC3\xA9t\xC3\xA9", "\xC3\x89T\xC3\x89.\xC3\xA9t\xC3\xA9",
          "\xC3\x89T\xC3\x89.\xC3\xA9t\xC3\xA9", true}};
-    for (const Case& c : kCases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(P::AddExtension(c.name, c.extension), CString(c.added));
-        EXPECT_EQ(P::ReplaceExtension(c.name, c.extension), CString(c.replaced));
-        EXPECT_EQ(P::HasExtension(c.name, c.extension), c.has);
+    for (const auto& [name, extension, added, replaced, has] : kCases) {
+        SCOPED_TRACE(name);
+        EXPECT_EQ(P::AddExtension(name, extension), CString(added));
+        EXPECT_EQ(P::ReplaceExtension(name, extension), CString(replaced));
+        EXPECT_EQ(P::HasExtension(name, extension), has);
     }
 }
 
 TEST(Names, LoseWhatNoFileNameMayHold) {
-    struct Case {
-        const char16_t *name, *clean;
-        bool isValid;
-    };
-    constexpr Case kCases[] = {{u"Q1/Q2: plan", u"Q1.Q2. plan", false},
-                               {u"a\r\nb\n", u"ab", true},
-                               {u"a\\b*c?", u"a\\b*c?", true},
-                               {u"/:", u"..", false}};
-    for (const Case& c : kCases) {
-        EXPECT_EQ(P::DoesFilenameUseOnlyValidCharacters(c.name), c.isValid) << CString(c.name);
-        CString file(c.name), folder(c.name);
+    constexpr std::tuple<const char16_t*, const char16_t*, bool> kCases[] = {{u"Q1/Q2: plan", u"Q1.Q2. plan", false},
+                                                                             {u"a\r\nb\n", u"ab", true},
+                                                                             {u"a\\b*c?", u"a\\b*c?", true},
+                                                                             {u"/:", u"..", false}};
+    for (const auto& [name, clean, isValid] : kCases) {
+        EXPECT_EQ(P::DoesFilenameUseOnlyValidCharacters(name), isValid) << CString(name);
+        CString file(name), folder(name);
         P::RemoveInvalidCharsFromFilename(file, u'_');
         P::RemoveInvalidCharsFromFolderName(folder);
-        EXPECT_EQ(file, c.clean);
-        EXPECT_EQ(folder, c.clean);
+        EXPECT_EQ(file, clean);
+        EXPECT_EQ(folder, clean);
     }
-    const auto replaced = [](CString name, const CString& characters, char16_t replacement) {
-        P::RemoveCharsFromFilename(name, characters, replacement);
-        return name;
-    };
-    EXPECT_EQ(replaced(u"a/b:c", u"/:", u':'), u"a:b:c");
-    EXPECT_EQ(replaced(u"abc", u"ac", u'\0'), u"\0b\0"sv);
-    CString itself = u"a name longer than any short text";
+    CString separators = u"a/b:c", ends = u"abc", itself = u"a name longer than any short text";
+    P::RemoveCharsFromFilename(separators, u"/:", u':');
+    P::RemoveCharsFromFilename(ends, u"ac", u'\0');
     P::RemoveCharsFromFilename(itself, itself, u'x');
+    EXPECT_EQ(separators, u"a:b:c");
+    EXPECT_EQ(ends, u"\0b\0"sv);
     EXPECT_EQ(itself, std::u16string(33, u'x'));
 }
 
@@ -99,23 +84,21 @@ TEST(FreeNames, TakeTheFirstGap) {
     for (const char* taken : {"a.b.ext", "Plan", "b", "~", "caf\xE9.ext"})
         folder.Write(taken);
     folder.MakeFolder("Notes.old");
-    struct Case {
-        const char16_t *base, *extension, *result;
-    };
-    constexpr Case kCases[] = {{u"Map.ext", u"ext", u"Map (5).ext"},
-                               {u"Map", u"", u"Map"},
-                               {u"Plan.", u"", u"Plan (2)"},
-                               {u"a:b", u"ext", u"a.b (2).ext"},
-                               {u"x\\b", u"", u"b (2)"},
-                               {u"x\\b", u"ext", u"x\\b.ext"},
-                               {u"~", u"", u"~ (2)"},
-                               {u"caf\xDCE9", u"ext", u"caf\xDCE9 (2).ext"},
-                               {u"..", u"", u". (2)"},
-                               {u"\n", u"", u" (2)"},
-                               {u"", u"ext", u""}};
+    constexpr std::tuple<const char16_t*, const char16_t*, const char16_t*> kCases[] = {
+        {u"Map.ext", u"ext", u"Map (5).ext"},
+        {u"Map", u"", u"Map"},
+        {u"Plan.", u"", u"Plan (2)"},
+        {u"a:b", u"ext", u"a.b (2).ext"},
+        {u"x\\b", u"", u"b (2)"},
+        {u"x\\b", u"ext", u"x\\b.ext"},
+        {u"~", u"", u"~ (2)"},
+        {u"caf\xDCE9", u"ext", u"caf\xDCE9 (2).ext"},
+        {u"..", u"", u". (2)"},
+        {u"\n", u"", u" (2)"},
+        {u"", u"ext", u""}};
     for (const CString& in : {folder.Text(), folder.Text().Left(folder.Text().GetLength() - 1), CString(u"~")})
-        for (const Case& c : kCases)
-            EXPECT_EQ(P::MakeNameUnique(in, c.base, c.extension), c.result) << CString(c.base);
+        for (const auto& [base, extension, result] : kCases)
+            EXPECT_EQ(P::MakeNameUnique(in, base, extension), result) << CString(base);
     EXPECT_EQ(P::MakeNameUnique(u"", u"Map", u"ext"), u"");
     EXPECT_EQ(P::MakeNameUnique(folder.Text("none"), u"Map", u"ext"), u"Map.ext");
     // No name is longer than the 255 bytes that file systems take, and no name ends within a character.
@@ -174,32 +157,21 @@ TEST(FreeNames, EndInAFolderThatMayNotBeListedOrEntered) {
 
 // The temporary folder is found once in a process, so each question has a process of its own.
 void ExpectTempFolder(const std::string& environment, const std::string& expected) {
-    const auto ask = [&] {
+    ExpectItEndsWell(StartChild([&] {
         setenv("TMPDIR", environment.c_str(), 1);
-        std::latch start(8);
-        std::atomic<int> alike = 0;
-        std::vector<std::jthread> threads(8);
-        for (std::jthread& thread : threads)
-            thread = std::jthread([&] {
-                start.arrive_and_wait();
-                alike += P::GetTempFolder() == rk::PathText(expected) ? 1 : 0;
-            });
-        threads.clear();
-        _exit(alike == 8 && P::GetSpecialFolderPath(P::TemporaryItemsFolder) == rk::PathText(expected) ? 0 : 1);
-    };
-    EXPECT_EXIT(ask(), testing::ExitedWithCode(0), "") << environment;
+        AtOnce<8>([&] { EXPECT_EQ(P::GetTempFolder(), rk::PathText(expected)) << environment; });
+        EXPECT_EQ(P::GetSpecialFolderPath(P::TemporaryItemsFolder), rk::PathText(expected));
+    }));
 }
 
 TEST(TemporaryFolder, IsTheUsersOwnAndNobodyElseCanHaveLaidItThere) {
     const ScopedFolder home;
     const ScopedVariable homeFolder("HOME", home.Path().c_str()), caches("XDG_CACHE_HOME", nullptr);
     const std::string privateName = "/RkUtilities-" + std::to_string(geteuid()), inTmp = "/tmp" + privateName;
-    const auto folder = [&](const char* name, unsigned mode) {
-        home.MakeFolder(name);
-        fs::permissions(home.Path(name), fs::perms(mode));
-        return home.Path(name);
-    };
-    const std::string own = folder("own", 0755), shared = folder("shared", 01777), made = shared + privateName;
+    home.Make({"0755 own/", "0777 lawless/", "shared/", "laid/", "blocked/"});
+    for (const char* const open : {"shared", "laid", "blocked"})
+        home.SetMode(open, 01777);
+    const std::string own = home.Path("own"), shared = home.Path("shared"), made = shared + privateName;
     ExpectTempFolder(own, own);
     ExpectTempFolder(own + "//", own);
     for (const unsigned next : {0755U, 0500U, 0U}) {  // made, then found open to others or closed to the user
@@ -207,10 +179,10 @@ TEST(TemporaryFolder, IsTheUsersOwnAndNobodyElseCanHaveLaidItThere) {
         EXPECT_EQ(fs::symlink_status(made).permissions(), fs::perms::owner_all);
         fs::permissions(made, fs::perms(next));
     }
-    const std::string laid = folder("laid", 01777), blocked = folder("blocked", 01777);
     home.Link("laid" + privateName, own);  // a link, if to a folder of the user
     home.Write("blocked" + privateName);
-    for (const std::string& refused : {folder("lawless", 0777), laid, blocked, std::string("relative"), std::string()})
+    for (const std::string& refused :
+         {home.Path("lawless"), home.Path("laid"), home.Path("blocked"), std::string("relative"), std::string()})
         ExpectTempFolder(refused, inTmp);
 }
 

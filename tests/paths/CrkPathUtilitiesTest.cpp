@@ -1,22 +1,14 @@
-#include "RkUtilities/paths/CrkPathUtilities.h"
-#include "RkUtilities/paths/SECFileSystem.h"
 #include "tests/support/ScopedCurrentFolder.h"
-#include "tests/support/ScopedFolder.h"
-#include "tests/support/ScopedVariable.h"
-
-#include <filesystem>
-#include <gtest/gtest.h>
-#include <random>
+#include "tests/support/Test.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using P = CrkPathUtilities;
 
-struct SplitCase {
+constexpr struct {
     const char *path, *folder, *folderWithoutDrive, *base, *extension;
-};
-constexpr SplitCase kSplitCases[] = {
+} kSplitCases[] = {
     {"", "", "", "", ""},
     {"/maps/plan.old.map", "/maps/", "/maps/", "plan.old", "map"},  // extension taken from the first dot
     {"/maps.v2/plan", "/maps.v2/", "/maps.v2/", "plan", ""},        // dot searched in the whole path
@@ -30,7 +22,7 @@ constexpr SplitCase kSplitCases[] = {
 
 TEST(Paths, ComeApartAtTheLastSeparatorAndTheLastDotAfterIt) {
     const SECFileSystem files;
-    for (const SplitCase& c : kSplitCases) {
+    for (const auto& c : kSplitCases) {
         SCOPED_TRACE(c.path);
         const CString path(c.path);
         EXPECT_EQ(P::PathFromFilename(path), CString(c.folder));
@@ -44,20 +36,18 @@ TEST(Paths, ComeApartAtTheLastSeparatorAndTheLastDotAfterIt) {
 }
 
 TEST(Paths, GetAndLoseTheirTrailingSlash) {
-    struct Case {
-        const char *path, *assured, *stripped;
-        const char *normalized, *repaired;  // NormalizedPath, keep, and NormalizePath
-    };
-    constexpr Case kCases[] = {
-        {"", "", "", "", ""},
-        {"/", "/", "", "/", "/"},
-        {"a//", "a//", "a/", "a//", "a//"},  // all slashes stripped
-        {"a\\", "a\\/", "a\\", "a/", "a/"},  // "\" taken for a trailing slash
-        {"a\\b\\", "a\\b\\/", "a\\b\\", "a/b/", "a/b/"},
-        {"   ", "   /", "   ", "   ", ""},  // a slash added to nothing
-        {"  C\\dir\\sub  ", "  C\\dir\\sub  /", "  C\\dir\\sub  ", "  C/dir/sub  ", "C/dir/sub/"},
-        {" \ta \t", " \ta \t/", " \ta \t", " \ta \t", "\ta \t/"}};  // a tab trimmed
-    for (const Case& c : kCases) {
+    // A path; what it is assured and stripped; by NormalizedPath, keep, and by NormalizePath.
+    constexpr struct {
+        const char *path, *assured, *stripped, *normalized, *repaired;
+    } kCases[] = {{"", "", "", "", ""},
+                  {"/", "/", "", "/", "/"},
+                  {"a//", "a//", "a/", "a//", "a//"},  // all slashes stripped
+                  {"a\\", "a\\/", "a\\", "a/", "a/"},  // "\" taken for a trailing slash
+                  {"a\\b\\", "a\\b\\/", "a\\b\\", "a/b/", "a/b/"},
+                  {"   ", "   /", "   ", "   ", ""},  // a slash added to nothing
+                  {"  C\\dir\\sub  ", "  C\\dir\\sub  /", "  C\\dir\\sub  ", "  C/dir/sub  ", "C/dir/sub/"},
+                  {" \ta \t", " \ta \t/", " \ta \t", " \ta \t", "\ta \t/"}};  // a tab trimmed
+    for (const auto& c : kCases) {
         SCOPED_TRACE(c.path);
         CString assured, assuredItself(c.path), stripped(c.path), repaired(c.path);
         P::AssignDirString(c.path, assured);
@@ -84,23 +74,18 @@ TEST(Paths, GetAndLoseTheirTrailingSlash) {
 }
 
 TEST(Paths, BecomeAbsoluteAndRelativeByTheirText) {
-    EXPECT_TRUE(P::IsAbsoluteFilename("/"));
-    EXPECT_FALSE(P::IsAbsoluteFilename(""));
-    EXPECT_FALSE(P::IsAbsoluteFilename("~/x"));
-    EXPECT_FALSE(P::IsAbsoluteFilename("\\x"));
-
-    struct Case {
-        const char *first, *second, *result;
-    };
+    for (const char* const path : {"/", "", "~/x", "\\x"})
+        EXPECT_EQ(P::IsAbsoluteFilename(path), *path == '/') << path;
+    using Case = std::tuple<const char*, const char*, const char*>;
     constexpr Case kAppended[] = {{"", "x", "x"}, {"/a/", "/b", "/a//b"}, {"/a", "b", "/a/b"}, {"a\\", "b", "a\\/b"}};
-    for (const Case& c : kAppended)
-        EXPECT_EQ(P::AppendToPath(c.first, c.second), CString(c.result));
+    for (const auto& [first, second, result] : kAppended)
+        EXPECT_EQ(P::AppendToPath(first, second), CString(result));
 
     constexpr Case kAbsolute[] = {{"/x/y", "/base", "/x/y"},        {"y", "/base", "/base/y"},
                                   {"../y", "/base/", "/base/../y"}, {"~/y", "/base", "/base/~/y"},
                                   {"y", "~/base", "~/base/y"},      {"", "/base", "/base/"}};
-    for (const Case& c : kAbsolute)
-        EXPECT_EQ(P::RelativeToAbsoluteFilename(c.first, c.second), CString(c.result));
+    for (const auto& [path, base, result] : kAbsolute)
+        EXPECT_EQ(P::RelativeToAbsoluteFilename(path, base), CString(result));
 
     constexpr Case kRelative[] = {{"/a/b/c.txt", "/a/b", "c.txt"},
                                   {"/a/b/c.txt", "/a/b/", "c.txt"},
@@ -112,8 +97,8 @@ TEST(Paths, BecomeAbsoluteAndRelativeByTheirText) {
                                   {"/a//b", "/a", "/b"},       // more than one slash taken
                                   {"/a/", "/a", ""},
                                   {"/a", "/a", ""}};
-    for (const Case& c : kRelative)
-        EXPECT_EQ(P::AbsoluteToRelativeFilename(c.first, c.second), CString(c.result)) << c.first << ' ' << c.second;
+    for (const auto& [path, base, result] : kRelative)
+        EXPECT_EQ(P::AbsoluteToRelativeFilename(path, base), CString(result)) << path << ' ' << base;
 
     EXPECT_EQ(P::GetLowercaseLongPath(u"/A/\u00C4~1.TXT"), u"/a/\u00E4~1.txt");
 }
@@ -132,10 +117,9 @@ TEST(Paths, StartAtTheCurrentFolder) {
     EXPECT_EQ(P::CalcRelativePathname(u"maps/x", folder), u"./maps/x");
     EXPECT_EQ(P::CalcRelativePathname(folder, u"maps"), u"..");
     EXPECT_EQ(P::CalcRelativePathname(u"~x/y", u"~x/z"), u"../y");
-    {
-        const ScopedCurrentFolder root("/");
-        EXPECT_EQ(P::GetAbsolutePath(u"x"), u"/x");
-    }
+    fs::current_path("/");
+    EXPECT_EQ(P::GetAbsolutePath(u"x"), u"/x");
+    fs::current_path(scratch.Path("Now \xE9"));
     fs::remove(scratch.Path("Now \xE9"));
     EXPECT_EQ(P::GetAbsolutePath(u"x"), u"x");
     EXPECT_FALSE(P::AreFilenamesEqual(u"x", u"y"));
@@ -144,10 +128,7 @@ TEST(Paths, StartAtTheCurrentFolder) {
 }
 
 TEST(Paths, LeadToTheTargetWhateverTheCaseAndTheComposition) {
-    struct Case {
-        const char16_t *target, *base, *result;
-    };
-    constexpr Case kCases[] = {
+    constexpr std::tuple<const char16_t*, const char16_t*, const char16_t*> kCases[] = {
         {u"/Users/Me/x", u"/users/me", u"./x"},
         {u"/USERS/me/\u00C9t\u00E9/x", u"/users/ME/e\u0301te\u0301", u"./x"},  // composed and not, both cases
         {u"/Stra\u00DFe/x", u"/STRASSE", u"./x"},
@@ -158,9 +139,8 @@ TEST(Paths, LeadToTheTargetWhateverTheCaseAndTheComposition) {
         {u"/a", u"", u""},
         {u"~/x", u"/home", u"./ann/x"}};
     const ScopedVariable home("HOME", "/home/ann");
-    for (const Case& c : kCases)
-        EXPECT_EQ(P::CalcRelativePathname(c.target, c.base), c.result)
-            << CString(c.target) << " from " << CString(c.base);
+    for (const auto& [target, base, result] : kCases)
+        EXPECT_EQ(P::CalcRelativePathname(target, base), result) << CString(target) << " from " << CString(base);
 }
 
 TEST(Paths, LeadToTheTargetAsTheStandardLibraryReadsThem) {

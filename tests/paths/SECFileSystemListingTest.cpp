@@ -1,15 +1,7 @@
-#include "RkUtilities/foundation/CFile.h"
-#include "RkUtilities/paths/SECFileSystem.h"
 #include "tests/support/ScopedCurrentFolder.h"
-#include "tests/support/ScopedFolder.h"
-#include "tests/support/ScopedUserLocale.h"
+#include "tests/support/Test.h"
 
-#include <algorithm>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <memory>
-#include <random>
-#include <vector>
 
 namespace {
 

@@ -1,18 +1,13 @@
-#include "RkUtilities/RkUtilities.h"
 #include "tests/support/InChild.h"
-#include "tests/support/ScopedFolder.h"
-#include "tests/support/ScopedVariable.h"
+#include "tests/support/Test.h"
 
 #include <atomic>
-#include <cmath>
 #include <csignal>
 #include <fcntl.h>
 #include <functional>
 #include <gmock/gmock.h>
-#include <random>
 #include <sys/file.h>
 #include <sys/mman.h>
-#include <thread>
 
 namespace {
 

@@ -1,14 +1,10 @@
+#include "LogText.h"
 #include "rklog/DateReader.h"
 #include "rklog/DateRecognition.h"
 #include "rklog/EntryTimes.h"
 #include "rklog/PointInTime.h"
+#include "tests/support/Test.h"
 
-#include "../support/ScopedFolder.h"
-#include "../support/ScopedUserLocale.h"
-#include "../support/ScopedVariable.h"
-#include "LogText.h"
-
-#include <RkUtilities/logging/CrkLogWriter.h>
 #include <chrono>
 #include <unicode/datefmt.h>
 

@@ -1,13 +1,11 @@
 #include "rklog/Program.h"
+#include "../logging/LogFolder.h"
+#include "LogText.h"
 #include "rklog/FollowedSource.h"
 #include "rklog/LogFiles.h"
 
-#include "../logging/LogFolder.h"
-#include "LogText.h"
-
 #include <gmock/gmock.h>
 #include <libxml/parser.h>
-#include <sstream>
 
 using namespace rklog;
 using testing::HasSubstr;

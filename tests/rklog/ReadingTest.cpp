@@ -1,9 +1,8 @@
+#include "../logging/LogFolder.h"
+#include "LogText.h"
 #include "rklog/EntryReader.h"
 #include "rklog/EntryText.h"
 #include "rklog/Levels.h"
-
-#include "../logging/LogFolder.h"
-#include "LogText.h"
 
 using namespace rklog;
 
