@@ -3,11 +3,14 @@
 #include "RkUtilities/foundation/FormatError.h"
 #include "RkUtilities/platform/locale/Unicode.h"
 
+#include <array>
+
 namespace rk {
 
 namespace {
 
 using platform::IsAsciiDigit;
+using Kind = FormatConversion::Kind;
 using Length = FormatConversion::Length;
 
 bool TakeIf(std::u16string_view& format, char16_t unit) {
@@ -77,14 +80,29 @@ Length TakeLength(std::u16string_view& format) {
     return TakeIf(format, u'L') ? Length::LongDouble : Length::None;
 }
 
-/// Whether C gives the pair of length and type a meaning that 8-bit arguments can have.
-bool IsKnown(Length length, char type) {
-    const auto isOneOf = [type](std::string_view types) { return types.find(type) != std::string_view::npos; };
-    if (isOneOf("duoxX"))
+/// By type.
+constexpr std::array<Kind, 128> kKinds = [] {
+    std::array<Kind, 128> kinds{};
+    const auto set = [&](std::string_view types, Kind kind) {
+        for (const char type : types)
+            kinds[static_cast<std::size_t>(type)] = kind;
+    };
+    set("duoxX", Kind::Integer);
+    set("fFeEgGaA", Kind::Floating);
+    set("c", Kind::Character);
+    set("s", Kind::Text);
+    set("p", Kind::Pointer);
+    set("%", Kind::Percent);
+    return kinds;
+}();
+
+/// Whether C gives the pair of length and kind a meaning that 8-bit arguments can have.
+bool IsKnown(Length length, Kind kind) {
+    if (kind == Kind::Integer)
         return length != Length::LongDouble;
-    if (isOneOf("fFeEgGaA"))
+    if (kind == Kind::Floating)
         return length == Length::None || length == Length::Long || length == Length::LongDouble;
-    return length == Length::None ? isOneOf("csp%") : length == Length::Long && type == 'c';
+    return kind != Kind::Unknown && (length == Length::None || (length == Length::Long && kind == Kind::Character));
 }
 
 }  // namespace
@@ -100,7 +118,8 @@ FormatConversion TakeConversion(std::u16string_view& format) {
     const char16_t type = format.front();
     format.remove_prefix(1);
     conversion.type = type == u'i' ? 'd' : static_cast<char>(type < 0x80 ? type : u'?');
-    if (!IsKnown(conversion.length, conversion.type))
+    conversion.kind = kKinds[static_cast<std::size_t>(conversion.type)];
+    if (!IsKnown(conversion.length, conversion.kind))
         throw FormatError("the format holds an unknown conversion");
     return conversion;
 }

@@ -19,12 +19,14 @@ struct FormatCount {
 /// One conversion of a format, taken apart.
 struct FormatConversion {
     enum class Length { None, Char, Short, Long, LongLong, Max, Size, Difference, LongDouble };
+    enum class Kind { Unknown, Integer, Floating, Character, Text, Pointer, Percent };
 
     std::u16string_view flags;  // of "-+ #0", in any order and number
     FormatCount width;
     FormatCount precision{.number = -1, .place = {}};  // -1: no precision
     Length length = Length::None;
     char type = '\0';  // d u o x X (i reads as d), c s p, f F e E g G a A, %
+    Kind kind = Kind::Unknown;
     ArgumentPlace place;
 };
 

@@ -17,6 +17,7 @@ namespace rk {
 
 namespace {
 
+using Kind = FormatConversion::Kind;
 using Length = FormatConversion::Length;
 
 /// The arguments, walked in order or asked for by position.
@@ -96,10 +97,6 @@ void AppendInteger(TextBuilder& output, const FormatConversion& conversion, cons
         output.AppendAscii(std::to_string(integer));  // the commonest conversion, without printf
     else
         AppendNumber(output, conversion, layout, "ll", integer);
-}
-
-bool IsInteger(const FormatConversion& conversion) {
-    return std::string_view("duoxX").find(conversion.type) != std::string_view::npos;
 }
 
 unsigned BitsOf(Length length) {
@@ -214,16 +211,18 @@ void AppendPointer(TextBuilder& output, const Layout& layout, const FormatArgume
 
 void AppendArgument(TextBuilder& output, const FormatConversion& conversion, const Layout& layout,
                     const FormatArgument& argument) {
-    if (conversion.type == 's')
-        AppendText(output, layout, argument);
-    else if (conversion.type == 'c')
-        AppendCharacter(output, conversion, layout, argument);
-    else if (conversion.type == 'p')
-        AppendPointer(output, layout, argument);
-    else if (IsInteger(conversion))
-        AppendInteger(output, conversion, layout, argument);
-    else
-        AppendFloating(output, conversion, layout, argument);
+    switch (conversion.kind) {
+    case Kind::Integer:
+        return AppendInteger(output, conversion, layout, argument);
+    case Kind::Text:
+        return AppendText(output, layout, argument);
+    case Kind::Character:
+        return AppendCharacter(output, conversion, layout, argument);
+    case Kind::Pointer:
+        return AppendPointer(output, layout, argument);
+    default:
+        return AppendFloating(output, conversion, layout, argument);
+    }
 }
 
 // --- The arguments of a format
@@ -235,15 +234,18 @@ template <class T> FormatArgument Take(std::va_list& list) { return FormatArgume
 
 /// How the argument that the conversion takes is taken.
 TakeArgument TakeFor(const FormatConversion& conversion) {
-    if (conversion.type == 's')
-        return &Take<const char*>;
-    if (conversion.type == 'p')
-        return &Take<const void*>;
-    if (conversion.type == 'c')
-        return &Take<int>;
-    if (IsInteger(conversion))
+    switch (conversion.kind) {
+    case Kind::Integer:
         return BitsOf(conversion.length) == 64 ? &Take<long long> : &Take<int>;
-    return conversion.length == Length::LongDouble ? &Take<long double> : &Take<double>;
+    case Kind::Text:
+        return &Take<const char*>;
+    case Kind::Character:
+        return &Take<int>;
+    case Kind::Pointer:
+        return &Take<const void*>;
+    default:
+        return conversion.length == Length::LongDouble ? &Take<long double> : &Take<double>;
+    }
 }
 
 /// Calls `use` with the place of each argument that a conversion takes, in the order of C's lists.
@@ -252,7 +254,7 @@ template <class Use> void ForEachPlace(const FormatConversion& conversion, const
         use(conversion.width.place, &Take<int>);
     if (conversion.precision.isArgument)
         use(conversion.precision.place, &Take<int>);
-    if (conversion.type != '%')
+    if (conversion.kind != Kind::Percent)
         use(conversion.place, TakeFor(conversion));
 }
 
@@ -305,7 +307,7 @@ void RenderFormat(std::u16string_view format, std::span<const FormatArgument> ar
         format, [&](std::u16string_view literal) { output.Append(literal); },
         [&](const FormatConversion& conversion) {
             const Layout layout = ReadLayout(conversion, list);
-            if (conversion.type == '%')
+            if (conversion.kind == Kind::Percent)
                 output.Append(u'%');
             else
                 AppendArgument(output, conversion, layout, list.At(conversion.place));

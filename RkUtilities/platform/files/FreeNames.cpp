@@ -5,6 +5,7 @@
 #include "RkUtilities/platform/locale/Utf.h"
 
 #include <algorithm>
+#include <charconv>
 #include <optional>
 #include <string_view>
 #include <unordered_set>
@@ -16,15 +17,28 @@ constexpr std::size_t kMostBytes = 255;
 
 std::string Suffix(std::int64_t number) { return number == 1 ? std::string() : " (" + std::to_string(number) + ")"; }
 
-/// The names that a listing shows as taken.
-std::unordered_set<std::string> ListedNames(const std::string& folder, const NumberedName& name, TakenBy takenBy) {
-    std::unordered_set<std::string> names;
+/// The number in a name that has a number; 0 in other names.
+std::int64_t NumberIn(std::string_view listed, const NumberedName& name) {
+    constexpr std::string_view kBefore = " (";
+    if (!listed.starts_with(name.start) || !listed.substr(name.start.size()).starts_with(kBefore))
+        return 0;
+    const std::string_view rest = listed.substr(name.start.size() + kBefore.size());
+    std::int64_t number = 0;
+    const char* const end = std::from_chars(rest.data(), rest.data() + rest.size(), number).ptr;
+    const std::string_view after = rest.substr(static_cast<std::size_t>(end - rest.data()));
+    const bool isWritten = !rest.starts_with('0') && after.starts_with(')') && after.substr(1) == name.end;
+    return isWritten ? number : 0;
+}
+
+/// The numbers that a listing shows as taken.
+std::unordered_set<std::int64_t> ListedNumbers(const std::string& folder, const NumberedName& name, TakenBy takenBy) {
+    std::unordered_set<std::int64_t> numbers;
     static_cast<void>(VisitFolder(folder, [&](std::string_view listed, FileKind kind) {
-        if (listed.ends_with(name.end) && (takenBy == TakenBy::Anything || kind == FileKind::Folder))
-            names.emplace(listed);
+        if (takenBy == TakenBy::Anything || kind == FileKind::Folder)
+            numbers.insert(NumberIn(listed, name));
         return Visit::Continue;
     }));
-    return names;
+    return numbers;
 }
 
 }  // namespace
@@ -57,8 +71,8 @@ std::int64_t FirstFreeNumber(const std::string& folder, const NumberedName& name
         if (!isTaken(number))
             return number;
     }
-    const std::unordered_set<std::string> listed = ListedNames(folder, name, takenBy);
-    while (listed.contains(name.WithNumber(number)) || isTaken(number))
+    const std::unordered_set<std::int64_t> listed = ListedNumbers(folder, name, takenBy);
+    while (listed.contains(number) || isTaken(number))
         ++number;
     return number;
 }
