@@ -28,6 +28,7 @@ public:
         : std::u16string_view(text != nullptr ? std::u16string_view(text) : std::u16string_view()) {}
     /// A zero-terminated text; null is the empty text.
     TextView(unsigned short const* text) noexcept : TextView(AsChar16(text)) {}
+    TextView(const char* text) = delete;  ///< UTF-8 would need a text of its own: write `u"..."` or `CString(bytes)`.
     /// Everything that converts to a view: literals, `CString`, `std::u16string`.
     template <class T>
         requires(std::convertible_to<const T&, std::u16string_view> && !std::convertible_to<const T&, const char16_t*>)

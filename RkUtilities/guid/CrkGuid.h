@@ -22,7 +22,7 @@ class RK_EXPORT CrkGuid {
 public:
     static constexpr CFUUIDBytes c_nullGuid = {};  ///< 16 zero bytes: no GUID.
 
-    CrkGuid() : m_bytes(CreateGuid()) {}  ///< A new GUID, as CreateGuid makes it; never the null GUID.
+    CrkGuid() : m_bytes(CreateGuid()) {}  ///< A new GUID, as CreateGuid makes it; no GUID is `CrkGuid(c_nullGuid)`.
     /// As StringToGuid reads the text: the null GUID when it is malformed.
     explicit CrkGuid(const CString& text) noexcept : m_bytes(StringToGuid(text)) {}
     constexpr CrkGuid(const CFUUIDBytes& bytes) noexcept : m_bytes(bytes) {}  ///< The GUID of these bytes.

@@ -85,6 +85,11 @@ public:
     ///     2.0/3  ->  "0.666666667"    2.0    ->  "2"     -1234567.0  ->  "-1.23457e+06"    infinity  ->  "inf"
     ///     1.5e-9 ->  "0.000000001"    1e-10  ->  "1e-10"        0.0  ->  "0"               NaN       ->  "nan"
     static CString DoubleToString(double value);
+    /// The value as number text with exactly `decimalCount` decimals (0 to 30, other counts as the nearer limit), of
+    /// either sign and any size, rounded as C's "%.*f" rounds. For amounts: the members below cut and do not round.
+    ///
+    ///     -1234567.891, 2  ->  "-1234567.89"    0.125, 2  ->  "0.12"    -0.001, 2  ->  "-0.00"
+    static CString DoubleToString(double value, int decimalCount);
 
     /// Takes number text apart: its integer digits, its fraction digits and whether a "-" leads it. White space at the
     /// ends is left off; an exponent moves the decimal point. With decimal point ".":
@@ -128,8 +133,8 @@ public:
     /// Marks the text of a number without its sign as negative: "5" -> "-5", "(5)" or "5".
     static void FormatNegativeNumber(CString& text, NegativeNumberRepresentation representation);
 
-    /// An amount of money: the number text grouped, with `decimalCount` decimals, and the symbol placed as below.
-    /// "" for "".
+    /// An amount of money: the number text grouped, cut to `decimalCount` decimals, and the symbol placed as below.
+    /// "" for "". The text of a `double` comes from `DoubleToString(value, decimalCount)`, which keeps all its digits.
     static CString DoubleStringToFormattedCurrency(const CString& numberText, const CString& currencySymbol,
                                                    int decimalCount, int positiveFormat, int negativeFormat,
                                                    NegativeNumberRepresentation representation);

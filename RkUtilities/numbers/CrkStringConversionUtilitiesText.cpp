@@ -8,6 +8,7 @@
 #include <charconv>
 #include <cmath>
 #include <iterator>
+#include <limits>
 
 namespace {
 
@@ -25,17 +26,10 @@ const char* WriteFixed(double value, char* text, char* end) {
     return end;
 }
 
-}  // namespace
-
-CString CrkStringConversionUtilities::DoubleToString(double value) {
+/// The text of C's printf with the user's decimal point.
+CString NumberText(double value, std::string_view text) {
     if (std::isnan(value))  // the standard libraries differ in the words for a NaN
         return std::signbit(value) ? u"-nan" : u"nan";
-    char characters[32];
-    const bool fixed = value > kFixedAbove && value < kFixedBelow;
-    const char* const end =
-        fixed ? WriteFixed(value, characters, std::end(characters))
-              : std::to_chars(characters, std::end(characters), value, std::chars_format::general, 6).ptr;
-    const std::string_view text(characters, static_cast<std::size_t>(end - characters));
     const std::string_view whole = text.substr(0, text.find('.'));
     const std::string_view fraction = text.substr(std::min(whole.size() + 1, text.size()));
     std::u16string_view point;
@@ -46,6 +40,25 @@ CString CrkStringConversionUtilities::DoubleToString(double value) {
         units = std::copy(point.begin(), point.end(), units);
         std::copy(fraction.begin(), fraction.end(), units);
     });
+}
+
+}  // namespace
+
+CString CrkStringConversionUtilities::DoubleToString(double value) {
+    char characters[32];
+    const bool fixed = value > kFixedAbove && value < kFixedBelow;
+    const char* const end =
+        fixed ? WriteFixed(value, characters, std::end(characters))
+              : std::to_chars(characters, std::end(characters), value, std::chars_format::general, 6).ptr;
+    return NumberText(value, {characters, end});
+}
+
+CString CrkStringConversionUtilities::DoubleToString(double value, int decimalCount) {
+    char characters[std::numeric_limits<double>::max_exponent10 + 40];  // the sign, the point, up to 30 decimals
+    const auto precision = static_cast<int>(rk::ClampedDecimals(decimalCount));
+    return NumberText(
+        value,
+        {characters, std::to_chars(characters, std::end(characters), value, std::chars_format::fixed, precision).ptr});
 }
 
 void CrkStringConversionUtilities::SplitNumberString(const CString& text, CString& integerPart, CString& fractionPart,

@@ -167,7 +167,7 @@ public:
     // --- On disk
 
     /// The user's folder of a kind, without trailing slash. `code` is an `ErkSpecialFolder`; "" for any other value,
-    /// and for a folder that does not exist. Nothing is created.
+    /// and for a folder that does not exist: look before a name is appended. Nothing is created.
     static CString GetSpecialFolderPath(int code);
     /// Whether the file or folder lacks its owner's permission to write. A link is followed. False for a missing file.
     static bool IsFileReadOnly(const CString& path);

@@ -124,6 +124,10 @@ bool SECRegistry::GetDoubleWordValue(rk::TextView name, std::uint32_t& value) co
     return Give<std::int32_t>(GetValueFromSystem(name, Number), value);
 }
 
+bool SECRegistry::GetValue(rk::TextView name, std::int32_t& value) const {
+    return Give<std::int32_t>(GetValueFromSystem(name, Number), value);
+}
+
 bool SECRegistry::GetStringValue(rk::TextView name, CString& value) const {
     return Give<CString>(GetValueFromSystem(name, String), value);
 }

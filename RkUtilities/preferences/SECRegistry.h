@@ -86,6 +86,7 @@ public:
     bool GetValue(rk::TextView name, bool& value) const;
     /// Reads a number.
     bool GetValue(rk::TextView name, std::uint32_t& value) const { return GetDoubleWordValue(name, value); }
+    bool GetValue(rk::TextView name, std::int32_t& value) const;  ///< Reads a number with its sign.
     bool GetValue(rk::TextView name, CString& value) const { return GetStringValue(name, value); }  ///< Reads a text.
     bool GetValue(rk::TextView name, double& value) const;              ///< Reads a number, also a stored `double`.
     bool GetValue(rk::TextView name, CAtlArray<CString>& texts) const;  ///< Reads a list of texts.

@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cfloat>
+#include <climits>
 #include <cstdio>
 
 namespace {
@@ -44,6 +45,21 @@ TEST(DoubleText, IsWhatTheCLibraryPrints) {
             ASSERT_EQ(Conversion::DoubleToString(any).ToUtf8(), Printed(any));
         }
     }
+}
+
+TEST(DoubleText, HasAsManyDecimalsAsAskedForOfEitherSign) {
+    const ScopedUserLocale user("de_DE");
+    for (const auto& [value, decimals, text] : std::initializer_list<std::tuple<double, int, const char16_t*>>{
+             {-10516.54, 2, u"-10516,54"},
+             {-1234567.891, 2, u"-1234567,89"},
+             {0.125, 2, u"0,12"},
+             {-0.001, 2, u"-0,00"},
+             {2.5, -1, u"2"},
+             {0.5, INT_MAX, u"0,500000000000000000000000000000"},
+             {-INFINITY, 2, u"-inf"},
+             {NAN, 2, u"nan"}})
+        EXPECT_EQ(Conversion::DoubleToString(value, decimals), text) << value;
+    EXPECT_EQ(Conversion::DoubleToString(-DBL_MAX, INT_MAX).GetLength(), 1 + 309 + 1 + 30);
 }
 
 // Text, integer, fraction (null: stays as it was) and whether it is negative.

@@ -142,6 +142,8 @@ TEST_F(Preferences, AreNumbersAndListsOfTextsListedAndDeleted) {
         EXPECT_FALSE(registry.GetValue(u"damaged", number) || registry.GetValue(u"7 days", number));
         EXPECT_TRUE(registry.GetValue(u"none at all", number) && std::isnan(number) && std::signbit(number));
         EXPECT_TRUE(registry.GetValue(u"integer", number) && number == -7);
+        int integer = 0;
+        EXPECT_TRUE(registry.GetValue(u"integer", integer) && integer == -7);
         EXPECT_EQ(registry.GetValueNames().size(), 13u);
         EXPECT_EQ(registry.GetValueNames()[1], u"damaged");
         EXPECT_TRUE(registry.DeleteValue(u"gone"));
