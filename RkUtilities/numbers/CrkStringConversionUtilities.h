@@ -89,7 +89,7 @@ public:
     /// either sign and any size, rounded as C's "%.*f" rounds. For amounts: the members below cut and do not round.
     ///
     ///     -1234567.891, 2  ->  "-1234567.89"    0.125, 2  ->  "0.12"    -0.001, 2  ->  "-0.00"
-    static CString DoubleToString(double value, int decimalCount);
+    static CString DoubleToFixedString(double value, int decimalCount);
 
     /// Takes number text apart: its integer digits, its fraction digits and whether a "-" leads it. White space at the
     /// ends is left off; an exponent moves the decimal point. With decimal point ".":
@@ -134,7 +134,7 @@ public:
     static void FormatNegativeNumber(CString& text, NegativeNumberRepresentation representation);
 
     /// An amount of money: the number text grouped, cut to `decimalCount` decimals, and the symbol placed as below.
-    /// "" for "". The text of a `double` comes from `DoubleToString(value, decimalCount)`, which keeps all its digits.
+    /// "" for "". The text of a `double` comes from `DoubleToFixedString`, which keeps all its digits.
     static CString DoubleStringToFormattedCurrency(const CString& numberText, const CString& currencySymbol,
                                                    int decimalCount, int positiveFormat, int negativeFormat,
                                                    NegativeNumberRepresentation representation);

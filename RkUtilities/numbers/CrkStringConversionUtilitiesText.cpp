@@ -53,7 +53,7 @@ CString CrkStringConversionUtilities::DoubleToString(double value) {
     return NumberText(value, {characters, end});
 }
 
-CString CrkStringConversionUtilities::DoubleToString(double value, int decimalCount) {
+CString CrkStringConversionUtilities::DoubleToFixedString(double value, int decimalCount) {
     char characters[std::numeric_limits<double>::max_exponent10 + 40];  // the sign, the point, up to 30 decimals
     const auto precision = static_cast<int>(rk::ClampedDecimals(decimalCount));
     return NumberText(

@@ -58,8 +58,8 @@ TEST(DoubleText, HasAsManyDecimalsAsAskedForOfEitherSign) {
              {0.5, INT_MAX, u"0,500000000000000000000000000000"},
              {-INFINITY, 2, u"-inf"},
              {NAN, 2, u"nan"}})
-        EXPECT_EQ(Conversion::DoubleToString(value, decimals), text) << value;
-    EXPECT_EQ(Conversion::DoubleToString(-DBL_MAX, INT_MAX).GetLength(), 1 + 309 + 1 + 30);
+        EXPECT_EQ(Conversion::DoubleToFixedString(value, decimals), text) << value;
+    EXPECT_EQ(Conversion::DoubleToFixedString(-DBL_MAX, INT_MAX).GetLength(), 1 + 309 + 1 + 30);
 }
 
 // Text, integer, fraction (null: stays as it was) and whether it is negative.
