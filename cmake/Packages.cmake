@@ -48,4 +48,11 @@ foreach(component IN LISTS CPACK_COMPONENTS_ALL)
     install(FILES ${PROJECT_SOURCE_DIR}/cmake/copyright DESTINATION ${documents} COMPONENT ${component})
 endforeach()
 
+# Manual pages are compressed in packages alone.
+file(WRITE ${PROJECT_BINARY_DIR}/CompressManuals.cmake [[
+file(GLOB pages ${CPACK_TEMPORARY_DIRECTORY}/tools/usr/share/man/man1/*.1)
+execute_process(COMMAND gzip -9n ${pages} COMMAND_ERROR_IS_FATAL ANY)
+]])
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_BINARY_DIR}/CompressManuals.cmake)
+
 include(CPack)
