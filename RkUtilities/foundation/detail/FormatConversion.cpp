@@ -42,7 +42,7 @@ ArgumentPlace TakePlace(std::u16string_view& format) {
     if (position == 0)
         throw FormatError("positions count from 1");
     format = rest;
-    return static_cast<std::size_t>(position - 1);
+    return static_cast<unsigned>(position - 1);
 }
 
 /// Reads a width or a precision if the format has it.

@@ -7,7 +7,7 @@
 namespace rk {
 
 /// Where a width, a precision or a value comes from: the next argument, or the argument at a position from 0.
-using ArgumentPlace = std::optional<std::size_t>;
+using ArgumentPlace = std::optional<unsigned>;
 
 /// A width or a precision: a number, or an argument ("*").
 struct FormatCount {
@@ -18,8 +18,8 @@ struct FormatCount {
 
 /// One conversion of a format, taken apart.
 struct FormatConversion {
-    enum class Length { None, Char, Short, Long, LongLong, Max, Size, Difference, LongDouble };
-    enum class Kind { Unknown, Integer, Floating, Character, Text, Pointer, Percent };
+    enum class Length : unsigned char { None, Char, Short, Long, LongLong, Max, Size, Difference, LongDouble };
+    enum class Kind : unsigned char { Unknown, Integer, Floating, Character, Text, Pointer, Percent };
 
     std::u16string_view flags;  // of "-+ #0", in any order and number
     FormatCount width;
