@@ -34,6 +34,7 @@ std::optional<std::u16string> CleanPath(const CString& path) {
         return std::nullopt;
 
     std::u16string clean;
+    clean.reserve(text.size());
     for (std::size_t start = 1; start <= text.size();) {
         const std::u16string_view element = ElementAt(text, start);
         start += element.size() + 1;
