@@ -85,7 +85,7 @@ constexpr std::array<Kind, 128> kKinds = [] {
     std::array<Kind, 128> kinds{};
     const auto set = [&](std::string_view types, Kind kind) {
         for (const char type : types)
-            kinds[static_cast<std::size_t>(type)] = kind;
+            kinds[static_cast<unsigned char>(type)] = kind;
     };
     set("duoxX", Kind::Integer);
     set("fFeEgGaA", Kind::Floating);
@@ -118,7 +118,7 @@ FormatConversion TakeConversion(std::u16string_view& format) {
     const char16_t type = format.front();
     format.remove_prefix(1);
     conversion.type = type == u'i' ? 'd' : static_cast<char>(type < 0x80 ? type : u'?');
-    conversion.kind = kKinds[static_cast<std::size_t>(conversion.type)];
+    conversion.kind = kKinds[static_cast<unsigned char>(conversion.type)];
     if (!IsKnown(conversion.length, conversion.kind))
         throw FormatError("the format holds an unknown conversion");
     return conversion;
