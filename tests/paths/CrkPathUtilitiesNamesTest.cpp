@@ -168,14 +168,14 @@ TEST(TemporaryFolder, IsTheUsersOwnAndNobodyElseCanHaveLaidItThere) {
     const ScopedFolder home;
     const ScopedVariable homeFolder("HOME", home.Path().c_str()), caches("XDG_CACHE_HOME", nullptr);
     const std::string privateName = "/RkUtilities-" + std::to_string(geteuid()), inTmp = "/tmp" + privateName;
-    home.Make({"0755 own/", "0777 lawless/", "shared/", "laid/", "blocked/"});
-    for (const char* const open : {"shared", "laid", "blocked"})
+    home.Make({"0755 own/", "0777 lawless/", "common/", "laid/", "blocked/"});
+    for (const char* const open : {"common", "laid", "blocked"})
         home.SetMode(open, 01777);
-    const std::string own = home.Path("own"), shared = home.Path("shared"), made = shared + privateName;
+    const std::string own = home.Path("own"), common = home.Path("common"), made = common + privateName;
     ExpectTempFolder(own, own);
     ExpectTempFolder(own + "//", own);
     for (const unsigned next : {0755U, 0500U, 0U}) {  // made, then found open to others or closed to the user
-        ExpectTempFolder(shared, made);
+        ExpectTempFolder(common, made);
         EXPECT_EQ(fs::symlink_status(made).permissions(), fs::perms::owner_all);
         fs::permissions(made, fs::perms(next));
     }
