@@ -4,46 +4,19 @@ namespace {
 
 using Strings = CrkStringUtilities;
 
-TEST(Formatting, NeverThrows) {
-    const std::pair<CString, std::u16string_view> rows[] = {
-        {Strings::Format(u"%s%d", "ä", 3), u"ä3"},
-        {Strings::FormatOrdered(u"%2$s %1$d", 5, "x"), u"x 5"},
-        {Strings::Format(u"%d %d", 1), u""},
-        {Strings::Format(u"%n", 1), u""},
-        {Strings::Format(nullptr), u""},
-        {Strings::AppendInt(u"a\xD800", 0), u"a\uFFFD0"},
-        {Strings::AppendInt(u"% Topic", INT_MIN), u"% Topic-2147483648"}};
-    for (const auto& [text, expected] : rows)
-        EXPECT_EQ(text, expected);
-}
-
-constexpr std::pair<unsigned long, const char16_t*> kByteRows[] = {{0, u"0 bytes"},
-                                                                   {1, u"1 bytes"},
-                                                                   {999, u"999 bytes"},
-                                                                   {1000, u"0.97 KB"},
-                                                                   {1023, u"0.99 KB"},
-                                                                   {1024, u"1.00 KB"},
-                                                                   {1536, u"1.50 KB"},
-                                                                   {10240, u"10.0 KB"},
-                                                                   {102400, u"100 KB"},
-                                                                   {1023999, u"999 KB"},
-                                                                   {1024000, u"0.97 MB"},
-                                                                   {1048575, u"0.99 MB"},
-                                                                   {1048576, u"1.00 MB"},
-                                                                   {1073741824, u"1.00 GB"},
-                                                                   {1073741823999, u"1000 GB"},
-                                                                   {1073741824000, u"0.97 TB"},
-                                                                   {1099511627775, u"1.00 TB"},
-                                                                   {1099511627776, u""},
-                                                                   {ULONG_MAX, u""}};
+constexpr std::pair<unsigned long, const char16_t*> kByteRows[] = {  // cut behind three digits, or rounded to six
+    {999, u"999 bytes"},         {1000, u"0.97 KB"},    {10240, u"10.0 KB"},   {102400, u"100 KB"},
+    {1023999, u"999 KB"},        {1024000, u"0.97 MB"}, {1048575, u"0.99 MB"}, {1073741823999, u"1000 GB"},
+    {1099511627775, u"1.00 TB"}, {1099511627776, u""}};
 constexpr std::tuple<const char16_t*, int, const char16_t*> kShortRows[] = {
-    {u"abcdefgh", 5, u"ab..."}, {u"abcdefgh", 4, u"a..."}, {u"abc", 3, u"abc"},     {u"abcd", 3, u"..."},
-    {u"abcd", 2, u".."},        {u"abcd", 0, u""},         {u"abcd", INT_MIN, u""}, {u"", -1, u""},
-    {u"abcd", INT_MAX, u"abcd"}};
-constexpr std::pair<std::size_t, int> kSerialRows[] = {
-    {0, 4}, {254, 512}, {255, 516}, {65533, 131072}, {65534, 131078}};
+    {u"abcdefgh", 5, u"ab..."}, {u"abc", 3, u"abc"},     {u"abcd", 3, u"..."},
+    {u"abcd", 2, u".."},        {u"abcd", INT_MIN, u""}, {u"", -1, u""}};
+constexpr std::pair<std::size_t, int> kSerialRows[] = {{254, 512}, {255, 516}, {65533, 131072}, {65534, 131078}};
 
-TEST(Formatting, MeasuresBytesAndShortens) {
+TEST(Formatting, CountsMeasuresAndShortens) {
+    EXPECT_EQ(Strings::Format(u"%d %d", 1), u"");
+    EXPECT_EQ(Strings::AppendInt(u"a\xD800", 0), u"a\uFFFD0");
+    EXPECT_EQ(Strings::AppendInt(u"% Topic", INT_MIN), u"% Topic-2147483648");
     for (const auto& [count, text] : kByteRows)
         EXPECT_EQ(Strings::MakeByteString(count), text) << count;
     for (const auto& [text, length, result] : kShortRows)
@@ -98,13 +71,9 @@ CString Wrap(CString text, const CString& separator, int width, int lines) {
 
 constexpr std::tuple<const char16_t*, int, int, const char16_t*> kWrapRows[] = {
     {u"hello world foo bar", 8, 2, u"hello /world..."},
-    {u"abcdefghijkl", 5, 3, u"abcde/fghi/jkl"},
-    {u"abc\ndef\nghi", 10, 2, u"abc/\ndef.../"},
     {u"text", 8, INT_MIN, u""},
-    {u" \n\n ", 8, 5, u""},
-    {u"ab cd\nef", 0, 9, u"ab cd/\nef"},
     {u"ab cd", 1, INT_MAX, u"ab cd"},
-    {u"ab cd", INT_MIN, 9, u"ab cd"},
+    {u"ab cd\nef", INT_MIN, 9, u"ab cd/\nef"},
     {u"ab cd", INT_MAX, INT_MAX, u"ab cd"}};
 
 TEST(Wrapping, KeepsToItsExamplesAndItsStepsAndEndsSoon) {
@@ -128,7 +97,6 @@ TEST(Wrapping, KeepsToItsExamplesAndItsStepsAndEndsSoon) {
     Strings::InsertLineSeparators(nullptr, u"/", 9, 3);
     EXPECT_EQ(itself, u"a b c d");
     EXPECT_EQ(Strings::GetLinesCount(u"a\r\n\r\nb\r\n"), 2);
-    EXPECT_EQ(Strings::GetLinesCount(u"\n") + Strings::GetLinesCount(u"") - Strings::GetLinesCount(u" "), -1);
 }
 
 TEST(Lists, JoinAndSort) {
@@ -144,30 +112,23 @@ TEST(Lists, JoinAndSort) {
     for (const auto& [text, expected] : joined)
         EXPECT_EQ(text, expected);
     const auto takes = [](const auto&... arguments) { return requires { Strings::Combine(arguments...); }; };
-    EXPECT_FALSE(takes(u"-", u"1", u"2", u"3") || takes(u"-", u"1", u"2", u"3", parts[0]) ||
-                 takes(u"-", u"1", u"2", "3"));
-    EXPECT_TRUE(takes(u"-", u"1", parts[1], u"3", u"4", false) && takes(u"-", parts, 3, false));
+    EXPECT_FALSE(takes(u"-", u"1", u"2", u"3") || takes(u"-", u"1", u"2", u"3", parts[0]));
     CAtlList<CString> list{u"b", u"A", u"a", u"C", u"ab", u"abcde", u"ABCDF"};
     Strings::SortStringList(list, true);
     EXPECT_EQ(list, (CAtlList<CString>{u"A", u"a", u"ab", u"abcde", u"ABCDF", u"b", u"C"}));
-    CAtlList<CString> reversed{u"b", u"A", u"a", u"C"};
-    Strings::SortStringList(reversed, false);
-    EXPECT_EQ(reversed, (CAtlList<CString>{u"C", u"b", u"a", u"A"}));
+    Strings::SortStringList(list, false);
+    EXPECT_EQ(list, (CAtlList<CString>{u"C", u"b", u"ABCDF", u"abcde", u"ab", u"a", u"A"}));
 }
 
-constexpr std::tuple<const char16_t*, long, double> kNumberRows[] = {{u" -42x", -42, -42},
-                                                                     {u"+7.5", 7, 7.5},
-                                                                     {u"1,5", 1, 1},
-                                                                     {u"-1e3x", -1, -1000},
-                                                                     {u"inf", 0, 0},
-                                                                     {u"\u22121", 0, 0},
-                                                                     {u"\u0661", 0, 0},
-                                                                     {u"1e999", 1, INFINITY},
-                                                                     {u"0.9", 0, 0.9},
-                                                                     {u"9999999999", INT_MAX, 9999999999},
-                                                                     {u"-2147483648", INT_MIN, INT_MIN},
-                                                                     {u"-21474836480", -INT_MAX, -21474836480.0},
-                                                                     {u"99999999999999999999", INT_MAX, 1e20}};
+constexpr std::tuple<const char16_t*, long, double> kNumberRows[] = {  // a text, as an integer and as a number
+    {u" -42x", -42, -42},
+    {u"1,5", 1, 1},
+    {u"\u22121", 0, 0},
+    {u"\u0661", 0, 0},
+    {u"0.9", 0, 0.9},
+    {u"10000000000", INT_MAX, 1e10},
+    {u"-2147483648", INT_MIN, INT_MIN},
+    {u"-10000000000", -INT_MAX, -1e10}};
 
 TEST(Numbers, AreReadFromTheFrontInAnyLocale) {
     const ScopedUserLocale user("ar_EG");
@@ -178,7 +139,6 @@ TEST(Numbers, AreReadFromTheFrontInAnyLocale) {
     }
     EXPECT_TRUE(Strings::StringToBool(u"TRUE"));
     EXPECT_FALSE(Strings::StringToBool(u"yes"));
-    EXPECT_EQ(Strings::LongToString(LONG_MIN), u"-9223372036854775808");
     EXPECT_EQ(Strings::UnicodeToUtf8(u"ä\xD800"), u"ä\uFFFD");
     EXPECT_EQ(Strings::Utf8ToUnicode("\xEF\xBB\xBFä", true), u"ä");
     EXPECT_EQ(Strings::Utf8ToUnicode("\xEF\xBB\xBF", false), u"\uFEFF");
@@ -189,22 +149,14 @@ TEST(Links, GiveTheirParameters) {
     Strings::ParameterMap map{{u"x", u"0"}, {u"y", u"kept"}};
     Strings::ExtractUrlParameters(u"#x=1&x=2", map);
     EXPECT_EQ(map, (Strings::ParameterMap{{u"x", u"2"}, {u"y", u"kept"}}));
-    const char16_t* const rows[][3] = {{u"app:open#id=7&mode=edit", u"mode", u"edit"},
-                                       {u"cmd&a=1&b=2", u"cmd", u""},
-                                       {u"a=1&b", u"a", u""},
-                                       {u"#a=&b=2", u"a", u"b"},
-                                       {u"#id=7", u"ID", u""},
-                                       {u"page?a=1&b=2", u"b", u"2"},
-                                       {u"", u"", u""}};
+    const char16_t* const rows[][3] = {
+        {u"app:open#id=7&mode=edit", u"mode", u"edit"}, {u"cmd&a=1&b=2", u"a", u"1"}, {u"#a=&b=2", u"a", u"b"}};
     for (const auto& row : rows)
         EXPECT_EQ(Strings::ExtractUrlValue(row[0], row[1]), row[2]) << CString(row[0]);
     EXPECT_EQ(Strings::GetUrlString(u"https-link", u"web:%s"), u"https-link");
     EXPECT_EQ(Strings::GetUrlString(u"HTTP 100%", u"web:%s"), u"web:HTTP 100%");
-    EXPECT_EQ(Strings::GetUrlString(std::u16string_view(u"a\0b", 3), u"%s"), std::u16string_view(u"a\0b", 3));
-    EXPECT_EQ(Strings::GetUrlString(u"page", u"%d"), u"");
-    const std::pair<const char16_t*, bool> addresses[] = {{u"a@b.c", true},   {u"@b.c", false},   {u"a@.c", false},
-                                                          {u"a@b.", false},   {u"a.b", false},    {u"a.b@c", false},
-                                                          {u"a b@c.d", true}, {u"a@b@c.d", true}, {u"", false}};
+    const std::pair<const char16_t*, bool> addresses[] = {
+        {u"a@b.c", true}, {u"@b.c", false}, {u"a@.c", false}, {u"a@b.", false}, {u"a.b@c", false}};
     for (const auto& [address, valid] : addresses)
         EXPECT_EQ(Strings::IsValidEmail(address), valid) << CString(address);
 }
@@ -214,25 +166,21 @@ CString Expanded(CString text) {
     return text;
 }
 
-TEST(Placeholders, AreExpandedUntilNoneIsLeft) {
+TEST(Placeholders, AreFoundAndExpandedOnceWhereTheirPassesDoNotEnd) {
     const ScopedVariable variables[] = {
-        {"RKA", "/u"},         {"RKC", "%RKC%x"}, {"RKD", "%RKE%"}, {"RKE", "<%RKD%>"}, {"RKBIG", "%RKBIG2%%RKBIG2%"},
-        {"RKBIG2", "%RKBIG%"}, {"RKS", "%RKS"}};
-    CString placeholder = u"kept";
-    EXPECT_EQ(Strings::FindEnvironmentVariable(u"x %RKA% y", &placeholder), 2);
-    EXPECT_EQ(placeholder, u"%RKA%");
-    EXPECT_EQ(Strings::FindEnvironmentVariable(u"none", &placeholder), -1);
-    EXPECT_EQ(placeholder, u"%RKA%");
-    EXPECT_EQ(Strings::FindEnvironmentVariable(u"100%", &placeholder), -1);
-    EXPECT_EQ(placeholder, u"");
-    const char16_t* const rows[][2] = {{u"%RKA%/x", u"/u/x"},
-                                       {u"100% of %RKA%", u"100RKA%"},
-                                       {u"%RKC%-%RKA%", u"%RKC%x-/u"},  // leads back to itself
-                                       {u"%RKS%%RKS%", u"%RKSRKS"},     // does not: its marks come from two expansions
-                                       {u"%RKD% %RKA%", u"%RKE% /u"}};
+        {"RKA", "/u"},        {"RKC", "%RKC%x"}, {"RKD", "%RKE%"}, {"RKE", "<%RKD%>"}, {"RKBIG", "%RKBIG2%%RKBIG2%"},
+        {"RKBIG2", "%RKBIG%"}};
+    const std::tuple<const char16_t*, int, const char16_t*> finds[] = {
+        {u"x %RKA% y", 2, u"%RKA%"}, {u"none", -1, u"kept"}, {u"100%", -1, u""}};
+    for (const auto& [text, index, expected] : finds) {
+        CString placeholder = u"kept";
+        EXPECT_EQ(Strings::FindEnvironmentVariable(text, &placeholder), index) << CString(text);
+        EXPECT_EQ(placeholder, expected) << CString(text);
+    }
+    const char16_t* const rows[][2] = {
+        {u"%RKC%-%RKA%", u"%RKC%x-/u"}, {u"%RKD% %RKA%", u"%RKE% /u"}, {u"%RKBIG%", u"%RKBIG2%%RKBIG2%"}};
     for (const auto& row : rows)
         EXPECT_EQ(Expanded(row[0]), row[1]) << CString(row[0]);
-    EXPECT_EQ(Expanded(u"%RKBIG%"), u"%RKBIG2%%RKBIG2%");
 }
 
 /// The passes as they are defined; only for texts whose expansion ends.
@@ -254,21 +202,6 @@ TEST(Placeholders, AreExpandedAsTheirPassesDo) {
     for (int i = 0; i < 20000; ++i)
         many += u"%unset" + std::u16string(CString(Strings::LongToString(i)).View()) + u"%.";
     EXPECT_EQ(Expanded(many + many), std::u16string(40000, u'.'));  // others of the name stand far away
-}
-
-TEST(Placeholders, ThatDoubleAtEachStepEnd) {
-    std::vector<std::unique_ptr<ScopedVariable>> variables;
-    for (int i = 0; i < 60; ++i) {
-        const std::string next = std::to_string(i + 1);
-        const auto set = [&](const char* name, const std::string& value) {
-            variables.push_back(std::make_unique<ScopedVariable>(name + std::to_string(i), value.c_str()));
-        };
-        set("RK", "%RK" + next + "%%RK" + next + "%");
-        for (const char* name : {"RKX", "RKY"})  // doubles the steps, but not what stands in the text at a time
-            set(name, std::string(100, '%') + "%RKX" + next + "%%RKY" + next + "%");
-    }
-    EXPECT_LE(Expanded(u"%RK0%").GetLength(), 4194304);
-    EXPECT_LE(Expanded(u"%RKX0%").GetLength(), 1000000);
 }
 
 }  // namespace
