@@ -7,6 +7,8 @@
 #include <expat.h>
 
 #include <algorithm>
+#include <cmath>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -22,14 +24,10 @@ struct Box {
     [[nodiscard]] bool Overlaps(const Box& o) const {
         return left < o.right && o.left < right && top < o.bottom && o.top < bottom;
     }
-    [[nodiscard]] bool Holds(double x, double y) const { return x >= left && x <= right && y >= top && y <= bottom; }
+    [[nodiscard]] bool Holds(const Box& o) const {
+        return o.left >= left && o.right <= right && o.top >= top && o.bottom <= bottom;
+    }
 };
-
-inline bool IsInEllipse(const Box& box, double x, double y) {
-    const double u = (2 * x - box.left - box.right) / (box.right - box.left);
-    const double v = (2 * y - box.top - box.bottom) / (box.bottom - box.top);
-    return u * u + v * v <= 1;
-}
 
 /// The text block lies in the shape, its corners in the central ellipse.
 inline bool TextStaysInShape(const TopicShape& shape) {
@@ -42,9 +40,12 @@ inline bool TextStaysInShape(const TopicShape& shape) {
         if (run.start < 0 || run.start + run.width > shape.text.width || run.baseline > shape.text.height)
             return false;
     for (const double x : {start, end})
-        for (const double y : {top, bottom})
-            if (shape.side == Side::Centre ? !IsInEllipse(box, x, y) : !box.Holds(x, y))
+        for (const double y : {top, bottom}) {
+            const double u = std::abs(2 * x - box.left - box.right) / (box.right - box.left);
+            const double v = std::abs(2 * y - box.top - box.bottom) / (box.bottom - box.top);
+            if (shape.side == Side::Centre ? u * u + v * v > 1 : u > 1 || v > 1)
                 return false;
+        }
     return true;
 }
 
@@ -80,11 +81,11 @@ inline std::string SvgOf(const Outline& outline, const MapLayout& map) {
     return svg;
 }
 
-/// How many elements of each name a document has, and what its text says; `isWellFormed` is an XML parser's word.
+/// A document's elements, values of attributes ("a href") and text; `isWellFormed` is an XML parser's word.
 struct XmlFacts {
     bool isWellFormed = false;
-    std::multiset<std::string> elements, ids;
-    std::set<std::string> guids, links;
+    std::multiset<std::string> elements;
+    std::map<std::string, std::set<std::string>> attributes;
     std::string text;
 };
 
@@ -95,14 +96,8 @@ inline XmlFacts ParseXml(const std::string& document) {
     XML_SetStartElementHandler(parser, [](void* data, const XML_Char* name, const XML_Char** attributes) {
         XmlFacts& seen = *static_cast<XmlFacts*>(data);
         seen.elements.insert(name);
-        for (; *attributes != nullptr; attributes += 2) {
-            if (std::string_view(attributes[0]) == "id")
-                seen.ids.insert(attributes[1]);
-            if (std::string_view(attributes[0]) == "data-guid")
-                seen.guids.insert(attributes[1]);
-            if (std::string_view(name) == "a")
-                seen.links.insert(attributes[1]);
-        }
+        for (; *attributes != nullptr; attributes += 2)
+            seen.attributes[name + std::string(" ") + attributes[0]].insert(attributes[1]);
     });
     XML_SetCharacterDataHandler(parser, [](void* data, const XML_Char* bytes, int count) {
         static_cast<XmlFacts*>(data)->text.append(bytes, static_cast<std::size_t>(count));

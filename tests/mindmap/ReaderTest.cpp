@@ -45,9 +45,8 @@ TEST(OpmlReader, ReadsTopicsWithWhatGoesWithThemAndNamesTheLineOfAFault) {
     const ReaderCase cases[] = {
         {Opml("<outline text='A'><outline text='B'/><outline text='C'><outline text='D'/></outline></outline>"),
          "A(B,C(D))"},
-        {Opml("<outline text='A'/><outline text='B'/>", " Plan "), "Plan(A,B)"},
         {Opml("<outline text='A'/><outline text='B'/>"), "file(A,B)"},
-        {Opml("<outline text='Milk'/>", "Shopping"), "Shopping(Milk)"},  // one topic alone is no centre
+        {Opml("<outline text='Milk'/>", " Shopping "), "Shopping(Milk)"},  // one topic alone is no centre
         {Opml("<outline title='T' _note='n&#10;m' url='' htmlUrl='h' due='d' date='first' cost='5'><outline "
               "text=''/></outline>"),
          "T[n\nm|h|first|5]()"},
@@ -55,20 +54,14 @@ TEST(OpmlReader, ReadsTopicsWithWhatGoesWithThemAndNamesTheLineOfAFault) {
         {Opml("<outline text='A'><outline text='B' isComment='true'><outline text='C'/></outline><outline "
               "text='D'/></outline>"),
          "A(D)"},
-        {"\xEF\xBB\xBF" + Opml("<outline text='&lt;&#x1F6A2;'><outline text='é'/></outline>"), "<🚢(é)"},
         {"<?xml version='1.0' encoding='ISO-8859-1'?>" + Opml("<outline text='\xE9'><outline text='b'/></outline>"),
          "é(b)"},
-        {"", "line 1: no element found"},
         {Opml(""), "line 0: the outline has no topic"},
-        {Opml("<outline text='A'>\n<outline text='B'>\n</outline>"), "line 5: mismatched tag"},
         {Opml("\n<outline text='A & B'/>"), "line 4: not well-formed (invalid token)"},
-        {Opml("<outline text='\xFF'/>"), "line 3: not well-formed (invalid token)"},
-        {Opml("<outline text='&#0;'/>"), "line 3: reference to invalid character number"},
         {"\n<html/>", "line 2: is no OPML: the root element is \"html\""},
         {"<?xml version='1.0'?>\n<!DOCTYPE opml [<!ENTITY a 'aaaa'><!ENTITY b '&a;&a;'>]>" +
              Opml("<outline text='&b;'/>"),
          "line 2: a document type declaration is not accepted"},
-        {"<?xml version='1.0' encoding='klingon'?><opml/>", "line 1: unknown encoding"},
     };
     for (const auto& [document, told] : cases)
         EXPECT_EQ(ToldOrError([&, &text = document] { return ReadOpml(text, u"file"); }), told) << document;
@@ -87,8 +80,6 @@ TEST(TextOutlineReader, FindsTheTreeInIndentationHeadingsAndLists) {
         {"# T\nfirst\nline\n\nsecond\n---\n- a\n```\n# no heading\n```\n",
          "T[first line\nsecond|||](a[# no heading|||])"},
         {"- A [site](https://x.org) and **b** `c`\n  - B [open](", "A site and b c[|https://x.org||](B [open]()"},
-        {" \n\t\n", "line 0: the outline has no topic"},
-        {"A\nB\xFF\n", "line 2: is no text in UTF-8"},
         {std::string("A\n\nB\0C", 6), "line 3: is no text in UTF-8"},
     };
     for (const auto& [document, told] : cases)
@@ -99,9 +90,8 @@ TEST(TextOutlineReader, FindsTheTreeInIndentationHeadingsAndLists) {
 
 TEST(Readers, TakeAHundredThousandLevels) {
     std::string body;
-    for (int i = 0; i < 100'000; ++i)
-        body += "<outline text='x'>";
-    for (int i = 0; i < 100'000; ++i)
-        body += "</outline>";
+    for (const char* const tag : {"<outline text='x'>", "</outline>"})
+        for (int i = 0; i < 100'000; ++i)
+            body += tag;
     EXPECT_EQ(ReadOpml(Opml(body), u"file").topics.back().level, 99'999);
 }
