@@ -1,13 +1,12 @@
 #!/usr/bin/env python3
 """The page of a log of 50,000 entries in a real browser: PageTest.py path/to/rklog. Exits with 77 where there is no Chromium."""
 
-import os
 import subprocess
 import sys
-import tempfile
+from pathlib import Path
 
-sys.path.append(f'{os.path.dirname(__file__)}/../support')
-from Browser import Browser, missing
+sys.path.append(f'{Path(__file__).parent}/../support')
+from Browser import browser_and_folder
 
 HOSTILE = '</script><script>document.title="evil"</script><b id="evil">&</b> ENTRIES NONCE'
 
@@ -51,26 +50,15 @@ def entry(minute, level, category, message):
             f'<l:Body>{message}</l:Body></l:LogEntry>\n')
 
 
-def main(program):
-    browser = Browser()
-    try:
-        with tempfile.TemporaryDirectory() as folder:
-            with open(f'{folder}/log.xml', 'w', encoding='utf-8') as log:
-                log.write(entry(10, 'Info', 'Cache', 'of many') * 49_997 +
-                          entry(20, 'Error', '<img src=x onerror=fail()>', HOSTILE.replace('&', '&amp;')) +
-                          entry(59, 'Warning', 'Layout', 'Überlauf') + 'stray')
-            with open(f'{folder}/page.html', 'wb') as page:
-                subprocess.run([program, '--format', 'html', f'{folder}/log.xml'], check=True, stdout=page)
-            browser.open(f'{folder}/page.html', ready='document.readyState === "complete"')
-            told, most_rows = browser.run_async(USE)
-        differences = [f'{got!r} for {wanted!r}' for got, wanted in zip(told, SHOWN, strict=True) if got != wanted]
-        # However many entries there are, only the rows in sight are made.
-        return '\n'.join(differences + browser.errors() + [f'{most_rows} rows are made'] * (most_rows >= 100))
-    finally:
-        browser.close()
-
-
-if missing():
-    print('The browser test did not run, without:', *missing())
-    sys.exit(77)
-sys.exit(main(sys.argv[1]) or 0)
+with browser_and_folder() as (browser, folder):
+    Path(f'{folder}/log.xml').write_text(
+        entry(10, 'Info', 'Cache', 'of many') * 49_997 +
+        entry(20, 'Error', '<img src=x onerror=fail()>', HOSTILE.replace('&', '&amp;')) +
+        entry(59, 'Warning', 'Layout', 'Überlauf') + 'stray', 'utf-8')
+    with open(f'{folder}/page.html', 'wb') as page:
+        subprocess.run([sys.argv[1], '--format', 'html', f'{folder}/log.xml'], check=True, stdout=page)
+    browser.open(f'{folder}/page.html', ready='document.readyState === "complete"')
+    told, most_rows = browser.run_async(USE)
+    differences = [f'{got!r} for {wanted!r}' for got, wanted in zip(told, SHOWN, strict=True) if got != wanted]
+    # However many entries there are, only the rows in sight are made.
+    sys.exit('\n'.join(differences + browser.errors() + [f'{most_rows} rows are made'] * (most_rows >= 100)) or 0)

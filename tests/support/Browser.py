@@ -1,11 +1,14 @@
 """A headless Chromium, driven over WebDriver by chromedriver: what the tests of pages need of it, no more."""
 
 import base64
+import contextlib
 import json
 import os
 import re
 import shutil
 import subprocess
+import sys
+import tempfile
 import time
 import urllib.error
 import urllib.request
@@ -14,9 +17,19 @@ SHIFT, ENTER, ESCAPE, TAB = '\ue008', '\ue007', '\ue00c', '\ue004'
 LEFT, UP, RIGHT, DOWN = '\ue012', '\ue013', '\ue014', '\ue015'
 
 
-def missing():
-    """The programs that are not on this machine."""
-    return [name for name in ('chromium', 'chromedriver') if shutil.which(name) is None]
+@contextlib.contextmanager
+def browser_and_folder():
+    """A browser and a folder for a while. Exits with 77 where there is no Chromium."""
+    missing = [name for name in ('chromium', 'chromedriver') if shutil.which(name) is None]
+    if missing:
+        print('The tests of the page did not run, without:', *missing)
+        sys.exit(77)
+    browser = Browser()
+    try:
+        with tempfile.TemporaryDirectory() as folder:
+            yield browser, folder
+    finally:
+        browser.close()
 
 
 class Browser:
