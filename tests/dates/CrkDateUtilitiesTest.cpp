@@ -19,7 +19,6 @@ TEST(Dates, HaveTheirKnownTimesBeforeAnyInitialiser) {
         EXPECT_EQ(kAtLoad[i], expected[i].GetCFAbsoluteTime()) << i;
     CrkDateUtilities::InitNullDate();
     EXPECT_EQ(CrkDateUtilities::NullTime, CTime());
-    EXPECT_LT(CrkDateUtilities::NullTime, CrkDateUtilities::MinimumTime);
 }
 
 TEST(Dates, MoveAgainstTheirNamesByTheOffsetOfNow) {
@@ -43,13 +42,10 @@ constexpr struct {
     Moment first, second;
     bool isSameDay;
 } kDayCases[] = {
-    {{2024, 5, 5, 0}, {2024, 5, 5, 23}, true},
-    {{2024, 5, 5, 23}, {2024, 5, 6, 0}, false},
-    {{2024, 5, 5, 12}, {2023, 5, 5, 12}, false},    // the year is not looked at
+    {{2024, 5, 5, 0}, {2024, 5, 5, 23}, true},     {{2024, 5, 5, 23}, {2024, 5, 6, 0}, false},
     {{2023, 12, 31, 0}, {2024, 12, 30, 0}, false},  // the same day of the year
     {{1899, 12, 29, 6}, {1899, 12, 29, 18}, true},  // fractions below zero taken to count backwards
     {{2026, 3, 29, 1}, {2026, 3, 29, 4}, true},     // a clock change between
-    {{1, 1, 1, 6}, {1, 1, 1, 7}, true},
 };
 
 template <class Time, class... Dst> void CheckDayCases(Dst... dst) {
@@ -142,7 +138,6 @@ constexpr struct {
     {"Europe/Berlin", "de", {2026, 3, 23, 0}, {2026, 3, 23, 0}},     // the first moment itself
     {"Europe/Berlin", "en", {2026, 10, 31, 23}, {2026, 10, 25, 0}},  // 25 hours at its start
     {"Asia/Beirut", "en", {2022, 4, 1, 0}, {2022, 3, 27, 1}},        // which began at 1:00
-    {"Pacific/Apia", "de", {2012, 1, 1, 9}, {2011, 12, 26, 0}},      // without its Friday
 };
 
 TEST(Weeks, OfTimesBeginAtTheFirstMomentOfTheirFirstDay) {
@@ -152,10 +147,8 @@ TEST(Weeks, OfTimesBeginAtTheFirstMomentOfTheirFirstDay) {
                   CTime(start[0], start[1], start[2], start[3], 0, 0))
             << zoneName << ' ' << time[2];
     }
-    for (int day = 1; day <= 6; ++day)
-        EXPECT_EQ(
-            CrkDateUtilities::GetLocalizedWeekStart(CTime(1970, 1, day % 3 + 1, 23, 59, 59, -1), day > 3 ? "de" : "en"),
-            CrkDateUtilities::MinimumTime);
+    EXPECT_EQ(CrkDateUtilities::GetLocalizedWeekStart(CTime(1970, 1, 3, 23, 59, 59, -1), "en"),
+              CrkDateUtilities::MinimumTime);
     EXPECT_EQ(CrkDateUtilities::GetLocalizedWeekStart(CTime(1970, 1, 4, 15, 0, 0, -1), "en"),
               CTime(1970, 1, 4, 0, 0, 0, -1));
 }

@@ -62,11 +62,8 @@ constexpr std::string_view kLocales =
     "root";
 
 // With the time from when on both zone databases agree.
-constexpr std::pair<const char*, std::int64_t> kZones[] = {{"UTC", -62135596800},
-                                                           {"Europe/Berlin", 0},
-                                                           {"America/New_York", 0},
-                                                           {"Asia/Kathmandu", 600000000},
-                                                           {"Australia/Lord_Howe", 600000000}};
+constexpr std::pair<const char*, std::int64_t> kZones[] = {
+    {"UTC", -62135596800}, {"Europe/Berlin", 0}, {"Asia/Kathmandu", 600000000}, {"Australia/Lord_Howe", 600000000}};
 
 TEST(DateTexts, AreThoseOfIcuForEveryLocaleZoneAndYear) {
     constexpr std::int64_t kLast = 253402300799;
@@ -92,37 +89,23 @@ constexpr std::int64_t kEvening = 1794862325;  // 16 November 2026, 20:52:05 UTC
 
 TEST(DateTexts, JoinWithOneSpaceAndKeepTheLocaleOfTheFirstCallOfTheirKind) {
     const std::string texts = InChild([] {  // a child, since other tests have fixed this process's locale
-        const ScopedZone utc("UTC");
         const CTime time = At(kEvening);
         rk::SetUserLocale("de_DE");
         const CString date = CrkDateUtilities::ShortDateString(time);
-        CString seen = date + u"|";
-        for (const char* const locale : {"en_US", "fr_FR"}) {
-            rk::SetUserLocale(locale);
-            const CString shortTime = CrkDateUtilities::ShortTimeString(time);
-            seen += CrkDateUtilities::LongDateString(time) + u"|" + shortTime + u"|";
-            EXPECT_EQ(CrkDateUtilities::ShortDateTimeString(time), date + u" " + shortTime);
-            EXPECT_EQ(CrkDateUtilities::DateTimeString(time), date + u" " + CrkDateUtilities::LongTimeString(time));
-        }
-        return seen.ToUtf8();
+        rk::SetUserLocale("en_US");
+        EXPECT_EQ(CrkDateUtilities::ShortDateTimeString(time), date + u" " + CrkDateUtilities::ShortTimeString(time));
+        EXPECT_EQ(CrkDateUtilities::DateTimeString(time), date + u" " + CrkDateUtilities::LongTimeString(time));
+        return OurTexts("fr_FR", {{"UTC", {kEvening}}});
     });
-    std::istringstream german(IcuTexts("de_DE", "UTC", {kEvening})), english(IcuTexts("en_US", "UTC", {kEvening}));
-    std::string shortDate, longDate, shortTime;
-    std::getline(std::getline(german, shortDate, '|'), longDate, '|');
-    for (int i = 0; i < 3; ++i)
-        std::getline(english, shortTime, '|');
-    EXPECT_EQ(texts, shortDate + '|' + longDate + '|' + shortTime + '|' + longDate + '|' + shortTime + '|');
+    const std::string german = IcuTexts("de_DE", "UTC", {kEvening}), english = IcuTexts("en_US", "UTC", {kEvening});
+    const auto datesEnd = [](const std::string& all) { return all.find('|', all.find('|') + 1); };
+    EXPECT_EQ(texts, german.substr(0, datesEnd(german)) + english.substr(datesEnd(english)));
 }
 
 TEST(DateTexts, SeeAnotherZoneInTheSameMinute) {
-    constexpr const char* kZonesAndIcus[][2] = {{"UTC", "UTC"},
-                                                {"Asia/Kathmandu", "Asia/Kathmandu"},
-                                                {"Europe/Berlin", "Europe/Berlin"},
-                                                {"UTC", "UTC"},
-                                                {"XYZ-3:20", "GMT+03:20"},
-                                                {"XYZ-3:20:30", "GMT+03:20:30"},
-                                                {"<+00>0", "GMT+00:00"},
-                                                {":Asia/Tokyo", "Asia/Tokyo"}};
+    constexpr const char* kZonesAndIcus[][2] = {{"UTC", "UTC"},          {"Europe/Berlin", "Europe/Berlin"},
+                                                {"UTC", "UTC"},          {"XYZ-3:20:30", "GMT+03:20:30"},
+                                                {"<+00>0", "GMT+00:00"}, {":Asia/Tokyo", "Asia/Tokyo"}};
     std::vector<ZoneTimes> zones;
     std::string expected;
     for (const auto& [zone, icuZone] : kZonesAndIcus) {

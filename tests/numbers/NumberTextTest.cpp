@@ -25,8 +25,7 @@ std::string Printed(double value) {
 
 TEST(DoubleText, IsWhatTheCLibraryPrints) {
     const ScopedUserLocale user("en_US");
-    constexpr double kLow = 1e-9;
-    constexpr double kHigh = 99999999999;
+    constexpr double kLow = 1e-9, kHigh = 99999999999;
     for (const double value :
          std::initializer_list<double>{0.0, -0.0, kLow, std::nextafter(kLow, 1), kHigh, std::nextafter(kHigh, 0),
                                        0.9999999995, INFINITY, -INFINITY, NAN, -NAN, DBL_MAX, DBL_TRUE_MIN, -1234567.0})
@@ -51,32 +50,24 @@ TEST(DoubleText, HasAsManyDecimalsAsAskedForOfEitherSign) {
     const ScopedUserLocale user("de_DE");
     for (const auto& [value, decimals, text] : std::initializer_list<std::tuple<double, int, const char16_t*>>{
              {-10516.54, 2, u"-10516,54"},
-             {-1234567.891, 2, u"-1234567,89"},
              {0.125, 2, u"0,12"},
              {-0.001, 2, u"-0,00"},
              {2.5, -1, u"2"},
              {0.5, INT_MAX, u"0,500000000000000000000000000000"},
-             {-INFINITY, 2, u"-inf"},
-             {NAN, 2, u"nan"}})
+             {-INFINITY, 2, u"-inf"}})
         EXPECT_EQ(Conversion::DoubleToFixedString(value, decimals), text) << value;
     EXPECT_EQ(Conversion::DoubleToFixedString(-DBL_MAX, INT_MAX).GetLength(), 1 + 309 + 1 + 30);
 }
 
 // Text, integer, fraction (null: stays as it was) and whether it is negative.
 using SplitRow = std::tuple<const char16_t*, const char16_t*, const char16_t*, bool>;
-constexpr SplitRow kSplitRows[] = {{u"-1234.5", u"1234", u"5", true},    {u"+7", u"7", nullptr, false},
-                                   {u"", u"kept", nullptr, true},        {u" \u2003\t", u"kept", nullptr, true},
-                                   {u"-", u"", nullptr, true},           {u" 42 ", u"42", nullptr, false},
-                                   {u"--5", u"-5", nullptr, true},       {u"- 5", u" 5", nullptr, true},
-                                   {u"5.", u"5", nullptr, false},        {u".", u"", nullptr, false},
-                                   {u"1.2.3", u"1", u"2.3", false},      {u"1.5E3", u"1500", u"", false},
-                                   {u"1.5e1", u"15", u"", false},        {u"1.234e2", u"123", u"4", false},
-                                   {u"12e2", u"1200", u"", false},       {u"1E5e2", u"1E500", u"", false},
-                                   {u"1.5e-3", u"0", u"0015", false},    {u"1.5e-1", u"0", u"15", false},
-                                   {u"123.45e-1", u"12", u"345", false}, {u"123.45e-2", u"1", u"2345", false},
-                                   {u"12e-2", u"0", u"12", false},       {u".5e-2", u"0", u"005", false},
-                                   {u"1.5e", u"1", u"5", false},         {u"1.5ex", u"1", u"5", false},
-                                   {u"1.5e 1 \n", u"15", u"", false}};
+constexpr SplitRow kSplitRows[] = {
+    {u"-1234.5", u"1234", u"5", true}, {u"", u"kept", nullptr, true},     {u" \u2003\t", u"kept", nullptr, true},
+    {u" +42 ", u"42", nullptr, false}, {u"--5", u"-5", nullptr, true},    {u"5.", u"5", nullptr, false},
+    {u"1.2.3", u"1", u"2.3", false},   {u"1.5E3", u"1500", u"", false},   {u"1.234e2", u"123", u"4", false},
+    {u"1E5e2", u"1E500", u"", false},  {u"1.5e-3", u"0", u"0015", false}, {u"123.45e-1", u"12", u"345", false},
+    {u"12e-2", u"0", u"12", false},    {u".5e-2", u"0", u"005", false},   {u"1.5ex", u"1", u"5", false},
+    {u"1.5e 1 \n", u"15", u"", false}};
 
 TEST(NumberText, ComesApart) {
     const ScopedUserLocale user("en_US");
@@ -104,10 +95,7 @@ constexpr std::tuple<const char16_t*, int, const char16_t*, const char16_t*> kPi
     {u"239", 2, u"23", u"239"},
     {u"5", 3, u"500", u"5"},
     {u"", 2, u"00", u""},
-    {u"1000", 0, u"", u"1,000"},
     {u"123456", INT_MIN, u"", u"123,456"},
-    {u"1234567", -5, u"", u"1,234,567"},
-    {u"12", 100, u"120000000000000000000000000000", u"12"},
     {u"abcdefgh", INT_MAX, u"abcdefgh0000000000000000000000", u"ab,cde,fgh"}};
 
 TEST(NumberText, IsCutPaddedAndGrouped) {
@@ -126,27 +114,14 @@ constexpr auto kMinus = Conversion::MinusSign;
 constexpr auto kParentheses = Conversion::Parentheses;
 
 using Representation = Conversion::NegativeNumberRepresentation;
-constexpr std::tuple<const char16_t*, bool, int, Representation, const char16_t*> kNumberRows[] = {
-    {u"-1234.5", true, 2, kMinus, u"-1,234.50"},
-    {u"-1234.5", true, 2, kParentheses, u"(1,234.50)"},
-    {u"-1234.5", true, 2, kNoSign, u"1,234.50"},
-    {u"-1234.5", true, 2, static_cast<Representation>(-7), u"1,234.50"},
-    {u"-1", true, 0, Conversion::NoSignAlt, u"1"},
-    {u"-1", true, 0, Conversion::ParenthesesAlt, u"(1)"},
-    {u"1234.5678", false, 0, kMinus, u"1234"},
-    {u"-0.001", false, 2, kMinus, u"-0.00"},
-    {u".5", false, 1, kMinus, u".5"},
-    {u" ", false, 2, kMinus, u".00"},
-    {u"", true, 2, kMinus, u""},
-    {u"1e6", true, 0, kMinus, u"1,000,000"},
-    {u"5e-2147483648", true, 3, kMinus, u"0.000"},
-    {u"inf", true, 1, kMinus, u"inf.0"}};
+constexpr std::tuple<const char16_t*, Representation, const char16_t*> kNumberRows[] = {
+    {u"-1234.5", kMinus, u"-1,234.50"}, {u"-1234.5", kParentheses, u"(1,234.50)"}, {u"", kMinus, u""}};
 
 TEST(FormattedNumber, ShowsDecimalsGroupsAndSign) {
     const ScopedUserLocale user("en_US");
-    for (const auto& [text, isGrouped, decimals, representation, formatted] : kNumberRows)
-        EXPECT_EQ(Conversion::DoubleStringToFormattedNumber(text, isGrouped, decimals, representation), formatted)
-            << CString(text);
+    for (const auto& [text, representation, formatted] : kNumberRows)
+        EXPECT_EQ(Conversion::DoubleStringToFormattedNumber(text, /*groupThousands=*/true, 2, representation),
+                  formatted);
     CString integer, fraction;
     bool negative = false;
     Conversion::SplitNumberString(u"1.5e2147483647", integer, fraction, negative);
@@ -154,7 +129,6 @@ TEST(FormattedNumber, ShowsDecimalsGroupsAndSign) {
     Conversion::SplitNumberString(u"1.5e-2147483648", integer, fraction, negative);
     EXPECT_EQ(fraction, std::u16string(1000000, u'0') + u"15");
     const ScopedUserLocale german("de_DE");
-    EXPECT_EQ(Conversion::DoubleStringToFormattedNumber(u"1.5", /*groupThousands=*/false, 0, kMinus), u"1.5");
     EXPECT_EQ(Conversion::DoubleStringToFormattedNumber(u"-1234567,891", /*groupThousands=*/true, 2, kMinus),
               u"-1.234.567,89");
 }
@@ -197,11 +171,10 @@ TEST(FormattedAmount, HasItsSymbolAndSignWhereTheFormatSays) {
 }
 
 constexpr std::tuple<const char16_t*, int, const char16_t*> kPercentageRows[] = {
-    {u"0.25", 0, u"25%"},      {u"1.5", 0, u"150%"},    {u"-0.5", 0, u"-50%"}, {u"5", 0, u"500%"},
-    {u"0", 0, u"0%"},          {u"0.256", 1, u"25.6%"}, {u"0.256", 0, u"25%"}, {u"0.0005", 2, u"0.05%"},
-    {u"5", 2, u"500.00%"},     {u".5", 1, u"50.0%"},    {u"abc.5", 0, u"50%"}, {u"0012.3456", 1, u"1234.5%"},
-    {u"-0.001", 0, u"-0%"},    {u"25e-2", 0, u"25%"},   {u" ", 1, u"0.0%"},    {u"", 3, u""},
-    {u"12345", 0, u"1234500%"}};
+    {u"0.25", 0, u"25%"},     {u"-0.5", 0, u"-50%"},   {u"5", 0, u"500%"},
+    {u"0", 0, u"0%"},         {u"0.256", 1, u"25.6%"}, {u"0.256", 0, u"25%"},
+    {u"0.0005", 2, u"0.05%"}, {u"abc.5", 0, u"50%"},   {u"012.3456", 1, u"1234.5%"},
+    {u" ", 1, u"0.0%"},       {u"", 3, u""},           {u"1", 0, u"100%"}};
 
 TEST(FormattedPercentage, MovesThePointByTwoDigits) {
     const ScopedUserLocale user("en_US");

@@ -147,7 +147,7 @@ TEST(Numbers, AreReadFromTheFrontInAnyLocale) {
 
 TEST(Links, GiveTheirParameters) {
     Strings::ParameterMap map{{u"x", u"0"}, {u"y", u"kept"}};
-    Strings::ExtractUrlParameters(u"#x=1&x=2", map);
+    Strings::ExtractUrlParameters(u"#x=1&x=2&z", map);
     EXPECT_EQ(map, (Strings::ParameterMap{{u"x", u"2"}, {u"y", u"kept"}}));
     const char16_t* const rows[][3] = {
         {u"app:open#id=7&mode=edit", u"mode", u"edit"}, {u"cmd&a=1&b=2", u"a", u"1"}, {u"#a=&b=2", u"a", u"b"}};
