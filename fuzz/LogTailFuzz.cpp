@@ -1,16 +1,11 @@
 // A log that ends with any bytes keeps its whole entries, and what is logged afterwards can be read.
 #include "fuzz/Fuzz.h"
+#include "tests/logging/LogFolder.h"
 #include "tests/rklog/LogText.h"
 
 namespace {
 
 constexpr std::string_view kStart = "<l:LogEntry><l:Timestamp>", kFooter = "</l:LogEntry>\n";
-
-/// Where the log writer is switched on.
-struct LogFolder : ScopedFolder {
-    LogFolder() { Write("settings", "<x><ls:Enable>true</ls:Enable><ls:IncludeCategory>*</ls:IncludeCategory></x>"); }
-    ~LogFolder() { CrkLogWriter::Uninitialize(); }
-};
 
 }  // namespace
 
@@ -18,11 +13,11 @@ void Try(FuzzedDataProvider& data) {
     static const LogFolder folder;
     const std::string whole = rklog::EntryAt("11/16/26, 9:52 PM:125") + rklog::EntryAt("11/16/26, 9:53 PM:126");
     const std::string before = whole + data.ConsumeRemainingBytesAsString();
-    folder.Write("messages.xml", before);
-    CrkLogWriter::Init(folder.Text("settings"), folder.Text());  // the writer remembers nothing of the last file
+    folder.Write(folder.Active(), before);
+    folder.Init();  // the writer remembers nothing of the last file
     CrkLogWriter::Log(CrkLogWriter::LogInfo, u"first");
     CrkLogWriter::Log(CrkLogWriter::LogInfo, u"last");
-    const std::string after = folder.Read("messages.xml");
+    const std::string after = folder.Read(folder.Active());
 
     // What was there stays, but for the beginning of an entry at its end.
     const std::size_t kept = after.rfind(kStart, after.rfind(kStart) - 1);

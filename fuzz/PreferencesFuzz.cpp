@@ -14,26 +14,19 @@ SECRegistry Registry() {
     return registry;
 }
 
-/// Reads the stored number in processes that have used no preferences before.
+/// Compares the stored number in processes that have used no preferences before.
 class Reader {
 public:
     Reader() {
-        int ends[2];
-        Require(socketpair(AF_UNIX, SOCK_STREAM, 0, ends) == 0);
-        if (fork() == 0) {
-            close(ends[0]);
-            Serve(ends[1]);
-        }
-        close(ends[1]);
-        m_end = ends[0];
+        Require(socketpair(AF_UNIX, SOCK_STREAM, 0, m_ends) == 0);
+        if (fork() == 0)
+            Serve();
+        close(m_ends[1]);
     }
 
-    std::uint32_t Read() const {
-        std::uint32_t number = 0;
-        char end = 0;
-        Require(write(m_end, "", 1) == 1 && Take(m_end, number));
-        Require(Take(m_end, end));  // by now the process has closed the database
-        return number;
+    bool Reads(std::uint32_t number) const {
+        int status = -1;
+        return write(m_ends[0], &number, sizeof number) == sizeof number && Take(m_ends[0], status) && status == 0;
     }
 
 private:
@@ -46,21 +39,19 @@ private:
         return count == sizeof value;
     }
 
-    [[noreturn]] static void Serve(int end) {
+    [[noreturn]] void Serve() const {
+        close(m_ends[0]);
         int status = 0;
-        for (char wish; status == 0 && Take(end, wish);) {
-            if (fork() == 0) {
-                std::uint32_t number = 0;
-                Registry().GetValue(kName, number);
-                _exit(write(end, &number, sizeof number) == sizeof number ? 0 : 1);
-            }
-            wait(&status);
-            status |= write(end, "", 1) == 1 ? 0 : 1;
+        for (std::uint32_t expected; Take(m_ends[1], expected);) {
+            if (std::uint32_t number = 0; fork() == 0)
+                _exit(Registry().GetValue(kName, number) && number == expected ? 0 : 1);
+            wait(&status);  // by now the process has closed the database
+            Require(write(m_ends[1], &status, sizeof status) == sizeof status);
         }
         _exit(0);
     }
 
-    int m_end = -1;
+    int m_ends[2]{};
 };
 
 /// The folder of the preferences, and the bytes of a sound database with a few pages.
@@ -122,7 +113,7 @@ void Try(FuzzedDataProvider& data) {
     registry.Open(nullptr, {});
     ReadAll();
     registry.SetValue(kName, ++number);
-    Require(rk::GetPreferenceState().lastFailure.empty() && place.reader->Read() == number);
+    Require(rk::GetPreferenceState().lastFailure.empty() && place.reader->Reads(number));
     for (const CString& name : registry.GetValueNames())
         registry.DeleteValue(name);
     std::filesystem::remove(rk::GetPreferenceState().damagedDatabase);

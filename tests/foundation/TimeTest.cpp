@@ -36,13 +36,10 @@ TEST(Time, CountsEveryDayOfTheYears1To9999AsTheCalendarDoes) {
 
 // Zone; year to second, dst; UTC seconds, 0 for the null time.
 constexpr std::tuple<const char*, std::array<int, 7>, std::time_t> kLocalRows[] = {
-    {"Europe/Berlin", {2026, 3, 29, 2, 30, 0, 0}, 1774747800},   // does not exist: 3:30
-    {"Europe/Berlin", {2026, 10, 25, 2, 30, 0, 1}, 1792888200},  // exists twice
-    {"Europe/Berlin", {2026, 10, 25, 2, 30, 0, 0}, 1792891800},
-    {"Europe/Berlin", {2026, 7, 1, 12, 0, 0, 0}, 1782900000},    // dst does not shift what exists once
-    {"Pacific/Apia", {2011, 12, 30, 12, 0, 0, -1}, 1325282400},  // the day is left out
-    {"Etc/UTC", {2026, 13, 32, 25, -1, 61, -1}, 1801530001},     // fields are carried
-    {"Asia/Tokyo", {1, 1, 1, 0, 0, 0, -1}, -62135630339},        // in UTC the year before
+    {"Europe/Berlin", {2026, 3, 29, 2, 30, 0, 0}, 1774747800},  // does not exist: 3:30
+    {"Europe/Berlin", {2026, 7, 1, 12, 0, 0, 0}, 1782900000},   // dst does not shift what exists once
+    {"Etc/UTC", {2026, 13, 32, 25, -1, 61, -1}, 1801530001},    // fields are carried
+    {"Asia/Tokyo", {1, 1, 1, 0, 0, 0, -1}, -62135630339},       // in UTC the year before
     {"America/New_York", {9999, 12, 31, 23, 59, 59, -1}, 253402318799},
     {"Etc/UTC", {0, 12, 31, 23, 59, 59, -1}, 0},
     {"Etc/UTC", {10000, 1, 1, 0, 0, 0, -1}, 0},

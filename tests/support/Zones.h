@@ -1,8 +1,10 @@
 #pragma once
 
+#include <algorithm>
 #include <ctime>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <ranges>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -29,17 +31,12 @@ inline std::tm CLocalTime(std::time_t utcSeconds) {
 inline std::vector<std::time_t> ClockChanges(std::time_t from, std::time_t to) {
     constexpr std::time_t kStep = 14 * 86400;
     std::vector<std::time_t> changes;
-    long offset = CLocalTime(from).tm_gmtoff;
-    for (std::time_t time = from + kStep; time <= to; time += kStep) {
-        std::time_t before = time - kStep;
-        while (CLocalTime(time).tm_gmtoff != offset && time - before > 1) {
-            const std::time_t middle = before + (time - before) / 2;
-            (CLocalTime(middle).tm_gmtoff == offset ? before : time) = middle;
-        }
-        if (CLocalTime(time).tm_gmtoff == offset)
-            continue;
-        changes.push_back(time);
-        offset = CLocalTime(time).tm_gmtoff;
+    for (std::time_t time = from; time < to; time += kStep) {
+        const auto isBefore = [offset = CLocalTime(time).tm_gmtoff](std::time_t each) {
+            return CLocalTime(each).tm_gmtoff == offset;
+        };
+        if (!isBefore(time + kStep))
+            changes.push_back(*std::ranges::partition_point(std::views::iota(time, time + kStep), isBefore));
     }
     return changes;
 }
