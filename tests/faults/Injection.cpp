@@ -5,7 +5,6 @@
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/prctl.h>
@@ -110,23 +109,12 @@ rkGateEnd:
     .popsection
 )");
 
-/// The place of the argument that counts bytes.
-int* ByteCountArgument(long number) noexcept {
-    static constinit int registers[] = {REG_RDX, REG_R8, REG_R10, REG_RSI};
-    return &registers[number == SYS_copy_file_range ? 1 : number == SYS_sendfile ? 2 : number == SYS_getrandom ? 3 : 0];
-}
-
-/// The mask is that of the interrupted code, and SIGSYS stays out of it: the kernel ends a program that blocks it.
-long ChangeMask(ucontext_t& context, long how, const std::uint64_t* set, std::uint64_t* old) noexcept {
-    std::uint64_t mask = 0;
-    std::memcpy(&mask, &context.uc_sigmask, sizeof mask);
-    if (old != nullptr)
-        *old = mask;
-    if (set != nullptr)
-        mask = how == SIG_BLOCK ? mask | *set : how == SIG_UNBLOCK ? mask & ~*set : *set;
-    mask &= ~(std::uint64_t{1} << (SIGSYS - 1));
-    std::memcpy(&context.uc_sigmask, &mask, sizeof mask);
-    return 0;
+/// The register of the argument that counts bytes.
+int ByteCountRegister(long number) noexcept {
+    return number == SYS_copy_file_range ? REG_R8
+           : number == SYS_sendfile      ? REG_R10
+           : number == SYS_getrandom     ? REG_RSI
+                                         : REG_RDX;
 }
 
 /// No file system refuses to take a lock back.
@@ -137,22 +125,17 @@ bool IsUnlocking(long number, const greg_t* registers) noexcept {
 }
 
 void OnSystemCall(int, siginfo_t* info, void* contextOfCall) noexcept {
-    auto& context = *static_cast<ucontext_t*>(contextOfCall);
-    auto& registers = context.uc_mcontext.gregs;
+    auto& registers = static_cast<ucontext_t*>(contextOfCall)->uc_mcontext.gregs;
     const long number = info->si_syscall;
     const Fault* const fault = Occurring([&](const Fault& candidate) {
         return std::ranges::count(candidate.calls, number) != 0 && !IsUnlocking(number, registers);
     });
     if (fault != nullptr && fault->error == 0) {
-        auto& byteCount = registers[*ByteCountArgument(number)];
+        auto& byteCount = registers[ByteCountRegister(number)];
         byteCount = byteCount / 2 + byteCount % 2;
     }
     long result = 0;
-    if (number == SYS_rt_sigprocmask)
-        result = ChangeMask(context, registers[REG_RDI], reinterpret_cast<const std::uint64_t*>(registers[REG_RSI]),
-                            reinterpret_cast<std::uint64_t*>(registers[REG_RDX]));
-    else if (fault == nullptr || fault->error == 0 ||
-             number == SYS_close)  // what fails to close is closed all the same
+    if (fault == nullptr || fault->error == 0 || number == SYS_close)  // what fails to close is closed all the same
         result = rkSystemCall(number, registers[REG_RDI], registers[REG_RSI], registers[REG_RDX], registers[REG_R10],
                               registers[REG_R8], registers[REG_R9]);
     else if (number == SYS_brk)  // which tells of a failure by where the end of the data stays
@@ -228,12 +211,8 @@ void* calloc(std::size_t count, std::size_t byteCount) noexcept {
     return faults::Allocated([=] { return __libc_calloc(count, byteCount); });
 }
 void* realloc(void* memory, std::size_t byteCount) noexcept {
-    if (memory != nullptr && byteCount == 0) {
-        free(memory);
-        return nullptr;
-    }
     void* const moved = faults::Allocated([=] { return __libc_realloc(memory, byteCount); });
-    faults::plan.living -= memory != nullptr && moved != nullptr ? 1 : 0;
+    faults::plan.living -= memory != nullptr && (moved != nullptr || byteCount == 0) ? 1 : 0;
     return moved;
 }
 void free(void* memory) noexcept {

@@ -13,7 +13,7 @@
 ///
 /// System calls are caught in the kernel, whoever makes them (Linux's syscall user dispatch, 5.11 and later, x86-64). Calls
 /// that the kernel answers without being entered (the time, by the vDSO) are not reached, nor are other threads and
-/// children that the call starts; a call that starts a thread or a program must not be armed.
+/// children that the call starts; a call that starts a thread or a program, or blocks signals, must not be armed.
 namespace faults {
 
 enum class Persistence { Once, FromThenOn };

@@ -42,6 +42,7 @@ namespace {
 /// Who may remove nothing leaves the hidden folder of what was under way; the next call in its place removes it.
 bool mayLeaveWork = false;
 
+constexpr const char* kElsewhere = "elsewhere:\n";
 /// A folder of this process on another file system than its scenes, where there are two.
 std::string elsewhere;
 
@@ -52,7 +53,7 @@ std::string StoredPreferences(const std::string& path) {
         *static_cast<std::string*>(text) += std::string(values[0]) + '=' + values[1] + ';';
         return 0;
     };
-    if (sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK)
+    if (sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK)  // it is there
         sqlite3_exec(database, "SELECT DISTINCT name, coalesce(value, 'deleted') FROM preferences ORDER BY name, value",
                      append, &stored, nullptr);
     sqlite3_close(database);
@@ -109,20 +110,19 @@ std::string TreeAt(const std::string& folder) {
 std::string Scene::State() const {
     std::string state = "text=" + Shown(text) + " other=" + Shown(other) + " number=" + Shown(number);
     const auto show = [&state](const char* name, const auto& elements) {
-        state.append("\n").append(name);
+        state += name;
         for (const CString& element : elements)
             state += ' ' + Shown(element);
     };
     std::set<CString> pairs;
     for (const auto& [key, value] : map)
         pairs.insert(key + u'=' + value);
-    show("array:", array);
-    show("list:", list);
-    show("map:", pairs);
-    const char* const config = std::getenv("XDG_CONFIG_HOME");
-    const std::string database = std::string(config) + "/laboratory/preferences.sqlite";
-    return state + "\npreferences: " + (fs::exists(database) ? StoredPreferences(database) : "") + "\ndisk:\n" +
-           TreeAt(folder) + "elsewhere:\n" + TreeAt(elsewhere);
+    show("\narray:", array);
+    show("\nlist:", list);
+    show("\nmap:", pairs);
+    const std::string database = std::getenv("XDG_CONFIG_HOME") + std::string("/laboratory/preferences.sqlite");
+    return state + "\npreferences: " + StoredPreferences(database) + "\ndisk:\n" + TreeAt(folder) + kElsewhere +
+           TreeAt(elsewhere);
 }
 
 namespace {
@@ -132,9 +132,8 @@ constexpr std::size_t kTextRoom = 4096;
 /// What a run tells its parent, in memory that both share.
 struct Report {
     Counts counts;
-    char outcome[kTextRoom], before[kTextRoom], after[kTextRoom];
+    char outcome[kTextRoom], before[kTextRoom], after[kTextRoom], complaint[4 * kTextRoom];
     std::ptrdiff_t blocks, descriptors;
-    char complaint[4 * kTextRoom];
 };
 
 struct Totals {
@@ -146,7 +145,9 @@ template <class Object> Object& Shared() {
         mmap(nullptr, sizeof(Object), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0));
 }
 
-void Keep(char (&room)[kTextRoom], const std::string& text) { std::snprintf(room, sizeof room, "%s", text.c_str()); }
+template <std::size_t size> void Put(char (&room)[size], const std::string& text) {
+    std::snprintf(room, size, "%s", text.c_str());
+}
 
 /// The call's result as text, or the name of what it threw. Counted and failing is the call alone.
 std::string CallOf(const Workload& workload, Scene& scene) {
@@ -174,30 +175,25 @@ bool IsListed(std::string_view list, std::string_view outcome) {
     return list == "*" || ('|' + std::string(list) + '|').find('|' + std::string(outcome) + '|') != std::string::npos;
 }
 
-void Complain(Report& report, const std::string& what) {
-    std::snprintf(report.complaint, sizeof report.complaint, "%s", what.c_str());
-}
-
-std::string_view ElsewhereIn(const char* state) { return std::strstr(state, "elsewhere:"); }
-
-void Judge(const Workload& workload, const Fault& fault, const Report& expected, Report& report) {
-    const std::string_view outcome = report.outcome;
+/// What is wrong with a call in which something failed; "": nothing.
+std::string Judge(const Workload& workload, const Fault& fault, const Report& expected, const Report& report) {
+    const std::string outcome = report.outcome, gives = "gives \"" + outcome + "\"";
     const bool isDone = outcome == expected.outcome;
-    const bool isMemory = fault.error == kNoMemory || fault.error == ENOMEM;
-    if (!isDone && fault.hasAnotherWay)
-        return Complain(report, "gives \"" + std::string(outcome) + "\" although there is another way");
-    if (!isDone && !IsListed(workload.failures, outcome) && !(isMemory && outcome == "bad_alloc"))
-        return Complain(report, "gives \"" + std::string(outcome) + "\"");
+    const bool isSystem = fault.error != kNoMemory;
+    const bool mayThrow = (!isSystem || fault.error == ENOMEM) && outcome == "bad_alloc";
+    if (!isDone && (fault.hasAnotherWay || !(mayThrow || IsListed(workload.failures, outcome))))
+        return gives;
     const bool isBefore = std::strcmp(report.after, report.before) == 0;
     const bool isAfter = std::strcmp(report.after, expected.after) == 0;
-    const bool isKept = workload.keeps == Keeps::Nothing || (isDone && isAfter) || (!isDone && isBefore) ||
-                        (workload.keeps == Keeps::Later && isDone && isBefore) ||
-                        (workload.keeps == Keeps::Moved && fault.error != kNoMemory &&
-                         ElsewhereIn(report.after) == ElsewhereIn(expected.after)) ||
-                        (workload.keeps >= Keeps::Either && fault.error != kNoMemory && isAfter);
-    if (!isKept)
-        Complain(report, "gives \"" + std::string(outcome) + "\" and leaves\n" + report.after + "--- before:\n" +
-                             report.before + "--- undisturbed:\n" + expected.after);
+    const bool isMoved =
+        std::string_view(std::strstr(report.after, kElsewhere)) == std::strstr(expected.after, kElsewhere);
+    if ((isDone ? isAfter : isBefore) || workload.keeps == Keeps::Nothing ||
+        (workload.keeps == Keeps::Later && isDone && isBefore) ||
+        (workload.keeps == Keeps::Moved && isSystem && isMoved) ||
+        (workload.keeps >= Keeps::Either && isSystem && isAfter))
+        return "";
+    return gives + " and leaves\n" + report.after + "--- before:\n" + report.before + "--- undisturbed:\n" +
+           expected.after;
 }
 
 struct Point {
@@ -207,8 +203,9 @@ struct Point {
     std::size_t number;  // 0: undisturbed
 };
 
-/// The whole life of a process of its own.
-void Live(const Point& point, const std::string& folder, const Report& expected, Report& report) {
+/// The whole life of a process of its own: what is wrong with it. `expected` is `report` where nothing is to fail.
+std::string Live(const Point& point, const std::string& folder, const Report& expected, Report& report) {
+    const Workload& workload = point.workload;
     const rlimit noCore{0, 0};
     setrlimit(RLIMIT_CORE, &noCore);
     alarm(120);  // above all waits for locks that SQLite and the library allow themselves in some calls together
@@ -224,43 +221,42 @@ void Live(const Point& point, const std::string& folder, const Report& expected,
         fs::create_directories(scene.folder);
         Remove(elsewhere);
         fs::create_directories(elsewhere);
-        if (point.workload.prepare != nullptr)
-            point.workload.prepare(scene);
+        if (workload.prepare != nullptr)
+            workload.prepare(scene);
     };
     CatchSystemCalls();
     if (point.isWarm) {
         prepare();
-        CallOf(point.workload, scene);
+        CallOf(workload, scene);
     }
     prepare();
     mayLeaveWork = point.fault.error != kNoMemory;
-    if (!point.workload.readsZone)
+    if (!workload.readsZone)
         static_cast<void>(CTime::GetCurrentTime().GetHour());
-    Keep(report.before, scene.State());
+    Put(report.before, scene.State());
     Arm(point.fault, point.number);
-    std::string outcome = CallOf(point.workload, scene);
+    std::string outcome = CallOf(workload, scene);
     report.counts = Disarm();
-    Keep(report.outcome, outcome);
-    Keep(report.after, scene.State());
-    if (point.number != 0)
-        Judge(point.workload, point.fault, expected, report);
+    Put(report.outcome, outcome);
+    Put(report.after, scene.State());
+    std::string complaint = point.number == 0 ? "" : Judge(workload, point.fault, expected, report);
+    if (!complaint.empty() || workload.readsZone)
+        return complaint;
     prepare();
-    outcome = CallOf(point.workload, scene);
+    outcome = CallOf(workload, scene);
     const std::string state = scene.State();
     scene = Scene();
     report.descriptors = OpenDescriptors();
     report.blocks = LivingBlocks();
-    const Report& usual = point.number != 0 ? expected : report;
-    if (report.complaint[0] != '\0' || point.workload.readsZone)
-        return;
-    if (outcome != usual.outcome || state != usual.after)
-        Complain(report, "then, undisturbed, gives \"" + outcome + "\" for \"" + usual.outcome + "\" and leaves\n" +
-                             state + "--- instead of\n" + usual.after);
-    else if (report.descriptors > usual.descriptors)
-        Complain(report, "leaves a descriptor open");
-    else if (point.isWarm && point.fault.error == kNoMemory && point.workload.keeps == Keeps::Before &&
-             report.blocks > usual.blocks)
-        Complain(report, "leaves " + std::to_string(report.blocks - usual.blocks) + " blocks of memory");
+    if (outcome != expected.outcome || state != expected.after)
+        return "then, undisturbed, gives \"" + outcome + "\" for \"" + expected.outcome + "\" and leaves\n" + state +
+               "--- instead of\n" + expected.after;
+    if (report.descriptors > expected.descriptors)
+        return "leaves a descriptor open";
+    const bool countsBlocks = point.isWarm && point.fault.error == kNoMemory && workload.keeps == Keeps::Before;
+    if (countsBlocks && report.blocks > expected.blocks)
+        return "leaves " + std::to_string(report.blocks - expected.blocks) + " blocks of memory";
+    return "";
 }
 
 bool Run(const Point& point, const std::string& folder, const Report& expected, Report& report) {
@@ -269,7 +265,7 @@ bool Run(const Point& point, const std::string& folder, const Report& expected, 
     fs::create_directory_symlink(elsewhere, folder + "/elsewhere");
     const pid_t child = fork();
     if (child == 0) {
-        Live(point, folder, expected, report);
+        Put(report.complaint, Live(point, folder, expected, report));
         _exit(0);
     }
     int status = 0;
@@ -277,7 +273,7 @@ bool Run(const Point& point, const std::string& folder, const Report& expected, 
     Remove(folder);
     Remove(elsewhere);
     if (WIFSIGNALED(status))
-        Complain(report, WTERMSIG(status) == SIGALRM ? "does not return" : strsignal(WTERMSIG(status)));
+        Put(report.complaint, WTERMSIG(status) == SIGALRM ? "does not return" : strsignal(WTERMSIG(status)));
     if (report.complaint[0] == '\0')
         return true;
     std::cout << (std::string(point.workload.name) + (point.isWarm ? ", warm, " : ", cold, ") + point.fault.name + ' ' +
@@ -322,9 +318,9 @@ int RunAll(const std::vector<Workload>& workloads, std::size_t every) {
             _exit(0);
         }
     }
-    bool areDone = true;
+    std::size_t deadCount = 0;
     for (int status = 0; wait(&status) > 0;)
-        areDone = areDone && status == 0;
+        deadCount += status == 0 ? 0 : 1;
     std::size_t pointCount = 0, failureCount = 0;
     for (std::size_t kind = 0; kind < kFaults.size(); ++kind) {
         std::printf("%-18s %7zu points %5zu failures\n", kFaults[kind].name, totals.points[kind].load(),
@@ -332,8 +328,11 @@ int RunAll(const std::vector<Workload>& workloads, std::size_t every) {
         pointCount += totals.points[kind];
         failureCount += totals.failures[kind];
     }
-    std::printf("%zu workloads, %zu points, %zu failures\n", workloads.size(), pointCount, failureCount);
-    return areDone && failureCount == 0 && pointCount > 0 ? 0 : 1;
+    std::printf("%zu workloads, %zu points, %zu failures", workloads.size(), pointCount, failureCount);
+    if (deadCount > 0)
+        std::printf("; not complete, workers that died: %zu", deadCount);
+    std::puts("");
+    return deadCount == 0 && failureCount == 0 && pointCount > 0 ? 0 : 1;
 }
 
 }  // namespace

@@ -11,10 +11,12 @@ using Log = CrkLogWriter;
 
 constexpr const char* kSettings = "<x><ls:Enable>true</ls:Enable><ls:IncludeCategory>*</ls:IncludeCategory></x>";
 
+void Begin(Scene& scene) { scene.Make({{"settings.xml", kSettings}}); }
+
 void WithLog(Scene& scene) {
     Log::Uninitialize();
     Log::m_maxFileLength = 20'000'000;
-    scene.Make({{"settings.xml", kSettings}});
+    Begin(scene);
     Log::Init(scene.Text("settings.xml"), scene.Text("log/"));
     Log::Log(Log::LogInfo, u"the first entry");
 }
@@ -67,28 +69,25 @@ std::string SetAndRead(std::uint32_t rootKey, bool isClosed) {
 }
 
 const Workload kRows[] = {
-    {"log: settings", [](Scene& s) { s.Make({{"settings.xml", kSettings}}); },
+    {"log: settings", &Begin,
      [](Scene& s) {
          const CrkLogSettings settings(s.Text("settings.xml"));
          return Shown(settings.m_enable) + Shown(settings.m_includeAll) + Shown(settings.Fault().empty());
      },
      "falsefalsefalse|CAtlException"},
-    {"log: start and first entry", [](Scene& s) { s.Make({{"settings.xml", kSettings}}); },
-     [](Scene& s) {
-         Log::Uninitialize();
-         Log::Init(s.Text("settings.xml"), s.Text("log/"));
-         return Log::CanLog(Log::LogInfo) ? Logged(u"entry") : "off";
-     },
-     "*", Keeps::Nothing},
-    GIVES("log: entry", &WithLog, Logged(u"an entry of some length, with & and %s"),
+    GIVES("log: start and first entry",
+          (Log::Uninitialize(), Log::Init(s.Text("settings.xml"), s.Text("log/")),
+           Log::CanLog(Log::LogInfo) ? Logged(u"entry") : "off"),
+          "*", Keeps::Nothing),
+    AFTER(&WithLog, "log: entry", Logged(u"an entry of some length, with & and %s"),
           "dropped|CFileException|CrkLogException"),
-    GIVES("log: start entry", &WithLog, (Log::LogStart(), true), "*", Keeps::Nothing),
-    GIVES("log: roll-over", &WithFullLog, Logged(u"an entry behind a full file"),
+    AFTER(&WithLog, "log: start entry", (Log::LogStart(), true), "*", Keeps::Nothing),
+    AFTER(&WithFullLog, "log: roll-over", Logged(u"an entry behind a full file"),
           "logged|dropped|CFileException|CrkLogException", Keeps::Nothing),
-    GIVES("preferences: first use", &WithName, SetAndRead(1, /*isClosed=*/false), "", Keeps::Later),
-    GIVES("preferences: set", &WithPreferences, SetAndRead(1, /*isClosed=*/false), "", Keeps::Later),
-    GIVES("preferences: set and close", &WithPreferences, SetAndRead(0, /*isClosed=*/true), "", Keeps::Later),
-    GIVES("preferences: delete", &WithPreferences,
+    AFTER(&WithName, "preferences: first use", SetAndRead(1, /*isClosed=*/false), "", Keeps::Later),
+    AFTER(&WithPreferences, "preferences: set", SetAndRead(1, /*isClosed=*/false), "", Keeps::Later),
+    AFTER(&WithPreferences, "preferences: set and close", SetAndRead(0, /*isClosed=*/true), "", Keeps::Later),
+    AFTER(&WithPreferences, "preferences: delete",
           Shown(CrkRegistry::DeleteRegValue(u"theme")) + Shown(CrkRegistry::GetRegValueNames().size()), "CAtlException",
           Keeps::Nothing),
     {"preferences: lists", &WithPreferences,

@@ -62,8 +62,12 @@ std::string Shown(Number value) {
 
 inline std::string Shown(std::string value) { return value; }
 
-/// A row whose call gives a value of the scene `s`; further results and what is kept may follow.
-#define GIVES(name, prepare, expression, ...)                                                                          \
+/// A row whose call gives a value of the scene `s` that `prepare` made; further results and what is kept may follow.
+#define AFTER(prepare, name, expression, ...)                                                                          \
     {name, prepare, []([[maybe_unused]] Scene& s) { return Shown(expression); } __VA_OPT__(, ) __VA_ARGS__}
+/// The same behind `Begin`, which each family has its own of.
+#define GIVES(name, ...) AFTER(&Begin, name, __VA_ARGS__)
+/// A call behind `Begin` whose result is not looked at.
+#define DOES(name, call, ...) AFTER(&Begin, name, (static_cast<void>(call), true)__VA_OPT__(, ) __VA_ARGS__)
 
 }  // namespace faults
