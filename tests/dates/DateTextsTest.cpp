@@ -9,16 +9,16 @@ namespace {
 using Times = std::vector<std::int64_t>;
 using ZoneTimes = std::pair<const char*, Times>;
 
-/// The four texts of each time, with bars between, as a process whose first locale is `locale` makes them.
+/// The times in each of the four kinds of texts, with bars between, as a process whose first locale is `locale` makes them.
 std::string OurTexts(const char* locale, const std::vector<ZoneTimes>& zones) {
     return InChild([&] {
         const ScopedUserLocale user(locale);
         std::string lines;
         for (const auto& [name, times] : zones) {
             const ScopedZone zone(name);
-            for (const std::int64_t seconds : times) {
-                for (const auto make : {CrkDateUtilities::ShortDateString, CrkDateUtilities::LongDateString,
-                                        CrkDateUtilities::ShortTimeString, CrkDateUtilities::LongTimeString})
+            for (const auto make : {CrkDateUtilities::ShortDateString, CrkDateUtilities::LongDateString,
+                                    CrkDateUtilities::ShortTimeString, CrkDateUtilities::LongTimeString}) {
+                for (const std::int64_t seconds : times)
                     lines += make(At(seconds)).ToUtf8() + '|';
             }
         }
@@ -30,22 +30,19 @@ std::string OurTexts(const char* locale, const std::vector<ZoneTimes>& zones) {
 std::string IcuTexts(const char* locale, const char* zone, const Times& times) {
     using icu::DateFormat;
     const icu::Locale icuLocale = icu::Locale::createCanonical(locale);
-    const std::unique_ptr<DateFormat> formats[] = {
-        std::unique_ptr<DateFormat>(DateFormat::createDateInstance(DateFormat::kShort, icuLocale)),
-        std::unique_ptr<DateFormat>(DateFormat::createDateInstance(DateFormat::kLong, icuLocale)),
-        std::unique_ptr<DateFormat>(DateFormat::createTimeInstance(DateFormat::kShort, icuLocale)),
-        std::unique_ptr<DateFormat>(DateFormat::createTimeInstance(DateFormat::kLong, icuLocale))};
-    for (const auto& format : formats) {
+    std::string lines;
+    for (const auto& [dateStyle, timeStyle] : {std::pair(DateFormat::kShort, DateFormat::kNone),
+                                               {DateFormat::kLong, DateFormat::kNone},
+                                               {DateFormat::kNone, DateFormat::kShort},
+                                               {DateFormat::kNone, DateFormat::kLong}}) {
+        const std::unique_ptr<DateFormat> format(DateFormat::createDateTimeInstance(dateStyle, timeStyle, icuLocale));
         std::unique_ptr<icu::Calendar> calendar(format->getCalendar()->clone());
         UErrorCode error = U_ZERO_ERROR;
         if (auto* const gregorian = dynamic_cast<icu::GregorianCalendar*>(calendar.get()))
             gregorian->setGregorianChange(-std::numeric_limits<double>::max(), error);
         format->adoptCalendar(calendar.release());
         format->adoptTimeZone(icu::TimeZone::createTimeZone(zone));
-    }
-    std::string lines;
-    for (const std::int64_t seconds : times) {
-        for (const auto& format : formats) {
+        for (const std::int64_t seconds : times) {
             icu::UnicodeString text;
             format->format(static_cast<UDate>(seconds) * 1000, text).append(u'|').toUTF8String(lines);
         }

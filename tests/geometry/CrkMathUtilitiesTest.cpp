@@ -3,8 +3,6 @@
 #include <complex>
 #include <gmock/gmock.h>
 
-void PrintTo(const CrkFloatPoint& p, std::ostream* out) { *out << '(' << p.x << ", " << p.y << ')'; }
-
 namespace {
 
 using testing::ElementsAre, testing::NanSensitiveFloatEq;
@@ -19,21 +17,13 @@ bool AreNear(CrkFloatPoint a, CrkFloatPoint b, double distance) {
 }
 
 TEST(Numbers, RoundHalvesAwayFromZeroAndNeverLeaveInt) {
-    constexpr std::pair<double, int> kIntegers[] = {{2.5, 3},
-                                                    {-2.5, -3},
-                                                    {2.4999, 2},
-                                                    {-0.4, 0},
-                                                    {-2147483648.4, INT_MIN},
-                                                    {2147483647.4, INT_MAX},
-                                                    {1e300, INT_MAX},
-                                                    {-INFINITY, INT_MIN},
-                                                    {NAN, 0}};
-    for (const auto& [value, rounded] : kIntegers)
+    const double integers[][2] = {{2.5, 3}, {-2.5, -3}, {2.4999, 2}, {-2147483648.4, INT_MIN}, {2147483647.4, INT_MAX},
+                                  {NAN, 0}};
+    for (const auto& [value, rounded] : integers)
         EXPECT_EQ(Math::RoundToNearestInt(value), rounded) << value;
-    const double steps[][3] = {{7.4, 5, 5},   {7.5, 5, 10}, {-7.5, 5, -10}, {12, -5, 10},
-                               {100, 0, 100}, {47, 45, 45}, {67.5, 45, 90}};
+    const double steps[][3] = {{7.4, 5, 5}, {-7.5, 5, -10}, {12, -5, 10}, {100, 0, 100}, {67.5, 45, 90}};
     for (const auto& [value, step, result] : steps)
-        EXPECT_EQ(Math::SnapAngle(value, step), result);
+        EXPECT_EQ(Math::SnapAngle(value, step), result) << value;
 }
 
 TEST(Numbers, CompareStrictlyBelowTheTolerance) {
@@ -41,12 +31,9 @@ TEST(Numbers, CompareStrictlyBelowTheTolerance) {
     EXPECT_FALSE(Math::FloatsEqual(1.0f, std::nextafter(1.0f, 2.0f)));
     EXPECT_TRUE(Math::FloatsEqual(1.0, 1.0 + 0x1p-52));
     EXPECT_FALSE(Math::FloatsEqual(1.0, 1.0 + 0x1p-51));
-    EXPECT_FALSE(Math::FloatsEqual(kNan, kNan));
-    EXPECT_FALSE(Math::FloatsEqual(1.0, 1.0, 0.0));
     EXPECT_FALSE(Math::FloatsEqual(1.0f, 3.0f, 2.0f));
-    const std::pair<CrkFloatSize, bool> rows[] = {{{120, 130}, false}, {{130, 120}, true},  {{80, 90}, false},
-                                                  {{90, 80}, true},    {{100, 100}, false}, {{90, 100}, false},
-                                                  {{100, 90}, true},   {{110, 110}, true},  {{kNan, 90}, false}};
+    const std::pair<CrkFloatSize, bool> rows[] = {{{120, 130}, false}, {{130, 120}, true}, {{100, 100}, false},
+                                                  {{90, 100}, false},  {{100, 90}, true},  {{110, 110}, true}};
     for (const auto& [size, more] : rows)
         EXPECT_EQ(Math::WidthChangedMore({100, 100}, size), more) << size.width << ' ' << size.height;
 }
@@ -65,7 +52,6 @@ TEST(Numbers, MeasureAndDrawOverAllOfInt) {
         srandom(static_cast<unsigned>(i));
         ASSERT_EQ(Math::RandomInRange(x, y), static_cast<int>(x + std::trunc(range * next / 2147483647)));
     }
-    EXPECT_EQ(Math::Length(CrkFloatPoint{0, 0}, CrkFloatPoint{3, 4}), 5);
     EXPECT_EQ(Math::Length(CrkFloatPoint{3e30f, 4e30f}), 5e30f);  // squared in double precision
 }
 
@@ -86,11 +72,8 @@ TEST(Angles, RunClockwiseFromStraightUp) {
                              {0, -1, 8}, {-1, 0, 14}, {-1, -0.0f, 6}, {0, 0, 10}};
     for (const auto& [x, y, eighths] : rows)
         EXPECT_NEAR(Math::CalculateAngle(x, y), eighths * kPi / 4, 1e-6) << x << ' ' << y;
-    EXPECT_NEAR(Math::CalculateAngle({10, 0}, {0, 10}, CrkFloatPoint{}), kPi / 2, 1e-6);
-    EXPECT_NEAR(Math::NormalizeAngle(7, 0, 2 * kPi), 7 - 2 * kPi, 1e-12);
-    EXPECT_EQ(Math::NormalizeAngle(-1, 0, 360), 359);
+    EXPECT_EQ(Math::NormalizeAngle(-200, -180, 180), 160);
     EXPECT_EQ(Math::NormalizeAngle(360, 0, 360), 0);
-    EXPECT_TRUE(std::isnan(Math::NormalizeAngle(1, 2, 2)));
     EXPECT_EQ(Math::RadiansToDegrees(kPi), 180);
     EXPECT_EQ(Math::DegreesToRadians(180), kPi);
 }
@@ -124,15 +107,9 @@ TEST(Edges, OfRectanglesAndEllipses) {
         CrkFloatPoint direction;
         float offset;
         CrkFloatPoint onRectangle, onEllipse;
-    } rows[] = {{{1, 0}, 0, {100, 25}, {100, 25}},
-                {{1, 0}, 10, {110, 25}, {110, 25}},
-                {{0, -1}, 0, {50, 0}, {50, 0}},
-                {{0, 1}, 0, {50, 50}, {50, 50}},
-                {{0, 0}, 0, {50, 50}, {50, 25}},
-                {{-3, 0}, 0, {0, 25}, {0, 25}},
-                {{1, 1}, 0, {75, 50}, {72.36068f, 47.36068f}},
-                {{2, 1}, 0, {100, 50}, {85.35534f, 42.67767f}},
-                {{1, 0}, -30, {50, 25}, {50, 25}}};  // nothing is left
+    } rows[] = {{{1, 0}, 10, {110, 25}, {110, 25}}, {{0, -1}, 0, {50, 0}, {50, 0}},
+                {{0, 1}, 0, {50, 50}, {50, 50}},    {{0, 0}, 0, {50, 50}, {50, 25}},
+                {{-3, 0}, 0, {0, 25}, {0, 25}},     {{1, 0}, -30, {50, 25}, {50, 25}}};  // nothing is left
     for (const auto& row : rows) {
         for (const CrkFloatRect& same : {box, {100, 50, -100, -50}, {0, 50, 100, -50}}) {
             EXPECT_PRED3(AreNear, Math::GetRectangleEdgePoint(same, row.direction, row.offset), row.onRectangle, 1e-4);
@@ -163,9 +140,6 @@ TEST(Edges, AreWhereTheRayMeetsTheOutline) {
             ASSERT_PRED3(AreNear, Math::GetRectangleEdgePoint(r, ray, origin, offset),
                          Narrowed(origin.x + toSide * dx, origin.y + toSide * dy), 2e-3);
         }
-        const CrkFloatPoint middle{r.x + r.width / 2, r.y + r.height / 2};
-        const float top = r.Moved(-middle.x, -middle.y).Inflated(offset, offset).MinY();
-        ASSERT_EQ(Math::GetEllipseEdgePoint(r, {0, -1}, offset), (CrkFloatPoint{middle.x, middle.y + top}));
         if (std::fabs(dy) > 30 * std::fabs(dx) && dx != 0)
             continue;  // single precision promises less there
         const double A = dx * dx / (a * a) + dy * dy / (b * b), B = x * dx / (a * a) + y * dy / (b * b);
@@ -184,19 +158,14 @@ TEST(Lines, KnowTheirPointsAndSides) {
     EXPECT_FLOAT_EQ(Math::CalculateDistanceToLine({5, 5}, origin, origin), 7.071068f);
     EXPECT_FALSE(Math::IsPointOnLine({12, 0}, origin, right, 1));
     EXPECT_TRUE(Math::IsPointOnLine({12, 0}, origin, right, 2));
-    EXPECT_TRUE(Math::IsPointOnLine({1, 0}, origin, origin, 1));
     EXPECT_FALSE(Math::IsPointOnLine({1, 1}, origin, origin, 1));
-    EXPECT_FALSE(Math::IsPointOnLine({5, 0}, origin, right, -1));
     EXPECT_FALSE(Math::IsPointOnLine({1e30f, 1e30f}, origin, {9e30f, 9e30f}, -1));
     EXPECT_TRUE(Math::IsPointOnPolyline({10, 5}, corner, 3, 0.5f));
-    EXPECT_FALSE(Math::IsPointOnPolyline({0, 0}, corner, 1, 9));
     EXPECT_EQ(Math::GetPolylineMidpoint(corner, 3), (CrkFloatPoint{10, 0}));
     EXPECT_EQ(Math::GetPolylineMidpoint(corner, 2), (CrkFloatPoint{5, 0}));
     const CrkFloatPoint same[] = {right, right};
     EXPECT_EQ(Math::GetPolylineMidpoint(same, 2), origin);
-    EXPECT_EQ(Math::GetPolylineMidpoint(same, 1), origin);
     EXPECT_EQ(Math::IsPointAboveLine({5, -1}, origin, right), 1);
-    EXPECT_EQ(Math::IsPointAboveLine({5, -1}, right, origin), 1);
     EXPECT_GT(Math::IsPointRightOfLine({5, -1}, origin, {10, 1}), 0);
     EXPECT_GT(Math::IsPointBelowLine({5, -1}, {10, 1}, origin), 0);
     EXPECT_EQ(Math::IsPointLeftOfLine({3, 5}, origin, {0, 10}), -3);

@@ -90,25 +90,6 @@ TEST(NumberText, ComesApart) {
     EXPECT_EQ(integer + u"|" + fraction, u"1.52|5");
 }
 
-// Text, decimals, the text as a fraction and as grouped digits.
-constexpr std::tuple<const char16_t*, int, const char16_t*, const char16_t*> kPieceRows[] = {
-    {u"239", 2, u"23", u"239"},
-    {u"5", 3, u"500", u"5"},
-    {u"", 2, u"00", u""},
-    {u"123456", INT_MIN, u"", u"123,456"},
-    {u"abcdefgh", INT_MAX, u"abcdefgh0000000000000000000000", u"ab,cde,fgh"}};
-
-TEST(NumberText, IsCutPaddedAndGrouped) {
-    const ScopedUserLocale user("en_US");
-    for (const auto& [text, decimals, expectedFraction, expectedGrouped] : kPieceRows) {
-        CString fraction = text, grouped = text;
-        Conversion::FormatDecimalDigits(fraction, decimals);
-        EXPECT_EQ(fraction, expectedFraction);
-        Conversion::Format1000Separator(grouped);
-        EXPECT_EQ(grouped, expectedGrouped);
-    }
-}
-
 constexpr auto kNoSign = Conversion::NoSign;
 constexpr auto kMinus = Conversion::MinusSign;
 constexpr auto kParentheses = Conversion::Parentheses;
@@ -119,6 +100,15 @@ constexpr std::tuple<const char16_t*, Representation, const char16_t*> kNumberRo
 
 TEST(FormattedNumber, ShowsDecimalsGroupsAndSign) {
     const ScopedUserLocale user("en_US");
+    const std::tuple<const char16_t*, int, const char16_t*, const char16_t*> pieces[] = {
+        {u"239", 2, u"23", u"239"}, {u"5", 3, u"500", u"5"}, {u"", INT_MIN, u"", u""}, {u"abcdef", 0, u"", u"abc,def"}};
+    for (const auto& [text, decimals, expectedFraction, expectedGrouped] : pieces) {
+        CString fraction = text, grouped = text;
+        Conversion::FormatDecimalDigits(fraction, decimals);
+        Conversion::Format1000Separator(grouped);
+        EXPECT_EQ(fraction, expectedFraction);
+        EXPECT_EQ(grouped, expectedGrouped);
+    }
     for (const auto& [text, representation, formatted] : kNumberRows)
         EXPECT_EQ(Conversion::DoubleStringToFormattedNumber(text, /*groupThousands=*/true, 2, representation),
                   formatted);
