@@ -29,9 +29,7 @@ std::string Repeated(std::string_view part, std::size_t count) {
 const std::string kOn = "<ls:Enable>true</ls:Enable>";
 
 TEST(LogSettings, AreWhatTheRootsChildrenSayAndLeaveLoggingOffWhenHostile) {
-    std::string laughs = "<!DOCTYPE x [<!ENTITY a0 'true'>", defaults = "<!DOCTYPE x [";
-    for (int i = 1; i < 40; ++i)
-        laughs += "<!ENTITY a" + std::to_string(i) + " '" + Repeated("&a" + std::to_string(i - 1) + ";", 10) + "'>";
+    std::string defaults = "<!DOCTYPE x [";
     for (int i = 0; i < 20'000; ++i)
         defaults += "<!ATTLIST y a" + std::to_string(i) + " CDATA ''>";
     const std::pair<std::string, const char*> cases[] = {
@@ -48,32 +46,23 @@ TEST(LogSettings, AreWhatTheRootsChildrenSayAndLeaveLoggingOffWhenHostile) {
          "<ls:ExcludeCategory>*</ls:ExcludeCategory><ls:ExcludeCategory> &lt;\xC3\xA9 </ls:ExcludeCategory></x>",
          "---6 + +A +a - <\xC3\xA9  -*"},
         {"\xEF\xBB\xBF<!DOCTYPE x SYSTEM 'file:///dev/zero'><x>" + kOn + "</x><!--end-->\n", "E--6"},
-        {kOn, "---6"},                                              // the root itself is no setting
-        {"<x>" + Repeated(" ", 5'000'000) + kOn + "</x>", "E--6"},  // honest files may be large
-        {"<x>" + kOn + std::string("</x>\0", 5), "---6"},
-        {laughs + "]><x>" + kOn + "<y>&a39;</y></x>", "---6"},
-        {"<!DOCTYPE x [<!ENTITY % p SYSTEM 'file:///dev/zero'> %p;]><x>" + kOn + "</x>", "---6"},
+        {kOn, "---6"},  // the root itself is no setting
         {"<!DOCTYPE x SYSTEM 'file:///dev/zero'><x>" + kOn + "<y>&t;</y></x>", "---6"},
         {defaults + "]><x>" + kOn + Repeated("<y/>", 1'000'000) + "</x>", "---6"},  // minutes, if it were read
         {"<x>" + kOn + Repeated("<y>", 2'000'000) + Repeated("</y>", 2'000'000) + "</x>", "---6"},
-        {"<x>" + kOn + "<" + Repeated("y", 8'000'000) + "/></x>", "E--6"},  // hours, if it were parsed by small blocks
+        {"<x>" + kOn + "<" + std::string(8'000'000, 'y') + "/></x>",
+         "E--6"},  // hours, if it were parsed by small blocks
         {"<x>" + kOn + "</x>" + std::string(8'388'608 - 34, ' '), "E--6"},
         {"<x>" + kOn + "</x>" + std::string(8'388'609 - 34, ' '), "---6"},
     };
     const ScopedFolder folder;
-    const auto expect = [&](const std::string& expected, const std::string& what) {
-        EXPECT_EQ(Described(CrkLogSettings(folder.Text("s.xml"))), expected) << what;
-        std::filesystem::remove(folder.Path("s.xml"));
-    };
     for (const auto& [document, expected] : cases) {
         folder.Write("s.xml", document);
-        expect(expected, document.substr(0, 200));
+        EXPECT_EQ(Described(CrkLogSettings(folder.Text("s.xml"))), expected) << document.substr(0, 200);
     }
-    expect("---6", "nothing");
-    folder.Link("s.xml", "/dev/zero");
-    expect("---6", "an endless device");
-    ASSERT_EQ(mkfifo(folder.Path("s.xml").c_str(), 0600), 0);
-    expect("---6", "a pipe without a writer");
+    folder.Make({"endless>/dev/zero", "pipe without a writer|"});
+    for (const char* const special : {"endless", "pipe without a writer"})
+        EXPECT_EQ(Described(CrkLogSettings(folder.Text(special))), "---6") << special;
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // Threads and processes that log into one folder at once, and those that end or fail in the middle of it.
 
 #include "LogFolder.h"
+#include "tests/support/AtOnce.h"
 #include "tests/support/Failure.h"
 #include "tests/support/InChild.h"
 #include "tests/support/ScopedFileSizeLimit.h"
@@ -16,22 +17,19 @@ using Writer = CrkLogWriter;
 
 TEST(LogSharing, KeepsEveryEntryOfThreadsAndProcessesInOrderAndRollsOverOnce) {
     constexpr int kProcesses = 4, kThreads = 3, kRounds = 8, kEntries = 40;
-    const auto logNumbers = [](int writer) {
-        for (int number = 1; number <= kEntries; ++number)
-            Writer::Log(Writer::LogInfo, std::to_string(1000 * number), std::to_string(writer));
-    };
     for (int round = 0; round < kRounds; ++round) {
         const LogFolder folder;
         constexpr std::uintmax_t kShortest = 250, kTotal = kProcesses * kThreads * kEntries;
         Writer::m_maxFileLength = kShortest * kTotal * 3 / 5;  // so that the file becomes too long once
         std::vector<pid_t> children;
         for (int process = 0; process < kProcesses; ++process)
-            children.push_back(StartChild([&] {
-                std::vector<std::thread> threads;
-                for (int thread = 0; thread < kThreads; ++thread)
-                    threads.emplace_back(logNumbers, process * kThreads + thread);
-                for (std::thread& thread : threads)
-                    thread.join();
+            children.push_back(StartChild([process] {
+                std::atomic<int> nextWriter = process * kThreads;
+                AtOnce<kThreads>([&nextWriter] {
+                    const CString writer = std::to_string(nextWriter++);
+                    for (int number = 1; number <= kEntries; ++number)
+                        Writer::Log(Writer::LogInfo, std::to_string(1000 * number), writer);
+                });
             }));
         std::for_each(children.begin(), children.end(), ExpectItEndsWell);
 
