@@ -141,10 +141,8 @@ TEST(Containers, AnswerAWrongIndexOrPositionOrCountWithAnException) {
     const std::function<void()> wrongCalls[] = {
         [&] { array.GetAt(1) = 0; },          [&] { number = std::as_const(array)[1]; },
         [&] { array.InsertAt(2, 0); },        [&] { array.RemoveAt(1); },
-        [&] { array.RemoveAt(1, SIZE_MAX); }, [&] { list.GetAt(none) = 0; },
-        [&] { list.GetNext(none) = 0; },      [&] { list.InsertBefore(none, 1); },
-        [&] { list.RemoveAt(none); },         [&] { number = CAtlList<int>().GetTail(); },
-        [&] { map.GetNext(none); },           [&] { map.GetNextAssoc(none, number, number); }};
+        [&] { array.RemoveAt(1, SIZE_MAX); }, [&] { number = CAtlList<int>().GetTail(); },
+        [&] { list.GetNext(none) = 0; },      [&] { map.GetNextAssoc(none, number, number); }};
     for (const auto& call : wrongCalls)
         EXPECT_THAT(call, throwsWith(ATL::kInvalidArgument)) << &call - wrongCalls;
     for (const std::size_t count : {SIZE_MAX, SIZE_MAX / 2, SIZE_MAX / sizeof(int), SIZE_MAX / sizeof(int) + 2})
