@@ -1,7 +1,7 @@
 #include "tests/support/Test.h"
 
 #include <forward_list>
-#include <iterator>
+#include <ranges>
 #include <set>
 
 namespace {
@@ -22,44 +22,31 @@ struct Topic : Tag, Named {
     explicit Topic(int number) { name = number; }
 };
 
-/// A view that begins only when it is not const, once, and counts how far it was walked.
-struct SinglePass {
-    struct Iterator {
-        using value_type = Topic*;
-        using difference_type = std::ptrdiff_t;
-        Topic* operator*() const { return *owner->next; }
-        Iterator& operator++() {
-            ++owner->next;
-            return *this;
-        }
-        void operator++(int) { ++*this; }
-        bool operator==(std::default_sentinel_t) const { return owner->next == owner->last; }
-        SinglePass* owner;
-    };
-    Iterator begin() { return {this}; }
-    static std::default_sentinel_t end() { return {}; }
-    Topic** next;
-    Topic** last;
-};
+template <class Array, class Objects>
+concept CanAskForEquals = requires(Array array, Objects objects) { Additions::indexesOfObjects(array, objects); };
+template <class Array, class Object>
+concept CanAskForObject = requires(Array array, Object object) { Additions::containsObjectIdenticalTo(array, object); };
+
+// A type without "==" has identity only; what can never be the same object is refused.
+static_assert(CanAskForObject<std::vector<Tag*>, std::shared_ptr<const Tag>> &&
+              CanAskForObject<std::vector<Tag*>, Topic*>);
+static_assert(!CanAskForEquals<std::vector<Tag*>, std::vector<Tag*>>);
+static_assert(CanAskForEquals<std::vector<Named*>, std::vector<std::shared_ptr<const Topic>>>);
+static_assert(!CanAskForObject<std::vector<Tag*>, Named*> && !CanAskForObject<std::vector<int>, int>);
 
 TEST(ArrayQueries, TellIdentityFromEquality) {
     Topic a(1), b(2), equalToA(1);
     const std::vector<Topic*> topics = {&a, &b, &equalToA, nullptr};
     const std::vector<Topic*> none;
-    Topic stranger(1), absent(9);
+    Topic stranger(1);
     EXPECT_TRUE(Additions::containsObjectIdenticalTo(topics, &b));
     EXPECT_FALSE(Additions::containsObjectIdenticalTo(topics, &stranger));
     EXPECT_TRUE(Additions::containsObjectIdenticalTo(topics, nullptr));
-    EXPECT_FALSE(Additions::containsObjectIdenticalTo(none, nullptr));
     EXPECT_FALSE(Additions::containsAnyObjectsIdenticalTo(topics, std::array{&stranger}));
     EXPECT_TRUE(Additions::containsAnyObjectsIdenticalTo(topics, std::array{&stranger, &b}));
-    EXPECT_FALSE(Additions::containsAnyObjectsIdenticalTo(topics, none));
     EXPECT_FALSE(Additions::containsAnyObjectsIdenticalTo(none, topics));
-
     EXPECT_EQ(Additions::indexesOfObjects(topics, std::array{&equalToA, &stranger}), Positions{0});  // the lowest only
     EXPECT_EQ(Additions::indexesOfObjects(topics, topics), (Positions{0, 1, 3}));
-    EXPECT_EQ(Additions::indexesOfObjects(none, topics), Positions{});
-    EXPECT_EQ(Additions::indexesOfObjects(topics, std::array{&absent}), Positions{});
 }
 
 TEST(ArrayQueries, MixSmartAndRawPointersAndBases) {
@@ -81,25 +68,18 @@ TEST(ArrayQueries, MixSmartAndRawPointersAndBases) {
 
 TEST(ArrayQueries, WalkTheObjectsOnceAndStopAtTheFirstHit) {
     Topic a(1), b(2);
-    std::array<Topic*, 4> objects = {&a, &b, &a, &b};
-    SinglePass walk{objects.data(), objects.data() + objects.size()};
-    EXPECT_TRUE(Additions::containsAnyObjectsIdenticalTo(std::array{&b}, walk));
-    EXPECT_EQ(walk.next, &objects[1]);
-    EXPECT_EQ(Additions::indexesOfObjects(std::array{&b, &a}, walk), (Positions{0, 1}));
-    EXPECT_EQ(walk.next, walk.last);
+    Topic* const topics[] = {&a, &b};
+    int walked = 0;
+    std::istringstream places("0 1 0 1");  // a view of them begins only when it is not const, and once
+    auto objects = std::views::istream<std::size_t>(places) | std::views::transform([&](std::size_t place) {
+                       ++walked;
+                       return topics[place];
+                   });
+    EXPECT_TRUE(Additions::containsAnyObjectsIdenticalTo(std::array{&b}, objects));
+    EXPECT_EQ(walked, 2);
+    EXPECT_EQ(Additions::indexesOfObjects(std::array{&b, &a}, objects), (Positions{0, 1}));
+    EXPECT_EQ(walked, 4);
+    static_assert(!CanAskForObject<decltype(objects), Topic*>);
 }
-
-template <class Array, class Objects>
-concept CanAskForEquals = requires(Array array, Objects objects) { Additions::indexesOfObjects(array, objects); };
-template <class Array, class Object>
-concept CanAskForObject = requires(Array array, Object object) { Additions::containsObjectIdenticalTo(array, object); };
-
-// A type without "==" has identity only; what can never be the same object is refused.
-static_assert(CanAskForObject<std::vector<Tag*>, std::shared_ptr<const Tag>> &&
-              CanAskForObject<std::vector<Tag*>, Topic*>);
-static_assert(!CanAskForEquals<std::vector<Tag*>, std::vector<Tag*>>);
-static_assert(CanAskForEquals<std::vector<Named*>, std::vector<std::shared_ptr<const Topic>>>);
-static_assert(!CanAskForObject<std::vector<Tag*>, Named*> && !CanAskForObject<std::vector<int>, int>);
-static_assert(!CanAskForObject<SinglePass, Topic*>);
 
 }  // namespace

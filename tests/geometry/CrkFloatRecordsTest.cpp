@@ -14,7 +14,7 @@ TEST(Rectangles, GrowByMarginsAndOffsets) {
     EXPECT_EQ(rectangle, (CrkFloatRect{0, 0, 100, 50}));
     margin.DeflateRect(small);
     EXPECT_EQ(small, (CrkFloatRect{10, 5, -20, -10}));  // not clamped
-    EXPECT_EQ((CrkFloatMargin{1, 5, 3, 0}.Union({2, 4, 3, -1})), (CrkFloatMargin{2, 5, 3, 0}));
+    EXPECT_EQ((CrkFloatMargin{1, 3, 5, 0}.Union({2, 4, 3, -1})), (CrkFloatMargin{2, 4, 5, 0}));
     EXPECT_EQ(small.Moved(1, -1), (CrkFloatRect{11, 4, -20, -10}));
     EXPECT_EQ(small.Inflated(2, 1), (CrkFloatRect{-12, -6, 24, 12}));
     EXPECT_EQ(small.Inflated(-10, -5), (CrkFloatRect{0, 0, 0, 0}));

@@ -4,6 +4,7 @@
 #include <bit>
 #include <iterator>
 #include <set>
+#include <span>
 #include <unordered_set>
 
 namespace {
@@ -14,27 +15,13 @@ constexpr CFUUIDBytes kBytes = {0x33, 0x22, 0x11, 0x00, 0x55, 0x44, 0x77, 0x66,
                                 0x88, 0x99, 0xAA, 0xBB, 0xCC, 0xDD, 0xEE, 0xFF};
 constexpr std::u16string_view kText = u"00112233-4455-6677-8899-AABBCCDDEEFF";
 
-static_assert(CrkGuid::Parse(kText) == kBytes && CrkGuid::Parse(u"{") == CrkGuid::c_nullGuid);
+static_assert(CrkGuid::Parse(u"{00112233-4455-6677-8899-aAbBcCdDeEfF]") == kBytes);  // the last unit asked to be "}"
+static_assert(CrkGuid::Parse(u"00112233-4455-6677-8899-AABBCCDDEEFF}") == CrkGuid::c_nullGuid);
+static_assert(CrkGuid::Parse(u"{00112233-4455-6677-8899-AABBCCDDEEFF") == CrkGuid::c_nullGuid);
+static_assert(CrkGuid::Parse(u"{") == CrkGuid::c_nullGuid && CrkGuid::Parse(u"") == CrkGuid::c_nullGuid);
 static_assert(CrkGuid::Literal(u"{00112233-4455-6677-8899-aabbccddeeff}").Bytes() == kBytes);
 static_assert(CrkGuid(CrkGuid::c_nullGuid) < CrkGuid(kBytes) &&
               CrkGuid(kBytes) >= CrkGuid::Literal(u"FF112222-4455-6677-8899-AABBCCDDEEFF"));
-
-TEST(Guid, IsReadFromTheDocumentedTextsAndNoOthers) {
-    constexpr std::pair<std::u16string_view, bool> kTexts[] = {
-        {kText, true},
-        {u"{00112233-4455-6677-8899-aAbBcCdDeEfF}", true},
-        {u"{00112233-4455-6677-8899-AABBCCDDEEFF]", true},     // the last unit asked to be "}"
-        {u"00112233-4455-6677-8899-AABBCCDDEEFF}", false},     // a closing brace taken without an opening one
-        {u"{00112233-4455-6677-8899-AABBCCDDEEFF", false},     // the last digit taken for a brace, but kept
-        {u"{{00112233-4455-6677-8899-AABBCCDDEEFF}}", false},  // braces stripped twice
-        {u"", false},
-        {u"{", false},  // the first unit is the last unit too
-        {u" 00112233-4455-6677-8899-AABBCCDDEEFF", false},
-        {u"00112233445566778899AABBCCDDEEFF", false},
-    };
-    for (const auto& [text, isGuid] : kTexts)
-        EXPECT_EQ(CrkGuid(CString(text)).Bytes(), isGuid ? kBytes : CrkGuid::c_nullGuid) << CString(text);
-}
 
 TEST(Guid, TakesExactlyTheDigitsAndHyphensInEveryPlaceWhateverTheUnit) {
     constexpr std::u16string_view kDigits = u"0123456789abcdefABCDEF";
@@ -53,7 +40,6 @@ TEST(Guid, TakesExactlyTheDigitsAndHyphensInEveryPlaceWhateverTheUnit) {
 TEST(Guid, IsWrittenInUpperCaseAndComesBackWithEveryValueInEveryByte) {
     EXPECT_EQ(CString(CrkGuid(kBytes)), kText);
     EXPECT_EQ(CrkGuid::GuidToStringWithBraces(kBytes), u"{" + CString(kText) + u"}");
-    EXPECT_EQ(CrkGuid::GuidToString(CrkGuid::c_nullGuid), u"00000000-0000-0000-0000-000000000000");
     for (unsigned int place = 0; place < 16; ++place) {
         for (unsigned int value = 1; value <= 0xFF; ++value) {
             ByteArray bytes = {};
@@ -69,23 +55,20 @@ TEST(Guid, IsWrittenInUpperCaseAndComesBackWithEveryValueInEveryByte) {
 
 TEST(Guid, IsNewInEveryThreadAndVersionFourWithEveryOtherBitInUse) {
     constexpr std::size_t kThreadCount = 4, kGuidCount = 2000;
-    std::array<std::vector<CrkGuid>, kThreadCount> made;
-    {
-        std::vector<std::jthread> threads;
-        threads.reserve(kThreadCount);
-        for (auto& guids : made)
-            threads.emplace_back([&guids] { guids = std::vector<CrkGuid>(kGuidCount); });
-    }
-    std::unordered_set<CrkGuid> all;
+    std::vector<CrkGuid> guids(kThreadCount * kGuidCount, CrkGuid::c_nullGuid);
+    std::vector<std::jthread> threads;
+    for (std::size_t first = 0; first < guids.size(); first += kGuidCount)
+        threads.emplace_back([part = std::span(guids).subspan(first, kGuidCount)] {
+            std::ranges::generate(part, [] { return CrkGuid(); });
+        });
+    threads.clear();
+    const std::unordered_set<CrkGuid> all(guids.begin(), guids.end());
     ByteArray everSet = {}, everClear = {};
-    for (const auto& guids : made) {
-        all.insert(guids.begin(), guids.end());
-        for (const CrkGuid& guid : guids) {
-            const auto bytes = std::bit_cast<ByteArray>(guid.Bytes());
-            for (std::size_t b = 0; b < 16; ++b) {
-                everSet[b] = static_cast<std::uint8_t>(everSet[b] | bytes[b]);
-                everClear[b] = static_cast<std::uint8_t>(everClear[b] | ~bytes[b]);
-            }
+    for (const CrkGuid& guid : guids) {
+        const auto bytes = std::bit_cast<ByteArray>(guid.Bytes());
+        for (std::size_t b = 0; b < 16; ++b) {
+            everSet[b] = static_cast<std::uint8_t>(everSet[b] | bytes[b]);
+            everClear[b] = static_cast<std::uint8_t>(everClear[b] | ~bytes[b]);
         }
     }
     EXPECT_EQ(all.size(), kThreadCount * kGuidCount);

@@ -1,7 +1,6 @@
 // A program that links the library and nothing else, for what only a fresh process shows; FirstUseTest runs it. Each
 // argument is a step, and the first that fails ends it with status 1.
 //
-//     case           the first use of the tables of upper and lower case
 //     threads        all uses by many threads at once
 //     child          all uses in a child after a fork
 //     forks          children of many forks while threads ask for other locales' texts and numbers
@@ -118,7 +117,6 @@ struct Static {
 } lastObject;
 
 constexpr Use kSteps[] = {
-    {"case", kUses[1].succeeds},
     {"threads", &UseInThreads},
     {"child", [] { return SucceedsInChild([] { return UseAll(); }); }},
     {"forks", &ForkWhileThreadsWork},
