@@ -13,7 +13,6 @@ int main() {
     const CString brief = u"Łódź\n";
     const CString damaged = std::u16string(u"a\xD800z");
     const CString shared = literal + u" 𝄞";
-    const CString copy = shared;
     const CString huge = std::u16string(100'000, u'x');
 
     alignas(CString) unsigned char memory[sizeof(CString)];

@@ -16,11 +16,10 @@
 #include <cstdio>
 #include <cstring>
 #include <iostream>
-#include <map>
+#include <numeric>
 #include <set>
 #include <sqlite3.h>
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <vector>
@@ -86,7 +85,7 @@ void Remove(const std::string& folder) {
 }
 
 std::string TreeAt(const std::string& folder) {
-    std::map<std::string, std::string> entries;
+    std::set<std::string> entries;
     for (const auto& entry : fs::recursive_directory_iterator(folder, fs::directory_options::skip_permission_denied)) {
         std::string name = entry.path().lexically_relative(folder).string();
         if (name.find("preferences.sqlite") != std::string::npos || (mayLeaveWork && name.starts_with(".rk-new-")))
@@ -95,14 +94,10 @@ std::string TreeAt(const std::string& folder) {
             name.resize(made);         // the rest is random
         if (name.starts_with("log/"))  // names of backups tell the time
             std::replace_if(name.begin(), name.end(), [](char c) { return c >= '0' && c <= '9'; }, '#');
-        entries[name] =
-            ContentOf(entry.path()) +
-            ((entry.status().permissions() & fs::perms::owner_write) == fs::perms::none ? " read-only" : "");
+        const bool isWritable = (entry.status().permissions() & fs::perms::owner_write) != fs::perms::none;
+        entries.insert(name + '=' + ContentOf(entry.path()) + (isWritable ? "\n" : " read-only\n"));
     }
-    std::string tree;
-    for (const auto& [name, content] : entries)
-        tree.append(name).append("=").append(content).append("\n");
-    return tree;
+    return std::accumulate(entries.begin(), entries.end(), std::string());
 }
 
 }  // namespace
@@ -171,8 +166,8 @@ std::string CallOf(const Workload& workload, Scene& scene) {
 
 std::ptrdiff_t OpenDescriptors() { return std::distance(fs::directory_iterator("/proc/self/fd"), {}); }
 
-bool IsListed(std::string_view list, std::string_view outcome) {
-    return list == "*" || ('|' + std::string(list) + '|').find('|' + std::string(outcome) + '|') != std::string::npos;
+bool IsListed(const std::string& list, const std::string& outcome) {
+    return list == "*" || ('|' + list + '|').find('|' + outcome + '|') != std::string::npos;
 }
 
 /// What is wrong with a call in which something failed; "": nothing.
@@ -206,8 +201,6 @@ struct Point {
 /// The whole life of a process of its own: what is wrong with it. `expected` is `report` where nothing is to fail.
 std::string Live(const Point& point, const std::string& folder, const Report& expected, Report& report) {
     const Workload& workload = point.workload;
-    const rlimit noCore{0, 0};
-    setrlimit(RLIMIT_CORE, &noCore);
     alarm(120);  // above all waits for locks that SQLite and the library allow themselves in some calls together
     for (const char* const variable : {"HOME", "TMPDIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"})
         setenv(variable, (folder + "/own").c_str(), 1);
