@@ -1,7 +1,6 @@
 // Whatever bytes stand in the place of the preferences' database: values can be stored, and a new process reads them.
 #include "fuzz/Fuzz.h"
 
-#include <cerrno>
 #include <sys/socket.h>
 
 namespace {
@@ -32,11 +31,7 @@ public:
 private:
     /// The fuzzer's timer interrupts a reading that waits.
     template <class Value> static bool Take(int end, Value& value) {
-        ssize_t count = -1;
-        do
-            count = read(end, &value, sizeof value);
-        while (count < 0 && errno == EINTR);
-        return count == sizeof value;
+        return TEMP_FAILURE_RETRY(read(end, &value, sizeof value)) == sizeof value;
     }
 
     [[noreturn]] void Serve() const {

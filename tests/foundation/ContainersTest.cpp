@@ -294,17 +294,14 @@ TEST(Maps, HashForeignTextsSoThatNoChosenTextsCollide) {
 TEST(Maps, FindTextsByTheirUnitsHoweverTheyAreSpelt) {
     CAtlMap<CString, int, CStringElementTraits<CString>> map{{u"Cache", 1}, {u"cache", 2}, {u"", 3}, {u"Cache", 4}};
     EXPECT_EQ(map.GetCount(), 3u);
-    const auto valueOf = [&map](const auto& key) {
-        int value = -1;
-        map.Lookup(key, value);
-        return value;
-    };
-    EXPECT_EQ(valueOf(u"Cache"), 4);
-    EXPECT_EQ(valueOf("cache"), 2);
-    EXPECT_EQ(valueOf(static_cast<const char16_t*>(nullptr)), 3);
-    EXPECT_EQ(valueOf(std::u16string_view()), 3);  // sanitizers: no null pointer is compared
-    EXPECT_EQ(valueOf(std::u16string_view(u"Caches").substr(0, 5)), 4);
-    EXPECT_EQ(valueOf(CString(u"CACHE")), -1);
+    EXPECT_EQ(map.Lookup(u"Cache")->m_value, 4);
+    EXPECT_EQ(map.Lookup("cache")->m_value, 2);
+    EXPECT_EQ(map.Lookup(static_cast<const char16_t*>(nullptr))->m_value, 3);
+    EXPECT_EQ(map.Lookup(std::u16string_view())->m_value, 3);  // sanitizers: no null pointer is compared
+    EXPECT_EQ(map.Lookup(std::u16string_view(u"Caches").substr(0, 5))->m_value, 4);
+    EXPECT_EQ(map.Lookup(CString(u"CACHE")), nullptr);
+    int value = 0;
+    EXPECT_TRUE(map.Lookup(u"cache", value) && value == 2 && !map.Lookup(u"none", value));
 }
 
 }  // namespace

@@ -42,16 +42,6 @@ TEST(Format, PrintsTextsCharactersPointersAndNumbersOfOtherKinds) {
         EXPECT_EQ(text, expected);
 }
 
-TEST(Format, MakesTextsOfEveryLengthFromAnyBytes) {
-    for (const std::string piece : {"a", "ä", "€", "\U0001F600", "\xE4", "eight ASCII, one not: ß"}) {
-        std::string text;
-        for (int count = 0; count <= 150; ++count, text += piece) {
-            const CString expected = u"<" + CString(text) + u"|-1|" + CString(std::string(3, ' ') + "1>");
-            ASSERT_EQ(Formatted(u"<%s|%d|%*u>", text, -1, 4, 1), expected) << piece << count;
-        }
-    }
-}
-
 TEST(Format, RefusesWhatItCannotCarryOutAndKeepsTheText) {
     CString text = u"kept";
     const auto refuses = [&](const CString& format, auto... arguments) {

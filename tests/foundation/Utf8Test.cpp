@@ -23,8 +23,9 @@ void CheckDecoding(const std::string& bytes) {
 
 void CheckEncoding(const std::u16string& units) {
     const CString text = units;
-    const std::string expected = IcuEncoded(units);
-    ASSERT_EQ(text.ToUtf8(), expected);
+    const std::string bytes = text.ToUtf8(), expected = IcuEncoded(units);
+    ASSERT_EQ(bytes, expected);
+    ASSERT_LT(bytes.capacity(), expected.size() + 31);  // std::string would take twice what a long text needs
     ASSERT_STREQ(static_cast<const char*>(StUTF8Buffer(text)), expected.c_str());  // in memory of exactly its size
     std::string appended = "before ";
     text.AppendUtf8To(appended);
