@@ -86,7 +86,7 @@ TEST(LocaleQueries, FollowEachCategoryOfTheProcessAtOnce) {
 }
 
 TEST(LocaleQueries, SurviveHostileNames) {
-    std::vector<std::string> names = {
+    const std::string names[] = {
         "../../../../tmp/evil",   "/etc/passwd",  std::string(100, 'a'), std::string(5000, '@'),
         std::string("de\0DE", 5), "\xFF\xFE\x80", std::string(101, '_'), "%s%n"};
     for (const std::string& name : names) {  // all taken for the root locale, of which a date begins with the year
@@ -95,9 +95,7 @@ TEST(LocaleQueries, SurviveHostileNames) {
     }
     std::istringstream words("xx_YY @ @numbers= en_US@numbers=hebr;currency=XYZ _ en@calendar=nonsense "
                              "zh@numbers=hansfin ta@numbers=taml de_DE@numbers=\xFF");
-    for (std::string name; words >> name;)
-        names.push_back(name);
-    for (const std::string& name : names) {
+    for (std::string name; words >> name;) {
         const ScopedUserLocale user(name.c_str());
         for (const auto& text : {Locale::GetDecimalPoint(), Locale::GetListSeparator(), Locale::GetCurrencySymbol()})
             EXPECT_NE(text, u"") << name;

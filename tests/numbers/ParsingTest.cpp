@@ -1,6 +1,5 @@
 #include "tests/support/Test.h"
 
-#include <bit>
 #include <optional>
 #include <unicode/decimfmt.h>
 
@@ -18,48 +17,44 @@ template <class Value> std::optional<Value> Read(bool (*parse)(const CString&, V
 }
 
 constexpr std::nullopt_t kNone = std::nullopt;
-using ScanRow = std::tuple<const char*, const char16_t*, std::optional<double>, std::optional<int>>;
+using ScanRow = std::tuple<const char16_t*, std::optional<double>, std::optional<int>>;
+constexpr ScanRow kScanRows[] = {
+    {u"+5", 5, 5},     {u"\u221255", -55, -55},         {u"\r\n\u2003\t-7 apples", -7, -7},
+    {u"1E+x", 1, 1},   {u".50e0", 0.5, kNone},          {u"-10000000000", -1e10, INT_MIN},
+    {u"0x10", 0, 0},   {u"1e\u22123", 0.001, 1},        {u"0e99999999999999999999", 0, 0},
+    {u"5.e2", 500, 5}, {u"10000000000", 1e10, INT_MAX}, {u"-1e9999999999999999999", -kInfinity, -1}};
 // A digit of another locale, digits beyond the BMP and their halves. LocaleTest reads what every locale writes.
-constexpr ScanRow kScanRows[] = {{"", u"\r\n\u2003\t-7 apples", -7, -7},
-                                 {"", u"+5", 5, 5},
-                                 {"", u"\u22125", -5, -5},
-                                 {"", u".5", 0.5, kNone},
-                                 {"", u"5.e2", 500, 5},
-                                 {"", u"1E+x", 1, 1},
-                                 {"", u"1e\u22123", 0.001, 1},
-                                 {"", u"0x10", 0, 0},
-                                 {"", u"99999999999", 99999999999, INT_MAX},
-                                 {"", u"-99999999999", -99999999999, INT_MIN},
-                                 {"", u"-1e99999999999999999999", -kInfinity, -1},
-                                 {"", u"0e99999999999999999999", 0, 0},
-                                 {"ar_EG@numbers=arab", u"12\u066B5", 12.5, 12},
-                                 {"fa_IR", u"\u2212\u06F1\u06F2e\u06F2", -1200, -12},
-                                 {"fa_IR", u"\u0661", kNone, kNone},
-                                 {"en_US@numbers=hanidec", u"\u4E8C\u3007.\u4E00", 20.1, 20},
-                                 {"en_US@numbers=mathbold", u"\U0001D7CF\xD835", 1, 1}};
+constexpr std::pair<const char*, ScanRow> kLocaleRows[] = {
+    {"ar_EG@numbers=arab", {u"12\u066B5", 12.5, 12}},
+    {"fa_IR", {u"\u2212\u06F1\u06F2e\u06F2", -1200, -12}},
+    {"fa_IR", {u"\u0661", kNone, kNone}},
+    {"en_US@numbers=hanidec", {u"\u4E8C\u3007.\u4E00", 20.1, 20}},
+    {"en_US@numbers=mathbold", {u"\U0001D7CF\xD835", 1, 1}}};
 
 constexpr const char16_t* kNoNumberAhead[] = {u"days 7", u"", u" - 5", u"--5", u".", u".e5", u"inf", u"nan", u"\u0663"};
 
+void CheckScan(const ScanRow& row) {
+    const auto& [units, number, integer] = row;
+    const CString text(units);
+    EXPECT_EQ(Read(Conversion::StringToDouble, text), number) << text;
+    EXPECT_EQ(Read(Conversion::StringToInteger, text), integer) << text;
+    EXPECT_EQ(Conversion::IsStringDouble(text), number.has_value()) << text;
+    EXPECT_EQ(Conversion::IsStringInteger(text), integer.has_value()) << text;
+}
+
 TEST(Scanning, ReadsTheLongestPrefixThatIsANumberOfTheLocale) {
-    for (const auto& [locale, units, number, integer] : kScanRows) {
-        const CString text(units);
-        SCOPED_TRACE(std::string(locale) + ": " + text.ToUtf8());
+    for (const auto& [locale, row] : kLocaleRows) {
         const ScopedUserLocale user(locale);
-        EXPECT_EQ(Read(Conversion::StringToDouble, text), number);
-        EXPECT_EQ(Read(Conversion::StringToInteger, text), integer);
-        EXPECT_EQ(Conversion::IsStringDouble(text), number.has_value());
-        EXPECT_EQ(Conversion::IsStringInteger(text), integer.has_value());
+        CheckScan(row);
     }
-    const ScopedUserLocale user("en_US");
-    for (const CString text : kNoNumberAhead) {
-        EXPECT_EQ(Read(Conversion::StringToDouble, text), kNone) << text;
-        EXPECT_EQ(Read(Conversion::StringToInteger, text), kNone) << text;
-    }
+    for (const ScanRow& row : kScanRows)
+        CheckScan(row);
+    for (const char16_t* const text : kNoNumberAhead)
+        CheckScan({text, kNone, kNone});
     EXPECT_TRUE(std::signbit(*Read(Conversion::StringToDouble, u"-0")));
 }
 
 TEST(Scanning, RoundsLikeTheCLibraryToTheLastBit) {
-    const ScopedUserLocale user("en_US");
     std::mt19937_64 random(42);
     for (int round = 0; round < 200'000; ++round) {
         std::string text;
@@ -72,21 +67,9 @@ TEST(Scanning, RoundsLikeTheCLibraryToTheLastBit) {
     for (const char* text : {"1.7976931348623159e308", "1.7976931348623158e308", "2.4703282292062327e-324",
                              "2.4703282292062328e-324", "1,234.5", "1.2.3", "-.5"})
         EXPECT_EQ(Read(Conversion::StringToDouble, CString(text)), std::strtod(text, nullptr)) << text;
-    for (int round = 0; round < 20'000; ++round) {  // ties between neighbours, exact and a little beside them
-        const std::uint64_t bits = random() % 0x7FE0000000000000;
-        const long double low = std::bit_cast<double>(bits);
-        const long double high = std::bit_cast<double>(bits + 1);
-        char tie[1200];
-        std::string text(tie, static_cast<std::size_t>(std::snprintf(tie, sizeof tie, "%.900Le", (low + high) / 2)));
-        for (const char* digits : {"", "000000000000000001", "0"}) {
-            const std::string near = text.substr(0, text.find('e')) + digits + text.substr(text.find('e'));
-            ASSERT_EQ(Read(Conversion::StringToDouble, CString(near)), std::strtod(near.c_str(), nullptr)) << near;
-        }
-    }
 }
 
 TEST(Scanning, TakesAMillionDigits) {
-    const ScopedUserLocale user("en_US");
     const std::string zeros(1'000'000, '0');
     const auto read = [](const std::string& text) { return Read(Conversion::StringToDouble, CString(text)); };
     EXPECT_EQ(read("1" + zeros + "e-1000000"), 1);
@@ -98,48 +81,38 @@ TEST(Scanning, TakesAMillionDigits) {
     EXPECT_EQ(Read(Conversion::StringToLong, CString("1." + zeros)), std::nullopt);  // beyond what is handed to ICU
 }
 
-constexpr std::tuple<const char*, const char16_t*, long> kWholeRows[] = {
-    {"en_US", u"1E-99999999999", 0},
-    {"en_US", u"-1E999999999999", LONG_MIN},
-    {"en_US", u"9223372036854775806.9", LONG_MAX - 1},
-    {"en_US", u"-9223372036854775808", LONG_MIN},
-    {"en_US", u"9223372036854775808", LONG_MAX},
-    {"en_US@numbers=roman", u"12", 12}};
+constexpr std::tuple<const char16_t*, long, unsigned long> kWholeRows[] = {
+    {u"1E-99999999999", 0, 0},
+    {u"-1E999999999999", LONG_MIN, 0},
+    {u"4294967296", UINT_MAX + 1L, UINT_MAX + 1L},
+    {u"9223372036854775806.9", LONG_MAX - 1, LONG_MAX - 1},
+    {u"-9223372036854775808", LONG_MIN, 0},
+    {u"18446744073709551614.5", LONG_MAX, ULONG_MAX - 1},
+    {u"18446744073709551610", LONG_MAX, ULONG_MAX - 5},
+    {u"18446744073709551616", LONG_MAX, ULONG_MAX}};
 
 constexpr const char16_t* kNoWholeNumbers[] = {u"", u"ff", u"NaN", u"-\u221E", u"12\xD800"};
 
-TEST(WholeTexts, AreNumbersAsTheLocaleWritesThem) {
-    for (const auto& [locale, units, number] : kWholeRows) {
-        const CString text(units);
-        SCOPED_TRACE(std::string(locale) + ": " + text.ToUtf8());
-        const ScopedUserLocale user(locale);
-        EXPECT_EQ(Read(Conversion::StringToLong, text), number);
-        EXPECT_TRUE(Conversion::IsStringULong(text));
-        unsigned long value = 0;
-        EXPECT_TRUE(Conversion::StringToULong(text, 16, value));
-        EXPECT_EQ(std::min(value, 0UL + LONG_MAX), static_cast<unsigned long>(std::max(number, 0L)));
-    }
+TEST(WholeTexts, AreNumbersWithinTheirTypes) {
     const ScopedUserLocale user("en_US");
+    for (const auto& [text, number, natural] : kWholeRows) {
+        unsigned long value = 0;
+        EXPECT_TRUE(Conversion::StringToULong(text, 16, value) && Conversion::IsStringULong(text)) << CString(text);
+        EXPECT_EQ(value, natural);
+        EXPECT_EQ(Read(Conversion::StringToLong, text), number);
+        EXPECT_EQ(Read<unsigned long>(Conversion::StringToULong, text), natural);
+        EXPECT_EQ(Read<unsigned>(Conversion::StringToUInteger, text), std::min<unsigned long>(natural, UINT_MAX));
+    }
     for (const CString text : kNoWholeNumbers) {
         EXPECT_EQ(Read(Conversion::StringToLong, text), kNone) << text;
         EXPECT_FALSE(Conversion::IsStringULong(text)) << text;
-    }
-    const std::pair<const char16_t*, unsigned long> rows[] = {{u"4294967296", UINT_MAX + 1UL},
-                                                              {u"-1", 0},
-                                                              {u"18446744073709551614.5", ULONG_MAX - 1},
-                                                              {u"18446744073709551610", ULONG_MAX - 5},
-                                                              {u"18446744073709551616", ULONG_MAX}};
-    for (const auto& [text, number] : rows) {
-        EXPECT_EQ(Read<unsigned long>(Conversion::StringToULong, text), number);
-        EXPECT_EQ(Read<unsigned>(Conversion::StringToUInteger, text), std::min<unsigned long>(number, UINT_MAX));
     }
 }
 
 TEST(WholeTexts, AgreeWithIcuOnWhatIsANumber) {
     std::mt19937 random(5);
     std::istringstream locales(
-        "en_US de_DE fr_FR de_CH hi_IN fa_IR ar_EG sv_SE he_IL ja_JP pt_BR ru_RU tr_TR pl_PL bn_BD "
-        "my_MM ne_NP es_ES et_EE xx und ff_Adlm en_US_POSIX zh_TW");
+        "en_US de_CH hi_IN fa_IR ar_EG sv_SE he_IL bn_BD my_MM es_ES et_EE xx ff_Adlm en_US_POSIX");
     for (std::string locale; locales >> locale;) {
         const ScopedUserLocale user(locale.c_str());
         UErrorCode error = U_ZERO_ERROR;

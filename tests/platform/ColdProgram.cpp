@@ -7,9 +7,10 @@
 //     late           all uses in the destructor of a static object; with RK_EARLY set also in its constructor
 #include "RkUtilities/RkUtilities.h"
 
+#include "tests/support/AtOnce.h"
+
 #include <algorithm>
 #include <atomic>
-#include <barrier>
 #include <cstdlib>
 #include <iostream>
 #include <iterator>
@@ -52,17 +53,9 @@ bool UseAll(std::size_t first = 0) {
 }
 
 bool UseInThreads() {
-    constexpr std::size_t kThreads = 12;
-    std::barrier start(kThreads);
-    std::atomic<std::size_t> successCount = 0;
-    std::vector<std::jthread> threads;
-    for (std::size_t i = 0; i < kThreads; ++i)
-        threads.emplace_back([&, i] {
-            start.arrive_and_wait();
-            successCount += UseAll(i) ? 1 : 0;
-        });
-    threads.clear();
-    return successCount == kThreads;
+    std::atomic<std::size_t> startCount = 0, successCount = 0;
+    AtOnce<12>([&] { successCount += UseAll(startCount++) ? 1 : 0; });
+    return successCount == startCount;
 }
 
 template <class Use> bool SucceedsInChild(const Use& use) {
