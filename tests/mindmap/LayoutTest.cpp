@@ -56,19 +56,17 @@ Outline Grown(const Tree& tree, const Words& texts) {
     return builder.Finish(u"Centre");
 }
 
-/// A topic that stands neither below nor further out than each of its earlier sisters on its side; 0 for none.
+/// A topic that stands neither below nor further out than its elder sister on its side; 0 for none.
 std::size_t FirstOutOfOrder(const Outline& outline, const MapLayout& map) {
-    std::vector<std::vector<std::size_t>> children(outline.topics.size());
+    std::map<std::pair<int, Side>, Box> lastOf;  // by parent and side
     for (std::size_t i = 1; i < outline.topics.size(); ++i) {
-        std::vector<std::size_t>& sisters = children[static_cast<std::size_t>(outline.topics[i].parent)];
+        const Side side = map.shapes[i].side;
         const Box box(map.shapes[i].bounds);
-        for (const std::size_t earlier : sisters) {
-            const Box other(map.shapes[earlier].bounds);
-            const bool isOut = map.shapes[i].side == Side::Left ? box.right <= other.left : box.left >= other.right;
-            if (map.shapes[i].side == map.shapes[earlier].side && box.top < other.bottom && !isOut)
-                return i;
-        }
-        sisters.push_back(i);
+        const auto [elder, isFirst] = lastOf.try_emplace({outline.topics[i].parent, side}, box);
+        const bool isOut = side == Side::Left ? box.right <= elder->second.left : box.left >= elder->second.right;
+        if (!isFirst && box.top < elder->second.bottom && !isOut)
+            return i;
+        elder->second = box;
     }
     return 0;
 }

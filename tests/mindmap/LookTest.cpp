@@ -65,15 +65,15 @@ TEST(Legend, LiesBelowTheMapAndHoldsItsTexts) {
         const Box box(legend.box), whole(legend.bounds);
         EXPECT_GE(box.top, Box(map.bounds).bottom);
         EXPECT_TRUE(whole.Holds(box) && whole.Holds(Box(map.bounds))) << count;
-        std::vector<Box> cells;
+        std::vector<CrkFloatRect> cells;
         for (const LegendEntry& entry : legend.entries) {
             const int width = std::max(TextWidth(entry.name, kLegendFont), TextWidth(entry.topics, kDetailFont));
-            const Box cell({entry.origin.x, entry.origin.y, static_cast<float>(kSwatchSize + kSwatchGap + width),
-                            kLegendRowHeight});
-            EXPECT_TRUE(box.Holds(cell)) << count;
-            for (const Box& other : cells)
-                EXPECT_FALSE(cell.Overlaps(other)) << count;
+            CrkFloatRect cell{entry.origin.x, entry.origin.y, static_cast<float>(kSwatchSize + kSwatchGap + width),
+                              kLegendRowHeight};
+            EXPECT_TRUE(box.Holds(Box(cell))) << count;
             cells.push_back(cell);
+            for (std::size_t i = 0; i + 1 < cells.size(); ++i)
+                EXPECT_FALSE(CrkFloatRect::Intersect(cell, cells.back(), cells[i])) << count;
         }
         EXPECT_EQ(ParseXml(SvgOf(outline, map)).attributes["g id"].count("legend"), 1U);
     }

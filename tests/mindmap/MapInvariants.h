@@ -21,9 +21,6 @@ struct Box {
 
     explicit Box(const CrkFloatRect& r)
         : left(r.x), top(r.y), right(double{r.x} + double{r.width}), bottom(double{r.y} + double{r.height}) {}
-    [[nodiscard]] bool Overlaps(const Box& o) const {
-        return left < o.right && o.left < right && top < o.bottom && o.top < bottom;
-    }
     [[nodiscard]] bool Holds(const Box& o) const {
         return o.left >= left && o.right <= right && o.top >= top && o.bottom <= bottom;
     }
