@@ -31,8 +31,7 @@ namespace faults {
 void Scene::Make(std::initializer_list<std::pair<const char*, const char*>> files) const {
     for (const auto& [name, content] : files) {
         fs::create_directories(fs::path(Path(name)).parent_path());
-        if (!std::string_view(name).ends_with('/'))
-            std::ofstream(Path(name), std::ios::binary) << content;
+        std::ofstream(Path(name), std::ios::binary) << content;
     }
 }
 

@@ -15,9 +15,7 @@ void Begin(Scene& scene) {
 }
 
 const Workload kRows[] = {
-    GIVES("numbers: grouped", Numbers::DoubleStringToFormattedNumber(s.text, true, 2, Numbers::MinusSign)),
     GIVES("numbers: an amount", Numbers::DoubleStringToFormattedCurrency(s.text, u"€", 2, 0, 0, Numbers::MinusSign)),
-    GIVES("numbers: a percentage", Numbers::DoubleStringToFormattedPercentage(u"0,241", 1)),
     GIVES("numbers: to text", Numbers::DoubleToString(-1234.5678)),
     GIVES("numbers: decimal point",
           CrkLocaleUtilities::GetDecimalPoint() + CrkLocaleUtilities::GetDigitGroupingSymbol()),

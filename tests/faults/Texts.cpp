@@ -33,8 +33,6 @@ const Workload kRows[] = {
     DOES("text: replace", s.text.Replace(u"e", u"eeeeee")),
     DOES("text: upper case", s.text.MakeUpper()),
     DOES("text: trim units", s.other.Trim(u" E.")),
-    DOES("text: buffer", s.text.GetBuffer(200)),
-    DOES("text: append a format", s.text.AppendFormat(u"%s of %d", s.text, 7)),
     DOES("text: format", s.text.Format(u"%s: %d of %08.3f, %Lg", s.other, 7, 2.5, 1.0L)),
     GIVES("text: join", s.text + s.other + u"!"),
     GIVES("text: parts", s.text.Left(20) + s.text.Mid(5, 30) + s.text.Right(40) + s.text.SpanExcluding(u"xyz")),
@@ -65,9 +63,6 @@ const Workload kRows[] = {
     DOES("map: grow", Grow(s), "CAtlException", Keeps::Nothing),
     GIVES("pointers: any of", CorvaneNSArrayAdditions::containsAnyObjectsIdenticalTo(
                                   Pointers{&s.text, &s.other, nullptr}, Pointers{&s.other, nullptr, nullptr})),
-    GIVES("pointers: places of", CorvaneNSArrayAdditions::indexesOfObjects(Pointers{&s.text, &s.other, &s.text},
-                                                                           Pointers{&s.text, &s.other, &s.other})
-                                     .size()),
     GIVES("XML: name", CrkXmlUtilities::StringToNCName(s.text, u'_', /*insertUnderscore=*/true)),
     GIVES("XML: text", CrkXmlUtilities::StringToXmlString(s.text + u"\x1\x2", u'?')),
     GIVES("XML: unique URI", CrkXmlUtilities::GenerateUniqueUri().GetLength(), "system_error"),

@@ -21,7 +21,7 @@ struct Scene {
 
     [[nodiscard]] std::string Path(const char* name) const { return folder + '/' + name; }
     [[nodiscard]] CString Text(const char* name) const { return rk::PathText(Path(name)); }
-    /// Makes files and the folders that lead to them; a name with "/" at its end is a folder.
+    /// Makes files and the folders that lead to them.
     void Make(std::initializer_list<std::pair<const char*, const char*>> files) const;
     /// All that stands here, on the disk and in the preferences, as one text.
     [[nodiscard]] std::string State() const;
