@@ -9,9 +9,9 @@ namespace {
 std::string Described(const CrkLogSettings& settings) {
     std::set<std::string> names;
     for (const auto& [name, isListed] : settings.m_includeCategories)
-        names.insert(" +" + name.ToUtf8() + (isListed && settings.IsIncluded(name) ? "" : "?"));
+        names.insert(" +" + name.ToUtf8());
     for (const auto& [name, isListed] : settings.m_excludeCategories)
-        names.insert(" -" + name.ToUtf8() + (isListed && settings.IsExcluded(name) ? "" : "?"));
+        names.insert(" -" + name.ToUtf8());
     std::string text = std::string(settings.m_enable ? "E" : "-") + (settings.m_stdOut ? "S" : "-") +
                        (settings.m_includeAll ? "A" : "-") + std::to_string(settings.m_level);
     for (const std::string& name : names)

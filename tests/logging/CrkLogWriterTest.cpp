@@ -222,7 +222,6 @@ TEST(LogWriter, MovesAFileAsideThatIsLongerThanTheLimit) {
     EXPECT_THAT(backup, testing::MatchesRegex("[^/:]*/[^/:]*[0-9]-[0-9][0-9][^/:]*\\.xml"));
 
     Writer::m_maxFileLength = 0;
-    fs::permissions(folder.Path(backup), fs::perms::owner_read);  // gives way all the same
     Writer::Log(kLevel, u"4");
     EXPECT_FALSE(folder.Has(folder.Active()));
     const std::size_t count = folder.Backups().size();  // two when a minute has ended meanwhile

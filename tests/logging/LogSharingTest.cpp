@@ -35,14 +35,13 @@ TEST(LogSharing, KeepsEveryEntryOfThreadsAndProcessesInOrderAndRollsOverOnce) {
 
         ASSERT_EQ(folder.Backups().size(), 1U);
         std::map<std::string, int> lastNumbers;
-        for (const std::string& entry : Entries(folder.Read(folder.Backups()[0]) + folder.Read(folder.Active()))) {
+        const auto entries = Entries(folder.Read(folder.Backups()[0]) + folder.Read(folder.Active()));
+        EXPECT_EQ(entries.size(), kTotal);
+        for (const std::string& entry : entries) {
             int& last = lastNumbers[entry.substr(0, entry.find('/'))];
             last += 1000;
             ASSERT_EQ(entry.substr(entry.rfind('/') + 1), std::to_string(last)) << entry;
         }
-        EXPECT_EQ(lastNumbers.size(), std::size_t{kProcesses * kThreads});
-        for (const auto& [writer, last] : lastNumbers)
-            EXPECT_EQ(last, 1000 * kEntries) << writer;
         EXPECT_LT(std::filesystem::file_size(folder.Path(folder.Backups()[0])),
                   Writer::m_maxFileLength + 2 * kShortest);
     }
@@ -98,24 +97,15 @@ TEST(LogSharing, LetsAChildLogThatIsForkedWhileOtherThreadsDo) {
     const LogFolder folder;
     Writer::m_maxFileLength = UINT64_MAX;
     std::atomic<bool> isOver = false;
-    // The one holds the log's lock, the other those of locales, zones and formats.
     std::thread logs([&isOver] {
         for (; !isOver; std::this_thread::sleep_for(std::chrono::microseconds(1)))
             Writer::Log(Writer::LogInfo, u"thread");
-    });
-    std::thread makesFormats([&isOver] {
-        for (int i = 0; !isOver; ++i) {
-            rk::SetUserLocale(i % 2 == 0 ? "de_DE" : "ja_JP");
-            static_cast<void>(Writer::CurrentTimeString(kCFDateFormatterFullStyle));
-        }
     });
     constexpr int kChildren = 300;
     for (int child = 0; child < kChildren; ++child)
         ExpectItEndsWell(StartChild([] { Writer::Log(Writer::LogInfo, u"child"); }));
     isOver = true;
     logs.join();
-    makesFormats.join();
-    rk::SetUserLocale("");
     const std::vector<std::string> entries = folder.Logged();
     EXPECT_EQ(std::count(entries.begin(), entries.end(), "General/Info/child"), kChildren);
     EXPECT_EQ(std::count(entries.begin(), entries.end(), "torn"), 0);

@@ -89,13 +89,9 @@ TEST(ReadOnlyFlag, IsTheOwnersPermissionToWriteAndNothingElse) {
     for (const CString& missing : {folder.Text("none"), folder.Link("broken", "none"), file + u'\0'})
         EXPECT_FALSE(P::MakeFileReadOnly(missing) || P::MakeFileReadWrite(missing)) << missing;
     EXPECT_FALSE(P::IsFileReadOnly(folder.Text("none")));
-}
-
-TEST(ReadOnlyFlag, ThrowsWhenTheFileBelongsToSomebodyElse) {
     if (geteuid() != 0)
         GTEST_SKIP() << "only root can give a file away";
-    const ScopedFolder folder;
-    const CString file = folder.Write("map");
+    EXPECT_TRUE(P::MakeFileReadWrite(file));
     const ScopedNobody nobody(folder);
     ASSERT_EQ(seteuid(0) + chown(folder.Path("map").c_str(), 0, 0) + seteuid(65534), 0);
     const Failure failure = FailureOf([&] { P::MakeFileReadOnly(file); });
@@ -136,10 +132,8 @@ TEST(Existence, ComparesWhatTheSystemCallsTheOpenFiles) {
 
 TEST(Existence, IsAssuredAlsoBelowTheHomeFolderAndByBackslashes) {
     const ScopedHome home;
-    home.Make({"sub/", "tosub>sub"});
     const ScopedCurrentFolder current(home.Path());
-    for (const auto& [path, made] :
-         {std::pair(CString(u"w\\x\\y\\"), "w/x/y"), {u"tosub/k", "sub/k"}, {u"~\\maps/new", "maps/new"}}) {
+    for (const auto& [path, made] : {std::pair(CString(u"w\\x\\y\\"), "w/x/y"), {u"~\\maps/new", "maps/new"}}) {
         EXPECT_TRUE(P::AssurePathExists(path)) << path;
         EXPECT_TRUE(home.Has(made)) << path;
     }

@@ -30,10 +30,11 @@ TEST(Names, GainChangeAndShowTheirExtension) {
 }
 
 TEST(Names, LoseWhatNoFileNameMayHold) {
-    constexpr std::tuple<const char16_t*, const char16_t*, bool> kCases[] = {{u"Q1/Q2: plan", u"Q1.Q2. plan", false},
-                                                                             {u"a\r\nb\n", u"ab", true},
-                                                                             {u"a\\b*c?", u"a\\b*c?", true},
-                                                                             {u"/:", u"..", false}};
+    constexpr std::tuple<const char16_t*, const char16_t*, bool> kCases[] = {
+        {u"Q1/Q2: plan", u"Q1.Q2. plan", false},
+        {u"a\r\nb\n", u"ab", true},
+        {u"a\\b*c?", u"a\\b*c?", true},
+    };
     for (const auto& [name, clean, isValid] : kCases) {
         EXPECT_EQ(P::DoesFilenameUseOnlyValidCharacters(name), isValid) << CString(name);
         CString file(name), folder(name);
@@ -42,11 +43,9 @@ TEST(Names, LoseWhatNoFileNameMayHold) {
         EXPECT_EQ(file, clean);
         EXPECT_EQ(folder, clean);
     }
-    CString separators = u"a/b:c", ends = u"abc", itself = u"a name longer than any short text";
-    P::RemoveCharsFromFilename(separators, u"/:", u':');
+    CString ends = u"abc", itself = u"a name longer than any short text";
     P::RemoveCharsFromFilename(ends, u"ac", u'\0');
     P::RemoveCharsFromFilename(itself, itself, u'x');
-    EXPECT_EQ(separators, u"a:b:c");
     EXPECT_EQ(ends, u"\0b\0"sv);
     EXPECT_EQ(itself, std::u16string(33, u'x'));
 }

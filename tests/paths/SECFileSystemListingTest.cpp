@@ -80,14 +80,11 @@ TEST(FileSystem, ListsAsciiNamesAlikeAloneAndBesideOthers) {
     // Names that are all ASCII are compared character by character where the language allows it, else by ICU's keys.
     const ScopedFolder folder;
     std::mt19937 random(10);
-    const auto upTo = [&random](unsigned last) { return static_cast<unsigned>(random() % (last + 1)); };
-    for (int i = 0; i < 2000; ++i) {
-        std::string name(1 + upTo(5), 'x');
-        for (char& c : name)
-            c = upTo(2) != 0 ? "aAcChHzZsw019 -_"[upTo(15)] : static_cast<char>(1 + upTo(126));
-        std::replace_if(name.begin(), name.end(), [](char c) { return c == '/' || c == '.'; }, '~');
-        folder.Write(name);
-    }
+    std::u16string alphabet = u"aAcChHzZsw019 -_aAcChHzZsw019 -_aAcChHzZsw019 -_aAcChHzZsw019 -_";
+    for (char16_t unit = 1; unit < 128; ++unit)
+        alphabet += unit == u'/' || unit == u'.' ? u'~' : unit;
+    for (int i = 0; i < 2000; ++i)
+        folder.Write(CString(AnyText(random, alphabet, 6) + u'x').ToUtf8());
     for (const char* locale : {"", "de_DE", "cs_CZ", "da_DK", "hu_HU", "en_US@colNumeric=yes",
                                "th@colAlternate=shifted", "en_US@colCaseLevel=yes", "en_US@colReorder=digit"}) {
         const ScopedUserLocale scope(locale);
