@@ -85,7 +85,6 @@ const Workload kRows[] = {
     AFTER(&WithFullLog, "log: roll-over", Logged(u"an entry behind a full file"),
           "logged|dropped|CFileException|CrkLogException", Keeps::Nothing),
     AFTER(&WithName, "preferences: first use", SetAndRead(1, /*isClosed=*/false), "", Keeps::Later),
-    AFTER(&WithPreferences, "preferences: set", SetAndRead(1, /*isClosed=*/false), "", Keeps::Later),
     AFTER(&WithPreferences, "preferences: set and close", SetAndRead(0, /*isClosed=*/true), "", Keeps::Later),
     AFTER(&WithPreferences, "preferences: delete",
           Shown(CrkRegistry::DeleteRegValue(u"theme")) + Shown(CrkRegistry::GetRegValueNames().size()), "CAtlException",

@@ -70,9 +70,7 @@ inline double FillOf(const Outline& outline, const MapLayout& map) {
 }
 
 inline std::string SvgOf(const Outline& outline, const MapLayout& map) {
-    std::vector<CString> ids;
-    for (std::size_t i = 0; i < outline.topics.size(); ++i)
-        ids.emplace_back(std::to_string(i));
+    const std::vector<CString> ids(outline.topics.size());
     std::string svg;
     WriteSvg(outline, map, MakeLegend(outline, map), {}, ids, [&](const CString& piece) { svg += piece.ToUtf8(); });
     return svg;
