@@ -2,43 +2,6 @@
 
 #include "tests/support/Test.h"
 
-/// A folder with settings and a log, and the writer switched on for it; all of it goes with the object.
-class LogFolder : public ScopedFolder {
-public:
-    static constexpr const char* kEverything =
-        "<x><ls:Enable>true</ls:Enable><ls:IncludeCategory>*</ls:IncludeCategory></x>";
-
-    explicit LogFolder(std::string_view settings = kEverything, std::string_view logName = "log/")
-        : m_logName(logName) {
-        Write("settings.xml", settings);
-        Init();
-    }
-    ~LogFolder() {
-        CrkLogWriter::Uninitialize();
-        CrkLogWriter::m_maxFileLength = 20'000'000;
-    }
-    void Init() const { CrkLogWriter::Init(Text("settings.xml"), Text(m_logName)); }
-    std::string Active() const { return m_logName + "messages.xml"; }
-    std::string ActivePath() const { return Path(Active()); }
-    std::vector<std::string> Logged() const;
-    /// Puts something in the active file's place: "=content", "/", ">target", "|".
-    void Replace(const std::string& kind) const {
-        std::filesystem::remove_all(ActivePath());
-        Make({Active() + kind});
-    }
-    /// The names of what stands in the log's folder beside the active file.
-    std::vector<std::string> Backups() const {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(Path(m_logName)))
-            if (entry.path() != ActivePath())
-                names.push_back(m_logName + entry.path().filename().string());
-        return names;
-    }
-
-private:
-    std::string m_logName;
-};
-
 /// The text of a field of an entry.
 inline std::string Field(std::string_view entry, const std::string& name) {
     const std::size_t begin = std::min(entry.find("<l:" + name + ">"), entry.size() - 1) + name.size() + 4;
@@ -58,4 +21,40 @@ inline std::vector<std::string> Entries(std::string_view file) {
     }
     return entries;
 }
-inline std::vector<std::string> LogFolder::Logged() const { return Entries(Read(Active())); }
+
+/// A folder with settings and a log, and the writer switched on for it; all of it goes with the object.
+class LogFolder : public ScopedFolder {
+public:
+    static constexpr const char* kEverything =
+        "<x><ls:Enable>true</ls:Enable><ls:IncludeCategory>*</ls:IncludeCategory></x>";
+
+    explicit LogFolder(std::string_view settings = kEverything, std::string_view logName = "log/")
+        : m_logName(logName) {
+        Write("settings.xml", settings);
+        Init();
+    }
+    ~LogFolder() {
+        CrkLogWriter::Uninitialize();
+        CrkLogWriter::m_maxFileLength = 20'000'000;
+    }
+    void Init() const { CrkLogWriter::Init(Text("settings.xml"), Text(m_logName)); }
+    std::string Active() const { return m_logName + "messages.xml"; }
+    std::string ActivePath() const { return Path(Active()); }
+    std::vector<std::string> Logged() const { return Entries(Read(Active())); }
+    /// Puts something in the active file's place: "=content", "/", ">target", "|".
+    void Replace(const std::string& kind) const {
+        std::filesystem::remove_all(ActivePath());
+        Make({Active() + kind});
+    }
+    /// The names of what stands in the log's folder beside the active file.
+    std::vector<std::string> Backups() const {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(Path(m_logName)))
+            if (entry.path() != ActivePath())
+                names.push_back(m_logName + entry.path().filename().string());
+        return names;
+    }
+
+private:
+    std::string m_logName;
+};

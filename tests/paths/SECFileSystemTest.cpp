@@ -70,17 +70,11 @@ TEST(FileSystem, MakesOneFolderOrTheWholeChain) {
     constexpr Make kMakes[] = {[](const CString& path) { return files.MakeDirectory(path); },
                                [](const CString& path) { return files.MakePath(path); },
                                &CrkPathUtilities::AssurePathExists};
-    const std::pair<std::string, const char*> cases[] = {{"new", "yyy"},
-                                                         {"closing/", "yyy"},
-                                                         {"a/b/c/d/e/f/g/h", "-yy"},
-                                                         {"a//b/./c//", "-yy"},
-                                                         {"a/../b", "-yy"},
-                                                         {"folder/", "--y"},
-                                                         {"file", "---"},
-                                                         {"file/new", "---"},
-                                                         {std::string(255, 'n'), "yyy"},
-                                                         {std::string(256, 'n'), "---"},
-                                                         {std::string("a\0b", 3), "---"}};
+    const std::string longest(255, 'n'), tooLong(256, 'n'), cut("a\0b", 3);
+    const std::pair<std::string, const char*> cases[] = {
+        {"new", "yyy"},     {"closing/", "yyy"}, {"a/b/c/d/e/f/g/h", "-yy"}, {"a//b/./c//", "-yy"}, {"a/../b", "-yy"},
+        {"folder/", "--y"}, {"file", "---"},     {"file/new", "---"},        {longest, "yyy"},      {tooLong, "---"},
+        {cut, "---"}};
     for (const auto& [name, gives] : cases) {
         std::string given;
         for (const Make make : kMakes) {
