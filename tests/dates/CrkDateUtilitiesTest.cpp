@@ -17,13 +17,10 @@ TEST(Dates, HaveTheirKnownTimesBeforeAnyInitialiser) {
     const CTime expected[] = {CTime(), CTime(1970, 1, 2, 0, 0, 0, -1), CTime(3000, 12, 30, 23, 59, 59, -1)};
     for (std::size_t i = 0; i < std::size(kAtLoad); ++i)
         EXPECT_EQ(kAtLoad[i], expected[i].GetCFAbsoluteTime()) << i;
-    CrkDateUtilities::InitNullDate();
-    EXPECT_EQ(CrkDateUtilities::NullTime, CTime());
 }
 
 TEST(Dates, MoveAgainstTheirNamesByTheOffsetOfNow) {
-    for (const char* const name : {"UTC", "Europe/Berlin", "America/St_Johns", "Asia/Kathmandu", "Pacific/Chatham",
-                                   "Etc/GMT+12", "Pacific/Kiritimati"}) {
+    for (const char* const name : {"UTC", "Europe/Berlin", "America/St_Johns", "Asia/Kathmandu", "Etc/GMT+12"}) {
         const ScopedZone zone(name);
         tzset();
         const auto offset = static_cast<int>(CLocalTime(std::time(nullptr)).tm_gmtoff);
@@ -87,15 +84,13 @@ void CheckTime(const CTime& time) {
 
 TEST(Dates, KeepTheirFieldsForAnyNumberInAnyZone) {
     std::mt19937_64 random(5);
-    for (const char* const name : {"UTC", "Europe/Berlin", "Africa/Casablanca", "America/Sao_Paulo", "Pacific/Apia",
-                                   "XYZ-3:20:30", "EST5EDT,M3.2.0,M11.1.0", "<+13>-13"}) {
+    for (const char* const name : {"UTC", "Europe/Berlin", "Africa/Casablanca", "Pacific/Apia", "XYZ-3:20:30"}) {
         const ScopedZone zone(name);
         for (int round = 0; round < 2000; ++round) {
             const auto any = std::bit_cast<double>(random()),
                        near = static_cast<double>(random() % 4'000'000) - 700'000;
             const auto field = [&] { return static_cast<int>(random()) >> random() % 32; };
-            const int f[] = {
-                round % 2 == 0 ? field() : 2000 + field() % 100, field(), field(), field(), field(), field()};
+            const int f[] = {field(), field(), field(), field(), field(), field()};
             SCOPED_TRACE(testing::Message() << name << testing::PrintToString(f) << any << ' ' << near);
             ASSERT_NO_FATAL_FAILURE(CheckDate(COleDateTime(any)));
             ASSERT_NO_FATAL_FAILURE(CheckDate(COleDateTime(near + std::fmod(any, 1))));
@@ -128,7 +123,6 @@ constexpr struct {
     Moment time, start;
 } kWeekCases[] = {
     {"Europe/Berlin", "de", {2026, 3, 29, 12}, {2026, 3, 23, 0}},    // across the change of the clocks
-    {"Europe/Berlin", "de", {2026, 3, 23, 0}, {2026, 3, 23, 0}},     // the first moment itself
     {"Europe/Berlin", "en", {2026, 10, 31, 23}, {2026, 10, 25, 0}},  // 25 hours at its start
     {"Asia/Beirut", "en", {2022, 4, 1, 0}, {2022, 3, 27, 1}},        // which began at 1:00
 };

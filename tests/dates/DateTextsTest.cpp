@@ -72,8 +72,6 @@ TEST(DateTexts, AreThoseOfIcuForEveryLocaleZoneAndYear) {
             std::vector<std::int64_t> times = {first, kLast, 1774745999, 1774746000, 1792889999, 1792890000};
             for (int i = 0; i < 60; ++i)
                 times.push_back(std::uniform_int_distribution<std::int64_t>(first, kLast)(random));
-            for (int i = 0; i < 20; ++i)  // this half century
-                times.push_back(std::uniform_int_distribution<std::int64_t>(600000000, 2200000000)(random));
             expected += IcuTexts(name.c_str(), zone, times);
             zones.emplace_back(zone, std::move(times));
         }

@@ -47,6 +47,9 @@ TEST(Records, AddContainUniteAndWriteThemselves) {
     CrkMathUtilities::RotatePointsAt(turned, 180, {0, 0});
     EXPECT_NEAR(turned[1].x, -3, 1e-6);
     EXPECT_EQ(CrkMathUtilities::CalculatePointsBoundingRectangle(points), (CrkFloatRect{0, 2, 3, 3}));
+    EXPECT_EQ(CrkMathUtilities::CalculatePointsBoundingRectangle(&p, INT_MIN), CrkFloatRect{});
+    EXPECT_EQ(CrkMathUtilities::CalculatePointsBoundingRectangle(nullptr, INT_MAX), CrkFloatRect{});
+    EXPECT_EQ(CrkMathUtilities::CalculateTransformedRectBoundingRectangle(r, {}), r);
     EXPECT_EQ(CrkMathUtilities::GetPolylineMidpoint(std::array{p, p + v * 2}), p + v);
     EXPECT_TRUE(CrkMathUtilities::IsPointOnPolyline(q, points, 0.1f));
     EXPECT_TRUE(CrkMathUtilities::IsPolylineCrossingRect(points, r));

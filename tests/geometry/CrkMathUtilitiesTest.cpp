@@ -174,21 +174,11 @@ TEST(Lines, KnowTheirPointsAndSides) {
 
 TEST(Lines, CrossRectangles) {
     const CrkFloatRect box{0, 0, 10, 10};
-    const CrkFloatPoint way[] = {{-20, -20}, {-5, 5}, {15, 5}};
-    EXPECT_TRUE(Math::IsPolylineCrossingRect(way, 3, box));
-    EXPECT_FALSE(Math::IsPolylineCrossingRect(way, 2, box));
     const CrkFloatPoint upright[][2] = {{{-5, 0}, {1, 0}},  {{-5, 10}, {1, 10}}, {{5, 20}, {5, 9}},
                                         {{0, 1}, {0, 2}},   {{10, 1}, {10, 2}},  {{-5, 5}, {0, 5}},
                                         {{5, 10}, {5, 12}}, {{-5, -5}, {9, 9}}};
     for (std::size_t i = 0; i < std::size(upright); ++i)
         EXPECT_EQ(Math::IsRightAngleLineCrossingRect(upright[i][0], upright[i][1], box), i < 5) << i;
-}
-
-TEST(Bounds, AreNothingWithoutPointsAndStayUnderTheIdentity) {
-    const CrkFloatPoint points[] = {{3, 1}};
-    EXPECT_EQ(Math::CalculatePointsBoundingRectangle(points, INT_MIN), CrkFloatRect{});
-    EXPECT_EQ(Math::CalculatePointsBoundingRectangle(nullptr, INT_MAX), CrkFloatRect{});
-    EXPECT_EQ(Math::CalculateTransformedRectBoundingRectangle({5, 5, -5, 3}, {}), (CrkFloatRect{5, 5, -5, 3}));
 }
 
 }  // namespace

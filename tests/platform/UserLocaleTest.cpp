@@ -19,10 +19,8 @@ std::pair<CString, CString> TextsOfNow(const char* name, const char* otherName) 
 }
 
 constexpr const char* kNames[][2] = {
-    {"de_DE.UTF-8@euro", "de_DE"}, {"de-DE", "de_DE"},
-    {"iw_IL.UTF-8", "he_IL"},      {"sr_RS.UTF-8@latin", "sr_Latn_RS"},
-    {"POSIX", "en_US_POSIX"},      {"th_TH@calendar=gregorian", "th_TH@calendar=gregorian"},
-    {"C", "en_US_POSIX"},          {"fr_XX", "fr"}};
+    {"de_DE.UTF-8@euro", "de_DE"}, {"de-DE", "de_DE"},   {"iw_IL.UTF-8", "he_IL"}, {"sr_RS.UTF-8@latin", "sr_Latn_RS"},
+    {"POSIX", "en_US_POSIX"},      {"C", "en_US_POSIX"}, {"fr_XX", "fr"}};
 
 TEST(UserLocale, IsTheChosenOneFromTheNextCallOn) {  // DateTextsTest compares the texts with ICU's
     const ScopedUserLocale whatever("");
@@ -32,7 +30,7 @@ TEST(UserLocale, IsTheChosenOneFromTheNextCallOn) {  // DateTextsTest compares t
         EXPECT_EQ(text, icuText) << name;
         texts.insert(text.Left(3));
     }
-    EXPECT_GE(texts.size(), 6U);
+    EXPECT_GE(texts.size(), 5U);
 }
 
 }  // namespace

@@ -3,29 +3,16 @@
 namespace {
 
 using Strings = CrkStringUtilities;
-constexpr bool kMatchCase = true, kAnyCase = false, kWholeWord = true, kAnywhere = false;
 
-struct SearchRow {
-    const char16_t *text, *sought;
-    bool matchCase, wholeWord;
-    int start, index;
-};
-constexpr SearchRow kSearchRows[] = {
-    {u"the tree", u"Tree", kAnyCase, kAnywhere, 0, 4},
-    {u"abab", u"ab", kMatchCase, kWholeWord, 0, 2},  // the next pass begins at the rejected match's end
-    {u"abc", u"", kMatchCase, kAnywhere, 1, 1},
-    {u"abc", u"c", kMatchCase, kAnywhere, 4, -1},
-    {u"abc", u"a", kMatchCase, kAnywhere, INT_MIN, 0},
-    {u"\u017Ftop", u"STOP", kAnyCase, kAnywhere, 0, 0},  // upper case joins the long s with S
-};
+// A text, what is sought, whether its case counts, a start and the index. Upper case joins the long s with S.
+constexpr std::tuple<const char16_t*, const char16_t*, bool, int, int> kSearchRows[] = {
+    {u"the tree", u"Tree", false, 0, 4},  {u"abc", u"A", true, 0, -1}, {u"abc", u"", true, 1, 1},
+    {u"\u017Ftop", u"STOP", false, 0, 0}, {u"abc", u"c", true, 4, -1}, {u"abc", u"a", true, INT_MIN, 0}};
 
-TEST(Search, FindsTextsAndWholeWords) {
-    for (const SearchRow& row : kSearchRows) {
-        const CString text(row.text), sought(row.sought);
-        SCOPED_TRACE((text + u" / " + sought).ToUtf8());
-        EXPECT_EQ(Strings::FindSubstring(text, sought, row.matchCase, row.wholeWord, row.start), row.index);
-        EXPECT_EQ(Strings::FindInString(text, sought, row.matchCase, row.wholeWord, row.start), row.index != -1);
-    }
+TEST(Search, FindsTextsInAnyCaseOrTheirOwn) {
+    for (const auto& [text, sought, matchCase, start, index] : kSearchRows)
+        EXPECT_EQ(Strings::FindSubstring(text, sought, matchCase, /*wholeWord=*/false, start), index)
+            << CString(sought);
     EXPECT_EQ(Strings::FindCaseInsensitive(u"TREE", CString(u"the tree"), 0), 4);
     EXPECT_EQ(Strings::FindCaseInsensitive(u"\u017F", CString(u"s"), 0), -1);  // lower case does not
 }
@@ -56,9 +43,10 @@ TEST(Search, TakesTheSamePassesOverRandomTexts) {
         const CString text = AnyText(random, u"aAb _ſsS", 40), sought = AnyText(random, u"aAb _ſsS", 3);
         const bool matchCase = random() % 2 == 0;
         const int start = static_cast<int>(random() % 6);
-        ASSERT_EQ(Strings::FindSubstring(text, sought, matchCase, kWholeWord, start),
-                  Passes(text, sought, matchCase, start))
+        const int index = Passes(text, sought, matchCase, start);
+        ASSERT_EQ(Strings::FindSubstring(text, sought, matchCase, /*wholeWord=*/true, start), index)
             << text << " / " << sought;
+        ASSERT_EQ(Strings::FindInString(text, sought, matchCase, /*wholeWord=*/true, start), index != -1);
     }
 }
 
