@@ -37,11 +37,11 @@ TEST(LogSettings, AreWhatTheRootsChildrenSayAndLeaveLoggingOffWhenHostile) {
              "<ls:StdOut>true</ls:StdOut><ls:Level>LogWarning</ls:Level><ls:IncludeCategory>*</ls:IncludeCategory>"
              "<ls:ExcludeCategory>VerboseCOM</ls:ExcludeCategory></x>",
          "ESA3 -VerboseCOM"},
-        {"<x><ls:Enable>1</ls:Enable>" + kOn + "</x>", "---6"},  // the last one taken, or the first good one
         {"<x xmlns:ls='urn:a'>" + kOn + "<ls:Enable/></x>", "E--6"},
         {"<x><Enable>true</Enable><l:Enable>true</l:Enable><y>" + kOn + "</y></x>", "---6"},
         {"<x><ls:Enable a='false'>t<b>r<!--x--></b><![CDATA[u]]>&#101;</ls:Enable></x>", "E--6"},
-        {"<x><ls:Level>Warning</ls:Level><ls:Level>LogError</ls:Level></x>", "---6"},
+        {"<x><ls:Level>Warning</ls:Level><ls:Level>LogError</ls:Level></x>",
+         "---6"},  // the last one taken, or the first good one
         {"<x><ls:IncludeCategory>a</ls:IncludeCategory><ls:IncludeCategory>A</ls:IncludeCategory><ls:IncludeCategory/>"
          "<ls:ExcludeCategory>*</ls:ExcludeCategory><ls:ExcludeCategory> &lt;\xC3\xA9 </ls:ExcludeCategory></x>",
          "---6 + +A +a - <\xC3\xA9  -*"},

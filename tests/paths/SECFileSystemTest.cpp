@@ -261,7 +261,7 @@ TEST(FileSystem, CopiesHolesAndMadeUpFiles) {
     EXPECT_TRUE(folder.Read("version").starts_with("Linux version"));
 }
 
-TEST(FileSystem, CopiesATreeAsItIs) {
+TEST(FileSystem, CopiesATreeAsItIsAndEndsCopyingIntoItself) {
     const ScopedFolder folder;
     MakeTree(folder, "from");
     folder.Make({"locked/1", "locked/2/file", "locked/3=content"});
@@ -271,12 +271,23 @@ TEST(FileSystem, CopiesATreeAsItIs) {
     EXPECT_EQ(Picture(folder, "to"), before);
     EXPECT_EQ(files.CopyFile(folder.Text("to"), folder.Text("to/empty/copy"), 0, nullptr), 1);
     EXPECT_EQ(Picture(folder, "to/empty/copy").size(), before.size());  // all but itself
+    for (const auto& [from, to] : {std::pair("from", "from"), {"from", "missing"}, {"missing", "from"}})
+        EXPECT_EQ(files.CopyFiles(folder.Text(from), folder.Text(to), 0x2, 0), 1);
+    EXPECT_EQ(Picture(folder, "from"), before);
+    EXPECT_FALSE(folder.Has("missing"));
+    EXPECT_EQ(files.CopyFiles(folder.Text("from"), folder.Text("from/empty"), 0, 0), 1);
+    EXPECT_EQ(folder.EntryCount("from/empty"), folder.EntryCount("from") - 1);
+    // A link that leads from the destination back into the source.
+    folder.Make({"source/a/b/file=content", "back/", "back/a>../source/a/b"});
+    EXPECT_EQ(files.CopyFiles(folder.Text("source"), folder.Text("back"), 0, 0), 1);
+    EXPECT_EQ(folder.Read("source/a/b/file") + folder.Read("source/a/b/b/file"), "contentcontent");
+    EXPECT_FALSE(folder.Has("source/a/b/b/b"));
     folder.SetMode("locked/1", 0);
     folder.SetMode("locked/2", 0);
     EXPECT_EQ(files.CopyFile(folder.Text("locked"), folder.Text("copy"), 0, nullptr), 0);
     EXPECT_EQ(folder.Read("copy/3"), "content");
     EXPECT_EQ(folder.EntryCount("copy"), 1U);
-    for (const char* locked : {"locked/2", "from/a/b", "to/a/b", "to/empty/copy/a/b"})
+    for (const char* locked : {"locked/2", "from/a/b", "from/empty/a/b", "to/a/b", "to/empty/copy/a/b"})
         folder.SetMode(locked, 0700);
 }
 
@@ -330,23 +341,6 @@ TEST(FileSystem, CopiesWhatAFolderHoldsIntoAnother) {
         EXPECT_EQ(folder.Read((flags & 0x2) != 0 ? "to/clash/file" : "to/clash"), (flags & 0x2) != 0 ? "S" : "d");
         EXPECT_EQ(folder.EntryCount("to/folder"), 0U);
     }
-}
-
-TEST(FileSystem, EndsCopyingIntoItself) {
-    const ScopedFolder folder;
-    MakeTree(folder, "from");
-    const std::vector<std::string> before = Picture(folder, "from");
-    for (const auto& [from, to] : {std::pair("from", "from"), {"from", "missing"}, {"missing", "from"}})
-        EXPECT_EQ(files.CopyFiles(folder.Text(from), folder.Text(to), 0x2, 0), 1);
-    EXPECT_EQ(Picture(folder, "from"), before);
-    EXPECT_FALSE(folder.Has("missing"));
-    EXPECT_EQ(files.CopyFiles(folder.Text("from"), folder.Text("from/empty"), 0, 0), 1);
-    EXPECT_EQ(folder.EntryCount("from/empty"), folder.EntryCount("from") - 1);
-    // A link that leads from the destination back into the source.
-    folder.Make({"source/a/b/file=content", "to/", "to/a>../source/a/b"});
-    EXPECT_EQ(files.CopyFiles(folder.Text("source"), folder.Text("to"), 0, 0), 1);
-    EXPECT_EQ(folder.Read("source/a/b/file") + folder.Read("source/a/b/b/file"), "contentcontent");
-    EXPECT_FALSE(folder.Has("source/a/b/b/b"));
 }
 
 }  // namespace
