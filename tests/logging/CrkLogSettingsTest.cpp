@@ -41,7 +41,7 @@ TEST(LogSettings, AreWhatTheRootsChildrenSayAndLeaveLoggingOffWhenHostile) {
         {"<x><Enable>true</Enable><l:Enable>true</l:Enable><y>" + kOn + "</y></x>", "---6"},
         {"<x><ls:Enable a='false'>t<b>r<!--x--></b><![CDATA[u]]>&#101;</ls:Enable></x>", "E--6"},
         {"<x><ls:Level>Warning</ls:Level><ls:Level>LogError</ls:Level></x>",
-         "---6"},  // the last one taken, or the first good one
+         "---6"},  // the last or first good one taken
         {"<x><ls:IncludeCategory>a</ls:IncludeCategory><ls:IncludeCategory>A</ls:IncludeCategory><ls:IncludeCategory/>"
          "<ls:ExcludeCategory>*</ls:ExcludeCategory><ls:ExcludeCategory> &lt;\xC3\xA9 </ls:ExcludeCategory></x>",
          "---6 + +A +a - <\xC3\xA9  -*"},

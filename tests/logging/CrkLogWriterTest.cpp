@@ -96,11 +96,9 @@ TEST(LogWriter, GoesOnFromWhateverTheFileHolds) {
     Writer::Log(kLevel, u"whole");
     const std::string entry = folder.Read(folder.Active());
     const std::string large = entry.substr(0, entry.size() - 30) + std::string(200'000, 'x');
-    const std::pair<std::string, std::string> cases[] = {
-        // What the file holds, and what stays of it
-        {entry + large, entry},
-        {"notes\n" + large, "notes\n" + large + "\n"},
-    };
+    // What the file holds, and what stays of it.
+    const std::pair<std::string, std::string> cases[] = {{entry + large, entry},
+                                                         {"notes\n" + large, "notes\n" + large + "\n"}};
     for (const auto& [before, kept] : cases) {
         SCOPED_TRACE(before.substr(0, 500));
         folder.Write(folder.Active(), before);
@@ -151,12 +149,11 @@ TEST(LogWriter, ReportsOrDropsWhatCannotBeWrittenAndTellsIt) {
 TEST(LogWriter, TellsWhetherItIsOnAndWhyNot) {
     using Mode = rk::LogState::Mode;
     const LogFolder folder;
-    for (const auto& [settings, mode, fault] : {
-             std::tuple{LogFolder::kEverything, Mode::On, ""},
-             {"<x/>", Mode::Disabled, ""},
-             {"<x>\n\n</y>", Mode::BadSettings, "line 3: mismatched tag"},
-             {"<!DOCTYPE x [\n<!ENTITY a 'b'>]><x/>", Mode::BadSettings, "line 2: an entity is declared"},
-         }) {
+    for (const auto& [settings, mode, fault] :
+         {std::tuple{LogFolder::kEverything, Mode::On, ""},
+          {"<x/>", Mode::Disabled, ""},
+          {"<x>\n\n</y>", Mode::BadSettings, "line 3: mismatched tag"},
+          {"<!DOCTYPE x [\n<!ENTITY a 'b'>]><x/>", Mode::BadSettings, "line 2: an entity is declared"}}) {
         folder.Write("settings.xml", settings);
         folder.Init();
         const rk::LogState state = Writer::GetLogState();

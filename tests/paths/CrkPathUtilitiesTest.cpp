@@ -225,7 +225,6 @@ TEST(Existence, OfBothMakesASubFolderOfWhatBeginsAlike) {
         {"sub", "sub/none", false}, {"file", "file", false}, {"none", "sub", false}};
     for (const auto& [path, below, is] : kCases)
         EXPECT_EQ(P::IsSubFolder(folder.Text(path), folder.Text(below)), is) << path << ' ' << below;
-    EXPECT_FALSE(P::IsSubFolder(u"", folder.Text("sub")));
 }
 
 TEST(Existence, ComparesWhatTheSystemCallsTheOpenFiles) {
