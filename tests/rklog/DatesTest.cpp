@@ -136,7 +136,8 @@ TEST(Dates, OfTheCommandLineAreStretches) {
         {"2026-11-16T21:52", day + 20 * 3600 + 52 * 60, 60},
         {"2026-11-16 21:52:07-02:30", day + 24 * 3600 + 22 * 60 + 7, 1},
         {"00:01", day - 3600 + 60, 60},
-        {"0s", now, 1},
+        {"90s", now - 90, 1},
+        {"2h", now - 7200, 1},
         {"3d", now - 3 * 86400, 1},
     };
     for (const auto& [text, first, length] : cases) {

@@ -122,7 +122,7 @@ TEST(Program, WritesWhatNoMessageCanBreak) {
               HasSubstr(R"("description":"","id":"","thread":"7f01","timestamp":"11/16/26, 9:52 PM:7","seconds":7,)")));
     EXPECT_THAT(run("csv"), HasSubstr("\"<b>&\"\"',;\n</script>"));
 
-    EXPECT_THAT(run("xml"), HasSubstr("<message>&lt;b&gt;&amp;\"',;\n&lt;/script&gt;"));
+    EXPECT_THAT(run("xml"), HasSubstr("<message>&lt;b&gt;&amp;\"',;\n&lt;/script&gt;&lt;l:x&gt;\uFFFD[31m"));
     const std::string page = run("html");
     EXPECT_THAT(page,
                 AllOf(HasSubstr(R"(\u003cb>&\"',;\n\u003c/script>)"), Not(HasSubstr("<b>")), Not(HasSubstr("NONCE"))));
