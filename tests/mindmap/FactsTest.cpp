@@ -68,7 +68,7 @@ TEST(BranchSums, AddUpPerUnitAndStopAtATopicsOwnFigure) {
         {8, u"to be shared|Σ 29.97%"},
     };
     for (const auto& [i, shown] : kCases)
-        EXPECT_EQ(ShownAmount(outline.topics[i], sums[i]) + u"|" + ShownSum(sums[i]), shown);
+        EXPECT_EQ(ShownAmount(outline.topics[i], sums[i]) + u"|" + ShownSum(sums[i]), shown) << i;
     EXPECT_EQ(ShownSum(sums[12]).Right(8), u"GGG 1.00");
 }
 
@@ -110,6 +110,7 @@ TEST(Link, IsShownReadablyAndFollowedWhereThatIsSafe) {
         {u"www.x.org/a?b=c", u"www.x.org/a|b: c|https://www.x.org/a?b=c"},
         {u"a@x.org", u"a@x.org||mailto:a@x.org"},
         {u"javascript:alert('http://x')", u"javascript:alert('http://x')||"},
+        {u"data:text/html,<script>", u"data:text/html,<script>||"},
         {u"java\nscript:alert(1)", u"java\nscript:alert(1)||java%0Ascript:alert(1)"},  // relative
         {u"file:///etc/a b", u"/etc/a b||file:///etc/a%20b"},
         {u"plans/a b.svg?v=2#end", u"plans/a b.svg#end|v: 2|plans/a%20b.svg?v=2#end"},

@@ -204,7 +204,8 @@ class Page(unittest.TestCase):
         topics += [f'<outline text="link" url="{attribute(link)}"/>' for link in LINKS]
         self.open(f'<opml><body><outline text="{attribute(HOSTILE[0])}">{"".join(topics)}</outline></body></opml>')
         self.use(('ao', 'document.title', HOSTILE[0]),
-                 *(((DOWN, ENTER), 'byId("text").textContent', text) for text in HOSTILE))
+                 *(((DOWN, ENTER), 'byId("text").textContent', text) for text in HOSTILE),
+                 *(((DOWN, ENTER), 'select("#facts a").every(a => /^(https|file):/.test(a.href))', True) for _ in LINKS))
         self.use(('', 'select("a, use").map(a => a.getAttribute("href")).filter(h => !/^(#icon|https:)/.test(h))', []),
                  ('', 'select("script, img, iframe, object, style, b").length', 4), ('', 'window.ran ?? null', None))
         # The policy stops what would get in all the same, and every call home.
