@@ -15,15 +15,12 @@ namespace {
 
 constexpr Seconds kUtcOf2001 = 978307200;
 
-/// The short texts of a locale as ICU makes them, with a time or without.
-auto ShortTexts(const icu::Locale& locale, icu::DateFormat::EStyle timeStyle) {
-    const std::shared_ptr<icu::DateFormat> format(
-        icu::DateFormat::createDateTimeInstance(icu::DateFormat::kShort, timeStyle, locale));
-    return [format](Seconds utc) {
-        icu::UnicodeString text;
-        std::string utf8;
-        return format->format(static_cast<double>(utc) * 1000, text).toUTF8String(utf8);
-    };
+using Format = std::unique_ptr<icu::DateFormat>;
+
+std::string TextOf(const Format& format, Seconds utc) {
+    icu::UnicodeString text;
+    std::string utf8;
+    return format->format(static_cast<double>(utc) * 1000, text).toUTF8String(utf8);
 }
 
 constexpr std::string_view kLogStart =
@@ -54,15 +51,16 @@ TEST(Dates, OfEveryLocaleAreReadAtEveryHour) {
     ASSERT_GT(count, 500);
     for (int32_t i = 0; i < count; ++i) {
         SCOPED_TRACE(locales[i].getName());
-        const auto dateOf = ShortTexts(locales[i], icu::DateFormat::kNone);
-        const auto textOf = ShortTexts(locales[i], icu::DateFormat::kShort);
+        using icu::DateFormat;
+        const Format dates(DateFormat::createDateInstance(DateFormat::kShort, locales[i]));
+        const Format texts(DateFormat::createDateTimeInstance(DateFormat::kShort, DateFormat::kShort, locales[i]));
         const DateReader reader(StyleOf([&](const CTime& time) {
-            return CString(dateOf(static_cast<Seconds>(time.GetCFAbsoluteTime()) + kUtcOf2001));
+            return CString(TextOf(dates, static_cast<Seconds>(time.GetCFAbsoluteTime()) + kUtcOf2001));
         }));
         for (int hour = 0; hour < 24; ++hour) {  // with all months, and days that tell the orders apart and others
             const Seconds utc = *WallOfDay(2024 + hour % 9, 1 + hour * 5 % 12, 1 + hour * 7 % 28) +
                                 hour * (kSecondsOfHour + 2 * kSecondsOfMinute);
-            ASSERT_EQ(reader.Read(textOf(utc)), utc) << textOf(utc);
+            ASSERT_EQ(reader.Read(TextOf(texts, utc)), utc) << TextOf(texts, utc);
         }
     }
 }
