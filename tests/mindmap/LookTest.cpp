@@ -25,9 +25,8 @@ double Contrast(std::uint32_t a, std::uint32_t b) {
 Outline Mains(int count) {
     OutlineBuilder builder;
     for (int i = 0; i < count; ++i) {
-        Topic topic;
-        topic.text = i % 3 == 0 ? u"ملاحظات اليوم" : i % 3 == 1 ? u"Minutes\nof a day that did not end" : u"議事録";
-        builder.Add(0, std::move(topic));
+        constexpr const char16_t* kTexts[] = {u"ملاحظات اليوم", u"Minutes\nof a day that did not end", u"議事録"};
+        builder.At(builder.Add(0, {})).text = kTexts[i % 3];
     }
     return builder.Finish(u"Centre");
 }

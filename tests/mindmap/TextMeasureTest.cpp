@@ -4,19 +4,7 @@
 
 using namespace mindmap;
 
-namespace {
-
 constexpr Font kFont = {10, Weight::Regular};
-
-/// The lines joined with "|".
-std::string Joined(const WrappedText& wrapped) {
-    CString joined;
-    for (const CString& line : wrapped.lines)
-        joined += (joined.IsEmpty() ? u"" : u"|") + line;
-    return joined.ToUtf8();
-}
-
-}  // namespace
 
 TEST(Wrap, BreaksWhereReadersExpectIt) {
     constexpr std::tuple<const char16_t*, int, int, const char*> kCases[] = {
@@ -33,8 +21,11 @@ TEST(Wrap, BreaksWhereReadersExpectIt) {
         {u"a_long_name.of?some=file&more", 60, 9, "a_long_|name.of?|some=|file&more"},
         {u"e.g. 3.14", 100, 9, "e.g. 3.14"},
     };
-    for (const auto& [text, width, lineCount, lines] : kCases)
-        EXPECT_EQ(Joined(Wrap(text, kFont, width, lineCount)), lines) << CString(text);
+    for (const auto& [text, width, lineCount, lines] : kCases) {
+        const std::vector<CString> shown = Wrap(text, kFont, width, lineCount).lines;
+        EXPECT_EQ(CrkStringUtilities::Combine(u"|", shown.data(), shown.size(), /*skipEmptyParts=*/false), lines)
+            << CString(text);
+    }
 }
 
 TEST(Wrap, KeepsEveryLineInItsWidthAndEveryCharacterInOrder) {
