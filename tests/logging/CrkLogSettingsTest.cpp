@@ -49,7 +49,7 @@ TEST(LogSettings, AreWhatTheRootsChildrenSayAndLeaveLoggingOffWhenHostile) {
         {kOn, "---6"},  // the root itself is no setting
         {"<!DOCTYPE x SYSTEM 'file:///dev/zero'><x>" + kOn + "<y>&t;</y></x>", "---6"},
         {defaults + "]><x>" + kOn + Repeated("<y/>", 1'000'000) + "</x>", "---6"},  // minutes, if it were read
-        {"<x>" + kOn + Repeated("<y>", 2'000'000) + Repeated("</y>", 2'000'000) + "</x>", "---6"},
+        {"<x>" + kOn + Repeated("<y>", 1'000'000) + Repeated("</y>", 1'000'000) + "</x>", "---6"},
         {"<x>" + kOn + "<" + std::string(8'000'000, 'y') + "/></x>",
          "E--6"},  // hours, if it were parsed by small blocks
         {"<x>" + kOn + "</x>" + std::string(8'388'608 - 34, ' '), "E--6"},

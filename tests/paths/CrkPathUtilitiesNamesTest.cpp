@@ -102,7 +102,7 @@ TEST(FreeNames, TakeTheFirstGap) {
 TEST(FreeNames, AreFoundAmongManyInAnyFolder) {
     const ScopedFolder folder;
     const auto numbered = [](int n) { return "Map (" + std::to_string(n) + ").x"; };
-    folder.Make({"Map.x", "Map (02).x", "Map (2).X", "Map (2).x.x", "Map(2).x", "XMap (40).x"});
+    folder.Make({"Map.x", "Map (017).x", "Map (17).X", "Map (17).x.x", "Map(17).x", "XMap (17).x"});
     const std::set<int> gaps = {2, 17, 40, 99, 101};
     for (int n = 2; n <= 100; ++n)
         if (!gaps.contains(n))
