@@ -268,9 +268,8 @@ TEST(Maps, HoldWhatTheStandardsHoldUnderAnyCalls) {
         std::uint32_t bucket = 0;
         for (const auto& [entryKey, value] : map) {
             const std::uint32_t keysBucket = CElementTraits<double>::Hash(entryKey) % map.GetHashTableSize();
-            ASSERT_GE(keysBucket, bucket);
+            ASSERT_GE(keysBucket, std::exchange(bucket, keysBucket));
             ASSERT_EQ(model.at(entryKey), value);
-            bucket = keysBucket;
         }
     }
 }

@@ -73,12 +73,7 @@ TEST(String, ComesFromEveryKindOfTextAndGoesToTheStandardLibrary) {
         {CString("x", 1, 0x0100, false), u""}};
     for (const auto& [text, expected] : rows)
         EXPECT_EQ(text, expected);
-    std::ostringstream stream;
-    stream << CString(u"ä\xD800");
-    EXPECT_EQ(stream.str(), "ä\xEF\xBF\xBD");
-    StUTF8Buffer buffer(u"ä");
-    static_cast<char*>(buffer)[1] = '\xB6';
-    EXPECT_STREQ(buffer, "ö");
+    EXPECT_EQ((std::ostringstream() << CString(u"ä\xD800")).str(), "ä\xEF\xBF\xBD");
     EXPECT_EQ(std::hash<CString>()(kLong), std::hash<CString>()(CString(kLong.View())));
     const CString path = u"/maps/old\xDCE9 \u00FC";
     EXPECT_EQ(rk::ToFilesystemPath(path).native(), "/maps/old\xE9 \xC3\xBC");
