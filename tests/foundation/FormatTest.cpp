@@ -3,11 +3,7 @@
 
 namespace {
 
-template <class... Arguments> CString Formatted(const CString& format, const Arguments&... arguments) {
-    CString text;
-    text.Format(format, arguments...);
-    return text;
-}
+using Strings = CrkStringUtilities;
 
 CString FormattedFromList(const CString* format, ...) {
     std::va_list arguments;
@@ -27,17 +23,17 @@ TEST(Format, PrintsTextsCharactersPointersAndNumbersOfOtherKinds) {
     const void* const null = nullptr;
     const char unterminated[] = {'a', 'b', 'c'};
     const std::pair<CString, std::u16string_view> rows[] = {
-        {Formatted(u"%s|%5s|%-5s|%.2s|%.1s", "ü€", "ab", "ab", "ä€", "ä"), u"ü€|   ab|ab   |ä|"},
-        {Formatted(u"%s", static_cast<const char*>(nullptr)), u"(null)"},
-        {Formatted(u"%s|%3s|%.2s|%.1s", CString(u"ü€"), u"ü", std::u16string_view(u"äöü"), u"\U0001F600"),
+        {Strings::Format(u"%s|%5s|%-5s|%.2s|%.1s", "ü€", "ab", "ab", "ä€", "ä"), u"ü€|   ab|ab   |ä|"},
+        {Strings::Format(u"%s", static_cast<const char*>(nullptr)), u"(null)"},
+        {Strings::Format(u"%s|%3s|%.2s|%.1s", CString(u"ü€"), u"ü", std::u16string_view(u"äöü"), u"\U0001F600"),
          u"ü€|  ü|äö|"},
-        {Formatted(u"%s%s", static_cast<unsigned short const*>(nullptr), u"\xD800"), u"(null)\xD800"},
-        {Formatted(u"%c%c%3c%lc%c", 'a', unit, u'→', 0x1F600, '\xE4'), u"aä  →\U0001F600\uFFFD"},
-        {Formatted(u"%p %5p %p", null, null, reinterpret_cast<const void*>(0xABC)), u"(nil) (nil) 0xabc"},
-        {Formatted(u"100%% %s", "→ %d"), u"100% → %d"},
-        {Formatted(u"%d %d", 1L, static_cast<unsigned char>(2)), u"1 2"},
-        {Formatted(u"%x %hhd %u", static_cast<signed char>(-1), 300, -1), u"ffffffff 44 4294967295"},
-        {Formatted(u"%.3s", static_cast<const char*>(unterminated)), u"abc"}};
+        {Strings::Format(u"%s%s", static_cast<unsigned short const*>(nullptr), u"\xD800"), u"(null)\xD800"},
+        {Strings::Format(u"%c%c%3c%lc%c", 'a', unit, u'→', 0x1F600, '\xE4'), u"aä  →\U0001F600\uFFFD"},
+        {Strings::Format(u"%p %5p %p", null, null, reinterpret_cast<const void*>(0xABC)), u"(nil) (nil) 0xabc"},
+        {Strings::Format(u"100%% %s", "→ %d"), u"100% → %d"},
+        {Strings::Format(u"%d %d", 1L, static_cast<unsigned char>(2)), u"1 2"},
+        {Strings::Format(u"%x %hhd %u", static_cast<signed char>(-1), 300, -1), u"ffffffff 44 4294967295"},
+        {Strings::Format(u"%.3s", static_cast<const char*>(unterminated)), u"abc"}};
     for (const auto& [text, expected] : rows)
         EXPECT_EQ(text, expected);
 }
@@ -70,7 +66,7 @@ TEST(Format, TakesCArgumentListsAndKeepsThePointInCommaLocales) {
     EXPECT_EQ(FormattedFromList(&formats[2], 1, 2), u"before, refused");  // the first one's kind cannot be told
     EXPECT_EQ(FormattedFromList(&formats[3], 1), u"before, refused");
     EXPECT_EQ(FormattedFromList(&formats[4], 6, 2, 1.0, 2.5L), u"  1.00|2.5");
-    EXPECT_EQ(Formatted(u"%f %g %.1Lf", 1.5, 0.25, 2.5), u"1.500000 0.25 2.5");
+    EXPECT_EQ(Strings::Format(u"%f %g %.1Lf", 1.5, 0.25, 2.5), u"1.500000 0.25 2.5");
 }
 
 }  // namespace

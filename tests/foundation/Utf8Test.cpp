@@ -4,11 +4,6 @@
 
 namespace {
 
-std::u16string IcuDecoded(const std::string& bytes) {
-    const icu::UnicodeString text = icu::UnicodeString::fromUTF8(bytes);
-    return {text.getBuffer(), static_cast<std::size_t>(text.length())};
-}
-
 std::string IcuEncoded(const std::u16string& units) {
     std::string bytes;
     return icu::UnicodeString(units.data(), static_cast<std::int32_t>(units.size())).toUTF8String(bytes);
@@ -17,7 +12,9 @@ std::string IcuEncoded(const std::u16string& units) {
 void CheckDecoding(const std::string& bytes) {
     // Exactly its own memory, so that a byte read past the end is found by the address sanitizer.
     const std::vector<char> exact(bytes.begin(), bytes.end());
-    ASSERT_EQ(CString(std::string_view(exact.data(), exact.size())), IcuDecoded(bytes))
+    const icu::UnicodeString expected = icu::UnicodeString::fromUTF8(bytes);
+    ASSERT_EQ(CString(std::string_view(exact.data(), exact.size())),
+              std::u16string_view(expected.getBuffer(), static_cast<std::size_t>(expected.length())))
         << testing::PrintToString(bytes);
 }
 

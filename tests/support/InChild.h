@@ -1,6 +1,7 @@
 #pragma once
 
-#include <array>
+#include "tests/support/ScopedFolder.h"
+
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/wait.h>
@@ -25,18 +26,7 @@ inline void ExpectItEndsWell(pid_t child) {
 
 /// The text that `work` returns in a child: for what a process keeps from its first call on. Threads must have ended.
 template <class Work> std::string InChild(const Work& work) {
-    std::array<int, 2> ends{};
-    EXPECT_EQ(pipe(ends.data()), 0);
-    const pid_t child = StartChild([&] {
-        const std::string text = work();
-        EXPECT_EQ(write(ends[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
-    });
-    close(ends[1]);
-    std::string text;
-    std::array<char, 4096> bytes{};
-    for (ssize_t count = 0; (count = read(ends[0], bytes.data(), bytes.size())) > 0;)
-        text.append(bytes.data(), static_cast<std::size_t>(count));
-    close(ends[0]);
-    ExpectItEndsWell(child);
-    return text;
+    const ScopedFolder folder;
+    ExpectItEndsWell(StartChild([&] { folder.Write("text", work()); }));
+    return folder.Read("text");
 }

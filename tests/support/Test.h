@@ -4,7 +4,6 @@
 #include "RkUtilities/RkUtilities.h"
 
 #include "tests/support/ScopedFolder.h"
-#include "tests/support/ScopedUserLocale.h"
 #include "tests/support/ScopedVariable.h"
 
 #include <algorithm>
@@ -32,6 +31,14 @@ inline std::u16string AnyText(std::mt19937& random, std::u16string_view alphabet
 }
 
 inline CTime At(std::time_t utcSeconds) { return CTime::FromTimeT(utcSeconds); }
+
+/// The user has this locale meanwhile ("de_DE"); "" is the process's own.
+class ScopedUserLocale {
+public:
+    explicit ScopedUserLocale(const char* name) { rk::SetUserLocale(name); }
+    ~ScopedUserLocale() { rk::SetUserLocale(""); }
+    ScopedUserLocale& operator=(ScopedUserLocale&&) = delete;  // nor a copy
+};
 
 /// The C library speaks German in a category meanwhile: the build makes this locale, and LOCPATH leads to it.
 class ScopedGermanProcess {
