@@ -34,25 +34,11 @@ void Grow(FuzzedDataProvider& data, const fs::path& folder, int levels) {
     }
 }
 
-/// Everything below a folder by its path there: kind, permissions and content.
-std::map<std::string, std::string> Content(const ScopedFolder& scratch, const std::string& folder) {
-    std::map<std::string, std::string> content;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(scratch.Path(folder))) {
-        const std::string path = entry.path().string().substr(scratch.Path(folder).size());
-        content[path] = std::to_string(scratch.Status(folder + path).st_mode) +
-                        (entry.is_symlink() ? fs::read_symlink(entry).string() : scratch.Read(folder + path));
-    }
-    return content;
-}
-
-void CheckList(const SECFileSystem& files, const fs::path& folder) {
-    const std::unique_ptr<CAtlList<CString>> list(files.GetFileList(rk::PathText(folder.string()) + u"/*.*", 0xFF));
-    std::size_t count = 0;
-    for (const CString& path : *list) {
+void CheckList(const SECFileSystem& files, const ScopedFolder& scratch) {
+    const std::unique_ptr<CAtlList<CString>> list(files.GetFileList(scratch.Text("tree/*.*"), 0xFF));
+    for (const CString& path : *list)
         Require(files.FileExists(path) && exists(fs::symlink_status(rk::NativePath(path))));
-        ++count;
-    }
-    Require(count == static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), fs::directory_iterator())));
+    Require(list->GetCount() == scratch.EntryCount("tree"));
 }
 
 }  // namespace
@@ -63,12 +49,12 @@ void Try(FuzzedDataProvider& data) {
     const auto tree = scratch.Text("tree"), copy = scratch.Text("copy"), moved = scratch.Text("moved");
     fs::create_directory(scratch.Path("tree"));
     Grow(data, scratch.Path("tree"), 3);
-    const auto content = Content(scratch, "tree");
-    Require(files.CopyFile(tree, copy, 0, nullptr) == 1 && Content(scratch, "copy") == content);
+    const auto content = scratch.Picture("tree");
+    Require(files.CopyFile(tree, copy, 0, nullptr) == 1 && scratch.Picture("copy") == content);
     Require(files.MakeDirectory(moved) && files.CopyFiles(tree, moved, 0, 0) == 1);
-    Require(Content(scratch, "moved") == content && files.DeleteDirectory(moved, 1));
-    Require(files.RenameDirectory(copy, moved) && Content(scratch, "moved") == content);
-    CheckList(files, scratch.Path("tree"));
+    Require(scratch.Picture("moved") == content && files.DeleteDirectory(moved, 1));
+    Require(files.RenameDirectory(copy, moved) && scratch.Picture("moved") == content);
+    CheckList(files, scratch);
     Require(files.DeleteDirectory(tree, 1) && files.DeleteDirectory(moved, 1) &&
             files.IsDirectoryEmpty(scratch.Text()));
 }

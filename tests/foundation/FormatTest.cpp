@@ -38,6 +38,12 @@ TEST(Format, PrintsTextsCharactersPointersAndNumbersOfOtherKinds) {
         EXPECT_EQ(text, expected);
 }
 
+TEST(Format, MakesTextsOfEveryLength) {
+    std::string text;
+    for (int count = 0; count <= 150; ++count, text += "eight ASCII, one not: ß")
+        ASSERT_EQ(Strings::Format(u"<%s|%4u>", text, 1), u"<" + CString(text) + u"|   1>") << count;
+}
+
 TEST(Format, RefusesWhatItCannotCarryOutAndKeepsTheText) {
     CString text = u"kept";
     const auto refuses = [&](const CString& format, auto... arguments) {

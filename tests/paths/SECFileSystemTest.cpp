@@ -13,21 +13,6 @@ namespace fs = std::filesystem;
 
 const SECFileSystem files;
 
-/// Every path below a folder with kind, permissions, time and content, so that trees can be compared.
-std::vector<std::string> Picture(const ScopedFolder& folder, const std::string& root) {
-    std::vector<std::string> lines;
-    for (const auto& entry : fs::recursive_directory_iterator(folder.Path(root))) {
-        const std::string name = entry.path().lexically_relative(folder.Path(root)).string();
-        const struct stat status = folder.Status(root + '/' + name);
-        const std::string content =
-            entry.is_symlink() ? fs::read_symlink(entry.path()).string() : folder.Read(root + '/' + name);
-        lines.push_back(name + ' ' + std::to_string(status.st_mode) + ' ' + std::to_string(status.st_mtim.tv_sec) +
-                        '.' + std::to_string(status.st_mtim.tv_nsec) + ' ' + content);
-    }
-    std::sort(lines.begin(), lines.end());
-    return lines;
-}
-
 void MakeTree(const ScopedFolder& folder, const std::string& root) {
     folder.Make({root + "/file=content", root + "/a/b/deep=deep", "0444 " + root + "/a/readonly=ro",
                  "0555 " + root + "/a/b/", root + "/empty/", root + "/to-file>file", root + "/to-a>a",
@@ -106,10 +91,10 @@ TEST(FileSystem, RenamesToAFreeNameAndMovesAcrossFileSystems) {
     if (stat("/dev/shm", &memory) != 0 || folder.Status("").st_dev == memory.st_dev)
         GTEST_SKIP() << "no second file system at /dev/shm";
     const ScopedFolder other("/dev/shm");
-    const std::vector<std::string> before = Picture(folder, "tree");
+    const auto before = folder.Picture("tree");
     EXPECT_TRUE(files.RenameDirectory(folder.Text("tree"), other.Text("tree")));
     EXPECT_FALSE(folder.Has("tree"));
-    EXPECT_EQ(Picture(other, "tree"), before);
+    EXPECT_EQ(other.Picture("tree"), before);
     EXPECT_TRUE(files.RenameFile(a, other.Text("a")));
     EXPECT_FALSE(files.RenameDirectory(b, other.Text("a")));
     folder.SetMode("", 0555);
@@ -263,14 +248,14 @@ TEST(FileSystem, CopiesATreeAsItIsAndEndsCopyingIntoItself) {
     MakeTree(folder, "from");
     folder.Make({"locked/1", "locked/2/file", "locked/3=content"});
     const ScopedNobody nobody(folder);
-    const std::vector<std::string> before = Picture(folder, "from");
+    const auto before = folder.Picture("from");
     EXPECT_EQ(files.CopyFile(folder.Text("from/"), folder.Text("to/"), 0, nullptr), 1);
-    EXPECT_EQ(Picture(folder, "to"), before);
+    EXPECT_EQ(folder.Picture("to"), before);
     EXPECT_EQ(files.CopyFile(folder.Text("to"), folder.Text("to/empty/copy"), 0, nullptr), 1);
-    EXPECT_EQ(Picture(folder, "to/empty/copy").size(), before.size());  // all but itself
+    EXPECT_EQ(folder.Picture("to/empty/copy").size(), before.size());  // all but itself
     for (const auto& [from, to] : {std::pair("from", "from"), {"from", "missing"}, {"missing", "from"}})
         EXPECT_EQ(files.CopyFiles(folder.Text(from), folder.Text(to), 0x2, 0), 1);
-    EXPECT_EQ(Picture(folder, "from"), before);
+    EXPECT_EQ(folder.Picture("from"), before);
     EXPECT_FALSE(folder.Has("missing"));
     EXPECT_EQ(files.CopyFiles(folder.Text("from"), folder.Text("from/empty"), 0, 0), 1);
     EXPECT_EQ(folder.EntryCount("from/empty"), folder.EntryCount("from") - 1);

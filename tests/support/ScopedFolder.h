@@ -8,9 +8,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <initializer_list>
 #include <iterator>
+#include <set>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
@@ -92,6 +92,18 @@ public:
             return "(none)";
         std::ifstream file(Path(name), std::ios::binary);
         return std::string(std::istreambuf_iterator<char>(file), {});
+    }
+    /// Every path below a folder with kind, permissions, time and content, so that trees can be compared.
+    std::set<std::string> Picture(const std::string& root) const {
+        std::set<std::string> lines;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(Path(root))) {
+            const std::string path = entry.path().string().substr(Path(root).size());
+            const struct stat status = Status(root + path);
+            const std::string content = entry.is_symlink() ? read_symlink(entry.path()).string() : Read(root + path);
+            lines.insert(path + ' ' + std::to_string(status.st_mode) + ' ' + std::to_string(status.st_mtim.tv_sec) +
+                         '.' + std::to_string(status.st_mtim.tv_nsec) + ' ' + content);
+        }
+        return lines;
     }
     bool Has(std::string_view name) const {
         return std::filesystem::symlink_status(Path(name)).type() != std::filesystem::file_type::not_found;
