@@ -62,9 +62,8 @@ struct Place {
         if (fork() == 0)  // which closes the database
             _exit(0);
         wait(nullptr);
-        sound = folder.Read(NameOfDatabase());
+        sound = folder.Read(database.substr(folder.Path().size()));
     }
-    std::string NameOfDatabase() const { return database.substr(folder.Path().size()); }
 
     ScopedFolder folder;
     std::optional<Reader> reader;

@@ -107,9 +107,8 @@ struct Pair {
             Require(text.Insert(index, other) == static_cast<int>(model.insert(at, units).size()));
             break;
         case 2:
-            Require(
-                text.Delete(index, count) ==
-                static_cast<int>(model.erase(at, isInside ? static_cast<std::size_t>(std::max(count, 0)) : 0).size()));
+            model.erase(at, isInside ? static_cast<std::size_t>(std::max(count, 0)) : 0);
+            Require(text.Delete(index, count) == static_cast<int>(model.size()));
             break;
         case 3:
             Replace(other, units, AnyUnits(data));

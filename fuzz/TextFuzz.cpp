@@ -34,8 +34,7 @@ void CheckParsers(const CString& text) {
 }
 
 void CheckNumberText(const CString& text, int decimals) {
-    CString joined;
-    CString fraction;
+    CString joined, fraction;
     bool negative = false;
     Conversion::SplitNumberString(text, joined, fraction, negative);
     Conversion::Format1000Separator(joined);

@@ -18,8 +18,11 @@ void FailIfPlanned() {
 
 /// An element of which every copy may throw, its move included; it counts the living ones.
 struct Fragile {
-    explicit(false) Fragile(int number = 0) : value(number) { Live(); }
-    Fragile(const Fragile& other) : value(other.value) { Live(); }
+    explicit(false) Fragile(int number = 0) : value(number) {
+        FailIfPlanned();
+        ++living;
+    }
+    Fragile(const Fragile& other) : Fragile(other.value) {}
     Fragile& operator=(const Fragile& other) {
         FailIfPlanned();
         value = other.value;
@@ -29,12 +32,6 @@ struct Fragile {
 
     int value;
     static inline int living = 0;
-
-private:
-    static void Live() {
-        FailIfPlanned();
-        ++living;
-    }
 };
 
 using Array = CAtlArray<Fragile>;
@@ -281,7 +278,6 @@ TEST(Maps, HashForeignTextsSoThatNoChosenTextsCollide) {
         if (!isNew) {
             using Traits = CStringElementTraits<CString>;
             EXPECT_NE(Traits::Hash(text), Traits::Hash(known->second)) << text << ' ' << known->second;
-            EXPECT_EQ(Traits::Hash(text), Traits::Hash(CString(text.View())));
             return;
         }
     }
@@ -297,8 +293,6 @@ TEST(Maps, FindTextsByTheirUnitsHoweverTheyAreSpelt) {
     EXPECT_EQ(map.Lookup(std::u16string_view())->m_value, 3);  // sanitizers: no null pointer is compared
     EXPECT_EQ(map.Lookup(std::u16string_view(u"Caches").substr(0, 5))->m_value, 4);
     EXPECT_EQ(map.Lookup(CString(u"CACHE")), nullptr);
-    int value = 0;
-    EXPECT_TRUE(map.Lookup(u"cache", value) && value == 2 && !map.Lookup(u"none", value));
 }
 
 }  // namespace

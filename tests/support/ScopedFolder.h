@@ -109,8 +109,7 @@ public:
         return std::filesystem::symlink_status(Path(name)).type() != std::filesystem::file_type::not_found;
     }
     std::size_t EntryCount(std::string_view name = "") const {
-        return static_cast<std::size_t>(
-            std::distance(std::filesystem::directory_iterator(Path(name)), std::filesystem::directory_iterator()));
+        return static_cast<std::size_t>(std::ranges::distance(std::filesystem::directory_iterator(Path(name))));
     }
 
 private:
