@@ -24,10 +24,10 @@ TEST(Format, PrintsTextsCharactersPointersAndNumbersOfOtherKinds) {
     const char unterminated[] = {'a', 'b', 'c'};
     const std::pair<CString, std::u16string_view> rows[] = {
         {Strings::Format(u"%s|%5s|%-5s|%.2s|%.1s", "ü€", "ab", "ab", "ä€", "ä"), u"ü€|   ab|ab   |ä|"},
-        {Strings::Format(u"%s", static_cast<const char*>(nullptr)), u"(null)"},
         {Strings::Format(u"%s|%3s|%.2s|%.1s", CString(u"ü€"), u"ü", std::u16string_view(u"äöü"), u"\U0001F600"),
          u"ü€|  ü|äö|"},
-        {Strings::Format(u"%s%s", static_cast<unsigned short const*>(nullptr), u"\xD800"), u"(null)\xD800"},
+        {Strings::Format(u"%s%s", static_cast<const char*>(nullptr), u"\xD800"), u"(null)\xD800"},
+        {Strings::Format(u"%s", static_cast<unsigned short const*>(nullptr)), u"(null)"},
         {Strings::Format(u"%c%c%3c%lc%c", 'a', unit, u'→', 0x1F600, '\xE4'), u"aä  →\U0001F600\uFFFD"},
         {Strings::Format(u"%p %5p %p", null, null, reinterpret_cast<const void*>(0xABC)), u"(nil) (nil) 0xabc"},
         {Strings::Format(u"100%% %s", "→ %d"), u"100% → %d"},

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <ctime>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <ranges>
 #include <sstream>
 #include <string>
@@ -16,7 +15,6 @@ inline std::vector<std::string> AllZones() {
     for (std::string line, countries, place, zone; std::getline(table, line);)
         if (std::istringstream row(line); !line.starts_with('#') && row >> countries >> place >> zone)
             zones.push_back(zone);
-    EXPECT_GT(zones.size(), 300U) << "no zone database";
     return zones;
 }
 
