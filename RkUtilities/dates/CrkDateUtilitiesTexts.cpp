@@ -2,28 +2,20 @@
 #include "RkUtilities/platform/locale/DateText.h"
 #include "RkUtilities/platform/locale/UserLocale.h"
 #include "RkUtilities/platform/process/LocalTime.h"
+#include "RkUtilities/platform/process/MadeOnce.h"
 
-#include <atomic>
-#include <memory>
 #include <string>
 
 namespace {
 
 using rk::platform::DateStyle;
 
-// The locale of the first date text and of the first time text, which all later texts keep. They are never
-// destroyed: a static object's destructor may still ask.
+// The locale of the first date text and of the first time text, which all later texts keep.
 constinit std::atomic<const std::string*> dateLocale = nullptr;
 constinit std::atomic<const std::string*> timeLocale = nullptr;
 
 const std::string& Fixed(std::atomic<const std::string*>& locale) {
-    const std::string* name = locale.load(std::memory_order_acquire);
-    if (name == nullptr) {
-        auto first = std::make_unique<const std::string>(rk::platform::UserLocaleName(rk::platform::LocaleUse::Time));
-        if (locale.compare_exchange_strong(name, first.get(), std::memory_order_acq_rel))
-            name = first.release();
-    }
-    return *name;
+    return rk::platform::MadeOnce(locale, [] { return rk::platform::UserLocaleName(rk::platform::LocaleUse::Time); });
 }
 
 std::u16string_view DateText(const CTime& time, DateStyle style) {

@@ -3,6 +3,7 @@
 #include "RkUtilities/platform/process/Random.h"
 
 #include <array>
+#include <atomic>
 #include <bit>
 #include <chrono>
 #include <system_error>
@@ -24,8 +25,14 @@ std::uint64_t Draw() noexcept {
 }  // namespace
 
 std::uint32_t SecretHash(std::u16string_view text) noexcept {
-    // A polynomial over the field of kPrime elements: two texts of up to n units have the same value at n places at most.
-    static const std::uint64_t place = Draw() % (kPrime - 1) + 1;
+    // A polynomial over the field of kPrime elements: two texts of up to n units are equal at n places at most.
+    static constinit std::atomic<std::uint64_t> drawn = 0;  // without a lock, which a fork could keep in its child
+    std::uint64_t place = drawn.load(std::memory_order_relaxed);
+    if (place == 0) {
+        const std::uint64_t mine = Draw() % (kPrime - 1) + 1;
+        if (drawn.compare_exchange_strong(place, mine))
+            place = mine;
+    }
     std::uint64_t hash = 0;
     for (const char16_t unit : text)
         hash = (hash + unit + 1) * place % kPrime;

@@ -5,6 +5,7 @@
 #include "RkUtilities/platform/files/FileNames.h"
 #include "RkUtilities/platform/files/TemporaryFolder.h"
 #include "RkUtilities/platform/files/UserFolders.h"
+#include "RkUtilities/platform/process/MadeOnce.h"
 
 #include <optional>
 #include <string>
@@ -109,10 +110,10 @@ bool CrkPathUtilities::AssurePathExists(const CString& path) {
 // --- Temporary files
 
 CString CrkPathUtilities::GetTempFolder() {
-    // Never destroyed, since other objects may ask while the process ends.
-    static const CString* const folder = new CString(
-        GetAbsolutePath(NormalizedPath(rk::PathText(rk::platform::MakeTemporaryFolder()), StripTrailingChar)));
-    return *folder;
+    static constinit std::atomic<const CString*> folder = nullptr;
+    return rk::platform::MadeOnce(folder, [] {
+        return GetAbsolutePath(NormalizedPath(rk::PathText(rk::platform::MakeTemporaryFolder()), StripTrailingChar));
+    });
 }
 
 CString CrkPathUtilities::GetTempFilename(const CString& prefix) {

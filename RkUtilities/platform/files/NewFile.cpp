@@ -4,6 +4,7 @@
 #include "RkUtilities/platform/files/FileNames.h"
 #include "RkUtilities/platform/files/FolderList.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <fcntl.h>
 #include <memory>
@@ -15,8 +16,10 @@ namespace {
 
 /// Whether a file without a name can be given a name: the way leads through /proc.
 bool HasWayToNames() {
-    static const bool hasWay = access("/proc/self/fd", X_OK) == 0;
-    return hasWay;
+    static constinit std::atomic<int> result = 1;  // of the question, which no lock guards, as a fork would keep it
+    if (result > 0)
+        result = access("/proc/self/fd", X_OK);
+    return result == 0;
 }
 
 /// Follows a link to the path that will be replaced.
