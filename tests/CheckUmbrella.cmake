@@ -1,4 +1,4 @@
-# Compares the includes of UMBRELLA with the public HEADERS (paths below RkUtilities/), those for some callers only aside.
+# Compares the includes of UMBRELLA with the public HEADERS (paths below RkUtilities/) but for those of some callers.
 list(REMOVE_ITEM HEADERS RkUtilities.h)
 list(FILTER HEADERS EXCLUDE REGEX "^(compat|interop)/")
 list(SORT HEADERS)

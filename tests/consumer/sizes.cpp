@@ -1,4 +1,4 @@
-// Prints the size of every type that crosses the library's boundary: the same whatever macros an application is built with.
+// Prints the size of every type that crosses the library's boundary: the same with whatever macros a program is built.
 #include <RkUtilities/RkUtilities.h>
 
 #include <iostream>

@@ -9,7 +9,7 @@ namespace {
 using Times = std::vector<std::int64_t>;
 using ZoneTimes = std::pair<const char*, Times>;
 
-/// The times in each of the four kinds of texts, with bars between, as a process whose first locale is `locale` makes them.
+/// The times in each of the four kinds of texts, with bars between, by a process whose first locale is `locale`.
 std::string OurTexts(const char* locale, const std::vector<ZoneTimes>& zones) {
     return InChild([&] {
         const ScopedUserLocale user(locale);

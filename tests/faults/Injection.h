@@ -5,15 +5,15 @@
 #include <span>
 #include <string_view>
 
-/// Lets allocations and system calls of the calling thread fail. Works in the thread that arms it, for one call at a time.
+/// Lets allocations and system calls of the calling thread fail. Works in the thread that arms it, for one call.
 ///
-/// Allocations are those by malloc, calloc and realloc, whoever makes them: the library, ICU, SQLite, expat, the C++ and
-/// the C library; not those that the C library makes for itself inside (stdio's and the locale's are reached, the loader's
-/// are not), and not pages from mmap, which are system calls.
+/// Allocations are those by malloc, calloc and realloc, by any caller: the library, ICU, SQLite, expat, the C++
+/// and the C library; not those that the C library makes for itself inside (stdio's and the locale's are reached, the
+/// loader's are not), and not pages from mmap, which are system calls.
 ///
-/// System calls are caught in the kernel, whoever makes them (Linux's syscall user dispatch, 5.11 and later, x86-64). Calls
-/// that the kernel answers without being entered (the time, by the vDSO) are not reached, nor are other threads and
-/// children that the call starts; a call that starts a thread or a program, or blocks signals, must not be armed.
+/// System calls are caught in the kernel, for any caller (Linux's syscall user dispatch, 5.11 and later, x86-64).
+/// Calls that the kernel answers without being entered (the time, by the vDSO) are not reached, nor are other threads
+/// and children that the call starts; a call that starts a thread or a program, or blocks signals, must not be armed.
 namespace faults {
 
 enum class Persistence { Once, FromThenOn };

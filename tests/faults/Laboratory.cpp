@@ -1,12 +1,12 @@
-// Lets every allocation and every system call of a workload fail, each in a process of its own, and looks at what is left.
+// Lets each allocation and each system call of a workload fail, in a process of its own, and looks at what is left.
 //
 //     laboratory                 all points
 //     laboratory --every 50      each fiftieth point
 //     laboratory NAME...         the workloads whose names begin so
 //
-// For each point: no crash, no endless wait, a result or an exception that the header names, what the header says of the
-// state, the same result as ever when the call is made again undisturbed, and no descriptor or (warm, where an allocation
-// failed) block of memory left behind. "Cold" is the process's first call of the library, "warm" the second.
+// For each point: no crash, no endless wait, a result or an exception that the header names, what the header says of
+// the state, the same result as ever when the call is made again undisturbed, and no descriptor or (warm, where an
+// allocation failed) block of memory left behind. "Cold" is the process's first call of the library, "warm" the second.
 #include "tests/faults/Injection.h"
 #include "tests/faults/Workload.h"
 
@@ -274,7 +274,7 @@ bool Run(const Point& point, const std::string& folder, const Report& expected, 
     return false;
 }
 
-/// All points of a workload; every n-th where n is more than 1, and not the same ones of each workload.
+/// All points of a workload; every n-th where n is more than 1, other points for each workload.
 /// The few with another way are always run.
 void Examine(const Workload& workload, std::size_t every, const std::string& folder, Totals& totals) {
     static Report &expected = Shared<Report>(), &report = Shared<Report>();

@@ -1,7 +1,6 @@
 #include "tests/support/Test.h"
 
 #include <functional>
-#include <gmock/gmock.h>
 #include <malloc.h>
 #include <ranges>
 #include <unordered_map>
@@ -16,7 +15,7 @@ void FailIfPlanned() {
         throw CopyFault();
 }
 
-/// An element of which every copy may throw, its move included; it counts the living ones.
+/// An element of which every copy may throw, its move included; it counts the living elements.
 struct Fragile {
     explicit(false) Fragile(int number = 0) : value(number) {
         FailIfPlanned();
@@ -228,7 +227,7 @@ TEST(Maps, HashEveryNumberAsStated) {
 
 TEST(Maps, GrowFromTheCountThatWasFixedAndReturnToIt) {
     CAtlMap<double, bool> map;
-    EXPECT_TRUE(map.InitHashTable(64) && !map.InitHashTable(0));
+    EXPECT_EQ(std::pair(map.InitHashTable(64), map.InitHashTable(0)), std::pair(true, false));
     for (const auto& [keyCount, bucketCount] : {std::pair(128U, 64U), {129U, 331U}, {1'000'000U, 1'403'641U}}) {
         while (map.GetCount() < keyCount)
             map.SetAt(static_cast<double>(map.GetCount()), true);

@@ -110,7 +110,7 @@ TEST(File, IsCutAndLimitedAndEmptied) {
         EXPECT_FALSE(CFile().Open(path, CFile::modeTruncate));  // without writing
         EXPECT_EQ(folder.Read("file"), "content");
     }
-    EXPECT_TRUE(CFile().Open(path, kTruncate) && CFile().Open(u"/dev/null", kTruncate));
+    EXPECT_EQ(std::pair(CFile().Open(path, kTruncate), CFile().Open(u"/dev/null", kTruncate)), std::pair(true, true));
     EXPECT_EQ(folder.Read("file"), "");
 }
 
@@ -147,7 +147,7 @@ TEST(File, AppearsWhenItIsComplete) {
     file.Close();
     EXPECT_EQ(folder.EntryCount(), 7U);
     EXPECT_EQ(CauseOf([&] { file.CommitAs(folder.Text("x")); }), CFileException::invalidFile);
-    EXPECT_FALSE(file.OpenNew(folder.Text("none/new")) || file.OpenNew(u""));
+    EXPECT_EQ(std::pair(file.OpenNew(folder.Text("none/new")), file.OpenNew(u"")), std::pair(false, false));
 }
 
 TEST(File, SharesByAgreement) {

@@ -1,7 +1,6 @@
 #include "tests/support/Test.h"
 
 #include <complex>
-#include <gmock/gmock.h>
 
 namespace {
 

@@ -20,7 +20,7 @@ Topic With(CString Topic::* field, const CString& value) {
     return topic;
 }
 
-/// The figure in a locale; "?" where the text is none.
+/// The figure in a locale; "?" where the text is no figure.
 CString Told(const CString& written, const char* locale) {
     const ScopedUserLocale scope(locale);
     const std::optional<Figure> figure = ReadFigure(written);
@@ -132,7 +132,7 @@ TEST(TopicIds, AreNamesAndDifferWhateverTheTextsAre) {
     for (int i = 0; i < 20'000; ++i) {
         constexpr char16_t kUnits[] = {u'a', u'-', u'2', u'3', u'<', 0xD83D, 0, u'é'};
         const CString id = ids.Make(AnyText(random, {kUnits, std::size(kUnits)}, 5));
-        ASSERT_TRUE(CrkXmlUtilities::IsValidNCName(id) && seen.insert(id).second) << id;
+        ASSERT_EQ(std::pair(CrkXmlUtilities::IsValidNCName(id), seen.insert(id).second), std::pair(true, true)) << id;
     }
 }
 
@@ -144,7 +144,7 @@ TEST(Tooltip, TellsEverythingCleanedAndWrapped) {
     builder.Add(builder.Add(0, {}), topic);
     EXPECT_EQ(ComposeTooltip(builder.Finish(u"").topics[1], {}),
               u"🚢\nship  \n" + CString(std::u16string(63, u'x')) + u"\nxxxxxxx\nfirst\nsecond    end\nx.org\npost: 7");
-    // Lines are cut at an odd place of many pairs; none is cut apart.
+    // Lines are cut at an odd place of many pairs; no pair is cut apart.
     std::u16string pairs = u"x";
     for (int i = 0; i < 3000; ++i)
         pairs += u"🐻";

@@ -63,7 +63,7 @@ TEST(Legend, LiesBelowTheMapAndHoldsItsTexts) {
         ASSERT_EQ(legend.entries.size(), std::min<std::size_t>(outline.topics.size() - 1, 8)) << count;
         const Box box(legend.box), whole(legend.bounds);
         EXPECT_GE(box.top, Box(map.bounds).bottom);
-        EXPECT_TRUE(whole.Holds(box) && whole.Holds(Box(map.bounds))) << count;
+        EXPECT_EQ(std::pair(whole.Holds(box), whole.Holds(Box(map.bounds))), std::pair(true, true)) << count;
         std::vector<CrkFloatRect> cells;
         for (const LegendEntry& entry : legend.entries) {
             const int width = std::max(TextWidth(entry.name, kLegendFont), TextWidth(entry.topics, kDetailFont));

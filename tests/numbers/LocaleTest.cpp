@@ -113,10 +113,10 @@ TEST(LocaleQueries, StayWholeWhileAnotherThreadChangesTheLocale) {
             while (!stop) {
                 const auto text =
                     Conversion::DoubleStringToFormattedNumber(u"1234567e-2", true, 2, Conversion::MinusSign);
-                EXPECT_TRUE(text == u"12,345.67" || text == u"12.345,67") << text;
+                EXPECT_THAT(text, testing::AnyOf(CString(u"12,345.67"), CString(u"12.345,67")));
                 double value = 0;
                 EXPECT_TRUE(Conversion::StringToDouble(u"1.5", value));
-                EXPECT_TRUE(value == 1.5 || value == 1) << value;
+                EXPECT_THAT(value, testing::AnyOf(1.5, 1));
             }
         });
     }

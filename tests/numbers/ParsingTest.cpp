@@ -97,7 +97,8 @@ TEST(WholeTexts, AreNumbersWithinTheirTypes) {
     const ScopedUserLocale user("en_US");
     for (const auto& [text, number, natural] : kWholeRows) {
         unsigned long value = 0;
-        EXPECT_TRUE(Conversion::StringToULong(text, 16, value) && Conversion::IsStringULong(text)) << CString(text);
+        EXPECT_TRUE(Conversion::StringToULong(text, 16, value)) << CString(text);
+        EXPECT_TRUE(Conversion::IsStringULong(text)) << CString(text);
         EXPECT_EQ(value, natural);
         EXPECT_EQ(Read(Conversion::StringToLong, text), number);
         EXPECT_EQ(Read<unsigned long>(Conversion::StringToULong, text), natural);

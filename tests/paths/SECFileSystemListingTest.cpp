@@ -1,8 +1,6 @@
 #include "tests/support/ScopedCurrentFolder.h"
 #include "tests/support/Test.h"
 
-#include <gmock/gmock.h>
-
 namespace {
 
 using testing::ElementsAre;

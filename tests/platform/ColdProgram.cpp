@@ -68,7 +68,7 @@ template <class Use> bool SucceedsInChild(const Use& use) {
     return waitpid(child, &status, 0) == child && status == 0;
 }
 
-/// Texts and numbers of a locale that others may ask for at once; each name is another one, so that ICU makes its objects.
+/// Texts and numbers of a locale that others may ask for at once; each name is new, so that ICU makes its objects.
 void UseLocale(unsigned name) {
     rk::SetUserLocale((name % 2 == 0 ? "de_DE@x=" : "ja_JP@x=") + std::to_string(name % 100));
     long number = 0;

@@ -6,7 +6,6 @@
 #include <csignal>
 #include <fcntl.h>
 #include <functional>
-#include <gmock/gmock.h>
 #include <sys/file.h>
 
 namespace {
@@ -14,7 +13,7 @@ namespace {
 constexpr std::uint32_t kAnyHost = 0, kThisHost = 1;
 constexpr SECRegistry::CreatePermissions kRead{};
 
-/// The store is one in a process and is looked for once: each step of a test is a process of its own, that ends normally.
+/// The store is one in a process and is looked for once: each step of a test is a process, that ends normally.
 template <class Step> pid_t Start(const Step& step) {
     return StartChild([&step] {
         step();
@@ -104,7 +103,7 @@ TEST_F(Preferences, KeepTypesAndEveryTextFromOneProcessToTheNextUntilTheyAreDele
         EXPECT_TRUE(registry.GetValue(u"number", real));
         EXPECT_EQ(real, -1);
         EXPECT_TRUE(registry.GetValue(u"no number", real));
-        EXPECT_TRUE(std::isnan(real) && std::signbit(real)) << real;
+        EXPECT_EQ(std::pair(std::isnan(real), std::signbit(real)), std::pair(true, true)) << real;
         for (const auto& [name, value] : {std::pair{u"number", true}, {u"zero", false}, {u"flag", true}}) {
             EXPECT_TRUE(registry.GetValue(name, flag));
             EXPECT_EQ(flag, value) << CString(name);
@@ -112,9 +111,9 @@ TEST_F(Preferences, KeepTypesAndEveryTextFromOneProcessToTheNextUntilTheyAreDele
         for (const std::u16string_view exact : texts)
             EXPECT_EQ(TextOf(exact), exact);
         for (const auto& [name, expected] : lists)
-            EXPECT_TRUE(registry.GetValue(name, list) && list == expected) << name;
+            EXPECT_EQ(registry.GetValue(name, list) ? list : CAtlArray<CString>{u"unread"}, expected) << name;
         for (const auto& [name, expected] : kNumbers)
-            EXPECT_TRUE(registry.GetValue(name, real) && real == expected) << CString(name) << real;
+            EXPECT_EQ(registry.GetValue(name, real) ? real : NAN, expected) << CString(name);
         bool found = true;
         EXPECT_EQ(CrkRegistry::GetUserOrMachineRegKeyString(nullptr, u"", &found), u"");
         EXPECT_FALSE(found);
@@ -234,7 +233,7 @@ TEST_F(Preferences, BeginANewDatabaseWithWhatTheProcessKnows) {
         });
         InAProcess([] { EXPECT_EQ(TextOf(u"stored").GetLength() + TextOf(u"large").GetLength(), 100006); });
     }
-    // The database, the one that is gone, and each damaged one.
+    // The database, the database that is gone, and each damaged database.
     EXPECT_EQ(m_folder.EntryCount("config/mind_maps"), 2U + 6U);
 }
 

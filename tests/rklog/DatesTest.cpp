@@ -76,7 +76,7 @@ TEST(Dates, ThatAreNoneAreRefused) {
 TEST(Dates, AreRecognisedByWhatTheLogHolds) {
     const ScopedVariable zone("TZ", "UTC");
     const ScopedFolder folder;
-    // Logs of which the file changed last on 1 December 2026, and the order; "?": there may be another, "!": not readable.
+    // Logs whose file changed last on 1 December 2026, and the order; "?": there may be another, "!": not readable.
     const std::pair<std::string, const char*> cases[] = {
         {EntryAt("11/16/26, 9:52 PM:0"), "month/day/year"},                                 // no 16th month
         {EntryAt("5/6/26, 9:52 PM:0"), "day/month/year?"},                                  // the user's
@@ -139,8 +139,8 @@ TEST(Dates, OfTheCommandLineAreStretches) {
         {"3d", now - 3 * 86400, 1},
     };
     for (const auto& [text, first, length] : cases) {
-        const std::optional<Stretch> stretch = ReadPointInTime(text, now);
-        EXPECT_TRUE(stretch && stretch->first == first && stretch->last - stretch->first + 1 == length) << text;
+        const Stretch stretch = ReadPointInTime(text, now).value_or(Stretch{});
+        EXPECT_EQ(std::pair(stretch.first, stretch.last - stretch.first + 1), std::pair(first, length)) << text;
     }
     for (const char* const text : {"", "2026", "2026-02-30", "2026-11-16T25:00", "2026-11-16T21", "9999999999d", "h",
                                    "-2h", "2026-11-16T21:52+1"})

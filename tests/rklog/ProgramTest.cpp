@@ -4,8 +4,6 @@
 #include "rklog/FollowedSource.h"
 #include "rklog/LogFiles.h"
 
-#include <gmock/gmock.h>
-
 using namespace rklog;
 using testing::HasSubstr;
 using testing::Not;

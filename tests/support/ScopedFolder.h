@@ -56,8 +56,8 @@ public:
         std::filesystem::create_symlink(target, Path(name));
         return Text(name);
     }
-    /// Makes what each entry spells, with the folders that lead there: "file", "file=content", "folder/", "link>target",
-    /// "pipe|"; any of them after a mode, "0444 file=content".
+    /// Makes what each entry spells, with the folders that lead there: "file", "file=content", "folder/",
+    /// "link>target", "pipe|"; any of them after a mode, "0444 file=content".
     void Make(std::initializer_list<std::string> entries) const {
         for (std::string_view entry : entries) {
             const bool hasMode = entry.size() > 5 && entry[0] == '0' && entry[4] == ' ';
@@ -116,7 +116,7 @@ private:
     std::string m_path;
 };
 
-/// Whoever runs the tests as root is nobody meanwhile, so that permissions count. A folder is handed over to nobody.
+/// Tests that run as root run as the user "nobody" meanwhile, so that permissions count, and may hand it a folder.
 class ScopedNobody {
 public:
     explicit ScopedNobody(const ScopedFolder& folder) {

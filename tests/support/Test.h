@@ -11,7 +11,7 @@
 #include <climits>
 #include <clocale>
 #include <cmath>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <memory>
 #include <random>
 #include <sstream>

@@ -25,7 +25,7 @@ inline std::tm CLocalTime(std::time_t utcSeconds) {
     return fields;
 }
 
-/// The first seconds after each change of the zone's offset between two times; shorter periods than two weeks may be missed.
+/// The first seconds after each change of the zone's offset between two times; periods below two weeks may be missed.
 inline std::vector<std::time_t> ClockChanges(std::time_t from, std::time_t to) {
     constexpr std::time_t kStep = 14 * 86400;
     std::vector<std::time_t> changes;

@@ -28,7 +28,7 @@ TEST(XmlCharacters, AreThoseOfAppendixBForEveryCodeUnit) {
     }
 }
 
-// A text, and the names by replacing with "-": without colons and inserting, the same in place, with colons and inserting.
+// A text, and the names by replacing with "-": without colons and inserting, the same in place, with both.
 constexpr const char16_t* kRepairRows[][4] = {{u"1abc", u"_1abc", u"_abc", u"_1abc"},
                                               {u":", u"_-", u"_", u":"},
                                               {u"a b\u00D7c", u"a-b-c", u"a-b-c", u"a-b-c"},
@@ -51,7 +51,7 @@ TEST(XmlNames, AreRepairedOnceAndForAll) {
     EXPECT_FALSE(Xml::IsValidUri(u""));
     EXPECT_FALSE(Xml::IsValidUri(u"a b"));
     for (const CString text : {u"", u"abcdef ", u"abc def"})
-        EXPECT_FALSE(Xml::IsValidName(text) || Xml::IsValidNCName(text)) << text;
+        EXPECT_EQ(std::pair(Xml::IsValidName(text), Xml::IsValidNCName(text)), std::pair(false, false)) << text;
     EXPECT_FALSE(Xml::IsValidNCName(u"abc:def"));
     const CString uri = Xml::GenerateUniqueUri();
     EXPECT_EQ(uri.GetLength(), 36);
