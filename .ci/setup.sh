@@ -31,8 +31,8 @@ require_packages() {
         apt-get -q install -y --no-install-recommends "${missing[@]}" </dev/null
 }
 
-# Configures and builds one preset: build PRESET [target]. A ccache on the machine is used. Warnings are errors only where
-# RK_WERROR=ON, which .ci/run sets: a newer compiler or library must not stop a user.
+# Configures and builds one preset: build PRESET [target]. A ccache on the machine is used. Warnings are errors only
+# where RK_WERROR=ON, which .ci/run sets: a newer compiler or library must not stop a user.
 build() {
     cmake --preset "$1" -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache || true)" \
         -DRKUTILITIES_WERROR="${RK_WERROR:-OFF}" "${build_options[@]}" >/dev/null

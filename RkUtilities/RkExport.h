@@ -16,7 +16,7 @@
 #    define RK_EXPORT __attribute__((visibility("default")))
 #endif
 
-/// Marks a member whose result looks into its object: compilers that can (clang) warn of a result that outlives a temporary.
+/// Marks a member whose result looks into its object: clang warns of a result that outlives a temporary object.
 #if defined(__clang__)
 #    define RK_LIFETIMEBOUND [[clang::lifetimebound]]
 #else

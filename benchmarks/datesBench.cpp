@@ -1,5 +1,5 @@
-// Date texts beside ICU's formatter alone and the C library's strftime: the same time again and again, as a log asks for,
-// and another day each time, as a list of tasks does.
+// Date texts beside ICU's formatter alone and the C library's strftime: the same time again and again, as a log asks
+// for, and another day each time, as a list of tasks does.
 #include "RkUtilities/dates/CrkDateUtilities.h"
 #include "RkUtilities/foundation/UserLocale.h"
 
@@ -16,7 +16,7 @@ constexpr std::time_t kFirst = 1794862325;  // 16 November 2026
 constexpr std::time_t kStep = 90061;        // a day, an hour, a minute and a second
 constexpr std::int64_t kTimeCount = 1000;
 
-/// The times of a run: `state.range(0)` different ones.
+/// The times of a run: `state.range(0)` different times.
 std::time_t TimeAt(std::int64_t round, const benchmark::State& state) {
     return kFirst + round % state.range(0) * kStep;
 }

@@ -1,5 +1,5 @@
-// Files and folders beside std::filesystem and plain system calls, in the temporary folder (TMPDIR=/dev/shm keeps the disk
-// out of the figures).
+// Files and folders beside std::filesystem and plain system calls, in the temporary folder (TMPDIR=/dev/shm keeps the
+// disk out of the figures).
 #include "RkUtilities/foundation/CFile.h"
 #include "RkUtilities/foundation/CFileStatus.h"
 #include "RkUtilities/foundation/NativePath.h"

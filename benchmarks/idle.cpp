@@ -1,4 +1,5 @@
-// A program that does nothing, built without the library and with it. Asked to, it tells in bytes the memory that it has written to and shares with nobody.
+// A program that does nothing, built without the library and with it. With an argument it prints the bytes that it has
+// written to, which it shares with no other process.
 #include <cstdio>
 #include <fstream>
 #include <string>

@@ -85,7 +85,7 @@ void AdmittedInFourProcesses(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations() * kProcesses * kEntries);
 }
 
-/// The floor of `Admitted`: ready bytes, nobody else about, no look at the file's length.
+/// The floor of `Admitted`: ready bytes, no other writer, no look at the file's length.
 void OpenWriteClose(benchmark::State& state) {
     Log::Start();
     const std::string path = CrkLogWriter::m_path.ToUtf8() + "messages.xml";

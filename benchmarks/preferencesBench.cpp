@@ -1,5 +1,5 @@
-// Preferences beside a map in memory, what a read cannot avoid, and beside a file that is written and brought to the disk,
-// what a durable write cannot avoid. XDG_CONFIG_HOME is a folder in the temporary folder: name a disk with TMPDIR.
+// Preferences beside a map in memory, what a read cannot avoid, and beside a file that is written and brought to the
+// disk, what a durable write cannot avoid. XDG_CONFIG_HOME is in the temporary folder: name a disk with TMPDIR.
 #include "RkUtilities/preferences/SECRegistry.h"
 #include "benchmarks/ScratchFolder.h"
 
@@ -95,7 +95,7 @@ void WriteThisMachine(benchmark::State& state) {
     state.SetItemsProcessed(state.iterations());
 }
 
-/// The floor of a durable write: 32 bytes a value in a new file beside the old one, on the disk before it replaces that.
+/// The floor of a durable write: 32 bytes a value in a new file, on the disk before it replaces the old file.
 void WriteFileDurably(benchmark::State& state) {
     const ScratchFolder folder;
     const std::string path = folder.Path("preferences");

@@ -16,7 +16,7 @@
 
 namespace {
 
-// --- XML names ---------------------------------------------------------------------------------------------------------
+// --- XML names -------------------------------------------------------------------------------------------------------
 
 const std::vector<CString>& XmlNames() {
     static const std::vector<CString> names = [] {
@@ -81,7 +81,7 @@ void CopyNames(benchmark::State& state)  // the floor of a repair
     }
 }
 
-// --- Colors ------------------------------------------------------------------------------------------------------------
+// --- Colors ----------------------------------------------------------------------------------------------------------
 
 constexpr unsigned kColors = 1024;
 
@@ -144,7 +144,7 @@ void ColorTextsC(benchmark::State& state) {
     }
 }
 
-// --- Collections -------------------------------------------------------------------------------------------------------
+// --- Collections -----------------------------------------------------------------------------------------------------
 
 /// Objects and references to them.
 struct Topics {
@@ -180,7 +180,7 @@ void HoldsOneLoop(benchmark::State& state) {
     state.SetComplexityN(state.range(0));
 }
 
-/// None of the objects is there: the worst case.
+/// No object is there: the worst case.
 void HoldsAny(benchmark::State& state) {
     const Topics topics(state.range(0));
     const Topics others(state.range(0));

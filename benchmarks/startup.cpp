@@ -1,5 +1,6 @@
-// What starting programs costs: each command, an argument of this program with spaces between its words, runs many times, in
-// turn with the others, with its output thrown away. Prints the fastest and the median time of each in microseconds.
+// What starting programs costs: each command, an argument of this program with spaces between its words, runs many
+// times, in turn with the others, with its output thrown away. Prints the fastest and the median time of each in
+// microseconds.
 #include <algorithm>
 #include <chrono>
 #include <cstdio>

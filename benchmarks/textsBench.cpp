@@ -1,5 +1,5 @@
 // Texts of 4,096 to 16,777,216 units beside their floor (a copy), the standard library and ICU. Each row of ours tells
-// the memory that it takes at its worst moment, in bytes a code unit, and fails when that is more than twice its result.
+// the memory that it takes at its worst moment, in bytes a code unit, and fails when that is beyond twice its result.
 #include "RkUtilities/foundation/CAtlArray.h"
 #include "RkUtilities/foundation/CAtlList.h"
 #include "RkUtilities/foundation/CString.h"

@@ -7,7 +7,7 @@ if(NOT TARGET SQLite3::SQLite3)  # the name since CMake 4.3
     add_library(SQLite3::SQLite3 ALIAS SQLite::SQLite3)
 endif()
 
-# Sources call expat by its newest names; rk_use_expat gives the names to what an older expat has, or says what a newer one has.
+# Sources call expat by its newest names; rk_use_expat gives the names to what an older expat has.
 set(CMAKE_REQUIRED_LIBRARIES EXPAT::EXPAT)
 check_cxx_symbol_exists(XML_SetHashSalt16Bytes expat.h RKUTILITIES_EXPAT_HAS_LONG_SECRET)    # 2.8
 check_cxx_symbol_exists(XML_GetCurrentLineNumber64 expat.h RKUTILITIES_EXPAT_HAS_LONG_LINES)  # 2.9

@@ -1,5 +1,5 @@
-# Builds for another processor (RKUTILITIES_PROCESSOR) with Debian's cross compilers, and runs what it built by qemu's user
-# emulation. .ci/foreign makes the folder with that processor's packages.
+# Builds for another processor (RKUTILITIES_PROCESSOR) with Debian's cross compilers, and runs what it built by qemu's
+# user emulation. .ci/foreign makes the folder with that processor's packages.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR ${RKUTILITIES_PROCESSOR})
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES RKUTILITIES_PROCESSOR)

@@ -1,4 +1,4 @@
-# What an installation holds: the library, the public headers with what they include, the CMake package and the pkg-config file.
+# What an installation holds: the library, the public headers and what they include, CMake's package, pkg-config's file.
 include(CMakePackageConfigHelpers)
 set(packageFolder ${CMAKE_INSTALL_LIBDIR}/cmake/RkUtilities)
 
@@ -34,7 +34,7 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/RkUtilitiesConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/RkUtilitiesConfigVersion.cmake DESTINATION ${packageFolder})
 
 # pkg-config wants the files of Requires.private to be there even for a mere compilation, so the shared library, whose
-# users need no development package of ours, lists none. The prefix is relative: an installation may be moved.
+# users need no development package of ours, lists no files. The prefix is relative: an installation may be moved.
 if(NOT RKUTILITIES_SHARED)
     set(pcStaticFlag " -DRKUTILITIES_STATIC")
     set(pcRequires " icu-i18n icu-uc expat sqlite3")

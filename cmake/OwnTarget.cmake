@@ -8,11 +8,11 @@ function(rk_own_target target)
     target_compile_options(${target} PRIVATE
         -Wall -Wextra -Wpedantic -Wconversion -Wshadow -ffp-contract=off
         $<$<BOOL:${RKUTILITIES_WERROR}>:-Werror>)
-    # g++ 12 warns of overlapping copies inside std::string where there are none (its bug 105329).
+    # g++ 12 warns of overlapping copies inside std::string where nothing overlaps (its bug 105329).
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
         target_compile_options(${target} PRIVATE -Wno-restrict)
     endif()
-    # In one file with its callers, the search for a short literal is inlined as far as branches that only long texts take.
+    # In one file with its callers, the search for a short literal is inlined as far as branches of long texts.
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_UNITY_BUILD)
         target_compile_options(${target} PRIVATE -Wno-array-bounds -Wno-stringop-overread)
     endif()

@@ -1,5 +1,5 @@
-# Debian packages: .ci/packages makes them from a build of the preset "package". The library's package is named after the
-# minor version, so that two of them stand side by side.
+# Debian packages: .ci/packages makes them from a build of the preset "package". The library's package is named after
+# the minor version, so that two of them stand side by side.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME rkutilities)
 set(CPACK_PACKAGE_CONTACT "RkUtilities maintainers <maintainers@rkutilities.net>")

@@ -1,4 +1,4 @@
-// A conversion of a number prints what C prints; whatever a format says, the text is kept or made, by each of the ways alike.
+// A conversion of a number prints what C prints; whatever a format says, each way keeps or makes the same text.
 #include "fuzz/Fuzz.h"
 
 #include <cstdio>

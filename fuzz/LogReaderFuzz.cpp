@@ -1,5 +1,5 @@
-// Any bytes as a log, in blocks of any size: every byte is given once and in order, entries that stand behind the bytes are
-// found, and what is written of them is well-formed.
+// Any bytes as a log, in blocks of any size: every byte is given once and in order, entries that stand behind the bytes
+// are found, and what is written of them is well-formed.
 #include "fuzz/Fuzz.h"
 #include "rklog/EntryText.h"
 #include "rklog/EntryTimes.h"

@@ -1,4 +1,4 @@
-// Any bytes, as each kind of outline and as each field of a topic: a reason with a line, or a map that is overlap-free and well-formed.
+// Any bytes, as each kind of outline and each field of a topic: a reason and its line, or a sound map without overlap.
 #include "fuzz/Fuzz.h"
 #include "mindmap/layout/MapCheck.h"
 #include "mindmap/read/OpmlReader.h"

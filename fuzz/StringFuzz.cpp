@@ -1,4 +1,4 @@
-// A text under any calls holds what std::u16string holds under the same ones, and so does a copy that was made on the way.
+// A text under any calls holds what std::u16string holds under the same calls, and so does a copy made on the way.
 #include "fuzz/Fuzz.h"
 
 namespace {

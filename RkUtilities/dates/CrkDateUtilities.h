@@ -74,7 +74,7 @@ public:
     static COleDateTime GetWeekEnd(const COleDateTime& date) noexcept {
         return GetWeekStart(date) + COleDateTimeSpan(7, 0, 0, 0);
     }
-    /// 00:00 on the first day of the date's week: on a Monday when `language` is exactly "de" or "fr", else on a Sunday.
+    /// 00:00 on the first day of the date's week: a Monday when `language` is exactly "de" or "fr", else a Sunday.
     static COleDateTime GetLocalizedWeekStart(const COleDateTime& date, const CString& language) noexcept;
     /// The same in local time, also in a week with a clock change; `MinimumTime` for 1, 2 and 3 January 1970. Where a
     /// clock change leaves 00:00 out, `CTime` decides.

@@ -33,7 +33,7 @@ concept KeyFor =
 /// Setting, looking up and removing take constant time on average, however many keys there are. A walk goes bucket by
 /// bucket, from bucket 0 on; a key's bucket is KTraits::Hash modulo the bucket count. The keys of a bucket are walked
 /// from the last key set to the first, until the table grows. There are 17 buckets or as many as InitHashTable says; a
-/// key that would be the third per bucket on average makes the table grow to four times as many or so, a prime number.
+/// key that would be the third per bucket on average makes the table grow to about four times its size, a prime number.
 /// Setting a new key during a walk may therefore repeat or skip entries; removing an entry that was passed is safe.
 ///
 /// Entries never move: positions and pointers to entries last until their entry is removed. A null position throws

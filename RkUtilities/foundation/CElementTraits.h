@@ -18,7 +18,7 @@ template <class T> struct CElementTraits {
     static constexpr bool kIsText = std::is_class_v<T> && std::convertible_to<const T&, std::u16string_view>;
     using INARGTYPE = std::conditional_t<kIsText, std::u16string_view, const T&>;  ///< How an element is handed in.
 
-    /// std::hash, its upper half folded into the lower one; for texts it covers every code unit.
+    /// std::hash, its upper half folded into its lower half; for texts it covers every code unit.
     static std::uint32_t Hash(INARGTYPE element) {
         const std::uint64_t hash = std::hash<std::remove_cvref_t<INARGTYPE>>{}(element);
         return static_cast<std::uint32_t>(hash ^ (hash >> 32));

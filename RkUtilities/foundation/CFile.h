@@ -43,7 +43,7 @@ public:
         /// existing file keeps its content**, unlike in other libraries. A shorter text leaves the end of the old text
         /// behind it, unless `modeTruncate` or `SetLength` cuts that.
         modeCreate = 0x1000,
-        /// Drops the content of an existing file once no `shareDenyWrite` refuses it. Only together with `modeReadWrite`.
+        /// Drops the content of an existing file once no `shareDenyWrite` refuses it. Only with `modeReadWrite`.
         modeTruncate = 0x0100,
     };
 
@@ -81,11 +81,11 @@ public:
 
     [[nodiscard]] bool IsOpen() const noexcept { return m_hFile >= 0; }  ///< Whether a file is open.
 
-    /// Reads up to `byteCount` bytes at the position and returns their number, which is smaller only where the file ends.
+    /// Reads up to `byteCount` bytes at the position and returns their number: fewer only where the file ends.
     unsigned int Read(void* buffer, unsigned int byteCount);
     /// Writes all bytes at the position. After a failure a part of them may stand in the file.
     void Write(const void* bytes, unsigned int byteCount);
-    /// Fills the bytes from the position on and returns the part that was filled, which is shorter only where the file ends.
+    /// Fills the bytes from the position on; returns the part that was filled, shorter only where the file ends.
     std::span<std::byte> Read(std::span<std::byte> bytes);
     void Write(std::span<const std::byte> bytes);  ///< Writes all bytes at the position, as the other `Write`.
     /// All bytes from the position to the end of the file, also of a file that does not know its length.

@@ -27,7 +27,7 @@ public:
         invalidFile = 6,        ///< a `CFile` that is closed, or a pipe or socket, which no `CFile` opens
         removeCurrentDir = 7,   ///< the folder is in use
         directoryFull = 8,      ///< the folder takes no more entries
-        badSeek = 9,            ///< a position before the start of the file or beyond the largest one
+        badSeek = 9,            ///< a position before the start of the file or beyond the largest
         hardIO = 10,            ///< the device failed
         sharingViolation = 11,  ///< another `CFile` denies this access; see `CFile::shareDenyWrite`
         lockViolation = 12,     ///< a lock that another program holds is in the way

@@ -159,8 +159,8 @@ public:
     [[nodiscard]] int Compare(const CString& other) const noexcept { return View().compare(other.View()); }
     /// Below 0, 0 or above 0: by code units after Unicode's simple case folding. The same in every locale.
     [[nodiscard]] int CompareNoCase(const CString& other) const;
-    /// Below 0, 0 or above 0: in the order of names of the user's language, without regard to case; texts that are alike in
-    /// that by code units, so that 0 means the same text. Throws `std::bad_alloc` without memory for the language's order.
+    /// Below 0, 0 or above 0: in the order of names of the user's language, without regard to case; texts that are
+    /// alike in that by code units, so that 0 means the same text. Throws `std::bad_alloc` without memory.
     [[nodiscard]] int Collate(const CString& other) const;
 
     /// The same units.
@@ -189,10 +189,10 @@ public:
     /// Removes up to `unitCount` units from `index` on; returns the new length. Nothing happens for an index outside
     /// the text.
     int Delete(int index, int unitCount = 1);
-    /// Replaces every occurrence, left to right and not overlapping; the new text is not searched again. Returns how
-    /// many. Nothing happens for an empty `before`. Linear in the length of the old and the new text.
+    /// Replaces every occurrence, left to right and not overlapping; the new text is not searched again. Returns the
+    /// number of replacements. Nothing happens for an empty `before`. Linear in the length of the old and the new text.
     int Replace(const CString& before, const CString& after);
-    int Remove(unsigned short unit);                    ///< Removes every occurrence of one unit; returns how many.
+    int Remove(unsigned short unit);                    ///< Removes every occurrence of a unit; returns their number.
     void RemoveLineFeeds();                             ///< Removes carriage returns and line feeds.
     CString& MakeUpper();                               ///< Upper case, unit by unit.
     CString& MakeLower();                               ///< Lower case, unit by unit.
@@ -259,9 +259,9 @@ public:
     /// - An integer argument serves every integer conversion: converted as C does when its type is no wider than the
     ///   conversion's, else it must fit.
     ///
-    /// Throws `rk::FormatError` and leaves the text as it was: a missing argument, an argument of another kind, "%n", an
-    /// unknown or unfinished conversion, positions mixed with plain conversions, a width or precision above 1,048,576.
-    /// Surplus arguments are ignored.
+    /// Throws `rk::FormatError` and leaves the text as it was: a missing argument, an argument of another kind, "%n",
+    /// an unknown or unfinished conversion, positions mixed with plain conversions, a width or precision above
+    /// 1,048,576. Surplus arguments are ignored.
     template <class... Arguments> void Format(const CString& format, const Arguments&... arguments) {
         const std::initializer_list<rk::FormatArgument> list{rk::FormatArgument(arguments)...};
         *this = rk::FormattedText(format.View(), list.begin(), list.size());

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// The text after the change; when nothing changes, it shares memory. `firstLetter` is the first ASCII letter that changes.
+/// The changed text; shares memory when nothing changes. `firstLetter` is the first ASCII letter that changes.
 CString InOtherCase(const CString& source, const rk::platform::CaseTable& table, char16_t firstLetter) {
     if (std::all_of(source.begin(), source.end(), [&](char16_t unit) { return table[unit] == unit; }))
         return source;

@@ -52,9 +52,10 @@ public:
     std::tm* GetGmtTm(std::tm* fields) const noexcept;
     std::tm* GetLocalTm(std::tm* fields) const noexcept;  ///< Fills a record with the local fields, as `GetGmtTm` does.
 
-    /// The local fields by a format of C's strftime: "%Y-%m-%d %H:%M" gives "2026-11-16 21:52". Names of months and days are
-    /// those of the process's LC_TIME (`setlocale`), "%Z" is the zone's present abbreviation. The format ends at U+0000; ""
-    /// for a result of more than 1 MiB. `CrkDateUtilities` has texts for people. Throws `std::bad_alloc`; needs CString.h.
+    /// The local fields by a format of C's strftime: "%Y-%m-%d %H:%M" gives "2026-11-16 21:52". Names of months and
+    /// days are those of the process's LC_TIME, "%Z" is the zone's present abbreviation. The format ends at U+0000; ""
+    /// for a result of more than 1 MiB. `CrkDateUtilities` has texts for people. Throws `std::bad_alloc`; needs
+    /// CString.h.
     [[nodiscard]] CString Format(const CString& format) const;
 
     /// Seconds since 1 January 2001, 00:00:00 UTC.

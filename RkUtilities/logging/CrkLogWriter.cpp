@@ -135,7 +135,7 @@ CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& m
 
     // The entry is in the file: from here on no failure may be told by an exception.
     if (isAlone) {
-        // Under the file's lock no other writer writes to it or moves it. But the file may have been moved before the lock.
+        // Under the file's lock no other writer writes to it or moves it, but it may have been moved before the lock.
         if (file.ByteCount() > m_maxFileLength && file.StandsAt(nativePath))
             Bak();
         file.Remember(std::move(nativePath), left);

@@ -151,7 +151,7 @@ public:
     static bool m_isInitialized;            ///< the writer is on
     static ErkLogLevel m_logLevel;          ///< `LogDebug`; for the application's own use, never read here
     static std::uint64_t m_maxFileLength;   ///< in bytes: a file that has become longer is moved aside; 20,000,000
-    /// 0: any number of backups, named by the minute, of which a later one replaces an earlier one. Otherwise no backup
+    /// 0: any number of backups, named by the minute, of which a later backup replaces an earlier. Otherwise no backup
     /// is replaced, and only this number of newest backups is kept: "messages.1.xml", "messages.2.xml" and so on.
     static int m_maxBackupCount;
     /// Whether the first failure since `Init` is told on standard error too; false.

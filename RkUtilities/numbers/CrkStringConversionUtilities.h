@@ -147,7 +147,7 @@ public:
     ///     2 $-1.10    6 1.10-$    10 1.10 $-   14 ($ 1.10)
     ///     3 $1.10-    7 1.10$-    11 $ 1.10-   15 (1.10 $)
     ///
-    /// With `MinusSign` the four in parentheses have a minus in front instead: 0 -$1.10, 4 -1.10$, 14 -$ 1.10,
+    /// With `MinusSign` the formats in parentheses have a minus in front instead: 0 -$1.10, 4 -1.10$, 14 -$ 1.10,
     /// 15 -1.10 $. Without a sign (`NoSign`) the text stays as it is.
     static void FormatNegativeCurrency(CString& text, NegativeNumberRepresentation representation, int negativeFormat,
                                        const CString& currencySymbol);

@@ -15,7 +15,7 @@ using rk::platform::LocaleUse;
 using rk::platform::NumberFormats;
 using Conversion = CrkStringConversionUtilities;
 
-// Patterns: "$" stands for the currency symbol, "n" for the number. Where "(" and ")" do not show, a "-" stands for both.
+// Patterns: "$" stands for the currency symbol, "n" for the number. Where "(" and ")" are not shown, "-" is.
 
 constexpr std::u16string_view kPositiveAmounts[] = {u"$n", u"n$", u"$ n", u"n $"};
 constexpr std::u16string_view kNegativeAmounts[] = {u"($n)", u"-$n",  u"$-n",   u"$n-",  u"(n$)", u"-n$",

@@ -16,7 +16,7 @@ public:
     CrkRegistry() = default;
     ~CrkRegistry() override;
 
-    /// The string stored under the name; "" when there is no value or its type is another. Root key and key path do not matter.
+    /// The string stored under the name; "" without a value or with another type. Root key and path do not matter.
     static CString GetRegKeyString(std::uint32_t rootKey, rk::TextView keyPath, rk::TextView name);
     /// The same; with `found`, also whether it is a string that is not empty.
     static CString GetUserOrMachineRegKeyString(rk::TextView keyPath, rk::TextView name, bool* found);

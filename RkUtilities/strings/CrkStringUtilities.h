@@ -78,20 +78,20 @@ public:
 
     /// A note, in place: keeps tab, LF and CR, removes every other control character (0x00 to 0x1F) and DEL (0x7F).
     static void RemoveInvalidNotesCharacters(CString& text);
-    /// A formatted tooltip, in place: "<br>" (exactly so) becomes LF, a tab four spaces, 0x18 one; CR, every other
+    /// A formatted tooltip, in place: "<br>" (exactly so) becomes LF, a tab four spaces, 0x18 a space; CR, every other
     /// control character but LF, and DEL are removed.
     static void RemoveInvalidTooltipCharacters(CString& text);
-    /// A plain tooltip, in place: "<" becomes "<<", a tab four spaces, 0x18 one. Nothing else changes.
+    /// A plain tooltip, in place: "<" becomes "<<", a tab four spaces, 0x18 a space. Nothing else changes.
     static void FixInvalidUnformattedTooltipCharacters(CString& text);
     /// A topic's text: keeps tab, LF and CR; a form feed becomes CR LF; every other control character, DEL and whatever
-    /// is no `CrkXmlUtilities::IsChar` becomes a space. A character outside the Basic Multilingual Plane becomes two.
+    /// is no `CrkXmlUtilities::IsChar` becomes a space. Other planes' characters become two spaces.
     static CString ReplaceInvalidTopicTextCharacters(const CString& text);
-    /// The text with CR LF where an LF stands without one before it; a lone CR stays.
+    /// The text with CR LF in the place of each LF that has no CR before it; a lone CR stays.
     static CString ConvertLFsToCRLFPairs(const CString& text);
     static CString RemoveCRLF(const CString& text);  ///< The text without CR and LF.
     /// Whether a unit is neither 0x00 to 0x1F nor DEL. C1 controls and surrogates count as printable.
     static bool IsCharPrintable(unsigned short unit);
-    /// What stands before the first space, tab, CR or LF, followed by "..." when that is not all: "Hello..." for "Hello world".
+    /// What stands before the first space, tab, CR or LF, and "..." when more follows: "Hello..." for "Hello world".
     static CString CondenseString(const CString& text);
 
     // --- Formatting
@@ -119,7 +119,7 @@ public:
     static CString MakeByteString(unsigned long byteCount);
     /// The text, or so much of its start that it is `maximumLength` units with "..." at its end.
     ///
-    ///     "abcdefgh" to 5  ->  "ab..."        below 3 there is room for full stops only: to 2 -> "..", to 0 or less -> ""
+    ///     "abcdefgh" to 5  ->  "ab..."        below 3 for full stops only: to 2 -> "..", to 0 or less -> ""
     static CString ShortenString(const CString& text, int maximumLength);
 
     // --- Lines
@@ -146,7 +146,7 @@ public:
 
     // --- Joining, sorting, measuring
 
-    /// The parts joined by the separator. With `skipEmptyParts` an empty part brings no separator. "" for null or no parts.
+    /// The parts joined by the separator. With `skipEmptyParts` an empty part brings no separator. "" without parts.
     static CString Combine(const CString& separator, CString const* parts, unsigned long count, bool skipEmptyParts);
     /// Two parts.
     static CString Combine(const CString& separator, const CString& first, const CString& second, bool skipEmptyParts);
@@ -160,7 +160,7 @@ public:
     static CString Combine(const CString& separator, const CString& first, const CString& second,
                            const Texts&... further) = delete;  ///< A text in the place of `skipEmptyParts` is refused.
     /// Sorts the list in place by `CString::CompareNoCase`. Ascending, elements that compare equal keep their order;
-    /// descending, they are reversed. Positions taken before are no longer valid. After an exception the list is as it was.
+    /// descending, they are reversed. Earlier positions are no longer valid. After an exception the list is as it was.
     static void SortStringList(CAtlList<CString>& list, bool ascending);
     /// The bytes that the text takes when stored: a 3-byte mark, its length in 1, 3 or 7 bytes (below 255 units, up to
     /// 65,533, from there on), and 2 a unit. INT_MAX where it is more.
@@ -180,7 +180,7 @@ public:
     static bool StringToBool(const CString& text);
     /// The text read back from its UTF-8 bytes up to the first U+0000: a lone surrogate becomes U+FFFD.
     static CString UnicodeToUtf8(const CString& text);
-    /// The zero-terminated UTF-8 text; null gives "". With `externalRepresentation` a leading byte-order mark is dropped.
+    /// The zero-terminated UTF-8 text; null gives "". With `externalRepresentation` a leading U+FEFF is dropped.
     static CString Utf8ToUnicode(char const* utf8, bool externalRepresentation);
 
     // --- Links, addresses, environment variables
@@ -197,7 +197,7 @@ public:
     static void ExtractUrlParameters(const CString& link, ParameterMap& parameters);
     /// The value of the parameter with exactly that name, else "".
     static CString ExtractUrlValue(const CString& link, const CString& name);
-    /// The link when it begins with "http"; else the format with the link for its "%s", "" for a format with other conversions.
+    /// The link when it begins with "http"; else the format with the link for its "%s". "" with other conversions.
     static CString GetUrlString(CString link, CString format);
     /// Whether something stands before the first "@", between that and the last ".", and after the last ".".
     static bool IsValidEmail(const CString& address);

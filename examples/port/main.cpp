@@ -1,5 +1,5 @@
-// Code as it was written for older class interfaces, moved here with the names of RkUtilities/compat/TypeNames.h; what had
-// to change and why stands in docs/migrating.md. Checks what the functions give:
+// Code as it was written for older class interfaces, moved here with the names of RkUtilities/compat/TypeNames.h; what
+// had to change and why stands in docs/migrating.md. Checks what the functions give:
 //     port FOLDER        writes a file and its preferences there
 #include <RkUtilities/RkUtilities.h>
 #include <RkUtilities/compat/TypeNames.h>

@@ -8,7 +8,7 @@ namespace rklog {
 
 namespace {
 
-// The words for the halves of the day in the short times of CLDR 42 to 46, as PlainLetter leaves them, each before a blank.
+// The words for the halves of the day in the short times of CLDR 42 to 46, as PlainLetter leaves them, before blanks.
 constexpr std::string_view kBeforeNoon =
     "am an damanhã eparadites gh hengihengi hoseng leebi ntufat pg rw safiya sokallim subaka "
     "uluchelo vm wd ÖÖ ŋdi ǁgoagas πμ اےایم بن ص صبحمنجهند غم ܏ܩܛ एएम तडके "
@@ -28,7 +28,7 @@ constexpr std::string_view kAfterNoon =
 constexpr char32_t kZeros[] = {U'0',   0x0660, 0x06F0, 0x07C0, 0x0966,  0x09E6,
                                0x0E50, 0x0F20, 0x1040, 0x1C50, 0x11136, 0x1E950};
 
-/// Takes the first character and gives its code; a byte that begins none is taken by itself, as U+FFFD.
+/// Takes the first character and gives its code; a byte that begins no character is taken by itself, as U+FFFD.
 char32_t TakeCharacter(std::string_view& text) {
     const auto byteAt = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
     const unsigned first = byteAt(0);

@@ -27,8 +27,8 @@ struct DateStyle {
 /// The short date of a time, as CrkDateUtilities::ShortDateString gives it in the user's locale.
 using ShortDate = std::function<CString(const CTime&)>;
 
-/// Finds out how dates are written, from the dates of a few days, or of a century where the calendar is not the Gregorian
-/// one; its years are 2001 to 2100 then.
+/// Finds out how dates are written, from the dates of a few days, or of a century where the calendar is not the
+/// Gregorian one; its years are 2001 to 2100 then.
 [[nodiscard]] DateStyle StyleOf(const ShortDate& shortDate);
 
 /// "day/month/year"
@@ -39,8 +39,8 @@ class DateReader {
 public:
     explicit DateReader(DateStyle style) : m_style(std::move(style)) {}
 
-    /// The time on the wall; nothing when the text has another form, or names no day. Years of two digits are those from
-    /// 2000 on, years of four lie between 1970 and 2199.
+    /// The time on the wall; nothing when the text has another form, or names no day. Years of two digits are those
+    /// from 2000 on, years of four lie between 1970 and 2199.
     [[nodiscard]] std::optional<Seconds> Read(std::string_view text) const;
 
     [[nodiscard]] const DateStyle& Style() const { return m_style; }

@@ -12,7 +12,7 @@ namespace rklog {
 /// Entries from all over a log, to tell by how their dates are written.
 class DateSamples {
 public:
-    /// Takes entries from the beginning, the middle and the end of a file; of a pipe or a file that cannot be read, none.
+    /// Takes entries from the beginning, the middle and the end of a file; nothing from a pipe or an unreadable file.
     void TakeFrom(const std::string& path);
 
     struct Verdict {
@@ -21,9 +21,9 @@ public:
         bool isReadable = true;    ///< at least half of the dates can be read
     };
 
-    /// The style that makes the most of the samples dates, none of them after the file's last change; of several the one in which the seconds since the start of a
-    /// process pass as fast as the clock, which agrees with the starts of processes and with the file's last change; of several
-    /// still, the user's.
+    /// The style that makes the most samples dates, and no sample a date after the file's last change. Of several such
+    /// styles the style in which the seconds since a process's start pass as fast as the clock, and which agrees with
+    /// the starts of processes and with the file's last change; of several still, the user's.
     [[nodiscard]] Verdict Recognise(const DateStyle& users) const;
 
 private:

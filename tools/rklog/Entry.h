@@ -15,11 +15,11 @@ enum class Wholeness {
     Stray,  ///< text that belongs to no entry; all of it is the message
 };
 
-/// An entry of a log as it stands in the file: every text is a view of the bytes, "&amp;" and all, valid until the source
-/// that gave the entry is asked for the next. What is not there is empty.
+/// An entry of a log as it stands in the file: every text is a view of the bytes, "&amp;" and all, valid until the
+/// source that gave the entry is asked for the next. What is not there is empty.
 struct Entry {
     Wholeness wholeness = Wholeness::Whole;
-    std::optional<rk::ErkLogLevel> level;  ///< none for a severity that is not one of the seven
+    std::optional<rk::ErkLogLevel> level;  ///< empty for a severity that is no level
     std::uint64_t offset = 0;              ///< of the first byte in the file
     std::string_view file;                 ///< the path of the file
     std::string_view timestamp;
@@ -38,7 +38,7 @@ public:
     EntrySource& operator=(const EntrySource&) = delete;
     virtual ~EntrySource() = default;
 
-    /// Gives the next entry; false when there is none, or none yet.
+    /// Gives the next entry; false when there is no further entry, or not yet.
     /// @throws std::system_error  a file that cannot be read
     virtual bool Next(Entry& entry) = 0;
 };

@@ -11,11 +11,11 @@ namespace rklog {
 
 /// Cuts the bytes of a log into entries. Bytes are put in block by block, so memory is that of the longest entry.
 ///
-/// An entry begins with its start tag at the beginning of a line and reaches to the next one that does. What stands behind
-/// its last footer is stray text, and so is what comes before the first entry; nothing is left out. An entry of more than
-/// `longestByteCount` bytes comes in several pieces, the first torn and the others stray.
+/// An entry begins with its start tag at the beginning of a line and reaches to the next one that does. What stands
+/// behind its last footer is stray text, and so is what precedes the first entry; no byte is left out. An entry of more
+/// than `longestByteCount` bytes comes in several pieces, the first torn and the others stray.
 ///
-/// A message that holds a start tag at the beginning of a line cannot be told from an entry: the writer leaves it as it is.
+/// A message with a start tag at the beginning of a line cannot be told from an entry: the writer leaves it as it is.
 class EntryScanner {
 public:
     static constexpr std::size_t kBlockByteCount = std::size_t{1} << 20;

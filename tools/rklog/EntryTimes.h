@@ -14,7 +14,7 @@ namespace rklog {
 /// When an entry was written and by which process, as far as that is known.
 struct EntryTime {
     std::optional<IsoTime> time;  ///< to the second and with its zone when the process is known, else to the minute
-    Seconds utc = 0;              ///< of `time`, or of the entry before when this one's cannot be read; for comparing
+    Seconds utc = 0;              ///< of `time`, or of the entry before when `time` cannot be read; for comparing
     bool isBeforeAll = false;     ///< no entry so far had a time that can be read
     std::shared_ptr<const Process> process;
 };
@@ -28,9 +28,9 @@ struct Timestamp {
 
 /// Tells the times and processes of the entries of one log, asked for in the order of the log.
 ///
-/// An entry belongs to the process whose start, with the seconds that the entry counts since then, falls into the entry's
-/// minute; of several such processes to the one that wrote from the entry's thread before. A clock change while a process
-/// runs is allowed for.
+/// An entry belongs to the process whose start, with the seconds that the entry counts since then, falls into the
+/// entry's minute; of several such processes to that which wrote from the entry's thread before. A clock change while
+/// a process runs is allowed for.
 class EntryTimes {
 public:
     explicit EntryTimes(DateReader reader) : m_reader(std::move(reader)) {}

@@ -13,9 +13,9 @@
 
 namespace rklog {
 
-/// Which entries are wanted. All conditions must hold; of several categories, ids or threads one.
+/// Which entries are wanted. All conditions must hold; of several categories, ids or threads a single match is enough.
 struct Filter {
-    std::optional<rk::ErkLogLevel> level;  ///< this one and more severe ones
+    std::optional<rk::ErkLogLevel> level;  ///< this level and more severe levels
     std::vector<std::string> categories;
     std::vector<std::string> texts;  ///< each in the message or in the description
     std::vector<std::shared_ptr<const Pattern>> patterns;
@@ -31,8 +31,8 @@ struct Filter {
     [[nodiscard]] bool Admits(const EntryTime& time) const;
 };
 
-/// The texts by which entries may have a GUID that a person gives, with or without braces: the one that is given, and the one
-/// that the log makes of the record which CrkGuid reads from it. Empty when it is no GUID.
+/// The texts by which entries may name a GUID that a person gives, with or without braces: the given text, and the text
+/// that the log makes of the record which CrkGuid reads from it. Empty when the text is no GUID.
 [[nodiscard]] std::vector<std::string> LogTextsOfId(const CString& guid);
 
 }  // namespace rklog

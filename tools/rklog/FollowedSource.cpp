@@ -17,7 +17,7 @@ bool FollowedSource::Next(Entry& entry) {
                     continue;
                 if (!IsDone())
                     return false;
-                m_scanner.Finish();  // what is left has no footer and gets none any more
+                m_scanner.Finish();  // what is left has no footer, and no footer will come
                 if (m_scanner.Next(entry))
                     return true;
                 m_finished = std::move(m_file);
@@ -34,8 +34,8 @@ bool FollowedSource::Next(Entry& entry) {
     }
 }
 
-// False when there is nothing new in the file; then nothing is kept of an entry that has not come whole, since the writer
-// may replace a beginning by another entry.
+// False when there is nothing new in the file; then nothing is kept of an entry that has not come whole, since the
+// writer may replace a beginning by another entry.
 bool FollowedSource::ReadOn() {
     const std::size_t byteCount = m_file->Read(m_scanner.Room(), EntryScanner::kBlockByteCount);
     m_scanner.Took(byteCount);
@@ -80,7 +80,7 @@ void FollowedSource::FindFiles() {
         if (!InputFile::Look(path, facts))
             continue;
         there.insert(facts.identity);
-        // A new file may have the number of one that was read and is gone. For the active file only the last one counts.
+        // A new file may have the number of a file that was read and is gone. The active file's last number counts.
         const bool isActive = path == m_path || path == ActiveFileOf(m_path);
         if (isActive ? m_identity != facts.identity : !m_known.contains(facts.identity))
             m_paths.push_back(path);

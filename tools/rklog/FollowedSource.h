@@ -13,10 +13,10 @@ namespace rklog {
 
 /// The entries of a log that is being written: what is there, and from then on what comes.
 ///
-/// `Next` gives false when there is nothing new, and may be called again later. The log may not be there yet, and it may go
-/// and come again. A file that becomes shorter is read from its start. Of a folder every file is read once, under whatever
-/// name: the active file to its end after it has been moved aside, then the backups that were made meanwhile, then the new
-/// active file. An entry at the end of a file that has no footer yet is waited for while the file is the active one.
+/// `Next` gives false when there is nothing new, and may be called again later. The log may not be there yet, and it
+/// may go and come again. A file that becomes shorter is read from its start. Of a folder every file is read once,
+/// under whatever name: the active file to its end after it has been moved aside, then the backups that were made
+/// meanwhile, then the new active file. An entry without a footer at the end of the active file is waited for.
 class FollowedSource : public EntrySource {
 public:
     FollowedSource(std::string path, Trouble& trouble) : m_path(std::move(path)), m_trouble(trouble) {}
@@ -36,7 +36,7 @@ private:
     std::unique_ptr<InputFile> m_finished;  // the last one, kept open so that no new file gets its number
     InputFile::Identity m_identity;
     EntryScanner m_scanner;
-    bool m_wasMoved = false;  // the file has lost its name to another one, or none; it is read once more
+    bool m_wasMoved = false;  // the file has lost its name, which another file may have; it is read once more
     bool m_isLast = false;    // of the files that were there: more may be written to it
     std::deque<std::string> m_paths;
     std::set<InputFile::Identity> m_known;

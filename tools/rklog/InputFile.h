@@ -7,8 +7,8 @@
 
 namespace rklog {
 
-/// A file that is read, or standard input. Paths are native bytes. Every failure is thrown as a std::system_error whose text
-/// begins with the path.
+/// A file that is read, or standard input. Paths are native bytes. Every failure is thrown as a std::system_error whose
+/// text begins with the path.
 class InputFile {
 public:
     /// Tells files apart, whatever they are called.

@@ -17,7 +17,7 @@ constexpr Seconds kSecondsOfDay = 86400;
 /// A time as ISO 8601 writes it.
 struct IsoTime {
     Seconds wall = 0;
-    std::optional<Seconds> zoneOffset;     ///< of the zone from UTC, eastwards positive; none when the text has none
+    std::optional<Seconds> zoneOffset;  ///< of the zone from UTC, eastwards positive; empty when the text names no zone
     Seconds precision = kSecondsOfMinute;  ///< what the last field that is given counts: a day, a minute or a second
 };
 

@@ -24,7 +24,7 @@ class Log {
 public:
     Log(std::string path, Reading reading, Trouble& trouble);
 
-    /// Goes to the next entry; false when there is none, or none yet when the log is followed.
+    /// Goes to the next entry; false when there is no further entry, or not yet when the log is followed.
     bool Next();
     [[nodiscard]] const Entry& Current() const { return m_entry; }
     /// The time of the current entry. To have it, a log must be read with `needsTimes`.
@@ -48,7 +48,7 @@ class MergedLogs {
 public:
     explicit MergedLogs(std::vector<std::unique_ptr<Log>> logs);
 
-    /// The log that stands at the next entry, until the next call; null when there is none, or none yet.
+    /// The log that stands at the next entry, until the next call; null when there is no further entry, or not yet.
     Log* Next();
 
 private:

@@ -9,8 +9,8 @@ namespace rklog {
 
 /// The files of a log folder in the order in which they were written: backups first, the active file last.
 ///
-/// Backups are the other ".xml" files there with an entry near their start. A backup is renamed after its last entry, so the
-/// time of its last change tells its place; of equal times the name decides.
+/// Backups are the other ".xml" files there with an entry near their start. A backup is renamed after its last entry,
+/// so the time of its last change tells its place; of equal times the name decides.
 /// @throws std::system_error  a folder that cannot be read
 [[nodiscard]] std::vector<std::string> FilesOfFolder(const std::string& folder);
 

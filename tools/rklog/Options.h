@@ -28,8 +28,8 @@ struct Options {
     bool wantsVersion = false;
 };
 
-/// Reads the arguments, as the shell gave them and without the program's name. Options may stand anywhere, with their values
-/// behind "=" or as the next argument; after "--" nothing is an option. "--help" ends the reading.
+/// Reads the arguments, as the shell gave them and without the program's name. Options may stand anywhere, with their
+/// values behind "=" or as the next argument; after "--" nothing is an option. "--help" ends the reading.
 ///
 /// @param nowUtc  for times that are told from now: "2h", "21:52"
 /// @throws std::invalid_argument  with what is not understood

@@ -23,21 +23,21 @@ public:
 
 enum class Colors { None, Terminal };
 
-/// One line for people: time, level, process, category, message, description. Further lines of a message are indented, and
-/// what could steer a terminal or turn the reading direction is shown by its code: no message can pass for an entry.
+/// One line for people: time, level, process, category, message, description. Further lines of a message are indented,
+/// and what could steer a terminal or turn the reading direction is shown by its code: no message passes for an entry.
 [[nodiscard]] std::unique_ptr<RecordWriter> MakeTextWriter(Colors colors);
 /// One JSON object a line with all fields of kRecordFields; null for a time or number that is not known.
 [[nodiscard]] std::unique_ptr<RecordWriter> MakeJsonWriter();
 /// RFC 4180, with a header line.
 [[nodiscard]] std::unique_ptr<RecordWriter> MakeCsvWriter();
-/// A well-formed document with a root element; a field that is empty has no element. Characters that XML 1.0 cannot hold
-/// become U+FFFD.
+/// A well-formed document with a root element; a field that is empty has no element. Characters that XML 1.0 cannot
+/// hold become U+FFFD.
 [[nodiscard]] std::unique_ptr<RecordWriter> MakeXmlWriter();
 /// One page to filter and search in a browser, complete in itself. What was logged is data there, never markup.
 [[nodiscard]] std::unique_ptr<RecordWriter> MakeHtmlWriter();
 
-/// Where a JSON object stands: on a line of its own, with all fields; or in a script of a page, where "<" must not stand as it
-/// is, without the fields that are empty.
+/// Where a JSON object stands: on a line of its own, with all fields; or in a script of a page, where "<" must not
+/// stand as it is, without the fields that are empty.
 enum class JsonPlace { Line, Script };
 void AppendJson(const Record& record, JsonPlace place, std::string& out);
 

@@ -12,8 +12,8 @@
 
 namespace rklog {
 
-/// What a log holds, in numbers: entries by level, category, process and minute, the longest gap between two entries that
-/// follow each other, and the most frequent messages by their first lines.
+/// What a log holds, in numbers: entries by level, category, process and minute, the longest gap between two entries
+/// that follow each other, and the most frequent messages by their first lines.
 class Stats {
 public:
     void Count(const Entry& entry, const EntryTime& time);

@@ -10,7 +10,7 @@
 
 namespace rklog {
 
-/// Counts texts in constant memory: when too many different ones are there, the rarer half is forgotten.
+/// Counts texts in constant memory: when there are too many different texts, the rarer half is forgotten.
 class Tally {
 public:
     using Row = std::pair<std::string, std::uint64_t>;

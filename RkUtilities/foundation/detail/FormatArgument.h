@@ -42,7 +42,7 @@ public:
     explicit FormatArgument(unsigned short const* text) noexcept : FormatArgument(AsChar16(text)) {}
 
     /// The value as one of the kinds: `long long` or `unsigned long long` for an integer, `double`, `long double`,
-    /// `const char*`, `std::string_view`, `std::u16string_view`, `const void*`. Null when the argument is of another kind.
+    /// `const char*`, `std::string_view`, `std::u16string_view`, `const void*`. Null for an argument of another kind.
     template <class Kind> [[nodiscard]] const Kind* As() const noexcept {
         return m_kind == NumberOf<Kind>() ? std::launder(reinterpret_cast<const Kind*>(m_value)) : nullptr;
     }

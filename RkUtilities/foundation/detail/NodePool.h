@@ -51,7 +51,7 @@ public:
     }
 
 private:
-    /// The first slot of a block leads to the next block; every other slot holds a node or, after a node, the next free slot.
+    /// The first slot of a block leads to the next block; each other slot holds a node or leads to the next free slot.
     union Slot {
         Slot* nextBlock;
         Slot* nextFree;

@@ -75,8 +75,8 @@ void TakeDigits(Reader& reader, std::string& digits) {
         digits += static_cast<char>('0' + digit);
 }
 
-/// The value of digits, perhaps with "e" and an exponent: correctly rounded, infinity or 0 beyond the range. strtod, which
-/// treats such a text alike in all locales, serves beyond the range, and where the standard library reads only integers.
+/// The value of digits, perhaps with "e" and an exponent: correctly rounded; infinity or 0 beyond the range. strtod,
+/// which does so in all locales, serves beyond the range, and where the standard library reads integers alone.
 template <class Double> Double ValueOf(const std::string& text) {
     Double value = 0;
     if constexpr (requires { std::from_chars(text.data(), text.data(), value); }) {

@@ -6,7 +6,7 @@
 
 namespace rk {
 
-/// How numbers are written, besides ASCII digits, "-", "+" and the exponent's "e" or "E". Empty texts stand for nothing.
+/// How numbers are written, besides ASCII digits, "-", "+" and the exponent's "e" or "E". "" stands for nothing.
 struct NumberSpelling {
     std::u16string_view decimalSeparator = u".";
     std::u16string_view minusSigns[2];

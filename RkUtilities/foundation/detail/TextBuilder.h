@@ -10,8 +10,8 @@
 
 namespace rk {
 
-/// Builds a text by appending. A short one grows in the builder itself and is copied out at its final size; a longer
-/// one grows in one piece of memory that the text then takes over.
+/// Builds a text by appending. A short text grows in the builder itself and is copied out at its final size; a longer
+/// text grows in one piece of memory that the text then takes over.
 /// Throws `std::length_error` where the text would grow beyond what `CString` holds, `std::bad_alloc` without memory.
 class TextBuilder {
 public:

@@ -13,7 +13,7 @@ constexpr std::size_t kNotFound = std::u16string_view::npos;
 constexpr std::size_t kGroupUnits = 64;  // looked at together
 
 /// Goes from `at` over groups of places while no place may begin a match. Returns the first place of the group that
-/// stopped it, or of the rest that is no whole group. Inlined, so that each caller's processor decides how vectors are made.
+/// stopped it, or of the rest that is no whole group. Inlined: each caller's processor decides how vectors are made.
 [[gnu::always_inline]] inline std::size_t SkipGroups(const SearchPlaces& places, std::size_t at) {
     using Units [[gnu::vector_size(32)]] = std::uint16_t;
     using Words [[gnu::vector_size(32)]] = std::uint64_t;

@@ -149,8 +149,8 @@ struct Window {
     }
 };
 
-/// Decodes all sequences of the 64 bytes but the last, which may go on behind them, without a branch for the kind of each.
-/// False and nothing moved where the bytes are not well-formed or nothing but continuation bytes follows the first.
+/// Decodes all sequences of the 64 bytes but the last, which may go on behind them, without a branch for the kind of
+/// each. False and nothing moved where the bytes are not well-formed or continuation bytes alone follow the first.
 bool DecodeWindow(const unsigned char*& in, char16_t*& out) noexcept {
     const Window window(in);
     std::uint64_t beginnings = BeginningsIn(in);

@@ -57,7 +57,7 @@ char* EncodeNext(const char16_t*& in, const char16_t* end, char* out) noexcept {
 
 constexpr std::size_t kStoredBytes = 4;  // whatever a unit gives; the next unit's overwrite the surplus
 
-/// A block's units as UTF-8, as if no unit belonged to a pair: four bytes for each unit, of which the first `lengths` count.
+/// A block's units as UTF-8, as if no unit belonged to a pair: four bytes a unit, of which the first `lengths` count.
 struct EncodedBlock {
     std::array<char, kStoredBytes * kBlockUnits> bytes;
     std::array<std::uint16_t, kBlockUnits> lengths;

@@ -72,7 +72,8 @@ struct FileChanges {
 enum class OwnerWrite { Allow, Deny };
 /// Gives or takes the owner's permission to write. Other permissions, times and content stay, and so does a link with
 /// what it leads to.
-/// @return true when this call changed it. False with `error` clear: the permission was as wanted, the path leads to nothing or is a link, or the file system ignored the change. False with `error` set: the change failed.
+/// @return true when this call changed it. False with `error` set: the change failed. False with `error` clear: the
+/// permission was as wanted, the path leads to nothing or is a link, or the file system ignored the change.
 bool ChangeOwnerWrite(const std::string& path, OwnerWrite wanted, std::error_code& error);
 bool ChangeOwnerWrite(Place place, OwnerWrite wanted, std::error_code& error);
 

@@ -21,7 +21,7 @@ std::error_code MakeFolders(const std::string& path) {
     std::vector<std::string> folders;  // the path and all above it
     for (std::string folder = path; !folder.empty(); folder = FolderPart(folder))
         folders.push_back(folder);
-    // Up in growing steps to a folder that can be made or is there, then down. Another process may make a folder meanwhile.
+    // Up in growing steps to a folder that can be made or is there, then down. Others may make a folder meanwhile.
     std::size_t at = 0;
     for (std::size_t step = 1; at + 1 < folders.size() && error == std::errc::no_such_file_or_directory; step *= 2)
         error = MakeFolder(folders[at = std::min(at + step, folders.size() - 1)]);

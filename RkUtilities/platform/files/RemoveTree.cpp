@@ -46,7 +46,7 @@ private:
     static constexpr std::size_t kPieceByteCount = 2048;  // on the stack, once for each level
 
     /// Reads the folder again until it has nothing more to remove: some file systems pass over entries while others are
-    /// removed, and folders may have been moved up into this one.
+    /// removed, and folders may have been moved up into this folder.
     std::error_code Empty(int folder, int depth) noexcept {
         std::error_code error;
         for (bool foundSome = true; foundSome && !error;) {

@@ -8,9 +8,9 @@
 namespace rk::platform {
 
 /// Removes a file, a link itself, or a folder with all it holds. Stops at the first failure. "", the root folder, and
-/// paths that end in "." or ".." are refused (EINVAL). An entry that vanishes meanwhile counts as removed. No link is followed
-/// on the way down, each step is taken relative to the folder reached, and a tree may have any depth. A folder that
-/// lies deep is moved up before it is emptied; after a failure it may stand in the tree's own folder.
+/// paths that end in "." or ".." are refused (EINVAL). An entry that vanishes meanwhile counts as removed. No link is
+/// followed on the way down, each step is taken relative to the folder reached, and a tree may have any depth. A folder
+/// that lies deep is moved up before it is emptied; after a failure it may stand in the tree's own folder.
 std::error_code RemoveTree(const std::string& path);
 /// The same for a name that is known to be fit. It needs no memory.
 std::error_code RemoveTree(Place item) noexcept;

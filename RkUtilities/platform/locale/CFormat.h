@@ -5,8 +5,8 @@
 /// Numbers as C's printf writes them, with "." as decimal point whatever `setlocale` says.
 namespace rk::platform {
 
-/// `conversion` is a whole conversion with "*" for width and precision and the length of `Number`: "%-+*.*Le". A negative
-/// precision counts as no precision. The result is exact: C's digits, rounding of ties included. Safe from any thread.
+/// `conversion` is a whole conversion with "*" for width and precision and the length of `Number`: "%-+*.*Le". A
+/// negative precision counts as no precision. The result is exact: C's digits and ties. Safe from any thread.
 template <class Number>
 std::string FormatNumber(const std::string& conversion, int width, int precision, Number number);
 

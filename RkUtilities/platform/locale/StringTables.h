@@ -9,7 +9,7 @@ namespace rk::platform {
 /// the user's language there. Safe from any thread.
 bool NameStringTables(std::string_view folder);
 
-/// The text for `key` in a bundle (null: the application's own), in the user's language (LC_MESSAGES); "" without a text.
+/// The text for `key` in a bundle (null: the application's own), in the user's language (LC_MESSAGES); else "".
 std::u16string StringTableText(const char* key, const char* bundle);
 
 }  // namespace rk::platform

@@ -16,8 +16,8 @@ struct CaseSources {
     std::size_t count = 0;
 };
 
-/// A mapping of code units to code units, in blocks: blocks without case share a block. Made by the first call that needs
-/// it, in its own memory, so that making it does not fail while a text is being changed; never changed afterwards.
+/// A mapping of code units to code units, in blocks: blocks without case share a block. Made by the first call that
+/// needs it, in its own memory, so that making it does not fail while a text is being changed; constant afterwards.
 class CaseTable {
 public:
     constexpr explicit CaseTable(std::int32_t (*mapping)(std::int32_t codePoint)) noexcept : m_mapping(mapping) {}

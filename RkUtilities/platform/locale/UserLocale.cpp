@@ -57,7 +57,7 @@ bool IsHarmless(std::string_view name) {
            name.find('\0') == std::string_view::npos;
 }
 
-/// Whether ICU has data under this very name, which is then no old name of another one.
+/// Whether ICU has data under this very name, which is then no old name of another locale.
 bool HasOwnData(const char* name) {
     UErrorCode error = U_ZERO_ERROR;
     const icu::LocalUResourceBundlePointer data(ures_open(nullptr, name, &error));

@@ -12,8 +12,8 @@ enum class LocaleUse { Money, Numbers, Time, Texts, Order };
 /// categories again. A name that cannot be read means the root locale. Safe from any thread.
 void NameUserLocale(std::string_view name);
 
-/// The user's locale at this moment, by a name that ICU accepts: the chosen name, else the name of the process's category.
-/// Valid until the thread's next call for the same use. Costs no allocation while nothing changes.
+/// The user's locale at this moment, by a name that ICU accepts: the chosen name, else the name of the process's
+/// category. Valid until the thread's next call for the same use. Costs no allocation while nothing changes.
 const std::string& UserLocaleName(LocaleUse use);
 
 }  // namespace rk::platform

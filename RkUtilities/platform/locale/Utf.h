@@ -11,7 +11,7 @@ constexpr bool IsSurrogate(char32_t unit) noexcept { return (unit & 0xFFFFF800) 
 constexpr bool IsHighSurrogate(char32_t unit) noexcept { return (unit & 0xFFFFFC00) == 0xD800; }
 constexpr bool IsLowSurrogate(char32_t unit) noexcept { return (unit & 0xFFFFFC00) == 0xDC00; }
 
-/// The code point that begins at `in`, which moves behind it: a unit, or both of a pair. A lone surrogate comes as it is.
+/// The code point that begins at `in`, which moves behind it: a unit or a pair. A lone surrogate stays as it is.
 constexpr char32_t TakeCodePoint(const char16_t*& in, const char16_t* end) noexcept {
     const char32_t unit = *in++;
     if (!IsHighSurrogate(unit) || in == end || !IsLowSurrogate(*in))

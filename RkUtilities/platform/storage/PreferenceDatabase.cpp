@@ -18,8 +18,8 @@ constexpr int kBusyMilliseconds = 2000;
 // UTF-16 inside keeps any sequence of code units, lone surrogates and U+0000 included.
 constexpr const char* kEncoding = "PRAGMA encoding = 'UTF-16le';";
 // A write-ahead journal needs one flush a transaction, but its users share memory: a database whose users may be on
-// several machines has the older kind of journal. A flush after a write that makes the journal longer takes half as long
-// again as a flush after a write over old pages, so the journal starts over after 128 pages, not after SQLite's 1000.
+// several machines has the older kind of journal. A flush after a write that makes the journal longer takes half as
+// long again as a flush after a write over old pages, so the journal starts over after 128 pages (SQLite: 1000).
 constexpr const char* kJournalOfOneMachine = "PRAGMA journal_mode = WAL; PRAGMA wal_autocheckpoint = 128;";
 constexpr const char* kJournalOfSeveral = "PRAGMA journal_mode = TRUNCATE;";
 // FULL waits for the disk, so that values that are reported as stored survive a power cut.
@@ -126,7 +126,7 @@ std::optional<PreferenceValue> ValueAt(sqlite3_stmt* row) {
     return std::nullopt;
 }
 
-/// The steps that a statement may take. No sound database of preferences needs nearly as many: a longer statement never ends.
+/// The steps that a statement may take. No sound database needs nearly as many: a longer statement never ends.
 constexpr int kMostSteps = 50'000'000;
 
 /// The codes that tell of a file which is no sound database of preferences.

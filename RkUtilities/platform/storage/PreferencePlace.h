@@ -19,7 +19,7 @@ struct PreferencePlace {
 StorageOutcome FindPreferencePlace(PreferencePlace& place);
 
 /// Keeps other processes from opening the database in the folder, or putting it aside, for as long as `lock` lives.
-/// `Failed` when another process keeps the folder for two seconds; a folder that cannot be locked at all counts as locked.
+/// `Failed` when another process keeps the folder for two seconds. A folder that cannot be locked counts as locked.
 StorageOutcome LockFolder(const std::string& folder, FileHandle& lock);
 
 /// Moves a database and SQLite's files beside it to a free name with the date. Returns the new path; "" when the

@@ -64,7 +64,7 @@ public:
     /// The child of a fork has used and set nothing yet.
     void BeginInChild() noexcept { m_isUsed = m_hasSet = false; }
 
-    /// To be called with the mutex held. A child would inherit a connection that is open during a fork, without its locks.
+    /// Called with the mutex held. A child would inherit a connection that is open during a fork, without its locks.
     void Close() noexcept {
         if (m_database)
             m_database->Close();

@@ -18,8 +18,8 @@ namespace rk::platform {
 
 namespace {
 
-/// Gives expat the secret of its hash tables. Where the system gives no random bytes, expat's own drawing may end the program;
-/// the place and the time are the secret then.
+/// Gives expat the secret of its hash tables. Where the system gives no random bytes, expat's own drawing may end the
+/// program; the place and the time are the secret then.
 void SetSecret(XML_Parser parser) noexcept {
     std::uint64_t secret[2];
     if (getrandom(secret, sizeof secret, GRND_NONBLOCK) != sizeof secret) {

@@ -9,11 +9,11 @@ namespace mindmap {
 
 constexpr double kGutter = 12;  // left of what a line reaches from above or below; the line runs in the middle
 
-/// An element by its number; boxes, forms and corners are numbered by int, as -1 says that there is none.
+/// An element by its number; boxes, forms and corners are numbered by int, as -1 stands for no box, form or corner.
 template <class Values> auto& At(Values& values, int i) { return values[static_cast<std::size_t>(i)]; }
 
-/// The tree that boxes make, and its heavy paths. The heavy child of a box is the one with the largest branch; a heavy
-/// path goes on from a box to its heavy child.
+/// The tree that boxes make, and its heavy paths. The heavy child of a box is the child with the largest branch; a
+/// heavy path goes on from a box to its heavy child.
 struct BoxTree {
     explicit BoxTree(const std::vector<PlainBox>& boxes);
 

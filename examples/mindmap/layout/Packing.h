@@ -102,7 +102,7 @@ struct Packing {
     Packing(const BoxTree& allBoxes, bool isSheetLarge);
 
     FormRange RangeOf(int part, bool isItem) const;
-    /// The flattest form that is no wider than the bound; the narrowest when there is none.
+    /// The flattest form that is no wider than the bound; the narrowest form when all are wider.
     int FormWithin(int part, bool isItem, double bound) const;
     FormRange Add(const BestForms& best);
 

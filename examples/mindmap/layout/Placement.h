@@ -44,10 +44,10 @@ struct Placement {
 /// Places the boxes; the middle of the first one is (0, 0).
 ///
 /// A tree that fits a sheet stands as people draw it: the main topics right and left of the centre, children beside
-/// their parent in one column. A larger one is packed. Each branch gets several forms, from narrow to wide, each made of
-/// the forms of its parts (Stockmeyer's shape functions of slicing floorplans): children beside their parent, below it
-/// (tip-over trees) or the first beside and the others below, in columns, or in two groups above or beside each other.
-/// The form of the whole that needs the smallest sheet of 4 : 3 decides the others.
+/// their parent in one column. A larger one is packed. Each branch gets several forms, from narrow to wide, each made
+/// of the forms of its parts (Stockmeyer's shape functions of slicing floorplans): children beside their parent, below
+/// it (tip-over trees) or the first beside and the others below, in columns, or in two groups above or beside each
+/// other. The form of the whole that needs the smallest sheet of 4 : 3 decides the others.
 ///
 /// A path of more than 24 levels flows on below, and from column to column (BoxTree::isInFlow). Children stand in their
 /// order from top to bottom, column by column; those that come after the next topic of a flow stand beside it.

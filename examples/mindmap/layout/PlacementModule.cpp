@@ -1,5 +1,5 @@
-// PlaceBoxes for the script of a live map: functions of plain numbers, which `write/page/compile` makes a WebAssembly module
-// of. Here they are compiled with everything else, so that nothing breaks unseen.
+// PlaceBoxes for the script of a live map: functions of plain numbers, which `write/page/compile` makes a WebAssembly
+// module of. Here they are compiled with everything else, so that nothing breaks unseen.
 #include "mindmap/layout/Placement.h"
 
 #include <array>

@@ -7,7 +7,7 @@ namespace mindmap {
 
 namespace {
 
-/// A corner of a line and the one before it; lines to neighbours share them.
+/// A corner of a line and the corner before it; lines to neighbours share them.
 struct Corner {
     PlainPoint point;
     int before;
@@ -158,7 +158,7 @@ private:
         KeepLine(i);
     }
 
-    /// Leaves out corners that are none.
+    /// Leaves out the points where a line goes straight on.
     void KeepLine(int i) {
         PlainPlace& place = At(m_placement.places, i);
         place.isCurved = m_isCurved;
@@ -264,7 +264,7 @@ private:
     const BoxTree& m_tree;
     std::vector<int> m_chosen;
     std::vector<char> m_isItem;
-    std::vector<int> m_laterCorner;  // where lines to a box's later siblings leave the one to that box
+    std::vector<int> m_laterCorner;  // where lines to a box's later siblings leave the line to that box
     std::vector<double> m_x;         // of a branch, then of its box
     std::vector<double> m_y;
     bool m_areItems = false;  // what is placed are items of a flow

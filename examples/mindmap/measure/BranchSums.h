@@ -16,15 +16,15 @@ struct BranchSum {
 
 inline constexpr std::size_t kMaximumUnitCount = 8;
 
-/// The sums of all topics, in the outline's order. A topic with a figure of its own counts with that one, whatever is
-/// below it; any other topic with the sum of its branch.
+/// The sums of all topics, in the outline's order. A topic with a figure of its own counts with that figure, whatever
+/// is below it; any other topic with the sum of its branch.
 std::vector<BranchSum> SumBranches(const Outline& outline);
 
 /// What a topic is worth in the user's locale: its own figure; or its amount as it was written; or "Σ" and the sums of
-/// its branch; "" when there is none.
+/// its branch; "" without a figure, an amount and a sum.
 CString ShownAmount(const Topic& topic, const BranchSum& sum);
 
-/// "Σ" and the sums of a branch in the user's locale; "" when there are none.
+/// "Σ" and the sums of a branch in the user's locale; "" for a branch without figures.
 CString ShownSum(const BranchSum& sum);
 
 }  // namespace mindmap

@@ -30,8 +30,8 @@ struct WidthRange {
     std::uint16_t bold;
 };
 // The largest widths in each range. Code points of color pictures count with the 1.25 em of Noto
-// Color Emoji, what is never shown (joiners, selectors, marks of direction) with 0. Ascending and disjoint; what lies
-// between is in none of the fonts.
+// Color Emoji, what is never shown (joiners, selectors, marks of direction) with 0. Ascending and disjoint; the
+// fonts have no code point between the ranges.
 constexpr WidthRange kWidths[] = {
     {0xA0, 0xA8, 64, 70},         {0xA9, 0xB1, 100, 100},       {0xB2, 0xBB, 66, 74},
     {0xBC, 0xBE, 97, 104},        {0xBF, 0xC5, 69, 78},         {0xC6, 0xC6, 98, 109},

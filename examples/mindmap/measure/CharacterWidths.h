@@ -8,7 +8,7 @@ enum class Weight { Regular, Bold };
 /// and Noto Sans or, where both lack it, in the Noto font of its script.
 int CharacterWidth(char32_t codePoint, Weight weight);
 
-/// The code point belongs to the one before it: a combining mark, a joiner, a variation or skin tone selector.
+/// The code point belongs to the code point before it: a combining mark, a joiner, a variation or skin tone selector.
 bool IsMark(char32_t codePoint);
 
 }  // namespace mindmap

@@ -16,7 +16,7 @@ namespace mindmap {
 
 namespace {
 
-constexpr std::size_t kMaximumUnits = 1000;  // what is longer is no date, and takes long to read as many
+constexpr std::size_t kMaximumUnits = 1000;  // a longer text is no date, and takes long to read as dates
 constexpr std::size_t kDateUnits = 10;       // "2027-06-01"
 // So that the weeks at both ends lie in the years that the library knows.
 constexpr int kFirstYear = 1000;
@@ -119,7 +119,7 @@ Week WeekOf(COleDateTime date) {
     return {start, static_cast<int>(std::lround((start.m_dt - firstStart.m_dt) / 7)) + 1};
 }
 
-/// The weeks of the first and the last date; one when they are the same, none when there is no date.
+/// The weeks of the first and the last date: two weeks, one week when they are the same, or no week without a date.
 std::vector<Week> WeeksOf(const std::vector<DatePlace>& places) {
     std::vector<Week> weeks;
     if (!places.empty())

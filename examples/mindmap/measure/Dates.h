@@ -11,7 +11,7 @@ namespace mindmap {
 /// What is no date of the calendar ("2027-02-30") stays as it is written.
 ///
 /// A week begins on the user's first day of the week. Weeks that begin on a Monday are counted as ISO 8601 counts them
-/// (the first one has the 4th of January), others from the one that has the 1st of January.
+/// (the first week has the 4th of January), others from the week that has the 1st of January.
 
 /// With short dates: "6/1/27 – 7/20/27".
 CString ShownDate(const CString& written);

@@ -19,7 +19,7 @@ struct Font {
     Weight weight;
 };
 
-/// The stack of fonts that the widths hold for, and the one for color pictures, which other fonts draw as mere
+/// The stack of fonts that the widths hold for, and the stack for color pictures, which other fonts draw as mere
 /// outlines.
 inline constexpr char16_t kFontFamily[] = u"'Noto Sans', 'DejaVu Sans', sans-serif";
 inline constexpr char16_t kPictureFontFamily[] =
@@ -43,7 +43,7 @@ FontPart FirstFontPart(std::u16string_view text);
 enum class Direction { LeftToRight, RightToLeft };
 
 /// The direction of a paragraph: that of its first letter (Unicode Standard Annex 9, rules P2 and P3); left to right
-/// when there is none.
+/// without a letter.
 Direction DirectionOf(std::u16string_view text);
 
 /// What can be drawn of a text: line breaks of any kind become U+000A, tabs become spaces, other control characters,

@@ -28,7 +28,7 @@ constexpr char16_t kKeyPath[] = u"mindmap";
 
 struct Rule {
     std::string_view name;
-    std::span<const std::string_view> values;  // none: a folder
+    std::span<const std::string_view> values;  // empty for a folder
     std::uint32_t rootKey;
 };
 constexpr std::array<Rule, 3> kRules = {{
@@ -45,7 +45,7 @@ const Rule& RuleOf(const CString& name) {
     return *rule;
 }
 
-/// The position of a value among those that a setting may have; their count when it is none of them.
+/// The position of a value among those that a setting may have; their count for any other value.
 std::size_t IndexOf(std::span<const std::string_view> values, const CString& value) {
     return static_cast<std::size_t>(std::find(values.begin(), values.end(), value.ToUtf8()) - values.begin());
 }

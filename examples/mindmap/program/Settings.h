@@ -9,7 +9,7 @@
 
 namespace mindmap {
 
-/// What the program remembers from run to run: "theme", "shapes" and "folder", the one of the last outline. They are
+/// What the program remembers from run to run: "theme", "shapes" and "folder", the last outline's folder. They are
 /// the library's preferences of the application "mindmap", the folder for this machine and the others for any.
 ///
 /// Storage that fails costs the memory alone: what is set then holds as long as the program runs.
@@ -26,7 +26,7 @@ void ChangeSettings(const SettingList& changes);
 SettingList AllSettings();
 /// What was never set, or is no such value any more, is as in a new Design.
 Design ChosenDesign();
-/// Absolute; "" when there is none.
+/// Absolute; "" when no folder was remembered.
 CString LastFolder();
 /// Remembers the folder that a file is in.
 void RememberFolderOf(const CString& path);

@@ -44,7 +44,7 @@ bool IsCurrencySign(char16_t c) {
     return (c >= 0x20A0 && c <= 0x20CF) || CString(Conversion::CurrencySymbols).View().find(c) != std::u16string::npos;
 }
 
-/// The unit that a text names; nothing when it names none.
+/// The unit that a text names, or nothing.
 std::optional<CString> UnitOf(std::u16string_view written) {
     for (const UnitName& name : kUnitNames)
         if (written == name.written)

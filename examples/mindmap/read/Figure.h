@@ -27,7 +27,7 @@ struct Figure {
 ///
 /// - One unit, before or behind the number, at most one sign ("-", U+2212, "+"), blanks of any width between them. A
 ///   unit is "%", a currency sign with up to two letters, a code of three capitals, or "kr", "zł", "Kč", "Ft". Codes
-///   that have a sign of their own are read as that one: "EUR" is "€".
+///   that have a sign of their own are read as that sign: "EUR" is "€".
 /// - Groups of three digits may be separated, by one of blank, apostrophe, "." and ",". The last "." or "," is the
 ///   decimal point, but not when it occurs twice, and not in an amount like "1.284" or "1,284", where it can only stand
 ///   between groups.
@@ -38,8 +38,9 @@ std::optional<Figure> ReadFigure(const CString& text);
 /// and other units without cents: "€ 1,284.00", "1.284,00 €", "12,5%".
 ///
 /// The unit of an amount stands behind it, after a blank, where the decimal point is a comma, as German, French and
-/// most readers of such numbers expect; elsewhere it stands where it was written. The library leaves that to its caller:
-/// CrkLocaleUtilities knows one currency format for all locales, "$1.10", so a German amount differs from that one.
+/// most readers of such numbers expect; elsewhere it stands where it was written. The library leaves that to its
+/// caller: CrkLocaleUtilities knows one currency format for all locales, "$1.10", so a German amount differs from that
+/// one.
 CString ShownFigure(const Figure& figure);
 
 }  // namespace mindmap

@@ -19,7 +19,7 @@ int HexValue(char c) {
     return value == std::string_view::npos ? -1 : static_cast<int>(value);
 }
 
-/// The byte that is written as "%41" at `index`; -1 when there is none.
+/// The byte that is written as "%41" at `index`; -1 when no byte is written there so.
 int EncodedByteAt(std::string_view text, std::size_t index) {
     if (text[index] != '%' || index + 2 >= text.size())
         return -1;

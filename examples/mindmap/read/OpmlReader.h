@@ -14,9 +14,9 @@ namespace mindmap {
 ///   first of these that is not empty counts. Other attributes and elements are passed over.
 /// - Topics marked with `isComment="true"` are left out with all below them.
 /// - UTF-8, UTF-16, ISO 8859-1 and US-ASCII are read, as the document says.
-/// - A document type declaration is refused, so there are no entities but XML's own and none can explode.
+/// - A document type declaration is refused, so there are no entities but XML's own, and no entity can explode.
 ///
-/// @param title  of the map when the head has none and the body has several topics at its top.
+/// @param title  of the map when the head has no title and the body has several topics at its top.
 /// @throws OutlineError for a document that is not well-formed, is no OPML or has no topic.
 Outline ReadOpml(std::string_view document, const CString& title);
 

@@ -20,7 +20,7 @@ struct LegendEntry {
 
 /// The box that names the branches' colors. It lies below the map and touches nothing of it.
 struct Legend {
-    std::vector<LegendEntry> entries;  ///< none for a map without branches
+    std::vector<LegendEntry> entries;  ///< empty for a map without branches
     CrkFloatRect box;
     CrkFloatRect bounds;  ///< of map and box together, with a margin; no side is longer than
                           ///< kMaximumSideRatio times the other

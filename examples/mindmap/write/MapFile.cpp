@@ -21,9 +21,9 @@ bool IsSpecial(const CString& path) {
     return std::filesystem::is_other(rk::NativePath(path), error);
 }
 
-/// The path itself when nothing has it, else the first free one with a number.
+/// The path itself when nothing has it, else the first free path with a number.
 ///
-/// @throws FileError when there is none, or looking for it failed.
+/// @throws FileError when there is no free path, or looking for it failed.
 CString FreePath(const CString& path) {
     const bool hasFolder = !CrkPathUtilities::PathFromFilename(path).IsEmpty();
     const CString free = CrkPathUtilities::GetUniqueFilename(hasFolder ? path : u"./" + path);

@@ -11,15 +11,15 @@ enum class Overwrite { Never, Allowed };
 /// is never called or fails, nor when the process is killed: the file has no name before (`CFile::OpenNew`).
 class MapFile {
 public:
-    /// @throws FileError when a file cannot be made there, or the one that is there may not be replaced.
+    /// @throws FileError when a file cannot be made there, or the file that is there may not be replaced.
     MapFile(const CString& path, Overwrite overwrite);
 
     /// @throws FileError as `Commit`.
     void Write(const CString& text);
     /// Puts the map on the disk for good, and then in its place. Returns the path that it has now: when nothing may be
-    /// overwritten the first free one of "plan.svg", "plan (2).svg", "plan (3).svg" ..., also when others take names
-    /// meanwhile. With Overwrite::Allowed the map takes the place and the permissions of the one that is there, or that
-    /// a link there leads to.
+    /// overwritten the first free name of "plan.svg", "plan (2).svg", "plan (3).svg" ..., also when others take names
+    /// meanwhile. With Overwrite::Allowed the map takes the place and the permissions of the file that is there, or
+    /// that a link there leads to.
     ///
     /// @throws FileError when there is no free name, or looking for it failed.
     CString Commit();

@@ -7,8 +7,8 @@
 
 namespace mindmap {
 
-/// Writes the map as one SVG document, well-formed whatever the texts are. Every topic is a group with an id (TopicIds),
-/// its GUID, a tooltip (ComposeTooltip) and, where it has a link that may be followed, that one.
+/// Writes the map as one SVG document, well-formed whatever the texts are. Every topic is a group with an id
+/// (TopicIds), its GUID, a tooltip (ComposeTooltip) and, where it has a link that may be followed, that link.
 ///
 /// @param topicGuids  in the outline's order.
 void WriteSvg(const Outline& outline, const MapLayout& map, const Legend& legend, const Design& design,

@@ -9,7 +9,7 @@ namespace mindmap {
 struct TopicFacts {
     CString dates;   ///< in words, and the weeks they fall into (DateTooltip)
     CString amount;  ///< its own, or the sum of its branch
-    CString sum;     ///< of its branch, where the amount is another one
+    CString sum;     ///< of its branch, where the amount differs from it
     Link link;
 };
 

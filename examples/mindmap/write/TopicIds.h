@@ -6,9 +6,9 @@
 namespace mindmap {
 
 /// Makes the XML ids of a map: "topic-" and the topic's text, as much of it as an XML name may hold. All ids of one
-/// object differ, and none is that of another kind of element.
+/// object differ, and no other kind of element has such an id.
 ///
-///     "Crew change"  ->  "topic-Crew_change"     a second one  ->  "topic-Crew_change-2"
+///     "Crew change"  ->  "topic-Crew_change"     a second  ->  "topic-Crew_change-2"
 class TopicIds {
 public:
     CString Make(const CString& topicText);

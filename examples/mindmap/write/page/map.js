@@ -1,6 +1,6 @@
 
-// A live mind map. The topics and the sizes of their boxes stand in the page as JSON; PlaceBoxes, which places the boxes, is
-// the program's own, compiled to WebAssembly. Texts of the outline get into the document as text nodes and attributes only.
+// A live mind map. The topics and the sizes of their boxes stand in the page as JSON; PlaceBoxes, which places the
+// boxes, is the program's own, compiled to WebAssembly. Texts of the outline become text nodes and attributes only.
 
 const element = id => document.getElementById(id);
 const data = JSON.parse(element('data').textContent);
