@@ -18,12 +18,16 @@ CString InOtherCase(const CString& source, const rk::platform::CaseTable& table,
     const auto changed = [&](char16_t unit) { return table[unit]; };
     return rk::TextBuilder::Written(source.View().size(), [&](char16_t* out) {
         const char16_t* in = source.begin();
-        for (; source.end() - in >= std::ptrdiff_t{rk::kBlockUnits}; in += rk::kBlockUnits, out += rk::kBlockUnits) {
-            const rk::UnitBlock block = rk::LoadBlock(in);
-            if (rk::IsAsciiBlock(block))
-                rk::StoreBlock(out, rk::WithAsciiCaseChanged(block, firstLetter));
-            else
-                std::transform(in, in + rk::kBlockUnits, out, changed);
+        constexpr std::size_t kStep = 2 * rk::kBlockUnits;
+        for (; source.end() - in >= std::ptrdiff_t{kStep}; in += kStep, out += kStep) {
+            const rk::UnitBlock front = rk::LoadBlock(in);
+            const rk::UnitBlock back = rk::LoadBlock(in + rk::kBlockUnits);
+            if (rk::IsAsciiBlock(front | back)) {
+                rk::StoreBlock(out, rk::WithAsciiCaseChanged(front, firstLetter));
+                rk::StoreBlock(out + rk::kBlockUnits, rk::WithAsciiCaseChanged(back, firstLetter));
+            } else {
+                std::transform(in, in + kStep, out, changed);
+            }
         }
         std::transform(in, source.end(), out, changed);
     });
