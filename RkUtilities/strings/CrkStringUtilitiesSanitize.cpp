@@ -3,8 +3,6 @@
 #include "RkUtilities/foundation/detail/TextBuilder.h"
 #include "RkUtilities/foundation/detail/TextSearch.h"
 
-#include <span>
-
 namespace {
 
 constexpr char16_t kDelete = 0x7F;
@@ -12,19 +10,34 @@ constexpr char16_t kCancel = 0x18;
 constexpr std::u16string_view kFourSpaces = u"    ";
 constexpr std::u16string_view kCrLf = u"\r\n";
 
+struct UnitRange {
+    char16_t first;
+    char16_t last;
+};
+
 // The units that a member looks at: all controls and DEL, without some or with more.
-constexpr rk::UnitRange kControls[] = {{0, 0x1F}, {kDelete, kDelete}};
-constexpr rk::UnitRange kControlsButBreaksAndTabs[] = {{0, 8}, {0xB, 0xC}, {0xE, 0x1F}, {kDelete, kDelete}};
-constexpr rk::UnitRange kControlsAndLess[] = {{0, 0x1F}, {u'<', u'<'}, {kDelete, kDelete}};
-constexpr rk::UnitRange kNoTopicText[] = {{0, 0x1F}, {kDelete, kDelete}, {0xD800, 0xDFFF}, {0xFFFE, 0xFFFF}};
+constexpr UnitRange kControls[] = {{0, 0x1F}, {kDelete, kDelete}};
+constexpr UnitRange kControlsButBreaksAndTabs[] = {{0, 8}, {0xB, 0xC}, {0xE, 0x1F}, {kDelete, kDelete}};
+constexpr UnitRange kControlsAndLess[] = {{0, 0x1F}, {u'<', u'<'}, {kDelete, kDelete}};
+constexpr UnitRange kNoTopicText[] = {{0, 0x1F}, {kDelete, kDelete}, {0xD800, 0xDFFF}, {0xFFFE, 0xFFFF}};
+
+/// Index of the first unit at or after `start` that lies in one of the ranges; else the text's length.
+template <const auto& kRanges> std::size_t FirstIn(std::u16string_view text, std::size_t start) {
+    return rk::FirstFitting(text, start, [](rk::UnitBlock block) {
+        rk::UnitMask isIn{};
+        for (const UnitRange& range : kRanges)
+            isIn |= block - rk::FilledBlock(range.first) <=
+                    rk::FilledBlock(static_cast<char16_t>(range.last - range.first));
+        return isIn;
+    });
+}
 
 /// The text with what `append` writes in the place of each unit in the ranges; `append` gets the builder, the text and
 /// the unit's index, and returns how many units it took. There is room at once for a text that grows by `growth` units.
-template <class Append>
-CString Rewritten(const CString& source, std::span<const rk::UnitRange> ranges, const Append& append,
-                  std::size_t growth = 0) {
+template <const auto& kRanges, class Append>
+CString Rewritten(const CString& source, const Append& append, std::size_t growth = 0) {
     const std::u16string_view text = source.View();
-    std::size_t at = rk::FirstInRanges(text, 0, ranges);
+    std::size_t at = FirstIn<kRanges>(text, 0);
     if (at == text.size())
         return source;
     rk::TextBuilder result(text.size() + growth);
@@ -32,7 +45,7 @@ CString Rewritten(const CString& source, std::span<const rk::UnitRange> ranges, 
     while (at < text.size()) {
         result.Append(text.substr(done, at - done));
         done = at + append(result, text, at);
-        at = rk::FirstInRanges(text, done, ranges);
+        at = FirstIn<kRanges>(text, done);
     }
     result.Append(text.substr(done));
     return result.Take();
@@ -41,34 +54,34 @@ CString Rewritten(const CString& source, std::span<const rk::UnitRange> ranges, 
 }  // namespace
 
 void CrkStringUtilities::RemoveInvalidNotesCharacters(CString& text) {
-    text = Rewritten(text, kControlsButBreaksAndTabs,
-                     [](rk::TextBuilder&, std::u16string_view, std::size_t) { return 1U; });
+    text = Rewritten<kControlsButBreaksAndTabs>(text,
+                                                [](rk::TextBuilder&, std::u16string_view, std::size_t) { return 1U; });
 }
 
 void CrkStringUtilities::RemoveInvalidTooltipCharacters(CString& text) {
     constexpr std::u16string_view kBreak = u"<br>";
-    text = Rewritten(text, kControlsAndLess,
-                     [kBreak](rk::TextBuilder& result, std::u16string_view units, std::size_t at) -> std::size_t {
-                         const char16_t unit = units[at];
-                         if (units.substr(at, kBreak.size()) == kBreak) {
-                             result.Append(u'\n');
-                             return kBreak.size();
-                         }
-                         if (unit == u'\t')
-                             result.Append(kFourSpaces);
-                         else if (unit == kCancel)
-                             result.Append(u' ');
-                         else if (unit == u'\n' || unit == u'<')
-                             result.Append(unit);
-                         return 1;
-                     });
+    text = Rewritten<kControlsAndLess>(
+        text, [kBreak](rk::TextBuilder& result, std::u16string_view units, std::size_t at) -> std::size_t {
+            const char16_t unit = units[at];
+            if (units.substr(at, kBreak.size()) == kBreak) {
+                result.Append(u'\n');
+                return kBreak.size();
+            }
+            if (unit == u'\t')
+                result.Append(kFourSpaces);
+            else if (unit == kCancel)
+                result.Append(u' ');
+            else if (unit == u'\n' || unit == u'<')
+                result.Append(unit);
+            return 1;
+        });
 }
 
 void CrkStringUtilities::FixInvalidUnformattedTooltipCharacters(CString& text) {
     const auto less = static_cast<std::size_t>(CountOccurrences(text, u'<'));
     const auto tabs = static_cast<std::size_t>(CountOccurrences(text, u'\t'));
-    text = Rewritten(
-        text, kControlsAndLess,
+    text = Rewritten<kControlsAndLess>(
+        text,
         [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
             const char16_t unit = units[at];
             if (unit == u'<')
@@ -83,7 +96,7 @@ void CrkStringUtilities::FixInvalidUnformattedTooltipCharacters(CString& text) {
 }
 
 CString CrkStringUtilities::ReplaceInvalidTopicTextCharacters(const CString& text) {
-    return Rewritten(text, kNoTopicText, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
+    return Rewritten<kNoTopicText>(text, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
         const char16_t unit = units[at];
         if (unit == u'\f')
             result.Append(kCrLf);
@@ -94,7 +107,7 @@ CString CrkStringUtilities::ReplaceInvalidTopicTextCharacters(const CString& tex
 }
 
 CString CrkStringUtilities::ConvertLFsToCRLFPairs(const CString& text) {
-    return Rewritten(text, kControls, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
+    return Rewritten<kControls>(text, [](rk::TextBuilder& result, std::u16string_view units, std::size_t at) {
         if (units[at] == u'\n' && (at == 0 || units[at - 1] != u'\r'))
             result.Append(u'\r');
         result.Append(units[at]);

@@ -85,33 +85,6 @@ std::uint64_t AllCandidatesIn(const SearchPlaces& places, std::size_t at) {
     return CandidatesIn(places, at, kBlockUnits);
 }
 
-/// `FirstInRanges` for a number of ranges that the compiler knows.
-template <std::size_t Count>
-std::size_t FirstIn(std::u16string_view text, std::size_t start, const UnitRange* ranges) noexcept {
-    UnitBlock firsts[Count];
-    UnitBlock widths[Count];
-    for (std::size_t i = 0; i < Count; ++i) {
-        firsts[i] = FilledBlock(ranges[i].first);
-        widths[i] = FilledBlock(static_cast<char16_t>(ranges[i].last - ranges[i].first));
-    }
-    std::size_t at = start;
-    for (; at + kBlockUnits <= text.size(); at += kBlockUnits) {
-        const UnitBlock block = LoadBlock(text.data() + at);
-        UnitMask found{};
-        for (std::size_t i = 0; i < Count; ++i)
-            found |= block - firsts[i] <= widths[i];
-        if (const std::size_t lane = FirstLane(found); lane < kBlockUnits)
-            return at + lane;
-    }
-    const auto isFound = [&](char16_t unit) {
-        return std::any_of(ranges, ranges + Count,
-                           [unit](const UnitRange& range) { return range.first <= unit && unit <= range.last; });
-    };
-    while (at < text.size() && !isFound(text[at]))
-        ++at;
-    return at;
-}
-
 }  // namespace
 
 template <class Map>
@@ -197,21 +170,6 @@ template <class Map> std::size_t TextSearch<Map>::FindLinear(std::size_t start) 
 
 template class TextSearch<ExactUnits>;
 template class TextSearch<platform::CaseTable>;
-
-std::size_t FirstInRanges(std::u16string_view text, std::size_t start, std::span<const UnitRange> ranges) noexcept {
-    switch (ranges.size()) {
-    case 0:
-        return text.size();
-    case 1:
-        return FirstIn<1>(text, start, ranges.data());
-    case 2:
-        return FirstIn<2>(text, start, ranges.data());
-    case 3:
-        return FirstIn<3>(text, start, ranges.data());
-    default:
-        return FirstIn<kMostRanges>(text, start, ranges.data());
-    }
-}
 
 std::size_t FindUnits(std::u16string_view text, std::u16string_view sought, std::size_t start) {
     return TextSearch(text, sought, kExactUnits).From(start);

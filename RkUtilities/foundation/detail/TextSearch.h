@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string_view>
 
 /// Searching in code units, in linear time.
@@ -93,26 +92,34 @@ std::size_t FindUnits(std::u16string_view text, std::u16string_view sought, std:
 std::size_t FindMappedUnits(std::u16string_view text, std::u16string_view sought, std::size_t start,
                             const platform::CaseTable& table);
 
-/// Units from the first to the last of a range, both included.
-struct UnitRange {
-    char16_t first;
-    char16_t last;
-};
-constexpr std::size_t kMostRanges = 4;
+/// Index of the first unit at or after `start` that fits; the text's length when no unit does. `fitting` makes a mask of
+/// a block: of the units that fit.
+template <class Fitting>
+std::size_t FirstFitting(std::u16string_view text, std::size_t start, const Fitting& fitting) noexcept {
+    std::size_t at = start;
+    for (; at + kBlockUnits <= text.size(); at += kBlockUnits) {
+        if (const std::size_t lane = FirstLane(fitting(LoadBlock(text.data() + at))); lane < kBlockUnits)
+            return at + lane;
+    }
+    while (at < text.size() && FirstLane(fitting(FilledBlock(text[at]))) != 0)
+        ++at;
+    return at;
+}
 
-/// Index of the first unit at or after `start` that lies in one of up to kMostRanges ranges; else the text's length.
-std::size_t FirstInRanges(std::u16string_view text, std::size_t start, std::span<const UnitRange> ranges) noexcept;
-
-/// The units of a text as a set. Up to kMostRanges units are ranges of one unit each. A larger set has a bit for each
-/// ASCII unit, and is searched for any other unit. Refers to the text.
+/// The units of a text as a set. A few units are compared in blocks. A larger set has a bit for each ASCII unit, and is
+/// searched for any other unit. Refers to the text.
 class UnitSet {
 public:
     explicit UnitSet(std::u16string_view units) noexcept : m_units(units) {
-        for (std::size_t i = 0; i < units.size(); ++i) {
-            if (IsSmall())
-                m_ranges[i] = {units[i], units[i]};
-            else if (units[i] < 0x80)
-                m_ascii[units[i] >> 6] |= std::uint64_t{1} << (units[i] & 63);
+        if (IsSmall()) {
+            std::fill_n(m_few, kFew, FilledBlock(units.empty() ? u'\0' : units.front()));
+            for (std::size_t i = 1; i < units.size(); ++i)
+                m_few[i] = FilledBlock(units[i]);
+            return;
+        }
+        for (const char16_t unit : units) {
+            if (unit < 0x80)
+                m_ascii[unit >> 6] |= std::uint64_t{1} << (unit & 63);
             else
                 m_hasOthers = true;
         }
@@ -124,8 +131,12 @@ public:
     }
     /// Index of the first unit at or after `start` that is in the set; the text's length when no unit is.
     [[nodiscard]] std::size_t FirstIn(std::u16string_view text, std::size_t start) const noexcept {
+        if (m_units.empty())
+            return text.size();
         if (IsSmall())
-            return FirstInRanges(text, start, {m_ranges, m_units.size()});
+            return FirstFitting(text, start, [this](UnitBlock block) {
+                return (block == m_few[0]) | (block == m_few[1]) | (block == m_few[2]) | (block == m_few[3]);
+            });
         std::size_t at = start;
         while (at < text.size() && !Contains(text[at]))
             ++at;
@@ -133,10 +144,12 @@ public:
     }
 
 private:
-    [[nodiscard]] bool IsSmall() const noexcept { return m_units.size() <= kMostRanges; }
+    static constexpr std::size_t kFew = 4;
+
+    [[nodiscard]] bool IsSmall() const noexcept { return m_units.size() <= kFew; }
 
     std::u16string_view m_units;
-    UnitRange m_ranges[kMostRanges] = {};
+    UnitBlock m_few[kFew];  // fewer units than these: the first again
     std::uint64_t m_ascii[2] = {0, 0};
     bool m_hasOthers = false;
 };
