@@ -5,10 +5,10 @@
 #include "RkUtilities/platform/xml/XmlReader.h"
 
 #include <algorithm>
-#include <functional>
 #include <iterator>
 #include <map>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -21,58 +21,33 @@ std::optional<rk::ErkLogLevel> LevelOf(std::string_view text) {
     return static_cast<rk::ErkLogLevel>(found - std::begin(rk::kLevelNames));
 }
 
-// Gathers the texts of a settings file by the names of their elements; they count once the file was read to its end.
-class SettingsReceiver final : public rk::platform::XmlReceiver {
-public:
-    void ElementBegins(std::string_view qualifiedName) override {
-        if (++m_depth != kDepthOfSettings)
-            return;
-        if (const auto setting = m_texts.find(qualifiedName); setting != m_texts.end())
-            m_text = &setting->second.emplace_back();
-    }
-    void Text(std::string_view piece) override {
-        if (m_text != nullptr)
-            *m_text += piece;
-    }
-    void ElementEnds() override {
-        if (m_depth-- == kDepthOfSettings)
-            m_text = nullptr;
-    }
-
-    // All texts of a setting in the order of the file.
-    [[nodiscard]] const std::vector<std::string>& All(const char* name) const { return m_texts.find(name)->second; }
-    // The first text of a setting, which decides; "" for a setting that is not in the file.
-    [[nodiscard]] std::string First(const char* name) const { return All(name).empty() ? "" : All(name).front(); }
-
-private:
-    static constexpr int kDepthOfSettings = 2;
-
-    std::map<std::string, std::vector<std::string>, std::less<>> m_texts = {
-        {"ls:Enable", {}}, {"ls:StdOut", {}}, {"ls:Level", {}}, {"ls:IncludeCategory", {}}, {"ls:ExcludeCategory", {}}};
-    std::string* m_text = nullptr;  // of the setting that is being read
-    int m_depth = 0;                // of the innermost open element; the root's is 1
-};
-
 }  // namespace
 
 CrkLogSettings::CrkLogSettings(const CString& settingsPath) : m_path(settingsPath) {
     constexpr unsigned int kBucketCount = 64;
     m_includeCategories.InitHashTable(kBucketCount);
     m_excludeCategories.InitHashTable(kBucketCount);
-    SettingsReceiver said;
-    m_fault = rk::platform::ReadXmlFile(rk::NativePath(settingsPath), said);
+    // The texts by the names of their elements, in the order of the file; they count once it was read to its end.
+    std::map<std::string_view, std::vector<std::string>> said = {
+        {"ls:Enable", {}}, {"ls:StdOut", {}}, {"ls:Level", {}}, {"ls:IncludeCategory", {}}, {"ls:ExcludeCategory", {}}};
+    m_fault =
+        rk::platform::ReadXmlFile(rk::NativePath(settingsPath), [&](std::string_view name, std::string_view text) {
+            if (const auto setting = said.find(name); setting != said.end())
+                setting->second.emplace_back(text);
+        });
     if (!m_fault.empty())
         return;
-    m_enable = said.First("ls:Enable") == "true";
-    m_stdOut = said.First("ls:StdOut") == "true";
-    m_level = LevelOf(said.First("ls:Level")).value_or(m_level);
-    for (const std::string& category : said.All("ls:IncludeCategory")) {
+    const auto first = [&](std::string_view name) { return said[name].empty() ? "" : std::string_view(said[name][0]); };
+    m_enable = first("ls:Enable") == "true";
+    m_stdOut = first("ls:StdOut") == "true";
+    m_level = LevelOf(first("ls:Level")).value_or(m_level);
+    for (const std::string& category : said["ls:IncludeCategory"]) {
         if (category == "*")
             m_includeAll = true;
         else
             m_includeCategories.SetAt(category, true);
     }
-    for (const std::string& category : said.All("ls:ExcludeCategory"))
+    for (const std::string& category : said["ls:ExcludeCategory"])
         m_excludeCategories.SetAt(category, true);
 }
 

@@ -36,8 +36,7 @@ void SetSecret(XML_Parser parser) noexcept {
 // The reading of a document. No exception passes through expat: the exception is kept until the parser has returned.
 class Reading {
 public:
-    explicit Reading(XmlReceiver& receiver)
-        : m_receiver(receiver), m_parser(XML_ParserCreate(nullptr), XML_ParserFree) {
+    explicit Reading(const TakeXmlChild& take) : m_take(take), m_parser(XML_ParserCreate(nullptr), XML_ParserFree) {
         if (!m_parser)
             throw std::bad_alloc();
         XML_Parser parser = m_parser.get();
@@ -47,8 +46,7 @@ public:
             parser, [](void* self, const XML_Char* name, const XML_Char**) { Of(self).Begin(name); },
             [](void* self, const XML_Char*) { Of(self).End(); });
         XML_SetCharacterDataHandler(parser, [](void* self, const XML_Char* text, int byteCount) {
-            const std::string_view piece(text, static_cast<std::size_t>(byteCount));
-            Of(self).Tell([piece](XmlReceiver& to) { to.Text(piece); });
+            Of(self).Text({text, static_cast<std::size_t>(byteCount)});
         });
         XML_SetAttlistDeclHandler(parser, [](void* self, auto...) {
             if (++Of(self).m_declarationCount > kMostXmlAttributeDeclarations)
@@ -87,19 +85,26 @@ private:
     void Begin(const XML_Char* name) {
         if (++m_depth > kDeepestXmlElement)
             Refuse("elements are nested too deep");
-        else
-            Tell([name](XmlReceiver& to) { to.ElementBegins(name); });
+        if (m_depth == kDepthOfChildren)
+            Do([&] {
+                m_name = name;
+                m_text.clear();
+            });
+    }
+    void Text(std::string_view piece) {
+        if (m_depth >= kDepthOfChildren)
+            Do([&] { m_text += piece; });
     }
     void End() {
-        --m_depth;
-        Tell([](XmlReceiver& to) { to.ElementEnds(); });
+        if (m_depth-- == kDepthOfChildren)
+            Do([&] { m_take(m_name, m_text); });
     }
 
-    template <class Event> void Tell(const Event& event) noexcept {
+    template <class Step> void Do(const Step& step) noexcept {
         if (m_thrown || m_refusal != nullptr)  // expat may still report the end of the element in which it was stopped
             return;
         try {
-            event(m_receiver);
+            step();
         } catch (...) {
             m_thrown = std::current_exception();
             XML_StopParser(m_parser.get(), XML_FALSE);
@@ -110,17 +115,21 @@ private:
         XML_StopParser(m_parser.get(), XML_FALSE);
     }
 
-    XmlReceiver& m_receiver;
+    static constexpr int kDepthOfChildren = 2;
+
+    const TakeXmlChild& m_take;
     std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> m_parser;
     std::exception_ptr m_thrown;
     const char* m_refusal = nullptr;
-    int m_depth = 0;
+    std::string m_name;  // of the child of the root that is being read, with its text so far
+    std::string m_text;
+    int m_depth = 0;  // of the innermost open element; the root's is 1
     int m_declarationCount = 0;
 };
 
 }  // namespace
 
-std::string ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver) {
+std::string ReadXmlFile(const std::string& nativePath, const TakeXmlChild& take) {
     // Opened without waiting, as a pipe would have it, and looked at before a byte is read: a device may be endless.
     const FileHandle file = OpenAt(PlaceOf(nativePath), O_RDONLY | O_NONBLOCK);
     struct stat facts{};
@@ -133,7 +142,7 @@ std::string ReadXmlFile(const std::string& nativePath, XmlReceiver& receiver) {
     // the file's end. The kernel gives 0 as the length of files that it makes up; they get the largest room.
     constexpr auto kLongest = static_cast<off_t>(kLongestXmlFile);
     const auto room = static_cast<std::size_t>(facts.st_size > 0 ? std::min(facts.st_size, kLongest) : kLongest) + 1;
-    Reading reading(receiver);
+    Reading reading(take);
     std::error_code error;
     const std::size_t byteCount = ReadFile(file.Descriptor(), reading.Block(room), room, error);
     if (error)
