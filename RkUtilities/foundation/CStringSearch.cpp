@@ -51,7 +51,7 @@ int CString::Find(const CString& sought, int start) const {
 }
 
 int CString::FindNoCase(const CString& sought, int start) const {
-    return IndexOf(rk::FindMappedUnits(View(), sought.View(), StartOf(start), rk::platform::FoldedCase()));
+    return IndexOf(rk::FindUnitsByKey(View(), sought.View(), StartOf(start), rk::platform::FoldedCase()));
 }
 
 int CString::FindOneOf(const CString& set, int start) const noexcept {

@@ -17,7 +17,7 @@ public:
         : m_text(text), m_sought(sought), m_upper(matchCase ? nullptr : &rk::platform::UpperCase()) {}
 
     [[nodiscard]] std::size_t Next(std::size_t start) const {
-        return m_upper != nullptr ? rk::FindMappedUnits(m_text, m_sought, start, *m_upper)
+        return m_upper != nullptr ? rk::FindUnitsByKey(m_text, m_sought, start, *m_upper)
                                   : rk::FindUnits(m_text, m_sought, start);
     }
     [[nodiscard]] std::size_t NextWord(std::size_t start) const {
@@ -69,7 +69,7 @@ bool CrkStringUtilities::FindInString(CString text, CString sought, bool matchCa
 }
 
 int CrkStringUtilities::FindCaseInsensitive(const CString& sought, const CString& text, int start) {
-    const std::size_t match = rk::FindMappedUnits(
+    const std::size_t match = rk::FindUnitsByKey(
         text.View(), sought.View(), static_cast<std::size_t>(std::max(start, 0)), rk::platform::LowerCase());
     return match == kNotFound ? -1 : static_cast<int>(match);
 }

@@ -87,16 +87,16 @@ std::uint64_t AllCandidatesIn(const SearchPlaces& places, std::size_t at) {
 
 }  // namespace
 
-template <class Map>
-TextSearch<Map>::TextSearch(std::u16string_view text, std::u16string_view sought, const Map& map) noexcept
-    : m_text(text), m_sought(sought), m_map(map) {
+template <class Keys>
+TextSearch<Keys>::TextSearch(std::u16string_view text, std::u16string_view sought, const Keys& keys) noexcept
+    : m_text(text), m_sought(sought), m_keys(keys) {
     if (sought.empty())
         return;
     m_places = {text.data(), text.size() < sought.size() ? 0 : text.size() - sought.size() + 1, sought.size() - 1,
-                UnitPattern(map.SourcesOf(map[sought.front()])), UnitPattern(map.SourcesOf(map[sought.back()]))};
+                UnitPattern(keys.SourcesOf(keys[sought.front()])), UnitPattern(keys.SourcesOf(keys[sought.back()]))};
 }
 
-template <class Map> std::size_t TextSearch<Map>::From(std::size_t start) {
+template <class Keys> std::size_t TextSearch<Keys>::From(std::size_t start) {
     if (m_sought.empty())
         return start <= m_text.size() ? start : kNotFound;
     if (start >= m_places.end)
@@ -125,7 +125,7 @@ template <class Map> std::size_t TextSearch<Map>::From(std::size_t start) {
     }
 }
 
-template <class Map> std::size_t TextSearch<Map>::Among(std::size_t begin) {
+template <class Keys> std::size_t TextSearch<Keys>::Among(std::size_t begin) {
     for (std::size_t at = begin; at < m_places.end; ++at) {
         if (m_places.first.Fits(m_text[at]) && m_places.last.Fits(m_text[at + m_places.lastOffset]) && MatchesAt(at))
             return at;
@@ -133,11 +133,11 @@ template <class Map> std::size_t TextSearch<Map>::Among(std::size_t begin) {
     return kNotFound;
 }
 
-template <class Map> bool TextSearch<Map>::MatchesAt(std::size_t at) {
+template <class Keys> bool TextSearch<Keys>::MatchesAt(std::size_t at) {
     // Patterns of single units leave nothing to compare at the ends.
-    constexpr std::size_t kEnds = std::is_same_v<Map, ExactUnits> ? 1 : 0;
+    constexpr std::size_t kEnds = std::is_same_v<Keys, ExactUnits> ? 1 : 0;
     for (std::size_t i = kEnds; i + kEnds < m_sought.size(); ++i) {
-        if (m_map[m_text[at + i]] != m_map[m_sought[i]]) {
+        if (m_keys[m_text[at + i]] != m_keys[m_sought[i]]) {
             m_compared += i + 1;
             return false;
         }
@@ -146,21 +146,21 @@ template <class Map> bool TextSearch<Map>::MatchesAt(std::size_t at) {
 }
 
 /// Knuth, Morris and Pratt: linear for every text, used where candidates turn out to be many and false.
-template <class Map> std::size_t TextSearch<Map>::FindLinear(std::size_t start) const {
-    std::vector<std::size_t> border(m_sought.size() + 1,
-                                    0);  // of the first i units, the longest that begins and ends them
+template <class Keys> std::size_t TextSearch<Keys>::FindLinear(std::size_t start) const {
+    // Of the first i units, the longest part that begins and ends them.
+    std::vector<std::size_t> border(m_sought.size() + 1, 0);
     for (std::size_t i = 1, length = 0; i < m_sought.size(); ++i) {
-        while (length > 0 && m_map[m_sought[i]] != m_map[m_sought[length]])
+        while (length > 0 && m_keys[m_sought[i]] != m_keys[m_sought[length]])
             length = border[length];
-        if (m_map[m_sought[i]] == m_map[m_sought[length]])
+        if (m_keys[m_sought[i]] == m_keys[m_sought[length]])
             ++length;
         border[i + 1] = length;
     }
     for (std::size_t i = start, matched = 0; i < m_text.size(); ++i) {
-        const char16_t unit = m_map[m_text[i]];
-        while (matched > 0 && unit != m_map[m_sought[matched]])
+        const char16_t unit = m_keys[m_text[i]];
+        while (matched > 0 && unit != m_keys[m_sought[matched]])
             matched = border[matched];
-        if (unit == m_map[m_sought[matched]])
+        if (unit == m_keys[m_sought[matched]])
             ++matched;
         if (matched == m_sought.size())
             return i + 1 - matched;
@@ -175,8 +175,8 @@ std::size_t FindUnits(std::u16string_view text, std::u16string_view sought, std:
     return TextSearch(text, sought, kExactUnits).From(start);
 }
 
-std::size_t FindMappedUnits(std::u16string_view text, std::u16string_view sought, std::size_t start,
-                            const platform::CaseTable& table) {
+std::size_t FindUnitsByKey(std::u16string_view text, std::u16string_view sought, std::size_t start,
+                           const platform::CaseTable& table) {
     return TextSearch(text, sought, table).From(start);
 }
 

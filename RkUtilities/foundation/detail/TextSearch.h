@@ -50,11 +50,11 @@ struct SearchPlaces {
     UnitPattern last;
 };
 
-/// Finds a text in another from any start, again and again, units compared through `Map`: a unit's key, and the units
-/// that have a key. Refers to both texts and to the map. Linear in both texts together, as long as starts only grow.
-template <class Map> class TextSearch {
+/// Finds a text in another from any start, again and again, units compared by `Keys`, which tells a unit's key and the
+/// units that have a key. Refers to both texts and to the keys. Linear in both texts together while starts grow.
+template <class Keys> class TextSearch {
 public:
-    TextSearch(std::u16string_view text, std::u16string_view sought, const Map& map) noexcept;
+    TextSearch(std::u16string_view text, std::u16string_view sought, const Keys& keys) noexcept;
     /// Index of the first occurrence at or after `start`, or npos; an empty text is found at any start up to the end.
     std::size_t From(std::size_t start);
 
@@ -74,7 +74,7 @@ private:
 
     std::u16string_view m_text;
     std::u16string_view m_sought;
-    const Map& m_map;
+    const Keys& m_keys;
     SearchPlaces m_places;
     Group m_group;
     std::size_t m_origin = std::u16string_view::npos;  // the first start
@@ -88,9 +88,9 @@ extern template class TextSearch<platform::CaseTable>;
 /// the end.
 std::size_t FindUnits(std::u16string_view text, std::u16string_view sought, std::size_t start);
 
-/// The same with units compared through a case table.
-std::size_t FindMappedUnits(std::u16string_view text, std::u16string_view sought, std::size_t start,
-                            const platform::CaseTable& table);
+/// The same with units compared by a case table.
+std::size_t FindUnitsByKey(std::u16string_view text, std::u16string_view sought, std::size_t start,
+                           const platform::CaseTable& table);
 
 /// Index of the first unit at or after `start` that fits; the text's length when no unit does. `fitting` makes a mask of
 /// a block: of the units that fit.
