@@ -1,4 +1,4 @@
-#include "LogFolder.h"
+#include "tests/logging/LogFolder.h"
 #include "tests/support/Failure.h"
 
 #include <pthread.h>

@@ -1,6 +1,6 @@
 // Threads and processes that log into one folder at once, and those that end or fail in the middle of it.
 
-#include "LogFolder.h"
+#include "tests/logging/LogFolder.h"
 #include "tests/support/AtOnce.h"
 #include "tests/support/Failure.h"
 #include "tests/support/InChild.h"

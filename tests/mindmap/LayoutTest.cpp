@@ -1,5 +1,5 @@
-#include "MapInvariants.h"
 #include "mindmap/layout/MapCheck.h"
+#include "tests/mindmap/MapInvariants.h"
 #include "tests/support/Test.h"
 
 using namespace mindmap;

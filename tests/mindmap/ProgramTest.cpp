@@ -1,5 +1,5 @@
 #include "mindmap/program/Program.h"
-#include "MapInvariants.h"
+#include "tests/mindmap/MapInvariants.h"
 #include "tests/support/InChild.h"
 #include "tests/support/ScopedCurrentFolder.h"
 #include "tests/support/ScopedFileSizeLimit.h"
@@ -48,7 +48,8 @@ protected:
 
 TEST_F(Program, DrawsTheMapWithAGuidOnEveryTopicAndLogsTheRun) {
     m_folder.Write("plan.opml", R"(<opml><body><outline text='A &lt;&amp; "B"'>
-        <outline text='C' url='https://x.org/?a&amp;b' amount='€ 1284.5'/><outline text='D' amount='1 EUR' url='javascript:alert(1)'/></outline></body></opml>)");
+        <outline text='C' url='https://x.org/?a&amp;b' amount='€ 1284.5'/>
+        <outline text='D' amount='1 EUR' url='javascript:alert(1)'/></outline></body></opml>)");
     const ScopedVariable maps("RK_MAPS", m_folder.Path().c_str());
     Draw({"plan.opml", "-o", "%RK_MAPS%plan.svg", "--locale", "de_DE"});
     EXPECT_EQ(m_err.str(), "");

@@ -205,9 +205,9 @@ TEST(ReadOnlyFlag, IsTheOwnersPermissionToWriteAndNothingElse) {
     EXPECT_FALSE(P::MakeFileReadWrite(link));
     EXPECT_TRUE(P::IsFileReadOnly(link));
     for (const CString& missing : {folder.Text("none"), folder.Link("broken", "none"), file + u'\0'})
-        EXPECT_EQ(std::pair(P::MakeFileReadOnly(missing), P::MakeFileReadWrite(missing)), std::pair(false, false))
-            << missing;
-    EXPECT_FALSE(P::IsFileReadOnly(folder.Text("none")));
+        EXPECT_EQ(std::tuple(missing, P::IsFileReadOnly(missing), P::MakeFileReadOnly(missing),
+                             P::MakeFileReadWrite(missing)),
+                  std::tuple(missing, false, false, false));
     if (geteuid() != 0)
         GTEST_SKIP() << "only root can give a file away";
     EXPECT_TRUE(P::MakeFileReadWrite(file));

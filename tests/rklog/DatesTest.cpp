@@ -1,8 +1,8 @@
-#include "LogText.h"
 #include "rklog/DateReader.h"
 #include "rklog/DateRecognition.h"
 #include "rklog/EntryTimes.h"
 #include "rklog/PointInTime.h"
+#include "tests/rklog/LogText.h"
 #include "tests/support/Test.h"
 
 #include <chrono>
@@ -24,8 +24,8 @@ std::string TextOf(const Format& format, Seconds utc) {
 }
 
 constexpr std::string_view kLogStart =
-    R"(LogStart time="2026-11-16T21:52:05.123+01:00" loaded="2026-11-16T21:50:00+01:00" zone="CET" pid="47" host="desk" )"
-    R"(program="mind %22map%22" library="0.1.0" system="Linux 6.1.0 x86_64")";
+    R"(LogStart time="2026-11-16T21:52:05.123+01:00" loaded="2026-11-16T21:50:00+01:00" zone="CET" pid="47" )"
+    R"(host="desk" program="mind %22map%22" library="0.1.0" system="Linux 6.1.0 x86_64")";
 
 std::string TimeOf(EntryTimes& times, const Entry& entry) {
     times.Notice(entry);

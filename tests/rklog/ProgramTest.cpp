@@ -1,8 +1,8 @@
 #include "rklog/Program.h"
-#include "../logging/LogFolder.h"
-#include "LogText.h"
 #include "rklog/FollowedSource.h"
 #include "rklog/LogFiles.h"
+#include "tests/logging/LogFolder.h"
+#include "tests/rklog/LogText.h"
 
 using namespace rklog;
 using testing::HasSubstr;

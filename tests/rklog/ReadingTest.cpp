@@ -1,8 +1,8 @@
-#include "../logging/LogFolder.h"
-#include "LogText.h"
 #include "rklog/EntryReader.h"
 #include "rklog/EntryText.h"
 #include "rklog/Levels.h"
+#include "tests/logging/LogFolder.h"
+#include "tests/rklog/LogText.h"
 
 using namespace rklog;
 

@@ -16,7 +16,7 @@ namespace {
 constexpr char16_t kSettings[] = uR"(<?xml version="1.0" encoding="UTF-8"?>
 <settings xmlns:ls="urn:mindmap:log-settings">
   <ls:Enable>true</ls:Enable>
-  <!-- LogEmergency, LogCritical, LogError, LogWarning, LogNotice, LogInfo or LogDebug: less severe entries are dropped. -->
+  <!-- LogEmergency, LogCritical, LogError, LogWarning, LogNotice, LogInfo, LogDebug: lesser entries are dropped -->
   <ls:Level>LogInfo</ls:Level>
   <ls:IncludeCategory>*</ls:IncludeCategory>
 </settings>
