@@ -1,6 +1,6 @@
 # gdb loads a library's printers from the file NAME-gdb.py: beside the library in the build tree, below
-# share/gdb/auto-load in an installation. That file finds the modules from where the library lies. lldb and users of the
-# static library import a module.
+# share/gdb/auto-load in an installation. That file finds the printers from where the library lies. lldb and users of
+# the static library import a printer.
 set(debuggers ${PROJECT_SOURCE_DIR}/tools/debuggers)
 set(debuggersFolder ${CMAKE_INSTALL_DATADIR}/rkutilities/debuggers)
 set(autoLoad libRkUtilities.so.${PROJECT_VERSION}-gdb.py)
