@@ -10,34 +10,18 @@ constexpr char16_t kCancel = 0x18;
 constexpr std::u16string_view kFourSpaces = u"    ";
 constexpr std::u16string_view kCrLf = u"\r\n";
 
-struct UnitRange {
-    char16_t first;
-    char16_t last;
-};
-
-// The units that a member looks at: all controls and DEL, without some or with more.
-constexpr UnitRange kControls[] = {{0, 0x1F}, {kDelete, kDelete}};
-constexpr UnitRange kControlsButBreaksAndTabs[] = {{0, 8}, {0xB, 0xC}, {0xE, 0x1F}, {kDelete, kDelete}};
-constexpr UnitRange kControlsAndLess[] = {{0, 0x1F}, {u'<', u'<'}, {kDelete, kDelete}};
-constexpr UnitRange kNoTopicText[] = {{0, 0x1F}, {kDelete, kDelete}, {0xD800, 0xDFFF}, {0xFFFE, 0xFFFF}};
-
-/// Index of the first unit at or after `start` that lies in one of the ranges; else the text's length.
-template <const auto& kRanges> std::size_t FirstIn(std::u16string_view text, std::size_t start) {
-    return rk::FirstFitting(text, start, [](rk::UnitBlock block) {
-        rk::UnitMask isIn{};
-        for (const UnitRange& range : kRanges)
-            isIn |= block - rk::FilledBlock(range.first) <=
-                    rk::FilledBlock(static_cast<char16_t>(range.last - range.first));
-        return isIn;
-    });
-}
+/// The units that a member looks at: all controls and DEL, without some or with more.
+constexpr rk::UnitRange kControls[] = {{0, 0x1F}, {kDelete, kDelete}};
+constexpr rk::UnitRange kControlsButBreaksAndTabs[] = {{0, 8}, {0xB, 0xC}, {0xE, 0x1F}, {kDelete, kDelete}};
+constexpr rk::UnitRange kControlsAndLess[] = {{0, 0x1F}, {u'<', u'<'}, {kDelete, kDelete}};
+constexpr rk::UnitRange kNoTopicText[] = {{0, 0x1F}, {kDelete, kDelete}, {0xD800, 0xDFFF}, {0xFFFE, 0xFFFF}};
 
 /// The text with what `append` writes in the place of each unit in the ranges; `append` gets the builder, the text and
 /// the unit's index, and returns how many units it took. There is room at once for a text that grows by `growth` units.
 template <const auto& kRanges, class Append>
 CString Rewritten(const CString& source, const Append& append, std::size_t growth = 0) {
     const std::u16string_view text = source.View();
-    std::size_t at = FirstIn<kRanges>(text, 0);
+    std::size_t at = rk::FirstInRanges<kRanges>(text, 0);
     if (at == text.size())
         return source;
     rk::TextBuilder result(text.size() + growth);
@@ -45,7 +29,7 @@ CString Rewritten(const CString& source, const Append& append, std::size_t growt
     while (at < text.size()) {
         result.Append(text.substr(done, at - done));
         done = at + append(result, text, at);
-        at = FirstIn<kRanges>(text, done);
+        at = rk::FirstInRanges<kRanges>(text, done);
     }
     result.Append(text.substr(done));
     return result.Take();

@@ -92,8 +92,8 @@ std::size_t FindUnits(std::u16string_view text, std::u16string_view sought, std:
 std::size_t FindUnitsByKey(std::u16string_view text, std::u16string_view sought, std::size_t start,
                            const platform::CaseTable& table);
 
-/// Index of the first unit at or after `start` that fits; the text's length when no unit does. `fitting` makes a mask of
-/// a block: of the units that fit.
+/// Index of the first unit at or after `start` that fits; the text's length when no unit does. `fitting` makes a mask
+/// of a block: of the units that fit.
 template <class Fitting>
 std::size_t FirstFitting(std::u16string_view text, std::size_t start, const Fitting& fitting) noexcept {
     std::size_t at = start;
@@ -104,6 +104,22 @@ std::size_t FirstFitting(std::u16string_view text, std::size_t start, const Fitt
     while (at < text.size() && FirstLane(fitting(FilledBlock(text[at]))) != 0)
         ++at;
     return at;
+}
+
+/// Units from the first to the last of a range, both included.
+struct UnitRange {
+    char16_t first;
+    char16_t last;
+};
+
+/// Index of the first unit at or after `start` that lies in one of the ranges; else the text's length.
+template <const auto& kRanges> std::size_t FirstInRanges(std::u16string_view text, std::size_t start) noexcept {
+    return FirstFitting(text, start, [](UnitBlock block) {
+        UnitMask isIn{};
+        for (const UnitRange& range : kRanges)
+            isIn |= block - FilledBlock(range.first) <= FilledBlock(static_cast<char16_t>(range.last - range.first));
+        return isIn;
+    });
 }
 
 /// The units of a text as a set. A few units are compared in blocks. A larger set has a bit for each ASCII unit, and is
