@@ -90,7 +90,7 @@ void TransformedBounds(benchmark::State& state, auto boundsOf) {
 BENCHMARK_CAPTURE(TransformedBounds, plain, plain::TransformedBounds);
 BENCHMARK_CAPTURE(TransformedBounds, ours, Math::CalculateTransformedRectBoundingRectangle);
 
-// An edge point takes five arc tangents on a rectangle, one square root in an ellipse; one arc tangent is the floor.
+/// An edge point takes five arc tangents on a rectangle, one square root in an ellipse; one arc tangent is the floor.
 void OneAngle(benchmark::State& state) {
     const auto p = Points(kCount, 1000);
     ForEachIndex(state, [&](std::size_t i) { return Math::CalculateAngle(p[i]); });

@@ -10,7 +10,7 @@ namespace {
 
 using rk::platform::DateStyle;
 
-// The locale of the first date text and of the first time text, which all later texts keep.
+/// The locale of the first date text and of the first time text, which all later texts keep.
 constinit std::atomic<const std::string*> dateLocale = nullptr;
 constinit std::atomic<const std::string*> timeLocale = nullptr;
 

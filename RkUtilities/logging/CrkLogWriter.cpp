@@ -21,7 +21,7 @@
 #include <system_error>
 #include <utility>
 
-// Destroyed after the static objects of all files, whose destructors may still log.
+/// Destroyed after the static objects of all files, whose destructors may still log.
 [[gnu::init_priority(101)]] constinit CString CrkLogWriter::m_path = CString::Literal(u"~/Corvane.Log/");
 constinit CString CrkLogWriter::m_activeFileName = CString::Literal(u"messages.xml");
 constinit CrkLogSettings* CrkLogWriter::m_pLogSettings = nullptr;
@@ -40,10 +40,10 @@ using rk::platform::AppendFile;
 
 constexpr std::chrono::milliseconds kLongestWait{1000};
 
-// After a wait that was too long, no entry waits for the lock until it has been free.
+/// After a wait that was too long, no entry waits for the lock until it has been free.
 constinit std::atomic<bool> hasGivenUp = false;
 
-// Guarded by CrkLogWriter::m_mutex.
+/// Guarded by CrkLogWriter::m_mutex.
 [[gnu::init_priority(101)]] constinit std::optional<AppendFile::Left> left;
 constinit const std::optional<AppendFile::Left> kNothing;
 

@@ -15,7 +15,7 @@
 
 namespace {
 
-// Moves a file over whatever file has the name. After a failure both are as they were.
+/// Moves a file over whatever file has the name. After a failure both are as they were.
 std::error_code MoveOver(const std::string& from, const std::string& to) {
     using namespace rk::platform;
     if (const std::error_code error = RenameOver(from, to); error != std::errc::cross_device_link)
@@ -25,7 +25,7 @@ std::error_code MoveOver(const std::string& from, const std::string& to) {
     return error ? error : RemoveFile(from);
 }
 
-// Moves the file to the next number, and removes the backups with lower numbers than are to be kept.
+/// Moves the file to the next number, and removes the backups with lower numbers than are to be kept.
 std::error_code MoveToNextNumber(const std::string& from, const std::string& start, std::uint64_t keptCount) {
     using namespace rk::platform;
     constexpr std::string_view kEnd = ".xml";

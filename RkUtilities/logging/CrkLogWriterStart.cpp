@@ -14,7 +14,7 @@
 
 namespace {
 
-// With escapes for characters that end a value, mean something in XML, or steer a terminal.
+/// With escapes for characters that end a value, mean something in XML, or steer a terminal.
 std::string Escaped(std::string_view value) {
     constexpr char kDigits[] = "0123456789ABCDEF";
     std::string text;
@@ -28,7 +28,7 @@ std::string Escaped(std::string_view value) {
     return text;
 }
 
-// Local time by ISO 8601; `fraction` stands behind the seconds.
+/// Local time by ISO 8601; `fraction` stands behind the seconds.
 std::string IsoTime(std::int64_t utcSeconds, const std::string& fraction = "") {
     const rk::platform::CalendarTime time = rk::platform::LocalCalendar(utcSeconds);
     const long minutes = std::abs(time.tm_gmtoff) / 60;

@@ -13,14 +13,14 @@ namespace {
 
 using rk::platform::IsSameName;
 
-// The element that starts at `start`, up to the next "/" or the end.
+/// The element that starts at `start`, up to the next "/" or the end.
 std::u16string_view ElementAt(std::u16string_view path, std::size_t start) {
     return path.substr(start, path.find(u'/', start) - start);
 }
 
 // In these functions a clean path is "" for the root, else a "/" before each element: no element is empty, "." or "..".
 
-// nullopt for "" and for a relative path without a current folder.
+/// nullopt for "" and for a relative path without a current folder.
 std::optional<std::u16string> CleanPath(const CString& path) {
     if (path.IsEmpty())
         return std::nullopt;
@@ -46,7 +46,7 @@ std::optional<std::u16string> CleanPath(const CString& path) {
     return clean;
 }
 
-// How far two clean paths lead through the same folders: what follows is "" or begins with "/".
+/// How far two clean paths lead through the same folders: what follows is "" or begins with "/".
 struct CommonPart {
     std::size_t ofTarget;
     std::size_t ofBase;

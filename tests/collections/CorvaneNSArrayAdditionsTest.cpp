@@ -27,7 +27,7 @@ concept CanAskForEquals = requires(Array array, Objects objects) { Additions::in
 template <class Array, class Object>
 concept CanAskForObject = requires(Array array, Object object) { Additions::containsObjectIdenticalTo(array, object); };
 
-// A type without "==" has identity only; what can never be the same object is refused.
+/// A type without "==" has identity only; what can never be the same object is refused.
 static_assert(CanAskForObject<std::vector<Tag*>, std::shared_ptr<const Tag>> &&
               CanAskForObject<std::vector<Tag*>, Topic*>);
 static_assert(!CanAskForEquals<std::vector<Tag*>, std::vector<Tag*>>);

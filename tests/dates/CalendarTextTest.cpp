@@ -22,7 +22,7 @@ std::string Content(const Calendar& calendar) {
     return text;
 }
 
-// What is read into a calendar with the flags 101000011 and the dates 1 and 2.
+/// What is read into a calendar with the flags 101000011 and the dates 1 and 2.
 constexpr std::pair<std::u16string_view, const char*> kReadCases[] = {
     {u"", "101000011 1 2"},  // nothing changes
     {u"0111110;45000.25;45000.75", "0111110 45000"},

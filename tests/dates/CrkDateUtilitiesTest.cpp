@@ -8,7 +8,7 @@ namespace {
 
 using namespace std::chrono;
 
-// The times that this file's initialiser finds. It may run before the initialisers of the library's files.
+/// The times that this file's initialiser finds. It may run before the initialisers of the library's files.
 const double kAtLoad[] = {CrkDateUtilities::NullTime.GetCFAbsoluteTime(),
                           CrkDateUtilities::MinimumTime.GetCFAbsoluteTime(),
                           CrkDateUtilities::MaximumTime.GetCFAbsoluteTime()};

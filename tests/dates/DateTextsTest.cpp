@@ -50,14 +50,14 @@ std::string IcuTexts(const char* locale, const char* zone, const Times& times) {
     return lines;
 }
 
-// Left to right, right to left, other calendars, other numbers, unknown locales.
+/// Left to right, right to left, other calendars, other numbers, unknown locales.
 constexpr std::string_view kLocales =
     "en_US en_US_POSIX de_CH fr_CA cs_CZ ru_RU tr_TR zh_TW hi_IN bn_BD my_MM sr_Latn_RS ar_EG ar_SA he_IL ckb_IQ th_TH "
     "fa_IR ja_JP@calendar=japanese zh_CN@calendar=chinese he_IL@calendar=hebrew am_ET@calendar=ethiopic "
     "de_DE@numbers=roman "
     "hi_IN@numbers=deva en_US@hours=h23 xx_YY root";
 
-// With the time from when on both zone databases agree.
+/// With the time from when on both zone databases agree.
 constexpr std::pair<const char*, std::int64_t> kZones[] = {
     {"UTC", -62135596800}, {"Europe/Berlin", 0}, {"Asia/Kathmandu", 600000000}, {"Australia/Lord_Howe", 600000000}};
 

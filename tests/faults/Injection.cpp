@@ -84,7 +84,7 @@ template <class Take> void* Allocated(const Take& take) noexcept {
     return memory;
 }
 
-// The only places from which the kernel takes calls while `selector` is 1.
+/// The only places from which the kernel takes calls while `selector` is 1.
 extern "C" const char rkGateBegin[], rkGateEnd[];
 extern "C" long rkSystemCall(long number, long, long, long, long, long, long);
 extern "C" void rkReturnFromSignal();

@@ -31,7 +31,7 @@ TEST(Time, CountsEveryDayOfTheYears1To9999AsTheCalendarDoes) {
     EXPECT_EQ(kBeforeMain.GetCFAbsoluteTime(), CTime(1970, 1, 1, 0, 0, 0, -1).GetCFAbsoluteTime());
 }
 
-// Zone; year to second, dst; UTC seconds, 0 for the null time.
+/// Zone; year to second, dst; UTC seconds, 0 for the null time.
 constexpr std::tuple<const char*, std::array<int, 7>, std::time_t> kLocalRows[] = {
     {"Europe/Berlin", {2026, 3, 29, 2, 30, 0, 0}, 1774747800},  // does not exist: 3:30
     {"Europe/Berlin", {2026, 7, 1, 12, 0, 0, 0}, 1782900000},   // dst does not shift what exists once

@@ -53,7 +53,7 @@ TEST(DoubleText, HasAsManyDecimalsAsAskedForOfEitherSign) {
     EXPECT_EQ(Conversion::DoubleToFixedString(-DBL_MAX, INT_MAX).GetLength(), 1 + 309 + 1 + 30);
 }
 
-// Text, integer, fraction (null: stays as it was) and whether it is negative.
+/// Text, integer, fraction (null: stays as it was) and whether it is negative.
 using SplitRow = std::tuple<const char16_t*, const char16_t*, const char16_t*, bool>;
 constexpr SplitRow kSplitRows[] = {
     {u"-1234.5", u"1234", u"5", true}, {u"", u"kept", nullptr, true},     {u" \u2003\t", u"kept", nullptr, true},
@@ -113,7 +113,7 @@ TEST(FormattedNumber, ShowsDecimalsGroupsAndSign) {
     EXPECT_EQ(fraction, std::u16string(1000000, u'0') + u"15");
 }
 
-// The tables as a reader of the interface knows them, with "$" and 1.10.
+/// The tables as a reader of the interface knows them, with "$" and 1.10.
 constexpr const char16_t* kPositive[] = {u"$1.10", u"1.10$", u"$ 1.10", u"1.10 $"};
 constexpr const char16_t* kNegative[][2] = {
     {u"($1.10)", u"-$1.10"},  {u"-$1.10", u"-$1.10"},   {u"$-1.10", u"$-1.10"},    {u"$1.10-", u"$1.10-"},

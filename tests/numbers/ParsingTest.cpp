@@ -23,7 +23,7 @@ constexpr ScanRow kScanRows[] = {
     {u"1E+x", 1, 1},   {u".50e0", 0.5, kNone},          {u"-10000000000", -1e10, INT_MIN},
     {u"0x10", 0, 0},   {u"1e\u22123", 0.001, 1},        {u"0e99999999999999999999", 0, 0},
     {u"5.e2", 500, 5}, {u"10000000000", 1e10, INT_MAX}, {u"-1e9999999999999999999", -kInfinity, -1}};
-// A digit of another locale, digits beyond the BMP and their halves. LocaleTest reads what every locale writes.
+/// A digit of another locale, digits beyond the BMP and their halves. LocaleTest reads what every locale writes.
 constexpr std::pair<const char*, ScanRow> kLocaleRows[] = {
     {"ar_EG@numbers=arab", {u"12\u066B5", 12.5, 12}},
     {"fa_IR", {u"\u2212\u06F1\u06F2e\u06F2", -1200, -12}},

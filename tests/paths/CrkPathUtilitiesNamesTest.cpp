@@ -124,7 +124,7 @@ TEST(FreeNames, AreFoundAmongManyInAnyFolder) {
     folder.SetMode("", 0700);
 }
 
-// The temporary folder is found once in a process, so each question has a process of its own.
+/// The temporary folder is found once in a process, so each question has a process of its own.
 void ExpectTempFolder(const std::string& environment, const std::string& expected) {
     ExpectItEndsWell(StartChild([&] {
         setenv("TMPDIR", environment.c_str(), 1);

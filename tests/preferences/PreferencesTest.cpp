@@ -138,7 +138,7 @@ TEST_F(Preferences, KeepTypesAndEveryTextFromOneProcessToTheNextUntilTheyAreDele
 
 template <class T>
 concept Settable = requires(SECRegistry& registry, const T& value) { registry.SetValue(u"name", value); };
-// Neither a cut number nor a pointer as a boolean.
+/// Neither a cut number nor a pointer as a boolean.
 static_assert(Settable<std::uint8_t> && !Settable<long> && !Settable<long double> && !Settable<void*> &&
               !Settable<std::nullptr_t> && !Settable<wchar_t>);
 

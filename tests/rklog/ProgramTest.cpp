@@ -29,7 +29,7 @@ std::string MessagesOf(EntrySource& source) {
     return messages;
 }
 
-// What no output may let through: markup, quotes, separators, control characters, what is no UTF-8, U+FFFF.
+/// What no output may let through: markup, quotes, separators, control characters, what is no UTF-8, U+FFFF.
 constexpr std::string_view kNasty =
     "<b>&amp;\"',;\n</script><l:x>\x1B[31m\xC2\x9B\xE2\x80\xAE\xFF\xEF\xBF\xBF\x01\rend";
 

@@ -8,7 +8,7 @@ using namespace rklog;
 
 namespace {
 
-// "category/severity/message" of whole entries, "torn:message" and "stray:message" of the others.
+/// "category/severity/message" of whole entries, "torn:message" and "stray:message" of the others.
 std::string Told(const Entry& entry) {
     const std::string message = Unescaped(entry.message);
     if (entry.wholeness != Wholeness::Whole)

@@ -170,7 +170,7 @@ CString Passes(CString text) {
     return text;
 }
 
-// A text, the index of its placeholder and the placeholder; a text without "%" leaves what stood there.
+/// A text, the index of its placeholder and the placeholder; a text without "%" leaves what stood there.
 constexpr std::tuple<const char16_t*, int, const char16_t*> kFindRows[] = {
     {u"x %a% y", 2, u"%a%"}, {u"none", -1, u"kept"}, {u"100%", -1, u""}};
 constexpr const char16_t* kEndlessRows[][2] = {{u"%i%-%a%", u"%i%x-x"}, {u"%g%", u"%h%%h%"}};

@@ -4,7 +4,7 @@ namespace {
 
 using Strings = CrkStringUtilities;
 
-// A text, what is sought, whether its case counts, a start and the index. Upper case joins the long s with S.
+/// A text, what is sought, whether its case counts, a start and the index. Upper case joins the long s with S.
 constexpr std::tuple<const char16_t*, const char16_t*, bool, int, int> kSearchRows[] = {
     {u"the tree", u"Tree", false, 0, 4},  {u"abc", u"A", true, 0, -1}, {u"abc", u"", true, 1, 1},
     {u"\u017Ftop", u"STOP", false, 0, 0}, {u"abc", u"c", true, 4, -1}, {u"abc", u"a", true, INT_MIN, 0}};

@@ -28,7 +28,7 @@ TEST(XmlCharacters, AreThoseOfAppendixBForEveryCodeUnit) {
     }
 }
 
-// A text, and the names by replacing with "-": without colons and inserting, the same in place, with both.
+/// A text, and the names by replacing with "-": without colons and inserting, the same in place, with both.
 constexpr const char16_t* kRepairRows[][4] = {{u"1abc", u"_1abc", u"_abc", u"_1abc"},
                                               {u":", u"_-", u"_", u":"},
                                               {u"a b\u00D7c", u"a-b-c", u"a-b-c", u"a-b-c"},

@@ -8,7 +8,7 @@ namespace rklog {
 
 namespace {
 
-// The words for the halves of the day in the short times of CLDR 42 to 46, as PlainLetter leaves them, before blanks.
+/// The words for the halves of the day in the short times of CLDR 42 to 46, as PlainLetter leaves them, before blanks.
 constexpr std::string_view kBeforeNoon =
     "am an damanhã eparadites gh hengihengi hoseng leebi ntufat pg rw safiya sokallim subaka "
     "uluchelo vm wd ÖÖ ŋdi ǁgoagas πμ اےایم بن ص صبحمنجهند غم ܏ܩܛ एएम तडके "
@@ -24,7 +24,7 @@ constexpr std::string_view kAfterNoon =
     "పిఎమ్ ಅಪರಾಹ್ನ ཕྱི་ཆ་ ཕྱི་དྲོ་ ከሰዓት ድቀ ᏒᎯᏱᎢᏗᏢ "
     "ᐲᒼ ᱧᱤᱫᱟᱹ 下午 中午 晚上 오후 𞤇𞤎 ";
 
-// The zeros of the digits that CLDR's locales write dates in; the other nine follow each.
+/// The zeros of the digits that CLDR's locales write dates in; the other nine follow each.
 constexpr char32_t kZeros[] = {U'0',   0x0660, 0x06F0, 0x07C0, 0x0966,  0x09E6,
                                0x0E50, 0x0F20, 0x1040, 0x1C50, 0x11136, 0x1E950};
 

@@ -6,7 +6,7 @@ namespace rklog {
 
 namespace {
 
-// Where each of year, month and day stands, by order.
+/// Where each of year, month and day stands, by order.
 constexpr std::array<std::array<std::size_t, 3>, 3> kPlaces = {{{2, 1, 0}, {2, 0, 1}, {0, 1, 2}}};
 
 constexpr int kNoon = 12;

@@ -17,10 +17,10 @@ namespace {
 constexpr std::uint64_t kSampledByteCount = 64 << 10;
 constexpr std::uint64_t kPlaceCount = 8;  // in a file
 
-// Two clocks agree when they differ by less: a minute is cut off each time.
+/// Two clocks agree when they differ by less: a minute is cut off each time.
 constexpr Seconds kTolerance = 2 * kSecondsOfMinute;
 
-// How far a wall's time may be ahead of the UTC of a file's last change.
+/// How far a wall's time may be ahead of the UTC of a file's last change.
 constexpr Seconds kFarthestZones = 2 * kSecondsOfDay;
 
 bool Agree(Seconds a, Seconds b) { return std::abs(a - b) < kTolerance; }

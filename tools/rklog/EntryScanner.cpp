@@ -37,7 +37,7 @@ bool EntryScanner::Next(Entry& entry) {
     return true;
 }
 
-// Goes from line to line: the library's search for one byte is several times as fast as any for a longer text.
+/// Goes from line to line: the library's search for one byte is several times as fast as any for a longer text.
 bool EntryScanner::FindNextStart() {
     m_searched = std::max(m_searched, m_begin);
     while (m_searched < m_end) {

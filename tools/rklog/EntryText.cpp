@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kAmpersand = "&amp;";
 
-// What stands between the fields, in their order; the severity is read into its own variable.
+/// What stands between the fields, in their order; the severity is read into its own variable.
 struct Separator {
     std::string_view markup;
     std::string_view Entry::* field;

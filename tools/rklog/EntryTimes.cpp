@@ -7,11 +7,11 @@ namespace rklog {
 
 namespace {
 
-// A log of many runs is read in constant memory: the oldest starts are forgotten, and with them the threads.
+/// A log of many runs is read in constant memory: the oldest starts are forgotten, and with them the threads.
 constexpr std::size_t kMostProcesses = 10'000;
 constexpr std::size_t kMostThreads = 100'000;
 
-// How far a clock change may have moved the wall's time away from the wall's time at the process's start.
+/// How far a clock change may have moved the wall's time away from the wall's time at the process's start.
 constexpr Seconds kClockChanges[] = {0, kSecondsOfHour, -kSecondsOfHour};
 
 }  // namespace

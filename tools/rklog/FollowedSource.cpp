@@ -34,8 +34,8 @@ bool FollowedSource::Next(Entry& entry) {
     }
 }
 
-// False when there is nothing new in the file; then nothing is kept of an entry that has not come whole, since the
-// writer may replace a beginning by another entry.
+/// False when there is nothing new in the file; then nothing is kept of an entry that has not come whole, since the
+/// writer may replace a beginning by another entry.
 bool FollowedSource::ReadOn() {
     const std::size_t byteCount = m_file->Read(m_scanner.Room(), EntryScanner::kBlockByteCount);
     m_scanner.Took(byteCount);

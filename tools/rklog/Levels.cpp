@@ -8,7 +8,7 @@ namespace rklog {
 
 namespace {
 
-// As CrkLogWriter::Severity gives them, by level.
+/// As CrkLogWriter::Severity gives them, by level.
 constexpr std::array<std::string_view, kLevelCount> kNames = {"Emergency", "Critical", "Error", "Warning",
                                                               "Notice",    "Info",     "Debug"};
 

@@ -50,7 +50,7 @@ Log::Log(std::string path, Reading reading, Trouble& trouble)
         m_source = std::make_unique<FollowedSource>(m_path, m_trouble);
 }
 
-// A log that is followed may come later, so its dates are looked at when its first entry is there.
+/// A log that is followed may come later, so its dates are looked at when its first entry is there.
 void Log::Open() {
     std::vector<std::string> paths;
     try {

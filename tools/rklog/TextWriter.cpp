@@ -10,7 +10,7 @@ namespace rklog {
 
 namespace {
 
-// The terminal's attributes for each level; "" is plain.
+/// The terminal's attributes for each level; "" is plain.
 constexpr std::array<std::string_view, kLevelCount> kAttributes = {"1;37;41", "1;31", "31", "33", "36", "", "2"};
 
 constexpr std::size_t kLevelWidth = 9;  // of "Emergency"

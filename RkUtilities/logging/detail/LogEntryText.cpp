@@ -21,7 +21,7 @@ using namespace std::string_view_literals;
 
 namespace {
 
-// The markup of a header, body and footer around the values, and the values of fixed or nearly fixed length.
+/// The markup of a header, body and footer around the values, and the values of fixed or nearly fixed length.
 constexpr std::size_t kUsualOverhead = 400;
 
 std::string_view SeverityText(ErkLogLevel level) {
@@ -38,7 +38,7 @@ void AppendEscaped(TextBuilder& target, std::u16string_view text) {
     target.Append(text);
 }
 
-// The message behind its first "?>", or all of it. Escaping neither makes nor breaks a "?>".
+/// The message behind its first "?>", or all of it. Escaping neither makes nor breaks a "?>".
 std::u16string_view WithoutDeclaration(std::u16string_view message) {
     const std::size_t end = FindUnits(message, u"?>", 0);
     return end < message.size() ? message.substr(end + 2) : message;
@@ -118,7 +118,7 @@ constinit std::int32_t CrkLogWriter::m_seconds = 0;
 
 namespace {
 
-// Before the initialisers of all files, which may use the log already.
+/// Before the initialisers of all files, which may use the log already.
 [[gnu::constructor(101)]] void NoteWhenTheLibraryWasLoaded() {
     CrkLogWriter::m_seconds = rk::SecondsSince2001(std::chrono::system_clock::now());
 }

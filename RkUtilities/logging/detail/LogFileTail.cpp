@@ -20,8 +20,8 @@ std::optional<std::string> Read(const platform::AppendFile& file, std::uint64_t 
     return error ? std::nullopt : std::optional(std::move(bytes));
 }
 
-// Where the last whole entry ends; 0 in a file without a whole entry, nullopt when the entry lies too far from the end.
-// The search goes from the end, block by block; blocks overlap so far that no footer is cut in two.
+/// Where the last whole entry ends; 0 in a file without a whole entry, nullopt when the entry lies too far from the
+/// end. The search goes from the end, block by block; blocks overlap so far that no footer is cut in two.
 std::optional<std::uint64_t> EndOfLastEntry(const platform::AppendFile& file) {
     constexpr std::uint64_t kBlockByteCount = std::uint64_t{64} << 10;
     constexpr std::uint64_t kFarthest = std::uint64_t{64} << 20;

@@ -18,7 +18,7 @@ constinit std::atomic<std::uint64_t> lastFailure = FailureOf(LogStep::None, 0);
 constinit std::atomic<std::uint64_t> droppedEntryCount = 0;
 constinit std::atomic<bool> isTold = false;
 
-// Indexed by LogStep.
+/// Indexed by LogStep.
 constexpr const char* kStepTexts[] = {"",
                                       "make the log folder",
                                       "open the file",

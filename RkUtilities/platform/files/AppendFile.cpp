@@ -10,7 +10,7 @@ namespace rk::platform {
 
 namespace {
 
-// A file that is moved away again and again just before we lock it is taken as it is in the end.
+/// A file that is moved away again and again just before we lock it is taken as it is in the end.
 constexpr int kMostReopenings = 100;
 
 FileHandle OpenToAppend(const std::string& path, int furtherFlags) {
@@ -18,7 +18,7 @@ FileHandle OpenToAppend(const std::string& path, int furtherFlags) {
     return OpenAt(PlaceOf(path), O_RDWR | O_CREAT | O_APPEND | O_NONBLOCK | furtherFlags, S_IRUSR | S_IWUSR);
 }
 
-// Whether other users may put a file or link of their own in the place of this path's last element.
+/// Whether other users may put a file or link of their own in the place of this path's last element.
 bool IsInSharedFolder(const std::string& path) {
     struct stat facts{};
     return stat(SystemPath(FolderHolding(path)), &facts) != 0 || (facts.st_mode & (S_IWGRP | S_IWOTH)) != 0 ||
@@ -52,8 +52,8 @@ std::error_code AppendFile::OpenUnlocked(const std::string& path) {
     return m_file ? std::error_code() : LastError();
 }
 
-// A lock of the open file: a lock of the process would end with any of its descriptors. A file system without locks
-// counts as locked.
+/// A lock of the open file: a lock of the process would end with any of its descriptors. A file system without locks
+/// counts as locked.
 void AppendFile::Lock(Patience& patience) {
     struct flock wholeFile{};
     wholeFile.l_type = F_WRLCK;

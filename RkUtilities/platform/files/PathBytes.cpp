@@ -5,9 +5,9 @@
 namespace rk::platform {
 namespace {
 
-// A byte 0x80 to 0xFF that is no UTF-8 stands in text as kEscape plus the byte. The way back is exact: decoding takes
-// every well-formed sequence, so that no run of escapes spells a sequence, and a low surrogate right after a pair is
-// lone.
+/// A byte 0x80 to 0xFF that is no UTF-8 stands in text as kEscape plus the byte. The way back is exact: decoding takes
+/// every well-formed sequence, so that no run of escapes spells a sequence, and a low surrogate right after a pair is
+/// lone.
 constexpr char16_t kEscape = 0xDC00;
 
 constexpr bool IsEscapedByte(char16_t unit) { return unit >= kEscape + 0x80 && unit <= kEscape + 0xFF; }

@@ -29,7 +29,7 @@ std::optional<struct stat> FolderFacts(const std::string& path) {
     return facts;
 }
 
-// $TMPDIR without trailing "/"; "" unless it is an absolute path.
+/// $TMPDIR without trailing "/"; "" unless it is an absolute path.
 std::string FolderOfEnvironment() {
     const std::string folder = EnvironmentVariable("TMPDIR").value_or("");
     return folder.starts_with('/') ? WithoutClosingSlashes(folder) : std::string();
@@ -41,14 +41,14 @@ bool BelongsToUserAlone(const std::string& folder) {
            access(folder.c_str(), W_OK | X_OK) == 0;
 }
 
-// Whether no other user can rename or remove what the user makes in the folder.
+/// Whether no other user can rename or remove what the user makes in the folder.
 bool KeepsWhatIsMadeInIt(const std::string& folder) {
     const std::optional<struct stat> facts = FolderFacts(folder);
     return facts && (facts->st_uid == 0 || facts->st_uid == geteuid()) &&
            ((facts->st_mode & kOthersMayWrite) == 0 || (facts->st_mode & S_ISVTX) != 0);
 }
 
-// Whether `folder` is, or was made, a real folder of the user that is closed to all others.
+/// Whether `folder` is, or was made, a real folder of the user that is closed to all others.
 bool IsPrivateFolder(const std::string& folder, Missing missing) {
     if (missing == Missing::IsMade && mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST)
         return false;

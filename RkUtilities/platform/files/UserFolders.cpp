@@ -38,7 +38,7 @@ std::string InHome(std::string_view relative) {
     return home.append(relative);
 }
 
-// The value of a line `XDG_MUSIC_DIR="$HOME/Music"` that sets `name`: quoted for the shell, absolute or in the home.
+/// The value of a line `XDG_MUSIC_DIR="$HOME/Music"` that sets `name`: quoted for the shell, absolute or in the home.
 std::optional<std::string> ValueOfLine(std::string_view line, std::string_view name) {
     const auto skip = [&line](std::string_view expected) {
         line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));

@@ -16,7 +16,7 @@ namespace rk::platform {
 
 namespace {
 
-// The first texts of ICU 72 need less than 1 MB, those of ICU 76 less than 2.
+/// The first texts of ICU 72 need less than 1 MB, those of ICU 76 less than 2.
 constexpr std::size_t kByteCount = std::size_t{4} << 20;
 
 /// A part of the reserve; the next part begins behind its bytes.
@@ -28,7 +28,7 @@ struct alignas(16) Block {
     [[nodiscard]] Block* Next() noexcept { return reinterpret_cast<Block*>(Begin() + byteCount); }
 };
 
-// Guarded by `Lock::IcuMemory`. Its pages take memory when they are first written to.
+/// Guarded by `Lock::IcuMemory`. Its pages take memory when they are first written to.
 alignas(Block) constinit std::byte reserve[kByteCount]{};
 constinit std::atomic<std::uint64_t> shortageCount = 0;
 

@@ -13,7 +13,7 @@ namespace rk::platform {
 
 namespace {
 
-// Null without a folder; guarded by `Lock::Locale`. Never destroyed: static objects' destructors may load texts.
+/// Null without a folder; guarded by `Lock::Locale`. Never destroyed: static objects' destructors may load texts.
 constinit const std::string* ownFolder = nullptr;
 
 struct CloseBundle {

@@ -22,14 +22,15 @@ namespace {
 
 constexpr std::size_t kMostNameBytes = 100;  // names of CLDR are far shorter
 
-// The chosen name, null without a choice; guarded by `Lock::Locale`.
+/// The chosen name, null without a choice; guarded by `Lock::Locale`.
 constinit const std::string* chosenName = nullptr;
-// Changes with each choice, and is odd while a name is chosen. Readers look at it without a lock.
+/// Changes with each choice, and is odd while a name is chosen. Readers look at it without a lock.
 constinit std::atomic<std::uint64_t> choice{0};
 
 constexpr std::array<int, 5> kCategories = {LC_MONETARY, LC_NUMERIC, LC_TIME, LC_MESSAGES, LC_COLLATE};
 
-// Modifiers of the C library that name a script. Other modifiers (a currency, a collation) are left out of ICU's names.
+/// Modifiers of the C library that name a script. Other modifiers (a currency, a collation) are left out of ICU's
+/// names.
 constexpr std::pair<std::string_view, std::string_view> kScripts[] = {
     {"latin", "Latn"}, {"cyrillic", "Cyrl"}, {"devanagari", "Deva"}, {"arabic", "Arab"}};
 

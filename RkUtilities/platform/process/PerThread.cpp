@@ -22,7 +22,7 @@ void EndThread(void* /*unused*/) {
         ends[--endCount]();
 }
 
-// When the library is loaded, since nothing can be told from a thread's first call later.
+/// When the library is loaded, since nothing can be told from a thread's first call later.
 [[gnu::constructor(101)]] void MakeKey() { hasKey = pthread_key_create(&key, &EndThread) == 0; }
 
 }  // namespace

@@ -41,7 +41,7 @@ std::atomic<std::uint32_t>* MapForkMark() noexcept {
 
 constinit std::atomic<std::uint32_t>* forkMark = nullptr;
 
-// When the library is loaded. The second sign of a fork is for kernels that claim to wipe pages and do not.
+/// When the library is loaded. The second sign of a fork is for kernels that claim to wipe pages and do not.
 [[gnu::constructor(101)]] void WatchForForks() {
     forkMark = MapForkMark();
     const auto inChild = [] {

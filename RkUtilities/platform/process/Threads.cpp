@@ -51,7 +51,7 @@ void AfterForkInChild() {
     AfterFork();
 }
 
-// When the library is loaded. Without memory for it, which a program that starts has, forks are as they are.
+/// When the library is loaded. Without memory for it, which a program that starts has, forks are as they are.
 [[gnu::constructor(101)]] void WatchForks() {
     static_cast<void>(pthread_atfork(&BeforeFork, &AfterFork, &AfterForkInChild));
 }

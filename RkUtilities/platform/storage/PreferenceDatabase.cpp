@@ -15,14 +15,14 @@ namespace {
 
 constexpr int kBusyMilliseconds = 2000;
 
-// UTF-16 inside keeps any sequence of code units, lone surrogates and U+0000 included.
+/// UTF-16 inside keeps any sequence of code units, lone surrogates and U+0000 included.
 constexpr const char* kEncoding = "PRAGMA encoding = 'UTF-16le';";
-// A write-ahead journal needs one flush a transaction, but its users share memory: a database whose users may be on
-// several machines has the older kind of journal. A flush after a write that makes the journal longer takes half as
-// long again as a flush after a write over old pages, so the journal starts over after 128 pages (SQLite: 1000).
+/// A write-ahead journal needs one flush a transaction, but its users share memory: a database whose users may be on
+/// several machines has the older kind of journal. A flush after a write that makes the journal longer takes half as
+/// long again as a flush after a write over old pages, so the journal starts over after 128 pages (SQLite: 1000).
 constexpr const char* kJournalOfOneMachine = "PRAGMA journal_mode = WAL; PRAGMA wal_autocheckpoint = 128;";
 constexpr const char* kJournalOfSeveral = "PRAGMA journal_mode = TRUNCATE;";
-// FULL waits for the disk, so that values that are reported as stored survive a power cut.
+/// FULL waits for the disk, so that values that are reported as stored survive a power cut.
 constexpr const char* kTable = "PRAGMA synchronous = FULL;"
                                "CREATE TABLE IF NOT EXISTS preferences (scope TEXT NOT NULL, name TEXT NOT NULL,"
                                " type TEXT NOT NULL, value, PRIMARY KEY (scope, name)) WITHOUT ROWID;";

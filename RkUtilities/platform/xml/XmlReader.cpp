@@ -33,7 +33,7 @@ void SetSecret(XML_Parser parser) noexcept {
 #endif
 }
 
-// The reading of a document. No exception passes through expat: the exception is kept until the parser has returned.
+/// The reading of a document. No exception passes through expat: the exception is kept until the parser has returned.
 class Reading {
 public:
     explicit Reading(const TakeXmlChild& take) : m_take(take), m_parser(XML_ParserCreate(nullptr), XML_ParserFree) {

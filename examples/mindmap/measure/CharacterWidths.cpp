@@ -9,7 +9,7 @@ namespace mindmap {
 
 namespace {
 
-// Advance widths of DejaVu Sans 2.37 and Noto Sans 2.004, rounded up; from U+0020 to U+007E.
+/// Advance widths of DejaVu Sans 2.37 and Noto Sans 2.004, rounded up; from U+0020 to U+007E.
 constexpr std::array<std::uint8_t, 95> kRegularAscii = {
     32, 41, 46, 84, 64, 96, 78, 28, 40,  40, 56, 84, 32, 37, 32, 38, 64, 64, 64, 64, 64, 64, 64, 64,
     64, 64, 34, 34, 84, 84, 84, 54, 100, 69, 69, 70, 78, 64, 58, 78, 76, 34, 30, 66, 56, 91, 76, 79,
@@ -29,9 +29,9 @@ struct WidthRange {
     std::uint16_t regular;
     std::uint16_t bold;
 };
-// The largest widths in each range. Code points of color pictures count with the 1.25 em of Noto
-// Color Emoji, what is never shown (joiners, selectors, marks of direction) with 0. Ascending and disjoint; the
-// fonts have no code point between the ranges.
+/// The largest widths in each range. Code points of color pictures count with the 1.25 em of Noto
+/// Color Emoji, what is never shown (joiners, selectors, marks of direction) with 0. Ascending and disjoint; the
+/// fonts have no code point between the ranges.
 constexpr WidthRange kWidths[] = {
     {0xA0, 0xA8, 64, 70},         {0xA9, 0xB1, 100, 100},       {0xB2, 0xBB, 66, 74},
     {0xBC, 0xBE, 97, 104},        {0xBF, 0xC5, 69, 78},         {0xC6, 0xC6, 98, 109},
@@ -121,15 +121,15 @@ constexpr WidthRange kWidths[] = {
     {0x1F635, 0x1F746, 138, 138}, {0x1F747, 0x1F760, 147, 147}, {0x1F761, 0x1F7D8, 111, 111},
     {0x1F7E0, 0x1FAF8, 125, 125}, {0x1FB00, 0x3106C, 100, 100}, {0xE0000, 0xE0FFF, 0, 0},
 };
-// Wider than the box with the code point's digits that stands for a missing glyph.
+/// Wider than the box with the code point's digits that stands for a missing glyph.
 constexpr int kMissingGlyphWidth = 160;
 
 struct CodePointRange {
     char32_t first;
     char32_t last;
 };
-// General categories Mn, Mc and Me of Unicode 15 and the selectors; gaps of one or two code points are closed, since a
-// line that does not break there is no loss.
+/// General categories Mn, Mc and Me of Unicode 15 and the selectors; gaps of one or two code points are closed, since a
+/// line that does not break there is no loss.
 constexpr CodePointRange kMarks[] = {
     {0x300, 0x36F},     {0x483, 0x489},     {0x591, 0x5C7},     {0x610, 0x61A},     {0x64B, 0x65F},
     {0x670, 0x670},     {0x6D6, 0x6ED},     {0x711, 0x711},     {0x730, 0x74A},     {0x7A6, 0x7B0},

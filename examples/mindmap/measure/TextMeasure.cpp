@@ -14,14 +14,14 @@ constexpr int kHundredthsPerEm = 100;
 constexpr char16_t kEllipsis[] = u"…";
 constexpr char32_t kEmojiSelector = 0xFE0F;
 constexpr int kEmojiWidth = 125;
-// The placeholder under a mark that has no character to stand on.
+/// The placeholder under a mark that has no character to stand on.
 constexpr int kDottedCircleWidth = 95;
-// Longer texts are cut before they are measured, so that a huge one costs no more than a long one.
+/// Longer texts are cut before they are measured, so that a huge one costs no more than a long one.
 constexpr std::size_t kMaximumMeasuredUnits = 4000;
 constexpr int kMaximumMarks = 4;
 constexpr int kMaximumClusterCodePoints = 24;  // more than any picture is joined of
 
-// Characters that no line ends with or begins with, after JIS X 4051 and the quotation marks of European texts.
+/// Characters that no line ends with or begins with, after JIS X 4051 and the quotation marks of European texts.
 constexpr std::u16string_view kNoBreakAfter = u"([{‘“‚„«‹（［｛「『【〈《〔〖";
 constexpr std::u16string_view kNoBreakBefore =
     u")]}’”»›!,.:;?%/…、。，．：；？！）］｝」』】〉》〕〗・ーゝゞ々〻ぁぃぅぇぉっゃゅょゎァィゥェォッャュョヮヵヶ％";

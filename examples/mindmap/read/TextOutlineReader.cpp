@@ -9,7 +9,7 @@ namespace mindmap {
 namespace {
 
 constexpr std::int64_t kTabColumns = 4;
-// Depths of list items and indented lines begin behind those of headings.
+/// Depths of list items and indented lines begin behind those of headings.
 constexpr std::int64_t kFirstItemDepth = 10;
 constexpr std::string_view kBlanks = " \t\r";
 

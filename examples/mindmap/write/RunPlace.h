@@ -31,7 +31,7 @@ constexpr std::string_view NameOf(Anchor anchor) {
     return kNames[static_cast<std::size_t>(anchor)];
 }
 
-// Signs of 12 by 12 units, drawn with the stroke of their user: "icon-date", "icon-amount", "icon-link".
+/// Signs of 12 by 12 units, drawn with the stroke of their user: "icon-date", "icon-amount", "icon-link".
 inline constexpr char16_t kIcons[] = uR"(<defs>
 <g id="icon-date" fill="none" stroke-width="1.2"><path d="M1.5 3h9v7.5h-9zM1.5 5.5h9M4 1.2v2.6M8 1.2v2.6"/></g>
 <g id="icon-amount" fill="none" stroke-width="1.2"><path d="M.8 3h10.4v6.6H.8z"/><circle cx="6" cy="6.3" r="1.5"/></g>
