@@ -8,7 +8,7 @@
 #include <charconv>
 #include <optional>
 #include <string_view>
-#include <unordered_set>
+#include <vector>
 
 namespace rk::platform {
 namespace {
@@ -30,15 +30,22 @@ std::int64_t NumberIn(std::string_view listed, const NumberedName& name) {
     return isWritten ? number : 0;
 }
 
-/// The numbers that a listing shows as taken.
-std::unordered_set<std::int64_t> ListedNumbers(const std::string& folder, const NumberedName& name, TakenBy takenBy) {
-    std::unordered_set<std::int64_t> numbers;
+/// Which numbers a listing shows as taken. Larger numbers than there are names, and the name without a number, are left
+/// out: a free number comes before them.
+std::vector<bool> ListedNumbers(const std::string& folder, const NumberedName& name, TakenBy takenBy) {
+    std::vector<std::int64_t> numbers;
     static_cast<void>(VisitFolder(folder, [&](std::string_view listed, FileKind kind) {
-        if (takenBy == TakenBy::Anything || kind == FileKind::Folder)
-            numbers.insert(NumberIn(listed, name));
+        const std::int64_t number = NumberIn(listed, name);
+        if (number > 0 && (takenBy == TakenBy::Anything || kind == FileKind::Folder))
+            numbers.push_back(number);
         return Visit::Continue;
     }));
-    return numbers;
+    std::vector<bool> isListed(numbers.size() + 2);
+    for (const std::int64_t number : numbers) {
+        if (const auto index = static_cast<std::size_t>(number); index < isListed.size())
+            isListed[index] = true;
+    }
+    return isListed;
 }
 
 }  // namespace
@@ -71,8 +78,9 @@ std::int64_t FirstFreeNumber(const std::string& folder, const NumberedName& name
         if (!isTaken(number))
             return number;
     }
-    const std::unordered_set<std::int64_t> listed = ListedNumbers(folder, name, takenBy);
-    while (listed.contains(number) || isTaken(number))
+    const std::vector<bool> isListed = ListedNumbers(folder, name, takenBy);
+    const auto end = static_cast<std::int64_t>(isListed.size());
+    while ((number < end && isListed[static_cast<std::size_t>(number)]) || isTaken(number))
         ++number;
     return number;
 }
