@@ -37,6 +37,7 @@ constexpr Use kUses[] = {
                 CrkLocaleUtilities::GetFirstDayOfWeek() == 1;
      }},
     {"dates", [] { return CrkDateUtilities::ShortDateString(CTime(2026, 11, 16, 12, 0, 0)) == u"11/16/26"; }},
+    {"folder", [] { return !CrkPathUtilities::GetTempFolder().IsEmpty(); }},
     {"preferences", [] { return SECRegistry().Close() && rk::GetPreferenceState().lastFailure.empty(); }},
     {"settings", [] { return !CrkLogSettings(u"/proc/self/status").m_enable; }},
 };
