@@ -118,7 +118,7 @@ public:
     /// Writes what may be changed of a status: the read-only bit and the times of the last change and access.
     /// - Read-only is the owner's write permission; the other permissions stay. The other bits are not looked at.
     /// - A file that is moved to the path between looking and changing is not touched.
-    /// - A time that equals the present one as `CTime` tells times apart, or the null time, leaves the file's time
+    /// - A time that equals the file's as `CTime` tells times apart, or the null time, leaves the file's time
     ///   alone, to the nanosecond: a status just read and written back moves no time.
     /// - The time a file was made, its size and its name are not looked at.
     static void SetStatus(const CString& path, const CFileStatus& status);

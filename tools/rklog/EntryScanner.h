@@ -11,7 +11,7 @@ namespace rklog {
 
 /// Cuts the bytes of a log into entries. Bytes are put in block by block, so memory is that of the longest entry.
 ///
-/// An entry begins with its start tag at the beginning of a line and reaches to the next one that does. What stands
+/// An entry begins with its start tag at the beginning of a line and reaches to the next such start tag. What stands
 /// behind its last footer is stray text, and so is what precedes the first entry; no byte is left out. An entry of more
 /// than `longestByteCount` bytes comes in several pieces, the first torn and the others stray.
 ///

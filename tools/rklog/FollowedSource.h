@@ -33,7 +33,7 @@ private:
     Trouble& m_trouble;
     std::string m_lastTrouble;  // is told once, though it comes with every call
     std::unique_ptr<InputFile> m_file;
-    std::unique_ptr<InputFile> m_finished;  // the last one, kept open so that no new file gets its number
+    std::unique_ptr<InputFile> m_finished;  // the last file, kept open so that no new file gets its number
     InputFile::Identity m_identity;
     EntryScanner m_scanner;
     bool m_wasMoved = false;  // the file has lost its name, which another file may have; it is read once more

@@ -19,7 +19,7 @@ struct Reading {
     bool follows = false;
 };
 
-/// One log: a file, or a folder with the active file and its backups. It stands at an entry, or behind the last one.
+/// One log: a file, or a folder with the active file and its backups. It stands at an entry, or behind the last entry.
 class Log {
 public:
     Log(std::string path, Reading reading, Trouble& trouble);

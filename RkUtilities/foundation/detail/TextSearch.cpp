@@ -120,7 +120,7 @@ template <class Keys> std::size_t TextSearch<Keys>::From(std::size_t start) {
                 return FindLinear(place + 1);
         }
         at = m_group.begin + m_group.count;
-        if (m_group.candidates == 0)  // else the next one is likely to be near
+        if (m_group.candidates == 0)  // else the next place is likely to be near
             at = Skip(m_places, at);
     }
 }

@@ -10,7 +10,7 @@ namespace rk::platform {
 
 namespace {
 
-/// A file that is moved away again and again just before we lock it is taken as it is in the end.
+/// After this number of files that were moved away just before the lock, a file is used wherever it stands.
 constexpr int kMostReopenings = 100;
 
 FileHandle OpenToAppend(const std::string& path, int furtherFlags) {
@@ -108,7 +108,7 @@ std::error_code AppendFile::Append(std::string_view bytes) {
         writtenCount += static_cast<std::size_t>(piece);
         if (writtenCount == bytes.size())
             break;
-        if (!m_sizeGuard)  // a limit cuts a write short first and sends the signal for the next one
+        if (!m_sizeGuard)  // a limit cuts a write short first and sends the signal for the next write
             m_sizeGuard.emplace();
     }
     m_byteCount += writtenCount;

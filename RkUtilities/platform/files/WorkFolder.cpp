@@ -17,7 +17,7 @@ std::string NameOf(const std::string& folder, unsigned number) { return folder +
 
 enum class WithoutLocks { IsOurs, IsNotOurs };
 
-/// Whether the open folder has the name and no other process holds its lock, which this takes where there are locks.
+/// Whether the open folder still has the name, and its lock can be taken; the call takes the lock.
 bool IsOurs(const FileHandle& folder, Place place, WithoutLocks withoutLocks) {
     if (flock(folder.Descriptor(), LOCK_EX | LOCK_NB) != 0 &&
         (errno == EWOULDBLOCK || withoutLocks == WithoutLocks::IsNotOurs))

@@ -133,7 +133,7 @@ std::u16string_view LocalDateText(const std::string& locale, DateStyle date, Dat
     const StylePair styles{date, time};
     if (styles.Index() == 0)
         return {};
-    // By moment (the second, or the first one of the minute), zone and locale.
+    // By moment (the second, or the first second of the minute), zone and locale.
     using LastText = SameAsLast<std::tuple<std::int64_t, std::uint64_t, std::string>, std::u16string>;
     struct LastTexts {
         std::array<LastText, kStyleCount * kStyleCount> byStyles;

@@ -66,7 +66,7 @@ bool HasOwnData(const char* name) {
     return U_SUCCESS(error) != 0 && std::string_view(found) == name;
 }
 
-/// The name as ICU writes it, its present one for an old name ("iw_IL"); "root" for a name that ICU does not accept.
+/// The name as ICU writes it, its present name for an old name ("iw_IL"); "root" for a name that ICU does not accept.
 std::string CanonicalName(std::string_view name) {
     const std::string icuName = IcuName(name);
     if (!IsHarmless(icuName))

@@ -10,7 +10,7 @@ namespace rk::platform {
 
 namespace {
 
-/// Names are never destroyed: no lock is needed to read the current one, not in a child after a fork either.
+/// Names are never destroyed: no lock is needed to read the current name, nor in the child of a fork.
 struct KeptName {
     std::string text;
     const KeptName* earlier;

@@ -34,7 +34,7 @@ CalendarTime UtcCalendar(std::int64_t utcSeconds);
 CalendarTime LocalCalendar(std::int64_t utcSeconds);
 
 /// The seconds that the fields count when no zone is looked at; never overflows. Fields out of their ranges are carried
-/// into the next larger one ("32 January" is 1 February).
+/// into the next larger field ("32 January" is 1 February).
 std::int64_t SecondsOf(int year, int month, int day, int hour, int minute, int second);
 
 /// The time whose local calendar reads `localSeconds` (`SecondsOf` its fields). Where a local time exists twice,

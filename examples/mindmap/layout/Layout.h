@@ -32,7 +32,7 @@ struct Connection {
 /// A map with the centre of the central topic at (0, 0); y grows downwards.
 struct MapLayout {
     std::vector<TopicShape> shapes;       ///< one for each topic of the outline, in its order
-    std::vector<Connection> connections;  ///< connections[i] leads to topic i; the first one is unused
+    std::vector<Connection> connections;  ///< connections[i] leads to topic i; the first is unused
     std::vector<BranchSum> sums;          ///< what the figures below each topic come to
     CrkFloatRect bounds;                  ///< of all shapes, with a margin
 };

@@ -12,7 +12,7 @@ namespace mindmap {
 struct PlainBox {
     double width;
     double height;
-    int parent;         ///< -1 for the first one, the centre
+    int parent;         ///< -1 for the first box, the centre
     double siblingGap;  ///< below it, to its next sibling's branch
     double childGap;    ///< beside it, to its children
 };
@@ -41,10 +41,10 @@ struct Placement {
     double bottom = 0;
 };
 
-/// Places the boxes; the middle of the first one is (0, 0).
+/// Places the boxes; the middle of the first box is (0, 0).
 ///
 /// A tree that fits a sheet stands as people draw it: the main topics right and left of the centre, children beside
-/// their parent in one column. A larger one is packed. Each branch gets several forms, from narrow to wide, each made
+/// their parent in one column. A larger tree is packed. Each branch gets several forms, from narrow to wide, each made
 /// of the forms of its parts (Stockmeyer's shape functions of slicing floorplans): children beside their parent, below
 /// it (tip-over trees) or the first beside and the others below, in columns, or in two groups above or beside each
 /// other. The form of the whole that needs the smallest sheet of 4 : 3 decides the others.

@@ -53,7 +53,7 @@ private:
         return static_cast<int>(m_corners.size()) - 1;
     }
 
-    /// Places a box, or the parts of a group; `corner` is the last one of the lines that lead there.
+    /// Places a box, or the parts of a group; `corner` is the last corner of the lines that lead there.
     void PlacePart(int part, int formIndex, double x, double y, int corner) {
         const Form& form = FormAt(formIndex);
         if (part >= 0) {
@@ -115,7 +115,7 @@ private:
     }
 
     /// The line from a topic of a path, below which nothing stands down to `bottom`, to the next below or beside it.
-    /// Lines to the later siblings of the next one leave it in the corridor above that.
+    /// Lines to the later siblings of the next box leave it in the corridor above that box.
     void DrawNext(int from, int to, double bottom, bool isBelow) {
         const double start = At(m_x, from) + kGutter / 2;
         const double turn = bottom + kBelowGap / 2;

@@ -24,14 +24,14 @@ struct LevelStyle {
     int maximumLineCount;
     int horizontalPadding;
     int verticalPadding;
-    int siblingGap;    ///< between a topic's whole branch and the next one's
+    int siblingGap;    ///< between a topic's whole branch and the next topic's
     int childGap;      ///< from a topic to its children
     double lineWidth;  ///< of the line that comes from the parent
     int cornerRadius;
     int largestRadius;  ///< that the corners may have without touching the text
 };
 
-/// By level; deeper topics look like the last one.
+/// By level; deeper topics look like the last level.
 inline constexpr std::array<LevelStyle, 4> kLevels = {{
     {{22, Weight::Bold}, 200, 6, 0, 0, 0, 0, 0, 0, 0},
     {{16, Weight::Bold}, 160, 6, 14, 8, 24, 36, 3.5, 10, 36},

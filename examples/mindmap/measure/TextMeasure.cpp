@@ -16,7 +16,7 @@ constexpr char32_t kEmojiSelector = 0xFE0F;
 constexpr int kEmojiWidth = 125;
 /// The placeholder under a mark that has no character to stand on.
 constexpr int kDottedCircleWidth = 95;
-/// Longer texts are cut before they are measured, so that a huge one costs no more than a long one.
+/// Longer texts are cut before they are measured, so that a huge text costs no more than a long text.
 constexpr std::size_t kMaximumMeasuredUnits = 4000;
 constexpr int kMaximumMarks = 4;
 constexpr int kMaximumClusterCodePoints = 24;  // more than any picture is joined of

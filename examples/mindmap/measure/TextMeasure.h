@@ -25,7 +25,7 @@ inline constexpr char16_t kFontFamily[] = u"'Noto Sans', 'DejaVu Sans', sans-ser
 inline constexpr char16_t kPictureFontFamily[] =
     u"'Noto Color Emoji', 'Apple Color Emoji', 'Segoe UI Emoji', sans-serif";
 
-/// From one line's top to the next one's, and from a line's top to the baseline: enough for the accents of capitals and
+/// From a line's top to the next line's, and from a line's top to the baseline: enough for the accents of capitals and
 /// the descenders in both fonts.
 constexpr int LineHeight(Font font) { return (font.size * 138 + 99) / 100; }
 constexpr int Ascent(Font font) { return (font.size * 107 + 99) / 100; }
@@ -62,7 +62,7 @@ struct WrappedText {
 ///   punctuation; a word that is too wide for a line breaks behind one of "/.-_?&=", then anywhere, but never inside a
 ///   character with its marks.
 /// - The lines are made about equally wide. U+000A always ends one.
-/// - What does not go into `maximumLineCount` lines is cut off and "…" ends the last one.
+/// - What does not go into `maximumLineCount` lines is cut off and "…" ends the last line.
 WrappedText Wrap(std::u16string_view text, Font font, int maximumWidth, int maximumLineCount);
 
 }  // namespace mindmap

@@ -54,7 +54,7 @@ public:
     UserLocale& operator=(const UserLocale&) = delete;
 };
 
-/// The path of an outline that the command names. One without a folder may also be where the last one was.
+/// The path of an outline that the command names. An outline without a folder may also be where the last outline was.
 CString FindOutline(const CString& path) {
     const SECFileSystem files;
     if (!CrkPathUtilities::PathFromFilename(path).IsEmpty() || files.FileExists(path) || LastFolder().IsEmpty())

@@ -26,7 +26,7 @@ struct Topic {
 /// from front to back meets parents first and one from back to front meets children first. Nothing here needs
 /// recursion, however deep the outline is.
 struct Outline {
-    std::vector<Topic> topics;  ///< the first one is the central topic
+    std::vector<Topic> topics;  ///< the first is the central topic
     int leftOutCount = 0;       ///< topics that the outline itself marks as commented out
 };
 

@@ -8,7 +8,7 @@ namespace mindmap {
 
 /// How the lines of a text outline are read.
 enum class TextSyntax {
-    /// One topic a line, below the last one that is indented less. "- ", "* ", "+ " and numbers before the text are
+    /// One topic a line, below the last topic that is indented less. "- ", "* ", "+ " and numbers before the text are
     /// taken off.
     Indented,
     /// Headings ("# " to "###### ") and list items are topics; the paragraphs under one are its note. Fenced code is a
