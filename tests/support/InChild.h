@@ -7,7 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-/// Starts `work` in a process of its own, forked from this one; its status tells of failed expectations.
+/// Starts `work` in a process of its own, forked from this process; its status tells of failed expectations.
 template <class Work> pid_t StartChild(const Work& work) {
     const pid_t child = fork();
     if (child == 0) {

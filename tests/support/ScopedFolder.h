@@ -116,7 +116,7 @@ private:
     std::string m_path;
 };
 
-/// Tests that run as root run as the user "nobody" meanwhile, so that permissions count, and may hand it a folder.
+/// A test that runs as root is the user "nobody" meanwhile, who gets the folder, so that permissions count.
 class ScopedNobody {
 public:
     explicit ScopedNobody(const ScopedFolder& folder) {

@@ -164,7 +164,7 @@ private:
     std::optional<OutlineError> m_error;
     Section m_section = Section::BeforeRoot;
     int m_depth = 0;
-    int m_ignoredFromDepth = 0;  // the element whose content is passed over; 0 for none
+    int m_ignoredFromDepth = 0;  // the element whose content is passed over; 0 for no element
     int m_current = 0;           // the topic whose element is open
     std::string m_title;
 };

@@ -46,7 +46,7 @@ class OutlineBuilder {
 public:
     OutlineBuilder();
 
-    /// Adds a topic below another one (0 is the root) and returns its index.
+    /// Adds a topic below another topic (0 is the root) and returns its index.
     ///
     /// @throws OutlineError above kMaximumTopicCount topics.
     int Add(int parent, Topic topic);

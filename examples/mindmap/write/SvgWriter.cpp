@@ -216,7 +216,7 @@ void WriteSvg(const Outline& outline, const MapLayout& map, const Legend& legend
               const std::vector<CString>& topicGuids, const TextSink& sink, const ProgressHook& progress) {
     SvgDocument document(outline, map, legend, design, sink);
     document.Begin();
-    for (std::size_t i = outline.topics.size(); i-- > 1;)  // heavier lines last, over the ends of lighter ones
+    for (std::size_t i = outline.topics.size(); i-- > 1;)  // heavier lines last, over the ends of lighter lines
         document.WriteConnection(i);
     document.EndConnections();
     for (std::size_t i = 0; i < outline.topics.size(); ++i) {

@@ -22,7 +22,7 @@ struct Palette {
     std::uint32_t mainText;  // on the branch's color itself
     int lineShade;
     int accentShade;
-    std::array<TopicShades, 3> topics;  // from level 2 on; deeper ones look like the last
+    std::array<TopicShades, 3> topics;  // from level 2 on; deeper levels look like the last
 };
 
 constexpr std::array<Palette, 2> kPalettes = {{

@@ -35,7 +35,7 @@ struct Page {
 struct Look {
     std::uint32_t fill;
     std::uint32_t edge;
-    double edgeWidth;  ///< 0: none
+    double edgeWidth;  ///< 0: no edge
     std::uint32_t title;
     std::uint32_t detail;
     std::uint32_t accent;  ///< amounts and links
