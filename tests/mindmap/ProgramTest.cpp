@@ -18,6 +18,8 @@ protected:
         static const ScopedFolder settings;
         setenv("XDG_CONFIG_HOME", settings.Path().c_str(), 1);
     }
+    /// The folder is gone before the library stores for the last time, and would be made again.
+    static void TearDownTestSuite() { setenv("XDG_CONFIG_HOME", "/dev/null", 1); }
 
     int Run(const std::vector<std::string_view>& arguments) {
         m_out.str("");
