@@ -26,6 +26,7 @@ std::unique_ptr<icu::DecimalFormat> FormatOf(const icu::Locale& locale, UNumberF
 }
 
 TEST(LocaleQueries, AgreeWithIcuInEveryLocale) {
+    std::mt19937 random(6);
     std::int32_t count = 0;
     const icu::Locale* const locales = icu::Locale::getAvailableLocales(count);
     for (std::int32_t i = 0; i < count; ++i) {
@@ -47,15 +48,18 @@ TEST(LocaleQueries, AgreeWithIcuInEveryLocale) {
 
         // What ICU writes is what the scanners read, signs and digits of the locale included.
         plain->setGroupingUsed(0);
-        icu::UnicodeString written;
-        plain->format(-1234.5, written);
-        double number = 0;
-        int whole = 0;
-        const CString text = TextOf(written);
-        EXPECT_TRUE(Conversion::StringToDouble(text, number)) << text;
-        EXPECT_TRUE(Conversion::StringToInteger(text, whole)) << text;
-        EXPECT_EQ(number, -1234.5);
-        EXPECT_EQ(whole, -1234);
+        for (int round = 0; round < 20; ++round) {
+            const double expected = static_cast<int>(random()) / 8.0;
+            icu::UnicodeString written;
+            plain->format(expected, written);
+            double number = 0;
+            int whole = 0;
+            const CString text = TextOf(written);
+            EXPECT_TRUE(Conversion::StringToDouble(text, number)) << text;
+            EXPECT_TRUE(Conversion::StringToInteger(text, whole)) << text;
+            EXPECT_EQ(number, expected);
+            EXPECT_EQ(whole, static_cast<int>(expected));
+        }
         const CString group = Locale::GetDigitGroupingSymbol();
         EXPECT_EQ(Conversion::DoubleStringToFormattedNumber(u"-1234567", true, 0, Conversion::MinusSign),
                   u"-1" + group + u"234" + group + u"567");
