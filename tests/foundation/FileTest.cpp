@@ -227,15 +227,19 @@ TEST(FileStatus, WrittenBackKeepsTheTimesAndPermissionsThatDidNotChange) {
     CFileStatus status;
     ASSERT_TRUE(CFile::GetStatus(path, status));
     const auto accessed = Parts(folder.Status("file").st_atim);
-    constexpr std::tuple<double, std::time_t, long> kCases[] = {
-        {0, 978'307'200, 0}, {0.5, 978'307'200, 500'000'000}, {-0.25, 978'307'199, 750'000'000}, {-978'307'201, -1, 0}};
+    constexpr std::tuple<double, std::time_t, long> kCases[] = {{0, 978'307'200, 0},
+                                                                {0.5, 978'307'200, 500'000'000},
+                                                                {-0.25, 978'307'199, 750'000'000},
+                                                                {4.1, 978'307'204, 100'000'000},
+                                                                {-1e-12, 978'307'199, 999'999'999},
+                                                                {-978'307'201, -1, 0}};
     for (const auto& [seconds, unixSeconds, nanoseconds] : kCases) {
         status.m_mtime = CTime::FromCFAbsoluteTime(seconds);
         CFile::SetStatus(path, status);
         EXPECT_EQ(Parts(folder.Status("file").st_mtim), std::pair(unixSeconds, nanoseconds));
         EXPECT_EQ(Parts(folder.Status("file").st_atim), accessed);
         ASSERT_TRUE(CFile::GetStatus(path, status));
-        EXPECT_EQ(status.m_mtime.GetCFAbsoluteTime(), seconds);
+        EXPECT_NEAR(status.m_mtime.GetCFAbsoluteTime(), seconds, 1e-9);
     }
     CFile::SetStatus(path, CFileStatus());  // null times
     EXPECT_EQ(Parts(folder.Status("file").st_mtim), std::pair(std::time_t{-1}, 0L));

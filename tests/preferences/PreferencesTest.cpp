@@ -252,12 +252,16 @@ TEST_F(Preferences, WaitTwoSecondsForALockedFolder) {
 }
 
 TEST_F(Preferences, LiveThroughForks) {
-    InAProcess([] {
+    InAProcess([this] {
         Set(kThisHost, u"parent", u"kept");
         InAProcess([] {  // a child that inherited the open database would end the parent's locks
             for (const auto& descriptor : std::filesystem::directory_iterator("/proc/self/fd"))
                 EXPECT_EQ(std::filesystem::read_symlink(descriptor).string().find("sqlite"), std::string::npos);
         });
+        Set(kAnyHost, u"waiting", u"for its own process");
+        const auto stored = m_folder.Picture("config");
+        InAProcess([] {});
+        EXPECT_TRUE(m_folder.Picture("config") == stored);
     });
     InAProcess([] {  // threads are inside while others fork
         std::atomic<bool> isOver = false;
