@@ -99,7 +99,7 @@ std::error_code Decide(Place to, const CopyRules& rules, Decision& decision) {
         decision = rules.keepWritable ? Decision::Stay : Decision::Replace;
     std::error_code error;
     if (isReadOnly && rules.replaceReadOnly)
-        ChangeOwnerWrite(to, OwnerWrite::Allow, error);
+        ChangeOwnerWrite(Held(to, Links::DoNotFollow), OwnerWrite::Allow, error);
     return error;
 }
 

@@ -36,9 +36,6 @@ bool Status(const char* path, Links links, unsigned mask, struct statx& status) 
            (links == Links::DoNotFollow || S_ISLNK(status.stx_mode));
 }
 
-/// Holds what stands at a place, whatever is moved there later. Needs no permission and has no effect.
-FileHandle Held(Place place, Links links) { return OpenAt(place, O_PATH | (links == Links::Follow ? 0 : O_NOFOLLOW)); }
-
 std::error_code SetOwnerWrite(const FileHandle& held, bool mayWrite) {
     struct stat status{};
     if (fstat(held.Descriptor(), &status) != 0)
@@ -99,6 +96,10 @@ std::optional<std::string> CanonicalPathOfReadable(const std::string& path) {
 
 bool HasExistingFolder(const std::string& path) { return KindOf(FolderHolding(path)) == FileKind::Folder; }
 
+FileHandle Held(Place place, Links links) noexcept {
+    return OpenAt(place, O_PATH | (links == Links::Follow ? 0 : O_NOFOLLOW));
+}
+
 std::error_code Change(const std::string& path,
                        const std::function<FileChanges(const FileFacts& present)>& changesFor) {
     const FileHandle held = Held(PlaceOf(path), Links::Follow);
@@ -113,13 +114,12 @@ std::error_code Change(const std::string& path,
 }
 
 bool ChangeOwnerWrite(const std::string& path, OwnerWrite wanted, std::error_code& error) {
-    return ChangeOwnerWrite(PlaceOf(path), wanted, error);
+    return ChangeOwnerWrite(Held(PlaceOf(path), Links::DoNotFollow), wanted, error);
 }
 
-bool ChangeOwnerWrite(Place place, OwnerWrite wanted, std::error_code& error) {
+bool ChangeOwnerWrite(const FileHandle& held, OwnerWrite wanted, std::error_code& error) {
     error.clear();
     const bool mayWrite = wanted == OwnerWrite::Allow;
-    const FileHandle held = Held(place, Links::DoNotFollow);
     struct stat status{};
     const auto isAsWanted = [&] {
         return fstat(held.Descriptor(), &status) != 0 || S_ISLNK(status.st_mode) ||

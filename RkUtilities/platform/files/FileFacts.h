@@ -34,6 +34,7 @@ struct FileFacts {
 };
 
 enum class Links { Follow, DoNotFollow };
+class FileHandle;
 struct Place;
 
 FileKind KindOfMode(unsigned mode) noexcept;
@@ -69,12 +70,15 @@ struct FileChanges {
 [[nodiscard]] std::error_code Change(const std::string& path,
                                      const std::function<FileChanges(const FileFacts& present)>& changesFor);
 
+/// Holds what stands at a place, whatever is moved there later. Needs no permission and has no effect.
+FileHandle Held(Place place, Links links) noexcept;
+
 enum class OwnerWrite { Allow, Deny };
 /// Gives or takes the owner's permission to write. Other permissions, times and content stay, and so does a link with
 /// what it leads to.
 /// @return true when this call changed it. False with `error` set: the change failed. False with `error` clear: the
 /// permission was as wanted, the path leads to nothing or is a link, or the file system ignored the change.
 bool ChangeOwnerWrite(const std::string& path, OwnerWrite wanted, std::error_code& error);
-bool ChangeOwnerWrite(Place place, OwnerWrite wanted, std::error_code& error);
+bool ChangeOwnerWrite(const FileHandle& held, OwnerWrite wanted, std::error_code& error);
 
 }  // namespace rk::platform

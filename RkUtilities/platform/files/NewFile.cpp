@@ -69,10 +69,11 @@ std::error_code PutInPlace(Place item, Place target, Taken taken) {
     };
     std::error_code error = put(), ignored;
     // The system moves no read-only folder out of its folder, so the folder is made writable meanwhile.
-    if (error != std::errc::permission_denied || !ChangeOwnerWrite(item, OwnerWrite::Allow, ignored))
+    const FileHandle held = error == std::errc::permission_denied ? Held(item, Links::DoNotFollow) : FileHandle();
+    if (!ChangeOwnerWrite(held, OwnerWrite::Allow, ignored))
         return error;
     error = put();
-    ChangeOwnerWrite(error ? item : target, OwnerWrite::Deny, ignored);
+    ChangeOwnerWrite(held, OwnerWrite::Deny, ignored);
     return error;
 }
 
