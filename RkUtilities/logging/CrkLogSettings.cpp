@@ -35,6 +35,9 @@ CrkLogSettings::CrkLogSettings(const CString& settingsPath) : m_path(settingsPat
             if (const auto setting = said.find(name); setting != said.end())
                 setting->second.emplace_back(text);
         });
+    constexpr std::size_t kMostCategories = 10'000;  // whose hashes may all be alike
+    if (std::max(said["ls:IncludeCategory"].size(), said["ls:ExcludeCategory"].size()) > kMostCategories)
+        m_fault = "more than 10,000 categories";
     if (!m_fault.empty())
         return;
     const auto first = [&](std::string_view name) { return said[name].empty() ? "" : std::string_view(said[name][0]); };

@@ -31,8 +31,8 @@
 /// A file that cannot be read to its end as well-formed XML leaves logging off, and `Fault` says why. That goes for a
 /// missing file, a folder or a pipe too; for a file of more than 8 MiB (8,388,608 bytes); for an encoding other than
 /// UTF-8, UTF-16, ISO-8859-1 and US-ASCII; and for a document that declares entities or uses any beyond XML's own five,
-/// that nests elements more than 1,000 deep, or that declares more than 100 attributes. The time of reading grows with
-/// the file's length only.
+/// that nests elements more than 1,000 deep, that declares more than 100 attributes, or that includes or excludes more
+/// than 10,000 categories. The time of reading grows with the file's length only.
 ///
 /// The settings do not change after construction; different threads may use one object.
 class RK_EXPORT RK_DESCRIBED CrkLogSettings : public CObject {

@@ -52,6 +52,7 @@ TEST(LogSettings, AreWhatTheRootsChildrenSayAndLeaveLoggingOffWhenHostile) {
         {"<x>" + kOn + Repeated("<y>", 1'000'000) + Repeated("</y>", 1'000'000) + "</x>", "---6"},
         {"<x>" + kOn + "<" + std::string(8'000'000, 'y') + "/></x>",
          "E--6"},  // hours, if it were parsed by small blocks
+        {"<x>" + kOn + Repeated("<ls:IncludeCategory/>", 10'001) + "</x>", "---6"},  // their hashes may be alike
         {"<x>" + kOn + "</x>" + std::string(8'388'608 - 34, ' '), "E--6"},
         {"<x>" + kOn + "</x>" + std::string(8'388'609 - 34, ' '), "---6"},
     };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "RkUtilities/platform/process/SecretHash.h"
 #include "RkUtilities/platform/process/Threads.h"
 
 #include <array>
@@ -53,7 +54,7 @@ private:
     /// Not noexcept: the table then keeps the names' hashes, as it does for names that it hashes by itself.
     struct Hash {
         using is_transparent = void;
-        std::size_t operator()(std::u16string_view name) const { return std::hash<std::u16string_view>()(name); }
+        std::size_t operator()(std::u16string_view name) const { return SecretHash(name); }
     };
     using Scopes = std::vector<std::pair<std::string, Held>>;  // few, so that a search is fastest
 

@@ -14,7 +14,7 @@ public:
     CString Make(const CString& topicText);
 
 private:
-    CAtlMap<CString, int> m_counts;  // how often an id was wished for
+    CAtlMap<CString, int, CStringElementTraits<CString>> m_counts;  // how often an id was wished for
 };
 
 }  // namespace mindmap
