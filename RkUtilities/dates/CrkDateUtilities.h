@@ -10,8 +10,9 @@
 /// Dates as texts, between UTC and local time, by day and by week, and the calendar of working days. Calendar fields of
 /// a `CTime` are those of local time (`TZ`, else the system's zone), as `CTime` tells. A `COleDateTime` has no zone; a
 /// value that is no number or lies outside the years 1 to 9999 counts as 30 December 1899, 00:00. Members throw
-/// `std::bad_alloc` and what they name, nothing else. Safe from any thread. The first text of each style needs memory
-/// for ICU's data (`rk::PrepareFormats`).
+/// `std::bad_alloc` and what they name, nothing else; nothing incomplete is kept then, and the next call is right. Safe
+/// from any thread, and in a child after `fork`. The first text of each style needs memory for ICU's data
+/// (`rk::PrepareFormats`).
 class RK_EXPORT CrkDateUtilities {
 public:
     // --- Three times that callers know by name

@@ -1,6 +1,6 @@
 #include "RkUtilities/foundation/CElementTraits.h"
 
-#include "RkUtilities/platform/process/SecretHash.h"
+#include "RkUtilities/platform/process/Random.h"
 
 namespace rk {
 

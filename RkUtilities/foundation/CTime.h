@@ -14,7 +14,8 @@ class CString;
 ///   from no number (NaN), is the null time.
 /// - The null time is 1 January 1970, 00:00:00 UTC: before every time that `CrkDateUtilities::MinimumTime` allows.
 /// - Calendar fields are read in the C library's local time (`TZ`, else the system's zone), for past and future dates
-///   after the rules of that date, in the Gregorian calendar throughout. A changed `TZ` is seen by the next call.
+///   after the rules of that date, in the Gregorian calendar throughout. A changed `TZ` is seen by the next call. A
+///   zone that cannot be read is UTC until `TZ` or the zone's file changes; without memory for it, in that call alone.
 /// - Nothing throws but `Format`. Safe from any thread, as long as no thread changes the environment meanwhile.
 class RK_EXPORT CTime {
 public:

@@ -103,6 +103,8 @@ CrkLogWriter::Outcome CrkLogWriter::TryToLog(ErkLogLevel level, const CString& m
     std::unique_lock lock(m_mutex, std::defer_lock);
     if (patience.Lock(m_mutex))
         lock = std::unique_lock(m_mutex, std::adopt_lock);
+    else
+        hasGivenUp = true;
     if (m_pLogSettings->m_stdOut)
         Echo(message);
 

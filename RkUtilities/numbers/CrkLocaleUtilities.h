@@ -6,7 +6,8 @@
 /// What the user's locale says about money, numbers and the week. The answers are CLDR's, from ICU, for the user's
 /// locale at the moment of the call (`rk::SetUserLocale`, else `setlocale`): the members about money and digits follow
 /// LC_MONETARY, the list separator LC_NUMERIC, the week LC_TIME. Where a locale tells nothing the answer is "" or 0. A
-/// locale's data are read once and kept. Members throw only `std::bad_alloc`. Safe from any thread.
+/// locale's data are read once and kept, when they are complete. Members throw only `std::bad_alloc`. Safe from any
+/// thread, and in a child after `fork`.
 class RK_EXPORT CrkLocaleUtilities {
 public:
     // --- Digits of numbers and amounts

@@ -13,7 +13,8 @@
 ///   cut off, never rounded.
 /// - White space is Unicode's White_Space.
 /// - Members throw `std::bad_alloc`, `std::length_error` for a result that a `CString` cannot hold, and nothing else.
-///   Safe from any thread. The first call with a locale needs memory for ICU's data (`rk::PrepareFormats`).
+///   Without memory nothing incomplete is kept, and the next call is right. Safe from any thread, and in a child after
+///   `fork`. The first call with a locale needs memory for ICU's data (`rk::PrepareFormats`).
 class RK_EXPORT CrkStringConversionUtilities {
 public:
     // --- Truth values and integers to text

@@ -9,7 +9,7 @@
 /// - Members look at the text alone unless they say "on disk". There a leading "~/" is the home folder and a text with
 ///   U+0000 names nothing (NativePath.h has the rules); a relative path starts at the process's current folder.
 /// - Any text is legal input. What cannot be found comes back as "", false or the text as it was; nothing is logged,
-///   and nothing throws unless a member says so. A null `CString*` is left alone.
+///   and nothing but `std::bad_alloc` is thrown unless a member says so. A null `CString*` is left alone.
 /// - Safe from any thread, as long as no thread changes the environment or the current folder meanwhile.
 class RK_EXPORT CrkPathUtilities {
 public:

@@ -16,7 +16,8 @@ struct CFileStatus;
 ///   Names are of any bytes: a name that is no UTF-8 comes from `GetFileList` as a text that leads back to its file.
 /// - A link is followed, unless a member says otherwise; a link that leads nowhere exists and is no folder.
 /// - A file that is moved to a path meanwhile is never made writable in the place of the file that was looked at.
-/// - Failures are false or 0 and nothing is logged. Only `RenameFile` throws a `CFileException*`.
+/// - Failures are false or 0 and nothing is logged. Only `RenameFile` throws a `CFileException*`. Exhausted memory is a
+///   failure or `std::bad_alloc`; after both, things are as after a failure.
 class RK_EXPORT SECFileSystem : public CObject {
 public:
     /// Flags of `CopyFile` and `CopyFiles`.

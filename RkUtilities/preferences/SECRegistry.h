@@ -38,7 +38,8 @@ concept StoredNumber =
 /// - Nothing is lost while the storage fails (full disk, read-only folder, no home, no descriptor or no memory left, a
 ///   folder or database that another process keeps locked for more than two seconds): values stay readable in the
 ///   process and the next synchronisation tries again. Stored values are read also from a full disk and from a folder
-///   that may not be written. `rk::GetPreferenceState` tells how the storage fares.
+///   that may not be written; those that could not be read yet count as not set. `rk::GetPreferenceState` tells how the
+///   storage fares.
 /// - A file that cannot be used as a database of preferences (damaged, of a later version, made to run without end) is
 ///   put aside under a dated name, and a new file is begun with the values that the process knows. A new file also
 ///   takes the place of a database that is moved or deleted meanwhile.
@@ -49,8 +50,8 @@ concept StoredNumber =
 ///   stored by the process that wrote it; a child that wrote nothing stores nothing when it exits.
 /// - The first read or write in a process opens or makes the database and takes in its values; it may wait a few
 ///   seconds for other processes. After it a read costs no file access. Memory exhausted is `std::bad_alloc`, or
-///   `ATL::CAtlException` where an array is filled, and changes nothing; nothing else is thrown. Values that memory or
-///   storage cannot take at the process's end are lost.
+///   `ATL::CAtlException` where an array is filled; nothing else is thrown. Nothing is changed then, or with root key 1
+///   the value is known and waits. Values that memory or storage cannot take at the process's end are lost.
 class RK_EXPORT SECRegistry {
 public:
     /// Recorded, not enforced; 0x20019 asks for reading.
@@ -121,7 +122,8 @@ public:
     [[nodiscard]] std::optional<Value> GetValueFromSystem(rk::TextView name, ErkValueType type) const;
     void WriteValueToSystem(rk::TextView name, const Value& value);  ///< Writes a value of any type.
     /// Deletes the values of the name, of this machine and of any machine, as `SetValue` writes; whether a value was
-    /// there. Where `std::bad_alloc` is thrown, the value of this machine, if there is one, is as before.
+    /// there. Where `std::bad_alloc` is thrown, the value of this machine is as before, or with root key 1 its deletion
+    /// waits.
     bool DeleteValue(rk::TextView name);
     /// The names of all values that can be read, in the order of their code units. Needs CAtlArray.h.
     [[nodiscard]] CAtlArray<CString> GetValueNames() const;

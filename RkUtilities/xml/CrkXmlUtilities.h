@@ -9,6 +9,7 @@
 /// - They are classes of single UTF-16 code units. A character outside the Basic Multilingual Plane is two surrogates,
 ///   which are in no class and become two replacement units.
 /// - Every text is legal input, the empty text and U+0000 included. Nothing is kept: safe from any thread.
+///   Nothing throws but `std::bad_alloc`, and what a member names.
 class RK_EXPORT CrkXmlUtilities {
 public:
     // --- Classes of a code unit
@@ -49,6 +50,7 @@ public:
     /// The text made into a Name.
     static CString StringToName(const CString& text, unsigned short replacement, bool insertUnderscore);
 
-    /// A new random UUID (RFC 4122, version 4) in 36 upper-case characters, without braces or scheme.
+    /// A new random UUID (RFC 4122, version 4) in 36 upper-case characters, without braces or scheme. Throws
+    /// `std::system_error` when the system gives no random bytes.
     static CString GenerateUniqueUri();
 };

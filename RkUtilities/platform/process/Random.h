@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 namespace rk::platform {
 
@@ -11,5 +12,8 @@ namespace rk::platform {
 /// cannot do that, nothing is kept in stock. Throws std::system_error when the system gives no random bytes (a sandbox
 /// that forbids it). Safe from any thread, but not from a signal handler.
 std::array<std::uint8_t, 16> RandomBytes();
+
+/// What `rk::SecretHash` promises.
+std::uint32_t SecretHash(std::u16string_view text) noexcept;
 
 }  // namespace rk::platform

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "RkUtilities/platform/process/SecretHash.h"
+#include "RkUtilities/platform/process/Random.h"
 #include "RkUtilities/platform/process/Threads.h"
 
 #include <array>
