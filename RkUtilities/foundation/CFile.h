@@ -66,7 +66,7 @@ public:
     /// Opens a new, empty file for reading and writing that has no name before `CommitAs` or `CommitOver`. It lies on
     /// the file system of the folder in which `path` will stand. Closed without a commit, or by a kill of the process,
     /// it is gone. On a file system that knows only files with names (FAT, some network file systems) a killed process
-    /// leaves a hidden folder ".rk-new-0" to "-7", which the next commit or copy in that folder removes. Results and
+    /// leaves a hidden folder ".rk-new-0", "-1" ..., which the next commit or copy in that folder removes. Results and
     /// `error` as with `Open`.
     bool OpenNew(const CString& path, CFileException* error = nullptr);
     /// Gives the file of `OpenNew` its name and closes it. A name that is taken fails with `accessDenied` (EEXIST) and

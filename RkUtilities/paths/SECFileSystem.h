@@ -97,7 +97,7 @@ public:
     ///   0x1 (result 1) and is replaced without; any other folder that exists is a failure. A file appears, or replaces
     ///   the old file, when its copy is complete: a failure or a kill leaves no part of a file. A folder appears with
     ///   all that could be copied of it.
-    /// - A killed process leaves at most a hidden folder ".rk-new-0" to "-7" beside the destination. The next copy
+    /// - A killed process leaves at most a hidden folder ".rk-new-0", "-1" ... beside the destination. The next copy
     ///   beside it removes that folder; where the file system has no locks (`flock`) it stays.
     /// - A link is copied as a link. A pipe, socket or device is made anew and never opened. Permissions (read, write
     ///   and execute for owner, group and others) and the times of the last change and access are kept; owner,

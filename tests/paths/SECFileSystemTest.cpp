@@ -219,6 +219,8 @@ TEST(FileSystem, RemovesWhatAKilledProcessLeft) {
     // What a killed process had no time to remove, what a living one works in, and what is not ours.
     folder.Make(
         {"from=content", "new/", ".rk-new-0/item=left", ".rk-new-1/item=alive", ".rk-new-2=other", ".rk-new-3>new"});
+    for (const char number : std::string("456789"))
+        folder.MakeFolder(std::string(".rk-new-") + number);
     const int alive = open(folder.Path(".rk-new-1").c_str(), O_RDONLY);
     EXPECT_EQ(flock(alive, LOCK_EX), 0);
     EXPECT_EQ(files.CopyFile(folder.Text("from"), folder.Text("copy"), 0, nullptr), 1);

@@ -11,7 +11,7 @@
 namespace rk::platform {
 namespace {
 
-constexpr unsigned kKeptNames = 8;  // that the next process looks at
+constexpr unsigned kKeptNames = 8;  // that the next process looks at in any case
 
 std::string NameOf(const std::string& folder, unsigned number) { return folder + ".rk-new-" + std::to_string(number); }
 
@@ -32,10 +32,11 @@ bool IsOurs(const FileHandle& folder, Place place, WithoutLocks withoutLocks) {
 std::error_code WorkFolder::Make(Place target) {
     m_parent = target.folder;
     const std::string parent = FolderPart(target.name);
-    for (unsigned number = 0; number < kKeptNames; ++number) {
+    FileHandle left;
+    for (unsigned number = 0; number < kKeptNames || left; ++number) {
         m_name = NameOf(parent, number);
         const Place place{m_parent, m_name.c_str()};
-        const FileHandle left = OpenFolder(place, O_RDONLY | O_NOFOLLOW);
+        left = OpenFolder(place, O_RDONLY | O_NOFOLLOW);
         if (left && IsOurs(left, place, WithoutLocks::IsNotOurs))
             RemoveTree(place);
     }
