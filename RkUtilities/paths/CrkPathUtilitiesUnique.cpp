@@ -33,7 +33,8 @@ CString CrkPathUtilities::GetUniqueFilename(const CString& path) {
         return {};
     CString folder = rk::FolderOf(path);
     AssureTrailingSlash(&folder);
-    return folder + MakeNameUnique(folder, rk::BaseNameOf(path), rk::ExtensionOf(path));
+    const CString base = rk::BaseNameOf(path), name = MakeNameUnique(folder, base, rk::ExtensionOf(path));
+    return name.IsEmpty() && !base.IsEmpty() ? CString() : folder + name;
 }
 
 CString CrkPathUtilities::MakeNameUnique(const CString& folder, const CString& baseName, const CString& extension) {

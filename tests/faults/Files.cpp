@@ -60,7 +60,7 @@ const Workload kRows[] = {
     GIVES("files: list",
           std::unique_ptr<const CAtlList<CString>>(files.GetFileList(s.Text("names/*.*"), 0xFF))->GetCount(),
           "0|CAtlException"),
-    GIVES("paths: free name", files.GetFileName(Paths::GetUniqueFilename(s.Text("names/plan.map"))), ""),
+    GIVES("paths: free name", Paths::GetUniqueFilename(s.Text("names/plan.map")).Mid(s.Text("").GetLength()), ""),
     GIVES("paths: temporary file", Paths::GetTempFilename(u"draft-").IsEmpty(), "true"),
     GIVES("paths: temporary folder", Paths::GetTempFolder().IsEmpty(), "true|*"),
     GIVES("paths: special folder", Paths::GetSpecialFolderPath(Paths::MusicFolder).IsEmpty(), "true"),
