@@ -134,5 +134,5 @@ public:
     CAtlList<CString>* GetFileList(const CString& pattern, unsigned long attributeMask) const;
 
 private:
-    int m_blockSize = 1024;  // kept for the layout of the interface's object
+    [[maybe_unused]] int m_blockSize = 1024;  // kept for the layout of the interface's object
 };
