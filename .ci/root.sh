@@ -17,6 +17,7 @@ make_root() {
         debootstrap --variant=minbase "$release" "$root" "$mirror" >"$root.log" 2>&1 || { cat "$root.log" >&2; exit 1; }
     fi
     cp /etc/resolv.conf "$root/etc/resolv.conf"
+    echo 'Acquire::Check-Valid-Until "false";' >"$root/etc/apt/apt.conf.d/snapshot"  # a mirror may stand still
     chroot "$root" apt-get -q update >/dev/null
 }
 no_root() {
