@@ -1,7 +1,7 @@
 #include "tests/support/Test.h"
 
 #include <forward_list>
-#include <ranges>
+#include <iterator>
 #include <set>
 
 namespace {
@@ -64,19 +64,26 @@ TEST(ArrayQueries, MixSmartAndRawPointersAndBases) {
     EXPECT_TRUE(Additions::containsObjectIdenticalTo(std::vector<const void*>{&topic}, array.front()));
 }
 
+Topic topicsToRead[] = {Topic(1), Topic(2)};
+std::istream& operator>>(std::istream& stream, Topic*& topic) {
+    if (std::size_t place = 0; stream >> place)
+        topic = &topicsToRead[place];
+    return stream;
+}
+/// Topics that are read from a text of their places: they begin only when they are not const, and once.
+struct ReadTopics {
+    using Iterator = std::istream_iterator<Topic*>;
+    Iterator begin() { return places; }
+    static Iterator end() { return {}; }
+    std::istringstream places;
+};
+
 TEST(ArrayQueries, WalkTheObjectsOnceAndStopAtTheFirstHit) {
-    Topic a(1), b(2);
-    Topic* const topics[] = {&a, &b};
-    int walked = 0;
-    std::istringstream places("0 1 0 1");  // a view of them begins only when it is not const, and once
-    auto objects = std::views::istream<std::size_t>(places) | std::views::transform([&](std::size_t place) {
-                       ++walked;
-                       return topics[place];
-                   });
-    EXPECT_TRUE(Additions::containsAnyObjectsIdenticalTo(std::array{&b}, objects));
-    EXPECT_EQ(walked, 2);
-    EXPECT_EQ(Additions::indexesOfObjects(std::array{&b, &a}, objects), (Positions{0, 1}));
-    EXPECT_EQ(walked, 4);
+    ReadTopics objects{std::istringstream("0 1 0 1")};
+    EXPECT_TRUE(Additions::containsAnyObjectsIdenticalTo(std::array{&topicsToRead[1]}, objects));
+    EXPECT_EQ(objects.places.tellg(), 3);
+    EXPECT_EQ(Additions::indexesOfObjects(std::array{&topicsToRead[1], &topicsToRead[0]}, objects), (Positions{0, 1}));
+    EXPECT_TRUE(objects.places.eof());
     static_assert(!CanAskForObject<decltype(objects), Topic*>);
 }
 

@@ -1,8 +1,8 @@
 #include "tests/support/Test.h"
 
 #include <functional>
+#include <iterator>
 #include <malloc.h>
-#include <ranges>
 #include <unordered_map>
 
 namespace {
@@ -175,7 +175,8 @@ TEST(Lists, AreLinkedInBothDirections) {
     CAtlList<int> list{2, 4};
     const auto expect = [&list](const std::vector<int>& elements) {
         EXPECT_TRUE(std::ranges::equal(list, elements)) << testing::PrintToString(elements);
-        EXPECT_TRUE(std::ranges::equal(list | std::views::reverse, elements | std::views::reverse))
+        EXPECT_TRUE(std::equal(elements.rbegin(), elements.rend(), std::make_reverse_iterator(list.end()),
+                               std::make_reverse_iterator(list.begin())))
             << testing::PrintToString(elements);
     };
     const POSITION two = list.GetHeadPosition(), four = list.GetTailPosition();

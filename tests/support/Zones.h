@@ -1,9 +1,7 @@
 #pragma once
 
-#include <algorithm>
 #include <ctime>
 #include <fstream>
-#include <ranges>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -33,8 +31,14 @@ inline std::vector<std::time_t> ClockChanges(std::time_t from, std::time_t to) {
         const auto isBefore = [offset = CLocalTime(time).tm_gmtoff](std::time_t each) {
             return CLocalTime(each).tm_gmtoff == offset;
         };
-        if (!isBefore(time + kStep))
-            changes.push_back(*std::ranges::partition_point(std::views::iota(time, time + kStep), isBefore));
+        std::time_t last = time, change = time + kStep;
+        if (isBefore(change))
+            continue;
+        while (change - last > 1) {
+            const std::time_t middle = last + (change - last) / 2;
+            (isBefore(middle) ? last : change) = middle;
+        }
+        changes.push_back(change);
     }
     return changes;
 }
