@@ -6,6 +6,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -18,7 +19,7 @@ constexpr std::uint32_t kThisHostRootKey = 1;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNoNumber = std::numeric_limits<double>::quiet_NaN();
-/// The words that `std::to_chars` writes without digits.
+/// The doubles that are written without digits.
 constexpr std::pair<std::u16string_view, double> kNumbersInWords[] = {
     {u"inf", kInfinity}, {u"-inf", -kInfinity}, {u"nan", kNoNumber}, {u"-nan", -kNoNumber}};
 
@@ -133,6 +134,8 @@ bool SECRegistry::GetStringValue(rk::TextView name, CString& value) const {
 }
 
 bool SECRegistry::SetDouble(rk::TextView name, double value) {
+    if (std::isnan(value))  // `std::to_chars` of libc++ writes "-nan(ind)"
+        return SetStringValue(name, std::signbit(value) ? "-nan" : "nan");
     std::array<char, 32> text{};  // the longest has 24
     const char* const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
     return SetStringValue(name, std::string_view(text.data(), end));
