@@ -36,7 +36,8 @@ CrkLogSettings::CrkLogSettings(const CString& settingsPath) : m_path(settingsPat
                 setting->second.emplace_back(text);
         });
     constexpr std::size_t kMostCategories = 10'000;  // whose hashes may all be alike
-    if (std::max(said["ls:IncludeCategory"].size(), said["ls:ExcludeCategory"].size()) > kMostCategories)
+    const std::size_t longer = std::max(said["ls:IncludeCategory"].size(), said["ls:ExcludeCategory"].size());
+    if (m_fault.empty() && longer > kMostCategories)
         m_fault = "more than 10,000 categories";
     if (!m_fault.empty())
         return;

@@ -174,10 +174,9 @@ TEST(Containers, TakeAndGiveInTheMiddle) {
 TEST(Lists, AreLinkedInBothDirections) {
     CAtlList<int> list{2, 4};
     const auto expect = [&list](const std::vector<int>& elements) {
-        EXPECT_TRUE(std::ranges::equal(list, elements)) << testing::PrintToString(elements);
-        EXPECT_TRUE(std::equal(elements.rbegin(), elements.rend(), std::make_reverse_iterator(list.end()),
-                               std::make_reverse_iterator(list.begin())))
-            << testing::PrintToString(elements);
+        EXPECT_EQ(std::vector(list.begin(), list.end()), elements);
+        EXPECT_EQ(std::vector(std::make_reverse_iterator(list.end()), std::make_reverse_iterator(list.begin())),
+                  std::vector(elements.rbegin(), elements.rend()));
     };
     const POSITION two = list.GetHeadPosition(), four = list.GetTailPosition();
     list.InsertBefore(two, 1);

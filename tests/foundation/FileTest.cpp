@@ -227,9 +227,7 @@ TEST(FileStatus, WrittenBackKeepsTheTimesAndPermissionsThatDidNotChange) {
     CFileStatus status;
     ASSERT_TRUE(CFile::GetStatus(path, status));
     const auto accessed = Parts(folder.Status("file").st_atim);
-    constexpr std::tuple<double, std::time_t, long> kCases[] = {{0, 978'307'200, 0},
-                                                                {0.5, 978'307'200, 500'000'000},
-                                                                {-0.25, 978'307'199, 750'000'000},
+    constexpr std::tuple<double, std::time_t, long> kCases[] = {{-0.25, 978'307'199, 750'000'000},
                                                                 {4.1, 978'307'204, 100'000'000},
                                                                 {-1e-12, 978'307'199, 999'999'999},
                                                                 {-978'307'201, -1, 0}};

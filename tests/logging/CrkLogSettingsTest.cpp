@@ -40,8 +40,7 @@ TEST(LogSettings, AreWhatTheRootsChildrenSayAndLeaveLoggingOffWhenHostile) {
         {"<x xmlns:ls='urn:a'>" + kOn + "<ls:Enable/></x>", "E--6"},
         {"<x><Enable>true</Enable><l:Enable>true</l:Enable><y>" + kOn + "</y></x>", "---6"},
         {"<x><ls:Enable a='false'>t<b>r<!--x--></b><![CDATA[u]]>&#101;</ls:Enable></x>", "E--6"},
-        {"<x><ls:Level>Warning</ls:Level><ls:Level>LogError</ls:Level></x>",
-         "---6"},  // the last or first good one taken
+        {"<x><ls:Level>Warning</ls:Level><ls:Level>LogError</ls:Level></x>", "---6"},  // the first decides
         {"<x><ls:IncludeCategory>a</ls:IncludeCategory><ls:IncludeCategory>A</ls:IncludeCategory><ls:IncludeCategory/>"
          "<ls:ExcludeCategory>*</ls:ExcludeCategory><ls:ExcludeCategory> &lt;\xC3\xA9 </ls:ExcludeCategory></x>",
          "---6 + +A +a - <\xC3\xA9  -*"},
@@ -50,8 +49,7 @@ TEST(LogSettings, AreWhatTheRootsChildrenSayAndLeaveLoggingOffWhenHostile) {
         {"<!DOCTYPE x SYSTEM 'file:///dev/zero'><x>" + kOn + "<y>&t;</y></x>", "---6"},
         {defaults + "]><x>" + kOn + Repeated("<y/>", 1'000'000) + "</x>", "---6"},  // minutes, if it were read
         {"<x>" + kOn + Repeated("<y>", 1'000'000) + Repeated("</y>", 1'000'000) + "</x>", "---6"},
-        {"<x>" + kOn + "<" + std::string(8'000'000, 'y') + "/></x>",
-         "E--6"},  // hours, if it were parsed by small blocks
+        {"<x>" + kOn + "<" + std::string(8'000'000, 'y') + "/></x>", "E--6"},        // hours by small blocks
         {"<x>" + kOn + Repeated("<ls:IncludeCategory/>", 10'001) + "</x>", "---6"},  // their hashes may be alike
         {"<x>" + kOn + "</x>" + std::string(8'388'608 - 34, ' '), "E--6"},
         {"<x>" + kOn + "</x>" + std::string(8'388'609 - 34, ' '), "---6"},

@@ -82,15 +82,7 @@ TEST(LogWriter, FillsInWhatIsNotGivenAndWritesAnyTextAsUtf8) {
                                      std::string("\uFFFDAB\0\uFFFDz\u4E2D\U0001F600", 17)));
 }
 
-TEST(LogWriter, WritesBelowTheHomeFolder) {
-    const LogFolder folder;
-    const ScopedVariable home("HOME", folder.Path().c_str());
-    Writer::m_path = u"~/of ";
-    Writer::Log(kLevel, u"1");
-    EXPECT_THAT(Entries(folder.Read("of messages.xml")), ElementsAre("General/Info/1"));
-}
-
-TEST(LogWriter, GoesOnFromWhateverTheFileHolds) {
+TEST(LogWriter, GoesOnFromWhateverTheFileHoldsAndBelowTheHomeFolder) {
     const LogFolder folder;
     Writer::Log(kLevel, u"whole");
     const std::string entry = folder.Read(folder.Active());
@@ -115,6 +107,10 @@ TEST(LogWriter, GoesOnFromWhateverTheFileHolds) {
     fs::resize_file(folder.ActivePath(), fs::file_size(folder.ActivePath()) - 1);
     Writer::Log(kLevel, u"less");
     EXPECT_THAT(folder.Logged(), ElementsAre("General/Info/first", "General/Info/less"));
+    const ScopedVariable home("HOME", folder.Path().c_str());
+    Writer::m_path = u"~/of ";
+    Writer::Log(kLevel, u"home");
+    EXPECT_THAT(Entries(folder.Read("of messages.xml")), ElementsAre("General/Info/home"));
 }
 
 TEST(LogWriter, ReportsOrDropsWhatCannotBeWrittenAndTellsIt) {
