@@ -30,8 +30,8 @@ std::int64_t NumberIn(std::string_view listed, const NumberedName& name) {
     return isWritten ? number : 0;
 }
 
-/// Which numbers a listing shows as taken. Numbers so large that a free number comes before them are left out, and so is
-/// the name without a number, which was asked for before.
+/// Which numbers a listing shows as taken. Numbers so large that a free number comes before them are left out, and so
+/// is the name without a number, which was asked for before.
 std::vector<bool> ListedNumbers(const std::string& folder, const NumberedName& name, TakenBy takenBy) {
     std::vector<std::int64_t> numbers;
     static_cast<void>(VisitFolder(folder, [&](std::string_view listed, FileKind kind) {
