@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <iterator>
 #include <limits>
 
@@ -18,12 +19,28 @@ using rk::platform::NumberFormats;
 constexpr double kFixedAbove = 1e-9;
 constexpr double kFixedBelow = 99999999999.0;
 
-/// What C's "%.9f" gives, without zeros at the end.
+/// What C's "%.9f" gives for a value between the two, without zeros at the end. Integers of 128 bits hold the value's
+/// billionths exactly, and take half the time of `std::to_chars`.
 const char* WriteFixed(double value, char* text, char* end) {
-    end = std::to_chars(text, end, value, std::chars_format::fixed, 9).ptr;
-    while (end[-1] == '0')
-        --end;
-    return end;
+    __extension__ using Wide = unsigned __int128;
+    constexpr std::uint64_t kBillion = 1'000'000'000;
+    constexpr int kDigits = std::numeric_limits<double>::digits;
+    const auto whole = static_cast<std::uint64_t>(value);
+    int exponent = 0;
+    const double fraction = std::frexp(value - static_cast<double>(whole), &exponent);
+    const int shift = kDigits - exponent;
+    const Wide scaled = Wide{kBillion} * static_cast<std::uint64_t>(std::ldexp(fraction, kDigits));
+    auto billionths = static_cast<std::uint64_t>(scaled >> shift);
+    const Wide rest = scaled - (Wide{billionths} << shift);
+    const Wide half = Wide{1} << (shift - 1);
+    if (rest > half || (rest == half && billionths % 2 != 0))
+        ++billionths;
+    char* const point = std::to_chars(text, end, whole + billionths / kBillion).ptr;
+    const char* last = std::to_chars(point, end, kBillion + billionths % kBillion).ptr;
+    *point = '.';  // in place of the 1 before the nine digits
+    while (last[-1] == '0')
+        --last;
+    return last;
 }
 
 /// The text of C's printf with the user's decimal point.
