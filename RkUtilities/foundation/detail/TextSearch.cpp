@@ -66,14 +66,15 @@ std::uint64_t Transposed(std::uint64_t bits) {
 }
 
 /// Of up to eight blocks of places, a bit for each where a match may begin, the first place lowest.
+template <class Keys>
 [[gnu::always_inline]] inline std::uint64_t CandidatesIn(const SearchPlaces& places, std::size_t at,
                                                          std::size_t blockCount) {
     UnitBlock blockBit = FilledBlock(1);
     UnitBlock found{};  // a lane for each place of a block, a bit for each block
     for (std::size_t i = 0; i < blockCount; ++i) {
         const char16_t* const units = places.units + at + i * kBlockUnits;
-        const UnitMask candidates =
-            places.first.Fitting(LoadBlock(units)) & places.last.Fitting(LoadBlock(units + places.lastOffset));
+        const UnitMask candidates = places.first.Fitting<Keys>(LoadBlock(units)) &
+                                    places.last.Fitting<Keys>(LoadBlock(units + places.lastOffset));
         found |= reinterpret_cast<UnitBlock>(candidates) & blockBit;
         blockBit += blockBit;
     }
@@ -81,8 +82,8 @@ std::uint64_t Transposed(std::uint64_t bits) {
 }
 
 /// Of eight blocks: with a number that the compiler knows.
-std::uint64_t AllCandidatesIn(const SearchPlaces& places, std::size_t at) {
-    return CandidatesIn(places, at, kBlockUnits);
+template <class Keys> std::uint64_t AllCandidatesIn(const SearchPlaces& places, std::size_t at) {
+    return CandidatesIn<Keys>(places, at, kBlockUnits);
 }
 
 }  // namespace
@@ -108,8 +109,8 @@ template <class Keys> std::size_t TextSearch<Keys>::From(std::size_t start) {
             if (blockCount == 0)
                 return Among(at);
             m_group = {at, blockCount * kBlockUnits,
-                       blockCount == kBlockUnits ? AllCandidatesIn(m_places, at)
-                                                 : CandidatesIn(m_places, at, blockCount)};
+                       blockCount == kBlockUnits ? AllCandidatesIn<Keys>(m_places, at)
+                                                 : CandidatesIn<Keys>(m_places, at, blockCount)};
         }
         for (std::uint64_t candidates = m_group.candidates >> (at - m_group.begin) << (at - m_group.begin);
              candidates != 0; candidates &= candidates - 1) {
