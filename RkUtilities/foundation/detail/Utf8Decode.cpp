@@ -19,7 +19,7 @@ using ByteBlock [[gnu::vector_size(16)]] = std::uint8_t;
 constexpr std::size_t kBlockBytes = sizeof(ByteBlock);
 constexpr std::uint64_t kHighBits = 0x8080808080808080U;
 
-ByteBlock LoadBytes(const unsigned char* bytes) noexcept {
+ByteBlock LoadBytes(const char* bytes) noexcept {
     ByteBlock block;
     std::memcpy(&block, bytes, sizeof block);
     return block;
@@ -62,16 +62,20 @@ void WidenBytes(ByteBlock block, char16_t* units) noexcept {
     StoreBlock(units + kBlockUnits, InByteOrder(reinterpret_cast<UnitBlock>(back)));
 }
 
-/// Widens from the front while two blocks at a time are ASCII; moves both pointers. More at a time takes longer.
-void WidenAscii(const unsigned char*& in, const unsigned char* stop, char16_t*& out) noexcept {
-    for (; stop - in >= static_cast<std::ptrdiff_t>(2 * kBlockBytes); in += 2 * kBlockBytes, out += 2 * kBlockBytes) {
-        const ByteBlock front = LoadBytes(in);
-        const ByteBlock back = LoadBytes(in + kBlockBytes);
+/// Widens from the front while two blocks at a time are ASCII; returns how many bytes that were. More at a time takes
+/// longer.
+std::size_t WidenAscii(std::string_view bytes, char16_t* units) noexcept {
+    constexpr std::size_t kStep = 2 * kBlockBytes;
+    std::size_t i = 0;
+    for (; i + kStep <= bytes.size(); i += kStep) {
+        const ByteBlock front = LoadBytes(bytes.data() + i);
+        const ByteBlock back = LoadBytes(bytes.data() + i + kBlockBytes);
         if (!IsAscii(front | back))
-            return;
-        WidenBytes(front, out);
-        WidenBytes(back, out + kBlockBytes);
+            break;
+        WidenBytes(front, units + i);
+        WidenBytes(back, units + i + kBlockBytes);
     }
+    return i;
 }
 
 /// Decodes one sequence, or a part that is no UTF-8; moves both pointers.
@@ -90,6 +94,8 @@ void DecodeOneByOne(const unsigned char*& in, const unsigned char* stop, const u
             const std::size_t count = AsciiBytesBefore(EightBytes(in));
             in += count;
             out += count;
+        } else if (*in < 0x80) {
+            *out++ = *in++;
         } else {
             DecodeSequence(in, end, out);
         }
@@ -188,7 +194,10 @@ std::size_t DecodeUtf8(std::string_view& utf8, std::size_t byteCount, char16_t* 
     const unsigned char* const stop = in + std::min(byteCount, utf8.size());
     char16_t* out = units;
     while (in < stop) {
-        WidenAscii(in, stop, out);
+        const std::size_t count =
+            WidenAscii({reinterpret_cast<const char*>(in), static_cast<std::size_t>(stop - in)}, out);
+        in += count;
+        out += count;
         if (static_cast<std::size_t>(stop - in) < kWindowLooksAt || IsMostlyAscii(in) || !DecodeWindow(in, out))
             DecodeOneByOne(in, in + std::min<std::size_t>(kWindowBytes, static_cast<std::size_t>(stop - in)), end, out);
     }
