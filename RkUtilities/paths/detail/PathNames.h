@@ -2,6 +2,7 @@
 
 #include "RkUtilities/foundation/CString.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
@@ -13,10 +14,8 @@ constexpr bool IsSeparator(char16_t unit) { return unit == u'/' || unit == u'\\'
 
 /// Where the file name starts: after the last separator.
 inline std::size_t FileNameStart(std::u16string_view path) {
-    std::size_t start = path.size();
-    while (start > 0 && !IsSeparator(path[start - 1]))
-        --start;
-    return start;
+    const auto name = std::find_if(path.rbegin(), path.rend(), IsSeparator);
+    return static_cast<std::size_t>(path.rend() - name);
 }
 
 inline std::u16string_view FileNameOf(std::u16string_view path) { return path.substr(FileNameStart(path)); }
