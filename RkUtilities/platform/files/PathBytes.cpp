@@ -20,7 +20,9 @@ std::string BytesOfPath(std::u16string_view path) {
     char* out = bytes.data();
     const char16_t* const end = path.data() + path.size();
     for (const char16_t* in = path.data(); in != end;) {
-        if (IsEscapedByte(*in))
+        if (*in < 0x80)
+            *out++ = static_cast<char>(*in++);
+        else if (IsEscapedByte(*in))
             *out++ = static_cast<char>(*in++ - kEscape);
         else
             out = WriteUtf8(TakeCodePoint(in, end), out);
