@@ -62,7 +62,7 @@ bool HasOverlongName(const CString& path) {
 
 /// Whether the rest of both files, `byteCount` bytes of each, is the same.
 bool HaveEqualBytes(CFile& first, CFile& second, unsigned long long byteCount, unsigned long blockSize) {
-    constexpr unsigned long kLeast = 256UL * 1024;  // below, the calls cost more than what they read
+    constexpr unsigned long kLeast = 128UL * 1024;  // below, the calls cost more than what they read
     constexpr unsigned long kMost = 1024UL * 1024;
     const auto block =
         static_cast<unsigned int>(std::min<unsigned long long>(std::clamp(blockSize, kLeast, kMost), byteCount));
