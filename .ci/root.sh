@@ -45,6 +45,7 @@ in_root() {
         mkdir -m 1777 "$root/dev/shm"
         home=$(chroot "$root" getent passwd "$user" | cut -d: -f6)
         exec env -i PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin TERM=dumb HOME="$home" \
+            RK_WERROR="${RK_WERROR:-OFF}" \
             CCACHE_DIR=/tmp/ccache CCACHE_UMASK=000 CCACHE_NOHASHDIR=1 CCACHE_BASEDIR="$home/RkUtilities" \
             chroot "$root" su "$user" -c "cd ~ && $command"' in_root "$root" "$1" "$2"
 }
