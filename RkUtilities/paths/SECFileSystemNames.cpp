@@ -1,7 +1,5 @@
-#include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/paths/SECFileSystem.h"
 #include "RkUtilities/paths/detail/PathNames.h"
-#include "RkUtilities/platform/process/Environment.h"
 
 CString SECFileSystem::GetFileName(const CString& path) const { return rk::FileNameOf(path); }
 
@@ -15,13 +13,3 @@ CString SECFileSystem::GetExtension(const CString& path) const { return rk::Exte
 CString SECFileSystem::GetBaseFileName(const CString& path) const { return rk::BaseNameOf(path); }
 
 CString SECFileSystem::GetFullPathName(const CString& path) const { return rk::AbsolutePath(path); }
-
-CString rk::AbsolutePath(const CString& path) {
-    const unsigned short first = path.GetAt(0);
-    if (path.IsEmpty() || first == u'/' || first == u'~')
-        return path;
-    const std::string folder = platform::CurrentFolder();
-    if (folder.empty())
-        return path;
-    return PathText(folder.back() == '/' ? folder : folder + '/') + path;
-}
