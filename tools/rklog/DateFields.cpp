@@ -8,21 +8,21 @@ namespace rklog {
 
 namespace {
 
-/// The words for the halves of the day in the short times of CLDR 42 to 46, as PlainLetter leaves them, before blanks.
+/// The words for the halves of the day in the short times of CLDR 42 to 48, as PlainLetter leaves them, before blanks.
 constexpr std::string_view kBeforeNoon =
-    "am an damanhã eparadites gh hengihengi hoseng leebi ntufat pg rw safiya sokallim subaka "
+    "am an damanhã eparadites gh hengihengi hh hoseng leebi ntufat pd pg rw safiya sf sokallim subaka "
     "uluchelo vm wd ÖÖ ŋdi ǁgoagas πμ اےایم بن ص صبحمنجهند غم ܏ܩܛ एएम तडके "
     "पूर्वाह्न फुं भोर भ्यागा येएम सकाळ सबेरे सवेर "
-    "सुबुहजा এএম পূৰ্বাহ্ন ਪੂਦੁ ଏଏମ முற்பகல் ఎఎమ్ "
-    "ಪೂರ್ವಾಹ್ನ སྔ་ཆ་ སྔ་དྲོ་ ቅቀ ጥዋት ᏌᎾᎴ ᐁᒼ ᱥᱮᱛᱟᱜ 上午 "
-    "凌晨 午夜 早上 清晨 오전 𞤀𞤎 ";
+    "सुबुहजा নুমাং এএম পূৰ্বাহ্ন ਪੂਦੁ ଏଏମ முற்பகல் ఎఎమ్ "
+    "ಪೂರ್ವಾಹ್ನ སྔ་ཆ་ སྔ་དྲོ་ ቅቀ ጥዋት ᏌᎾᎴ ᐁᒼ ᐊᒼ ᱥᱮᱛᱟᱜ 上午 "
+    "上晝 凌晨 午夜 早上 清晨 오전 𞤀𞤎 ";
 constexpr std::string_view kAfterNoon =
-    "akasuba datarde efiafi epasdites ew gd kikiiɗe nm ntmeddit pm ptg sanje shwane thapama tŊ wb "
-    "yamma Ös ǃuias ɣetrɔ μμ دن غو م منجهندشام پیایم ܏ܒܛ अपराह्न "
+    "akasuba anw datarde ea efiafi epasdites ew gd kikiiɗe md nm ntmeddit pm ptg sanje shwane thapama tŊ wb "
+    "yamma ym Ös ǃuias ɣetrɔ μμ دن غو م منجهندشام پیایم ܏ܒܛ अपराह्न "
     "दपेहरासंजा दपैहरबाद पीएम बेलासे शामजा सांज "
-    "सांझ सांम অপৰাহ্ন পিএম ਬਾਦੁ ପିଏମ பிற்பகல் "
-    "పిఎమ్ ಅಪರಾಹ್ನ ཕྱི་ཆ་ ཕྱི་དྲོ་ ከሰዓት ድቀ ᏒᎯᏱᎢᏗᏢ "
-    "ᐲᒼ ᱧᱤᱫᱟᱹ 下午 中午 晚上 오후 𞤇𞤎 ";
+    "सांझ सांम स’ञ অপৰাহ্ন পিএম ਬਾਦੁ ପିଏମ பிற்பகல் "
+    "పిఎమ్ ಅಪರಾಹ್ನ ཕྱི་ཆ་ ཕྱི་དྲོ་ ከሰዓት ድቀ ᏒᎯᏱᎢ ᏒᎯᏱᎢᏗᏢ "
+    "ᐲᒼ ᱧᱤᱫᱟᱹ 下午 下晝 中午 晚上 오후 𞤇𞤎 ";
 
 /// The zeros of the digits that CLDR's locales write dates in; the other nine follow each.
 constexpr char32_t kZeros[] = {U'0',   0x0660, 0x06F0, 0x07C0, 0x0966,  0x09E6,
