@@ -54,7 +54,7 @@ TEST(Colors, AreNamedInTheUsersLanguage) {
     const std::string make = "cd '" + path + "' && " + orders + R"( PATH=$PATH:/usr/sbin
         genrb -q root.txt de.txt > /dev/null && mkdir other && for table in root.res de.res; do
             icupkg -t$other $table other/$table && icupkg -t$own $table $table || exit
-        done)";
+        done && mkdir mixed && cp root.res other/de.res mixed)";
     ASSERT_EQ(std::system(make.c_str()), 0);
     Table table(4), empty(-1);
     CrkBaseColorTable::Set(&table);
@@ -72,6 +72,7 @@ TEST(Colors, AreNamedInTheUsersLanguage) {
         EXPECT_EQ(CrkBaseColorTable::GetColorText(0x000080FF), u"{FF,80,00}");
     }
     EXPECT_FALSE(rk::SetStringTables(path + "/other"));
+    EXPECT_FALSE(rk::SetStringTables(path + "/mixed"));  // the root's table alone can be read
     EXPECT_FALSE(rk::SetStringTables("/none"));
     EXPECT_EQ(Loaded("Sky"), u"");
     EXPECT_TRUE(rk::SetStringTables(""));

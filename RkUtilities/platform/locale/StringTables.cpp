@@ -1,11 +1,14 @@
 #include "RkUtilities/platform/locale/StringTables.h"
 
+#include "RkUtilities/platform/files/FileFacts.h"
 #include "RkUtilities/platform/locale/UserLocale.h"
 #include "RkUtilities/platform/process/Threads.h"
 
+#include <algorithm>
 #include <memory>
 #include <mutex>
 #include <new>
+#include <string>
 #include <unicode/ures.h>
 #include <utility>
 
@@ -21,6 +24,24 @@ struct CloseBundle {
 };
 using Table = std::unique_ptr<UResourceBundle, CloseBundle>;
 
+/// Whether ICU finds a table for the locale and can read the locale's own ("de_AT.res") and its parents' ("de.res") as
+/// far as they are there: by itself ICU passes over a table that it cannot read.
+bool CanRead(const std::string& folder, std::string locale) {
+    UErrorCode error = U_ZERO_ERROR;
+    if (Table(ures_open(folder.c_str(), locale.c_str(), &error)) == nullptr)
+        return false;
+    locale.resize(std::min(locale.find('@'), locale.size()));
+    while (!locale.empty()) {
+        error = U_ZERO_ERROR;
+        if (Inspect(folder + '/' + locale + ".res") &&
+            Table(ures_openDirect(folder.c_str(), locale.c_str(), &error)) == nullptr)
+            return false;
+        const std::size_t parentEnd = locale.rfind('_');
+        locale.resize(parentEnd == std::string::npos ? 0 : parentEnd);
+    }
+    return true;
+}
+
 }  // namespace
 
 bool NameStringTables(std::string_view folder) {
@@ -28,8 +49,7 @@ bool NameStringTables(std::string_view folder) {
     const std::string& locale = UserLocaleName(LocaleUse::Texts);
     const std::lock_guard lock(MutexOf(Lock::Locale));
     delete std::exchange(ownFolder, copy.release());
-    UErrorCode error = U_ZERO_ERROR;
-    return ownFolder == nullptr || Table(ures_open(ownFolder->c_str(), locale.c_str(), &error)) != nullptr;
+    return ownFolder == nullptr || CanRead(*ownFolder, locale);
 }
 
 std::u16string StringTableText(const char* key, const char* bundle) {
