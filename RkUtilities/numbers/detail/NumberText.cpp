@@ -10,7 +10,7 @@ namespace rk {
 
 namespace {
 
-constexpr std::size_t kGroupUnits = 3;
+constexpr std::size_t kDigitsInGroup = 3;
 constexpr int kMostDecimals = 30;
 constexpr std::size_t kMostZeros = 1000000;  // that an exponent adds: a few units of text must not ask for gigabytes
 
@@ -84,14 +84,14 @@ void AppendDecimals(TextBuilder& builder, std::u16string_view fraction, std::siz
 void AppendGrouped(TextBuilder& builder, std::u16string_view integer, std::u16string_view separator) {
     if (integer.empty())
         return;
-    const std::size_t separatorCount = (integer.size() - 1) / kGroupUnits;
+    const std::size_t separatorCount = (integer.size() - 1) / kDigitsInGroup;
     char16_t* group = builder.Extend(integer.size() + separatorCount * separator.size());
     const char16_t* digit = integer.data();
     const char16_t* const end = digit + integer.size();
-    group = std::copy_n(digit, integer.size() - separatorCount * kGroupUnits, group);
-    for (digit = end - separatorCount * kGroupUnits; digit != end; digit += kGroupUnits) {
+    group = std::copy_n(digit, integer.size() - separatorCount * kDigitsInGroup, group);
+    for (digit = end - separatorCount * kDigitsInGroup; digit != end; digit += kDigitsInGroup) {
         group = std::copy(separator.begin(), separator.end(), group);
-        group = std::copy_n(digit, kGroupUnits, group);
+        group = std::copy_n(digit, kDigitsInGroup, group);
     }
 }
 

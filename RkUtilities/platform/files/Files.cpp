@@ -29,7 +29,7 @@ bool IsDevice(int descriptor) {
     return fstat(descriptor, &status) == 0 && !S_ISREG(status.st_mode);
 }
 
-std::error_code Lock(int descriptor, Access access) {
+std::error_code LockFile(int descriptor, Access access) {
     const int operation = (access == Access::Read ? LOCK_SH : LOCK_EX) | LOCK_NB;
     if (Uninterrupted([&] { return flock(descriptor, operation); }) == 0 || errno != EWOULDBLOCK)
         return {};  // without locks on this file system any opener may have the file
@@ -45,7 +45,7 @@ int OpenFile(const std::string& path, const Opening& opening, std::error_code& e
     FileHandle file = OpenAt(PlaceOf(path), flags, 0666);
     error = file ? Accept(file.Descriptor(), flags) : LastError();
     if (!error && opening.sharing == Sharing::DenyWrite)
-        error = Lock(file.Descriptor(), opening.access);
+        error = LockFile(file.Descriptor(), opening.access);
     // Not with O_TRUNC: a file that another opener has locked keeps its content.
     if (!error && opening.content == Content::Drop && ftruncate(file.Descriptor(), 0) != 0 &&
         !IsDevice(file.Descriptor()))

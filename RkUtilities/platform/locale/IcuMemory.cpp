@@ -17,7 +17,7 @@ namespace rk::platform {
 namespace {
 
 /// The first texts of ICU 72 need less than 1 MB, those of ICU 76 less than 2.
-constexpr std::size_t kByteCount = std::size_t{4} << 20;
+constexpr std::size_t kReserveByteCount = std::size_t{4} << 20;
 
 /// A part of the reserve; the next part begins behind its bytes.
 struct alignas(16) Block {
@@ -29,25 +29,25 @@ struct alignas(16) Block {
 };
 
 /// Guarded by `Lock::IcuMemory`. Its pages take memory when they are first written to.
-alignas(Block) constinit std::byte reserve[kByteCount]{};
+alignas(Block) constinit std::byte reserve[kReserveByteCount]{};
 constinit std::atomic<std::uint64_t> shortageCount = 0;
 
 bool IsInReserve(const void* memory) noexcept {
     return !std::less<>()(memory, static_cast<void*>(reserve)) &&
-           std::less<>()(memory, static_cast<void*>(reserve + kByteCount));
+           std::less<>()(memory, static_cast<void*>(reserve + kReserveByteCount));
 }
 
 /// The first free part that is long enough; null when there is no such part.
 void* TakeFromReserve(std::size_t byteCount) noexcept {
     ++shortageCount;
-    if (byteCount > kByteCount)
+    if (byteCount > kReserveByteCount)
         return nullptr;
     const std::size_t wanted = (byteCount + 2 * sizeof(Block) - 1) / sizeof(Block) * sizeof(Block);
     const std::lock_guard lock(MutexOf(Lock::IcuMemory));
     auto* block = reinterpret_cast<Block*>(reserve);
     if (block->byteCount == 0)
-        block->byteCount = kByteCount;
-    const auto isInside = [](Block* one) { return one->Begin() < reserve + kByteCount; };
+        block->byteCount = kReserveByteCount;
+    const auto isInside = [](Block* one) { return one->Begin() < reserve + kReserveByteCount; };
     for (; isInside(block); block = block->Next()) {
         while (!block->isTaken && isInside(block->Next()) && !block->Next()->isTaken)
             block->byteCount += block->Next()->byteCount;

@@ -50,9 +50,9 @@ std::time_t CoarseSeconds() {
 
 /// The C library takes a zone for which it has no memory for UTC, and stays with that.
 bool HasMemoryForZone() {
-    constexpr std::size_t kByteCount = std::size_t{64} * 1024;  // more than any zone takes
+    constexpr std::size_t kZoneByteCount = std::size_t{64} * 1024;  // more than any zone takes
     void* volatile const memory =
-        std::malloc(kByteCount);  // NOLINT(cppcoreguidelines-no-malloc): as the C library does
+        std::malloc(kZoneByteCount);  // NOLINT(cppcoreguidelines-no-malloc): as the C library does
     const bool hasMemory = memory != nullptr;
     std::free(memory);  // NOLINT(cppcoreguidelines-no-malloc)
     return hasMemory;

@@ -30,12 +30,12 @@ void FillFromSystem(std::span<std::byte> bytes) {
 
 /// A number that a fork sets to 0, in a page for the process's life; null where the kernel cannot wipe pages.
 std::atomic<std::uint32_t>* MapForkMark() noexcept {
-    constexpr std::size_t kByteCount = sizeof(std::atomic<std::uint32_t>);  // rounded up to a page by the kernel
-    void* const page = mmap(nullptr, kByteCount, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    constexpr std::size_t kPageByteCount = sizeof(std::atomic<std::uint32_t>);  // rounded up to a page by the kernel
+    void* const page = mmap(nullptr, kPageByteCount, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (page == MAP_FAILED)
         return nullptr;
-    if (madvise(page, kByteCount, MADV_WIPEONFORK) != 0) {
-        munmap(page, kByteCount);
+    if (madvise(page, kPageByteCount, MADV_WIPEONFORK) != 0) {
+        munmap(page, kPageByteCount);
         return nullptr;
     }
     return ::new (page) std::atomic<std::uint32_t>(0);

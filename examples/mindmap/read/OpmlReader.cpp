@@ -31,9 +31,9 @@ std::string_view ValueOf(std::string_view name, const XML_Char** attributes) {
     return {};
 }
 
-class Reader {
+class OpmlElementReader {
 public:
-    Reader() : m_parser(XML_ParserCreate(nullptr)) {
+    OpmlElementReader() : m_parser(XML_ParserCreate(nullptr)) {
         if (m_parser == nullptr)
             throw std::bad_alloc();
         XML_SetUserData(m_parser.get(), this);
@@ -59,18 +59,19 @@ private:
     enum class Section { BeforeRoot, Root, Head, Title, Body };
 
     static void XMLCALL OnStart(void* reader, const XML_Char* name, const XML_Char** attributes) {
-        static_cast<Reader*>(reader)->Guard([=](Reader& self) { self.Start(name, attributes); });
+        static_cast<OpmlElementReader*>(reader)->Guard([=](OpmlElementReader& self) { self.Start(name, attributes); });
     }
-    static void XMLCALL OnEnd(void* reader, const XML_Char*) { static_cast<Reader*>(reader)->End(); }
+    static void XMLCALL OnEnd(void* reader, const XML_Char*) { static_cast<OpmlElementReader*>(reader)->End(); }
     static void XMLCALL OnText(void* reader, const XML_Char* bytes, int byteCount) {
-        static_cast<Reader*>(reader)->Guard([=](Reader& self) {
+        static_cast<OpmlElementReader*>(reader)->Guard([=](OpmlElementReader& self) {
             if (self.m_section == Section::Title)
                 self.m_title.append(bytes, static_cast<std::size_t>(byteCount));
         });
     }
     static void XMLCALL OnDoctype(void* reader, const XML_Char*, const XML_Char*, const XML_Char*, int) {
-        static_cast<Reader*>(reader)->Guard(
-            [](Reader& self) { throw OutlineError{self.Line(), u"a document type declaration is not accepted"}; });
+        static_cast<OpmlElementReader*>(reader)->Guard([](OpmlElementReader& self) {
+            throw OutlineError{self.Line(), u"a document type declaration is not accepted"};
+        });
     }
 
     /// Runs what may throw where exceptions must not pass through the parser's C code.
@@ -171,6 +172,6 @@ private:
 
 }  // namespace
 
-Outline ReadOpml(std::string_view document, const CString& title) { return Reader().Read(document, title); }
+Outline ReadOpml(std::string_view document, const CString& title) { return OpmlElementReader().Read(document, title); }
 
 }  // namespace mindmap

@@ -101,9 +101,9 @@ void TakeInlineMarkup(Topic& topic) {
     topic.text = text;
 }
 
-class Reader {
+class OutlineLineReader {
 public:
-    explicit Reader(TextSyntax syntax) : m_syntax(syntax) {}
+    explicit OutlineLineReader(TextSyntax syntax) : m_syntax(syntax) {}
 
     Outline Read(std::string_view document, const CString& title) {
         if (document.starts_with("\xEF\xBB\xBF"))
@@ -205,7 +205,7 @@ TextSyntax GuessTextSyntax(std::string_view document) {
 }
 
 Outline ReadTextOutline(std::string_view document, TextSyntax syntax, const CString& title) {
-    return Reader(syntax).Read(document, title);
+    return OutlineLineReader(syntax).Read(document, title);
 }
 
 }  // namespace mindmap
