@@ -1,5 +1,7 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
+
 #include <cstddef>
 #include <iterator>
 #include <type_traits>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
+
 #include <compare>
 
 namespace rk {

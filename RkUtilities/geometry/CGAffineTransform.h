@@ -1,5 +1,7 @@
 #pragma once
 
+#include "RkUtilities/RkExport.h"
+
 #include <cmath>
 
 /// An affine map of the plane in double precision: (x, y) goes to (a·x + c·y + tx, b·x + d·y + ty).
