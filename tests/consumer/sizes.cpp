@@ -6,9 +6,10 @@
 template <class... Types> void Print() { ((std::cout << sizeof(Types) << ' ' << alignof(Types) << '\n'), ...); }
 
 int main() {
-    Print<CString, StUTF8Buffer, CTime, CTimeSpan, COleDateTime, COleDateTimeSpan, CFile, CFileStatus,
-          CFileException>();
+    Print<CString, rk::TextView, StUTF8Buffer, CTime, CTimeSpan, COleDateTime, COleDateTimeSpan, CFile, CFileStatus>();
+    Print<CObject, CException, CAtlException, CFileException, rk::FormatError, rk::LogState, CFUUIDBytes>();
     Print<CAtlArray<CString>, CAtlList<CString>, CAtlMap<CString, int>, CAtlMap<CString, CrkGuid>::CPair, POSITION>();
-    Print<CrkGuid, CrkFloatPoint, CrkFloatRect, CrkFloatVector2D, CrkLogSettings, CrkLogWriter, CrkLogException>();
-    Print<SECFileSystem, SECRegistry, CrkRegistry, rk::PreferenceState, rk::FormatError>();
+    Print<CrkGuid, CrkFloatPoint, CrkFloatRect, CrkFloatVector2D, CrkFloatMargin, CrkFloatSize, CGAffineTransform>();
+    Print<CrkLogSettings, CrkLogWriter, CrkLogException, CrkBaseColorTable, CrkBaseColorTable::ColorEntry>();
+    Print<SECFileSystem, SECRegistry, SECRegistry::Value, CrkRegistry, rk::PreferenceState>();
 }
