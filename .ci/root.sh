@@ -26,7 +26,7 @@ no_root() {
 }
 # Where the machine's own packages come from: $mirror.
 find_mirror() {
-    mirror=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' | grep -v security | sort -u | head -1)
+    mirror=$(apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' | grep -v security | sort -u | head -1 || true)
     [[ -n $mirror ]] || no_root "no package mirror is set up"
 }
 

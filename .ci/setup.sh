@@ -40,19 +40,19 @@ build() {
 }
 build_options=()
 
-# The newest version of clang that the machine has packages for: a number.
+# The newest version of a package of LLVM that the machine has: newest_clang clang-N.
 newest_clang() {
     local names
-    names=$(apt-cache pkgnames clang-tidy- 2>/dev/null; compgen -c clang-tidy- || true)
-    sed -nE 's/^clang-tidy-([0-9]+)$/\1/p' <<<"$names" | sort -n | tail -1
+    names=$(apt-cache pkgnames "${1%N}" 2>/dev/null; compgen -c "${1%N}" || true)
+    sed -nE "s/^${1%N}([0-9]+)\$/\1/p" <<<"$names" | sort -n | tail -1
 }
 
 # Installs packages of LLVM in the newest version and says it in $clang: require_clang clang-N clang-tidy-N.
 require_clang() {
-    clang=$(newest_clang)
+    clang=$(newest_clang "$1")
     if [[ -z $clang && $(id -u) -eq 0 && ${RK_INSTALL:-yes} != no ]]; then
         apt-get -q update
-        clang=$(newest_clang)
+        clang=$(newest_clang "$1")
     fi
     require_packages "${@/N/${clang:=14}}"
 }
