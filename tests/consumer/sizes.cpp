@@ -7,7 +7,7 @@ template <class... Types> void Print() { ((std::cout << sizeof(Types) << ' ' << 
 
 int main() {
     Print<CString, rk::TextView, StUTF8Buffer, CTime, CTimeSpan, COleDateTime, COleDateTimeSpan, CFile, CFileStatus>();
-    Print<CObject, CException, CAtlException, CFileException, rk::FormatError, rk::LogState, CFUUIDBytes>();
+    Print<CObject, CException, ATL::CAtlException, CFileException, rk::FormatError, rk::LogState, CFUUIDBytes>();
     Print<CAtlArray<CString>, CAtlList<CString>, CAtlMap<CString, int>, CAtlMap<CString, CrkGuid>::CPair, POSITION>();
     Print<CrkGuid, CrkFloatPoint, CrkFloatRect, CrkFloatVector2D, CrkFloatMargin, CrkFloatSize, CGAffineTransform>();
     Print<CrkLogSettings, CrkLogWriter, CrkLogException, CrkBaseColorTable, CrkBaseColorTable::ColorEntry>();
