@@ -43,6 +43,9 @@ in_root() {
         ln -s /proc/self/fd "$root/dev/fd"
         ln -s /proc/self/fd/1 "$root/dev/stdout"
         mkdir -m 1777 "$root/dev/shm"
+        mkdir "$root/dev/pts"
+        mount -t devpts -o newinstance,ptmxmode=0666,mode=620 terminals "$root/dev/pts"
+        ln -s pts/ptmx "$root/dev/ptmx"
         home=$(chroot "$root" getent passwd "$user" | cut -d: -f6)
         exec env -i PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin TERM=dumb HOME="$home" \
             RK_WERROR="${RK_WERROR:-OFF}" \
