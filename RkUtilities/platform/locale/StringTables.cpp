@@ -33,8 +33,8 @@ bool CanRead(const std::string& folder, std::string locale) {
     locale.resize(std::min(locale.find('@'), locale.size()));
     while (!locale.empty()) {
         error = U_ZERO_ERROR;
-        if (Inspect(folder + '/' + locale + ".res") &&
-            Table(ures_openDirect(folder.c_str(), locale.c_str(), &error)) == nullptr)
+        const bool isThere = Inspect(std::string(folder).append("/").append(locale).append(".res")).has_value();
+        if (isThere && Table(ures_openDirect(folder.c_str(), locale.c_str(), &error)) == nullptr)
             return false;
         const std::size_t parentEnd = locale.rfind('_');
         locale.resize(parentEnd == std::string::npos ? 0 : parentEnd);
