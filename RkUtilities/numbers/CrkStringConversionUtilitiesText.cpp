@@ -19,8 +19,8 @@ using rk::platform::NumberFormats;
 constexpr double kFixedAbove = 1e-9;
 constexpr double kFixedBelow = 99999999999.0;
 
-/// What C's "%.9f" gives for a value between the two, without zeros at the end. Integers of 128 bits hold the value's
-/// billionths exactly, and take half the time of `std::to_chars`.
+/// What C's "%.9f" gives for a value between `kFixedAbove` and `kFixedBelow`, without zeros at the end. Integers of 128
+/// bits hold the value's billionths exactly, and take half the time of `std::to_chars`.
 const char* WriteFixed(double value, char* text, char* end) {
     __extension__ using Wide = unsigned __int128;
     constexpr std::uint64_t kBillion = 1'000'000'000;

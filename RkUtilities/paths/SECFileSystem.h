@@ -89,7 +89,7 @@ public:
 
     /// 1 when both files hold the same bytes, as far as they have a length. 0 when they differ, and when a file cannot
     /// be opened (see `CFile::Open`) or read to the length it had, or is open in a `CFile` that denies it to others.
-    /// `blockSize` is a hint at how many bytes to read at once, brought to between 256 KiB and 1 MiB.
+    /// `blockSize` is a hint at how many bytes to read at once, brought to between 128 KiB and 1 MiB.
     int CompareFiles(const CString& first, const CString& second, unsigned long blockSize) const;
 
     /// Copies a file, a link, or a folder with all it holds. 1 when copied, or when the flags let the destination stay.

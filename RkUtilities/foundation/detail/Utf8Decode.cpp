@@ -62,8 +62,8 @@ void WidenBytes(ByteBlock block, char16_t* units) noexcept {
     StoreBlock(units + kBlockUnits, InByteOrder(reinterpret_cast<UnitBlock>(back)));
 }
 
-/// Widens from the front while two blocks at a time are ASCII; returns how many bytes that were. More at a time takes
-/// longer.
+/// Widens from the front while two blocks at a time are ASCII; returns the number of bytes widened. More blocks at a
+/// time take longer.
 std::size_t WidenAscii(std::string_view bytes, char16_t* units) noexcept {
     constexpr std::size_t kStep = 2 * kBlockBytes;
     std::size_t i = 0;
