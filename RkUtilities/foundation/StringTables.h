@@ -10,9 +10,9 @@ namespace rk {
 /// (root.res, en.res, de.res ...), as `genrb` makes them; "" takes the name back.
 ///
 /// @param folder  a native path in UTF-8; "~/" is not expanded.
-/// @return whether ICU can read a table for the user's language there; false when the tables are missing, damaged, or
+/// @return whether ICU can read the tables for the user's language there; false when they are missing, damaged, or
 ///         in the byte order of other processors (`icupkg -tb` and `-tl` change it). The folder is named all the same.
-/// Safe from any thread.
+/// Throws `std::bad_alloc`; the folder may be named then. Safe from any thread.
 RK_EXPORT bool SetStringTables(std::string_view folder);
 
 }  // namespace rk

@@ -65,7 +65,7 @@ TEST(Dates, OfEveryLocaleAreReadAtEveryHour) {
                 misread[locales[i].getName()] = text;
         }
     }
-    // Later data of ICU may have other words for the halves of the day, in a few locales.
+    // Later data of ICU may have other words for the halves of the day in some locales.
     EXPECT_LE(std::ssize(misread), U_ICU_VERSION_MAJOR_NUM > 78 ? count / 20 : 0) << testing::PrintToString(misread);
 }
 
