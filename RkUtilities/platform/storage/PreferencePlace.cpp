@@ -7,13 +7,13 @@
 #include "RkUtilities/platform/files/FreeNames.h"
 #include "RkUtilities/platform/files/UserFolders.h"
 #include "RkUtilities/platform/process/ApplicationName.h"
+#include "RkUtilities/platform/process/LocalTime.h"
 #include "RkUtilities/platform/process/Machine.h"
 #include "RkUtilities/platform/process/Patience.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <cstdio>
 #include <ctime>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -68,20 +68,16 @@ StorageOutcome LockFolder(const std::string& folder, FileHandle& lock) {
 }
 
 std::string MoveAside(const std::string& database) {
-    const std::time_t now = std::time(nullptr);
-    std::tm fields{};
-    localtime_r(&now, &fields);
-    char date[32];
-    const std::size_t length = std::strftime(date, sizeof date, "-damaged-%Y%m%d-%H%M%S", &fields);
+    const std::string date = FormattedTime(LocalCalendar(std::time(nullptr)), "-damaged-%Y%m%d-%H%M%S");
     const std::size_t nameStart = database.rfind('/') + 1;
     const std::string folder = database.substr(0, nameStart);
-    const NumberedName name{database.substr(nameStart) + std::string(date, length), ""};
+    const NumberedName name{database.substr(nameStart) + date, ""};
     std::error_code error;
     std::string aside = folder + name.WithNumber(FirstFreeNumber(folder, name, TakenBy::Anything, error));
-    if (error || std::rename(database.c_str(), aside.c_str()) != 0)
+    if (error || RenameOver(database, aside))
         return {};
     for (const char* const suffix : {"-wal", "-shm", "-journal"})
-        static_cast<void>(std::rename((database + suffix).c_str(), (aside + suffix).c_str()));
+        static_cast<void>(RenameOver(database + suffix, aside + suffix));
     return aside;
 }
 
