@@ -1,8 +1,10 @@
 #include "RkUtilities/platform/process/Threads.h"
 
+#include "RkUtilities/platform/process/Patience.h"
+
 #include <array>
 #include <atomic>
-#include <ctime>
+#include <chrono>
 #include <pthread.h>
 
 namespace rk::platform {
@@ -10,25 +12,19 @@ namespace rk::platform {
 namespace {
 
 constexpr std::size_t kLockCount = static_cast<std::size_t>(Lock::IcuMemory) + 1;
-constexpr std::time_t kLongestWaitSeconds = 2;
+constexpr std::chrono::seconds kLongestWait{2};
 
 constinit std::array<std::mutex, kLockCount> mutexes{};
 constinit std::atomic<std::mutex*> logMutex = mutexes.data();
 constinit std::array<std::mutex*, kLockCount> heldByFork{};  // by the thread that holds the last lock
 constinit std::array<ForkCalls, kLockCount> forkCalls{};
 
-bool LockUntil(std::mutex& mutex, const timespec& deadline) {
-    return pthread_mutex_timedlock(mutex.native_handle(), &deadline) == 0;
-}
-
 void BeforeFork() {
-    timespec deadline{};
-    clock_gettime(CLOCK_REALTIME, &deadline);
-    deadline.tv_sec += kLongestWaitSeconds;
+    Patience patience(kLongestWait);
     std::array<std::mutex*, kLockCount> held{};
     for (std::size_t i = 0; i < kLockCount; ++i) {
         std::mutex& mutex = MutexOf(static_cast<Lock>(i));
-        held[i] = LockUntil(mutex, deadline) ? &mutex : nullptr;
+        held[i] = patience.Lock(mutex) ? &mutex : nullptr;
         if (held[i] != nullptr && forkCalls[i].before != nullptr)
             forkCalls[i].before();
     }
