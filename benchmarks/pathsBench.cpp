@@ -1,4 +1,4 @@
-// Paths beside their floors: one scan for what two paths have in common, two searches from the end, one listing.
+// Paths beside their floors: one search for what two paths have in common, two searches from the end, one listing.
 #include "RkUtilities/foundation/NativePath.h"
 #include "RkUtilities/paths/CrkPathUtilities.h"
 #include "tests/support/ScopedFolder.h"

@@ -35,7 +35,7 @@ constexpr struct {
 } kMakers[] = {
     {"Mid", [](const CString& text) { return text.Mid(1); }},
     {"Concatenate", [](const CString& text) { return text + text; }},
-    {"Format", [](const CString& text) { return Strings::Format(rk::AsUnsignedShort(u"%s!"), text.ToUtf8()); }},
+    {"Format", [](const CString& text) { return Strings::Format(u"%s!", text.ToUtf8()); }},
     {"ShortenString", [](const CString& text) { return Strings::ShortenString(text, text.GetLength() - 1); }},
     {"Combine", [](const CString& text) { return Strings::Combine(u", ", text, text, /*skipEmptyParts=*/true); }},
     {"RemoveCRLF", Strings::RemoveCRLF},

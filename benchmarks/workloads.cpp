@@ -89,7 +89,7 @@ void Format() {
     CString text;
     text.Format(u"%s %d of %-8u: %08.3f%%", "Central Topic", 17, 4095U, 12.5);
     Keep(text);
-    Keep(CrkStringUtilities::AppendInt(rk::AsUnsignedShort(u"Topic "), 42));
+    Keep(CrkStringUtilities::AppendInt(u"Topic ", 42));
     Keep(CrkStringUtilities::MakeByteString(123'456'789));
 }
 
@@ -104,8 +104,7 @@ void Sanitise() {
 void Sort() {
     CAtlList<CString> list;
     for (int i = 0; i < 200; ++i)
-        list.AddTail(
-            CrkStringUtilities::AppendInt(rk::AsUnsignedShort(i % 2 == 0 ? u"Topic " : u"Über "), i * 7919 % 1000));
+        list.AddTail(CrkStringUtilities::AppendInt(i % 2 == 0 ? u"Topic " : u"Über ", i * 7919 % 1000));
     CrkStringUtilities::SortStringList(list, /*ascending=*/true);
     Keep(list);
 }
@@ -149,7 +148,7 @@ void Files() {
     files.MakeDirectory(folder);
     for (int i = 0; i < 20; ++i) {
         CFile file;
-        file.Open(folder + CrkStringUtilities::AppendInt(rk::AsUnsignedShort(u"Über "), i) + u".mind",
+        file.Open(folder + CrkStringUtilities::AppendInt(u"Über ", i) + u".mind",
                   CFile::modeCreate | CFile::modeReadWrite);
         file.WriteString(Mixed());
         file.Close();
@@ -188,7 +187,7 @@ void Preferences() {
     store.Open(u"Software", kRead);
     CString text;
     for (int i = 0; i < 20; ++i) {
-        const CString name = CrkStringUtilities::AppendInt(rk::AsUnsignedShort(u"Setting "), i);
+        const CString name = CrkStringUtilities::AppendInt(u"Setting ", i);
         store.SetValue(name, text);
         store.GetValue(name, text);
         text += u"value";
@@ -215,7 +214,7 @@ void Collections() {
     for (int i = 0; i < kCount; ++i) {
         array.Add(i);
         list.AddTail(i);
-        map.SetAt(CrkStringUtilities::AppendInt(rk::AsUnsignedShort(u"key "), i), i);
+        map.SetAt(CrkStringUtilities::AppendInt(u"key ", i), i);
     }
     Keep(map.Lookup(u"key 77"));
     static std::array<int, 64> objects{};

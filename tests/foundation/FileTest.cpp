@@ -34,7 +34,7 @@ TEST(File, OpensWhatItCanAndTellsTheCauseOfEveryFailure) {
         EXPECT_EQ(error.m_lOsError != 0, cause != 0) << name;
         EXPECT_EQ(error.m_strFileName, cause == 0 ? CString() : folder.Text(name));
     }
-    EXPECT_FALSE(CFile().Open(CString().GetUTF16Ptr(), 0));
+    EXPECT_FALSE(CFile().Open(CString(), 0));
     EXPECT_EQ(CauseOf([&] { CFile(folder.Text("missing"), CFile::modeRead); }), CFileException::fileNotFound);
     try {
         EXPECT_EQ(rk::WithSystemErrors([] { return 7; }), 7);

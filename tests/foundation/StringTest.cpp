@@ -174,7 +174,7 @@ TEST(String, ReadsIntegersAndUnitsOfAnyPlace) {
     constexpr std::pair<const char16_t*, int> kRows[] = {
         {u"- 7", 0}, {u"", 0}, {u" \t-42x", -42}, {u"2147483648", INT_MAX}, {u"-2147483649", INT_MIN}};
     for (const auto& [text, value] : kRows)
-        EXPECT_EQ(_ttoi(CString(text).GetUTF16Ptr()), value) << CString(text);
+        EXPECT_EQ(_ttoi(rk::AsUnsignedShort(text)), value) << CString(text);
     EXPECT_EQ(_ttoi(nullptr), 0);
     const CString text = u"abc";
     EXPECT_EQ(text.GetAt(LONG_MAX) + text.GetAt(LONG_MIN) + text[-1] + text[3] + text[SIZE_MAX], 0);

@@ -70,7 +70,7 @@ TEST_F(Preferences, KeepTypesAndEveryTextFromOneProcessToTheNextUntilTheyAreDele
             registry.SetValue(name, number);
         // A value is of the type that is written.
         registry.SetValue(std::u16string(u"bytes"), "Jane");
-        registry.SetValue(CString(u"units").GetUTF16Ptr(), CString(u"Jane").GetUTF16Ptr());
+        registry.SetValue(rk::AsUnsignedShort(u"units"), rk::AsUnsignedShort(u"Jane"));
         registry.WriteValueToSystem(u"written", u"Jane");
         for (const CString name : {u"bytes", u"units", u"written"})
             EXPECT_EQ(CrkRegistry::GetRegKeyString(0, u"path", name), u"Jane") << name;
