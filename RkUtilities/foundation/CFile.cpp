@@ -112,12 +112,12 @@ CFile& CFile::operator=(CFile&& other) noexcept {
 bool CFile::Open(const CString& path, unsigned int flags, CFileException* error) {
     *this = CFile();
     const std::string nativePath = rk::NativePath(path);
-    constexpr unsigned int kKnownFlags = modeReadWrite | shareDenyWrite | shareDenyNone | modeCreate | modeTruncate;
+    constexpr unsigned int kAllFlags = modeReadWrite | shareDenyWrite | shareDenyNone | modeCreate | modeTruncate;
     constexpr unsigned int kSharing = shareDenyWrite | shareDenyNone;
     constexpr unsigned int kTruncating = modeTruncate | modeReadWrite;
     const auto has = [flags](unsigned int flag) { return (flags & flag) != 0; };
     std::error_code failure;
-    if (has(~kKnownFlags) || (flags & kSharing) == kSharing || (flags & kTruncating) == modeTruncate)
+    if (has(~kAllFlags) || (flags & kSharing) == kSharing || (flags & kTruncating) == modeTruncate)
         failure = std::make_error_code(std::errc::invalid_argument);
     else
         m_hFile = platform::OpenFile(

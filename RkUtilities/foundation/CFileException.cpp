@@ -46,9 +46,9 @@ CFileException::CFileException(int cause, int osError, CString fileName)
 CFileException::~CFileException() = default;
 
 CString CFileException::GetErrorMessage() const {
-    const bool isKnown = m_cause >= none && m_cause <= endOfFile;
+    const bool isNamed = m_cause >= none && m_cause <= endOfFile;
     CString message = m_strFileName.IsEmpty() ? CString() : m_strFileName + u": ";
-    message += CString(kCauses[isKnown ? m_cause : genericException].words);
+    message += CString(kCauses[isNamed ? m_cause : genericException].words);
     if (m_lOsError != 0)
         message += u" (" + CString(std::generic_category().message(static_cast<int>(m_lOsError))) + u")";
     return message;

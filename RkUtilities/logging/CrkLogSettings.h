@@ -17,7 +17,7 @@
 ///         <ls:ExcludeCategory>VerboseCOM</ls:ExcludeCategory>
 ///     </settings>
 ///
-/// An XML document. Only children of the root element count, which may have any name; they are known by their name as
+/// An XML document. Only children of the root element count, which may have any name; they are told by their name as
 /// written, "ls:" included, and need no namespace declaration. Their text, that of elements inside them included, is
 /// compared exactly: upper and lower case differ and white space counts (" true" is not "true").
 ///

@@ -45,7 +45,7 @@ private:
         return index < m_leftOver.size() ? m_leftOver[index] : m_rest[index - m_leftOver.size()];
     }
 
-    /// The index of the first LF behind the first unit, or where the line is known to be too long or to be the last.
+    /// The index of the first LF behind the first unit, or where the line is seen to be too long or to be the last.
     [[nodiscard]] std::size_t LineEnd() const {
         const std::size_t enough = CanBreak() ? std::min(Left(), m_width + 1) : Left();
         const std::u16string_view leftOver = std::u16string_view(m_leftOver).substr(0, enough);

@@ -97,7 +97,7 @@ constexpr std::array<Kind, 128> kKinds = [] {
 }();
 
 /// Whether C gives the pair of length and kind a meaning that 8-bit arguments can have.
-bool IsKnown(Length length, Kind kind) {
+bool HasMeaning(Length length, Kind kind) {
     if (kind == Kind::Integer)
         return length != Length::LongDouble;
     if (kind == Kind::Floating)
@@ -119,7 +119,7 @@ FormatConversion TakeConversion(std::u16string_view& format) {
     format.remove_prefix(1);
     conversion.type = type == u'i' ? 'd' : static_cast<char>(type < 0x80 ? type : u'?');
     conversion.kind = kKinds[static_cast<unsigned char>(conversion.type)];
-    if (!IsKnown(conversion.length, conversion.kind))
+    if (!HasMeaning(conversion.length, conversion.kind))
         throw FormatError("the format holds an unknown conversion");
     return conversion;
 }

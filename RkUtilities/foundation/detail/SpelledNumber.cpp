@@ -58,11 +58,11 @@ private:
     int TakeLocalDigit() noexcept {
         const char16_t* next = m_rest.data();
         const char32_t character = platform::TakeCodePoint(next, m_rest.data() + m_rest.size());
-        const auto* const known = std::find(m_spelling.digits->begin(), m_spelling.digits->end(), character);
-        if (known == m_spelling.digits->end())
+        const auto* const digit = std::find(m_spelling.digits->begin(), m_spelling.digits->end(), character);
+        if (digit == m_spelling.digits->end())
             return kNoDigit;
         m_rest.remove_prefix(static_cast<std::size_t>(next - m_rest.data()));
-        return static_cast<int>(known - m_spelling.digits->begin());
+        return static_cast<int>(digit - m_spelling.digits->begin());
     }
 
     std::u16string_view m_rest;

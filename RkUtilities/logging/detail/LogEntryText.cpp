@@ -52,8 +52,8 @@ void AppendPreparedMessage(TextBuilder& target, std::u16string_view message) {
 std::u16string_view LocalTimeText(std::chrono::system_clock::time_point time, CFDateFormatterStyle style) {
     using platform::DateStyle;
     static_assert(static_cast<long>(DateStyle::Full) == kCFDateFormatterFullStyle);
-    const bool isKnown = style >= kCFDateFormatterNoStyle && style <= kCFDateFormatterFullStyle;
-    const DateStyle ours = isKnown ? static_cast<DateStyle>(style) : DateStyle::None;
+    const bool isStyle = style >= kCFDateFormatterNoStyle && style <= kCFDateFormatterFullStyle;
+    const DateStyle ours = isStyle ? static_cast<DateStyle>(style) : DateStyle::None;
     return platform::LocalDateText(platform::UserLocaleName(platform::LocaleUse::Time), ours, ours,
                                    std::chrono::floor<std::chrono::seconds>(time.time_since_epoch()).count());
 }

@@ -12,7 +12,7 @@ namespace rk::platform {
 /// followed on the way down, each step is taken relative to the folder reached, and a tree may have any depth. A folder
 /// that lies deep is moved up before it is emptied; after a failure it may stand in the tree's own folder.
 std::error_code RemoveTree(const std::string& path);
-/// The same for a name that is known to be fit. It needs no memory.
+/// The same for a name that was looked at before. It needs no memory.
 std::error_code RemoveTree(Place item) noexcept;
 
 /// Removes an empty folder, or a link itself; ENOTEMPTY, ENOTDIR otherwise.
