@@ -146,7 +146,7 @@ public:
 
     // --- Joining, sorting, measuring
 
-    /// The parts joined by the separator. With `skipEmptyParts` an empty part brings no separator. "" without parts.
+    /// Joins parts by the separator; null or no parts give "". With `skipEmptyParts` an empty part brings no separator.
     static CString Combine(const CString& separator, CString const* parts, unsigned long count, bool skipEmptyParts);
     /// Two parts.
     static CString Combine(const CString& separator, const CString& first, const CString& second, bool skipEmptyParts);
