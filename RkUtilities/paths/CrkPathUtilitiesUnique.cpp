@@ -19,8 +19,7 @@ CString FreeName(const CString& folder, const CString& start, const CString& end
     if (error)
         return {};
     const std::size_t startUnits = rk::PathText(name.start.substr(0, name.StartByteCount(number))).View().size();
-    const CString suffix = number == 1 ? CString() : CString(" (" + std::to_string(number) + ")");
-    return start.Left(static_cast<int>(startUnits)) + suffix + end;
+    return start.Left(static_cast<int>(startUnits)) + rk::platform::NumberedName::Suffix(number) + end;
 }
 
 }  // namespace

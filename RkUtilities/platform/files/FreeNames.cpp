@@ -11,11 +11,10 @@
 #include <vector>
 
 namespace rk::platform {
+
 namespace {
 
 constexpr std::size_t kMostBytes = 255;
-
-std::string Suffix(std::int64_t number) { return number == 1 ? std::string() : " (" + std::to_string(number) + ")"; }
 
 /// The number in a name that has a number; 0 in other names.
 std::int64_t NumberIn(std::string_view listed, const NumberedName& name) {
@@ -49,6 +48,10 @@ std::vector<bool> ListedNumbers(const std::string& folder, const NumberedName& n
 }
 
 }  // namespace
+
+std::string NumberedName::Suffix(std::int64_t number) {
+    return number == 1 ? std::string() : " (" + std::to_string(number) + ")";
+}
 
 std::size_t NumberedName::StartByteCount(std::int64_t number) const {
     const std::size_t otherBytes = Suffix(number).size() + end.size();

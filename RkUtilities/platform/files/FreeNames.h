@@ -17,6 +17,7 @@ struct NumberedName {
     /// How many bytes of the start the name with a number has.
     [[nodiscard]] std::size_t StartByteCount(std::int64_t number) const;
     [[nodiscard]] std::string WithNumber(std::int64_t number) const;
+    [[nodiscard]] static std::string Suffix(std::int64_t number);  ///< What stands between the parts; "" for 1.
 };
 
 /// The least number whose name nothing, or no folder, in the folder has; 1 stands for the name without a number. Links
