@@ -41,7 +41,7 @@ void Try(FuzzedDataProvider& data) {
         last = record.category + record.message;
         ++count;
     };
-    Require(Scan(EntryScanner(), log, blockByteCount, take));
+    Require(CutApart(EntryCutter(), log, blockByteCount, take));
     xmlWriter->End(xml);
     Require(last == "fuzzlast");
     Require(IsWellFormedXml(xml.str()));
@@ -52,5 +52,5 @@ void Try(FuzzedDataProvider& data) {
                          [](char c) { return static_cast<unsigned char>(c) < 0x20 && c != '\n' && c != '\t'; }));
 
     std::size_t wholeCount = 0;
-    Require(Scan(EntryScanner(), log, log.size(), [&](const Entry&) { ++wholeCount; }) && wholeCount == count);
+    Require(CutApart(EntryCutter(), log, log.size(), [&](const Entry&) { ++wholeCount; }) && wholeCount == count);
 }

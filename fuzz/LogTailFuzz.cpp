@@ -28,8 +28,8 @@ void Try(FuzzedDataProvider& data) {
         Require(cut.starts_with(kStart.substr(0, cut.size())));
     }
     std::vector<std::string> messages;
-    Require(rklog::Scan(rklog::EntryScanner(), after, after.size(),
-                        [&](const rklog::Entry& entry) { messages.emplace_back(entry.message); }));
+    Require(rklog::CutApart(rklog::EntryCutter(), after, after.size(),
+                            [&](const rklog::Entry& entry) { messages.emplace_back(entry.message); }));
     Require(messages[0] == "m" && messages.back() == "last" && messages[messages.size() - 2] == "first");
     Require(CrkLogWriter::GetLogState().droppedEntries == 0);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "rklog/EntryScanner.h"
+#include "rklog/EntryCutter.h"
 
 #include <algorithm>
 #include <string>
@@ -20,24 +20,24 @@ inline std::string EntryAt(std::string_view timestamp, std::string_view message 
 
 /// Takes a log apart that comes in blocks of one size; whether each byte was given once and in order.
 template <class Take>
-bool Scan(EntryScanner&& scanner, std::string_view log, std::size_t blockByteCount, const Take& take) {
+bool CutApart(EntryCutter&& cutter, std::string_view log, std::size_t blockByteCount, const Take& take) {
     Entry entry;
     std::uint64_t end = 0;
     bool isInOrder = true;
     const auto drain = [&] {
-        while (scanner.Next(entry)) {
-            isInOrder = isInOrder && entry.offset == end && scanner.Offset() > end;
-            end = scanner.Offset();
+        while (cutter.Next(entry)) {
+            isInOrder = isInOrder && entry.offset == end && cutter.Offset() > end;
+            end = cutter.Offset();
             take(entry);
         }
     };
     for (std::string_view rest = log; !rest.empty(); rest.remove_prefix(std::min(rest.size(), blockByteCount))) {
         const std::string_view block = rest.substr(0, blockByteCount);
-        block.copy(scanner.Room(), block.size());
-        scanner.Took(block.size());
+        block.copy(cutter.Room(), block.size());
+        cutter.Took(block.size());
         drain();
     }
-    scanner.Finish();
+    cutter.Finish();
     drain();
     return isInOrder && end == log.size();
 }

@@ -16,9 +16,9 @@ std::string Told(const Entry& entry) {
     return Unescaped(entry.category) + "/" + std::string(NameOf(entry.level)) + "/" + message;
 }
 
-std::vector<std::string> Scanned(std::string_view log, std::size_t blockByteCount, std::size_t longest = 1 << 28) {
+std::vector<std::string> PiecesOf(std::string_view log, std::size_t blockByteCount, std::size_t longest = 1 << 28) {
     std::vector<std::string> told;
-    EXPECT_TRUE(Scan(EntryScanner(longest), log, blockByteCount, [&](const Entry& e) { told.push_back(Told(e)); }));
+    EXPECT_TRUE(CutApart(EntryCutter(longest), log, blockByteCount, [&](const Entry& e) { told.push_back(Told(e)); }));
     return told;
 }
 
@@ -69,9 +69,9 @@ TEST(Reading, LosesNothingOfDamagedLogsHoweverTheBlocksFall) {
     };
     for (const auto& [log, told] : cases)
         for (std::size_t block = 1; block < 600; block = block * 3 / 2 + 1)
-            EXPECT_EQ(Scanned(log, block), told) << log << block;
+            EXPECT_EQ(PiecesOf(log, block), told) << log << block;
     // An entry without end comes in pieces.
-    const std::vector<std::string> pieces = Scanned(EntryOf(std::string(100, 'x')), 50, /*longest=*/150);
+    const std::vector<std::string> pieces = PiecesOf(EntryOf(std::string(100, 'x')), 50, /*longest=*/150);
     ASSERT_GT(pieces.size(), 1U);
     EXPECT_EQ(pieces[0].substr(0, 5), "torn:");
     EXPECT_EQ(pieces[1].substr(0, 6), "stray:");

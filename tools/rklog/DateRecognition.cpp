@@ -1,6 +1,6 @@
 #include "rklog/DateRecognition.h"
 
-#include "rklog/EntryScanner.h"
+#include "rklog/EntryCutter.h"
 #include "rklog/EntryTimes.h"
 #include "rklog/InputFile.h"
 
@@ -50,10 +50,10 @@ void DateSamples::TakeFrom(const std::string& path) {
 }
 
 void DateSamples::TakeFrom(const InputFile& file, std::uint64_t offset) {
-    EntryScanner scanner;
-    scanner.Took(file.ReadAt(offset, scanner.Room(), kSampledByteCount));
-    scanner.Finish();
-    for (Entry entry; scanner.Next(entry);) {
+    EntryCutter cutter;
+    cutter.Took(file.ReadAt(offset, cutter.Room(), kSampledByteCount));
+    cutter.Finish();
+    for (Entry entry; cutter.Next(entry);) {
         const auto [date, sinceLoad] = ReadTimestamp(entry.timestamp);
         if (entry.wholeness == Wholeness::Whole && sinceLoad && !date.empty())
             m_samples.push_back({std::string(date), std::string(entry.thread), *sinceLoad, ReadLogStart(entry), {}, 0});

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "rklog/EntryScanner.h"
+#include "rklog/EntryCutter.h"
 #include "rklog/InputFile.h"
 
 #include <memory>
@@ -16,7 +16,7 @@ public:
 
 private:
     InputFile m_file;
-    EntryScanner m_scanner;
+    EntryCutter m_cutter;
     bool m_isAtEnd = false;
 };
 

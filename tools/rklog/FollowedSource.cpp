@@ -11,14 +11,14 @@ bool FollowedSource::Next(Entry& entry) {
         for (;;) {
             if (m_file) {
                 entry.file = m_file->Path();
-                if (m_scanner.Next(entry))
+                if (m_cutter.Next(entry))
                     return true;
                 if (ReadOn())
                     continue;
                 if (!IsDone())
                     return false;
-                m_scanner.Finish();  // what is left has no footer, and no footer will come
-                if (m_scanner.Next(entry))
+                m_cutter.Finish();  // what is left has no footer, and no footer will come
+                if (m_cutter.Next(entry))
                     return true;
                 m_finished = std::move(m_file);
             }
@@ -37,15 +37,15 @@ bool FollowedSource::Next(Entry& entry) {
 /// False when there is nothing new in the file; then nothing is kept of an entry that has not come whole, since the
 /// writer may replace a beginning by another entry.
 bool FollowedSource::ReadOn() {
-    const std::size_t byteCount = m_file->Read(m_scanner.Room(), EntryScanner::kBlockByteCount);
-    m_scanner.Took(byteCount);
+    const std::size_t byteCount = m_file->Read(m_cutter.Room(), EntryCutter::kBlockByteCount);
+    m_cutter.Took(byteCount);
     if (byteCount > 0) {
-        if (byteCount < EntryScanner::kBlockByteCount)
-            m_scanner.Pause();
+        if (byteCount < EntryCutter::kBlockByteCount)
+            m_cutter.Pause();
         return true;
     }
     const std::uint64_t fileByteCount = m_file->Look().byteCount;
-    if (fileByteCount >= m_scanner.Offset())
+    if (fileByteCount >= m_cutter.Offset())
         return false;
     GoTo(0);
     return fileByteCount > 0;
@@ -62,13 +62,13 @@ bool FollowedSource::IsDone() {
     } else {
         m_wasMoved = true;  // who had opened it before it was moved may still write to it
     }
-    GoTo(m_scanner.Offset());
+    GoTo(m_cutter.Offset());
     return false;
 }
 
 void FollowedSource::GoTo(std::uint64_t offset) {
     m_file->GoTo(offset);
-    m_scanner.StartAt(offset);
+    m_cutter.StartAt(offset);
 }
 
 void FollowedSource::FindFiles() {
@@ -98,7 +98,7 @@ bool FollowedSource::OpenNext() {
     m_identity = m_file->Look().identity;
     m_isLast = m_paths.empty();
     m_wasMoved = false;
-    m_scanner.StartAt(0);
+    m_cutter.StartAt(0);
     return true;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "rklog/EntryScanner.h"
+#include "rklog/EntryCutter.h"
 #include "rklog/InputFile.h"
 #include "rklog/Trouble.h"
 
@@ -35,7 +35,7 @@ private:
     std::unique_ptr<InputFile> m_file;
     std::unique_ptr<InputFile> m_finished;  // the last file, kept open so that no new file gets its number
     InputFile::Identity m_identity;
-    EntryScanner m_scanner;
+    EntryCutter m_cutter;
     bool m_wasMoved = false;  // the file has lost its name, which another file may have; it is read once more
     bool m_isLast = false;    // of the files that were there: more may be written to it
     std::deque<std::string> m_paths;

@@ -16,11 +16,11 @@ namespace rklog {
 /// than `longestByteCount` bytes comes in several pieces, the first torn and the others stray.
 ///
 /// A message with a start tag at the beginning of a line cannot be told from an entry: the writer leaves it as it is.
-class EntryScanner {
+class EntryCutter {
 public:
     static constexpr std::size_t kBlockByteCount = std::size_t{1} << 20;
 
-    explicit EntryScanner(std::size_t longestByteCount = std::size_t{256} << 20)
+    explicit EntryCutter(std::size_t longestByteCount = std::size_t{256} << 20)
         : m_longestByteCount(longestByteCount) {}
 
     /// Room for the next `kBlockByteCount` bytes; what was given before becomes invalid.

@@ -1,4 +1,4 @@
-#include "rklog/EntryScanner.h"
+#include "rklog/EntryCutter.h"
 
 #include "rklog/EntryText.h"
 
@@ -7,7 +7,7 @@
 
 namespace rklog {
 
-char* EntryScanner::Room() {
+char* EntryCutter::Room() {
     if (m_begin > 0) {
         std::memmove(m_bytes.data(), m_bytes.data() + m_begin, m_end - m_begin);
         m_offset += m_begin;
@@ -20,13 +20,13 @@ char* EntryScanner::Room() {
     return m_bytes.data() + m_end;
 }
 
-void EntryScanner::StartAt(std::uint64_t offset) {
+void EntryCutter::StartAt(std::uint64_t offset) {
     m_begin = m_end = m_searched = 0;
     m_offset = offset;
     m_isFinished = m_isPaused = false;
 }
 
-bool EntryScanner::Next(Entry& entry) {
+bool EntryCutter::Next(Entry& entry) {
     if (FindNextStart())
         Give(m_nextStart, entry);
     else if (m_begin < m_end &&
@@ -38,7 +38,7 @@ bool EntryScanner::Next(Entry& entry) {
 }
 
 /// Goes from line to line: the library's search for one byte is several times as fast as any for a longer text.
-bool EntryScanner::FindNextStart() {
+bool EntryCutter::FindNextStart() {
     m_searched = std::max(m_searched, m_begin);
     while (m_searched < m_end) {
         const char* const from = m_bytes.data() + m_searched;
@@ -63,12 +63,12 @@ bool EntryScanner::FindNextStart() {
     return false;
 }
 
-bool EntryScanner::HasWholeEntryAtEnd() const {
+bool EntryCutter::HasWholeEntryAtEnd() const {
     const std::string_view bytes(m_bytes.data() + m_begin, m_end - m_begin);
     return bytes.ends_with(kEntryEnd) && bytes.starts_with(kEntryStart);
 }
 
-void EntryScanner::Give(std::size_t end, Entry& entry) {
+void EntryCutter::Give(std::size_t end, Entry& entry) {
     std::string_view bytes(m_bytes.data() + m_begin, end - m_begin);
     if (bytes.starts_with(kEntryStart) && !bytes.ends_with(kEntryEnd)) {
         const std::size_t footer = bytes.rfind(kEntryEnd);
