@@ -118,7 +118,7 @@ void AppendInteger(TextBuilder& output, const FormatConversion& conversion, cons
                    const FormatArgument& argument) {
     const auto bits = IntegerOf(argument);
     if (!bits)
-        throw FormatError("an integer conversion has an argument that is none");
+        throw FormatError("an integer conversion has an argument of another kind");
     const bool asSigned = conversion.type == 'd';
     const unsigned unused = 64 - BitsOf(conversion.length);
     if (unused != 0 && argument.ByteCount() > sizeof(int) && !FitsInt(argument, asSigned))
