@@ -47,7 +47,7 @@ template <class Object> std::unique_ptr<Object> Owned(Object* object) {
     return std::unique_ptr<Object>(object);
 }
 
-// --- The function and the class below are used with Lock::Locale held: ICU has locks, and its formats change in use.
+// --- Used with Lock::Locale held: ICU has locks, and its formats change in use
 
 /// ICU's zone by the name of the C library's zone; a zone of the given offset where ICU's zone has another offset then.
 std::unique_ptr<icu::TimeZone> ZoneAt(std::int64_t utcSeconds, int utcOffset, const std::string& zoneName) {
@@ -103,7 +103,7 @@ struct StyledFormat {
     }
 };
 
-// --- The functions below take the locks themselves.
+// --- Taking the locks themselves
 
 /// The zone's name, found out again when the zone has changed.
 const std::string& LastZoneName(std::uint64_t zoneGeneration) {

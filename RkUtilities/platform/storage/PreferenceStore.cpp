@@ -80,7 +80,7 @@ private:
         m_isRead = true;
     }
 
-    // What follows is called with the mutex held.
+    // --- Called with the mutex held
 
     bool SynchronizeAlone() {
         const FileSizeSignalGuard guard;
