@@ -7,6 +7,7 @@
 #include "RkUtilities/platform/locale/Utf.h"
 
 #include <algorithm>
+#include <charconv>
 #include <climits>
 #include <cstring>
 #include <optional>
@@ -51,14 +52,15 @@ std::optional<unsigned long long> IntegerOf(const FormatArgument& argument) {
     return value != nullptr ? std::optional(*value) : std::nullopt;
 }
 
-int ReadCount(const FormatCount& count, ArgumentList& arguments) {
-    if (!count.isArgument)
-        return count.number;
-    const auto bits = IntegerOf(arguments.At(count.place));
-    const auto value = static_cast<long long>(bits.value_or(LLONG_MAX));
+int CountIn(const FormatArgument& argument) {
+    const auto value = static_cast<long long>(IntegerOf(argument).value_or(LLONG_MAX));
     if (value < -kMostFormatUnits || value > kMostFormatUnits)
         throw FormatError("a width or precision argument is no integer in range");
     return static_cast<int>(value);
+}
+
+int ReadCount(const FormatCount& count, ArgumentList& arguments) {
+    return count.isArgument ? CountIn(arguments.At(count.place)) : count.number;
 }
 
 Layout ReadLayout(const FormatConversion& conversion, ArgumentList& arguments) {
@@ -93,10 +95,10 @@ void AppendNumber(TextBuilder& output, const FormatConversion& conversion, const
 template <class Integer>
 void AppendInteger(TextBuilder& output, const FormatConversion& conversion, const Layout& layout, Integer integer) {
     const bool isDecimal = conversion.type == 'd' || conversion.type == 'u';
-    if (isDecimal && conversion.flags.empty() && layout.width == 0 && layout.precision < 0)
-        output.AppendAscii(std::to_string(integer));  // the commonest conversion, without printf
-    else
-        AppendNumber(output, conversion, layout, "ll", integer);
+    if (!isDecimal || !conversion.flags.empty() || layout.width != 0 || layout.precision >= 0)
+        return AppendNumber(output, conversion, layout, "ll", integer);
+    char digits[20];  // enough for 64 bits; the commonest conversion goes without printf
+    output.AppendAscii({digits, std::to_chars(digits, std::end(digits), integer).ptr});
 }
 
 unsigned BitsOf(Length length) {
