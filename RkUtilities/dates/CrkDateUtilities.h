@@ -69,7 +69,7 @@ public:
 
     // --- Weeks
 
-    /// 00:00 on the Sunday that begins the date's week, and on the Sunday that ends it.
+    /// 00:00 on the Sunday that begins the date's week.
     static COleDateTime GetWeekStart(const COleDateTime& date) noexcept { return GetLocalizedWeekStart(date, {}); }
     /// 00:00 on the Sunday that ends the date's week.
     static COleDateTime GetWeekEnd(const COleDateTime& date) noexcept {

@@ -51,8 +51,8 @@ concept CodeUnit = std::same_as<T, char16_t> || std::same_as<T, unsigned short>;
 ///   unless a member says otherwise.
 /// - A text may be passed to its own members (`s.Replace(s, t)`, `s += s`, `s.Insert(1, s)`): the argument's value is
 ///   its value before the call.
-/// - Case pairs, letters, digits and white space are Unicode's, from ICU, unit by unit: a length never changes ("ß",
-///   whose upper case is two units, stays). They do not depend on the user's locale.
+/// - Case pairs, letters, digits and white space are Unicode's, unit by unit, in every locale. A change of case keeps
+///   the length: "ß", whose upper case is two units, stays.
 /// - Texts of up to 11 units are held in the object; longer texts are shared between copies until a copy changes.
 ///   Copying, moving and destroying never throw. Copies may be used from different threads at once; an object may not
 ///   be changed while another thread uses it.

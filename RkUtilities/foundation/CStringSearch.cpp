@@ -74,7 +74,7 @@ int CString::ReverseFind(const CString& sought, int start) const {
         if (static_cast<std::size_t>(same) == units.size())
             return static_cast<int>(at);
         compared += static_cast<std::size_t>(same);
-        if (compared > 8 * (last - at) + kFreeUnits)  // almost every place matches
+        if (compared > 8 * (last - at) + kFreeUnits)  // many places match in large parts
             return FindFromEnd(View().substr(0, at + units.size()), units);
     }
     return -1;

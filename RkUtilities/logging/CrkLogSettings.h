@@ -54,8 +54,8 @@ public:
     bool m_enable = false;                       ///< "ls:Enable": logging is on
     bool m_stdOut = false;                       ///< "ls:StdOut": each message is also written to standard error
     bool m_includeAll = false;                   ///< "*" is an included category
-    CAtlMap<CString, bool> m_includeCategories;  ///< "ls:IncludeCategory": the admitted categories, but for "*"
-    CAtlMap<CString, bool> m_excludeCategories;  ///< "ls:ExcludeCategory": the categories that are not admitted
+    CAtlMap<CString, bool> m_includeCategories;  ///< "ls:IncludeCategory": the included categories but "*"
+    CAtlMap<CString, bool> m_excludeCategories;  ///< "ls:ExcludeCategory": the excluded categories
     rk::ErkLogLevel m_level = rk::LogDebug;      ///< "ls:Level": the least severe level that is written
 
 private:

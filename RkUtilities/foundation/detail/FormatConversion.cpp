@@ -96,7 +96,7 @@ constexpr std::array<Kind, 128> kKinds = [] {
     return kinds;
 }();
 
-/// Whether C gives the pair of length and kind a meaning that 8-bit arguments can have.
+/// Whether the length may stand before the kind: as in C, but without "%ls", whose text is of `wchar_t`.
 bool HasMeaning(Length length, Kind kind) {
     if (kind == Kind::Integer)
         return length != Length::LongDouble;

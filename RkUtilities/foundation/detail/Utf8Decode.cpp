@@ -12,7 +12,7 @@ namespace rk {
 namespace {
 
 constexpr std::size_t kWindowBytes = 64;    // bytes decoded at a time, a bit of a mask for each
-constexpr std::size_t kWindowLooksAt = 66;  // the last sequence that a window decodes begins two bytes before its end
+constexpr std::size_t kWindowLooksAt = 66;  // two bytes behind each byte of the window are looked at with it
 constexpr std::size_t kFewBytes = 16;       // a window with no more bytes beyond ASCII is decoded sequence by sequence
 
 using ByteBlock [[gnu::vector_size(16)]] = std::uint8_t;

@@ -44,7 +44,7 @@ std::size_t NarrowAscii(std::u16string_view units, char* bytes) noexcept {
     return i;
 }
 
-/// How many units of a block begin a pair, what follows each unit being the other block's.
+/// Which units of a block begin a pair; `following` holds the unit behind each of them.
 UnitMask PairsIn(UnitBlock block, UnitBlock following) noexcept {
     const UnitBlock kind = FilledBlock(0xFC00);
     return ((block & kind) == FilledBlock(0xD800)) & ((following & kind) == FilledBlock(0xDC00));

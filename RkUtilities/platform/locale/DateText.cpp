@@ -23,7 +23,7 @@ namespace {
 
 constexpr double kMillisecondsASecond = 1000;
 constexpr std::int64_t kSecondsAMinute = 60;
-/// Since 1 June 1972 every zone is ahead of UTC by whole minutes and changes on a whole minute.
+/// Since 1 June 1972 every zone differs from UTC by whole minutes and changes on a whole minute.
 constexpr std::int64_t kWholeMinutesSince = 76204800;
 constexpr std::array kIcuStyles = {icu::DateFormat::kNone, icu::DateFormat::kShort, icu::DateFormat::kMedium,
                                    icu::DateFormat::kLong, icu::DateFormat::kFull};

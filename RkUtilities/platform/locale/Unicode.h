@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Unicode's data about single UTF-16 code units, from ICU. Safe from any thread. Surrogates are neither cased nor
-/// letters nor blanks.
+/// Unicode's data about single UTF-16 code units, from ICU except for white space. Safe from any thread. Surrogates are
+/// neither cased nor letters nor blanks.
 namespace rk::platform {
 
 /// The code units that a table maps to the same unit.
