@@ -59,7 +59,7 @@ public:
 
     /// Opens an ordinary file or a device at position 0; a file that this object has open is closed first.
     /// Folders (`accessDenied`), pipes and sockets (`invalidFile`) are refused, without waiting for a pipe's other
-    /// end; flags beyond those above too (`genericException`, EINVAL).
+    /// end. Flags beyond those above are refused too (`genericException`, EINVAL).
     /// @param[out] error  may be null; on failure cause, error number and path, untouched on success.
     bool Open(const CString& path, unsigned int flags, CFileException* error = nullptr);
 

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// A cause in words, and the system's errors that have it; 0, which is no error, fills the rows up.
+/// A cause in words, and the system's errors with that cause; 0, which is no error, fills the rows up.
 struct CauseFacts {
     const char* words;
     std::array<int, 6> osErrors{};

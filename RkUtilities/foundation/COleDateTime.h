@@ -41,11 +41,11 @@ public:
     friend constexpr COleDateTimeSpan operator-(const COleDateTime& a, const COleDateTime& b) noexcept {
         return COleDateTimeSpan::FromDays(a.m_dt - b.m_dt);
     }
-    /// The date value so much later.
+    /// The date value later by the span.
     friend constexpr COleDateTime operator+(const COleDateTime& date, const COleDateTimeSpan& span) noexcept {
         return COleDateTime(date.m_dt + span.m_span);
     }
-    /// The date value so much earlier.
+    /// The date value earlier by the span.
     friend constexpr COleDateTime operator-(const COleDateTime& date, const COleDateTimeSpan& span) noexcept {
         return COleDateTime(date.m_dt - span.m_span);
     }

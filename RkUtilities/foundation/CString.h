@@ -43,12 +43,12 @@ concept CodeUnit = std::same_as<T, char16_t> || std::same_as<T, unsigned short>;
 ///     std::cout << title;                               // Überfahrt to Łódź, ÜBERFAHRT
 ///
 /// - Lengths and indexes count code units from 0 and are `int`; -1 means not found. A text holds at most INT_MAX - 1
-///   units; what would grow beyond throws `std::length_error`, exhausted memory `std::bad_alloc`, and the text stays as
-///   it was.
+///   units. A member that would make it longer throws `std::length_error`, exhausted memory `std::bad_alloc`, and the
+///   text stays as it was.
 /// - Code units are taken one by one: a character outside the Basic Multilingual Plane is two units. Any sequence is
 ///   legal, lone surrogates and the unit 0 included.
-/// - Every `int` argument may have any value. Negative counts and starts count as 0, those past the end as the end,
-///   unless a member says otherwise.
+/// - Every `int` argument may have any value. A negative count or start counts as 0, a count or start past the end
+///   as the end, unless a member says otherwise.
 /// - A text may be passed to its own members (`s.Replace(s, t)`, `s += s`, `s.Insert(1, s)`): the argument's value is
 ///   its value before the call.
 /// - Case pairs, letters, digits and white space are Unicode's, unit by unit, in every locale. A change of case keeps
@@ -99,7 +99,7 @@ public:
     [[nodiscard]] unsigned short GetAt(long index) const noexcept {
         return index >= 0 && index < GetLength() ? Units()[index] : static_cast<unsigned short>(0);
     }
-    /// The code unit at `index`; 0 outside the text. A text has no units to assign to: `SetAt` changes one.
+    /// The code unit at `index`; 0 outside the text. No unit can be assigned to: `SetAt` changes a unit.
     template <std::integral T> [[nodiscard]] char16_t operator[](T index) const noexcept {
         return GetAt(static_cast<long>(index));
     }
@@ -159,8 +159,8 @@ public:
     [[nodiscard]] int Compare(const CString& other) const noexcept { return View().compare(other.View()); }
     /// Below 0, 0 or above 0: by code units after Unicode's simple case folding. The same in every locale.
     [[nodiscard]] int CompareNoCase(const CString& other) const;
-    /// Below 0, 0 or above 0: in the order of names of the user's language, without regard to case; texts that are
-    /// alike in that by code units, so that 0 means the same text. Throws `std::bad_alloc` without memory.
+    /// Below 0, 0 or above 0: in the order of names of the user's language, without regard to case. Texts alike in
+    /// that order compare by code units, so that 0 means the same text. Throws `std::bad_alloc` without memory.
     [[nodiscard]] int Collate(const CString& other) const;
 
     /// The same units.

@@ -15,7 +15,7 @@ class CString;
 /// - The null time is 1 January 1970, 00:00:00 UTC: before every time that `CrkDateUtilities::MinimumTime` allows.
 /// - Calendar fields are read in the C library's local time (`TZ`, else the system's zone), for past and future dates
 ///   after the rules of that date, in the Gregorian calendar throughout. A changed `TZ` is seen by the next call. A
-///   zone that cannot be read is UTC until `TZ` or the zone's file changes; without memory for it, in that call alone.
+///   zone that cannot be read is UTC until `TZ` or the zone's file changes; where memory is short, in that call alone.
 /// - Nothing throws but `Format`. Safe from any thread, as long as no thread changes the environment meanwhile.
 class RK_EXPORT CTime {
 public:
@@ -66,11 +66,11 @@ public:
     friend CTimeSpan operator-(const CTime& a, const CTime& b) noexcept {
         return CTimeSpan::FromSeconds(a.m_seconds - b.m_seconds);
     }
-    /// The time so much later.
+    /// The time later by the span.
     friend CTime operator+(const CTime& time, const CTimeSpan& span) noexcept {
         return FromCFAbsoluteTime(time.m_seconds + span.GetTotalSeconds());
     }
-    /// The time so much earlier.
+    /// The time earlier by the span.
     friend CTime operator-(const CTime& time, const CTimeSpan& span) noexcept {
         return FromCFAbsoluteTime(time.m_seconds - span.GetTotalSeconds());
     }

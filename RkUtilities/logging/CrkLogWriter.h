@@ -104,7 +104,7 @@ public:
     /// and two upper-case hexadecimal digits.
     static void LogStart();
 
-    /// How the log fares. To be called when `Log` may be. Throws `std::bad_alloc`.
+    /// How the log fares. May be called when `Log` may be called. Throws `std::bad_alloc`.
     [[nodiscard]] static rk::LogState GetLogState();
 
     /// Moves the active file to a backup in the log folder, so that the next entry starts a new file. After a failure

@@ -65,7 +65,7 @@ public:
 
     // --- Slashes and spaces
 
-    static void AssureTrailingSlash(CString* path);  ///< Appends "/" unless the path is empty or ends with one.
+    static void AssureTrailingSlash(CString* path);  ///< Appends "/" unless the path is empty or ends with "/".
     /// Removes one "/" at the end: "a//" becomes "a/", and "/" becomes "".
     static void StripTrailingSlash(CString* path);
     /// Copies `source` and assures the copy's trailing slash. Both may be the same object.
@@ -86,7 +86,7 @@ public:
 
     /// Whether the path begins with "/". "~/x" does not.
     static bool IsAbsoluteFilename(const CString& path) { return path.GetAt(0) == u'/'; }
-    /// The path, "/" unless it is empty or ends with one, and the name as it is: "/a/" and "/b" give "/a//b".
+    /// The path, "/" unless the path is empty or ends with "/", and the name as it is: "/a/" and "/b" give "/a//b".
     static CString AppendToPath(const CString& path, const CString& name);
     /// The path itself when it begins with "/" or "~"; else the current folder, "/" and the path. "." and ".." stay. ""
     /// gives "", and a relative path stays as it is when the current folder was deleted or may not be read.

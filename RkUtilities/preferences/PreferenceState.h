@@ -10,7 +10,7 @@ namespace rk {
 struct PreferenceState {
     /// The database file; "" without a folder for it, so that values live as long as the process.
     std::string database;
-    /// Why the last synchronisation failed; "" when it did not. Values that were not stored wait for the next.
+    /// Why the last synchronisation failed; "" when it did not. Values that were not stored wait for the next try.
     std::string lastFailure;
     /// Where this process last put a damaged database aside, under the date of that day; "" when it did not.
     std::string damagedDatabase;

@@ -96,8 +96,8 @@ public:
 
     // --- Formatting
 
-    /// Formats as `CString::Format` does, whose conversions they share; "" when the format cannot be carried out (a
-    /// missing or wrong argument, "%n", memory exhausted): nothing is thrown. The two are the same.
+    /// The text that `CString::Format` makes; "" when the format cannot be carried out (a missing or wrong argument,
+    /// "%n", memory exhausted): nothing is thrown.
     template <class... Arguments> static CString Format(rk::TextView format, const Arguments&... arguments) noexcept {
         try {
             const std::initializer_list<rk::FormatArgument> list{rk::FormatArgument(arguments)...};
@@ -171,7 +171,7 @@ public:
     static CString LongToString(long value);  ///< ASCII digits, "-" before negative numbers.
     /// The integer at the start of the text, after white space and a sign, else 0. Beyond 32 bits 2147483647 or
     /// -2147483647. Its namesake `CrkStringConversionUtilities::StringToLong` reads the whole text as the user's locale
-    /// writes numbers, up to 64 bits, and tells whether it is one.
+    /// writes numbers, up to 64 bits, and tells whether it is a number.
     static long StringToLong(const CString& text);
     /// The decimal number at the start of the text, after white space and a sign, with "." and an exponent, else 0.
     /// Correctly rounded; infinite when it is too large. "inf", "nan" and hexadecimal digits are no numbers.
@@ -188,9 +188,9 @@ public:
     /// Names and values of a link's parameters.
     using ParameterMap = CAtlMap<CString, CString, CStringElementTraits<CString>>;
 
-    /// Adds the name-value pairs of a link to the map; a name that it holds gets the new value. They stand after the
-    /// first "#", or without one after the first "&", or else are the whole link. "&" and "=" separate names and values
-    /// in turn; runs of them count once. A name without a value at the end is dropped.
+    /// Adds the name-value pairs of a link to the map; a name that it holds gets the new value. The pairs stand after
+    /// the first "#", or without "#" after the first "&", or else are the whole link. "&" and "=" separate names and
+    /// values in turn; runs of them count once. A name without a value at the end is dropped.
     ///
     ///     "app:open#id=7&mode=edit"  ->  id: 7, mode: edit
     ///     "#a=&b=2"                  ->  a: b            an empty value shifts the pieces

@@ -13,7 +13,7 @@ template <class T> class ElementMemory {
 public:
     /// Room for that many elements, without elements. Throws `std::bad_alloc`.
     static T* Allocate(std::size_t count) {
-        // More than pointers can be apart; the allocators of sanitizers would end the program.
+        // Pointers cannot be further apart, and the allocators of sanitizers end the program for a larger size.
         if (count > SIZE_MAX / 2 / sizeof(T))
             throw std::bad_alloc();
         return reinterpret_cast<T*>(new Place[count]);
@@ -23,7 +23,7 @@ public:
     template <class... Arguments> static void Make(T* place, Arguments&&... arguments) {
         ::new (static_cast<void*>(place)) T(std::forward<Arguments>(arguments)...);
     }
-    /// Lets `make` make an element at each place, of an index; destroys the made elements when that throws.
+    /// Calls `make` with each place and its index to make an element there; destroys the made elements when it throws.
     template <class Maker> static void MakeEach(T* places, std::size_t count, const Maker& make) {
         std::size_t made = 0;
         try {

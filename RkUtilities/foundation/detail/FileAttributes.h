@@ -7,7 +7,7 @@
 
 namespace rk {
 
-/// The attribute byte of what has a name, without the read-only bit, which a listing does not tell.
+/// The attribute byte of a file or folder by its name and kind, without the read-only bit, which no listing tells.
 inline unsigned char AttributesOf(std::string_view nativeName, platform::FileKind kind) noexcept {
     const bool isHidden = nativeName.starts_with('.') && nativeName != "." && nativeName != "..";
     return static_cast<unsigned char>(

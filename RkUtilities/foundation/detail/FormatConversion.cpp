@@ -31,7 +31,7 @@ int TakeNumber(std::u16string_view& format) {
     return number;
 }
 
-/// "3$" and the like, else nothing is taken.
+/// Takes a position such as "3$"; takes nothing where the format has no position.
 ArgumentPlace TakePlace(std::u16string_view& format) {
     std::u16string_view rest = format;
     if (rest.empty() || !IsAsciiDigit(rest.front()))

@@ -8,7 +8,7 @@
 namespace rk {
 
 /// The indexes of keys in the keys' order, byte by byte; `comesBefore` decides between the indexes of equal keys. Most
-/// comparisons end with the first bytes, held as a number.
+/// comparisons end within the first bytes, which are held as a number.
 template <class ComesBefore>
 std::vector<std::size_t> OrderedByKeys(const platform::TextRow<char>& keys, const ComesBefore& comesBefore) {
     struct Rank {

@@ -81,7 +81,7 @@ template <class Keys>
     return Transposed(LaneBytes(found));
 }
 
-/// Of eight blocks: with a number that the compiler knows.
+/// The same for eight blocks, a number that the compiler knows.
 template <class Keys> std::uint64_t AllCandidatesIn(const SearchPlaces& places, std::size_t at) {
     return CandidatesIn<Keys>(places, at, kBlockUnits);
 }
@@ -135,7 +135,7 @@ template <class Keys> std::size_t TextSearch<Keys>::Among(std::size_t begin) {
 }
 
 template <class Keys> bool TextSearch<Keys>::MatchesAt(std::size_t at) {
-    // Patterns of single units leave nothing to compare at the ends.
+    // The pattern of an exact unit fits that unit alone: the first and the last unit are compared already.
     constexpr std::size_t kEnds = std::is_same_v<Keys, ExactUnits> ? 1 : 0;
     for (std::size_t i = kEnds; i + kEnds < m_sought.size(); ++i) {
         if (m_keys[m_text[at + i]] != m_keys[m_sought[i]]) {
@@ -148,7 +148,7 @@ template <class Keys> bool TextSearch<Keys>::MatchesAt(std::size_t at) {
 
 /// Knuth, Morris and Pratt: linear for every text, used where candidates turn out to be many and false.
 template <class Keys> std::size_t TextSearch<Keys>::FindLinear(std::size_t start) const {
-    // Of the first i units, the longest part that begins and ends them.
+    // At i: the length of the longest part, shorter than i, that both begins and ends the first i units.
     std::vector<std::size_t> border(m_sought.size() + 1, 0);
     for (std::size_t i = 1, length = 0; i < m_sought.size(); ++i) {
         while (length > 0 && m_keys[m_sought[i]] != m_keys[m_sought[length]])

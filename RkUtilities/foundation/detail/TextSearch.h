@@ -33,7 +33,7 @@ public:
         m_value = FilledBlock(static_cast<char16_t>(sources.units[0] | anyBits));
     }
     [[nodiscard]] std::uint16_t AnyBits() const noexcept { return m_anyBits[0]; }
-    [[nodiscard]] std::uint16_t Value() const noexcept { return m_value[0]; }  ///< The unit with those bits set.
+    [[nodiscard]] std::uint16_t Value() const noexcept { return m_value[0]; }  ///< The unit with these bits set.
     [[nodiscard]] bool Fits(char16_t unit) const noexcept { return (unit | AnyBits()) == Value(); }
     /// Exact units differ in no bits, which saves a step for each block.
     template <class Keys> [[nodiscard]] UnitMask Fitting(UnitBlock block) const noexcept {
@@ -54,8 +54,8 @@ struct SearchPlaces {
     UnitPattern last;
 };
 
-/// Finds a text in another from any start, again and again, units compared by `Keys`, which tells a unit's key and the
-/// units that have a key. Refers to both texts and to the keys. Linear in both texts together while starts grow.
+/// Finds a text in another text, from one start after another. Units with the same key are alike; `Keys` tells a unit's
+/// key and the units that have a key. Refers to both texts and to the keys. Linear in both texts while starts grow.
 template <class Keys> class TextSearch {
 public:
     TextSearch(std::u16string_view text, std::u16string_view sought, const Keys& keys) noexcept;
@@ -96,8 +96,8 @@ std::size_t FindUnits(std::u16string_view text, std::u16string_view sought, std:
 std::size_t FindUnitsByKey(std::u16string_view text, std::u16string_view sought, std::size_t start,
                            const platform::CaseTable& table);
 
-/// Index of the first unit at or after `start` that fits; the text's length when no unit does. `fitting` makes a mask
-/// of a block: of the units that fit.
+/// Index of the first unit at or after `start` that fits; the text's length when no unit does. Of a block, `fitting`
+/// gives the mask of the units that fit.
 template <class Fitting>
 std::size_t FirstFitting(std::u16string_view text, std::size_t start, const Fitting& fitting) noexcept {
     std::size_t at = start;
@@ -169,7 +169,7 @@ private:
     [[nodiscard]] bool IsSmall() const noexcept { return m_units.size() <= kFew; }
 
     std::u16string_view m_units;
-    UnitBlock m_few[kFew];  // fewer units than these: the first again
+    UnitBlock m_few[kFew];  // beyond the last unit of a small set: its first again
     std::uint64_t m_ascii[2] = {0, 0};
     bool m_hasOthers = false;
 };

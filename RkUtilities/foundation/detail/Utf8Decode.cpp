@@ -150,7 +150,7 @@ struct Window {
         std::memcpy(lengths.data() + at, &length, sizeof length);
     }
 
-    /// The same for numbers below 0x8000 as for others, but quicker.
+    /// Compares as numbers with a sign, which is quicker, and right for blocks and limits below 0x8000.
     static UnitMask IsAtLeast(UnitBlock block, std::int16_t least) noexcept {
         return reinterpret_cast<UnitMask>(block) > static_cast<std::int16_t>(least - 1);
     }

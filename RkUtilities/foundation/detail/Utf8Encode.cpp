@@ -55,7 +55,7 @@ char* EncodeNext(const char16_t*& in, const char16_t* end, char* out) noexcept {
     return platform::WriteUtf8(platform::TakeCodePoint(in, end), out);
 }
 
-constexpr std::size_t kStoredBytes = 4;  // whatever a unit gives; the next unit's overwrite the surplus
+constexpr std::size_t kStoredBytes = 4;  // for each unit; the bytes of the next unit overwrite the surplus
 
 /// A block's units as UTF-8, as if no unit belonged to a pair: four bytes a unit, of which the first `lengths` count.
 struct EncodedBlock {
@@ -101,7 +101,7 @@ void EncodeBlock(const char16_t*& in, const char16_t* end, char*& out) noexcept 
     in = stop;
 }
 
-/// Makes `bytes` longer by what `write` writes, at most `most`: it is called with where to, and returns the end.
+/// Makes `bytes` longer by what `write` writes, at most `most` bytes: `write` gets their place, and returns their end.
 template <class Write> void AppendWritten(std::string& bytes, std::size_t most, const Write& write) {
     const std::size_t before = bytes.size();
 #ifdef __cpp_lib_string_resize_and_overwrite
