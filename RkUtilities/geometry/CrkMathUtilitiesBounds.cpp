@@ -23,7 +23,7 @@ CrkFloatRect CrkMathUtilities::CalculatePointsBoundingRectangle(const CrkFloatPo
     if (!points || count <= 0)
         return {};
     // Two points a load, and four copies of each bound so that no comparison waits for the comparison before it. Each
-    // copy starts with the first point. Its coordinate that is not a number stays: no other is smaller or larger.
+    // copy starts with the first point. A coordinate of it that is not a number stays: no other is smaller or larger.
     const TwoPoints first{points->x, points->y, points->x, points->y};
     TwoPoints low[] = {first, first, first, first}, high[] = {first, first, first, first};
     const CrkFloatPoint* const end = points + count;

@@ -53,7 +53,7 @@ void Echo(const CString& message) {
 }
 
 bool IsMissingFolder(const std::error_code& error, const std::string& path) {
-    // A missing file may also be a link that leads nowhere, a bad path a link that leads to itself.
+    // A file may also count as missing where a link leads nowhere, a path as bad where a link leads to itself.
     const int cause = CFileException::ErrnoToException(error.value());
     return (cause == CFileException::fileNotFound || cause == CFileException::badPath) &&
            !rk::platform::HasExistingFolder(path);
@@ -89,7 +89,7 @@ void CrkLogWriter::Uninitialize() {
 
 void CrkLogWriter::LogInternal(ErkLogLevel level, const CString& message, const CString& category,
                                const CString& description, CFUUIDBytes id) {
-    // Again when the folder was made; another process that removes the folder again and again ends this.
+    // A second time when the folder was made; where another process has removed it again meanwhile, the log gives up.
     if (TryToLog(level, message, category, description, id) == Outcome::FolderWasMissing &&
         TryToLog(level, message, category, description, id) == Outcome::FolderWasMissing)
         throw CrkLogException(m_path.ToUtf8());

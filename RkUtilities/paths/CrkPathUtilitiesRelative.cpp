@@ -83,7 +83,7 @@ CString CrkPathUtilities::CalcRelativePathname(CString target, CString baseFolde
         char16_t* end = units;
         for (std::size_t i = 0; i < upCount; ++i)
             end = std::copy_n(u"../", 3, end);
-        units[upUnits - 1] = u'.';  // where there is no step up
+        units[upUnits - 1] = u'.';  // for a way without a step up
         std::copy(down.begin(), down.end(), units + upUnits);
     });
 }

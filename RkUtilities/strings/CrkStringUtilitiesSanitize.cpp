@@ -10,7 +10,7 @@ constexpr char16_t kCancel = 0x18;
 constexpr std::u16string_view kFourSpaces = u"    ";
 constexpr std::u16string_view kCrLf = u"\r\n";
 
-/// The units that a member looks at: all controls and DEL, without some or with more.
+/// The units that each member looks at: controls and DEL, without some of them or with further units.
 constexpr rk::UnitRange kControls[] = {{0, 0x1F}, {kDelete, kDelete}};
 constexpr rk::UnitRange kControlsButBreaksAndTabs[] = {{0, 8}, {0xB, 0xC}, {0xE, 0x1F}, {kDelete, kDelete}};
 constexpr rk::UnitRange kControlsAndLess[] = {{0, 0x1F}, {u'<', u'<'}, {kDelete, kDelete}};

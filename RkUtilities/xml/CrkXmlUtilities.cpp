@@ -13,7 +13,7 @@ namespace {
 
 bool Is(unsigned short unit, unsigned classes) noexcept { return (rk::kXmlClasses[unit] & classes) != 0; }
 
-/// The units that a name may begin with, and that may follow; the former may follow too.
+/// The units that a name may begin with, and the units that may follow; a unit that may begin may also follow.
 struct NameRule {
     rk::XmlCharacterClass following;
     bool colonBegins;

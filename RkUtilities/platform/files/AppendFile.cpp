@@ -34,7 +34,7 @@ std::error_code AppendFile::Open(const std::string& path, std::uint64_t fullAbov
             return error;
         Lock(patience);
         const off_t end = lseek(m_file.Descriptor(), 0, SEEK_END);
-        if (end < 0)  // no length is not a length of 0: what stands in the file would be cut off as torn
+        if (end < 0)  // a length that cannot be read is not 0: the content would be cut off as a torn entry
             return LastError();
         m_byteCount = static_cast<std::uint64_t>(end);
         if (m_byteCount > fullAboveByteCount && !StandsAt(path) && reopenings < kMostReopenings)

@@ -50,8 +50,8 @@ public:
     std::size_t ReadAt(std::uint64_t offset, char* buffer, std::size_t byteCount, std::error_code& error) const;
 
     /// Appends all bytes or no byte: after a failure (a full disk, a limit on file sizes) the written bytes are cut
-    /// off, unless another process has appended behind them without the lock. The signal SIGXFSZ is held back; only a
-    /// limit that is set between two appends to a file as it was left, at or below its length, is not seen in time.
+    /// off, unless another process has appended behind them without the lock. The signal SIGXFSZ is held back. Only
+    /// a limit at or below the length of a file that is as it was left, set since the last append, is seen too late.
     [[nodiscard]] std::error_code Append(std::string_view bytes);
 
     /// Drops everything behind the first `byteCount` bytes.

@@ -13,7 +13,7 @@ namespace {
 constexpr mode_t kPermissions = S_IRWXU | S_IRWXG | S_IRWXO;
 
 std::error_code CopyFileTo(Place from, Place to, mode_t extraPermissions) {
-    // Not a pipe or a link that took the file's place meanwhile: neither is waited for nor followed.
+    // A pipe that took the file's place meanwhile is not waited for, and a link in its place is not followed.
     const FileHandle source = OpenAt(from, O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
     struct stat status{};
     if (!source || fstat(source.Descriptor(), &status) != 0)
@@ -51,7 +51,7 @@ std::error_code CopyLinkTo(Place from, Place to) {
     return {};
 }
 
-/// Opening a pipe, socket or device could wait forever or have effects.
+/// Makes a pipe, socket or device anew, since opening it could wait for ever or have effects.
 std::error_code CopyNodeTo(Place from, Place to) {
     struct stat status{};
     if (fstatat(from.folder, from.name, &status, AT_SYMLINK_NOFOLLOW) != 0 ||

@@ -17,7 +17,7 @@ std::error_code KindAt(Place place, FileKind& kind);
 void SetPermissionsAndTimes(int descriptor, const struct stat& source, mode_t extraPermissions);
 
 /// Copies an ordinary file, a link as a link, or makes a pipe, socket or device anew. EEXIST when the name is taken. A
-/// file grows under its name, so others must not see it.
+/// file grows under its name, so no other process may see that name.
 std::error_code CopyItem(Place from, Place to, FileKind kind, mode_t extraPermissions);
 
 /// `ReadOnlyFolder` is a folder that the rules leave read-only.

@@ -79,7 +79,7 @@ private:
         return {};
     }
 
-    /// The first failure of an entry is kept for the end; only losing the way ends the copying.
+    /// Keeps the first failure of an entry for the end; only a folder that cannot be left ends the copying.
     std::error_code CopyAll() {
         while (!m_levels.empty()) {
             Level& level = m_levels.back();
@@ -200,11 +200,11 @@ private:
     mode_t m_permissionsInNewFolders;
     FolderChain m_from;
     FolderChain m_to;
-    /// In the deepest folder that others see, from its first entry on: each entry appears when it is complete.
+    /// Stands in the deepest folder that others see, from its first entry on, so that entries appear complete.
     std::optional<WorkFolder> m_work;
     std::error_code m_firstFailure;
     std::vector<Level> m_levels;
-    std::set<FileIdentity> m_made;  // the destination and its new folders; to copy from them would never end
+    std::set<FileIdentity> m_made;  // the destination and its new folders: copying from them would never end
 };
 
 }  // namespace

@@ -22,7 +22,7 @@ inline std::error_code LastError() noexcept { return ErrorOf(errno); }
 /// The outcome of a call that returns 0 or -1.
 inline std::error_code Outcome(int result) noexcept { return result == 0 ? std::error_code() : LastError(); }
 
-/// Takes the steps in order up to the first that fails, and returns its failure: an error code, or a number but 0.
+/// Takes the steps in order up to the first that fails; returns its failure: an error code, or a number other than 0.
 template <class Step, class... Steps> auto FirstFailure(const Step& first, const Steps&... others) {
     auto failure = first();
     static_cast<void>((static_cast<bool>(failure) || ... || static_cast<bool>((failure = others()))));

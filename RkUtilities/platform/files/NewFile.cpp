@@ -16,7 +16,7 @@ namespace {
 
 /// Whether a file without a name can be given a name: the way leads through /proc.
 bool HasWayToNames() {
-    static constinit std::atomic<int> result = 1;  // of the question, which no lock guards, as a fork would keep it
+    static constinit std::atomic<int> result = 1;  // 1: not asked yet; no lock, which a fork could keep in its child
     if (result > 0)
         result = access("/proc/self/fd", X_OK);
     return result == 0;

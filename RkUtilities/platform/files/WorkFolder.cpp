@@ -11,7 +11,7 @@
 namespace rk::platform {
 namespace {
 
-constexpr unsigned kKeptNames = 8;  // that the next process looks at in any case
+constexpr unsigned kKeptNames = 8;  // the next process looks at as many names in any case
 
 std::string NameOf(const std::string& folder, unsigned number) { return folder + ".rk-new-" + std::to_string(number); }
 

@@ -21,7 +21,7 @@ constexpr std::size_t kReserveByteCount = std::size_t{4} << 20;
 
 /// A part of the reserve; the next part begins behind its bytes.
 struct alignas(16) Block {
-    std::size_t byteCount;  // this included
+    std::size_t byteCount;  // with this head
     bool isTaken;
 
     [[nodiscard]] std::byte* Begin() noexcept { return reinterpret_cast<std::byte*>(this); }
@@ -94,7 +94,7 @@ void* Reallocate(const void*, void* memory, std::size_t byteCount) {
 
 // NOLINTEND(cppcoreguidelines-no-malloc)
 
-/// When the library is loaded: before ICU's first use, also by an initialiser of the application.
+/// Runs when the library is loaded, before any use of ICU, also before a use by the application's initialisers.
 [[gnu::constructor(101)]] void ServeIcu() {
     UErrorCode ignored = U_ZERO_ERROR;
     u_setMemoryFunctions(nullptr, &Allocate, &Reallocate, &Free, &ignored);

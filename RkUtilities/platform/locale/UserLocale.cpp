@@ -50,7 +50,7 @@ std::string IcuName(std::string_view name) {
     return result;
 }
 
-/// ICU looks for files by the language and is not ready for a locale that it has refused.
+/// Whether ICU may get the name: it looks for files by the language, and fails on a locale that it has refused.
 bool IsHarmless(std::string_view name) {
     constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
     return name.size() <= kMostNameBytes &&

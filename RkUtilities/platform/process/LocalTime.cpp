@@ -66,7 +66,7 @@ bool IsUpToDate(const char* variable) {
                                : CoarseSeconds() == zone.lookedAt;
 }
 
-/// localtime_r reads the zone once, and a changed zone after tzset only. False without memory for a changed zone.
+/// Calls tzset for a changed zone, which localtime_r does not read by itself. False without memory for that zone.
 bool UpdateZone() {
     const char* const variable = std::getenv("TZ");
     if (IsUpToDate(variable))

@@ -22,9 +22,9 @@ constexpr std::int64_t kLastCalendarSecond = 253402300799;
 constexpr std::int64_t kFirstUtcSecond = kFirstCalendarSecond - 86400;
 constexpr std::int64_t kLastUtcSecond = kLastCalendarSecond + 86400;
 
-/// 1 January 2001, 00:00:00 UTC, among them.
+/// The second of 1 January 2001, 00:00:00 UTC.
 constexpr std::int64_t kUtcSecondsOf2001 = 978307200;
-/// The whole second of a time that is given in seconds since then.
+/// The whole second of a time that is given in seconds since 1 January 2001.
 inline std::int64_t UtcSecondsOf(double absoluteSeconds) noexcept {
     return static_cast<std::int64_t>(std::floor(absoluteSeconds)) + kUtcSecondsOf2001;
 }
@@ -54,7 +54,7 @@ std::uint64_t ZoneGeneration();
 std::string ZoneAbbreviation(std::int64_t utcSeconds);
 
 /// The zone's name in the zone database ("Europe/Berlin"), as far as `TZ` or the system's link into the database tell;
-/// anything else otherwise.
+/// where they do not, what `TZ` holds or where the link leads.
 std::string ZoneName();
 
 }  // namespace rk::platform

@@ -9,7 +9,7 @@ namespace rk::platform {
 
 namespace {
 
-constexpr std::size_t kMostObjects = 8;  // a type each
+constexpr std::size_t kMostObjects = 8;  // of different types
 
 constinit thread_local std::array<void (*)() noexcept, kMostObjects> ends{};
 constinit thread_local std::size_t endCount = 0;
@@ -22,7 +22,7 @@ void EndThread(void* /*unused*/) {
         ends[--endCount]();
 }
 
-/// When the library is loaded, since nothing can be told from a thread's first call later.
+/// Runs when the library is loaded: later, threads would need a lock to agree on a key.
 [[gnu::constructor(101)]] void MakeKey() { hasKey = pthread_key_create(&key, &EndThread) == 0; }
 
 }  // namespace

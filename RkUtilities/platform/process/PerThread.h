@@ -9,8 +9,8 @@ namespace rk::platform {
 /// `std::bad_alloc` when that cannot be arranged.
 void AtThreadEnd(void (*end)() noexcept);
 
-/// An object that each thread has of its own, made when the thread first asks for it; one for each type. It goes when
-/// the thread ends; the main thread's stays to the end of the process, so that the destructor of a static object may
+/// The calling thread's own object of a type, made when the thread first asks for it. The object goes when the thread
+/// ends; the main thread's stays to the end of the process, so that the destructor of a static object may
 /// still log or make a date's text. Only a trivial pointer is thread-local: the C library ends a program that has no
 /// memory for the destructor of a thread-local object.
 template <class Object> Object& PerThread() {

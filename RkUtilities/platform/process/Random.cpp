@@ -43,7 +43,7 @@ std::atomic<std::uint32_t>* MapForkMark() noexcept {
 
 constinit std::atomic<std::uint32_t>* forkMark = nullptr;
 
-/// When the library is loaded. The second sign of a fork is for kernels that claim to wipe pages and do not.
+/// Runs when the library is loaded. The handler marks a fork where a kernel claims to wipe pages and does not.
 [[gnu::constructor(101)]] void WatchForForks() {
     forkMark = MapForkMark();
     const auto inChild = [] {

@@ -47,7 +47,7 @@ void AfterForkInChild() {
     AfterFork();
 }
 
-/// When the library is loaded. Without memory for it, which a program that starts has, forks are as they are.
+/// Runs when the library is loaded. A program that starts has memory for it; without memory, forks take no lock.
 [[gnu::constructor(101)]] void WatchForks() {
     static_cast<void>(pthread_atfork(&BeforeFork, &AfterFork, &AfterForkInChild));
 }

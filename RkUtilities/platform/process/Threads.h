@@ -24,7 +24,7 @@ enum class Lock {
 /// The mutex of a lock. It may be used before main and after it.
 std::mutex& MutexOf(Lock lock) noexcept;
 
-/// What a fork does besides: `before` in the parent while the lock is held, `inChild` in the child.
+/// What a fork does besides locking: `before` in the parent while the lock is held, `inChild` in the child.
 struct ForkCalls {
     void (*before)() noexcept = nullptr;
     void (*inChild)() noexcept = nullptr;

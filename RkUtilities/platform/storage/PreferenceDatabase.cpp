@@ -65,7 +65,7 @@ constexpr const char* kCommands[] = {"BEGIN IMMEDIATE",
 /// The types by the index of PreferenceValue.
 constexpr const char* kTypes[] = {"boolean", "number", "string", "deleted"};
 
-/// A statement that runs, made ready to run again when this goes.
+/// Makes a statement ready to run again.
 struct Resetter {
     void operator()(sqlite3_stmt* statement) const noexcept {
         sqlite3_reset(statement);

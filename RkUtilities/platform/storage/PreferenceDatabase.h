@@ -46,7 +46,7 @@ private:
     StorageOutcome OpenWith(const std::string& path, int flags) noexcept;
     [[nodiscard]] StorageOutcome Judge(int code) const noexcept;
     void Rollback() noexcept;
-    // These give SQLITE_OK, or why not.
+    // These give SQLITE_OK, or the code of the failure.
     int Compile(Command command) noexcept;
     int Run(Command command, std::int64_t* number = nullptr) noexcept;
     int InsertAll(const PreferenceMap& values) noexcept;
@@ -55,7 +55,7 @@ private:
 
     const std::string m_path;
     const std::string m_thisHost;        // the scope as the database spells it
-    std::optional<FileIdentity> m_file;  // that was opened last
+    std::optional<FileIdentity> m_file;  // the file that was opened last
     std::unique_ptr<sqlite3, Closer> m_database;
     std::array<std::unique_ptr<sqlite3_stmt, Closer>, CommandCount> m_commands;  // compiled when they are first needed
     std::int64_t m_takenVersion = -1;  // SQLite's data_version when the values were last taken

@@ -161,7 +161,7 @@ private:
         return {};
     }
 
-    std::mutex& m_mutex = MutexOf(Lock::Preferences);  // of what follows but for the values
+    std::mutex& m_mutex = MutexOf(Lock::Preferences);  // guards what follows, except the values
     PreferencePlace m_place;
     std::optional<PreferenceDatabase> m_database;
     bool m_isAnother = false;  // the values came from another database
@@ -174,7 +174,7 @@ private:
 
     PreferenceValues m_values;
     std::atomic<bool> m_isRead = false;
-    std::atomic<bool> m_isUsed = false;  // as the next: in this process, not in the parent of a fork
+    std::atomic<bool> m_isUsed = false;  // like m_hasSet: by this process, not by the parent that forked it
     std::atomic<bool> m_hasSet = false;
     std::atomic<bool> m_isEnding = false;
 };
@@ -188,7 +188,7 @@ Store& TheStore() {
     return store;
 }
 
-/// Made at load: no fork comes while it is being made.
+/// Makes the store when the library is loaded, so that no fork comes meanwhile.
 [[maybe_unused]] const bool isRegistered = [] {
     TheStore();
     CallAtForks(Lock::Preferences, {.before = []() noexcept { TheStore().Close(); },

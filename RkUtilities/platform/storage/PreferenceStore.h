@@ -8,7 +8,7 @@
 #include <vector>
 
 /// The application's preferences: values in memory, and a database file that they are synchronised with. Reads and
-/// writes touch memory only, but for the first, which synchronises; they are seen in the whole process at once. A
+/// writes touch memory only, but for the first, which synchronises. A write is seen in the whole process at once. A
 /// synchronisation stores the new values, in a transaction that survives a kill and a power cut, and takes in what
 /// other processes have stored. Safe from any thread, and in a child after `fork`.
 namespace rk::platform {

@@ -51,7 +51,7 @@ private:
         PreferenceValue value;
         State state = State::Stored;
     };
-    /// Not noexcept: the table then keeps the names' hashes, as it does for names that it hashes by itself.
+    /// Not noexcept, so that the standard library's table keeps each name's hash instead of computing it again.
     struct Hash {
         using is_transparent = void;
         std::size_t operator()(std::u16string_view name) const { return SecretHash(name); }

@@ -23,7 +23,7 @@ using TakeXmlChild = std::function<void(std::string_view qualifiedName, std::str
 /// - Encodings: UTF-8, UTF-16, ISO-8859-1 and US-ASCII, as the document declares. Namespaces are not looked at.
 /// - Anything but an ordinary file (a folder, a pipe, a device) is refused without waiting for it; links are followed.
 /// - Nothing is expanded and nothing else is opened: a document that declares an entity, or refers to one beyond the
-///   five of XML and character references, is refused there and then. An external document type is left alone.
+///   five of XML and character references, is refused at once. An external document type is left alone.
 /// - What `take` throws ends the reading and reaches the caller; exhausted memory throws `std::bad_alloc`.
 ///
 /// Safe from any thread.
