@@ -20,7 +20,7 @@ struct DateFields {
 /// Finds the numbers, in the digits of any script that CLDR's locales write dates in, and the word for the half of the
 /// day ("PM", "下午", "μ.μ."); whatever else the text holds is passed over. A time in front of its date is put behind it.
 ///
-/// @return nothing for a text without a number, with more than five, or with one of more than four digits
+/// @return nothing for a text without a number, with more than five numbers, or with a number of more than four digits
 [[nodiscard]] std::optional<DateFields> ReadDateFields(std::string_view text);
 
 }  // namespace rklog

@@ -45,7 +45,7 @@ void DateSamples::TakeFrom(const std::string& path) {
         if (m_samples.size() > before)
             m_samples.back().changedUtc = changedUtc;
     } catch (const std::system_error&) {
-        return;  // who reads the file says so
+        return;  // told when the file is read
     }
 }
 

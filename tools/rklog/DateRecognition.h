@@ -33,7 +33,7 @@ private:
         Seconds sinceLoad;
         std::optional<Process> process;
         std::optional<Seconds> changedUtc;  // of the file whose last entry this is
-        Seconds latest;                     // that the entry can be of
+        Seconds latest;                     // the latest time that the entry can be of
     };
     struct Score {
         std::size_t readableCount = 0;

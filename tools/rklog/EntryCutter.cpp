@@ -37,7 +37,7 @@ bool EntryCutter::Next(Entry& entry) {
     return true;
 }
 
-/// Goes from line to line: the library's search for one byte is several times as fast as any for a longer text.
+/// Goes from line to line: the C library finds a byte several times as fast as any search finds a longer text.
 bool EntryCutter::FindNextStart() {
     m_searched = std::max(m_searched, m_begin);
     while (m_searched < m_end) {

@@ -32,7 +32,7 @@ public:
     }
     /// No bytes follow for now: an entry at the end that has its footer is whole.
     void Pause() { m_isPaused = true; }
-    /// No bytes follow; what is there is all.
+    /// No bytes follow any more.
     void Finish() { m_isFinished = true; }
 
     /// Gives the next entry; false when it takes more bytes, or when all of them are given.

@@ -60,7 +60,7 @@ bool FollowedSource::IsDone() {
     } else if (m_wasMoved) {
         return true;
     } else {
-        m_wasMoved = true;  // who had opened it before it was moved may still write to it
+        m_wasMoved = true;  // a process that opened it before may still write to it
     }
     GoTo(m_cutter.Offset());
     return false;

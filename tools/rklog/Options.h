@@ -32,7 +32,7 @@ struct Options {
 /// values behind "=" or as the next argument; after "--" nothing is an option. "--help" ends the reading.
 ///
 /// @param nowUtc  for times that are told from now: "2h", "21:52"
-/// @throws std::invalid_argument  with what is not understood
+/// @throws std::invalid_argument  whose text tells what is not understood
 [[nodiscard]] Options ReadOptions(const std::vector<std::string_view>& arguments, Seconds nowUtc);
 
 /// What "--help" prints.

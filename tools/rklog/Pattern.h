@@ -8,8 +8,8 @@ namespace rklog {
 
 /// A POSIX extended regular expression, as `grep -E` takes them.
 ///
-/// It is the C library's: that of the standard library of C++ recurses once for each character of the text and so
-/// overflows the stack on a long message.
+/// The C library matches it: the regular expressions of the C++ standard library recurse once for each character of the
+/// text and so overflow the stack on a long message.
 class Pattern {
 public:
     /// @throws std::invalid_argument  not a regular expression; the text says why

@@ -14,7 +14,7 @@ namespace rklog {
 namespace {
 
 constexpr std::size_t kRowsOfTable = 20;
-constexpr std::size_t kMinutesOfTable = 60;  // an hour in full, of more the busiest
+constexpr std::size_t kMinutesOfTable = 60;  // all minutes of an hour; of a longer log the busiest
 constexpr std::size_t kMessageLength = 200;  // bytes that tell messages apart
 
 void WriteTable(std::ostream& out, std::string_view title, const Tally& tally, std::vector<Tally::Row> rows) {

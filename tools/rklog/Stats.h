@@ -27,7 +27,7 @@ private:
     };
 
     std::uint64_t m_entryCount = 0;
-    std::array<std::uint64_t, kLevelCount + 1> m_levels{};  // the last: without one
+    std::array<std::uint64_t, kLevelCount + 1> m_levels{};  // the last: entries without a level
     Tally m_categories;
     Tally m_processes;
     Tally m_minutes;

@@ -20,7 +20,7 @@ public:
     void Count(std::string_view text);
     /// The rows with the highest counts, the highest first, then by text.
     [[nodiscard]] std::vector<Row> Highest(std::size_t rowCount) const;
-    /// How many a count may be too low by, and a text that is not there may have had.
+    /// By how much a count may be too low, and how often a text without a row may have been counted.
     [[nodiscard]] std::uint64_t PossibleError() const { return m_possibleError; }
     [[nodiscard]] std::size_t RowCount() const { return m_counts.size(); }
 

@@ -11,8 +11,8 @@ void AppendCode(char32_t character, std::string& out) {
         out += kDigits[character >> shift & 0xF];
 }
 
-/// What the start of a text must not do to a terminal or to the eye: control characters, and those that turn the
-/// direction of reading (U+202A to U+202E, U+2066 to U+2069). Gives their length in bytes and appends their code.
+/// Appends the code of a control character, or of a character that turns the direction of reading (U+202A to U+202E,
+/// U+2066 to U+2069), at the text's start, and gives its length in bytes; 0 where no such character stands there.
 std::size_t TakeHarmful(std::string_view text, std::string& out) {
     const auto byte = [&](std::size_t i) { return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U; };
     if ((byte(0) < 0x20 && text[0] != '\t') || byte(0) == 0x7F) {

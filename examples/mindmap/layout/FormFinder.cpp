@@ -200,7 +200,7 @@ private:
         m_packing.left = left;
     }
 
-    /// The width of the sheet of 4 : 3 that is needed; a longish one counts twice. What is not packed is just balanced.
+    /// The width of the 4 : 3 sheet that is needed, doubled for a longish map; the height alone of an unpacked map.
     double SheetFor(int rightForm, int leftForm) const {
         const PlainBox& centre = m_tree.Box(0);
         const Form right = At(rightForm);

@@ -53,8 +53,8 @@ private:
     std::vector<CrkFloatRect> m_boxes;
 };
 
-/// The box of a level or upright line has no area; it gets one. Others stay as they are: the box of a line that comes
-/// from the centre ends where all the main topics begin and must not reach into them.
+/// The box of a level or upright line has no area; it gets some. Other boxes stay: the box of a line that comes from
+///  the centre ends where all the main topics begin and must not reach into them.
 CrkFloatRect WithArea(CrkFloatRect box) {
     const float x = box.width > 0 ? 0.0F : 0.5F;
     const float y = box.height > 0 ? 0.0F : 0.5F;
@@ -93,7 +93,7 @@ MapFaults CheckMap(const Outline& outline, const MapLayout& map, const ProgressH
         faults.looseEndCount += IsOnEdge(line.points.front(), shapes[parent]) ? 0 : 1;
         faults.looseEndCount += IsOnEdge(line.points.back(), shapes[i]) ? 0 : 1;
 
-        // Where two shapes lie on each other only these very two may be touched.
+        // Of shapes that lie on each other, the line may touch only the two that it joins.
         const std::array<const TopicShape*, 2> ends = {&shapes[parent], &shapes[i]};
         const auto check = [&](const CrkFloatPoint* points, int pointCount) {
             const CrkFloatRect box = CrkMathUtilities::CalculatePointsBoundingRectangle(points, pointCount);

@@ -4,7 +4,7 @@
 
 namespace mindmap {
 
-/// What is wrong with a map that has been laid out. A map is only written when nothing is.
+/// What is wrong with a map that has been laid out. Only a map without faults is written.
 struct MapFaults {
     int overlapCount = 0;   ///< pairs of topics whose shapes share an area
     int crossingCount = 0;  ///< lines that run through a topic they do not belong to, or along its edge

@@ -119,8 +119,8 @@ struct Packing {
     /// the area begins; how much higher, when negative.
     double DropBeside(int i, int area) const;
     double TopOfSecond(int i, int beside) const;
-    /// What stands below a box is indented, for the line beside it; only a single branch is not, under a box that is no
-    /// item of a flow: below an item the line goes on.
+    /// What stands below a box is indented, for the line beside it. A single branch is not indented below a box that is
+    /// no item of a flow, since the line ends there.
     static double Indent(int part, bool isItem) { return part >= 0 && !isItem ? 0 : kGutter; }
 
     const BoxTree& tree;

@@ -114,8 +114,8 @@ private:
         }
     }
 
-    /// The line from a topic of a path, below which nothing stands down to `bottom`, to the next below or beside it.
-    /// Lines to the later siblings of the next box leave it in the corridor above that box.
+    /// The line from a topic of a path to the next topic, below or beside it, around all that stands above `bottom`.
+    /// Lines to the later siblings of the next topic leave this line in the corridor above that topic's box.
     void DrawNext(int from, int to, double bottom, bool isBelow) {
         const double start = At(m_x, from) + kGutter / 2;
         const double turn = bottom + kBelowGap / 2;

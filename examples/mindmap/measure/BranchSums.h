@@ -9,8 +9,8 @@ namespace mindmap {
 /// What the figures below a topic come to, one sum for each unit, in the order in which the units first occur.
 struct BranchSum {
     std::vector<Figure> figures;
-    /// False when there would be more than kMaximumUnitCount of them or one is too large to be added up exactly: then
-    /// neither this topic nor any above it has a sum, unless a figure of its own stands between.
+    /// False when there would be more than kMaximumUnitCount figures, or a figure is too large to be added up exactly.
+    /// Then this topic has no sum, and no topic above it, up to the first topic with a figure of its own.
     bool isKnown = true;
 };
 

@@ -152,7 +152,7 @@ Line MakeLine(const std::vector<Cluster>& clusters, std::size_t first, std::size
     return {first, last, width};
 }
 
-/// The lines of the text, at most `maximumLineCount` + 1 of them: one more tells that they are not all.
+/// The lines of the text, at most `maximumLineCount` + 1 lines: the last of these tells that the text is longer.
 std::vector<Line> Break(const std::vector<Cluster>& clusters, int maximumWidth, int maximumLineCount) {
     std::vector<Line> lines;
     std::size_t first = 0;

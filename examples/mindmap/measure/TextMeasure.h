@@ -47,7 +47,7 @@ enum class Direction { LeftToRight, RightToLeft };
 Direction DirectionOf(std::u16string_view text);
 
 /// What can be drawn of a text: line breaks of any kind become U+000A, tabs become spaces, other control characters,
-/// noncharacters and lone surrogates U+FFFD. At most four marks stay on a character, more would leave the line.
+/// noncharacters and lone surrogates U+FFFD. At most four marks stay on a character: more marks would leave the line.
 CString DrawableText(std::u16string_view text);
 
 struct WrappedText {
@@ -61,7 +61,7 @@ struct WrappedText {
 /// - Lines break after spaces, dashes, slashes and between ideographs, but not before closing or after opening
 ///   punctuation; a word that is too wide for a line breaks behind one of "/.-_?&=", then anywhere, but never inside a
 ///   character with its marks.
-/// - The lines are made about equally wide. U+000A always ends one.
+/// - The lines are made about equally wide. U+000A always ends a line.
 /// - What does not go into `maximumLineCount` lines is cut off and "…" ends the last line.
 WrappedText Wrap(std::u16string_view text, Font font, int maximumWidth, int maximumLineCount);
 

@@ -30,7 +30,7 @@ struct UsageError {
 };
 
 /// Reads the arguments, as the shell gave them and without the program's name. Options may stand anywhere; after "--"
-/// nothing is one. "--help" ends the reading.
+/// nothing is an option. "--help" ends the reading.
 ///
 /// @throws UsageError
 Options ReadOptions(const std::vector<std::string_view>& arguments);

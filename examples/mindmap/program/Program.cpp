@@ -76,7 +76,7 @@ void CompletePaths(Options& options) {
         return;
     if (options.logFolder.IsEmpty())
         options.logFolder = WithExtension(options.mapPath, u"log");
-    std::error_code absent;  // then nothing is lost
+    std::error_code absent;  // a file that is not there cannot be lost
     if (std::filesystem::equivalent(rk::NativePath(options.mapPath), rk::NativePath(options.outlinePath), absent))
         throw UsageError{u"the map would take the outline's place"};
 }

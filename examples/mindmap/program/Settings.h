@@ -19,7 +19,7 @@ using SettingList = std::vector<std::pair<CString, CString>>;
 
 /// Takes "theme=dark" and the like apart. "folder=" forgets the folder.
 ///
-/// @throws UsageError for a name or a value that there is not.
+/// @throws UsageError for an unknown name or value.
 SettingList ReadSettings(const std::vector<CString>& assignments);
 void ChangeSettings(const SettingList& changes);
 

@@ -40,7 +40,7 @@ std::optional<Figure> ReadFigure(const CString& text);
 /// The unit of an amount stands behind it, after a blank, where the decimal point is a comma, as German, French and
 /// most readers of such numbers expect; elsewhere it stands where it was written. The library leaves that to its
 /// caller: CrkLocaleUtilities knows one currency format for all locales, "$1.10", so a German amount differs from that
-/// one.
+/// format.
 CString ShownFigure(const Figure& figure);
 
 }  // namespace mindmap

@@ -83,8 +83,8 @@ CString Followable(const CString& link, const CString& scheme) {
     return isMail ? CrkStringUtilities::GetUrlString(link, u"mailto:%s") : link;
 }
 
-/// Whether a query or fragment is made of "name=value" alone. The library pairs others wrongly: after an empty value
-/// it takes the next name for one.
+/// Whether a query or fragment is made of "name=value" alone. The library pairs other parts wrongly: after an empty
+/// value it takes the next name for the value.
 bool HoldsPairs(const CString& part) {
     int pieceCount = 0;
     int position = 0;

@@ -15,8 +15,8 @@ struct Link {
 ///
 /// - Web and mail addresses, files and relative links may be followed: "http:", "https:", "mailto:", "file:", what
 ///   begins with "www." or looks like the address of a mail box, and what has no scheme; nothing else ("javascript:").
-/// - Parameters are the pairs "name=value" in the query and in the fragment. One of the two that holds anything else
-///   stays a part of the address.
+/// - Parameters are the pairs "name=value" in the query and in the fragment. A query or fragment that holds anything
+///   else stays a part of the address.
 /// - Nothing is expanded: an outline must not get at its reader's environment.
 Link ReadLink(const CString& written);
 

@@ -9,9 +9,9 @@ namespace mindmap {
 /// Reads an OPML 2.0 document.
 ///
 /// - A topic is an `outline` element of the `body`: its `text` (or `title`), its note (`_note`, `note`), its link
-/// (`url`,
-///   `htmlUrl`, `xmlUrl`, `link`), its date (`_date`, `date`, `due`) and its amount (`_amount`, `amount`, `cost`); the
-///   first of these that is not empty counts. Other attributes and elements are passed over.
+///   (`url`, `htmlUrl`, `xmlUrl`, `link`), its date (`_date`, `date`, `due`) and its amount (`_amount`, `amount`,
+///   `cost`). Of several attributes for a field the first that is not empty counts. Other elements are passed over, and
+///   other attributes are kept in `Topic::more`.
 /// - Topics marked with `isComment="true"` are left out with all below them.
 /// - UTF-8, UTF-16, ISO 8859-1 and US-ASCII are read, as the document says.
 /// - A document type declaration is refused, so there are no entities but XML's own, and no entity can explode.

@@ -23,7 +23,7 @@ struct Topic {
 /// A tree of topics in the order of the outline.
 ///
 /// A parent stands before its children and a topic's descendants follow it without a gap, so a walk over the vector
-/// from front to back meets parents first and one from back to front meets children first. Nothing here needs
+/// from front to back meets parents first, and a walk from back to front meets children first. Nothing here needs
 /// recursion, however deep the outline is.
 struct Outline {
     std::vector<Topic> topics;  ///< the first is the central topic

@@ -11,9 +11,9 @@ enum class TextSyntax {
     /// One topic a line, below the last topic that is indented less. "- ", "* ", "+ " and numbers before the text are
     /// taken off.
     Indented,
-    /// Headings ("# " to "###### ") and list items are topics; the paragraphs under one are its note. Fenced code is a
-    /// note too, and "---" lines are nothing. The first link of a topic ("[text](target)") is its link; "**" and "`"
-    /// go.
+    /// Headings ("# " to "###### ") and list items are topics; the paragraphs under a topic are its note. Fenced code
+    /// is a note too, and "---" lines are left out. The first link of a topic ("[text](target)") is its link; "**" and
+    /// "`" go.
     Markdown,
 };
 

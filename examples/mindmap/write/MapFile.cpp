@@ -15,7 +15,7 @@ namespace mindmap {
 
 namespace {
 
-/// Something is there that is no map and no link to one: a device, a pipe, a socket.
+/// Whether a device, a pipe or a socket is there, or a link to it.
 bool IsSpecial(const CString& path) {
     std::error_code error;
     return std::filesystem::is_other(rk::NativePath(path), error);
@@ -61,7 +61,7 @@ CString MapFile::Commit() {
 }
 
 CString MapFile::TakeFreeName() {
-    constexpr int kMostTries = 1000;  // each means that somebody took the name at that very moment
+    constexpr int kMostTries = 1000;  // each failed because another process took the name meanwhile
     for (int i = 0; i < kMostTries; ++i) {
         CString path = FreePath(m_path);
         try {

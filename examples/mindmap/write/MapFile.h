@@ -7,8 +7,8 @@ namespace mindmap {
 
 enum class Overwrite { Never, Allowed };
 
-/// A map that comes to be when it is complete. Until `Commit` nothing else has changed, and nothing ever does when that
-/// is never called or fails, nor when the process is killed: the file has no name before (`CFile::OpenNew`).
+/// A map that appears when it is complete: the file has no name before `Commit` (`CFile::OpenNew`). Without `Commit`,
+/// after a failure of it and when the process is killed, everything stays as it was.
 class MapFile {
 public:
     /// @throws FileError when a file cannot be made there, or the file that is there may not be replaced.

@@ -19,7 +19,7 @@ namespace {
 
 constexpr float kTurnRadius = 6;
 
-/// Of two points above or beside each other.
+/// Half the distance of two points that are straight above or beside each other.
 float HalfDistance(const CrkFloatPoint& a, const CrkFloatPoint& b) {
     return (std::abs(a.x - b.x) + std::abs(a.y - b.y)) / 2;
 }

@@ -5,7 +5,7 @@
 
 namespace mindmap {
 
-/// All that is known of a topic in the user's locale, whole, beside its text and note. "" for what there is not.
+/// All that is known of a topic in the user's locale, whole, beside its text and note. "" for a missing fact.
 struct TopicFacts {
     CString dates;   ///< in words, and the weeks they fall into (DateTooltip)
     CString amount;  ///< its own, or the sum of its branch

@@ -10,7 +10,7 @@ CString TopicIds::Make(const CString& topicText) {
     const CString name = CrkXmlUtilities::StringToNCName(u"topic-" + topicText.Left(kMaximumUnits), u'_',
                                                          /*insertUnderscore=*/true);
     CString id = name;
-    int& count = m_counts[name];  // stays where it is when others come
+    int& count = m_counts[name];  // stays where it is when other names are added
     while (++count > 1) {
         id = CrkStringUtilities::AppendInt(name + u"-", count);
         if (m_counts[id]++ == 0)

@@ -14,7 +14,7 @@ public:
     CString Make(const CString& topicText);
 
 private:
-    CAtlMap<CString, int, CStringElementTraits<CString>> m_counts;  // how often an id was wished for
+    CAtlMap<CString, int, CStringElementTraits<CString>> m_counts;  // how often each id was asked for
 };
 
 }  // namespace mindmap
