@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Moves a file over whatever file has the name. After a failure both are as they were.
+/// Moves a file to a name, over the file that has it. After a failure both are as they were.
 std::error_code MoveOver(const std::string& from, const std::string& to) {
     using namespace rk::platform;
     if (const std::error_code error = RenameOver(from, to); error != std::errc::cross_device_link)

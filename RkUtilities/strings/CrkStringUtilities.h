@@ -117,7 +117,7 @@ public:
     /// 1000 of that unit on: 1000 bytes are "0.97 KB". Three digits are shown, cut from six decimals and not rounded;
     /// the decimal point is "." in every locale. 2^40 bytes and more give "".
     static CString MakeByteString(unsigned long byteCount);
-    /// The text, or so much of its start that it is `maximumLength` units with "..." at its end.
+    /// The text; a text of more than `maximumLength` units is cut to that length, "..." at its end included.
     ///
     ///     "abcdefgh" to 5  ->  "ab..."        below 3 for full stops only: to 2 -> "..", to 0 or less -> ""
     static CString ShortenString(const CString& text, int maximumLength);

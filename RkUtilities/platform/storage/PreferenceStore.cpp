@@ -93,7 +93,7 @@ private:
     }
 
     StorageOutcome SynchronizeOpen() {
-        constexpr int kMostTries = 3;  // a database that is put aside leaves two: to begin a new one, and to fill it
+        constexpr int kMostTries = 3;  // putting a database aside leaves two: to begin a new file, and to fill it
         StorageOutcome outcome;
         for (int tries = 0; tries < kMostTries; ++tries) {
             outcome = Open();

@@ -49,7 +49,7 @@ struct Cluster {
     int width;  // hundredths of the font size
     char32_t first;
     bool isSpace;
-    bool isPicture;  // drawn in color: emoji, flags and what the selector makes one
+    bool isPicture;  // drawn in color: emoji, flags and what the selector makes a picture
     bool mayBreakAfter;
 };
 

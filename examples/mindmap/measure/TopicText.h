@@ -21,8 +21,8 @@ struct TextRun {
     CString text;
     TextRole role;
     Direction direction;
-    int start;     ///< from the side where the block's lines begin: the left one, or the right one in a right-to-left
-                   ///< block
+    int start;     ///< from the side where the block's lines begin: the left side, or the right side in a
+                   ///< right-to-left block
     int baseline;  ///< from the block's top
     int width;     ///< at most
     bool hasIcon;  ///< a sign for the role stands before the text, kIconSize wide and kIconGap away

@@ -17,7 +17,7 @@ CString CleanNote(CString note);
 /// What a tooltip shows of one text: up to some thousand characters, then "...".
 CString ShortenForTooltip(const CString& text);
 
-/// A tooltip: "<br>" breaks a line, tabs are four spaces, and long lines are broken, after a space where there is one.
+/// A tooltip: "<br>" breaks a line, tabs are four spaces, and long lines are broken, if possible after a space.
 CString WrapTooltip(CString text);
 
 }  // namespace mindmap

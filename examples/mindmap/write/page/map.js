@@ -221,7 +221,7 @@ function drawRing() {
   for (const key in place) ring.setAttribute(key, place[key]);
 }
 
-/** What of the world is in view, and a margin that is so many times as wide and high. */
+/** The part of the world in view, with a margin of `margin` times its width and height on each side. */
 function visiblePart(margin) {
   const x = -view.x / view.scale, y = -view.y / view.scale, w = view.width / view.scale, h = view.height / view.scale;
   return { left: x - w * margin, top: y - h * margin, right: x + w * (1 + margin), bottom: y + h * (1 + margin) };
@@ -283,7 +283,7 @@ function draw(all) {
   else drawNear(topicsIn(drawn));
 }
 
-/** The drawn topics move from where they stood; new ones come out of their nearest ancestor. */
+/** The drawn topics move from where they stood; new topics come out of their nearest ancestor. */
 function glide(before, shiftX, shiftY) {
   if (isFar || nodes.size > 600 || matchMedia('(prefers-reduced-motion: reduce)').matches) return;
   for (const [i, node] of nodes) {
@@ -303,7 +303,7 @@ function layOut(anchor) {
   for (const [i, node] of nodes) {
     const isSame = isShown(map, i) && isLeft(map, i) === isLeft(before, i) &&
       map.widths[map.indexes[i]] === before.widths[before.indexes[i]];
-    if (!isSame && nodes.delete(i)) node.remove();  // its knob is another one now
+    if (!isSame && nodes.delete(i)) node.remove();  // its knob is another knob now
   }
   let shiftX = 0, shiftY = 0;
   if (isShown(before, anchor)) {
