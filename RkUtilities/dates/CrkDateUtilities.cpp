@@ -6,7 +6,7 @@
 #include <tuple>
 
 constinit const CTime CrkDateUtilities::NullTime;
-/// Before other files' initialisers, in the static library too, where files have no order of their own.
+/// Made before other files' initialisers run, in the static library too, where files have no order of their own.
 [[gnu::init_priority(101)]] const CTime CrkDateUtilities::MinimumTime(1970, 1, 2, 0, 0, 0, -1);
 [[gnu::init_priority(101)]] const CTime CrkDateUtilities::MaximumTime(3000, 12, 30, 23, 59, 59, -1);
 

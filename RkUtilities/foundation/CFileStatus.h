@@ -22,6 +22,6 @@ struct CFileStatus {
     /// Bytes; 64 bits, so files above 4 GiB fit. For a folder whatever the file system says.
     std::int64_t m_size = 0;
     unsigned char m_attribute = 0;  ///< Bits of `Attribute`.
-    /// The path asked for, a relative path after the current folder if there is such a folder.
+    /// The path asked for, behind the current folder's path if it is relative and that folder exists.
     CString m_szFullName;
 };

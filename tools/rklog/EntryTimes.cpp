@@ -83,7 +83,7 @@ EntryTime EntryTimes::Of(const Entry& entry) {
     if (result.process) {
         m_lastUtc = result.process->loadedUtc + *sinceLoad;
         Seconds offset = result.process->zoneOffset;
-        if (wall)  // a clock change shows in whole hours between the wall's time and that of the start's offset
+        if (wall)  // a clock change moves the wall's time by whole hours from the time at the start's offset
             offset += (*wall - (*m_lastUtc + offset - (*m_lastUtc + offset) % kSecondsOfMinute)) / kSecondsOfHour *
                       kSecondsOfHour;
         result.time = {.wall = *m_lastUtc + offset, .zoneOffset = offset, .precision = 1};

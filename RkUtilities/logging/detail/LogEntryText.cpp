@@ -118,7 +118,7 @@ constinit std::int32_t CrkLogWriter::m_seconds = 0;
 
 namespace {
 
-/// Before the initialisers of all files, which may use the log already.
+/// Runs before the initialisers of all files, which may use the log already.
 [[gnu::constructor(101)]] void NoteWhenTheLibraryWasLoaded() {
     CrkLogWriter::m_seconds = rk::SecondsSince2001(std::chrono::system_clock::now());
 }

@@ -34,8 +34,8 @@ inline std::u16string_view BaseNameOf(std::u16string_view path) {
     return name.substr(0, name.rfind(u'.'));
 }
 
-/// The path itself when it begins with "/" or "~", is empty or there is no current folder; else after the current
-/// folder.
+/// The path itself when it begins with "/" or "~", is empty or there is no current folder; else the current folder, "/"
+/// and the path.
 CString AbsolutePath(const CString& path);
 
 }  // namespace rk

@@ -12,7 +12,7 @@ namespace rk::platform {
 /// $HOME, or what the password database says when that is not set or empty.
 std::string HomeFolder();
 
-/// The folder that a variable of the XDG base directories names; `inHome` without an absolute path in it.
+/// The folder that a variable of the XDG base directories names; `inHome` where it holds no absolute path.
 std::string BaseFolder(const std::string& variable, std::string_view inHome);
 /// $XDG_CONFIG_HOME, else ~/.config.
 std::string PreferencesFolder();

@@ -24,7 +24,7 @@ template <class Unit> struct TextRow {
 };
 
 /// The keys of texts in the user's order of names, without regard to case (CLDR's collation at its second level): keys
-/// compare byte by byte as the texts compare, with those of the same call only. The order is that of the user's locale
+/// compare byte by byte as the texts compare, with keys of the same call only. The order is that of the user's locale
 /// of the moment (LC_COLLATE). Lone surrogates have a place too. Safe from any thread.
 TextRow<char> CollationKeysOf(const TextRow<char16_t>& texts);
 

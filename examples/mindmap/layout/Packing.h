@@ -37,7 +37,7 @@ struct Form {
     int first = -1;  // the forms of the parts
     int second = -1;
     double lastMiddle = 0;  // of a group's last box, if it is one column
-    double bound = 0;       // no part is wider, where it has a form that narrow
+    double bound = 0;       // no part is wider, if it has a form of that width
     int columnCount = 0;
 };
 
