@@ -30,8 +30,8 @@ FileHandle OpenFolder(Place place, int flags) noexcept;
 
 FileKind KindOfEntry(unsigned char type) noexcept;
 
-/// The same for an open folder, from its position on. Reads into `piece`, without what `readdir` adds: memory of its
-/// own, a lock for each name and looks at the descriptor.
+/// `VisitFolder` for an open folder, from its position on. Reads into `piece`, without what `readdir` adds: its own
+/// memory, a lock for each name and looks at the descriptor.
 template <class Visitor> std::error_code VisitEntries(int folder, std::span<char> piece, const Visitor& visit) {
     for (;;) {
         const ssize_t byteCount = getdents64(folder, piece.data(), piece.size());
