@@ -15,7 +15,7 @@ struct CauseFacts {
     std::array<int, 6> osErrors{};
 };
 
-/// By cause.
+/// Indexed by cause.
 constexpr CauseFacts kCauses[] = {
     {"no failure"},
     {"failed"},

@@ -288,7 +288,7 @@ private:
     friend class rk::TextBuilder;
 
     explicit constexpr CString(rk::TextStorage&& text) noexcept : m_text(std::move(text)) {}
-    /// With `unitCount` units, all to be written at once.
+    /// A text of `unitCount` units, all to be written at once.
     CString(std::in_place_t, std::size_t unitCount) : m_text(unitCount) {}
 
     static const char16_t* AsUnit(const char16_t* unit) noexcept { return unit; }

@@ -66,7 +66,7 @@ int CString::Replace(const CString& before, const CString& after) {
         return 0;
     rk::TextSearch search(View(), sought, rk::kExactUnits);
     const std::size_t mostKept = View().size() / 8;
-    // Of the first matches, in a quarter of the text's memory at most; later matches are sought again.
+    // The first matches, in a quarter of the text's memory at most; later matches are sought again.
     std::vector<int> places;
     std::size_t count = 0;
     for (std::size_t at = search.From(0); at != std::u16string_view::npos; at = search.From(at + sought.size())) {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-/// Between a path as text and the bytes that the file system knows it by.
+/// Converts between a path's text and the bytes by which the file system knows it.
 /// Bytes are UTF-8, but a name that is no UTF-8 has to survive being listed as text and opened by it again. So each
 /// byte that belongs to no well-formed sequence stands in the text as a lone low surrogate, U+DC00 plus the byte
 /// (U+DC80 to U+DCFF), and goes back to that byte. Other lone surrogates become U+FFFD.

@@ -29,7 +29,7 @@ struct IsoTime {
 /// The seconds of a date in the Gregorian calendar; nothing when there is no such day.
 [[nodiscard]] std::optional<Seconds> WallOfDay(int year, int month, int day);
 
-/// Between the clock on the wall and UTC in the zone of this process.
+/// Converts between the clock on the wall and UTC, in the zone of this process.
 [[nodiscard]] Seconds UtcOfWall(Seconds wall);
 [[nodiscard]] Seconds WallOfUtc(Seconds utc);
 

@@ -80,7 +80,7 @@ Length TakeLength(std::u16string_view& format) {
     return TakeIf(format, u'L') ? Length::LongDouble : Length::None;
 }
 
-/// By type.
+/// The kinds, indexed by type.
 constexpr std::array<Kind, 128> kKinds = [] {
     std::array<Kind, 128> kinds{};
     const auto set = [&](std::string_view types, Kind kind) {

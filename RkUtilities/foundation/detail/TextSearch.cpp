@@ -65,7 +65,7 @@ std::uint64_t Transposed(std::uint64_t bits) {
     return bits;
 }
 
-/// Of up to eight blocks of places, a bit for each where a match may begin, the first place lowest.
+/// A bit for each place of up to eight blocks, set where a match may begin; the first place is the lowest bit.
 template <class Keys>
 [[gnu::always_inline]] inline std::uint64_t CandidatesIn(const SearchPlaces& places, std::size_t at,
                                                          std::size_t blockCount) {

@@ -28,7 +28,7 @@ public:
         m_length = static_cast<int>(unitCount);
     }
     explicit TextStorage(std::u16string_view units);  ///< A copy of the units. Throws likewise.
-    /// Over a literal.
+    /// The storage of a literal.
     consteval TextStorage(const char16_t* literal, std::size_t unitCount) : m_length(static_cast<int>(unitCount)) {
         if (unitCount <= kInlineUnits) {
             for (std::size_t i = 0; i < unitCount; ++i)

@@ -16,7 +16,7 @@
 
 namespace rk::platform {
 
-/// In the order in which a name is looked up.
+/// The scopes, in the order in which a name is looked up.
 enum class PreferenceScope { ThisHost, AnyHost };
 /// std::monostate is a deleted value, which is stored so that it stays deleted.
 using PreferenceValue = std::variant<bool, std::int64_t, std::u16string, std::monostate>;

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t kMaximumUnits = 1000;  // a longer text is no date, and takes long to read as dates
 constexpr std::size_t kDateUnits = 10;       // "2027-06-01"
-/// So that the weeks at both ends lie in the years that the library knows.
+/// The years of dates: the weeks at both ends lie in years that the library knows.
 constexpr int kFirstYear = 1000;
 constexpr int kLastYear = 9998;
 constexpr char16_t kRangeDash[] = u" – ";

@@ -16,7 +16,7 @@ struct AttributeName {
     const char* name;
     CString Topic::* field;
 };
-/// In the order in which names are preferred for a field.
+/// The attributes of each field, the preferred attribute first.
 constexpr AttributeName kAttributes[] = {
     {"text", &Topic::text},     {"title", &Topic::text},   {"_note", &Topic::note},  {"note", &Topic::note},
     {"url", &Topic::link},      {"htmlUrl", &Topic::link}, {"xmlUrl", &Topic::link}, {"link", &Topic::link},
