@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cstdlib>
 #include <iterator>
+#include <optional>
 #include <string>
 
 namespace rk {
@@ -86,22 +87,28 @@ template <class Double> Double ValueOf(const std::string& text) {
     return std::strtod(text.c_str(), nullptr);
 }
 
+/// Takes an integer, `most` in place of a larger magnitude; nothing without a digit.
+std::optional<std::int64_t> TakeInteger(Reader& reader, std::int64_t most) {
+    const bool negative = reader.TakeMinus();
+    int digit = reader.TakeDigit();
+    if (digit == kNoDigit)
+        return std::nullopt;
+    std::int64_t magnitude = 0;
+    for (; digit != kNoDigit; digit = reader.TakeDigit())
+        magnitude = std::min(magnitude * 10 + digit, most);
+    return negative ? -magnitude : magnitude;
+}
+
 /// Takes an exponent if all of it is there.
 std::int64_t TakeExponent(Reader& reader) {
     constexpr std::int64_t kMostExponent = 1'000'000'000'000;  // outweighs the digits of any text
     const std::u16string_view before = reader.Rest();
     if (!reader.TakeExponentLetter())
         return 0;
-    const bool negative = reader.TakeMinus();
-    int digit = reader.TakeDigit();
-    if (digit == kNoDigit) {
+    const std::optional<std::int64_t> exponent = TakeInteger(reader, kMostExponent);
+    if (!exponent)
         reader.GoBackTo(before);
-        return 0;
-    }
-    std::int64_t exponent = 0;
-    for (; digit != kNoDigit; digit = reader.TakeDigit())
-        exponent = std::min(exponent * 10 + digit, kMostExponent);
-    return negative ? -exponent : exponent;
+    return exponent.value_or(0);
 }
 
 }  // namespace
@@ -132,15 +139,9 @@ bool ReadSpelledDouble(std::u16string_view text, const NumberSpelling& spelling,
 
 bool ReadSpelledInteger(std::u16string_view text, const NumberSpelling& spelling, std::int64_t& value) {
     Reader reader(text, spelling);
-    const bool negative = reader.TakeMinus();
-    int digit = reader.TakeDigit();
-    if (digit == kNoDigit)
-        return false;
-    std::int64_t magnitude = 0;
-    for (; digit != kNoDigit; digit = reader.TakeDigit())
-        magnitude = std::min(magnitude * 10 + digit, kMostSpelledInteger);
-    value = negative ? -magnitude : magnitude;
-    return true;
+    const std::optional<std::int64_t> integer = TakeInteger(reader, kMostSpelledInteger);
+    value = integer.value_or(value);
+    return integer.has_value();
 }
 
 }  // namespace rk
