@@ -42,7 +42,7 @@ inline CrkFloatRect BoundsOf(const CrkFloatPoint* points, int count) {
         low = {points[i].x < low.x ? points[i].x : low.x, points[i].y < low.y ? points[i].y : low.y};
         high = {points[i].x > high.x ? points[i].x : high.x, points[i].y > high.y ? points[i].y : high.y};
     }
-    return {low.x, low.y, high.x - low.x, high.y - low.y};
+    return count == 1 ? CrkFloatRect{low.x, low.y, 0, 0} : CrkFloatRect{low.x, low.y, high.x - low.x, high.y - low.y};
 }
 
 inline CrkFloatRect TransformedBounds(const CrkFloatRect& r, const CGAffineTransform& t) {

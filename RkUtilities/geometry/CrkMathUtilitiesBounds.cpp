@@ -20,8 +20,8 @@ CrkFloatRect RectBetween(FloatPair low, FloatPair high) {
 }  // namespace
 
 CrkFloatRect CrkMathUtilities::CalculatePointsBoundingRectangle(const CrkFloatPoint* points, int count) noexcept {
-    if (!points || count <= 0)
-        return {};
+    if (!points || count <= 1)  // a point has no size, also at infinity
+        return points && count == 1 ? CrkFloatRect{points->x, points->y, 0, 0} : CrkFloatRect{};
     // Two points a load, and four copies of each bound so that no comparison waits for the comparison before it. Each
     // copy starts with the first point. A coordinate of it that is not a number stays: no other is smaller or larger.
     const TwoPoints first{points->x, points->y, points->x, points->y};
