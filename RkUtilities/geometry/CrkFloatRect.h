@@ -41,7 +41,7 @@ struct RK_EXPORT CrkFloatRect {
 
     /// The mirror image with positive size, grown by `dx` on the left and on the right and by `dy` at the top and at
     /// the bottom. Computed in double precision and narrowed. Negative values shrink; a width or height that would
-    /// become negative gives Null(), as does the null rectangle.
+    /// become negative gives Null(), and a null rectangle stays as it is.
     CrkFloatRect Inflated(float dx, float dy) const noexcept;
 
     /// Whether the point lies inside the bounds or on an edge; never in the null rectangle.

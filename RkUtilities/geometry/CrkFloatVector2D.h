@@ -49,7 +49,7 @@ public:
     constexpr CrkFloatVector2D& operator*=(float s) { return *this = *this * s; }  ///< Multiplies by `s`.
     constexpr CrkFloatVector2D& operator/=(float s) { return *this = *this / s; }  ///< Divides by `s`.
 
-    /// The square root of x² + y²; infinite from components of about 1.8e19 on, whose squares leave the range of float.
+    /// The square root of x² + y². Squares leave the range of float: infinite from about 1.8e19 on, 0 below 2.6e-23.
     float Length() const noexcept { return std::sqrt(Dot(*this)); }
 
     /// The dot product, x·v.x + y·v.y.

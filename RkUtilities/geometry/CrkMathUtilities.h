@@ -39,7 +39,7 @@ public:
     static int RoundToNearestInt(double value) noexcept;
 
     /// The nearest multiple of `step`, halves away from zero: 7.4 by 5 gives 5, 7.5 gives 10, -7.5 gives -10.
-    /// A negative step acts as its magnitude, 0 gives the value back; an infinite value or step gives not a number.
+    /// A negative step acts as its magnitude, 0 gives any value back; else an infinite value or step gives no number.
     static double RoundToNearest(double value, double step) noexcept;
 
     /// RoundToNearest for an angle and a step in the same unit, degrees or radians.
@@ -77,20 +77,20 @@ public:
     ///     (0, 0)        ->  5π/2
     ///
     /// A full turn is added where neither coordinate is above 0: in the upper left quadrant and on its two axes. Left
-    /// with a y of -0 gives 3π/2. NormalizeAngle(angle, 0, 2π) reduces the result to a single value for each direction.
-    /// The arc tangent is single precision: the result is good to about 1e-7 and may lie that far outside its range.
+    /// with a y of -0 and (-0, -0) give 3π/2, (-0, 0) gives 7π/2. NormalizeAngle(angle, 0, 2π) leaves one value for a
+    /// direction. The arc tangent is single precision: good to about 1e-7, and as far outside its range at most.
     static double CalculateAngle(float x, float y) noexcept;
     /// The angle of the direction (x, y) of a point.
     static double CalculateAngle(const CrkFloatPoint& direction) noexcept {
         return CalculateAngle(direction.x, direction.y);
     }
 
-    /// The clockwise angle at `centre` from the ray towards `from` to the ray towards `to`: a quarter turn from right
-    /// to down. Good to about 1e-6: equal rays may give an angle near 2π instead of an angle near 0.
+    /// The clockwise angle at `centre` from `from` to `to`: a quarter turn from right to down. Good to about 1e-6, but
+    /// equal rays may give 2π instead of 0, three quarters of a turn 7π/2; a `to` at the centre gives 5π/2.
     static double CalculateAngle(const CrkFloatPoint& from, const CrkFloatPoint& to, CrkFloatPoint centre) noexcept;
 
     /// The value in [low, high) that differs from `angle` by a multiple of high - low: by (0, 360), 360 gives 0, -1
-    /// gives 359. A value so close below `low` that the sum rounds gives `high` itself; low = high gives not a number.
+    /// gives 359. Rounding may give `high` itself or a value just outside; low = high gives not a number.
     static double NormalizeAngle(double angle, double low, double high) noexcept;
 
     // --- Rotation about a centre, by degrees clockwise on the screen
@@ -118,7 +118,7 @@ public:
     static float Length(CrkFloatPoint vector) noexcept {
         return static_cast<float>(Length(double{vector.x}, vector.y));
     }
-    /// The square root of x² + y²; infinite where the squares leave the range of double.
+    /// The square root of x² + y²; infinite from about 1e154 on, where the squares leave the range, and 0 below 1e-162.
     static double Length(double x, double y) noexcept;
     /// The length of a vector cut to a whole number: (3, 4) gives 5, (1, 1) gives 1.
     /// Exact for every argument, INT_MIN included; a length beyond INT_MAX gives INT_MAX.
@@ -134,8 +134,8 @@ public:
     /// The roots of a·x² + b·x + c = 0 in single precision, formed so that nearly equal numbers are not subtracted.
     /// The first root is (-b + s) / 2a, the second (-b - s) / 2a, s being the square root of b² - 4ac. Roots that are
     /// not real are not a number. With a = 0 the root -c/b comes first for b > 0, else second, and the other root is
-    /// infinite or not a number; with b = c = 0 the first is 0, the second not a number. Writes nothing when either
-    /// pointer is null.
+    /// infinite or not a number. With b = c = 0 the first is 0, or not a number where a = 0 too, the second not a
+    /// number. Writes nothing when either pointer is null.
     static void SolveQuadraticEquation(float a, float b, float c, float* firstRoot, float* secondRoot) noexcept;
 
     // --- Edge points
@@ -155,8 +155,8 @@ public:
 
     /// The edge point of the ellipse inscribed in a rectangle.
     /// The result is the origin where the ray meets no edge: when the origin lies on or outside the outline, when the
-    /// direction is (0, 0), and when a coordinate is not finite. A ray from the centre always meets the edge, and so
-    /// does an exactly vertical ray from any point inside. A slanted ray from another point is followed for the length
+    /// direction is (0, 0), and when rectangle or origin are not finite. A ray from the centre always meets the edge,
+    /// and so does a vertical ray from any point inside. A slanted ray from another point is followed for the length
     /// of its direction, or for half the shape's width and half its height if that is further; a ray that is still
     /// inside then counts as meeting no edge. A direction longer than the shape's diagonal always suffices. Single
     /// precision also loses slanted rays some hundred times steeper than wide, and directions below 1e-36.
@@ -177,8 +177,8 @@ public:
     // --- Points and lines: a tolerance is a distance in drawing units
 
     /// The distance to the infinite line through both points; the distance to the start when the points are equal.
-    /// Single precision: for lines shorter than about 1e-23 or longer than about 1e19, whose squared length leaves the
-    /// range of float, the result is not a number.
+    /// Single precision: for lines shorter than about 1e-22 or longer than about 1e19, whose squared length leaves the
+    /// range of float, the result is another distance, infinite or not a number.
     static float CalculateDistanceToLine(const CrkFloatPoint& point, const CrkFloatPoint& lineStart,
                                          const CrkFloatPoint& lineEnd) noexcept;
 
@@ -234,8 +234,8 @@ public:
     // Touching counts, unless a member says otherwise. Lines are segments from start to end.
 
     /// Whether two segments cross or touch.
-    /// Vertical segments on the same x always cross, whatever their y extents; parallel slanted segments never cross,
-    /// not even on the same line. The crossing point is formed in single precision, with the y of the first segment. So
+    /// Vertical segments on the same x always cross, whatever their y extents; other parallel segments never cross, not
+    /// even on the same line. The crossing point is formed in single precision, with the y of the first segment. So
     /// pass a horizontal segment first: as the second segment it is missed when the point rounds to another y.
     static bool IsLineCrossingLine(const CrkFloatPoint& firstStart, const CrkFloatPoint& firstEnd,
                                    const CrkFloatPoint& secondStart, const CrkFloatPoint& secondEnd) noexcept;
@@ -261,8 +261,8 @@ public:
     // --- Bounding boxes
 
     /// The smallest rectangle around points: (-2, 0, 5, 4) for (3, 1), (-2, 4), (0, 0); all 0 for no points.
-    /// A coordinate that is not a number is passed over, except in the first point, where it makes the bounds of its
-    /// dimension not numbers. The sign of a bound that is 0 is unspecified.
+    /// A coordinate that is not a number is passed over, except in the first of several points, where it makes the
+    /// bounds of its dimension not numbers. A single point has size 0. The sign of a bound that is 0 is unspecified.
     static CrkFloatRect CalculatePointsBoundingRectangle(const CrkFloatPoint* points, int count) noexcept;
     /// The same for a span.
     static CrkFloatRect CalculatePointsBoundingRectangle(std::span<const CrkFloatPoint> points) noexcept {
