@@ -25,7 +25,7 @@ public:
     // The process's first date text fixes the locale of all
     // date texts, its first time text the locale of all time texts; a later change is not seen. The zone is looked up
     // at each call. Days before 1582 are Gregorian too; a locale with another calendar (Buddhist in "th_TH", Persian in
-    // "fa_IR") shows that calendar. The examples are from "en_US" and "de_DE".
+    // "fa_IR") shows that calendar. The examples are from "en_US", where U+202F stands before "PM", and "de_DE".
 
     static CString ShortDateString(const CTime& time);  ///< "11/16/26", "16.11.26"
     static CString LongDateString(const CTime& time);   ///< "November 16, 2026", "16. November 2026"

@@ -71,7 +71,7 @@ public:
     /// an id the entry has the null id, without a description an empty description. With "ls:StdOut" the message alone
     /// goes to standard error first, without a line break. A missing log folder is created, and the entry is then taken
     /// from the start again: its message goes to standard error a second time. An entry is dropped when the file cannot
-    /// be opened for another reason (permission, no free descriptor, a link that leads nowhere or to itself);
+    /// be opened for another reason (permission, no free descriptor, a link into a missing folder or to itself);
     /// `GetLogState` tells. After any exception nothing of the entry is in the file.
     ///
     /// @throws CrkLogException    the log folder is missing and cannot be created
@@ -126,9 +126,9 @@ public:
     ///     <l:Category>Cache</l:Category><l:Severity>Warning</l:Severity>
     ///     <l:Id>00000000-0000-0000-0000-000000000000</l:Id><l:Description></l:Description>
     ///
-    /// Local date and time in the locale's short styles, ":" and whole seconds since the library was loaded (negative
-    /// if the clock was set back); the thread's handle in hexadecimal; the id's bytes in the order in which they are
-    /// stored, which is not that of `CrkGuid::GuidToString`.
+    /// Local date and time in the locale's short styles (English has U+202F before "PM"), ":" and whole seconds since
+    /// the library was loaded (negative if the clock was set back); the thread's handle in hexadecimal; the id's bytes
+    /// as they are stored, in another order than that of `CrkGuid::GuidToString`.
     [[nodiscard]] static CString EntryHeader(const CString& category, ErkLogLevel level, const CString& description,
                                              CFUUIDBytes id);
     [[nodiscard]] static CString EntryFooter();  ///< "</l:LogEntry>" and a line feed.
@@ -138,7 +138,7 @@ public:
     [[nodiscard]] static CString PrepareXml(const CString& message);
     /// Makes each "&" into "&amp;", also an "&" that begins a reference already. Nothing else changes.
     static void EscapeXmlCharacters(CString& text) { text.Replace(u"&", u"&amp;"); }
-    /// The local date and time in the user's locale, the style used for both; "" when the locale has no such text.
+    /// The local date and time in the user's locale, the style used for both; "" for no style and any other number.
     [[nodiscard]] static CString CurrentTimeString(CFDateFormatterStyle style);
     /// "Emergency", "Critical", "Error", "Warning", "Notice", "Info", "Debug"; "" for any other value.
     [[nodiscard]] static CString Severity(ErkLogLevel level);
@@ -151,7 +151,7 @@ public:
     static bool m_isInitialized;            ///< the writer is on
     static ErkLogLevel m_logLevel;          ///< `LogDebug`; for the application's own use, never read here
     static std::uint64_t m_maxFileLength;   ///< in bytes: a file that has become longer is moved aside; 20,000,000
-    /// 0: any number of backups, named by the minute, of which a later backup replaces an earlier. Otherwise no backup
+    /// 0 or less: any number of backups, named by the minute; a later backup replaces an earlier. Otherwise no backup
     /// is replaced, and only this number of newest backups is kept: "messages.1.xml", "messages.2.xml" and so on.
     static int m_maxBackupCount;
     /// Whether the first failure since `Init` is told on standard error too; false.
