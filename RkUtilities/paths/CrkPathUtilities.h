@@ -172,9 +172,9 @@ public:
     /// Whether the file or folder lacks its owner's permission to write. A link is followed. False for a missing file.
     static bool IsFileReadOnly(const CString& path);
     /// Takes the owner's permission to write, and nothing else. True when this call changed it: false when it was so
-    /// already, for a missing file and for a link, whose target is left alone. A file that is put in the place
-    /// meanwhile is not touched. Throws a `CFileException*` when the permission cannot be changed (a file of another
-    /// user, a read-only file system).
+    /// already, for a missing file, in a folder that may not be entered, and for a link, whose target is left alone. A
+    /// file that is put in the place meanwhile is not touched. Throws a `CFileException*` when the permission cannot be
+    /// changed (a file of another user, a read-only file system).
     static bool MakeFileReadOnly(const CString& path);
     static bool MakeFileReadWrite(const CString& path);  ///< Gives the permission back, by the same rules.
     /// Whether something other than a folder exists there. A link is followed; a link that leads nowhere counts.
@@ -213,9 +213,9 @@ public:
 
     /// The user's folder for temporary files, absolute and without trailing "/", the same for the life of the process.
     /// It is $TMPDIR, if that is the absolute path of a folder of the user that no other user may write. Else it is a
-    /// private folder (mode 0700) that is made when it is missing: "RkUtilities-<user id>" in $TMPDIR or /tmp, neither
-    /// a link nor another user's, or "RkUtilities/temporary" in the user's caches. Where no such folder can be made, it
-    /// is /tmp.
+    /// private folder (mode 0700) that is made when it is missing: "RkUtilities-<user id>" in $TMPDIR or /tmp, if no
+    /// other user can rename it there, neither a link nor another user's, or "RkUtilities/temporary" in the user's
+    /// caches. Where no such folder can be made, it is /tmp.
     static CString GetTempFolder();
     /// Makes an empty file that only the user may read and write (mode 0600) and returns its path: the temporary
     /// folder, "/", the prefix and eight letters and digits. The caller deletes it.

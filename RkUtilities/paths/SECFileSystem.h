@@ -63,7 +63,7 @@ public:
 
     // --- Making, renaming, deleting
 
-    /// Makes one folder. False when the name is taken, its parent is missing, or it has more than 255 code units.
+    /// Makes one folder. False when the name is taken or longer than 255 code units or bytes, or its parent is missing.
     bool MakeDirectory(const CString& path) const;
     /// Makes the folder and all above it. False when it exists already (ask `DirectoryExists` before).
     bool MakePath(const CString& path) const;
@@ -93,10 +93,10 @@ public:
     int CompareFiles(const CString& first, const CString& second, unsigned long blockSize) const;
 
     /// Copies a file, a link, or a folder with all it holds. 1 when copied, or when the flags let the destination stay.
-    /// - A read-only destination, a folder too, stays without flags 0x2 and 0x4 (result 1); a writable file stays with
-    ///   0x1 (result 1) and is replaced without; any other folder that exists is a failure. A file appears, or replaces
-    ///   the old file, when its copy is complete: a failure or a kill leaves no part of a file. A folder appears with
-    ///   all that could be copied of it.
+    /// - A read-only destination, a folder too, stays without flags 0x2 and 0x4 (result 1), and with them may be left
+    ///   writable by a failure; a writable file stays with 0x1 (result 1) and is replaced without; any other folder is
+    ///   a failure. A file appears, or replaces the old file, when its copy is complete: a failure or a kill leaves no
+    ///   part of a file. A folder appears with all that could be copied of it.
     /// - A killed process leaves at most a hidden folder ".rk-new-0", "-1" ... beside the destination. The next copy
     ///   beside it removes that folder; where the file system has no locks (`flock`) it stays.
     /// - A link is copied as a link. A pipe, socket or device is made anew and never opened. Permissions (read, write
