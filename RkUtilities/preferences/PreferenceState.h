@@ -8,7 +8,7 @@ namespace rk {
 
 /// How the storage of the preferences fares; what `SECRegistry`'s results cannot tell.
 struct PreferenceState {
-    /// The database file; "" without a folder for it, so that values live as long as the process.
+    /// The database file; "" before its first use, and without a folder for it: values live with the process then.
     std::string database;
     /// Why the last synchronisation failed; "" when it did not. Values that were not stored wait for the next try.
     std::string lastFailure;

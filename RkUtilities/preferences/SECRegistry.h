@@ -95,8 +95,8 @@ public:
     bool GetStringValue(rk::TextView name, CString& value) const;            ///< Reads a text.
 
     /// Writes a value; true. With root key 1, when it cannot be stored at once, it is also set for any machine. A
-    /// `bool` is stored as a boolean, an integer of at most 32 bits as a number, a text as a string; a floating-point
-    /// number and a list of texts as strings that `GetValue` reads. Nothing else compiles.
+    /// `bool` is stored as a boolean, an integer of at most 32 bits as a number, what becomes a `CString` (a `char`)
+    /// as a string, a floating-point number and a list of texts as strings for `GetValue`. Nothing else compiles.
     template <std::same_as<bool> T> bool SetValue(rk::TextView name, T value) {
         WriteValueToSystem(name, value);
         return true;
