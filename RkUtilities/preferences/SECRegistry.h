@@ -47,7 +47,7 @@ concept StoredNumber =
 ///   process, and so do all later values, until a smaller value replaces it.
 /// - Different objects may be used from different threads at once, and in a child after `fork`. A fork waits for a
 ///   synchronisation that is under way, and closes the database until the next synchronisation. A value that waits is
-///   stored by the process that wrote it; a child that wrote nothing stores nothing when it exits.
+///   stored by the process that wrote it alone: a child reads it until another is stored, and never stores it.
 /// - The first read or write in a process opens or makes the database and takes in its values; it may wait a few
 ///   seconds for other processes. After it a read costs no file access. Memory exhausted is `std::bad_alloc`, or
 ///   `ATL::CAtlException` where an array is filled; nothing else is thrown. Nothing is changed then, or with root key 1

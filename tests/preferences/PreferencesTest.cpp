@@ -262,19 +262,28 @@ TEST_F(Preferences, LiveThroughForks) {
         const auto stored = m_folder.Picture("config");
         InAProcess([] {});
         EXPECT_TRUE(m_folder.Picture("config") == stored);
+        InAProcess([] {
+            Set(kThisHost, u"child", u"kept");
+            EXPECT_EQ(TextOf(u"waiting"), u"for its own process");
+        });
+        const pid_t child = Start([] {
+            raise(SIGSTOP);
+            Set(kThisHost, u"child", u"kept");
+            EXPECT_EQ(TextOf(u"waiting"), u"stored");
+        });
+        waitpid(child, nullptr, WUNTRACED);
+        Set(kAnyHost, u"waiting", u"stored");
+        SECRegistry().Close();
+        kill(child, SIGCONT);
+        ExpectItEndsWell(child);
     });
     InAProcess([] {  // threads are inside while others fork
-        std::atomic<bool> isOver = false;
-        std::jthread writer([&] {
-            for (int i = 0; !isOver; ++i)
+        const std::jthread writer([](const std::stop_token& end) {
+            for (int i = 0; !end.stop_requested(); ++i)
                 Set(i % 64 == 0 ? kThisHost : kAnyHost, u"number", i % 3 == 0 ? u"one" : u"another");
         });
         for (int round = 0; round < 10; ++round)
-            InAProcess([round] {
-                if (round % 2 == 0)
-                    Set(kThisHost, u"child", u"kept");
-            });
-        isOver = true;
+            InAProcess([round] { Set(round % 2 == 0 ? kThisHost : kAnyHost, u"child", u"kept"); });
     });
 }
 

@@ -62,7 +62,10 @@ public:
     }
 
     /// The child of a fork has used and set nothing yet.
-    void BeginInChild() noexcept { m_isUsed = m_hasSet = false; }
+    void BeginInChild() noexcept {
+        m_values.BeginInChild();
+        m_isUsed = m_hasSet = false;
+    }
 
     /// Called with the mutex held. A child would inherit a connection that is open during a fork, without its locks.
     void Close() noexcept {

@@ -46,7 +46,7 @@ void PreferenceValues::Set(PreferenceScope scope, std::u16string_view name, Pref
     auto found = m_values.find(name);
     if (found == m_values.end())
         found = m_values.try_emplace(std::u16string(name)).first;
-    At(found->second, scopeText) = {std::move(value), State::Waiting};
+    At(found->second, scopeText) = {std::move(value), State::Waiting, m_forks};
 }
 
 PreferenceMap PreferenceValues::BeginStoring() {
@@ -54,7 +54,7 @@ PreferenceMap PreferenceValues::BeginStoring() {
     const std::lock_guard lock(m_mutex);
     for (auto& [name, scopes] : m_values) {
         for (auto& [scope, held] : scopes) {
-            if (held.state == State::Stored)
+            if (!Waits(held))
                 continue;
             waiting.emplace(PreferenceKey(scope, name), held.value);
             held.state = State::Storing;
@@ -80,10 +80,11 @@ void PreferenceValues::Take(PreferenceMap&& read, bool isAnotherDatabase) {
         At(taken[key.second], key.first) = {std::move(value), State::Stored};
     for (const auto& [name, scopes] : m_values) {
         for (const auto& [scope, held] : scopes) {
-            if (held.state != State::Stored)
+            const bool isMissing = !read.contains(PreferenceKey(scope, name));
+            if (Waits(held) || (isMissing && held.state != State::Stored))  // perhaps a parent's, still to be stored
                 At(taken[name], scope) = held;
-            else if (isAnotherDatabase && !read.contains(PreferenceKey(scope, name)))
-                At(taken[name], scope) = {held.value, State::Waiting};
+            else if (isMissing && isAnotherDatabase)
+                At(taken[name], scope) = {held.value, State::Waiting, m_forks};
         }
     }
     m_values.swap(taken);

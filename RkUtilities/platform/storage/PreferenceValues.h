@@ -44,13 +44,17 @@ public:
     void EndStoring(bool areStored) noexcept;  ///< Unless they are stored, the values of `BeginStoring` wait again.
     /// Takes what the database holds. In another database than before, the known values that it lacks have to wait.
     void Take(PreferenceMap&& read, bool isAnotherDatabase);
+    void BeginInChild() noexcept { ++m_forks; }  ///< What waits now is left to the parent.
 
 private:
     enum class State : unsigned char { Stored, Storing, Waiting };
     struct Held {
         PreferenceValue value;
         State state = State::Stored;
+        int forks = 0;  // m_forks when it was set
     };
+    /// Whether this process has to store the value.
+    [[nodiscard]] bool Waits(const Held& held) const { return held.state != State::Stored && held.forks == m_forks; }
     /// Not noexcept, so that the standard library's table keeps each name's hash instead of computing it again.
     struct Hash {
         using is_transparent = void;
@@ -62,6 +66,7 @@ private:
 
     std::mutex& m_mutex = MutexOf(Lock::PreferenceValues);
     std::unordered_map<std::u16string, Scopes, Hash, std::equal_to<>> m_values;  // by name
+    int m_forks = 0;  // that led to this process
 };
 
 }  // namespace rk::platform
