@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <functional>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -78,9 +79,7 @@ bool CrkXmlUtilities::IsValidName(const CString& text) noexcept { return IsValid
 
 bool CrkXmlUtilities::IsValidNCName(const CString& text) noexcept { return IsValid(text.View(), kNcName); }
 
-bool CrkXmlUtilities::IsValidUri(const CString& text) noexcept {
-    return !text.IsEmpty() && text.View().find(u' ') == std::u16string_view::npos;
-}
+bool CrkXmlUtilities::IsValidUri(const CString& text) noexcept { return !text.IsEmpty() && text.Find(u" ") < 0; }
 
 CString CrkXmlUtilities::StringToXmlString(const CString& text, unsigned short replacement) {
     if (std::all_of(text.begin(), text.end(), &IsChar))
@@ -97,4 +96,8 @@ CString CrkXmlUtilities::StringToName(const CString& text, unsigned short replac
     return MadeValid(text, replacement, insertUnderscore, kName);
 }
 
-CString CrkXmlUtilities::GenerateUniqueUri() { return CrkGuid::GuidToString(CrkGuid::CreateGuid()); }
+CString CrkXmlUtilities::GenerateUniqueUri() {
+    CFUUIDBytes bytes = CrkGuid::CreateGuid();
+    std::swap(bytes.byte6, bytes.byte7);  // the text shows byte 7 first, and the version stands in byte 6
+    return CrkGuid::GuidToString(bytes);
+}

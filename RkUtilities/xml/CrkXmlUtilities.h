@@ -44,8 +44,7 @@ public:
     ///     "1abc" inserting  ->  "_1abc"        "a:b" with "-"  ->  "a-b" (NCName), "a:b" (Name)
     ///     "1abc"            ->  "_abc"         ""              ->  "_" inserting, else ""
     ///
-    /// A valid name comes back as it is. The replacement is taken as it is, so a name character (usually "_") makes a
-    /// valid result.
+    /// A valid name comes back as it is. A replacement that is a name character (usually "_") makes a valid result.
     static CString StringToNCName(const CString& text, unsigned short replacement, bool insertUnderscore);
     /// The text made into a Name.
     static CString StringToName(const CString& text, unsigned short replacement, bool insertUnderscore);
