@@ -65,14 +65,14 @@ public:
 
     /// Opens a new, empty file for reading and writing that has no name before `CommitAs` or `CommitOver`. It lies on
     /// the file system of the folder in which `path` will stand. Closed without a commit, or by a kill of the process,
-    /// it is gone. On a file system that knows only files with names (FAT, some network file systems) a killed process
-    /// leaves a hidden folder ".rk-new-0", "-1" ..., which the next commit or copy in that folder removes. Results and
-    /// `error` as with `Open`.
+    /// it is gone. On a file system that knows only files with names (FAT, some network file systems), and after a
+    /// failed `CommitOver`, a killed process leaves a hidden folder ".rk-new-0", "-1" ..., which the next commit or
+    /// copy in that folder removes. Results and `error` as with `Open`.
     bool OpenNew(const CString& path, CFileException* error = nullptr);
-    /// Gives the file of `OpenNew` its name and closes it. A name that is taken fails with `accessDenied` (EEXIST) and
-    /// is never replaced; the file stays open then, to be given another name in the same folder. The content is on the
-    /// disk before the name is, and the name before this returns: after a power cut there is the whole file or no file.
-    /// A failure of the disk after the naming is thrown too.
+    /// Gives the file of `OpenNew` (another: `invalidFile`) its name and closes it. A name that is taken fails with
+    /// `accessDenied` (EEXIST) and is never replaced; the file stays open then, to be given another name. The content
+    /// is on the disk before the name is, and the name before this returns: after a power cut there is the whole file
+    /// or no file. A failure of the disk after the naming is thrown too.
     void CommitAs(const CString& path) { Commit(path, /*isReplacing=*/false); }
     /// The same, in the place of the file that has the name: other programs and a power cut see the whole old file or
     /// the whole new file, which takes over the old permissions. A link is followed; a link that leads nowhere fails
@@ -95,7 +95,7 @@ public:
     void WriteString(const CString& text);
 
     /// Moves the position; `from` is 0 for the start, 1 for the position, 2 for the end. A position past the end is
-    /// legal, a position before the start fails with `badSeek`. Returns the new position.
+    /// legal, a position before the start and another `from` fail with `badSeek`. Returns the new position.
     unsigned long long Seek(long long offset, unsigned int from);
     unsigned long long SeekToEnd() { return Seek(0, 2); }  ///< Moves the position to the end; returns the length.
     [[nodiscard]] unsigned long long GetPosition() const;  ///< The position in bytes from the start.
@@ -133,10 +133,11 @@ public:
     static void Rename(const CString& oldPath, const CString& newPath);
 
     /// Puts a complete file in the place of another, or of nothing, as `CommitOver` does: whole, durable, with the old
-    /// permissions, links of `target` followed. `temporary` is gone afterwards. Both have to be on one file system
-    /// (else `genericException`, EXDEV), so write the temporary file beside the target. Anything but an ordinary file
-    /// is refused (`genericException`, EINVAL). After a failure the target is the whole old file, unless the disk
-    /// failed after the replacing.
+    /// permissions, links of `target` followed. `temporary` is gone afterwards, unless both are one file. Both have to
+    /// be on one file system (else `genericException`, EXDEV), so write the temporary file beside the target. A
+    /// `temporary` that is no ordinary file is refused (`genericException`, EINVAL; a link: `badPath`, ELOOP), so is a
+    /// folder as `target` (`accessDenied`). After a failure the target is the whole old file, unless the disk failed
+    /// after the replacing.
     static void ReplaceFile(const CString& temporary, const CString& target);
 
 private:

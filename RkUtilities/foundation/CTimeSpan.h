@@ -36,8 +36,7 @@ public:
         m_seconds *= factor;
         return *this;
     }
-    /// The shorter span is less.
-    friend constexpr auto operator<=>(const CTimeSpan&, const CTimeSpan&) noexcept = default;
+    friend constexpr auto operator<=>(const CTimeSpan&, const CTimeSpan&) noexcept = default;  ///< By the seconds.
 
 private:
     friend class rk::SpanParts<CTimeSpan>;

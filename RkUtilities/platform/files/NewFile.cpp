@@ -10,6 +10,7 @@
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace rk::platform {
 namespace {
@@ -96,16 +97,18 @@ std::error_code NewFile::Make(const std::string& target) {
 std::error_code NewFile::Publish(Place target, Taken taken) {
     if (m_work)
         return PutInPlace(m_work.Item(), target, taken);
-    const std::string path = m_file.Path();
-    const auto linkTo = [&path](Place place) {
+    const auto linkTo = [path = m_file.Path()](Place place) {
         return Outcome(linkat(AT_FDCWD, path.c_str(), place.folder, place.name, AT_SYMLINK_FOLLOW));
     };
     if (const std::error_code error = linkTo(target); error != std::errc::file_exists || taken == Taken::Stays)
         return error;
-    // Only a file with a name can take the place of another file.
-    WorkFolder work;
-    return FirstFailure([&] { return work.Make(target); }, [&] { return linkTo(work.Item()); },
-                        [&] { return PutInPlace(work.Item(), target, taken); });
+    WorkFolder work;  // only a file with a name can take the place of another file
+    if (const auto error = FirstFailure([&] { return work.Make(target); }, [&] { return linkTo(work.Item()); }))
+        return error;
+    const std::error_code error = PutInPlace(work.Item(), target, taken);
+    if (error)
+        m_work = std::move(work);  // the system gives no second name to a file that lost its only name
+    return error;
 }
 
 std::error_code PublishForGood(NewFile& file, const std::string& target, Taken taken) {

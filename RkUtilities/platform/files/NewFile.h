@@ -23,7 +23,7 @@ public:
 
 private:
     FileHandle m_file;
-    WorkFolder m_work;  // made only for a file that needs a name
+    WorkFolder m_work;  // made only for a file that needs a name; holds the file then
 };
 
 /// Puts the entry that a work folder holds in its place.

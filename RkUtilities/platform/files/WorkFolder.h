@@ -15,7 +15,7 @@ class WorkFolder {
 public:
     WorkFolder() = default;
     ~WorkFolder();
-    WorkFolder& operator=(WorkFolder&&) = delete;
+    WorkFolder& operator=(WorkFolder&&) = default;  // for an object without a folder
 
     std::error_code Make(Place target);
     explicit operator bool() const noexcept { return static_cast<bool>(m_folder); }
