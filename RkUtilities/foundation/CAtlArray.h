@@ -67,8 +67,7 @@ public:
         rk::RaisingAllocationFailures([&] { GetAt(index) = std::move(element); });
     }
 
-    /// Adds an element at the end, in constant time on average.
-    /// @return its index
+    /// Adds an element at the end, in constant time on average; returns its index.
     std::size_t Add(const T& element) { return Append(element); }
     /// Moves an element in at the end; returns its index.
     std::size_t Add(T&& element) { return Append(std::move(element)); }
@@ -85,7 +84,7 @@ public:
                 swap(place[-1], *place);
         });
     }
-    /// Removes `count` elements from `index` on. When a move throws, the elements behind are unspecified.
+    /// Removes `count` elements from `index` on; 0 also at `GetCount()`. When a move throws, the rest is unspecified.
     void RemoveAt(std::size_t index, std::size_t count = 1) {
         if (index > m_count || count > m_count - index)
             ATL::AtlThrow(ATL::kInvalidArgument);

@@ -33,8 +33,8 @@ concept KeyFor =
 /// Setting, looking up and removing take constant time on average, however many keys there are. A walk goes bucket by
 /// bucket, from bucket 0 on; a key's bucket is KTraits::Hash modulo the bucket count. The keys of a bucket are walked
 /// from the last key set to the first, until the table grows. There are 17 buckets or as many as InitHashTable says; a
-/// key that would be the third per bucket on average makes the table grow to about four times its size, a prime number.
-/// Setting a new key during a walk may therefore repeat or skip entries; removing an entry that was passed is safe.
+/// key that would be the third per bucket on average makes the table grow fourfold or more, to a prime number. Setting
+/// a new key during a walk may therefore repeat or skip entries; removing an entry that was passed is safe.
 ///
 /// Entries never move: positions and pointers to entries last until their entry is removed. A null position throws
 /// CAtlException with ATL::kInvalidArgument, a failed allocation throws it with ATL::kAllocationFailed. Whatever is
@@ -97,8 +97,7 @@ public:
     bool empty() const noexcept { return m_count == 0; }       ///< `IsEmpty`.
 
     /// Sets the value of the key. A key that was there stays in its place, and its value is assigned to; when that
-    /// throws, the value is as the assignment leaves it.
-    /// @return the entry's position
+    /// throws, the value is as the assignment leaves it. Returns the entry's position.
     POSITION SetAt(const K& key, const V& value) { return Set(key, value); }
     POSITION SetAt(const K& key, V&& value) { return Set(key, std::move(value)); }  ///< The same, moving the value in.
     POSITION SetAt(K&& key, V&& value) { return Set(std::move(key), std::move(value)); }  ///< The same, moving both in.
@@ -122,9 +121,7 @@ public:
         return node ? &node->entry : nullptr;
     }
 
-    /// Copies the key's value.
-    /// @param[out] value  untouched when the result is false
-    /// @return false when the map does not hold the key
+    /// Copies the key's value; false, and `value` stays, when the map does not hold the key.
     template <rk::KeyFor<K, KTraits> Key = K> bool Lookup(const Key& key, V& value) const {
         const CPair* const entry = Lookup(key);
         if (entry)
@@ -132,8 +129,7 @@ public:
         return entry != nullptr;
     }
 
-    /// Removes the key and its value.
-    /// @return false when the map does not hold the key
+    /// Removes the key and its value; false when the map does not hold the key.
     template <rk::KeyFor<K, KTraits> Key = K> bool RemoveKey(const Key& key) {
         Node* const node = FindKey(key);
         if (!node)

@@ -24,12 +24,12 @@ public:
         badPath = 3,            ///< a folder on the path is missing or no folder, the path too long or a ring of links
         tooManyOpenFiles = 4,   ///< of this process or of the system
         accessDenied = 5,       ///< permission, a read-only file system, a folder in place of a file, a taken name
-        invalidFile = 6,        ///< a `CFile` that is closed, or a pipe or socket, which no `CFile` opens
-        removeCurrentDir = 7,   ///< the folder is in use
+        invalidFile = 6,        ///< a closed `CFile`, writing to a `CFile` opened for reading, a pipe or socket
+        removeCurrentDir = 7,   ///< (the folder is in use)
         directoryFull = 8,      ///< the folder takes no more entries
         badSeek = 9,            ///< a position before the start of the file or beyond the largest
         hardIO = 10,            ///< the device failed
-        sharingViolation = 11,  ///< another `CFile` denies this access; see `CFile::shareDenyWrite`
+        sharingViolation = 11,  ///< in use: another `CFile` denies this access (`CFile::shareDenyWrite`), or the system
         lockViolation = 12,     ///< a lock that another program holds is in the way
         diskFull = 13,          ///< no space, or a limit of the user or the process on space or file size
         endOfFile = 14,         ///< (more was expected; a short `Read` is no failure)

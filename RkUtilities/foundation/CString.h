@@ -67,8 +67,7 @@ public:
 
     /// The zero-terminated UTF-16 text; null gives the empty text.
     CString(unsigned short const* text) : m_text(ViewOf(text)) {}
-    /// The UTF-16 text: a `u"..."` literal, a zero-terminated `char16_t` text (null: empty), a view or a
-    /// `std::u16string`.
+    /// The UTF-16 text: a literal, a zero-terminated `char16_t` text (null: empty), a view or a `std::u16string`.
     template <rk::Utf16Text T> CString(const T& text) : m_text(ViewOf(text)) {}
     /// One code unit. Other integers do not convert.
     template <rk::CodeUnit T> CString(const T& unit) : m_text(std::u16string_view(AsUnit(&unit), 1)) {}
@@ -232,16 +231,16 @@ public:
         return Joined({AsUnit(&unit), 1}, b.View());
     }
 
-    /// The text's units for a call that fills a buffer, with room for `unitCount` units, or for the length if that is
-    /// larger. The units behind the length are 0, and so is the unit behind the room, which is not to be written to.
+    /// The text's units for a call that fills a buffer, with room for the length and for `unitCount` units or more. The
+    /// units behind the length are 0, and so is the unit behind the room, which is not to be written to.
     ///
     ///     const int count = FillTitle(title.GetBuffer(100), 100);
     ///     title.ReleaseBuffer(count);
     ///
     /// The pointer serves until the text is next used in any way. Throws `std::length_error`, `std::bad_alloc`.
     [[nodiscard]] char16_t* GetBuffer(int unitCount = 0) RK_LIFETIMEBOUND;
-    /// Ends the text after `unitCount` units of the buffer (the whole room at most) or, for -1, before the first unit
-    /// 0. Only after `GetBuffer`.
+    /// Ends the text after `unitCount` units of the buffer (the whole room at most) or, for a negative count, before
+    /// the first unit 0. Only after `GetBuffer`.
     void ReleaseBuffer(int unitCount = -1);
 
     // --- Texts from elsewhere
@@ -255,13 +254,13 @@ public:
     /// - "%s" takes a UTF-16 text (`CString`, `u"..."`, a view), or a UTF-8 text, zero-terminated or a
     ///   `std::string_view`. Width and precision count the text's own units, UTF-8's bytes as in C; a precision cuts
     ///   between characters only. Null prints "(null)".
-    /// - "%c" takes a code unit 0 to 0xFFFF, "%lc" a code point; a `char` beyond ASCII gives U+FFFD.
+    /// - "%c" takes a code unit 0 to 0xFFFF, "%lc" a code point; -128 to -1, a `char` beyond ASCII, give U+FFFD.
     /// - An integer argument serves every integer conversion: converted as C does when its type is no wider than the
-    ///   conversion's, else it must fit.
+    ///   conversion's (`int` for hh and h), else it must fit that type.
     ///
     /// Throws `rk::FormatError` and leaves the text as it was: a missing argument, an argument of another kind, "%n",
     /// an unknown or unfinished conversion, positions mixed with plain conversions, a width or precision above
-    /// 1,048,576. Surplus arguments are ignored.
+    /// 1,048,576 or below -1,048,576. Surplus arguments are ignored.
     template <class... Arguments> void Format(const CString& format, const Arguments&... arguments) {
         const std::initializer_list<rk::FormatArgument> list{rk::FormatArgument(arguments)...};
         *this = rk::FormattedText(format.View(), list.begin(), list.size());
@@ -273,7 +272,7 @@ public:
         Append(added);
     }
     /// The same with C's argument list, whose kinds must be those that the conversions name. A position that is left
-    /// out below a used position is a failure.
+    /// out below a used position, or used for two kinds, is a failure.
     void FormatV(const CString& format, std::va_list arguments);
 
     /// The text for `key` in the application's string tables, in the user's language by ICU's fallback; "" without a

@@ -10,8 +10,8 @@
 class CString;
 
 /// A point in time, kept as one `double`: seconds since 1 January 2001, 00:00:00 UTC.
-/// - Times lie in the years 1 to 9999 of every zone, to the microsecond and better near the present. A time outside, or
-///   from no number (NaN), is the null time.
+/// - Times lie in the years 1 to 9999 of UTC or one day beyond (years 0 and 10000), to the microsecond and better near
+///   the present. A time outside, or from no number (NaN), is the null time.
 /// - The null time is 1 January 1970, 00:00:00 UTC: before every time that `CrkDateUtilities::MinimumTime` allows.
 /// - Calendar fields are read in the C library's local time (`TZ`, else the system's zone), for past and future dates
 ///   after the rules of that date, in the Gregorian calendar throughout. A changed `TZ` is seen by the next call. A
@@ -26,9 +26,9 @@ public:
     template <std::integral T>
     explicit CTime(T) = delete;  ///< An integer is no date value: `FromTimeT` takes seconds since 1970.
     /// The local time of calendar fields: full year, month 1 to 12. Fields out of range are carried ("31 April" is 1
-    /// May). A local time that a clock change leaves out is moved on by the length of the gap (2:30 becomes 3:30).
-    /// Where a local time exists twice, `dst` decides: -1 means the first time, 1 the time in daylight saving time, 0
-    /// the time in standard time.
+    /// May); outside the years 1 to 9999 they give the null time. A local time that a clock change leaves out is moved
+    /// on by the length of the gap (2:30 becomes 3:30). Where a local time exists twice, `dst` decides: -1 means the
+    /// first time, 1 the time in daylight saving time, 0 that in standard time; where both are alike, the first.
     CTime(int year, int month, int day, int hour, int minute, int second, int dst = -1) noexcept;
 
     [[nodiscard]] static CTime GetCurrentTime() noexcept;  ///< Now, to the microsecond.
