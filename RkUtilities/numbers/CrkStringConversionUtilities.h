@@ -84,7 +84,7 @@ public:
     /// digits are those of C's printf: exact, ties to the even digit.
     ///
     ///     2.0/3  ->  "0.666666667"    2.0    ->  "2"     -1234567.0  ->  "-1.23457e+06"    infinity  ->  "inf"
-    ///     1.5e-9 ->  "0.000000001"    1e-10  ->  "1e-10"        0.0  ->  "0"               NaN       ->  "nan"
+    ///     1.5e-9 ->  "0.000000001"    1e-10  ->  "1e-10"        0.0  ->  "0"            NaN  ->  "nan", "-nan"
     static CString DoubleToString(double value);
     /// The value as number text with exactly `decimalCount` decimals (0 to 30, other counts as the nearer limit), of
     /// either sign and any size, rounded as C's "%.*f" rounds. For amounts: the members below cut and do not round.

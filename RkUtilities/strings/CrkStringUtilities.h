@@ -111,7 +111,7 @@ public:
     static CString FormatOrdered(rk::TextView format, const Arguments&... arguments) noexcept {
         return Format(format, arguments...);
     }
-    /// The text followed by the number, as "%s%d" gives them: "Topic-2".
+    /// The text, in which a lone surrogate becomes U+FFFD, followed by the number: "Topic-2".
     static CString AppendInt(rk::TextView text, int value);
     /// A byte count for people: "999 bytes", "1.50 KB", "100 KB". A unit is 1024 of the unit below and is used from
     /// 1000 of that unit on: 1000 bytes are "0.97 KB". Three digits are shown, cut from six decimals and not rounded;
@@ -197,7 +197,8 @@ public:
     static void ExtractUrlParameters(const CString& link, ParameterMap& parameters);
     /// The value of the parameter with exactly that name, else "".
     static CString ExtractUrlValue(const CString& link, const CString& name);
-    /// The link when it begins with "http"; else the format with the link for its "%s". "" with other conversions.
+    /// The link when it begins with "http"; else the format with the link for its "%s", a lone surrogate as U+FFFD. ""
+    /// with other conversions.
     static CString GetUrlString(CString link, CString format);
     /// Whether something stands before the first "@", between that and the last ".", and after the last ".".
     static bool IsValidEmail(const CString& address);
@@ -211,6 +212,6 @@ public:
     /// Replaces the first placeholder with all its occurrences until no placeholder is left, also of those that values
     /// bring in. When that does not end after 64 placeholders, as where a value holds its own name, or would bring in
     /// more than 4,194,304 units, the text is expanded once instead: placeholders from left to right, values as they
-    /// are. Linear time.
+    /// are, as far as they bring in that many units. Linear time.
     static void ReplaceEnvironmentVariables(CString* text);
 };
