@@ -14,6 +14,6 @@ public:
 
 protected:
     CException() = default;
-    CException(const CException&) = default;             ///< Copies the flag of `Delete`.
-    CException& operator=(const CException&) = default;  ///< Copies the flag of `Delete`.
+    CException(const CException&) = default;             ///< Nothing to copy.
+    CException& operator=(const CException&) = default;  ///< Nothing to copy.
 };

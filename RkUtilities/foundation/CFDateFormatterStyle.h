@@ -1,6 +1,6 @@
 #pragma once
 
-/// How much a date text or a time text tells, after the locale data of CLDR. The texts below are those of "en_US".
+/// How much a date or time text tells, after CLDR. The texts are those of "en_US" (from CLDR 42 on U+202F before "PM").
 enum CFDateFormatterStyle : long {
     kCFDateFormatterNoStyle = 0,      ///< leaves the date or the time out
     kCFDateFormatterShortStyle = 1,   ///< "11/16/26", "9:52 PM"
