@@ -3,6 +3,7 @@
 #include "RkUtilities/platform/files/FileFacts.h"
 
 #include <algorithm>
+#include <chrono>
 #include <fcntl.h>
 #include <iterator>
 #include <sys/stat.h>
@@ -13,7 +14,13 @@ namespace rk::platform {
 
 namespace {
 
-constexpr int kBusyMilliseconds = 2000;
+/// Waits for another process, two seconds from the first try on; SQLite alone tries ten times a second only.
+int WaitForOthers(void* patience, int tries) {
+    auto& waiting = *static_cast<Patience*>(patience);
+    if (tries == 0)
+        waiting = Patience(std::chrono::seconds(2));
+    return waiting.Sleep() ? 1 : 0;
+}
 
 /// UTF-16 inside keeps any sequence of code units, lone surrogates and U+0000 included.
 constexpr const char* kEncoding = "PRAGMA encoding = 'UTF-16le';";
@@ -165,7 +172,7 @@ StorageOutcome PreferenceDatabase::OpenWith(const std::string& path, int flags) 
     m_database.reset(database);
     if (code != SQLITE_OK)
         return Judge(code);
-    sqlite3_busy_timeout(database, kBusyMilliseconds);
+    sqlite3_busy_handler(database, &WaitForOthers, &m_patience);
     const auto end = [](void*) { return 1; };
     sqlite3_progress_handler(database, kMostSteps, end, nullptr);
     for (const int forbidden : kForbidden)

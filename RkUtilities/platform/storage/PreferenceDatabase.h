@@ -1,6 +1,7 @@
 #pragma once
 
 #include "RkUtilities/platform/files/FileCalls.h"
+#include "RkUtilities/platform/process/Patience.h"
 #include "RkUtilities/platform/storage/PreferenceValues.h"
 #include "RkUtilities/platform/storage/StorageOutcome.h"
 
@@ -56,6 +57,7 @@ private:
     const std::string m_path;
     const std::string m_thisHost;        // the scope as the database spells it
     std::optional<FileIdentity> m_file;  // the file that was opened last
+    Patience m_patience{{}};
     std::unique_ptr<sqlite3, Closer> m_database;
     std::array<std::unique_ptr<sqlite3_stmt, Closer>, CommandCount> m_commands;  // compiled when they are first needed
     std::int64_t m_takenVersion = -1;  // SQLite's data_version when the values were last taken

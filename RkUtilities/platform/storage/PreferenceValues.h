@@ -64,9 +64,9 @@ private:
 
     static Held& At(Scopes& scopes, std::string_view scope);
 
+    int m_forks = 0;  // that led to this process
     std::mutex& m_mutex = MutexOf(Lock::PreferenceValues);
     std::unordered_map<std::u16string, Scopes, Hash, std::equal_to<>> m_values;  // by name
-    int m_forks = 0;  // that led to this process
 };
 
 }  // namespace rk::platform
