@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <functional>
 #include <string_view>
-#include <utility>
 
 namespace {
 
@@ -97,7 +96,5 @@ CString CrkXmlUtilities::StringToName(const CString& text, unsigned short replac
 }
 
 CString CrkXmlUtilities::GenerateUniqueUri() {
-    CFUUIDBytes bytes = CrkGuid::CreateGuid();
-    std::swap(bytes.byte6, bytes.byte7);  // the text shows byte 7 first, and the version stands in byte 6
-    return CrkGuid::GuidToString(bytes);
+    return CrkGuid::GuidToString(rk::guid::WithGroupsReversed(CrkGuid::CreateGuid()));
 }

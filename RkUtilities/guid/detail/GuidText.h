@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 
 /// The text form of an identifier.
 namespace rk::guid {
@@ -28,6 +29,15 @@ inline constexpr auto kDigitValues = [] {
             values[static_cast<unsigned char>("0123456789abcdef"[value])] = value;
     return values;
 }();
+
+/// The first three groups reversed, so that `CrkGuid::GuidToString` shows the bytes in their order, as RFC 4122 does.
+constexpr CFUUIDBytes WithGroupsReversed(CFUUIDBytes id) noexcept {
+    std::swap(id.byte0, id.byte3);
+    std::swap(id.byte1, id.byte2);
+    std::swap(id.byte4, id.byte5);
+    std::swap(id.byte6, id.byte7);
+    return id;
+}
 
 /// As `CrkGuid::StringToGuid`.
 constexpr CFUUIDBytes Read(std::u16string_view units) noexcept {

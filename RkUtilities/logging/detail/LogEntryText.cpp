@@ -13,7 +13,6 @@
 #include <chrono>
 #include <cstddef>
 #include <iterator>
-#include <utility>
 
 namespace rk {
 
@@ -63,15 +62,6 @@ void AppendHexadecimal(TextBuilder& target, std::uintptr_t number) {
     target.AppendAscii({digits.data(), std::to_chars(digits.begin(), digits.end(), number, 16).ptr});
 }
 
-/// The bytes in their order. `CrkGuid` writes the first three groups as numbers, least significant byte first.
-void AppendUuid(TextBuilder& target, CFUUIDBytes id) {
-    std::swap(id.byte0, id.byte3);
-    std::swap(id.byte1, id.byte2);
-    std::swap(id.byte4, id.byte5);
-    std::swap(id.byte6, id.byte7);
-    target.Append(CrkGuid::GuidToString(id));
-}
-
 std::int32_t SecondsSince2001(std::chrono::system_clock::time_point time) {
     using namespace std::chrono;
     constexpr sys_days kReferenceDate = 2001y / January / 1;
@@ -92,7 +82,7 @@ void AppendHeader(TextBuilder& target, const CString& category, ErkLogLevel leve
     target.Append(u"</l:Category><l:Severity>"sv);
     target.AppendAscii(SeverityText(level));
     target.Append(u"</l:Severity><l:Id>"sv);
-    AppendUuid(target, id);
+    target.Append(CrkGuid::GuidToString(guid::WithGroupsReversed(id)));
     target.Append(u"</l:Id><l:Description>"sv);
     AppendEscaped(target, description);
     target.Append(u"</l:Description>"sv);
