@@ -150,6 +150,21 @@ TEST(File, AppearsWhenItIsComplete) {
     EXPECT_EQ(std::pair(file.OpenNew(folder.Text("none/new")), file.OpenNew(u"")), std::pair(false, false));
 }
 
+TEST(File, LeavesNothingInItsFolderAndNeighboursAlone) {
+    const ScopedFolder folder;
+    folder.Make({"here/sub/", "there/sub/", "there/old=old"});
+    CFile files[2];
+    for (const auto& [file, place] : {std::pair(&files[0], "here"), {&files[1], "there"}}) {
+        const ScopedCurrentFolder current(folder.Path(place));
+        EXPECT_TRUE(file->OpenNew(u"new"));
+        EXPECT_EQ(CauseOf([&, f = file] { f->CommitOver(u"sub"); }), CFileException::accessDenied);
+    }
+    const ScopedCurrentFolder current(folder.Path("there"));
+    files[0].Close();
+    files[1].CommitAs(u"new");
+    EXPECT_EQ(std::to_string(folder.EntryCount("here")) + std::to_string(folder.EntryCount("there")), "13");
+}
+
 TEST(File, SharesByAgreement) {
     const ScopedFolder folder;
     const CString path = folder.Write("file");

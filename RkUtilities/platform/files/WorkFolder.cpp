@@ -30,12 +30,11 @@ bool IsOurs(const FileHandle& folder, Place place, WithoutLocks withoutLocks) {
 }  // namespace
 
 std::error_code WorkFolder::Make(Place target) {
-    m_parent = target.folder;
     const std::string parent = FolderPart(target.name);
     FileHandle left;
     for (unsigned number = 0; number < kKeptNames || left; ++number) {
-        m_name = NameOf(parent, number);
-        const Place place{m_parent, m_name.c_str()};
+        const std::string name = NameOf(parent, number);
+        const Place place{target.folder, name.c_str()};
         left = OpenFolder(place, O_RDONLY | O_NOFOLLOW);
         if (left && IsOurs(left, place, WithoutLocks::IsNotOurs))
             RemoveTree(place);
@@ -44,8 +43,8 @@ std::error_code WorkFolder::Make(Place target) {
     // shows that no folder can be ours.
     std::error_code error;
     for (unsigned number = 0, lostCount = 0; lostCount < kKeptNames; ++number) {
-        m_name = NameOf(parent, number);
-        error = Take({m_parent, m_name.c_str()});
+        m_name = NameOf("../", number);
+        error = Take({target.folder, NameOf(parent, number).c_str()});
         if (error == std::errc::resource_unavailable_try_again)
             ++lostCount;
         else if (error != std::errc::file_exists)
@@ -71,8 +70,9 @@ std::error_code WorkFolder::Take(Place place) {
 }
 
 WorkFolder::~WorkFolder() {
-    if (m_folder)
-        RemoveTree({m_parent, m_name.c_str()});
+    const Place place{m_folder.Descriptor(), m_name.c_str()};
+    if (m_folder && RemoveTree(place) && unlinkat(Item().folder, Item().name, 0) == 0)  // no descriptor for the tree
+        RemoveTree(place);
 }
 
 }  // namespace rk::platform

@@ -25,8 +25,7 @@ public:
 private:
     std::error_code Take(Place place);
 
-    int m_parent = -1;
-    std::string m_name;
+    std::string m_name;  // from inside the folder: paths lead elsewhere after `chdir`, and a neighbour may stand there
     FileHandle m_folder;
 };
 
