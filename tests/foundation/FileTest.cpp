@@ -6,6 +6,7 @@
 #include "tests/support/Test.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -163,6 +164,11 @@ TEST(File, LeavesNothingInItsFolderAndNeighboursAlone) {
     files[0].Close();
     files[1].CommitAs(u"new");
     EXPECT_EQ(std::to_string(folder.EntryCount("here")) + std::to_string(folder.EntryCount("there")), "13");
+    const mode_t before = umask(S_IXUSR | S_IRWXG | S_IRWXO);
+    EXPECT_TRUE(files[0].OpenNew(u"old"));
+    EXPECT_EQ(CauseOf([&] { files[0].CommitOver(u"old"); }), 0);
+    umask(before);
+    EXPECT_EQ(folder.Read("there/old") + std::to_string(folder.EntryCount("there")), "3");
 }
 
 TEST(File, SharesByAgreement) {

@@ -62,6 +62,7 @@ std::error_code WorkFolder::Take(Place place) {
         unlinkat(place.folder, place.name, AT_REMOVEDIR);
         return error == std::errc::no_such_file_or_directory ? ErrorOf(EAGAIN) : error;
     }
+    static_cast<void>(fchmod(m_folder.Descriptor(), S_IRWXU));  // whatever the process's umask
     // A process that looked before the lock was taken may have removed the folder, as left by a killed process.
     if (IsOurs(m_folder, place, WithoutLocks::IsOurs))
         return {};
