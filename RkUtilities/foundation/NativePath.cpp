@@ -22,9 +22,7 @@ std::string NativePath(const CString& path) {
     const std::u16string_view text = path.View();
     if (text.find(u'\0') != std::u16string_view::npos)
         return std::string(1, '\0');
-    if (text == u"~" || text.starts_with(u"~/"))
-        return WithHomeExpanded(text);
-    return platform::BytesOfPath(text);
+    return text == u"~" || text.starts_with(u"~/") ? WithHomeExpanded(text) : platform::BytesOfPath(text);
 }
 
 CString PathText(std::string_view nativeBytes) { return CString(platform::PathOfBytes(nativeBytes)); }

@@ -118,9 +118,7 @@ CrkFloatPoint CrkMathUtilities::GetEllipseEdgePoint(CrkFloatRect rectangle, CrkF
     };
     if (isOnRay(first))
         return fromCentre(first);
-    if (isOnRay(second))
-        return fromCentre(second);
-    return origin;
+    return isOnRay(second) ? fromCentre(second) : origin;
 }
 
 CrkFloatPoint CrkMathUtilities::GetEllipseEdgePoint(CrkFloatRect rectangle, CrkFloatPoint direction,
