@@ -45,9 +45,10 @@ concept StoredNumber =
 ///   takes the place of a database that is moved or deleted meanwhile.
 /// - Any text is kept exactly: empty, lone surrogates, U+0000 inside a value, up to 1 GB. A larger value stays in the
 ///   process, and so do all later values, until a smaller value replaces it.
-/// - Different objects may be used from different threads at once, and in a child after `fork`. A fork waits for a
-///   synchronisation that is under way, and closes the database until the next synchronisation. A value that waits is
-///   stored by the process that wrote it alone: a child reads it until another is stored, and never stores it.
+/// - Different objects may be used from different threads at once, and in a child after `fork`. A fork waits up to two
+///   seconds for a synchronisation that is under way, and closes the database until the next; a child forked inside a
+///   longer synchronisation keeps its values to itself, as where storage fails. A value that waits is stored by the
+///   process that wrote it alone: a child reads it until another is stored, and never stores it.
 /// - The first read or write in a process opens or makes the database and takes in its values; it may wait a few
 ///   seconds for other processes. After it a read costs no file access. Memory exhausted is `std::bad_alloc`, or
 ///   `ATL::CAtlException` where an array is filled; nothing else is thrown. Nothing is changed then, or with root key 1

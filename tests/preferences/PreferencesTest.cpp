@@ -278,6 +278,29 @@ TEST_F(Preferences, LiveThroughForks) {
     });
 }
 
+TEST_F(Preferences, GoOnInAChildThatIsForkedInsideThem) {
+    InAProcess([] { Set(kThisHost, u"name", u"old"); });
+    const int folder = open(m_folder.Path("config/mind_maps").c_str(), O_RDONLY);
+    ASSERT_EQ(flock(folder, LOCK_EX), 0);
+    InAProcess([] {
+        static pid_t child = -1;
+        std::signal(SIGALRM, [](int) {
+            child = fork();
+            if (child != 0)
+                return;
+            std::signal(SIGALRM, SIG_DFL);
+            alarm(20);
+            Set(kThisHost, u"name", u"new");
+            const bool isToldAndKept = rk::GetPreferenceState().lastFailure.find("forked") != std::string::npos;
+            _exit(isToldAndKept && TextOf(u"name") == u"new" ? 0 : 1);
+        });
+        alarm(1);
+        SECRegistry().Open(nullptr, kRead);  // waits two seconds
+        ExpectItEndsWell(child);
+    });
+    close(folder);
+}
+
 bool lateWriterIsArmed = false;
 const struct LateWriter {
     ~LateWriter() {

@@ -12,7 +12,6 @@ namespace rk::platform {
 namespace {
 
 constexpr std::size_t kLockCount = static_cast<std::size_t>(Lock::IcuMemory) + 1;
-constexpr std::chrono::seconds kLongestWait{2};
 
 constinit std::array<std::mutex, kLockCount> mutexes{};
 constinit std::atomic<std::mutex*> logMutex = mutexes.data();
@@ -20,11 +19,10 @@ constinit std::array<std::mutex*, kLockCount> heldByFork{};  // by the thread th
 constinit std::array<ForkCalls, kLockCount> forkCalls{};
 
 void BeforeFork() {
-    Patience patience(kLongestWait);
     std::array<std::mutex*, kLockCount> held{};
     for (std::size_t i = 0; i < kLockCount; ++i) {
         std::mutex& mutex = MutexOf(static_cast<Lock>(i));
-        held[i] = patience.Lock(mutex) ? &mutex : nullptr;
+        held[i] = Patience(std::chrono::seconds(2)).Lock(mutex) ? &mutex : nullptr;
         if (held[i] != nullptr && forkCalls[i].before != nullptr)
             forkCalls[i].before();
     }
@@ -40,9 +38,9 @@ void AfterFork() {
 }
 
 void AfterForkInChild() {
-    for (const ForkCalls& calls : forkCalls) {
-        if (calls.inChild != nullptr)
-            calls.inChild();
+    for (std::size_t i = 0; i < kLockCount; ++i) {
+        if (forkCalls[i].inChild != nullptr)
+            forkCalls[i].inChild(heldByFork[i] != nullptr);
     }
     AfterFork();
 }

@@ -10,7 +10,7 @@ std::uintptr_t CurrentThreadHandle() noexcept;
 
 /// The library's locks in the order in which they are taken: a thread that holds a lock takes only later locks. A
 /// thread that forks holds all locks meanwhile, so that its child inherits no lock of a thread that the child does not
-/// have, nor half-done work. It waits two seconds at most: a handler of a crash may fork inside a lock.
+/// have, nor half-done work. It waits two seconds at most for each: a handler of a crash may fork inside a lock.
 enum class Lock {
     Log,               ///< the mutex given to `HoldAcrossForks`
     Preferences,       ///< while the preferences are synchronised
@@ -27,7 +27,7 @@ std::mutex& MutexOf(Lock lock) noexcept;
 /// What a fork does besides locking: `before` in the parent while the lock is held, `inChild` in the child.
 struct ForkCalls {
     void (*before)() noexcept = nullptr;
-    void (*inChild)() noexcept = nullptr;
+    void (*inChild)(bool isHeld) noexcept = nullptr;  ///< else a thread that the child lacks holds the lock
 };
 /// To be called while the library is loaded.
 void CallAtForks(Lock lock, const ForkCalls& calls) noexcept;

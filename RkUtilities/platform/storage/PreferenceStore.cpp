@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <memory>
 #include <optional>
 #include <utility>
 
@@ -47,11 +48,9 @@ public:
         damagedDatabase = m_damagedDatabase;
     }
 
-    /// The process ends. A later value is stored at once; a child that has used no preference does nothing.
+    /// The process ends. A later value is stored at once; a child that has set no preference stores nothing.
     void End() noexcept {
         m_isEnding = true;
-        if (!m_isUsed && !m_hasSet)
-            return;
         try {
             const std::lock_guard lock(m_mutex);
             if (m_hasSet)
@@ -62,14 +61,18 @@ public:
     }
 
     /// The child of a fork has used and set nothing yet.
-    void BeginInChild() noexcept {
+    void BeginInChild(bool isHeld) noexcept {
         m_values.BeginInChild();
-        m_isUsed = m_hasSet = false;
+        m_hasSet = false;
+        if (isHeld)
+            return;
+        std::construct_at(&m_mutex);
+        m_cutShort = {StorageOutcome::Failed, "the process was forked while another thread stored"};
     }
 
     /// Called with the mutex held. A child would inherit a connection that is open during a fork, without its locks.
     void Close() noexcept {
-        if (m_database)
+        if (m_database && !m_cutShort)
             m_database->Close();
     }
 
@@ -87,8 +90,7 @@ private:
 
     bool SynchronizeAlone() {
         const FileSizeSignalGuard guard;
-        m_isUsed = true;
-        const StorageOutcome outcome = SynchronizeOpen();
+        const StorageOutcome outcome = m_cutShort ? m_cutShort : SynchronizeOpen();
         if (m_isEnding)
             Close();
         m_lastFailure = outcome.reason;
@@ -172,13 +174,13 @@ private:
         m_values.Take(std::move(read), m_isAnother);
         m_isAnother = false;
     };
+    StorageOutcome m_cutShort;  // of a child without the thread that was inside; SQLite stays in its midst
     std::string m_lastFailure;
     std::string m_damagedDatabase;
 
     PreferenceValues m_values;
     std::atomic<bool> m_isRead = false;
-    std::atomic<bool> m_isUsed = false;  // like m_hasSet: by this process, not by the parent that forked it
-    std::atomic<bool> m_hasSet = false;
+    std::atomic<bool> m_hasSet = false;  // by this process, not by the parent that forked it
     std::atomic<bool> m_isEnding = false;
 };
 
@@ -195,7 +197,7 @@ Store& TheStore() {
 [[maybe_unused]] const bool isRegistered = [] {
     TheStore();
     CallAtForks(Lock::Preferences, {.before = []() noexcept { TheStore().Close(); },
-                                    .inChild = []() noexcept { TheStore().BeginInChild(); }});
+                                    .inChild = [](bool isHeld) noexcept { TheStore().BeginInChild(isHeld); }});
     return true;
 }();
 
