@@ -1,7 +1,6 @@
 // Any bytes as a log, in blocks of any size: every byte is given once and in order, entries that stand behind the bytes
 // are found, and what is written of them is well-formed.
 #include "fuzz/Fuzz.h"
-#include "rklog/EntryText.h"
 #include "rklog/EntryTimes.h"
 #include "rklog/RecordWriter.h"
 #include "tests/rklog/LogText.h"

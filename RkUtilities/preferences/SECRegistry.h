@@ -48,7 +48,7 @@ concept StoredNumber =
 /// - Different objects may be used from different threads at once, and in a child after `fork`. A fork waits up to two
 ///   seconds for a synchronisation that is under way, and closes the database until the next; a child forked inside a
 ///   longer synchronisation keeps its values to itself, as where storage fails. A value that waits is stored by the
-///   process that wrote it alone: a child reads it until another is stored, and never stores it.
+///   process that wrote it alone: after its next `Open` or `Close` a child reads what is stored under the name, if any.
 /// - The first read or write in a process opens or makes the database and takes in its values; it may wait a few
 ///   seconds for other processes. After it a read costs no file access. Memory exhausted is `std::bad_alloc`, or
 ///   `ATL::CAtlException` where an array is filled; nothing else is thrown. Nothing is changed then, or with root key 1

@@ -35,12 +35,10 @@ static_assert(CanAskForEquals<std::vector<Named*>, std::vector<std::shared_ptr<c
 static_assert(!CanAskForObject<std::vector<Tag*>, Named*> && !CanAskForObject<std::vector<int>, int>);
 
 TEST(ArrayQueries, TellIdentityFromEquality) {
-    Topic a(1), b(2), equalToA(1);
+    Topic a(1), b(2), equalToA(1), stranger(1);
     const std::vector<Topic*> topics = {&a, &b, &equalToA, nullptr};
-    Topic stranger(1);
-    EXPECT_TRUE(Additions::containsObjectIdenticalTo(topics, &b));
-    EXPECT_FALSE(Additions::containsObjectIdenticalTo(topics, &stranger));
-    EXPECT_TRUE(Additions::containsObjectIdenticalTo(topics, nullptr));
+    for (const auto& [object, isThere] : {std::pair(&b, true), {&stranger, false}, {nullptr, true}})
+        EXPECT_EQ(Additions::containsObjectIdenticalTo(topics, object), isThere);
     EXPECT_FALSE(Additions::containsAnyObjectsIdenticalTo(topics, std::array{&stranger}));
     EXPECT_TRUE(Additions::containsAnyObjectsIdenticalTo(topics, std::array{&stranger, &b}));
     EXPECT_EQ(Additions::indexesOfObjects(topics, std::array{&equalToA, &stranger}), Positions{0});  // the lowest only

@@ -2,7 +2,6 @@
 #include "mindmap/measure/Dates.h"
 #include "mindmap/read/Link.h"
 #include "mindmap/read/OpmlReader.h"
-#include "mindmap/read/Placeholders.h"
 #include "mindmap/write/TopicFacts.h"
 #include "mindmap/write/TopicIds.h"
 #include "tests/support/Test.h"

@@ -1,5 +1,4 @@
 #include "mindmap/measure/TextMeasure.h"
-#include "mindmap/read/CodePoints.h"
 #include "tests/support/Test.h"
 
 using namespace mindmap;
