@@ -166,6 +166,10 @@ TEST(File, LeavesNothingInItsFolderAndNeighboursAlone) {
     files[0].Close();
     files[1].CommitAs(u"new");
     EXPECT_EQ(std::to_string(folder.EntryCount("here")) + std::to_string(folder.EntryCount("there")), "12");
+    EXPECT_TRUE(files[0].OpenNew(u"own"));
+    EXPECT_NE(CauseOf([&] { files[0].CommitOver(u"/proc/version"); }), 0);  // a read-only file of another system
+    files[0].CommitAs(u"own");
+    EXPECT_EQ(folder.Mode("there/own"), folder.Mode("there/new"));
 }
 
 TEST(File, SharesByAgreement) {

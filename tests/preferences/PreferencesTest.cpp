@@ -242,18 +242,14 @@ TEST_F(Preferences, WaitTwoSecondsForALockedFolder) {
     const int folder = open(m_folder.Path("config/mind_maps").c_str(), O_RDONLY);
     ASSERT_EQ(flock(folder, LOCK_EX), 0);
     InAProcess([folder] {
-        static pid_t child = -1;  // forked meanwhile, it gets through
-        std::signal(SIGALRM, [](int) {
-            child = fork();
-            if (child == 0) {
-                Set(kThisHost, u"name", u"kept in memory");
-                _exit(TextOf(u"name") == u"kept in memory" ? 0 : 1);
-            }
+        // They wait one after the other, longer than a fork waits for them.
+        std::jthread threads([] { AtOnce<2>([] { SECRegistry().Open(nullptr, kRead); }); });
+        InAProcess([] {
+            Set(kThisHost, u"name", u"kept in memory");
+            EXPECT_EQ(TextOf(u"name"), u"kept in memory");
         });
-        alarm(1);
-        SECRegistry().Open(nullptr, kRead);
+        threads.join();
         EXPECT_THAT(rk::GetPreferenceState().lastFailure, testing::HasSubstr("locked"));
-        ExpectItEndsWell(child);
         flock(folder, LOCK_UN);
         Set(kThisHost, u"name", u"new");
     });

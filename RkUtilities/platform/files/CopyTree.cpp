@@ -223,9 +223,7 @@ std::error_code CopyTree(Place from, Place to, const CopyRules& rules, CopyOutco
     outcome = stays ? CopyOutcome::Stayed : CopyOutcome::Copied;
     if (error || stays)
         return error;
-    if (decision == Decision::Folder)
-        return ErrorOf(EEXIST);
-    return TreeCopier(rules, 0).CopyOne(from, to, TakenFor(decision));
+    return decision == Decision::Folder ? ErrorOf(EEXIST) : TreeCopier(rules, 0).CopyOne(from, to, TakenFor(decision));
 }
 
 std::error_code CopyContents(const std::string& from, const std::string& to, const CopyRules& rules) {

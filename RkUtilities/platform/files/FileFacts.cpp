@@ -47,9 +47,7 @@ std::error_code SetOwnerWrite(const FileHandle& held, bool mayWrite) {
 }
 
 timespec TimeToSet(const std::optional<FileTime>& time) noexcept {
-    if (!time)
-        return {0, UTIME_OMIT};
-    return {time->unixSeconds, time->nanoseconds};
+    return time ? timespec{time->unixSeconds, time->nanoseconds} : timespec{0, UTIME_OMIT};
 }
 
 }  // namespace
@@ -62,9 +60,7 @@ FileKind KindOfMode(unsigned mode) noexcept {
 
 std::optional<FileFacts> Inspect(const std::string& path, Links links) {
     struct statx status{};
-    if (!Status(SystemPath(path), links, kAllFacts, status))
-        return std::nullopt;
-    return FactsOf(status);
+    return Status(SystemPath(path), links, kAllFacts, status) ? std::optional(FactsOf(status)) : std::nullopt;
 }
 
 std::optional<FileKind> KindOf(const std::string& path, std::error_code& error) {

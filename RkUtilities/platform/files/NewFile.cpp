@@ -57,8 +57,14 @@ std::error_code PutOnDisk(const FileHandle& folder) {
 /// Lets `put` give a file its name, and waits until the file and the name are on the disk.
 template <class Put> std::error_code PutForGood(int descriptor, const std::string& place, const Put& put) {
     FileHandle folder;
-    return FirstFailure([&] { return Complete(descriptor, place); }, [&] { return OpenFolderOf(place, folder); }, put,
-                        [&] { return PutOnDisk(folder); });
+    struct stat before{};
+    if (fstat(descriptor, &before) != 0)
+        return LastError();
+    const std::error_code error =
+        FirstFailure([&] { return Complete(descriptor, place); }, [&] { return OpenFolderOf(place, folder); }, put);
+    if (error)  // under another name it has its own permissions
+        static_cast<void>(fchmod(descriptor, before.st_mode));
+    return error ? error : PutOnDisk(folder);
 }
 
 }  // namespace
