@@ -242,8 +242,8 @@ TEST_F(Preferences, WaitTwoSecondsForALockedFolder) {
     const int folder = open(m_folder.Path("config/mind_maps").c_str(), O_RDONLY);
     ASSERT_EQ(flock(folder, LOCK_EX), 0);
     InAProcess([folder] {
-        // They wait one after the other, longer than a fork waits for them.
         std::jthread threads([] { AtOnce<2>([] { SECRegistry().Open(nullptr, kRead); }); });
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));  // they wait in turn, longer than a fork waits
         InAProcess([] {
             Set(kThisHost, u"name", u"kept in memory");
             EXPECT_EQ(TextOf(u"name"), u"kept in memory");
