@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <atomic>
-#include <filesystem>
+#include <climits>
 #include <memory>
-#include <system_error>
+#include <unistd.h>
 
 namespace rk::platform {
 
@@ -19,8 +19,10 @@ constinit std::atomic<const KeptName*> current = nullptr;
 
 std::string ExecutableName() {
     constexpr std::string_view kReplaced = " (deleted)";  // what the link reads after an update of the running program
-    std::error_code error;
-    std::string name = std::filesystem::read_symlink("/proc/self/exe", error).filename().string();
+    char path[PATH_MAX];
+    const ssize_t byteCount = readlink("/proc/self/exe", path, sizeof path);
+    std::string name(path, static_cast<std::size_t>(std::max<ssize_t>(byteCount, 0)));
+    name.erase(0, name.rfind('/') + 1);
     if (name.ends_with(kReplaced))
         name.resize(name.size() - kReplaced.size());
     return name;

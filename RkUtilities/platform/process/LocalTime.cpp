@@ -5,14 +5,13 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <mutex>
 #include <new>
 #include <string_view>
 #include <sys/stat.h>
-#include <system_error>
 
 namespace rk::platform {
 
@@ -194,8 +193,8 @@ std::string ZoneName() {
         if (name.empty())
             return "UTC";  // as the C library takes it
     } else {
-        std::error_code ignored;
-        name = std::filesystem::canonical(kSystemZone, ignored).string();
+        char path[PATH_MAX];
+        name = realpath(kSystemZone, path) != nullptr ? path : "";
     }
     const std::size_t folder = name.find(kDatabase);
     return folder != std::string::npos ? name.substr(folder + kDatabase.size()) : name;
