@@ -45,7 +45,7 @@ TEST(Guid, IsWrittenInUpperCaseAndComesBackWithEveryValueInEveryByte) {
             bytes[place] = static_cast<std::uint8_t>(value);
             const CrkGuid guid = std::bit_cast<CFUUIDBytes>(bytes), null = CrkGuid::c_nullGuid;
             ASSERT_EQ(CrkGuid(CString(guid)), guid);
-            ASSERT_FALSE(guid.IsNull() || CrkGuid::AreGuidsEqual(guid.Bytes(), null.Bytes()));
+            ASSERT_EQ(std::pair(guid.IsNull(), CrkGuid::AreGuidsEqual(guid.Bytes(), {})), std::pair(false, false));
             ASSERT_NE(std::hash<CrkGuid>()(guid), std::hash<CrkGuid>()(null));
         }
     }

@@ -27,7 +27,7 @@ std::mutex& MutexOf(Lock lock) noexcept;
 /// What a fork does besides locking: `before` in the parent while the lock is held, `inChild` in the child.
 struct ForkCalls {
     void (*before)() noexcept = nullptr;
-    void (*inChild)(bool isHeld) noexcept = nullptr;  ///< else a thread that the child lacks holds the lock
+    void (*inChild)(bool isHeld) noexcept = nullptr;  ///< when not held, a lost thread has the lock
 };
 /// To be called while the library is loaded.
 void CallAtForks(Lock lock, const ForkCalls& calls) noexcept;

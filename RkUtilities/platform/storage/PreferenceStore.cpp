@@ -60,7 +60,7 @@ public:
         }
     }
 
-    /// The child of a fork has used and set nothing yet.
+    /// The child of a fork has set nothing yet. Without the lock it stores nothing: a lost thread was inside SQLite.
     void BeginInChild(bool isHeld) noexcept {
         m_values.BeginInChild();
         m_hasSet = false;
@@ -174,7 +174,7 @@ private:
         m_values.Take(std::move(read), m_isAnother);
         m_isAnother = false;
     };
-    StorageOutcome m_cutShort;  // of a child without the thread that was inside; SQLite stays in its midst
+    StorageOutcome m_cutShort;  // in a child forked inside a synchronisation: its copy of SQLite is unusable
     std::string m_lastFailure;
     std::string m_damagedDatabase;
 

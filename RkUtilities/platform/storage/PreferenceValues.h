@@ -64,7 +64,7 @@ private:
 
     static Held& At(Scopes& scopes, std::string_view scope);
 
-    int m_forks = 0;  // that led to this process
+    int m_forks = 0;  // the number of forks between the first process and this process
     std::mutex& m_mutex = MutexOf(Lock::PreferenceValues);
     std::unordered_map<std::u16string, Scopes, Hash, std::equal_to<>> m_values;  // by name
 };
